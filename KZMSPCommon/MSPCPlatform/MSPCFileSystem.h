@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// Takes the bytes of a file as they are made.
+class MSPCByteSink {
+public:
+    virtual ~MSPCByteSink() = default;
+    virtual void write(std::string_view bytes) = 0;
+};
+
+// The file operations of the importer. Paths are bytes, as the system takes them. Operations that answer with an
+// optional text give none on success and the system's description of the failure otherwise.
+class MSPCFileSystem {
+public:
+    virtual ~MSPCFileSystem() = default;
+
+    // An absolute path with "~", "~user", "." and ".." components resolved and double or trailing slashes removed;
+    // links are not followed. A relative path is taken in the current folder.
+    [[nodiscard]] virtual std::string standardizedPath(std::string_view path) const = 0;
+    // Whether anything has that path: file, folder, or a link, even one that points nowhere.
+    [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
+    // Whether the path leads to a folder, through links too.
+    [[nodiscard]] virtual bool isDirectory(const std::string& path) const = 0;
+    // Whether two paths lead to the same file or folder; false when either leads nowhere.
+    [[nodiscard]] virtual bool isSameFile(const std::string& first, const std::string& second) const = 0;
+
+    // All bytes of a file; none when it cannot be read or is a folder, with the reason in `failure` if that is given.
+    [[nodiscard]] virtual std::optional<std::string> readFile(const std::string& path,
+                                                              std::string* failure = nullptr) const = 0;
+
+    // Copies a folder with all its content to a path that must not exist yet. Links are copied as links. Every copied
+    // file and folder is made readable and writable by its owner. A copy that fails halfway leaves nothing behind.
+    [[nodiscard]] virtual std::optional<std::string> copyFolder(const std::string& from, const std::string& to) = 0;
+    // Removes a file, a link (not its target) or a folder with all its content.
+    [[nodiscard]] virtual std::optional<std::string> remove(const std::string& path) = 0;
+    // Makes a folder and the folders above it.
+    [[nodiscard]] virtual std::optional<std::string> createFolder(const std::string& path) = 0;
+    // Writes a file through a temporary one in the same folder that then takes its name: afterwards the file is either
+    // complete or as it was before, and no temporary file stays. A link with that name is replaced, its target is not
+    // written. `produce` is called once and writes the content; what it throws passes through after the clean-up.
+    [[nodiscard]] virtual std::optional<std::string> writeAtomically(
+        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) = 0;
+};
+
+// The machine's own files.
+class MSPCDiskFileSystem final : public MSPCFileSystem {
+public:
+    [[nodiscard]] std::string standardizedPath(std::string_view path) const override;
+    [[nodiscard]] bool exists(const std::string& path) const override;
+    [[nodiscard]] bool isDirectory(const std::string& path) const override;
+    [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;
+    [[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::string* failure) const override;
+    [[nodiscard]] std::optional<std::string> copyFolder(const std::string& from, const std::string& to) override;
+    [[nodiscard]] std::optional<std::string> remove(const std::string& path) override;
+    [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
+    [[nodiscard]] std::optional<std::string> writeAtomically(
+        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+// Where messages go, one line each.
+class MSPCLog {
+public:
+    virtual ~MSPCLog() = default;
+    // One message without time stamp, process name or line end. Line feeds inside it stay.
+    virtual void log(std::string_view message) = 0;
+};
+
+// Standard error, with "YYYY-MM-DD hh:mm:ss.mmm MSPDIImport[pid] " in front of each message (local time). Lines are
+// collected and written in blocks, at once on a terminal; nothing is lost at exit, failure or a fatal signal.
+class MSPCStandardErrorLog final : public MSPCLog {
+public:
+    explicit MSPCStandardErrorLog(std::string processName);
+    ~MSPCStandardErrorLog() override;
+    MSPCStandardErrorLog(const MSPCStandardErrorLog&) = delete;
+    MSPCStandardErrorLog& operator=(const MSPCStandardErrorLog&) = delete;
+
+    void log(std::string_view message) override;
+    // Writes out what was collected.
+    void flush();
+
+private:
+    class Sink;
+    std::unique_ptr<Sink> _sink;
+};

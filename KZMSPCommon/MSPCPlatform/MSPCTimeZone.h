@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "MSPCInstant.h"
+
+class MSPCLog;
+
+// A time zone: a value that maps instants to offsets from Greenwich and wall-clock times to instants. Copies share
+// the zone's data. Offsets are in seconds, positive east of Greenwich.
+class MSPCTimeZone {
+public:
+    // The zone of that name in the zone database ("Europe/Berlin", "UTC"); none when there is no such zone.
+    [[nodiscard]] static std::optional<MSPCTimeZone> named(std::string_view name);
+    // A zone whose offset never changes.
+    [[nodiscard]] static MSPCTimeZone fixed(std::int64_t secondsFromGMT);
+    // The zone that `tz` names, the value of the environment variable TZ as the C library reads it: a zone name with
+    // or without a leading colon. A null pointer gives the machine's own zone; a value that names nothing gives UTC
+    // and the log line "WARNING: Unknown time zone in TZ: '<value>'. UTC is used instead.".
+    [[nodiscard]] static MSPCTimeZone fromEnvironment(const char* tz, MSPCLog& log);
+
+    [[nodiscard]] const std::string& name() const;
+
+    // The whole offset in force at an instant, daylight saving included.
+    [[nodiscard]] std::int64_t secondsFromGMT(MSPCInstant instant) const;
+    // The daylight-saving part of that offset; 0 outside daylight-saving time, negative where the winter is the
+    // exception (Ireland).
+    [[nodiscard]] std::int64_t daylightSavingOffset(MSPCInstant instant) const;
+
+    // The instant at which the zone's wall clocks show `wallClockSeconds`, counted since 1970-01-01T00:00:00 as if
+    // the wall clock were UTC. A time that a change skips is taken with the offset before the change; one that occurs
+    // twice means the later one. In Europe/Berlin 2012-03-25T02:30:00 gives 01:30:00Z, 2012-10-28T02:30:00 gives
+    // 01:30:00Z.
+    [[nodiscard]] MSPCInstant instantFromWallClock(std::int64_t wallClockSeconds) const;
+
+private:
+    class Rules;
+    explicit MSPCTimeZone(std::shared_ptr<const Rules> rules);
+    std::shared_ptr<const Rules> _rules;
+};

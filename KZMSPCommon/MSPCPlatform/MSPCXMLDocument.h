@@ -1,0 +1,62 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "MSPCXMLNode.h"
+
+class MSPCByteSink;
+
+// What a reader keeps beside elements, attributes and text.
+enum class MSPCXMLContent {
+    Everything,  // comments, processing instructions, blanks within mixed content: for documents that are written back
+    DataOnly,    // comments and processing instructions are left out: for documents that are only read
+};
+
+// What the reader had to mend in broken markup, for the log.
+struct MSPCXMLRepair {
+    int line = 0;         // of the first error, from 1
+    std::string message;  // the parser's own words, without a line end
+};
+
+// An XML document: the tree and all its nodes. Handles and new elements of it must not outlive it.
+class MSPCXMLDocument {
+public:
+    // A document without a root.
+    MSPCXMLDocument();
+    MSPCXMLDocument(MSPCXMLDocument&& other) noexcept;
+    MSPCXMLDocument& operator=(MSPCXMLDocument&& other) noexcept;
+    MSPCXMLDocument(const MSPCXMLDocument&) = delete;
+    MSPCXMLDocument& operator=(const MSPCXMLDocument&) = delete;
+    ~MSPCXMLDocument();
+
+    // Reads a document from its bytes, in any encoding the XML declaration or a byte-order mark names. Text made of
+    // blanks alone is kept where it is all of an element's content. Markup that does not parse (a bare "&", a missing
+    // end tag) is mended where that yields a root element named `repairableRoot`, and reported in `repair`; otherwise
+    // there is no document. Internal entities are expanded within bounds; nothing outside the bytes is ever read.
+    [[nodiscard]] static std::optional<MSPCXMLDocument> read(std::string bytes, MSPCXMLContent content,
+                                                             std::string_view repairableRoot = {},
+                                                             std::optional<MSPCXMLRepair>* repair = nullptr);
+
+    // The root element; empty for a document without one.
+    [[nodiscard]] MSPCXMLNode root() const noexcept;
+    // Makes a free element the root; a former root is destroyed. Gives the root's handle.
+    MSPCXMLNode setRoot(MSPCXMLNewElement&& element);
+
+    [[nodiscard]] MSPCXMLNewElement newElement(std::string_view name);
+
+    // Writes the document as UTF-8 with an XML declaration, one element per line, indented by four blanks; elements
+    // with text are written on one line, empty ones in the compact form. A carriage return in a text is written
+    // "&#13;". Gives the number of characters that XML 1.0 cannot hold (or bytes that are no UTF-8), each written as
+    // U+FFFD.
+    std::size_t write(MSPCByteSink& sink) const;
+    // The same as text.
+    [[nodiscard]] std::string serialized() const;
+
+private:
+    class Tree;
+    explicit MSPCXMLDocument(std::unique_ptr<Tree> tree);
+    std::unique_ptr<Tree> _tree;
+};

@@ -1,0 +1,135 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+enum class MSPCXMLNodeKind {
+    None,  // an empty handle
+    Document,
+    Element,
+    Attribute,
+    Text,
+    CData,
+    Comment,
+    ProcessingInstruction,
+    Declaration,
+    DocumentType,
+};
+
+class MSPCXMLNewElement;
+
+// A namespace declaration as it stands on an element.
+struct MSPCXMLNamespace {
+    std::string_view prefix;  // empty for the default namespace
+    std::string_view uri;
+};
+
+// A borrowed handle to a node of an `MSPCXMLDocument`: cheap to copy, empty or valid as long as the document lives and
+// the node has not been destroyed. Names are those written in the document, prefix included; an unprefixed name
+// therefore also finds elements of the default namespace. Reading from an empty handle gives empty answers; changing
+// the tree through one does nothing and gives an empty handle.
+class MSPCXMLNode {
+public:
+    MSPCXMLNode() noexcept = default;
+
+    [[nodiscard]] explicit operator bool() const noexcept { return _node != nullptr; }
+    friend bool operator==(const MSPCXMLNode&, const MSPCXMLNode&) noexcept = default;
+
+    [[nodiscard]] MSPCXMLNodeKind kind() const noexcept;
+    [[nodiscard]] bool isElement() const noexcept { return kind() == MSPCXMLNodeKind::Element; }
+    // The name as written; empty for nodes without one. Valid as long as the node.
+    [[nodiscard]] std::string_view name() const noexcept;
+
+    // The text of the node: an attribute's value, a comment's or text's characters; of an element all text and CDATA
+    // below it in document order, comments left out (`<Name>a<!--x-->b<![CDATA[c]]></Name>` is "abc").
+    [[nodiscard]] std::string stringValue() const;
+    // The same without a copy where the text is one piece; else the text is put together in `buffer`. Valid until the
+    // node or the buffer changes.
+    [[nodiscard]] std::string_view stringValue(std::string& buffer) const;
+    // Replaces the value of an attribute, text or comment; of an element all its children, by one text (no child at all
+    // when the text is empty). In a comment "--" is written as "- -" and a "-" at its end gets a blank behind it, since
+    // XML forbids both.
+    void setStringValue(std::string_view text);
+
+    [[nodiscard]] MSPCXMLNode parent() const noexcept;
+    [[nodiscard]] MSPCXMLNode firstChild() const noexcept;
+    [[nodiscard]] MSPCXMLNode lastChild() const noexcept;
+    [[nodiscard]] MSPCXMLNode nextSibling() const noexcept;
+    [[nodiscard]] MSPCXMLNode previousSibling() const noexcept;
+    // The first child element, or the next sibling element, of a name; empty when there is none.
+    [[nodiscard]] MSPCXMLNode firstChildElement(std::string_view name) const noexcept;
+    [[nodiscard]] MSPCXMLNode nextSiblingElement(std::string_view name) const noexcept;
+    // The root element of the node's document.
+    [[nodiscard]] MSPCXMLNode rootElement() const noexcept;
+
+    // The attribute of a name; empty when there is none.
+    [[nodiscard]] MSPCXMLNode attribute(std::string_view name) const noexcept;
+    // The namespace declarations of this element itself, in order. Views are valid as long as the element.
+    [[nodiscard]] std::vector<MSPCXMLNamespace> namespaceDeclarations() const;
+
+    // Appends an attribute with an empty value, or gives the one that is there.
+    MSPCXMLNode findOrAddAttribute(std::string_view name);
+    // Removes an attribute; nothing happens when there is none.
+    void removeAttribute(std::string_view name);
+
+    // Appends, or inserts before the child with that position among all children (at the end when there are fewer), a
+    // new element or comment. The handle is valid as long as this node holds it.
+    MSPCXMLNode appendElement(std::string_view name);
+    MSPCXMLNode insertElement(std::string_view name, std::size_t index);
+    MSPCXMLNode appendComment(std::string_view text);
+    MSPCXMLNode insertComment(std::string_view text, std::size_t index);
+
+    // A free element, or a free deep copy of an element of any document, in this node's document.
+    [[nodiscard]] MSPCXMLNewElement newElement(std::string_view name) const;
+    [[nodiscard]] MSPCXMLNewElement newCopyOf(const MSPCXMLNode& element) const;
+
+    // Puts a free element into the tree and gives its handle. One that belongs to another document is copied. `before`
+    // and `after` are children of this node; an empty `before` appends, an empty `after` puts the element first.
+    MSPCXMLNode appendChild(MSPCXMLNewElement&& element);
+    MSPCXMLNode insertChildBefore(MSPCXMLNewElement&& element, const MSPCXMLNode& before);
+    MSPCXMLNode insertChildAfter(MSPCXMLNewElement&& element, const MSPCXMLNode& after);
+    // Takes this element out of its parent. It stays alive, owned by the result, and no query finds it.
+    [[nodiscard]] MSPCXMLNewElement detach();
+
+    // The nodes that an XPath 1.0 query relative to this node selects, in document order; none when the query itself
+    // is malformed. Each query text is compiled once.
+    [[nodiscard]] std::optional<std::vector<MSPCXMLNode>> nodesForXPath(std::string_view query) const;
+
+private:
+    friend class MSPCXMLDocument;
+    friend class MSPCXMLNewElement;
+    friend struct MSPCXMLNodeAccess;  // the library's own node behind a handle, for the units of this folder
+
+    MSPCXMLNode(void* node, void* attribute) noexcept : _node(node), _attribute(attribute) {}
+
+    void* _node = nullptr;       // the element, for an attribute
+    void* _attribute = nullptr;  // set for attributes only
+};
+
+// An element that belongs to a document but has no parent, owned by this object: destroyed with it unless it was put
+// into the tree. Must not outlive its document. Empty when default-made or moved from.
+class MSPCXMLNewElement {
+public:
+    MSPCXMLNewElement() noexcept = default;
+    MSPCXMLNewElement(MSPCXMLNewElement&& other) noexcept;
+    MSPCXMLNewElement& operator=(MSPCXMLNewElement&& other) noexcept;
+    MSPCXMLNewElement(const MSPCXMLNewElement&) = delete;
+    MSPCXMLNewElement& operator=(const MSPCXMLNewElement&) = delete;
+    ~MSPCXMLNewElement();
+
+    [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(_element); }
+    // The element's handle, for reading and for building its content.
+    [[nodiscard]] MSPCXMLNode node() const noexcept { return _element; }
+
+private:
+    friend class MSPCXMLNode;
+    friend class MSPCXMLDocument;
+
+    explicit MSPCXMLNewElement(MSPCXMLNode element) noexcept : _element(element) {}
+    MSPCXMLNode release() noexcept;
+
+    MSPCXMLNode _element;
+};

@@ -1,0 +1,17 @@
+# One interface target carries the warnings and the instrumentation of every target of ours.
+add_library(kzmsp_options INTERFACE)
+target_compile_options(kzmsp_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+    -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor)
+if(KZMSP_WERROR)
+    target_compile_options(kzmsp_options INTERFACE -Werror)
+endif()
+if(KZMSP_SANITIZE)
+    target_compile_options(kzmsp_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kzmsp_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(KZMSP_COVERAGE)
+    target_compile_options(kzmsp_options INTERFACE --coverage -O0)
+    target_link_options(kzmsp_options INTERFACE --coverage)
+endif()
