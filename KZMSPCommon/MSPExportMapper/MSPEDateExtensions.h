@@ -5,8 +5,8 @@
 #include "MSPEDirection.h"
 #include "MSPEScheduleCalendar.h"
 
-// Working-time questions about a date, answered by the standard calendar. Deliberate: a calendar of one's own is refused
-// with a line on the log and then ignored.
+// Working-time questions about a date, answered by the standard calendar. Deliberate: a calendar of one's own is
+// refused with a line on the log and then ignored.
 
 // The date that lies a working duration (in seconds) after or before `date`; `date` itself when the standard calendar
 // gives none. A calendar is refused with "Custom Calendars not supported to advance date by duration yet. Standard

@@ -17,7 +17,8 @@ MSPEScheduleAdvance::MSPEScheduleAdvance(const MSPEScheduleCalendar& calendar, c
       _isForward(direction == MSPEDirection::Forward),
       _edgeTime(edgeTime),
       // The start's time may lie outside its day, so the walk begins on the day of the instant it makes.
-      _dayStart(calendar.gregorian().midnightOf(start.date)) {}
+      _dayStart(calendar.gregorian().midnightOf(start.date)) {
+}
 
 std::optional<MSPCInstant> MSPEScheduleAdvance::dateAfter(MSPCTimeInterval duration) {
     if (duration < 1) {

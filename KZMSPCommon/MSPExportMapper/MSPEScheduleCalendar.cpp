@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "MSPCException.h"
-#include "MSPCTextScanner.h"
 #include "MSPEScheduleAdvance.h"
 #include "MSPEScheduleDays.h"
 #include "MSPEWeekday.h"
@@ -26,41 +25,13 @@ void checkWeekday(std::int64_t weekday) {
     }
 }
 
-MSPEHourMinuteSecond splitSeconds(std::int64_t seconds) {
-    const auto hour = seconds / 3600;
-    const auto minute = (seconds - 3600 * hour) / 60;
-    return {hour, minute, seconds - 3600 * hour - 60 * minute};
-}
-
-// The truncated number of seconds as far as 64 bits hold it.
-std::int64_t wholeSeconds(double seconds) {
-    constexpr double limit = 9.2e18;
-    return static_cast<std::int64_t>(std::clamp(seconds, -limit, limit));
-}
-
-// Midnight for a missing attribute, none for a text that is no number.
-std::optional<MSPEHourMinuteSecond> timeInAttribute(const MSPCXMLNode& timeSpan, std::string_view name) {
-    const auto attribute = timeSpan.attribute(name);
-    if (!attribute) {
-        return MSPEHourMinuteSecond{};
-    }
-    const auto seconds = scanDouble(attribute.stringValue());
-    return seconds ? std::optional(splitSeconds(wholeSeconds(*seconds))) : std::nullopt;
-}
-
 }  // namespace
 
-MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian) : _gregorian(std::move(gregorian)) {}
+MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian) : _gregorian(std::move(gregorian)) {
+}
 
 MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian, WorkingDays workingDays)
-    : _gregorian(std::move(gregorian)), _workingDays(std::move(workingDays)) {}
-
-MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian, const MSPCXMLNode& kdzxSchedule)
-    : _gregorian(std::move(gregorian)) {
-    constexpr std::string_view name = "schedule-day";
-    for (auto day = kdzxSchedule.firstChildElement(name); day; day = day.nextSiblingElement(name)) {
-        addScheduleDay(day);
-    }
+    : _gregorian(std::move(gregorian)), _workingDays(std::move(workingDays)) {
 }
 
 MSPEScheduleCalendar MSPEScheduleCalendar::standardCalendar(MSPCGregorianCalendar gregorian) {
@@ -70,22 +41,6 @@ MSPEScheduleCalendar MSPEScheduleCalendar::standardCalendar(MSPCGregorianCalenda
         calendar.addWorkingTimePeriodWeekday(StandardAfternoon, weekday);
     }
     return calendar;
-}
-
-void MSPEScheduleCalendar::addScheduleDay(const MSPCXMLNode& scheduleDay) {
-    const auto weekday = MSPEWeekdayNamed(scheduleDay.attribute("day-of-week").stringValue());
-    if (!weekday) {
-        return;
-    }
-    constexpr std::string_view name = "time-span";
-    for (auto span = scheduleDay.firstChildElement(name); span; span = span.nextSiblingElement(name)) {
-        const auto from = timeInAttribute(span, "start-time");
-        const auto to = timeInAttribute(span, "end-time");
-        if (from && to) {
-            addWorkingTimePeriodWeekday({from->hour, from->minute, from->second, to->hour, to->minute, to->second},
-                                        *weekday);
-        }
-    }
 }
 
 void MSPEScheduleCalendar::addWorkingTimePeriodWeekday(const MSPETimePeriod& period, std::int64_t weekday) {
@@ -156,22 +111,21 @@ std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startDateStartDurationSta
     return std::nullopt;
 }
 
-std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startInFirstDay(std::int64_t weekday,
-                                                                       MSPCTimeInterval timeOfDay,
+std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startInFirstDay(std::int64_t weekday, MSPCTimeInterval timeOfDay,
                                                                        MSPEDirection direction) const {
     const auto& periods = workingDay(weekday).timePeriods;
     if (direction == MSPEDirection::Forward) {
         const auto found = std::find_if(periods.begin(), periods.end(),
                                         [&](const auto& period) { return period.endTime() > timeOfDay; });
-        return found == periods.end()
-                   ? std::nullopt
-                   : std::optional(MSPEScheduleStart{{}, std::max(timeOfDay, found->startTime()), found - periods.begin()});
+        return found == periods.end() ? std::nullopt
+                                      : std::optional(MSPEScheduleStart{
+                                            {}, std::max(timeOfDay, found->startTime()), found - periods.begin()});
     }
     const auto found = std::find_if(periods.rbegin(), periods.rend(),
                                     [&](const auto& period) { return period.startTime() < timeOfDay; });
-    return found == periods.rend()
-               ? std::nullopt
-               : std::optional(MSPEScheduleStart{{}, std::min(timeOfDay, found->endTime()), periods.rend() - found - 1});
+    return found == periods.rend() ? std::nullopt
+                                   : std::optional(MSPEScheduleStart{
+                                         {}, std::min(timeOfDay, found->endTime()), periods.rend() - found - 1});
 }
 
 MSPEScheduleStart MSPEScheduleCalendar::startOfLaterDay(std::int64_t weekday, MSPEDirection direction) const {
@@ -190,7 +144,9 @@ bool MSPEScheduleCalendar::isWorkingDay(MSPCInstant date) const {
     return isWorkingDayWeekday(_gregorian.weekdayOf(date));
 }
 
-bool MSPEScheduleCalendar::isWorkingDayWeekday(std::int64_t weekday) const { return workingDay(weekday).isWorkingDay; }
+bool MSPEScheduleCalendar::isWorkingDayWeekday(std::int64_t weekday) const {
+    return workingDay(weekday).isWorkingDay;
+}
 
 const MSPEWorkingDay& MSPEScheduleCalendar::workingDay(std::int64_t weekday) const {
     checkWeekday(weekday);

@@ -23,9 +23,9 @@ struct MSPEHourMinuteSecond {
 
 // Where working time begins, seen from a date.
 struct MSPEScheduleStart {
-    MSPCInstant date;               // midnight of the day found plus the time of day
+    MSPCInstant date;                // midnight of the day found plus the time of day
     MSPCTimeInterval timeOfDay = 0;  // seconds since midnight
-    std::int64_t timePeriod = -1;   // index of the period within its day
+    std::int64_t timePeriod = -1;    // index of the period within its day
 };
 
 // A weekly working-time calendar: for each weekday whether it is worked and in which periods. Answers questions of
@@ -36,7 +36,8 @@ struct MSPEScheduleStart {
 //
 // Days are stepped by exactly 86,400 seconds from a midnight. Deliberate: after a change of the clocks the stepped
 // "midnight" is 01:00, or 23:00 of the day before, whose weekday counts, and results shift by the change. In
-// Europe/Berlin eight working hours from Friday 2012-03-23T12:00:00 on end on Monday 2012-03-26 at 13:00:00, not at noon.
+// Europe/Berlin eight working hours from Friday 2012-03-23T12:00:00 on end on Monday 2012-03-26 at 13:00:00, not at
+// noon.
 //
 // Operations that take a weekday and say nothing else raise `MSPCInternalInconsistency` "Incorrect value of weekdey
 // (<weekday>). Should be from 1 to 7." for any other number.
@@ -69,15 +70,15 @@ public:
 
     // The date that lies a duration of working time (in seconds) after or before a date. The walk begins where working
     // time begins seen from the date, so noon plus half a second is 13:00:00 in the standard calendar; durations below
-    // one second end right there. A result on the very end (start, backward) of a period stays there when edge times are
-    // allowed: Monday 08:00 plus eight hours is Monday 17:00; otherwise it moves to the next period: Tuesday 08:00.
+    // one second end right there. A result on the very end (start, backward) of a period stays there when edge times
+    // are allowed: Monday 08:00 plus eight hours is Monday 17:00; otherwise it moves to the next period: Tuesday 08:00.
     // Deliberate: the move looks at most 7 days ahead, counted from the beginning of the walk; later than that the
     // last stretch of the duration is worked off a second time, from the next day on.
     //
     // None when working time does not begin within 7 days, when the duration is not a number, or when it is not used
-    // up within the reach of the calendar: after endless durations, in weeks whose periods add up to nothing or less, and
-    // beyond 10,000 years in weeks that hold reversed periods. Raises `MSPCInternalInconsistency` "Date to advance from
-    // not specified." without a date, "Duration can not be negative. To specify backward advance use argument
+    // up within the reach of the calendar: after endless durations, in weeks whose periods add up to nothing or less,
+    // and beyond 10,000 years in weeks that hold reversed periods. Raises `MSPCInternalInconsistency` "Date to advance
+    // from not specified." without a date, "Duration can not be negative. To specify backward advance use argument
     // forward=NO.", and, where periods lie outside their day, "No time period specified to start duration countdown
     // from." and "Working day has no or too few working time periods.".
     [[nodiscard]] std::optional<MSPCInstant> dateAdvanceByDurationForwardAllowEdgeTime(std::optional<MSPCInstant> date,
@@ -135,15 +136,15 @@ public:
                                                                              MSPCTimeInterval startedAt,
                                                                              MSPEDirection direction,
                                                                              std::int64_t weekday) const;
-    // The start time of a period that a search gave, -1 for `NotFound`. Raises `MSPCInternalInconsistency` "Failed to get
-    // starting hour of time period <period> at weekday <weekday>." when there is no such period.
+    // The start time of a period that a search gave, -1 for `NotFound`. Raises `MSPCInternalInconsistency` "Failed to
+    // get starting hour of time period <period> at weekday <weekday>." when there is no such period.
     [[nodiscard]] MSPCTimeInterval dayTimeOfFoundTimePeriodWeekday(std::int64_t timePeriod, std::int64_t weekday) const;
 
     // A period, and its start and end as fields or in seconds since midnight. None, or -1, for a period or weekday
     // that does not exist.
     [[nodiscard]] std::optional<MSPETimePeriod> timePeriodWeekday(std::int64_t timePeriod, std::int64_t weekday) const;
-    [[nodiscard]] std::optional<MSPEHourMinuteSecond> startHourMinuteSecondTimePeriodWeekday(std::int64_t timePeriod,
-                                                                                             std::int64_t weekday) const;
+    [[nodiscard]] std::optional<MSPEHourMinuteSecond> startHourMinuteSecondTimePeriodWeekday(
+        std::int64_t timePeriod, std::int64_t weekday) const;
     [[nodiscard]] std::optional<MSPEHourMinuteSecond> endHourMinuteSecondTimePeriodWeekday(std::int64_t timePeriod,
                                                                                            std::int64_t weekday) const;
     [[nodiscard]] MSPCTimeInterval startTimeForTimePeriodWeekday(std::int64_t timePeriod, std::int64_t weekday) const;

@@ -4,8 +4,8 @@
 
 #include "MSPCInstant.h"
 
-// One worked stretch of a day, as wall-clock times. Nothing is checked: the end may lie before the start, and fields may
-// hold any number. Times derived from them are therefore computed in floating point, where no value overflows.
+// One worked stretch of a day, as wall-clock times. Nothing is checked: the end may lie before the start, and fields
+// may hold any number. Times derived from them are therefore computed in floating point, where no value overflows.
 struct MSPETimePeriod {
     std::int64_t fromHour = 0;
     std::int64_t fromMinute = 0;

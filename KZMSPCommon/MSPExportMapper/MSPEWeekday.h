@@ -21,5 +21,6 @@ inline constexpr std::array<std::string_view, 8> MSPEWeekdayNames{"",          "
 // The number of a weekday's name; none for any other text ("Monday" included, case counts).
 [[nodiscard]] constexpr std::optional<std::int64_t> MSPEWeekdayNamed(std::string_view name) noexcept {
     const auto found = std::find(MSPEWeekdayNames.begin() + 1, MSPEWeekdayNames.end(), name);
-    return found == MSPEWeekdayNames.end() ? std::nullopt : std::optional<std::int64_t>(found - MSPEWeekdayNames.begin());
+    return found == MSPEWeekdayNames.end() ? std::nullopt
+                                           : std::optional<std::int64_t>(found - MSPEWeekdayNames.begin());
 }

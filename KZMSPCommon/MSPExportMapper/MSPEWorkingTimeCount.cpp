@@ -9,7 +9,8 @@ MSPEWorkingTimeCount::MSPEWorkingTimeCount(const MSPEScheduleCalendar& calendar,
       _fromDay(calendar.gregorian().midnightOf(from)),
       _toDay(calendar.gregorian().midnightOf(to)),
       _fromTime(static_cast<MSPCTimeInterval>(calendar.gregorian().timeOfDayOf(from))),
-      _toTime(static_cast<MSPCTimeInterval>(calendar.gregorian().timeOfDayOf(to))) {}
+      _toTime(static_cast<MSPCTimeInterval>(calendar.gregorian().timeOfDayOf(to))) {
+}
 
 MSPCTimeInterval MSPEWorkingTimeCount::total() const {
     MSPCTimeInterval total = 0;
