@@ -12,11 +12,12 @@
 class MSPIXMLImporter {
 public:
     // Keeps a copy of `info`, which it fills in for every scenario. `mapScenario` is replaced by tests only.
-    MSPIXMLImporter(MSPIImportInfo info, const MSPCServices& services, MSPIScenarioMapping mapScenario = MSPIMapScenario);
+    MSPIXMLImporter(MSPIImportInfo info, const MSPCServices& services,
+                    MSPIScenarioMapping mapScenario = MSPIMapScenario);
 
     // Copies the template bundle to the destination, or to the first free name "<destination>-1", "-2", ... where
-    // something exists already, and writes into the copy the actual scenario ("Actual.xml"), every baseline 0 to 10 that
-    // the plan holds ("Baseline.xml", "Baseline1.xml" to "Baseline10.xml") and, last, the table of contents
+    // something exists already, and writes into the copy the actual scenario ("Actual.xml"), every baseline 0 to 10
+    // that the plan holds ("Baseline.xml", "Baseline1.xml" to "Baseline10.xml") and, last, the table of contents
     // ("__TOC.xml"). True when all of it was written.
     //
     // False on any failure of the system's own kinds, after the log line "Exception: <name>\n<reason>\n<user info>"; a
@@ -42,9 +43,8 @@ private:
     [[nodiscard]] bool importChecked(const MSPCURL& source, const MSPCURL& destination);
     [[nodiscard]] std::string copyTemplate(const MSPCURL& source, const MSPCURL& destination);
     [[nodiscard]] Documents loadDocuments(const MSPCURL& source, const std::string& bundlePath) const;
-    [[nodiscard]] std::optional<MSPCXMLDocument> mapActualScenario(Documents& documents);
-    [[nodiscard]] std::optional<MSPCXMLDocument> mapBaseline(int number, Documents& documents);
-    void writeScenario(const MSPCXMLDocument& scenario, const std::string& path) const;
+    // False when the plan holds no such scenario.
+    bool importScenario(std::optional<int> baselineNumber, Documents& documents, const std::string& bundlePath);
     void writeDocument(const MSPCXMLDocument& document, const std::string& path) const;
 
     MSPIImportInfo _info;
