@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "MSPCServices.h"
+#include "MSPCXMLDocument.h"
+#include "MSPCXMLNode.h"
+#include "MSPEScheduleCalendar.h"
+#include "MSPIIdMapper.h"
+#include "MSPIProjectIndex.h"
+#include "MSPIUtilities.h"
+
+// What the mappers of one scenario share: the MSPDI project they read, the scenario document they build, the settings
+// that all of them need and the services of the run. `MSPIMapper` is one; tests make a bare one around a snippet of XML.
+// Lives as long as the mapping of its scenario; handles into its document must not outlive it.
+class MSPIMappingContext {
+public:
+    // The actual scenario, of an empty project, with save version 9 and no calendar.
+    explicit MSPIMappingContext(const MSPCServices& services);
+    MSPIMappingContext(const MSPIMappingContext&) = delete;
+    MSPIMappingContext& operator=(const MSPIMappingContext&) = delete;
+
+    [[nodiscard]] const MSPCServices& services() const { return _services; }
+    [[nodiscard]] MSPCLog& log() const { return _services.log; }
+    [[nodiscard]] const MSPIUtilities& conversions() const { return _conversions; }
+
+    // The MSPDI root element `Project`. Setting it drops the index.
+    [[nodiscard]] MSPCXMLNode mspProject() const { return _mspProject; }
+    void setMspProject(MSPCXMLNode project);
+    // Tasks, assignments, calendars and definitions of the project by their keys. Built by the first look-up of each
+    // kind; from then on the project's lists must not change.
+    [[nodiscard]] MSPIProjectIndex& index() { return _index; }
+
+    // MSPDI `SaveVersion`; 9 (2003) where the project has none.
+    [[nodiscard]] std::int64_t mspSaveVersion() const { return _mspSaveVersion; }
+    void setMspSaveVersion(std::int64_t version) { _mspSaveVersion = version; }
+    // Whether the rules for files of 2007 and later apply.
+    [[nodiscard]] bool isSavedBy2007OrLater() const { return _mspSaveVersion >= 12; }
+
+    // The number of the baseline being mapped, 0 to 10; -1 for the actual scenario.
+    [[nodiscard]] std::int32_t baselineNumber() const { return _baselineNumber; }
+    void setBaselineNumber(std::int32_t number) { _baselineNumber = number; }
+    [[nodiscard]] bool isBaselineScenario() const { return _baselineNumber >= 0; }
+
+    // The name of the imported file, for projects that do not name themselves.
+    [[nodiscard]] const std::string& importedProjectName() const { return _importedProjectName; }
+    void setImportedProjectName(std::string name) { _importedProjectName = std::move(name); }
+
+    // UID of the project's calendar; -1 until it is known.
+    [[nodiscard]] std::int64_t mspStandardCalendarUID() const { return _mspStandardCalendarUID; }
+    void setMspStandardCalendarUID(std::int64_t uid) { _mspStandardCalendarUID = uid; }
+    [[nodiscard]] bool mspScheduleFromStart() const { return _mspScheduleFromStart; }
+    void setMspScheduleFromStart(bool fromStart) { _mspScheduleFromStart = fromStart; }
+
+    // The project's own MSPDI dates, whichever of them its scheduling direction uses; empty when not known.
+    [[nodiscard]] const std::string& mspStartDate() const { return _mspStartDate; }
+    void setMspStartDate(std::string mspdiDate) { _mspStartDate = std::move(mspdiDate); }
+    [[nodiscard]] const std::string& mspFinishDate() const { return _mspFinishDate; }
+    void setMspFinishDate(std::string mspdiDate) { _mspFinishDate = std::move(mspdiDate); }
+
+    [[nodiscard]] const MSPIIdMapper& idMapper() const { return _idMapper; }
+    void setIdMapper(MSPIIdMapper idMapper) { _idMapper = idMapper; }
+    // The project's working-time calendar; a null pointer until it has been mapped.
+    [[nodiscard]] const MSPEScheduleCalendar* scheduleCalendar() const {
+        return _scheduleCalendar ? &*_scheduleCalendar : nullptr;
+    }
+    void setScheduleCalendar(MSPEScheduleCalendar calendar) { _scheduleCalendar.emplace(std::move(calendar)); }
+
+    // The next provisional id of a split piece: "split-1", "split-2" and so on.
+    [[nodiscard]] std::string getTempSplitTaskID();
+
+    // The scenario document under construction, and a free element of it.
+    [[nodiscard]] MSPCXMLDocument& kdzxDocument() { return _kdzxDocument; }
+    [[nodiscard]] MSPCXMLNewElement newElement(std::string_view name) { return _kdzxDocument.newElement(name); }
+
+private:
+    const MSPCServices& _services;
+    MSPIUtilities _conversions;
+    MSPCXMLNode _mspProject;
+    MSPIProjectIndex _index;
+    std::int64_t _mspSaveVersion = 9;
+    std::int32_t _baselineNumber = -1;
+    std::string _importedProjectName;
+    std::int64_t _mspStandardCalendarUID = -1;
+    bool _mspScheduleFromStart = false;
+    std::string _mspStartDate;
+    std::string _mspFinishDate;
+    MSPIIdMapper _idMapper;
+    std::optional<MSPEScheduleCalendar> _scheduleCalendar;
+    std::int64_t _splitTaskID = 0;
+    MSPCXMLDocument _kdzxDocument;
+};

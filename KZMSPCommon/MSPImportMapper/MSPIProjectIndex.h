@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MSPCError.h"
+#include "MSPCXMLNode.h"
+
+// The elements of one list of the project by the number in one of their children, with the meaning of the XPath
+// predicate `[child=number]`: texts count as XPath reads them (" 12 " and "012" are 12, "12h" is no number), and an
+// element with several such children is found by each of them.
+class MSPINumberIndex {
+public:
+    // The elements at `path` below `project`, by their children named `key`.
+    MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key);
+
+    // The elements with that number, in document order. Valid as long as the index.
+    [[nodiscard]] std::span<const MSPCXMLNode> nodesWithKey(std::int64_t number) const;
+    // The last of them; reports through `error` as a query for a single node does.
+    [[nodiscard]] MSPCXMLNode singleNodeWithKey(std::int64_t number, Error* error = nullptr) const;
+
+private:
+    std::vector<double> _keys;          // ascending
+    std::vector<MSPCXMLNode> _nodes;  // of the same position, in document order within one key
+};
+
+// The same by text, with the meaning of `[child='text']`.
+class MSPITextIndex {
+public:
+    MSPITextIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key);
+
+    [[nodiscard]] MSPCXMLNode singleNodeWithKey(std::string_view text, Error* error = nullptr) const;
+
+private:
+    std::vector<std::pair<std::string, MSPCXMLNode>> _entries;  // ascending, stable
+};
+
+// The look-ups by key that mapping makes for every task, resource or assignment, each list read once, when it is first
+// needed. The lists must not change between a first look-up and the last.
+class MSPIProjectIndex {
+public:
+    MSPIProjectIndex() = default;
+    explicit MSPIProjectIndex(const MSPCXMLNode& project) : _project(project) {}
+
+    // "Tasks/Task[UID=<uid>]"
+    [[nodiscard]] const MSPINumberIndex& tasksByUID();
+    // "Calendars/Calendar[UID=<uid>]"
+    [[nodiscard]] const MSPINumberIndex& calendarsByUID();
+    // "Assignments/Assignment[TaskUID=<uid>]"
+    [[nodiscard]] const MSPINumberIndex& assignmentsByTaskUID();
+    // "Assignments/Assignment[ResourceUID=<uid>]"
+    [[nodiscard]] const MSPINumberIndex& assignmentsByResourceUID();
+    // "ExtendedAttributes/ExtendedAttribute[FieldID='<id>']"
+    [[nodiscard]] const MSPITextIndex& definitionsByFieldID();
+
+private:
+    MSPCXMLNode _project;
+    std::optional<MSPINumberIndex> _tasksByUID;
+    std::optional<MSPINumberIndex> _calendarsByUID;
+    std::optional<MSPINumberIndex> _assignmentsByTaskUID;
+    std::optional<MSPINumberIndex> _assignmentsByResourceUID;
+    std::optional<MSPITextIndex> _definitionsByFieldID;
+};
