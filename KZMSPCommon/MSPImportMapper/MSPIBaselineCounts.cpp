@@ -34,7 +34,7 @@ MSPIBaselineCounts MSPIBaselineCounts::ofProject(const MSPCXMLNode& mspProject) 
         for (const auto& element : nodesForXQuery(mspProject, path)) {
             const auto numbers = baselineNumbersOf(element, buffer);
             for (std::size_t n = 0; n < numbers.size(); ++n) {
-                counts.byNumber[n].*member += numbers[n] ? 1 : 0;
+                counts.byNumber[n].*member += static_cast<std::size_t>(numbers[n]);
             }
         }
     };
