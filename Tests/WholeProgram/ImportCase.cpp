@@ -24,10 +24,10 @@ std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
-std::map<std::string, std::string> environmentOf(const fs::path& caseFolder) {
+std::map<std::string, std::string> environmentOf(const fs::path& folder) {
     // A zone without summer time: the written offsets depend on the present one, and a test must not depend on today.
-    std::map<std::string, std::string> environment{{"TZ", "UTC"}, {"LC_ALL", "C"}, {"HOME", "home"}};
-    if (const auto file = caseFolder / "environment"; fs::exists(file)) {
+    std::map<std::string, std::string> environment{{"TZ", "UTC"}, {"LC_ALL", "C"}, {"HOME", folder / "home"}};
+    if (const auto file = folder / "environment"; fs::exists(file)) {
         for (const auto& line : linesOf(bytesOf(file))) {
             environment[line.substr(0, line.find('='))] = line.substr(line.find('=') + 1);
         }

@@ -7,7 +7,7 @@
 // One folder of Tests/ImportCases: a run of the program and what it must leave behind.
 //
 //   args             the arguments, one a line
-//   environment      NAME=value lines beside (or instead of) TZ=UTC, LC_ALL=C and HOME=home; optional
+//   environment      NAME=value lines beside (or instead of) TZ=UTC, LC_ALL=C and HOME (the folder "home"); optional
 //   expected.status  the exit status
 //   expected.log     standard error, masked
 //   expected.kdzx/   the bundle in the folder "out", masked; further ones are expected-2.kdzx and so on, by name
