@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int GeneratedTexts = 2'000'000;
+constexpr int GeneratedTexts = 1'000'000;
 
 // Texts like those of plans, half of them spoilt in one to three places. The same ones in every run.
 class TextGenerator {
