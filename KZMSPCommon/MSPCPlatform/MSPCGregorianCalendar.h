@@ -31,7 +31,8 @@ struct MSPCDateFields {
     return field == MSPCDateFields::Undefined ? 0 : field;
 }
 
-// Calendar arithmetic in the proleptic Gregorian calendar of one time zone.
+// Calendar arithmetic in the proleptic Gregorian calendar of one time zone (the year 0 is leap, before it stands -1).
+// No value overflows: fields and instants far outside 32-bit years count as the farthest that can be held.
 class MSPCGregorianCalendar {
 public:
     explicit MSPCGregorianCalendar(MSPCTimeZone zone);
@@ -56,7 +57,7 @@ public:
     // Days from one instant to another on the zone's wall clocks, truncated towards zero: from Monday 10:00 to
     // Tuesday 09:00 there are 0.
     [[nodiscard]] std::int64_t wholeDaysBetween(MSPCInstant from, MSPCInstant to) const;
-    // The same wall-clock time a number of calendar days later (earlier when negative).
+    // The same wall-clock time a number of calendar days later (earlier when negative), fraction of a second included.
     [[nodiscard]] MSPCInstant instantByAddingDays(MSPCInstant instant, std::int64_t days) const;
     // Adds hours, minutes and seconds to the wall-clock time: 00:00:00 plus 23:59:59 is 23:59:59 of that day, also on
     // a day on which the clocks change.

@@ -11,7 +11,9 @@
 class MSPCLog;
 
 // A time zone: a value that maps instants to offsets from Greenwich and wall-clock times to instants. Copies share
-// the zone's data. Offsets are in seconds, positive east of Greenwich.
+// the zone's data, which remembers what it looked up and is therefore not for several threads at once. Offsets are in
+// seconds, positive east of Greenwich. Before a zone's first known change its first offset holds, after the last one
+// its final yearly rule. Times beyond reach of 64-bit seconds count as the farthest one.
 class MSPCTimeZone {
 public:
     // The zone of that name in the zone database ("Europe/Berlin", "UTC"); none when there is no such zone.
@@ -27,8 +29,8 @@ public:
 
     // The whole offset in force at an instant, daylight saving included.
     [[nodiscard]] std::int64_t secondsFromGMT(MSPCInstant instant) const;
-    // The daylight-saving part of that offset; 0 outside daylight-saving time, negative where the winter is the
-    // exception (Ireland).
+    // The daylight-saving part of that offset, 0 outside daylight-saving time: 3600 in the Irish summer, which some call
+    // the standard time there, and 1800 in the summer of Lord Howe.
     [[nodiscard]] std::int64_t daylightSavingOffset(MSPCInstant instant) const;
 
     // The instant at which the zone's wall clocks show `wallClockSeconds`, counted since 1970-01-01T00:00:00 as if

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "MSPCInstant.h"
+#include "MSPEDirection.h"
+#include "MSPEScheduleCalendar.h"
+
+// One stop of a walk over working periods.
+struct MSPEScheduleStop {
+    // The bit of `flags` that marks the first period of a day reached by stepping; the day on which the walk begins
+    // does not carry it.
+    static constexpr std::uint64_t BeginsSteppedDay = 1;
+
+    MSPETimePeriod timePeriod;
+    std::int64_t timePeriodIndex = 0;  // within its day
+    MSPCInstant date;                  // the day's midnight, stepped by 86,400 s from that of the first day
+    std::int64_t weekday = 0;          // of that instant
+    std::uint64_t flags = 0;
+};
+
+// Walks the periods of a working-time calendar one by one, day after day in one direction, beginning with the first
+// (backward: last) period of a date's day; the time of day plays no part. Ends by itself only when seven days in a row
+// are not worked. The calendar must outlive it.
+class MSPEScheduleIterator {
+public:
+    // Raises `MSPCInternalInconsistency` "Incorrect time period index: -1" when a walk backward comes to a working day
+    // without periods; so does `nextTimePeriodTimePeriodIndexDateFlag`.
+    MSPEScheduleIterator(const MSPEScheduleCalendar& calendar, MSPCInstant date, MSPEDirection direction);
+
+    // The next period; none when the walk has ended.
+    [[nodiscard]] std::optional<MSPEScheduleStop> nextTimePeriodTimePeriodIndexDateFlag();
+
+    // Moves the stops to come by a time in the direction of the walk. The caller sees to it that they then have the
+    // same weekdays, as after whole weeks without a change of the clocks.
+    void leap(MSPCTimeInterval time);
+
+private:
+    void prepareNextIteration();
+    void enterDay();
+
+    const MSPEScheduleCalendar& _scheduleCalendar;
+    MSPEDirection _direction;
+    MSPCTimeInterval _oneDayInterval;
+    std::uint64_t _flags = 0;
+    MSPCInstant _nextDate;
+    std::int64_t _nextWeekday = 0;  // 0 while there is none
+    std::int64_t _nextDateTimePeriods = 0;
+    std::int64_t _nextTimePeriodIndex = 0;
+    bool _found = false;
+};

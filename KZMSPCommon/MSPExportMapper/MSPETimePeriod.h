@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+#include "MSPCInstant.h"
+
+// One worked stretch of a day, as wall-clock times. Nothing is checked: the end may lie before the start, and fields
+// may hold any number. Times derived from them are therefore computed in floating point, where no value overflows.
+struct MSPETimePeriod {
+    std::int64_t fromHour = 0;
+    std::int64_t fromMinute = 0;
+    std::int64_t fromSecond = 0;
+    std::int64_t toHour = 0;
+    std::int64_t toMinute = 0;
+    std::int64_t toSecond = 0;
+
+    // Seconds since midnight: 08:30:00 is 30600.
+    [[nodiscard]] constexpr MSPCTimeInterval startTime() const { return seconds(fromHour, fromMinute, fromSecond); }
+    [[nodiscard]] constexpr MSPCTimeInterval endTime() const { return seconds(toHour, toMinute, toSecond); }
+    // End time less start time; negative when the period is reversed.
+    [[nodiscard]] constexpr MSPCTimeInterval duration() const { return endTime() - startTime(); }
+
+    friend bool operator==(const MSPETimePeriod&, const MSPETimePeriod&) = default;
+
+private:
+    static constexpr MSPCTimeInterval seconds(std::int64_t hour, std::int64_t minute, std::int64_t second) {
+        return (static_cast<double>(hour) * 60 + static_cast<double>(minute)) * 60 + static_cast<double>(second);
+    }
+};
