@@ -22,7 +22,8 @@ TEST(MSPDIImportArguments, namesTheInputFile) {
 }
 
 TEST(MSPDIImportArguments, namesTheOutputFolderAndIgnoresTheRest) {
-    const auto parsed = MSPDIParseArguments({"x", "--template-path", "T.kdzx", "Plan.xml", "out", "more", "--input-list"});
+    const auto parsed =
+        MSPDIParseArguments({"x", "--template-path", "T.kdzx", "Plan.xml", "out", "more", "--input-list"});
     EXPECT_EQ(parsed.inputPath, "Plan.xml");
     EXPECT_EQ(parsed.outputFolder, "out");
 }

@@ -23,8 +23,7 @@ TEST(MSPDIOutputFolder, mustExist) {
                   "Output directoty not found: /none");
     EXPECT_RAISES(MSPDIOutputFolder("/in/Plan.xml", "/out/file", files), FileNotFoundException,
                   "Output directoty not found: /out/file");
-    EXPECT_RAISES(MSPDIOutputFolder("/in/Plan.xml", "", files), FileNotFoundException,
-                  "Output directoty not found: ");
+    EXPECT_RAISES(MSPDIOutputFolder("/in/Plan.xml", "", files), FileNotFoundException, "Output directoty not found: ");
 }
 
 TEST(MSPDIOutputFolder, cannotBeTheInputsWhenThatHasGone) {

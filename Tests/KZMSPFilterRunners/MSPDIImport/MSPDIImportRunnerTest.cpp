@@ -34,10 +34,11 @@ protected:
 
     // Imports succeed unless the input's name holds "bad".
     int run(const Arguments& arguments) {
-        MSPDIImportRunner runner(services, [this](const auto& info, const auto&, const auto& source, const auto& destination) {
-            asked.push_back({source.path(), destination.absoluteString(), info});
-            return source.path().find("bad") == std::string::npos;
-        });
+        MSPDIImportRunner runner(services,
+                                 [this](const auto& info, const auto&, const auto& source, const auto& destination) {
+                                     asked.push_back({source.path(), destination.absoluteString(), info});
+                                     return source.path().find("bad") == std::string::npos;
+                                 });
         return runner.run(arguments);
     }
     int runWith(const Arguments& afterTemplate) {
@@ -79,10 +80,9 @@ const std::string templateLine = "KDZX Template URL: 'file:///T.kdzx/'";
 
 TEST_F(MSPDIImportRunnerTest, importsASingleFileAndTellsIt) {
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
-    EXPECT_EQ(log.takeLines(),
-              (Lines{start, templateLine, "### Import single file: \"/in/a.xml\"",
-                     "### Import from URL: 'file:///in/a.xml'", "### Write to URL (bundle): 'file:///out/a.kdzx/'",
-                     "### Importer SUCCEEDED."}));
+    EXPECT_EQ(log.takeLines(), (Lines{start, templateLine, "### Import single file: \"/in/a.xml\"",
+                                      "### Import from URL: 'file:///in/a.xml'",
+                                      "### Write to URL (bundle): 'file:///out/a.kdzx/'", "### Importer SUCCEEDED."}));
     ASSERT_EQ(asked.size(), 1U);
     EXPECT_EQ(asked[0].source, "/in/a.xml");
     EXPECT_EQ(asked[0].destination, "file:///out/a.kdzx/");
@@ -148,18 +148,21 @@ TEST_F(MSPDIImportRunnerTest, templateOptionAsSecondArgumentIsTheSameUsageError)
 
 TEST_F(MSPDIImportRunnerTest, templateMustHaveTheBundlesExtension) {
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "~/T.xml", "/in/a.xml"}),
-              (Lines{start, "Exception: CommandLineArgumentException\n"
-                            "Template is not a valid KDZX doc folder: '~/T.xml'"}));
+              (Lines{start,
+                     "Exception: CommandLineArgumentException\n"
+                     "Template is not a valid KDZX doc folder: '~/T.xml'"}));
     EXPECT_EQ(linesOfFailure({"x", "--template-path", ".kdzx", "/in/a.xml"}),
-              (Lines{start, "Exception: CommandLineArgumentException\n"
-                            "Template is not a valid KDZX doc folder: '.kdzx'"}));
+              (Lines{start,
+                     "Exception: CommandLineArgumentException\n"
+                     "Template is not a valid KDZX doc folder: '.kdzx'"}));
 }
 
 TEST_F(MSPDIImportRunnerTest, templateMustBeAFolder) {
     files.addFile("/home/me/Empty.kdzx");
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "Empty.kdzx", "/in/a.xml"}),
-              (Lines{start, "Exception: FileNotFoundException\nKDZX template doc folder not found: "
-                            "/home/me/Empty.kdzx"}));
+              (Lines{start,
+                     "Exception: FileNotFoundException\nKDZX template doc folder not found: "
+                     "/home/me/Empty.kdzx"}));
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "/none/../N.kdzx", "/in/a.xml"}),
               (Lines{start, "Exception: FileNotFoundException\nKDZX template doc folder not found: /N.kdzx"}));
 }
@@ -172,19 +175,19 @@ TEST_F(MSPDIImportRunnerTest, templateMayBeUpperCaseAndEndInASlash) {
 
 TEST_F(MSPDIImportRunnerTest, importsAndEchoesTheEntriesOfAList) {
     EXPECT_EQ(runList("/in/a.xml\n\n:: a comment\n/in/b.mspxml"), 0);
-    EXPECT_EQ(log.takeLines(),
-              (Lines{start, templateLine, "### Import files from the list:", "    \"/in/a.xml\"",
-                     "    \"/in/b.mspxml\"", "### Import from URL: 'file:///in/a.xml'",
-                     "### Write to URL (bundle): 'file:///out/a.kdzx/'", "### Importer SUCCEEDED.",
-                     "### Import from URL: 'file:///in/b.mspxml'", "### Write to URL (bundle): 'file:///out/b.kdzx/'",
-                     "### Importer SUCCEEDED."}));
+    EXPECT_EQ(log.takeLines(), (Lines{start, templateLine, "### Import files from the list:", "    \"/in/a.xml\"",
+                                      "    \"/in/b.mspxml\"", "### Import from URL: 'file:///in/a.xml'",
+                                      "### Write to URL (bundle): 'file:///out/a.kdzx/'", "### Importer SUCCEEDED.",
+                                      "### Import from URL: 'file:///in/b.mspxml'",
+                                      "### Write to URL (bundle): 'file:///out/b.kdzx/'", "### Importer SUCCEEDED."}));
     EXPECT_EQ(sources(), (Lines{"/in/a.xml", "/in/b.mspxml"}));
 }
 
 TEST_F(MSPDIImportRunnerTest, importsTheSameFromAListWithOtherLineEnds) {
     for (const auto* lineEnd : {"\r\n", "\n", "\r", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
         asked.clear();
-        EXPECT_EQ(runList(std::string("\xEF\xBB\xBF/in/a.xml").append(lineEnd).append("/in/b.mspxml").append(lineEnd)), 0);
+        EXPECT_EQ(runList(std::string("\xEF\xBB\xBF/in/a.xml").append(lineEnd).append("/in/b.mspxml").append(lineEnd)),
+                  0);
         EXPECT_EQ(sources(), (Lines{"/in/a.xml", "/in/b.mspxml"}));
         log.ignoreLines();
     }
@@ -208,8 +211,7 @@ TEST_F(MSPDIImportRunnerTest, listFileMustBeReadable) {
     const Arguments arguments{"x", "--template-path", "/T.kdzx", "--input-list", "/in/../list"};
     const Lines before{start, templateLine, "### Import files from the list:"};
     auto expected = before;
-    expected.emplace_back(
-        "Exception: FileNotFoundException\nInput list not found or it is a directory: /list");
+    expected.emplace_back("Exception: FileNotFoundException\nInput list not found or it is a directory: /list");
     EXPECT_EQ(linesOfFailure(arguments), expected);
 
     files.addFile("/list", "\xFF");
@@ -234,8 +236,9 @@ TEST_F(MSPDIImportRunnerTest, entryThatIsNoXMLEndsTheRun) {
 
 TEST_F(MSPDIImportRunnerTest, checksTheExtensionBeforeTheFile) {
     for (const auto* entry : {"/none.txt", " ", "/in/.xml", "/in/a.xml ", "/in"}) {
-        EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", entry}).back(),
-                  std::string("Exception: CommandLineArgumentException\nInput file is not XML: '").append(entry).append("'"));
+        EXPECT_EQ(
+            linesOfFailure({"x", "--template-path", "/T.kdzx", entry}).back(),
+            std::string("Exception: CommandLineArgumentException\nInput file is not XML: '").append(entry).append("'"));
     }
 }
 
@@ -248,10 +251,10 @@ TEST_F(MSPDIImportRunnerTest, inputMustBeAFile) {
 }
 
 TEST_F(MSPDIImportRunnerTest, outputFolderMustExist) {
-    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "/in/a.xml", "/none"}),
-              (Lines{start, templateLine, "### Import single file: \"/in/a.xml\"",
-                     "### Import from URL: 'file:///in/a.xml'",
-                     "Exception: FileNotFoundException\nOutput directoty not found: /none"}));
+    EXPECT_EQ(
+        linesOfFailure({"x", "--template-path", "/T.kdzx", "/in/a.xml", "/none"}),
+        (Lines{start, templateLine, "### Import single file: \"/in/a.xml\"", "### Import from URL: 'file:///in/a.xml'",
+               "Exception: FileNotFoundException\nOutput directoty not found: /none"}));
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "/in/a.xml", "/in/notes.txt"}).back(),
               "Exception: FileNotFoundException\nOutput directoty not found: /in/notes.txt");
 }

@@ -19,8 +19,13 @@ TEST(MSPDILinesOfText, endAtEveryNewlineCharacter) {
         {"a\n", {"a", ""}},
         {"a\r\nb\r\n", {"a", "", "b", "", ""}},
         {"a\rb", {"a", "b"}},
-        {"a\xC2\x85" "b", {"a", "b"}},
-        {"a\xE2\x80\xA8" "b\xE2\x80\xA9" "c", {"a", "b", "c"}},
+        {"a\xC2\x85"
+         "b",
+         {"a", "b"}},
+        {"a\xE2\x80\xA8"
+         "b\xE2\x80\xA9"
+         "c",
+         {"a", "b", "c"}},
         {"a\tb c\x0B\x0C", {"a\tb c\x0B\x0C"}},
         {" a \n\t", {" a ", "\t"}},
         {"\xC2\xA0\xE2\x80\xAA", {"\xC2\xA0\xE2\x80\xAA"}},
@@ -31,13 +36,21 @@ TEST(MSPDILinesOfText, endAtEveryNewlineCharacter) {
 }
 
 TEST(MSPDILinesOfText, doNotHoldTheByteOrderMark) {
-    EXPECT_EQ(MSPDILinesOfText("\xEF\xBB\xBF" "a.xml\nb.xml"), (Lines{"a.xml", "b.xml"}));
-    EXPECT_EQ(MSPDILinesOfText("a\n\xEF\xBB\xBF" "b"), (Lines{"a", "\xEF\xBB\xBF" "b"})) << "only at the start";
+    EXPECT_EQ(MSPDILinesOfText("\xEF\xBB\xBF"
+                               "a.xml\nb.xml"),
+              (Lines{"a.xml", "b.xml"}));
+    EXPECT_EQ(MSPDILinesOfText("a\n\xEF\xBB\xBF"
+                               "b"),
+              (Lines{"a",
+                     "\xEF\xBB\xBF"
+                     "b"}))
+        << "only at the start";
 }
 
 TEST(MSPDIIsInputEntry, leavesOutEmptyLinesAndComments) {
-    const std::pair<const char*, bool> table[] = {{"", false},    {"::", false},      {":: a.xml", false}, {":a.xml", true},
-                                                  {" ", true},    {" ::a.xml", true}, {"a.xml", true}};
+    const std::pair<const char*, bool> table[] = {{"", false},      {"::", false}, {":: a.xml", false},
+                                                  {":a.xml", true}, {" ", true},   {" ::a.xml", true},
+                                                  {"a.xml", true}};
     for (const auto& [line, expected] : table) {
         EXPECT_EQ(MSPDIIsInputEntry(line), expected) << line;
     }
@@ -69,8 +82,10 @@ TEST(MSPDIReadInputList, failsWhereTheFileCannotBeRead) {
 }
 
 TEST(MSPDIReadInputList, failsOnWhatIsNotUTF8) {
-    for (const auto* bytes : {"\xFF\xFE" "a", "B\xFCro.xml", "\xC3", "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80",
-                              "\xF0\x80\x80\xAF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\x80", "\xE2\x80"}) {
+    for (const auto* bytes : {"\xFF\xFE"
+                              "a",
+                              "B\xFCro.xml", "\xC3", "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF0\x80\x80\xAF",
+                              "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\x80", "\xE2\x80"}) {
         InMemoryFileSystem files;
         files.addFile("/list", bytes);
         EXPECT_RAISES(MSPDIReadInputList("/list", files), FileNotFoundException,
@@ -79,7 +94,8 @@ TEST(MSPDIReadInputList, failsOnWhatIsNotUTF8) {
 }
 
 TEST(MSPDIReadInputList, takesCharactersOfEveryLength) {
-    const std::string text = "a\xC2\x80\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
+    const std::string text =
+        "a\xC2\x80\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
     InMemoryFileSystem files;
     files.addFile("/list", text);
     EXPECT_EQ(MSPDIReadInputList("/list", files), Lines{text});
