@@ -58,7 +58,8 @@ public:
 // A bundle that cannot be made or written.
 class KZMPPImporterException : public MSPCException {
 public:
-    explicit KZMPPImporterException(std::string reason) : MSPCException("KZMPPImporterException", std::move(reason)) {}
+    explicit KZMPPImporterException(std::string reason, std::string userInfo = {})
+        : MSPCException("KZMPPImporterException", std::move(reason), std::move(userInfo)) {}
 };
 
 // An assertion about the input or the program's own state that does not hold.

@@ -19,12 +19,15 @@ public:
     virtual ~MSPCFileSystem() = default;
 
     // An absolute path with "~", "~user", "." and ".." components resolved and double or trailing slashes removed;
-    // links are not followed. A relative path is taken in the current folder.
+    // links are not followed. A relative path is taken in the current folder. "~user" of an unknown user is an ordinary
+    // name; an empty path names nothing and stays empty.
     [[nodiscard]] virtual std::string standardizedPath(std::string_view path) const = 0;
     // Whether anything has that path: file, folder, or a link, even one that points nowhere.
     [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
     // Whether the path leads to a folder, through links too.
     [[nodiscard]] virtual bool isDirectory(const std::string& path) const = 0;
+    // The absolute path of what a path leads to, without any link in it; empty when it leads nowhere.
+    [[nodiscard]] virtual std::string resolvedPath(const std::string& path) const = 0;
     // Whether two paths lead to the same file or folder; false when either leads nowhere.
     [[nodiscard]] virtual bool isSameFile(const std::string& first, const std::string& second) const = 0;
 
@@ -32,10 +35,15 @@ public:
     [[nodiscard]] virtual std::optional<std::string> readFile(const std::string& path,
                                                               std::string* failure = nullptr) const = 0;
 
-    // Copies a folder with all its content to a path that must not exist yet. Links are copied as links. Every copied
-    // file and folder is made readable and writable by its owner. A copy that fails halfway leaves nothing behind.
-    [[nodiscard]] virtual std::optional<std::string> copyFolder(const std::string& from, const std::string& to) = 0;
-    // Removes a file, a link (not its target) or a folder with all its content.
+    // Copies a folder with all its content to a path that must not exist yet. Taking that name is one step: of several
+    // runs that copy to one path at the same time exactly one succeeds, the others fail and find `existedAlready` set,
+    // if that is given (it is cleared otherwise), so that they can try the next name. The content appears under the
+    // name all at once, when it is complete. `from` may be a link to a folder; links inside it are copied as links. What
+    // is neither file, folder nor link is refused and never opened. Every copied file and folder is made readable and
+    // writable by its owner. A copy that fails halfway leaves nothing behind.
+    [[nodiscard]] virtual std::optional<std::string> copyFolder(const std::string& from, const std::string& to,
+                                                                bool* existedAlready = nullptr) = 0;
+    // Removes a file, a link (not its target) or a folder with all its content. Fails when nothing is there.
     [[nodiscard]] virtual std::optional<std::string> remove(const std::string& path) = 0;
     // Makes a folder and the folders above it.
     [[nodiscard]] virtual std::optional<std::string> createFolder(const std::string& path) = 0;
@@ -52,9 +60,12 @@ public:
     [[nodiscard]] std::string standardizedPath(std::string_view path) const override;
     [[nodiscard]] bool exists(const std::string& path) const override;
     [[nodiscard]] bool isDirectory(const std::string& path) const override;
+    [[nodiscard]] std::string resolvedPath(const std::string& path) const override;
     [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;
-    [[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::string* failure) const override;
-    [[nodiscard]] std::optional<std::string> copyFolder(const std::string& from, const std::string& to) override;
+    [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
+                                                      std::string* failure = nullptr) const override;
+    [[nodiscard]] std::optional<std::string> copyFolder(const std::string& from, const std::string& to,
+                                                        bool* existedAlready = nullptr) override;
     [[nodiscard]] std::optional<std::string> remove(const std::string& path) override;
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
     [[nodiscard]] std::optional<std::string> writeAtomically(

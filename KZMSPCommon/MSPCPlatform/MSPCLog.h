@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,8 +23,10 @@ public:
     MSPCStandardErrorLog& operator=(const MSPCStandardErrorLog&) = delete;
 
     void log(std::string_view message) override;
-    // Writes out what was collected.
-    void flush();
+    // Writes out what was collected. What standard error does not take (it is closed, or its disk full) is dropped.
+    void flush() noexcept;
+    // The same for a signal handler: safe at any moment, and gives up when standard error takes nothing for that long.
+    void flushWithin(std::chrono::milliseconds limit) noexcept;
 
 private:
     class Sink;

@@ -31,6 +31,10 @@ public:
     // The MSPDI root element `Project`. Setting it drops the index.
     [[nodiscard]] MSPCXMLNode mspProject() const { return _mspProject; }
     void setMspProject(MSPCXMLNode project);
+    // The root element of the template's scenario document; empty where there is none.
+    [[nodiscard]] MSPCXMLNode kdzxTemplateRoot() const { return _kdzxTemplateRoot; }
+    void setKdzxTemplateRoot(MSPCXMLNode root) { _kdzxTemplateRoot = root; }
+
     // Tasks, assignments, calendars and definitions of the project by their keys. Built by the first look-up of each
     // kind; from then on the project's lists must not change.
     [[nodiscard]] MSPIProjectIndex& index() { return _index; }
@@ -81,6 +85,7 @@ private:
     const MSPCServices& _services;
     MSPIUtilities _conversions;
     MSPCXMLNode _mspProject;
+    MSPCXMLNode _kdzxTemplateRoot;
     MSPIProjectIndex _index;
     std::int64_t _mspSaveVersion = 9;
     std::int32_t _baselineNumber = -1;

@@ -1,31 +1,12 @@
 #include "MSPIProjectIndex.h"
 
 #include <algorithm>
-#include <charconv>
-#include <numeric>
+#include <utility>
 
 #include "MSPCExtensions.h"
+#include "MSPIXPathNumber.h"
 
 namespace {
-
-// XPath's number(): blanks around, a "-", digits with a point among them; anything else is not a number.
-std::optional<double> xpathNumber(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    const auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return std::nullopt;
-    }
-    text = text.substr(first, text.find_last_not_of(blanks) - first + 1);
-    const auto digits = text.substr(text.starts_with('-') ? 1 : 0);
-    const bool isPlain = digits.find_first_not_of("0123456789.") == std::string_view::npos;
-    if (!isPlain || digits.find_first_of("0123456789") == std::string_view::npos ||
-        std::count(digits.begin(), digits.end(), '.') > 1) {
-        return std::nullopt;
-    }
-    double number = 0;
-    std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
-    return number;
-}
 
 void report(std::size_t matches, Error* error) {
     if (error != nullptr && matches != 1) {
@@ -33,26 +14,34 @@ void report(std::size_t matches, Error* error) {
     }
 }
 
-}  // namespace
-
-MSPINumberIndex::MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key) {
-    std::vector<std::pair<double, MSPCXMLNode>> entries;
-    std::string buffer;
+// The elements at `path`, once for each different key that `keyOf` reads from their children; ascending by key and in
+// document order within one key.
+template <typename Key, typename KeyOf>
+std::vector<std::pair<Key, MSPCXMLNode>> entriesByKey(const MSPCXMLNode& project, std::string_view path,
+                                                      std::string_view name, const KeyOf& keyOf) {
+    std::vector<std::pair<Key, MSPCXMLNode>> entries;
     for (const auto& node : nodesForXQuery(project, path)) {
-        const auto before = entries.size();
-        for (auto child = node.firstChildElement(key); child; child = child.nextSiblingElement(key)) {
-            const auto number = xpathNumber(child.stringValue(buffer));
-            const auto sameNode = entries.begin() + static_cast<std::ptrdiff_t>(before);
-            // A second child with the same number does not find the element twice.
-            if (number && std::none_of(sameNode, entries.end(), [&](const auto& e) { return e.first == *number; })) {
-                entries.emplace_back(*number, node);
+        for (auto child = node.firstChildElement(name); child; child = child.nextSiblingElement(name)) {
+            if (auto key = keyOf(child)) {
+                entries.emplace_back(std::move(*key), node);
             }
         }
     }
-    const auto byKey = [](const auto& a, const auto& b) { return a.first < b.first; };
-    if (!std::is_sorted(entries.begin(), entries.end(), byKey)) {
-        std::stable_sort(entries.begin(), entries.end(), byKey);
+    const auto isLess = [](const auto& a, const auto& b) { return a.first < b.first; };
+    if (!std::is_sorted(entries.begin(), entries.end(), isLess)) {
+        std::stable_sort(entries.begin(), entries.end(), isLess);
     }
+    entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
+    return entries;
+}
+
+}  // namespace
+
+MSPINumberIndex::MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key) {
+    std::string buffer;
+    const auto entries = entriesByKey<double>(project, path, key, [&](const MSPCXMLNode& child) {
+        return xpathNumber(child.stringValue(buffer));
+    });
     _keys.reserve(entries.size());
     _nodes.reserve(entries.size());
     for (const auto& [number, node] : entries) {
@@ -73,19 +62,10 @@ MSPCXMLNode MSPINumberIndex::singleNodeWithKey(std::int64_t number, Error* error
     return matches.empty() ? MSPCXMLNode() : matches.back();
 }
 
-MSPITextIndex::MSPITextIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key) {
-    for (const auto& node : nodesForXQuery(project, path)) {
-        const auto before = _entries.size();
-        for (auto child = node.firstChildElement(key); child; child = child.nextSiblingElement(key)) {
-            auto text = child.stringValue();
-            const auto sameNode = _entries.begin() + static_cast<std::ptrdiff_t>(before);
-            if (std::none_of(sameNode, _entries.end(), [&](const auto& entry) { return entry.first == text; })) {
-                _entries.emplace_back(std::move(text), node);
-            }
-        }
-    }
-    std::stable_sort(_entries.begin(), _entries.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-}
+MSPITextIndex::MSPITextIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key)
+    : _entries(entriesByKey<std::string>(project, path, key, [](const MSPCXMLNode& child) {
+          return std::optional(child.stringValue());
+      })) {}
 
 MSPCXMLNode MSPITextIndex::singleNodeWithKey(std::string_view text, Error* error) const {
     const auto first = std::lower_bound(_entries.begin(), _entries.end(), text,

@@ -1,0 +1,72 @@
+#include "MSPCAtomicFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "MSPCTemporaryName.h"
+
+namespace {
+
+constexpr std::size_t blockSize = 64 * 1024;
+
+}  // namespace
+
+MSPCAtomicFile::MSPCAtomicFile(std::string path) : _path(std::move(path)) {
+    _collected.reserve(blockSize);
+    std::string temporaryPath;
+    _error = MSPCMakeUnderTemporaryName(_path, temporaryPath, [this](const std::string& name) {
+        _file = MSPCFileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        return _file.isOpen() ? 0 : errno;
+    });
+    if (_error == 0) {
+        _temporaryPath = std::move(temporaryPath);
+    }
+}
+
+MSPCAtomicFile::~MSPCAtomicFile() {
+    if (!_temporaryPath.empty()) {
+        ::unlink(_temporaryPath.c_str());
+    }
+}
+
+void MSPCAtomicFile::write(std::string_view bytes) {
+    if (_collected.size() + bytes.size() <= blockSize) {
+        _collected.append(bytes);
+        return;
+    }
+    writeOut(_collected);
+    _collected.assign(bytes.size() < blockSize ? bytes : std::string_view());
+    if (_collected.empty()) {
+        writeOut(bytes);
+    }
+}
+
+void MSPCAtomicFile::writeOut(std::string_view bytes) {
+    if (_error == 0) {
+        _error = _file.write(bytes);
+    }
+}
+
+std::optional<std::string> MSPCAtomicFile::commit() {
+    writeOut(_collected);
+    _collected.clear();
+    // Were the name given before the content is safe, a power failure could leave an empty file in place of the old.
+    if (_error == 0) {
+        _error = _file.sync();
+    }
+    if (const int error = _file.close(); _error == 0) {
+        _error = error;
+    }
+    if (_error == 0 && std::rename(_temporaryPath.c_str(), _path.c_str()) != 0) {
+        _error = errno;
+    }
+    if (_error != 0) {
+        return MSPCSystemErrorText(_error);
+    }
+    _temporaryPath.clear();
+    return std::nullopt;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "MSPCFileDescriptor.h"
+#include "MSPCFileSystem.h"
+
+// A file that is written under a temporary name in the folder of its final one and takes the final name in one step.
+// Without a successful `commit` the temporary file goes with this object and the final name is untouched.
+class MSPCAtomicFile final : public MSPCByteSink {
+public:
+    explicit MSPCAtomicFile(std::string path);
+    ~MSPCAtomicFile() override;
+    MSPCAtomicFile(const MSPCAtomicFile&) = delete;
+    MSPCAtomicFile& operator=(const MSPCAtomicFile&) = delete;
+
+    // A failure is kept for `commit`; what is written after it is dropped.
+    void write(std::string_view bytes) override;
+    // Brings everything to the disk and gives the file its name. None, or the description of the first failure.
+    [[nodiscard]] std::optional<std::string> commit();
+
+private:
+    void writeOut(std::string_view bytes);
+
+    std::string _path;
+    std::string _temporaryPath;  // empty when there is no temporary file
+    MSPCFileDescriptor _file;
+    std::string _collected;
+    int _error = 0;
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The characters of a UTF-8 text; none when its bytes are no UTF-8.
+[[nodiscard]] std::optional<std::u32string> MSPCCharactersOf(std::string_view utf8);
+
+// Whether a character is a letter of any script.
+[[nodiscard]] bool MSPCIsLetter(char32_t character) noexcept;
+// Whether a character is a letter or a decimal digit of any script.
+[[nodiscard]] bool MSPCIsLetterOrDigit(char32_t character) noexcept;

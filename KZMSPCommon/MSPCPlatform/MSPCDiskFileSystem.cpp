@@ -1,0 +1,151 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "MSPCAtomicFile.h"
+#include "MSPCFileDescriptor.h"
+#include "MSPCFileSystem.h"
+#include "MSPCFolderCopy.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A path with a zero byte would reach the system cut off there and name something else.
+bool isCutOff(const std::string& path) { return path.find('\0') != std::string::npos; }
+
+std::optional<struct stat> statusOf(const std::string& path) {
+    struct stat status {};
+    const bool found = !isCutOff(path) && ::stat(path.c_str(), &status) == 0;
+    return found ? std::optional(status) : std::nullopt;
+}
+
+int readAll(const MSPCFileDescriptor& file, std::string& bytes) {
+    struct stat status {};
+    if (::fstat(file.number(), &status) != 0) {
+        return errno;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return EISDIR;
+    }
+    // One byte more than a file's size, so that its end shows without growing. Pipes tell no size.
+    constexpr std::size_t smallest = 64 * 1024;
+    bytes.resize(std::max(smallest, static_cast<std::size_t>(status.st_size) + 1));
+    std::size_t used = 0;
+    for (std::size_t count = 1; count != 0; used += count) {
+        if (used == bytes.size()) {
+            bytes.resize(2 * bytes.size());
+        }
+        if (const int error = file.read(bytes.data() + used, bytes.size() - used, count); error != 0) {
+            return error;
+        }
+    }
+    bytes.resize(used);
+    return 0;
+}
+
+int readWhole(const std::string& path, std::string& bytes) {
+    if (isCutOff(path)) {
+        return ENOENT;
+    }
+    const MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    return file.isOpen() ? readAll(file, bytes) : errno;
+}
+
+std::optional<std::string> failureText(const std::error_code& error) {
+    return error ? std::optional(error.message()) : std::nullopt;
+}
+
+}  // namespace
+
+bool MSPCDiskFileSystem::exists(const std::string& path) const {
+    struct stat status {};
+    return !isCutOff(path) && ::lstat(path.c_str(), &status) == 0;
+}
+
+bool MSPCDiskFileSystem::isDirectory(const std::string& path) const {
+    const auto status = statusOf(path);
+    return status && S_ISDIR(status->st_mode);
+}
+
+std::string MSPCDiskFileSystem::resolvedPath(const std::string& path) const {
+    if (isCutOff(path)) {
+        return {};
+    }
+    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr), &std::free);
+    return resolved ? std::string(resolved.get()) : std::string();
+}
+
+bool MSPCDiskFileSystem::isSameFile(const std::string& first, const std::string& second) const {
+    const auto one = statusOf(first);
+    const auto other = statusOf(second);
+    return one && other && one->st_dev == other->st_dev && one->st_ino == other->st_ino;
+}
+
+std::optional<std::string> MSPCDiskFileSystem::readFile(const std::string& path, std::string* failure) const {
+    std::string bytes;
+    int error = 0;
+    try {
+        error = readWhole(path, bytes);
+    } catch (const std::bad_alloc&) {
+        error = ENOMEM;  // a file too large for the memory is one more file that cannot be read
+    } catch (const std::length_error&) {
+        error = EFBIG;
+    }
+    if (error == 0) {
+        return bytes;
+    }
+    if (failure) {
+        *failure = MSPCSystemErrorText(error);
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> MSPCDiskFileSystem::copyFolder(const std::string& from, const std::string& to,
+                                                          bool* existedAlready) {
+    if (isCutOff(from) || isCutOff(to)) {
+        return MSPCSystemErrorText(ENOENT);
+    }
+    MSPCFolderCopy copy(from, to);
+    auto failure = copy.run();
+    if (existedAlready) {
+        *existedAlready = copy.existedAlready();
+    }
+    return failure;
+}
+
+std::optional<std::string> MSPCDiskFileSystem::remove(const std::string& path) {
+    if (!exists(path)) {
+        return MSPCSystemErrorText(ENOENT);
+    }
+    std::error_code error;
+    fs::remove_all(path, error);
+    return failureText(error);
+}
+
+std::optional<std::string> MSPCDiskFileSystem::createFolder(const std::string& path) {
+    if (isCutOff(path)) {
+        return MSPCSystemErrorText(ENOENT);
+    }
+    std::error_code error;
+    fs::create_directories(path, error);
+    return failureText(error);
+}
+
+std::optional<std::string> MSPCDiskFileSystem::writeAtomically(const std::string& path,
+                                                               const std::function<void(MSPCByteSink&)>& produce) {
+    if (isCutOff(path)) {
+        return MSPCSystemErrorText(ENOENT);
+    }
+    MSPCAtomicFile file(path);
+    produce(file);
+    return file.commit();
+}

@@ -1,0 +1,89 @@
+#include "MSPCLogBlock.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstring>
+#include <optional>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+static_assert(std::atomic<std::size_t>::is_always_lock_free, "a signal handler reads it");
+
+// Keeps signal handlers away while the block is half written.
+class SignalsBlocked {
+public:
+    SignalsBlocked() noexcept {
+        sigset_t all;
+        ::sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &_before);
+    }
+    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &_before, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+private:
+    sigset_t _before;
+};
+
+// Waits until the file takes bytes; false when the time is over.
+bool waitUntilWritable(int file, std::optional<Clock::time_point> deadline) noexcept {
+    int milliseconds = -1;
+    if (deadline) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - Clock::now());
+        milliseconds = static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
+    }
+    pollfd request{file, POLLOUT, 0};
+    return ::poll(&request, 1, milliseconds) != 0;
+}
+
+void writeOut(int file, std::string_view bytes, std::optional<Clock::time_point> deadline) noexcept {
+    // A pipe that polls as writable takes that much without making the writer wait.
+    const std::size_t pieceSize = deadline ? PIPE_BUF : bytes.size();
+    while (!bytes.empty() && waitUntilWritable(file, deadline)) {
+        const auto written = ::write(file, bytes.data(), std::min(bytes.size(), pieceSize));
+        if (written > 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno != EINTR && errno != EAGAIN) {
+            return;
+        }
+    }
+}
+
+}  // namespace
+
+MSPCLogBlock::MSPCLogBlock(int file) : _file(file), _isTerminal(::isatty(file) == 1) {}
+
+void MSPCLogBlock::add(std::string_view line) {
+    if (line.size() > _bytes.size() - _used) {
+        flush();
+    }
+    if (line.size() > _bytes.size()) {
+        writeOut(_file, line, std::nullopt);
+        return;
+    }
+    std::memcpy(_bytes.data() + _used, line.data(), line.size());
+    _used += line.size();
+    if (_isTerminal) {
+        flush();
+    }
+}
+
+void MSPCLogBlock::flush() noexcept {
+    if (_used != 0) {
+        const SignalsBlocked blocked;
+        writeOut(_file, {_bytes.data(), _used}, std::nullopt);
+        _used = 0;
+    }
+}
+
+void MSPCLogBlock::flushWithin(std::chrono::milliseconds limit) noexcept {
+    writeOut(_file, {_bytes.data(), _used}, Clock::now() + limit);
+    _used = 0;
+}

@@ -1,0 +1,12 @@
+#include "MSPIAssignmentMapper.h"
+
+#include "MSPCExtensions.h"
+
+MSPCXMLNewElement MSPIAssignmentMapper::newAssignmentFromMSPAssignment(const MSPCXMLNode& mspAssignment) const {
+    auto assignment = _mapper.newElement("assignment");
+    if (const auto resourceUID = stringValueForXQuery(mspAssignment, "ResourceUID")) {
+        setAttributeWithNameStringValue(assignment.node(), "idref",
+                                        _mapper.idMapper().resourceIdFromMspdiUID(*resourceUID));
+    }
+    return assignment;
+}

@@ -1,0 +1,81 @@
+#include "MSPIBaselinePatch.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "MSPCException.h"
+#include "MSPCExtensions.h"
+#include "MSPIXPathNumber.h"
+
+MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber)
+    : _target(target), _baselineNumber(baselineNumber) {}
+
+void MSPIBaselinePatch::apply() {
+    if (_isPatched) {
+        throw MSPCInternalInconsistency("Can not apply patch to already patched target. Must revert first.");
+    }
+    _isPatched = true;
+    const auto baseline = baselineOfTarget();
+    if (!baseline) {
+        removeTarget();
+        return;
+    }
+    // Read whole before anything changes: a child may bear the name of the baseline itself.
+    std::vector<std::pair<std::string, std::string>> values;
+    for (auto child = baseline.firstChild(); child; child = child.nextSibling()) {
+        if (child.isElement() && child.name() != "Number") {
+            values.emplace_back(child.name(), child.stringValue());
+        }
+    }
+    for (const auto& [name, text] : values) {
+        showTextInChild(name, text);
+    }
+}
+
+void MSPIBaselinePatch::revert() {
+    if (!_isPatched) {
+        throw MSPCInternalInconsistency("Can not revert patch at non-patched target. Must apply patch first.");
+    }
+    if (_removedTarget) {
+        _target = _parentOfRemoved.insertChildBefore(std::move(_removedTarget), _siblingAfterRemoved);
+    }
+    for (auto& [original, standIn] : _replacements) {
+        _target.insertChildBefore(std::move(original), standIn);
+        static_cast<void>(standIn.detach());
+    }
+    _replacements.clear();
+    _isPatched = false;
+}
+
+// "Baseline[Number=<n>]", the last of several.
+MSPCXMLNode MSPIBaselinePatch::baselineOfTarget() const {
+    MSPCXMLNode found;
+    for (auto baseline = _target.firstChildElement("Baseline"); baseline;
+         baseline = baseline.nextSiblingElement("Baseline")) {
+        if (hasChildWithNumber(baseline, "Number", _baselineNumber)) {
+            found = baseline;
+        }
+    }
+    return found;
+}
+
+void MSPIBaselinePatch::removeTarget() {
+    _parentOfRemoved = _target.parent();
+    _siblingAfterRemoved = _target.nextSibling();
+    _removedTarget = _target.detach();
+}
+
+void MSPIBaselinePatch::showTextInChild(std::string_view name, std::string_view text) {
+    auto child = singleObjectForXQuery(_target, name);
+    if (!child) {
+        return;
+    }
+    const bool isStandIn = std::any_of(_replacements.begin(), _replacements.end(),
+                                       [&](const auto& replacement) { return replacement.standIn == child; });
+    if (!isStandIn) {
+        auto standIn = _target.insertChildBefore(_target.newElement(name), child);
+        _replacements.push_back({child.detach(), standIn});
+        child = standIn;
+    }
+    child.setStringValue(text);
+}

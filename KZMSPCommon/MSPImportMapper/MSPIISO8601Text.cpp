@@ -1,0 +1,124 @@
+#include "MSPIISO8601Text.h"
+
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <iterator>
+
+#include "MSPCException.h"
+#include "MSPIISO8601Patterns.h"
+
+namespace {
+
+// None for a date that is followed by a time but not by "T" and the time.
+std::optional<MSPCUnitFlags> unitsOrMalformed(MSPCDateComponents& components, std::string_view text) {
+    const auto scanned = scanISODateTime(components, text);
+    return scanned ? scanned : matchISODateTime(components, text);
+}
+
+// Appends a separator to a text that holds something already, so a year without month and day prints as "2012--".
+void separate(std::string& text, char separator) {
+    if (!text.empty()) {
+        text += separator;
+    }
+}
+
+void appendTwoDigits(std::string& text, std::int64_t field) {
+    fmt::format_to(std::back_inserter(text), "{:02}", MSPCDefinedOrZero(field));
+}
+
+void appendDate(std::string& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+    if (units & MSPCUnit::Year) {
+        text += fmt::format_int(MSPCDefinedOrZero(components.year)).str();
+    }
+    separate(text, '-');
+    if (units & MSPCUnit::Month) {
+        appendTwoDigits(text, components.month);
+    }
+    separate(text, '-');
+    if (units & MSPCUnit::Day) {
+        appendTwoDigits(text, components.day);
+    }
+}
+
+void appendTime(std::string& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+    if (units & MSPCUnit::Hour) {
+        appendTwoDigits(text, components.hour);
+    }
+    separate(text, ':');
+    if (units & MSPCUnit::Minute) {
+        appendTwoDigits(text, components.minute);
+    }
+    separate(text, ':');
+    if (units & MSPCUnit::Second) {
+        appendTwoDigits(text, components.second);
+    }
+}
+
+// West of Greenwich hour and minute can both be negative, and the hour can be 0: the one sign belongs to both.
+void appendZone(std::string& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+    if ((units & MSPCUnit::ZoneIsZ) && components.isUTC) {
+        text += 'Z';
+        return;
+    }
+    const auto hour = units & MSPCUnit::ZoneHour ? components.timeZoneHour : 0;
+    const auto minute = units & MSPCUnit::ZoneMinute ? components.timeZoneMinute : 0;
+    const char sign = hour < 0 || minute < 0 ? '-' : '+';
+    fmt::format_to(std::back_inserter(text), "{}{:02}:{:02}", sign, std::abs(hour), std::abs(minute));
+}
+
+}  // namespace
+
+MSPCUnitFlags updateDateTimeComponentsFromISODateTime(MSPCDateComponents& components, std::string_view text) {
+    const auto units = unitsOrMalformed(components, text);
+    if (!units) {
+        throw MSPCInternalInconsistency("");
+    }
+    return *units;
+}
+
+MSPCUnitFlags unitsOfISODateTime(std::string_view text) {
+    MSPCDateComponents unread;
+    return unitsOrMalformed(unread, text).value_or(MSPCUnit::NotFound);
+}
+
+MSPCUnitFlags updateDateTimeComponentsFromISODuration(MSPCDateComponents& components, std::string_view text) {
+    const auto scanned = scanMSPDIDuration(text);
+    if (!scanned) {
+        return matchISODuration(components, text);
+    }
+    components.hour = scanned->hours;
+    components.minute = scanned->minutes;
+    components.second = scanned->seconds;
+    return MSPCUnit::Time;
+}
+
+std::optional<MSPIHoursMinutesSeconds> hoursMinutesSecondsFromMSPDIDuration(std::string_view text) {
+    const auto scanned = scanMSPDIDuration(text);
+    return scanned ? scanned : matchMSPDIDuration(text);
+}
+
+std::optional<std::string> stringFromComponentsUnitFlags(const MSPCDateComponents& components, MSPCUnitFlags units) {
+    if (units == MSPCUnit::NotFound) {
+        return std::nullopt;
+    }
+    std::string text;
+    if (units & MSPCUnit::Date) {
+        appendDate(text, components, units);
+    }
+    if (units & (MSPCUnit::Time | MSPCUnit::Zone)) {
+        separate(text, 'T');
+    }
+    if (units & MSPCUnit::Time) {
+        appendTime(text, components, units);
+    }
+    if (units & MSPCUnit::Zone) {
+        appendZone(text, components, units);
+    }
+    return text;
+}
+
+std::optional<MSPCInstant> dateFromComponents(const MSPCDateComponents& components,
+                                              const MSPCGregorianCalendar& gregorian) {
+    return gregorian.instantFrom(components);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "MSPCURL.h"
+#include "MSPIBaselineCounts.h"
+
+// What the runner, the importer and the mappers tell each other about one import. A field without a value is absent. The
+// key in each comment is the name under which the value is known.
+struct MSPIImportInfo {
+    // InfoMSPDIProjectName: the MSPDI file's name without its extension. Set by the runner, read by the mapper.
+    std::optional<std::string> mspdiProjectName;
+    // InfoKDZXTemplateUrll (the doubled letter belongs to the key): the template bundle, a folder. Set by the runner, read
+    // by the importer.
+    std::optional<MSPCURL> kdzxTemplateURL;
+    // InfoMSPDIBaselineNumber: 0 to 10; absent for the actual scenario. Set by the importer, read by the mapper.
+    std::optional<int> mspdiBaselineNumber;
+    // InfoKDZXScenarioName: "Actual", "Baseline" (of number 0) or "Baseline1" to "Baseline10". Set by the importer, read
+    // by the mapper.
+    std::optional<std::string> kdzxScenarioName;
+    // What the project holds for each baseline, counted once for all scenarios by the importer; a mapper that is not told
+    // counts for itself.
+    std::optional<MSPIBaselineCounts> baselineCounts;
+    // InfoMPPTemplateUrl: the template of a sibling importer for the binary format; nothing here sets or reads it.
+    std::optional<MSPCURL> mppTemplateURL;
+};

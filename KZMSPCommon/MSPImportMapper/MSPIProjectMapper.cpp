@@ -1,0 +1,204 @@
+#include "MSPIProjectMapper.h"
+
+#include <fmt/format.h>
+
+#include "MSPCClock.h"
+#include "MSPCException.h"
+#include "MSPCExtensions.h"
+#include "MSPCLog.h"
+#include "MSPCPath.h"
+#include "MSPIAssignmentMapper.h"
+#include "MSPICalendarMapper.h"
+#include "MSPIResourceMapper.h"
+
+namespace {
+
+// The namespace of scenarios where the template's own root names none.
+constexpr std::string_view targetNamespace = "urn:kadenza:document:2";
+
+std::string targetNamespaceOf(const MSPCXMLNode& templateRoot) {
+    for (const auto& declaration : templateRoot.namespaceDeclarations()) {
+        if (declaration.prefix.empty()) {
+            return std::string(declaration.uri);
+        }
+    }
+    return std::string(targetNamespace);
+}
+
+// A file-name extension holds no blank: "Release 1.5 final" has none.
+std::string withoutFileExtension(const std::string& name) {
+    const bool holdsBlank = pathExtension(name).find_first_of(" \t\r\n") != std::string::npos;
+    return holdsBlank ? name : pathByDeletingExtension(name);
+}
+
+}  // namespace
+
+MSPIProjectMapper::MSPIProjectMapper(MSPIMappingContext& mapper, std::int64_t& mspTaskMaxId,
+                                     std::int64_t& mspResourceMaxId, MSPIUserDataTOCElements& userDataTOCElements)
+    : MSPIObjectMapperBase(mapper),
+      _mspTaskMaxId(mspTaskMaxId),
+      _mspResourceMaxId(mspResourceMaxId),
+      _userDataTOCElements(userDataTOCElements) {}
+
+MSPCXMLNewElement MSPIProjectMapper::newScenarioFromMSPProject(const MSPCXMLNode& mspProject) {
+    auto newScenario = newScenarioElement();
+    const auto scenario = newScenario.node();
+    findProjectName(mspProject);
+    _mapper.setIdMapper(MSPIIdMapper());
+    addProjectDate(mspProject, scenario);
+    addGranularity(mspProject, scenario);
+
+    addComment(scenario, "  Resources  ");
+    const auto topGroupResource = addTopResourceToScenario(mspProject, scenario);
+    const auto mspResources = nodesForXQuery(mspProject, "Resources/Resource");
+    _mapper.log().log(fmt::format("Mapping {} Resources ...", mspResources.size()));
+    addMspResourcesToScenarioTopGroupResource(mspResources, scenario, topGroupResource);
+
+    addComment(scenario, "  Tasks  ");
+    const auto topGroupTask = addTopTaskToScenario(scenario);
+    const auto mspTasks = nodesForXQuery(mspProject, "Tasks/Task");
+    _mapper.log().log(fmt::format("Mapping {} Tasks ...", mspTasks.size()));
+    if (!mspTasks.empty()) {
+        buildMspTasksMspAssignmentsScenarioTopGroupTask(
+            mspTasks, nodesForXQuery(mspProject, "Assignments/Assignment"), scenario, topGroupTask);
+    }
+
+    addComment(scenario, "  Critical Path  ");
+    addCriticalPath(scenario);
+    return newScenario;
+}
+
+MSPCXMLNewElement MSPIProjectMapper::newScenarioElement() const {
+    const auto templateRoot = _mapper.kdzxTemplateRoot();
+    if (templateRoot.name() != "scenario") {
+        throw MSPCInternalInconsistency(fmt::format(
+            "*** ERROR: Invalid root element of template: '{}'. Must be 'scenario'.", templateRoot.name()));
+    }
+    auto scenario = _mapper.newElement("scenario");
+    setAttributeWithNameStringValue(scenario.node(), "xmlns", targetNamespaceOf(templateRoot));
+    return scenario;
+}
+
+void MSPIProjectMapper::findProjectName(const MSPCXMLNode& mspProject) {
+    if (auto title = stringValueForXQuery(mspProject, "Title")) {
+        _mspProjectName = std::move(*title);
+    } else if (const auto name = stringValueForXQuery(mspProject, "Name")) {
+        _mspProjectName = withoutFileExtension(*name);
+    } else {
+        _mspProjectName = _mapper.importedProjectName();
+    }
+}
+
+void MSPIProjectMapper::addProjectDate(const MSPCXMLNode& mspProject, const MSPCXMLNode& scenario) {
+    Error error;
+    const bool scheduleFromStart = boolValueForXQuery(mspProject, "ScheduleFromStart", &error);
+    // Deliberate: where the element is missing this mapper schedules from the start while the others are told the
+    // getter's plain answer.
+    _mspScheduleFromStart = error ? true : scheduleFromStart;
+    _mapper.setMspScheduleFromStart(scheduleFromStart);
+    if (!_mspScheduleFromStart) {
+        setAttributeWithNameStringValue(scenario, "fixed-end", "yes");
+    }
+    const auto date = projectDate(mspProject);
+    if (date.empty()) {
+        throw MSPCInternalInconsistency(_mspScheduleFromStart
+                                            ? "Failed to find start date for the project scheduled from start."
+                                            : "Failed to find finish date for the project scheduled from end.");
+    }
+    _mspScheduleFromStart ? _mapper.setMspStartDate(date) : _mapper.setMspFinishDate(date);
+    if (const auto kdzxDate = _mapper.conversions().mspdiToKdzxDateTime(date)) {
+        addChildElementWithNameStringValue(scenario, _mspScheduleFromStart ? "start-date" : "end-date", *kdzxDate);
+    }
+}
+
+// The project's own date, or the first or last second of today where it has none.
+std::string MSPIProjectMapper::projectDate(const MSPCXMLNode& mspProject) const {
+    if (auto date = stringValueForXQuery(mspProject, _mspScheduleFromStart ? "StartDate" : "FinishDate")) {
+        return std::move(*date);
+    }
+    const auto& conversions = _mapper.conversions();
+    auto today = conversions.gregorian().fieldsOf(_mapper.services().clock.now());
+    today.hour = _mspScheduleFromStart ? 0 : 23;
+    today.minute = _mspScheduleFromStart ? 0 : 59;
+    today.second = _mspScheduleFromStart ? 0 : 59;
+    return conversions.mppToMspdiDateTime(conversions.gregorian().instantFrom(today)).value_or("");
+}
+
+// MSPDI work formats: 1 minutes, 2 hours, 3 days, 4 weeks, 5 months.
+void MSPIProjectMapper::addGranularity(const MSPCXMLNode& mspProject, const MSPCXMLNode& scenario) const {
+    Error error;
+    const auto workFormat = intValueForXQuery(mspProject, "WorkFormat", &error);
+    if (error) {
+        return;
+    }
+    if (workFormat >= 3 && workFormat <= 5) {
+        addChildElementWithNameStringValue(scenario, "granularity", "days");
+    } else if (workFormat == 2) {
+        addChildElementWithNameStringValue(scenario, "granularity", "hours");
+    }
+}
+
+// The two group types differ in case on purpose: "Group" for resources, "group" for tasks.
+MSPCXMLNode MSPIProjectMapper::addTopResourceToScenario(const MSPCXMLNode& mspProject, MSPCXMLNode scenario) {
+    setAttributeWithNameStringValue(addChildElementWithName(scenario, "top-resource"), "idref", "r-1");
+    auto group = _mapper.newElement("resource");
+    auto groupNode = group.node();
+    setAttributeWithNameStringValue(groupNode, "id", "r-1");
+    addChildElementWithNameStringValue(groupNode, "type", "Group");
+
+    const auto calendar = standardCalendarOf(mspProject);
+    Error error;
+    const auto calendarUID = intValueForXQuery(calendar, "UID", &error);
+    _mapper.setMspStandardCalendarUID(error ? -1 : calendarUID);
+
+    addComment(groupNode, "  Project Schedule  ");
+    const auto schedule = groupNode.appendChild(MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar));
+    scenario.appendChild(std::move(group));
+    _mapper.setScheduleCalendar(MSPEScheduleCalendar(_mapper.conversions().gregorian(), schedule));
+    return groupNode;
+}
+
+MSPCXMLNode MSPIProjectMapper::standardCalendarOf(const MSPCXMLNode& mspProject) const {
+    auto calendar = singleObjectForXQuery(mspProject, "Calendars/Calendar[UID=1]");
+    if (!calendar) {
+        calendar = singleObjectForXQuery(mspProject, "Calendars/Calendar[Name='Standard']");
+    }
+    if (!calendar) {
+        throw MSPCInternalInconsistency("MS Project 'Standard' Calendar not found.");
+    }
+    if (!boolValueForXQuery(calendar, "IsBaseCalendar")) {
+        throw MSPCInternalInconsistency("MSPDI 'Standard' Calendar is not a base calendar.");
+    }
+    return calendar;
+}
+
+void MSPIProjectMapper::addMspResourcesToScenarioTopGroupResource(std::span<const MSPCXMLNode> mspResources,
+                                                                  MSPCXMLNode scenario,
+                                                                  const MSPCXMLNode& topGroupResource) {
+    for (const auto& mspResource : mspResources) {
+        checkNode(mspResource, "Resource");
+        // MSPDI's resource 0 stands for "nobody".
+        if (intValueForXQuery(mspResource, "UID") == 0) {
+            continue;
+        }
+        MSPIResourceMapper resourceMapper(_mapper, _userDataTOCElements, _mspResourceMaxId);
+        const auto resource = scenario.appendChild(resourceMapper.newResourceFromMSPResource(mspResource));
+        _userDataChanged = _userDataChanged || resourceMapper.userDataChanged();
+        setAttributeWithNameStringValue(addChildElementWithName(topGroupResource, "child-resource"), "idref",
+                                        resource.attribute("id").stringValue());
+    }
+}
+
+MSPCXMLNode MSPIProjectMapper::addTopTaskToScenario(MSPCXMLNode scenario) const {
+    setAttributeWithNameStringValue(addChildElementWithName(scenario, "top-task"), "idref", "t-1");
+    const auto group = addChildElementWithName(scenario, "task");
+    setAttributeWithNameStringValue(group, "id", "t-1");
+    addChildElementWithNameStringValue(group, "type", "group");
+    return group;
+}
+
+void MSPIProjectMapper::addCriticalPath(MSPCXMLNode scenario) const {
+    for (const auto& criticalPath : nodesForXQuery(_mapper.kdzxTemplateRoot(), "critical-path")) {
+        scenario.appendChild(scenario.newCopyOf(criticalPath));
+    }
+}

@@ -1,0 +1,123 @@
+#include "MSPIResourceMapper.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "MSPCException.h"
+#include "MSPCExtensions.h"
+#include "MSPCLog.h"
+#include "MSPCTextScanner.h"
+#include "MSPICalendarMapper.h"
+#include "MSPINoteMapper.h"
+
+MSPIResourceMapper::MSPIResourceMapper(MSPIMappingContext& mapper, MSPIUserDataTOCElements& userDataTOCElements,
+                                       std::int64_t& mspResourceMaxId)
+    : MSPIObjectMapperBase(mapper), _userDataTOCElements(userDataTOCElements), _mspResourceMaxId(mspResourceMaxId) {}
+
+MSPCXMLNewElement MSPIResourceMapper::newResourceFromMSPResource(const MSPCXMLNode& mspResource) {
+    auto newResource = _mapper.newElement("resource");
+    auto resource = newResource.node();
+
+    addIdentity(mspResource, resource);
+    const auto kind = kindOf(mspResource);
+    addChildElementWithNameStringValue(resource, "type", kind == Kind::Staff ? "Staff" : "Material");
+    if (const auto notes = stringValueForXQuery(mspResource, "Notes")) {
+        resource.appendChild(MSPINoteMapper().newNoteFromMSPNotes(*notes, _mapper.kdzxDocument()));
+    }
+    _userDataChanged = addUserDataFromMSPObjectToElement(mspResource, resource, MSPIResourceUserDataKeysTag,
+                                                         _userDataTOCElements, _mapper);
+    addCosts(mspResource, resource);
+    addUnits(mspResource, resource, kind);
+    addSchedule(mspResource, resource);
+    if (const auto address = stringValueForXQuery(mspResource, "EmailAddress")) {
+        addChildElementWithNameStringValue(resource, "email-address", *address);
+    }
+    return newResource;
+}
+
+void MSPIResourceMapper::addIdentity(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) {
+    const auto uid = stringValueForXQuery(mspResource, "UID");
+    if (!uid) {
+        throw MSPCInternalInconsistency("Failed to get UID from Resource.");
+    }
+    _mspResourceUID = scanInteger64(*uid).value_or(0);
+    setAttributeWithNameStringValue(resource, "id", _mapper.idMapper().resourceIdFromMspdiUID(*uid));
+    if (_mspResourceUID > 0) {
+        _mspResourceMaxId = std::max(_mspResourceMaxId, _mspResourceUID);
+    }
+    const auto name = stringValueForXQuery(mspResource, "Name");
+    if (name) {
+        addChildElementWithNameStringValue(resource, "name", *name);
+    }
+    _mapper.log().log(fmt::format("  Mapping Resource UID={}  name='{}' ...", *uid, name.value_or("")));
+}
+
+// MSPDI knows material (0) and work (1) resources; from 2007 on a flag marks cost resources, which become material ones.
+MSPIResourceMapper::Kind MSPIResourceMapper::kindOf(const MSPCXMLNode& mspResource) const {
+    Error error;
+    const auto value = intValueForXQuery(mspResource, "Type", &error);
+    const auto type = error ? 1 : value;
+    if (type != 0 && type != 1) {
+        throw MSPCInternalInconsistency(fmt::format("Invalid value of 'Type' in 'Resource': '{}'.", type));
+    }
+    if (_mapper.isSavedBy2007OrLater()) {
+        error.clear();
+        const bool isCostResource = boolValueForXQuery(mspResource, "IsCostResource", &error);
+        if (!error && isCostResource) {
+            return Kind::Material;
+        }
+    }
+    return type == 0 ? Kind::Material : Kind::Staff;
+}
+
+void MSPIResourceMapper::addCosts(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) const {
+    Error error;
+    const auto costPerUse = floatValueForXQuery(mspResource, "CostPerUse", &error);
+    if (!error) {
+        // MSPDI keeps this amount in hundredths.
+        addChildElementWithNameStringValue(resource, "cost-per-use", fmt::format("{:.2f}", costPerUse / 100.0));
+    }
+    if (const auto rate = stringValueForXQuery(mspResource, "StandardRate")) {
+        addChildElementWithNameStringValue(resource, "cost-per-hour", *rate);
+    }
+}
+
+void MSPIResourceMapper::addUnits(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource, Kind kind) const {
+    double units = 0;
+    if (kind == Kind::Staff) {
+        units = floatValueForXQuery(mspResource, "MaxUnits");
+        if (units == 0) {
+            units = 1;
+        }
+    } else {
+        Error error;
+        const auto uid = intValueForXQuery(mspResource, "UID", &error);
+        if (error) {
+            return;
+        }
+        // As much as all assignments together take; a text that is no number counts nothing.
+        std::string buffer;
+        for (const auto& assignment : _mapper.index().assignmentsByResourceUID().nodesWithKey(uid)) {
+            for (auto child = assignment.firstChildElement("Units"); child; child = child.nextSiblingElement("Units")) {
+                units += scanDouble(child.stringValue(buffer)).value_or(0);
+            }
+        }
+    }
+    addChildElementWithNameStringValue(resource, "units-available", fmt::format("{:f}", units));
+}
+
+void MSPIResourceMapper::addSchedule(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) const {
+    Error error;
+    const auto calendarUID = intValueForXQuery(mspResource, "CalendarUID", &error);
+    if (error || calendarUID < 0) {
+        return;
+    }
+    if (const auto calendar = _mapper.index().calendarsByUID().singleNodeWithKey(calendarUID)) {
+        auto schedule = MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar);
+        if (schedule) {
+            addComment(resource, "  Resource Schedule  ");
+            MSPCXMLNode(resource).appendChild(std::move(schedule));
+        }
+    }
+}

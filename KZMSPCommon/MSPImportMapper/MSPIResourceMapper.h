@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+
+#include "MSPIObjectMapperBase.h"
+#include "MSPIUserDataMapper.h"
+
+// Turns one MSPDI `Resource` into one target `resource`. Made for one resource and then discarded.
+class MSPIResourceMapper : public MSPIObjectMapperBase {
+public:
+    // `mspResourceMaxId` is the highest resource UID seen so far, raised by this mapper; user-data keys are recorded in
+    // `userDataTOCElements`. All outlive the mapper.
+    MSPIResourceMapper(MSPIMappingContext& mapper, MSPIUserDataTOCElements& userDataTOCElements,
+                       std::int64_t& mspResourceMaxId);
+
+    // The new element, owned by the caller; never empty. Raises `MSPCInternalInconsistency` "Failed to get UID from
+    // Resource.", "Invalid value of 'Type' in 'Resource': '<value>'.", and what the value getters raise for texts that
+    // are there but unreadable.
+    [[nodiscard]] MSPCXMLNewElement newResourceFromMSPResource(const MSPCXMLNode& mspResource);
+
+    // The resource's UID, 0 for a UID text that is no number; -1 until a resource has been mapped.
+    [[nodiscard]] std::int64_t mspResourceUID() const { return _mspResourceUID; }
+    // Whether user-data keys were recorded.
+    [[nodiscard]] bool userDataChanged() const { return _userDataChanged; }
+
+private:
+    enum class Kind { Material, Staff };
+
+    void addIdentity(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource);
+    Kind kindOf(const MSPCXMLNode& mspResource) const;
+    void addCosts(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) const;
+    void addUnits(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource, Kind kind) const;
+    void addSchedule(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) const;
+
+    std::int64_t _mspResourceUID = -1;
+    MSPIUserDataTOCElements& _userDataTOCElements;
+    std::int64_t& _mspResourceMaxId;
+    bool _userDataChanged = false;
+};

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+
+#include "MSPIObjectMapperBase.h"
+#include "MSPIUserDataMapper.h"
+
+// Turns one MSPDI `Task` into one target `task`: identity, kind, scheduling, effort, progress, constraints, cost, dates,
+// note, user data and links. Made for one task and then discarded.
+class MSPITaskMapper : public MSPIObjectMapperBase {
+public:
+    // `scheduleFromStart` tells how the project is scheduled; `mspTaskMaxId` is the highest task UID seen so far, raised
+    // by this mapper; user-data keys are recorded in `userDataTOCElements`. All outlive the mapper.
+    MSPITaskMapper(MSPIMappingContext& mapper, bool scheduleFromStart, MSPIUserDataTOCElements& userDataTOCElements,
+                   std::int64_t& mspTaskMaxId);
+
+    // The new element, owned by the caller; never empty. Raises `MSPCInternalInconsistency` "Failed to get UID from
+    // Task.", "Unexpected MSPDI Task Type: <value>", "Expected NSXMLNodeProxy as a PredecessorLink object.", and what the
+    // value getters and conversions raise for texts that are there but unreadable.
+    [[nodiscard]] MSPCXMLNewElement newTaskFromMSPTask(const MSPCXMLNode& mspTask);
+
+    // The task's UID, 0 for a UID text that is no number; -1 until a task has been mapped.
+    [[nodiscard]] std::int64_t mspTaskUID() const { return _mspTaskUID; }
+    // Whether user-data keys were recorded.
+    [[nodiscard]] bool userDataChanged() const { return _userDataChanged; }
+
+private:
+    // What several steps need to know about the task being mapped.
+    struct Facts {
+        bool isSummary = false;
+        std::int64_t durationSeconds = 0;  // -1 for a Duration without text
+        std::int64_t effortSeconds = 0;
+        std::int64_t constraintType = -1;
+        std::optional<std::string> start;   // MSPDI texts
+        std::optional<std::string> finish;
+        std::optional<std::string> constraintDate;  // read for constraint types 2 and above only
+        std::optional<std::string> kdzxStart;
+        std::optional<std::string> kdzxFinish;
+        bool hasLeveledStart = false;
+        bool hasLockedStart = false;
+        bool hasLockedEnd = false;
+    };
+
+    void addIdentity(const MSPCXMLNode& mspTask, const MSPCXMLNode& task);
+    void addTypeAndScheduling(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, Facts& facts) const;
+    void addLeveledStartBeforeLeveling(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, Facts& facts) const;
+    void addLeveledStartOfConstraint(const MSPCXMLNode& task, Facts& facts) const;
+    void addEffort(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, Facts& facts) const;
+    void addProgress(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, const Facts& facts) const;
+    void addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts& facts) const;
+    void addConstraintDate(const MSPCXMLNode& task, const Facts& facts) const;
+    void addRecalculation(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const;
+    void addFixedCost(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const;
+    void addPrerequisites(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const;
+
+    std::int64_t _mspTaskUID = -1;
+    MSPIUserDataTOCElements& _userDataTOCElements;
+    bool _mspScheduleFromStart;
+    std::int64_t& _mspTaskMaxId;
+    bool _userDataChanged = false;
+};

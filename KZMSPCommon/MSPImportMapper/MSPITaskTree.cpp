@@ -1,0 +1,69 @@
+#include "MSPITaskTree.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "MSPCException.h"
+#include "MSPCExtensions.h"
+
+MSPITaskTree::MSPITaskTree(std::size_t capacity, bool onlySummaryParents)
+    : _onlySummaryParents(onlySummaryParents),
+      _leafCount(std::bit_ceil(std::max<std::size_t>(capacity, 1))),
+      _lowest(2 * _leafCount, NoCandidate) {
+    _entries.reserve(capacity);
+    _positions.reserve(capacity);
+}
+
+void MSPITaskTree::record(const std::string& kdzxId, const Entry& entry) {
+    const auto position = _entries.size();
+    _entries.push_back(entry);
+    const auto [known, isNew] = _positions.try_emplace(kdzxId, position);
+    if (!isNew) {
+        setLevel(known->second, NoCandidate);
+        known->second = position;
+    }
+    setLevel(position, _onlySummaryParents && !entry.isSummary ? NoCandidate : entry.outlineLevel);
+}
+
+std::optional<MSPITaskTree::Entry> MSPITaskTree::parentForLevel(std::int64_t outlineLevel) const {
+    if (_lowest[1] >= outlineLevel) {
+        return std::nullopt;
+    }
+    std::size_t at = 1;
+    while (at < _leafCount) {
+        at = 2 * at + 1;  // the newer half first
+        if (_lowest[at] >= outlineLevel) {
+            --at;
+        }
+    }
+    return _entries[at - _leafCount];
+}
+
+MSPCXMLNode MSPITaskTree::groupOfParent(const Entry& parent) const {
+    if (!parent.mspTask) {
+        throw MSPCInternalInconsistency("Failed to find msp 'Task' for given kdzx 'Task' in dictionary.");
+    }
+    if (_onlySummaryParents && !parent.isSummary) {
+        throw MSPCInternalInconsistency("Candidate for parent group must be a Summary Task in MSPDI.");
+    }
+    auto type = singleObjectForXQuery(parent.kdzxTask, "type");
+    if (!type) {
+        throw MSPCInternalInconsistency("Parent task was not assigned a type.");
+    }
+    if (type.stringValue() != "group") {
+        if (_onlySummaryParents) {
+            throw MSPCInternalInconsistency("Candidate for parent group must be a Group Task in KDZX.");
+        }
+        type.setStringValue("group");
+    }
+    return parent.kdzxTask;
+}
+
+void MSPITaskTree::setLevel(std::size_t position, std::int64_t level) {
+    auto at = _leafCount + position;
+    _lowest[at] = level;
+    while (at > 1) {
+        at /= 2;
+        _lowest[at] = std::min(_lowest[2 * at], _lowest[2 * at + 1]);
+    }
+}

@@ -1,0 +1,144 @@
+#include "MSPITimephasedDataMapper.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+#include "MSPCExtensions.h"
+
+namespace {
+
+// MSPDI types of timephased work of an assignment's baselines 0 to 10.
+constexpr std::array<std::int64_t, 11> baselineWorkTypes = {4, 16, 22, 28, 34, 40, 46, 52, 58, 64, 70};
+
+bool isTypeOfScenario(std::int64_t type, std::int32_t baselineNumber) {
+    if (baselineNumber < 0) {
+        return type >= 1 && type <= 3;  // remaining work, actual work, actual overtime work
+    }
+    const auto number = static_cast<std::size_t>(baselineNumber);
+    return number < baselineWorkTypes.size() && type == baselineWorkTypes[number];
+}
+
+// Timephased work that adds up to something else than the assigned work is stretched to it.
+void scaleToAssignedWork(MSPITimephasedSpans& spans, MSPCTimeInterval assignedWork) {
+    MSPCTimeInterval timephasedWork = 0;
+    for (const auto& span : spans) {
+        timephasedWork += span.duration();
+    }
+    if (assignedWork > 0 && timephasedWork > 0 && assignedWork != timephasedWork) {
+        for (auto& span : spans) {
+            span.setWorkScale(assignedWork / timephasedWork);
+        }
+    }
+}
+
+}  // namespace
+
+std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiTask(const MSPCXMLNode& mspTask) {
+    std::vector<MSPCXMLNewElement> pieces;
+    for (const auto& stretch : stretchesOfSpans(spansOfTask(mspTask))) {
+        pieces.push_back(newTaskFromStretch(stretch));
+        _taskEndDate = std::max(_taskEndDate, stretch.endDate());
+    }
+    return pieces;
+}
+
+MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(const MSPCXMLNode& mspTask) const {
+    MSPITimephasedSpans spans;
+    Error error;
+    const auto uid = intValueForXQuery(mspTask, "UID", &error);
+    if (error) {
+        return spans;
+    }
+    const auto assignments = _mapper.index().assignmentsByTaskUID().nodesWithKey(uid);
+    if (assignments.empty()) {
+        return spans;
+    }
+    const auto taskName = stringValueForXQuery(mspTask, "Name").value_or("");
+    MSPCTimeInterval assignedWork = 0;
+    for (const auto& assignment : assignments) {
+        assignedWork += MSPIUtilities::mspdiToMppDuration(stringValueForXQuery(assignment, "Work").value_or(""));
+        collectSpansOfAssignment(assignment, taskName, spans);
+    }
+    scaleToAssignedWork(spans, assignedWork);
+    return spans;
+}
+
+void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment, const std::string& taskName,
+                                                        MSPITimephasedSpans& spans) const {
+    const auto& conversions = _mapper.conversions();
+    for (auto record = assignment.firstChildElement("TimephasedData"); record;
+         record = record.nextSiblingElement("TimephasedData")) {
+        Error error;
+        const auto type = intValueForXQuery(record, "Type", &error);
+        // Deliberate: a record without a type counts in every scenario.
+        if (!error && !isTypeOfScenario(type, _mapper.baselineNumber())) {
+            continue;
+        }
+        const auto start = stringValueForXQuery(record, "Start").value_or("");
+        const auto finish = stringValueForXQuery(record, "Finish").value_or("");
+        const auto value = stringValueForXQuery(record, "Value").value_or("");
+        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start),
+                           conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
+    }
+}
+
+// None when the task is not split.
+MSPITimephasedSpans MSPITimephasedDataMapper::stretchesOfSpans(MSPITimephasedSpans spans) const {
+    if (spans.size() < 2) {
+        return {};
+    }
+    const auto& calendar =
+        _mapper.scheduleCalendar() != nullptr ? *_mapper.scheduleCalendar() : _mapper.conversions().standardCalendar();
+    const auto workingTime = [&calendar](MSPCInstant from, MSPCInstant to) {
+        return calendar.workingTimeFromDateToDate(from, to);
+    };
+    std::erase_if(spans, [](const auto& span) { return !span.startDate() || !span.endDate(); });
+    sortSpans(spans);
+    for (auto& span : spans) {
+        span.sortResourceUIDs();
+    }
+    const auto kept = mergedSpans(std::move(spans), workingTime);
+    if (kept.size() < 2) {
+        return {};
+    }
+    auto stretches = joinedStretches(kept, workingTime);
+    if (stretches.size() < 2) {
+        return {};
+    }
+    for (auto& stretch : stretches) {
+        if (const auto start = calendar.startDateForDateForward(*stretch.startDate(), MSPEDirection::Forward)) {
+            stretch.setStartDate(start);
+        }
+    }
+    return stretches;
+}
+
+MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimephasedDataInfo& stretch) const {
+    auto newTask = _mapper.newElement("task");
+    const auto task = newTask.node();
+    const auto addChild = [&task](std::string_view name, std::string_view text) {
+        addChildElementWithNameStringValue(task, name, text);
+    };
+    const auto& conversions = _mapper.conversions();
+    setAttributeWithNameStringValue(task, "id", _mapper.getTempSplitTaskID());
+    addChild("title", stretch.taskName());
+    const auto scale = stretch.workScale() != 0 ? stretch.workScale() : 1.0;
+    addChild("effort", MSPIUtilities::mppToKdzxDuration(stretch.duration() * scale));
+    if (const auto start = conversions.mppToKdzxDateTime(stretch.startDate())) {
+        addChild("start-constraint-date", *start);
+        addChild("start-date", *start);
+    }
+    if (const auto end = conversions.mppToKdzxDateTime(stretch.endDate())) {
+        addChild("end-date", *end);
+    }
+    addChild("duration", MSPIUtilities::mppToKdzxDuration(stretch.duration()));
+    for (const auto uid : stretch.resourceUIDs()) {
+        if (uid > 0) {
+            setAttributeWithNameStringValue(addChildElementWithName(task, "assignment"), "idref",
+                                            _mapper.idMapper().resourceIdFromMspdiUID(fmt::format("{}", uid)));
+        }
+    }
+    return newTask;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "MSPIObjectMapperBase.h"
+#include "MSPITimephasedSpans.h"
+
+// Finds the stretches of an interrupted task from the timephased work of its assignments and makes one target `task`
+// of each.
+class MSPITimephasedDataMapper : public MSPIObjectMapperBase {
+public:
+    using MSPIObjectMapperBase::MSPIObjectMapperBase;
+
+    // The pieces, owned by the caller, in order of time, with provisional ids; none for a task that is not split. Raises
+    // what `mergedSpans` and `joinedStretches` raise, and what the value getters raise for unreadable numbers.
+    [[nodiscard]] std::vector<MSPCXMLNewElement> newSplitTasksFromMspdiTask(const MSPCXMLNode& mspTask);
+
+    // The latest end of all pieces this mapper has made; none while there are none.
+    [[nodiscard]] std::optional<MSPCInstant> taskEndDate() const { return _taskEndDate; }
+
+private:
+    MSPITimephasedSpans spansOfTask(const MSPCXMLNode& mspTask) const;
+    void collectSpansOfAssignment(const MSPCXMLNode& assignment, const std::string& taskName,
+                                  MSPITimephasedSpans& spans) const;
+    MSPITimephasedSpans stretchesOfSpans(MSPITimephasedSpans spans) const;
+    MSPCXMLNewElement newTaskFromStretch(const MSPITimephasedDataInfo& stretch) const;
+
+    std::optional<MSPCInstant> _taskEndDate;
+};

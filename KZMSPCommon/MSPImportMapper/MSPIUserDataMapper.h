@@ -1,0 +1,56 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "MSPCXMLDocument.h"
+#include "MSPCXMLNode.h"
+#include "MSPIUserData.h"
+
+class MSPIMappingContext;
+
+// The custom-field values of an MSPDI task or resource, from its `ExtendedAttribute` children. A child without
+// `FieldID`, without a definition in the project or with a definition that has neither `Alias` nor `FieldName` is
+// skipped. The name is the alias where there is one. A child without `Value` gives the null value. With save version 12
+// or more and a definition without readable `CFType`, a value that is an MSPDI date-time is given in its display form.
+[[nodiscard]] MSPIUserData userDataFromExtendedAttributes(std::span<const MSPCXMLNode> extendedAttributes,
+                                                          MSPIMappingContext& mapper);
+
+// Elements prepared for the table of contents, by tag; no tag is the project's own user data.
+using MSPIUserDataTOCElements = std::map<std::optional<std::string>, MSPCXMLNewElement>;
+
+inline constexpr std::string_view MSPITaskUserDataKeysTag = "task-user-data-keys";
+inline constexpr std::string_view MSPIResourceUserDataKeysTag = "resource-user-data-keys";
+
+// Writes user data and records its keys for the table of contents.
+class MSPIUserDataMapper {
+public:
+    // The elements made belong to `document`, which must outlive the recorded ones.
+    MSPIUserDataMapper(MSPIUserDataTOCElements& userDataTOCElements, MSPCXMLDocument& document)
+        : _userDataTOCElements(userDataTOCElements), _document(document) {}
+
+    // A `user-data` element, owned by the caller, with `key` and `string` per entry that has a value; empty when that
+    // leaves nothing to write. Raises `MSPCInternalInconsistency` "Unexpected value in MSPDI Extended Attributes
+    // dictionary." for a value that is neither text nor null.
+    [[nodiscard]] MSPCXMLNewElement newUserDataFromDictionary(const MSPIUserData& userData) const;
+
+    // Records under the tag a `user-data` element with all keys, each followed by `null`; without a tag each by its
+    // value, or `null` where it has none. Answers false, with nothing recorded, when there are no keys. Raises
+    // "Expected NSString as a key in extended attributes dictionary." for a key that is no text.
+    // Deliberate: what was recorded under the tag before is replaced, so the keys of the last task (or resource) that
+    // has any are those that reach the table of contents.
+    bool setUserDataTOCElementsForTagFromDictionary(std::optional<std::string_view> tag, const MSPIUserData& userData);
+
+private:
+    MSPIUserDataTOCElements& _userDataTOCElements;
+    MSPCXMLDocument& _document;
+};
+
+// What tasks and resources do with their custom fields: writes the user data of `mspObject` into `kdzxObject` and
+// records its keys under the tag. Answers whether keys were recorded.
+bool addUserDataFromMSPObjectToElement(const MSPCXMLNode& mspObject, const MSPCXMLNode& kdzxObject,
+                                       std::string_view tag, MSPIUserDataTOCElements& userDataTOCElements,
+                                       MSPIMappingContext& mapper);

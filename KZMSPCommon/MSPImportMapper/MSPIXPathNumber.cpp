@@ -1,0 +1,34 @@
+#include "MSPIXPathNumber.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+std::optional<double> xpathNumber(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    const auto first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos) {
+        return std::nullopt;
+    }
+    text = text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    const auto digits = text.substr(text.starts_with('-') ? 1 : 0);
+    const bool isPlain = digits.find_first_not_of("0123456789.") == std::string_view::npos &&
+                         digits.find_first_of("0123456789") != std::string_view::npos &&
+                         std::count(digits.begin(), digits.end(), '.') <= 1;
+    if (!isPlain) {
+        return std::nullopt;
+    }
+    double number = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
+    return read.ec == std::errc() ? std::optional(number) : std::nullopt;
+}
+
+bool hasChildWithNumber(const MSPCXMLNode& element, std::string_view name, std::int64_t number) {
+    std::string buffer;
+    for (auto child = element.firstChildElement(name); child; child = child.nextSiblingElement(name)) {
+        if (xpathNumber(child.stringValue(buffer)) == static_cast<double>(number)) {
+            return true;
+        }
+    }
+    return false;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+class MSPCFileSystem;
+
+// The folder that a bundle is written to, standardized: the one given on the command line, else the input file's own.
+// `inputPath` is standardized. Raises
+//   MSPCInternalInconsistency "*** ERROR: Failed to get directory from input path: <input path>"
+//   FileNotFoundException "Output directoty not found: <folder>"   when it is missing or no folder
+[[nodiscard]] std::string MSPDIOutputFolder(const std::string& inputPath, const std::optional<std::string>& outputFolder,
+                                            const MSPCFileSystem& fileSystem);
+
+// The path of the bundle for an input file: "Plan.XML" gives "<folder>/Plan.kdzx", with the input's extension included
+// "<folder>/Plan.xml.kdzx".
+[[nodiscard]] std::string MSPDIBundlePath(const std::string& folder, const std::string& inputPath,
+                                          bool includesInputExtension);
+
+// Whether removing `destination` would take `needed` away: it leads to the same file or folder or into it, through
+// links too.
+[[nodiscard]] bool MSPDIWouldBeRemoved(const std::string& needed, const std::string& destination,
+                                       const MSPCFileSystem& fileSystem);

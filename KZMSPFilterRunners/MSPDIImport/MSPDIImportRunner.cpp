@@ -1,0 +1,132 @@
+#include "MSPDIImportRunner.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "MSPCException.h"
+#include "MSPCFileSystem.h"
+#include "MSPCLog.h"
+#include "MSPCPath.h"
+#include "MSPCUserDefaults.h"
+#include "MSPDIImportDestination.h"
+#include "MSPDIInputList.h"
+
+MSPDIImportRunner::MSPDIImportRunner(const MSPCServices& services, MSPDIFileImport importFile)
+    : _services(services), _importFile(std::move(importFile)) {}
+
+int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
+    _services.log.log("MSPDIImporter Runner");
+    readSettings();
+    try {
+        importAll(MSPDIParseArguments(arguments));
+    } catch (const MSPCException& exception) {
+        _services.log.log(fmt::format("Exception: {}\n{}", exception.name(), exception.reason()));
+    } catch (...) {
+        // Nobody above catches it, and without any handler the stack need not be unwound: temporary files would stay.
+        throw;
+    }
+    return _lastResult ? 0 : 1;
+}
+
+void MSPDIImportRunner::readSettings() {
+    _includesInputExtension = _services.userDefaults.boolForKey("IncludeInputExtension").value_or(false);
+    _overwritesTarget = _services.userDefaults.boolForKey("OverwriteFilterTarget").value_or(false);
+}
+
+void MSPDIImportRunner::importAll(const MSPDIImportArguments& arguments) {
+    const auto templateURL = checkedTemplateURL(arguments.templatePath);
+    _services.log.log(fmt::format("KDZX Template URL: '{}'", templateURL.absoluteString()));
+    const auto entries = inputFiles(arguments);
+    MSPDICheckInputFiles(entries);
+    for (const auto& entry : entries) {
+        if (MSPDIIsInputEntry(entry)) {
+            importEntry(entry, templateURL, arguments);
+        }
+    }
+}
+
+MSPCURL MSPDIImportRunner::checkedTemplateURL(const std::string& templatePath) const {
+    if (lowerCased(pathExtension(templatePath)) != "kdzx") {
+        throw CommandLineArgumentException(
+            fmt::format("Template is not a valid KDZX doc folder: '{}'", templatePath));
+    }
+    const auto path = _services.fileSystem.standardizedPath(templatePath);
+    if (!_services.fileSystem.isDirectory(path)) {
+        throw FileNotFoundException(fmt::format("KDZX template doc folder not found: {}", path));
+    }
+    return MSPCURL::fileURL(path, true);
+}
+
+std::vector<std::string> MSPDIImportRunner::inputFiles(const MSPDIImportArguments& arguments) const {
+    if (arguments.isListForm) {
+        return listedInputFiles(arguments);
+    }
+    const auto& inputFile = *arguments.inputPath;
+    _services.log.log(fmt::format("### Import single file: \"{}\"", inputFile));
+    return {inputFile};
+}
+
+std::vector<std::string> MSPDIImportRunner::listedInputFiles(const MSPDIImportArguments& arguments) const {
+    _services.log.log("### Import files from the list:");
+    if (!arguments.inputPath) {
+        throw CommandLineArgumentException("No input list found in command line.");
+    }
+    const auto path = _services.fileSystem.standardizedPath(*arguments.inputPath);
+    auto lines = MSPDIReadInputList(path, _services.fileSystem);
+    for (const auto& line : lines) {
+        if (MSPDIIsInputEntry(line)) {
+            _services.log.log(fmt::format("    \"{}\"", line));
+        }
+    }
+    return lines;
+}
+
+void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& templateURL,
+                                    const MSPDIImportArguments& arguments) {
+    const auto inputPath = checkedInputPath(entry);
+    const auto source = MSPCURL::fileURL(inputPath, false);
+    _services.log.log(fmt::format("### Import from URL: '{}'", source.absoluteString()));
+
+    const auto folder = MSPDIOutputFolder(inputPath, arguments.outputFolder, _services.fileSystem);
+    const auto bundlePath = MSPDIBundlePath(folder, inputPath, _includesInputExtension);
+    if (_overwritesTarget) {
+        removeOldBundle(bundlePath, templateURL.path(), inputPath);
+    }
+    const auto destination = MSPCURL::fileURL(bundlePath, true);
+    _services.log.log(fmt::format("### Write to URL (bundle): '{}'", destination.absoluteString()));
+
+    MSPIImportInfo info;
+    info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(inputPath));
+    info.kdzxTemplateURL = templateURL;
+    _lastResult = _importFile(info, _services, source, destination);
+    _services.log.log(fmt::format("### Importer {}.", _lastResult ? "SUCCEEDED" : "FAILED"));
+}
+
+std::string MSPDIImportRunner::checkedInputPath(const std::string& entry) const {
+    const auto extension = lowerCased(pathExtension(entry));
+    if (extension != "xml" && extension != "mspxml") {
+        throw CommandLineArgumentException(fmt::format("Input file is not XML: '{}'", entry));
+    }
+    auto path = _services.fileSystem.standardizedPath(entry);
+    if (!_services.fileSystem.exists(path)) {
+        throw FileNotFoundException(fmt::format("Input file not found: {}", path));
+    }
+    if (_services.fileSystem.isDirectory(path)) {
+        throw FileNotFoundException(fmt::format("Input file is a directory: {}", path));
+    }
+    return path;
+}
+
+void MSPDIImportRunner::removeOldBundle(const std::string& bundlePath, const std::string& templatePath,
+                                        const std::string& inputPath) const {
+    auto& fileSystem = _services.fileSystem;
+    // Removing the template or the input would leave nothing to import; the import then takes a free numbered name.
+    const bool isKept = !fileSystem.exists(bundlePath) ||
+                        MSPDIWouldBeRemoved(templatePath, bundlePath, fileSystem) ||
+                        MSPDIWouldBeRemoved(inputPath, bundlePath, fileSystem);
+    if (!isKept) {
+        // What cannot be removed is in the way like a bundle that is not overwritten.
+        static_cast<void>(fileSystem.remove(bundlePath));
+    }
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "MSPCServices.h"
+#include "MSPCURL.h"
+#include "MSPDIImportArguments.h"
+#include "MSPIImportInfo.h"
+
+// Imports one file (source, destination bundle); true when it succeeded.
+using MSPDIFileImport = std::function<bool(const MSPIImportInfo&, const MSPCServices&, const MSPCURL&, const MSPCURL&)>;
+
+// Imports one file with an importer of its own.
+[[nodiscard]] bool MSPDIImportFile(const MSPIImportInfo& info, const MSPCServices& services, const MSPCURL& source,
+                                   const MSPCURL& destination);
+
+// One run of the program: settings, command line, template, input list, then one import per input file.
+//
+// Settings: `IncludeInputExtension` puts the input's extension in front of the bundle's (Plan.xml.kdzx),
+// `OverwriteFilterTarget` removes an existing destination first, unless that would take the template or the input away.
+// Both are off when absent.
+//
+// The first failed check ends the run with the log line "Exception: <name>\n<reason>". A failed import does not: the run
+// goes on with the next file. Foreign exceptions pass, after everything that the run holds has been released.
+// Failures raised here (the others are told where they are raised):
+//   CommandLineArgumentException "Template is not a valid KDZX doc folder: '<argument>'"
+//                                "No input list found in command line."
+//                                "Input file is not XML: '<entry>'"
+//   FileNotFoundException "KDZX template doc folder not found: <path>"
+//                         "Input file not found: <path>"
+//                         "Input file is a directory: <path>"
+class MSPDIImportRunner {
+public:
+    // The services outlive the runner. Tests replace `importFile`.
+    explicit MSPDIImportRunner(const MSPCServices& services, MSPDIFileImport importFile = MSPDIImportFile);
+
+    // Runs with all arguments of the command line, the program's own path first. Returns the exit status: 0 when the last
+    // import that ran succeeded, 1 when it failed or none ran.
+    // Deliberate: a later entry that fails its checks leaves the status of an earlier import that succeeded.
+    [[nodiscard]] int run(const std::vector<std::string>& arguments);
+
+private:
+    void readSettings();
+    void importAll(const MSPDIImportArguments& arguments);
+    [[nodiscard]] MSPCURL checkedTemplateURL(const std::string& templatePath) const;
+    [[nodiscard]] std::vector<std::string> inputFiles(const MSPDIImportArguments& arguments) const;
+    [[nodiscard]] std::vector<std::string> listedInputFiles(const MSPDIImportArguments& arguments) const;
+    void importEntry(const std::string& entry, const MSPCURL& templateURL, const MSPDIImportArguments& arguments);
+    [[nodiscard]] std::string checkedInputPath(const std::string& entry) const;
+    void removeOldBundle(const std::string& bundlePath, const std::string& templatePath,
+                         const std::string& inputPath) const;
+
+    const MSPCServices& _services;
+    MSPDIFileImport _importFile;
+    bool _includesInputExtension = false;
+    bool _overwritesTarget = false;
+    bool _lastResult = false;
+};

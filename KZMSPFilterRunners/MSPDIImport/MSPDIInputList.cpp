@@ -1,0 +1,100 @@
+#include "MSPDIInputList.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+#include "MSPCException.h"
+#include "MSPCFileSystem.h"
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::array<std::string_view, 5> lineEnds{"\n", "\r", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"};
+
+// The length of the line end at the start of a text; 0 when there is none.
+std::size_t lineEndLength(std::string_view text) {
+    const auto* found = std::ranges::find_if(lineEnds, [text](auto lineEnd) { return text.starts_with(lineEnd); });
+    return found == lineEnds.end() ? 0 : found->size();
+}
+
+bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
+// The length of the character at the start of a text as its first byte tells it; 0 when no character begins so.
+std::size_t characterLength(unsigned char first) {
+    if (first < 0x80U) {
+        return 1;
+    }
+    if (first >= 0xC2U && first < 0xE0U) {
+        return 2;
+    }
+    if ((first & 0xF0U) == 0xE0U) {
+        return 3;
+    }
+    return first >= 0xF0U && first < 0xF5U ? 4 : 0;
+}
+
+// Whether the first two bytes of a character leave the range of Unicode, name a surrogate, or are longer than needed.
+bool isOutOfRange(unsigned char first, unsigned char second) {
+    return (first == 0xE0U && second < 0xA0U) || (first == 0xEDU && second > 0x9FU) ||
+           (first == 0xF0U && second < 0x90U) || (first == 0xF4U && second > 0x8FU);
+}
+
+bool isUTF8(std::string_view text) {
+    while (!text.empty()) {
+        const auto first = static_cast<unsigned char>(text.front());
+        const auto length = characterLength(first);
+        if (length == 0 || length > text.size() || !std::ranges::all_of(text.substr(1, length - 1), isContinuation) ||
+            (length > 2 && isOutOfRange(first, static_cast<unsigned char>(text[1])))) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+}  // namespace
+
+std::vector<std::string> MSPDILinesOfText(std::string_view text) {
+    if (text.starts_with(byteOrderMark)) {
+        text.remove_prefix(byteOrderMark.size());
+    }
+    std::vector<std::string> lines(1);
+    while (!text.empty()) {
+        if (const auto length = lineEndLength(text); length != 0) {
+            lines.emplace_back();
+            text.remove_prefix(length);
+        } else {
+            lines.back() += text.front();
+            text.remove_prefix(1);
+        }
+    }
+    return lines;
+}
+
+bool MSPDIIsInputEntry(std::string_view line) { return !line.empty() && !line.starts_with("::"); }
+
+std::vector<std::string> MSPDIReadInputList(const std::string& path, const MSPCFileSystem& fileSystem) {
+    if (!fileSystem.exists(path) || fileSystem.isDirectory(path)) {
+        throw FileNotFoundException(fmt::format("Input list not found or it is a directory: {}", path));
+    }
+    const auto text = fileSystem.readFile(path);
+    if (!text || !isUTF8(*text)) {
+        throw FileNotFoundException(fmt::format("Input list file could not be read or empty: {}", path));
+    }
+    return MSPDICheckedLines(MSPDILinesOfText(*text), path);
+}
+
+std::vector<std::string> MSPDICheckedLines(std::vector<std::string> lines, const std::string& path) {
+    if (lines.empty()) {
+        throw FileNotFoundException(fmt::format("Input list could not be built or empty: {}", path));
+    }
+    return lines;
+}
+
+void MSPDICheckInputFiles(const std::vector<std::string>& inputFiles) {
+    if (inputFiles.empty()) {
+        throw MSPCInternalInconsistency("Failed to build input files list.");
+    }
+}

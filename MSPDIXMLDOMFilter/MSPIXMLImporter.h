@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "MSPCServices.h"
+#include "MSPCURL.h"
+#include "MSPIImportInfo.h"
+#include "MSPIScenarioMapping.h"
+
+// Imports one MSPDI file into one new Kadenza 2 bundle. Made for one file; the services outlive it.
+class MSPIXMLImporter {
+public:
+    // Keeps a copy of `info`, which it fills in for every scenario. `mapScenario` is replaced by tests only.
+    MSPIXMLImporter(MSPIImportInfo info, const MSPCServices& services,
+                    MSPIScenarioMapping mapScenario = MSPIMapScenario);
+
+    // Copies the template bundle to the destination, or to the first free name "<destination>-1", "-2", ... where
+    // something exists already, and writes into the copy the actual scenario ("Actual.xml"), every baseline 0 to 10
+    // that the plan holds ("Baseline.xml", "Baseline1.xml" to "Baseline10.xml") and, last, the table of contents
+    // ("__TOC.xml"). True when all of it was written.
+    //
+    // False on any failure of the system's own kinds, after the log line "Exception: <name>\n<reason>\n<user info>"; a
+    // plan without an actual scenario gives false without a line. What was written before stays: nothing is rolled
+    // back. Foreign exceptions pass. The failures raised here are
+    //   MSPIXMLException "MSPIXMLImporter.importMSPDIData: Source URL not specified."
+    //                    "MSPIXMLImporter.importMSPDIData: Source must be a file system."
+    //                    "MSPIXMLImporter.importMSPDIData: Source must be a MS Project XML document."
+    //                    "MSPIXMLImporter.importMSPDIData: Destination URL not specified."
+    //                    "MSPIXMLImporter.importMSPDIData: Destination must be a file system."
+    //                    "MSPIXMLImporter.importMSPDIData: Destination must be a KZ 2 document bundle (.kdzx file)."
+    //   MSPCInternalInconsistency "URL of Template kdzx document not specified."
+    //   KZMPPImporterException "MSPIMPPImporter importFromMppURL:toKdzxBundleURL:Failed to copy KZ2 Template bundle to
+    //                          destination directory.", with the system's description as user info
+    //                          "Failed to write '<path>': <the system's description>"
+    // Those of loading and mapping are told where they are raised.
+    [[nodiscard]] bool importFromMspdiURLToKdzxBundleURL(const std::optional<MSPCURL>& source,
+                                                         const std::optional<MSPCURL>& destination);
+
+private:
+    struct Documents;
+
+    [[nodiscard]] bool importChecked(const MSPCURL& source, const MSPCURL& destination);
+    [[nodiscard]] std::string copyTemplate(const MSPCURL& source, const MSPCURL& destination);
+    [[nodiscard]] Documents loadDocuments(const MSPCURL& source, const std::string& bundlePath) const;
+    // False when the plan holds no such scenario.
+    bool importScenario(std::optional<int> baselineNumber, Documents& documents, const std::string& bundlePath);
+    void writeDocument(const MSPCXMLDocument& document, const std::string& path) const;
+
+    MSPIImportInfo _info;
+    const MSPCServices& _services;
+    MSPIScenarioMapping _mapScenario;
+};

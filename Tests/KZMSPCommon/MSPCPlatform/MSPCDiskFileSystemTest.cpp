@@ -1,0 +1,184 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "MSPCFileSystem.h"
+#include "ScopedEnvironment.h"
+#include "ScopedTempFolder.h"
+
+namespace {
+
+class MSPCDiskFileSystemTest : public ::testing::Test {
+protected:
+    ScopedTempFolder folder;
+    MSPCDiskFileSystem files;
+};
+
+}  // namespace
+
+using MSPCDiskFileSystem_standardizedPath = MSPCDiskFileSystemTest;
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, resolvesDotsAndSuperfluousSlashes) {
+    const std::pair<const char*, const char*> table[] = {
+        {"/a/b.xml", "/a/b.xml"},   {"/a/./b/../c", "/a/c"}, {"//a///b/", "/a/b"}, {"/..", "/"},
+        {"/../../a", "/a"},         {"/", "/"},              {"/a/..", "/"},       {"/a/...", "/a/..."},
+        {"/a/~/b", "/a/~/b"},       {"/a/.hidden", "/a/.hidden"},
+    };
+    for (const auto& [path, expected] : table) {
+        EXPECT_EQ(files.standardizedPath(path), expected) << path;
+    }
+}
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, takesARelativePathInTheCurrentFolder) {
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    EXPECT_EQ(files.standardizedPath("Plan.xml"), folder / "Plan.xml");
+    EXPECT_EQ(files.standardizedPath("."), folder.path());
+    EXPECT_EQ(files.standardizedPath("a/../b/"), folder / "b");
+    std::filesystem::current_path(before);
+}
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, resolvesTheHomeFolderOfTheUser) {
+    const ScopedEnvironment home("HOME", "/home/mara/");
+    EXPECT_EQ(files.standardizedPath("~"), "/home/mara");
+    EXPECT_EQ(files.standardizedPath("~/Plans/a.xml"), "/home/mara/Plans/a.xml");
+    EXPECT_EQ(files.standardizedPath("~/../x"), "/home/x");
+}
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, resolvesTheHomeFolderOfAnotherUser) {
+    const ScopedEnvironment home("HOME", "/elsewhere");
+    const auto* root = ::getpwnam("root");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(files.standardizedPath("~root/a"), std::string(root->pw_dir) + "/a");
+}
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, asksTheUserListWhereHomeIsUnset) {
+    const ScopedEnvironment home("HOME", nullptr);
+    const auto* user = ::getpwuid(::getuid());
+    ASSERT_NE(user, nullptr);
+    EXPECT_EQ(files.standardizedPath("~/a"), std::string(user->pw_dir) + "/a");
+}
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, takesAnUnknownUserAsAnOrdinaryName) {
+    EXPECT_EQ(files.standardizedPath("~no-such-user/a"), std::filesystem::current_path().native() + "/~no-such-user/a");
+}
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, leavesTheEmptyPathEmpty) { EXPECT_EQ(files.standardizedPath(""), ""); }
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, doesNotFollowLinks) {
+    folder.addFolder("real/inner");
+    std::filesystem::create_symlink(folder / "real/inner", folder / "link");
+    EXPECT_EQ(files.standardizedPath(folder / "link/../a"), folder / "a");
+}
+
+using MSPCDiskFileSystem_queries = MSPCDiskFileSystemTest;
+
+TEST_F(MSPCDiskFileSystem_queries, tellFilesFromFolders) {
+    const auto file = folder.addFile("a.xml");
+    EXPECT_TRUE(files.exists(file));
+    EXPECT_FALSE(files.isDirectory(file));
+    EXPECT_TRUE(files.exists(folder.path()));
+    EXPECT_TRUE(files.isDirectory(folder.path()));
+    EXPECT_FALSE(files.exists(folder / "none"));
+    EXPECT_FALSE(files.isDirectory(folder / "none"));
+    EXPECT_FALSE(files.exists(""));
+}
+
+TEST_F(MSPCDiskFileSystem_queries, followALinkToAFolderAndCountOneThatPointsNowhere) {
+    folder.addFolder("real");
+    std::filesystem::create_symlink("real", folder / "link");
+    std::filesystem::create_symlink("nowhere", folder / "dangling");
+    EXPECT_TRUE(files.isDirectory(folder / "link"));
+    EXPECT_TRUE(files.exists(folder / "dangling"));
+    EXPECT_FALSE(files.isDirectory(folder / "dangling"));
+}
+
+TEST_F(MSPCDiskFileSystem_queries, neverCutAPathAtAZeroByte) {
+    const auto path = folder.addFile("a.xml") + std::string("\0.xml", 5);
+    EXPECT_FALSE(files.exists(path));
+    EXPECT_FALSE(files.isDirectory(folder.path() + std::string("\0x", 2)));
+    EXPECT_EQ(files.readFile(path), std::nullopt);
+    EXPECT_EQ(files.resolvedPath(path), "");
+    EXPECT_EQ(files.createFolder(folder / "new" + std::string("\0x", 2)), "No such file or directory");
+    EXPECT_EQ(files.writeAtomically(path, [](MSPCByteSink&) {}), "No such file or directory");
+    EXPECT_EQ(files.copyFolder(folder.path(), path), "No such file or directory");
+}
+
+TEST_F(MSPCDiskFileSystem_queries, knowOneFileUnderTwoNames) {
+    folder.addFolder("real");
+    const auto file = folder.addFile("real/a");
+    std::filesystem::create_symlink("real", folder / "link");
+    std::filesystem::create_hard_link(file, folder / "hard");
+    EXPECT_TRUE(files.isSameFile(file, folder / "link/a"));
+    EXPECT_TRUE(files.isSameFile(file, folder / "hard"));
+    EXPECT_FALSE(files.isSameFile(file, folder.addFile("b")));
+    EXPECT_FALSE(files.isSameFile(folder / "none", folder / "none"));
+}
+
+TEST_F(MSPCDiskFileSystem_queries, resolveAllLinksOfAPath) {
+    const auto file = folder.addFile("real/a");
+    std::filesystem::create_symlink("real", folder / "link");
+    EXPECT_EQ(files.resolvedPath(folder / "link/a"), file);
+    EXPECT_EQ(files.resolvedPath(folder / "none"), "");
+}
+
+using MSPCDiskFileSystem_readFile = MSPCDiskFileSystemTest;
+
+TEST_F(MSPCDiskFileSystem_readFile, givesAllBytes) {
+    const std::string bytes = std::string("a\0b\r\n", 5) + std::string(300'000, 'x');
+    EXPECT_EQ(files.readFile(folder.addFile("a", bytes)), bytes);
+    EXPECT_EQ(files.readFile(folder.addFile("empty")), "");
+}
+
+TEST_F(MSPCDiskFileSystem_readFile, tellsWhyItGivesNone) {
+    std::string failure;
+    EXPECT_EQ(files.readFile(folder / "none", &failure), std::nullopt);
+    EXPECT_EQ(failure, "No such file or directory");
+    EXPECT_EQ(files.readFile(folder.path(), &failure), std::nullopt);
+    EXPECT_EQ(failure, "Is a directory");
+}
+
+TEST_F(MSPCDiskFileSystem_readFile, readsWhatTellsNoSize) {
+    const auto text = files.readFile("/proc/self/status");
+    ASSERT_TRUE(text);
+    EXPECT_NE(text->find("Pid:"), std::string::npos);
+}
+
+using MSPCDiskFileSystem_remove = MSPCDiskFileSystemTest;
+
+TEST_F(MSPCDiskFileSystem_remove, takesFilesAndWholeFolders) {
+    const auto file = folder.addFile("a");
+    folder.addFile("b/c/d");
+    EXPECT_EQ(files.remove(file), std::nullopt);
+    EXPECT_EQ(files.remove(folder / "b"), std::nullopt);
+    EXPECT_EQ(folder.listing(), "");
+}
+
+TEST_F(MSPCDiskFileSystem_remove, takesALinkAndLeavesItsTarget) {
+    folder.addFile("real/a", "kept");
+    std::filesystem::create_symlink("real", folder / "link");
+    EXPECT_EQ(files.remove(folder / "link"), std::nullopt);
+    EXPECT_EQ(folder.contents("real/a"), "kept");
+    EXPECT_EQ(folder.listing(), "real ");
+}
+
+TEST_F(MSPCDiskFileSystem_remove, failsWhereNothingIs) {
+    EXPECT_EQ(files.remove(folder / "none"), "No such file or directory");
+}
+
+using MSPCDiskFileSystem_createFolder = MSPCDiskFileSystemTest;
+
+TEST_F(MSPCDiskFileSystem_createFolder, makesTheFoldersAboveToo) {
+    EXPECT_EQ(files.createFolder(folder / "a/b/c"), std::nullopt);
+    EXPECT_TRUE(files.isDirectory(folder / "a/b/c"));
+    EXPECT_EQ(files.createFolder(folder / "a/b/c"), std::nullopt) << "an existing folder is fine";
+}
+
+TEST_F(MSPCDiskFileSystem_createFolder, failsBelowAFile) {
+    folder.addFile("a");
+    EXPECT_EQ(files.createFolder(folder / "a/b"), "Not a directory");
+}

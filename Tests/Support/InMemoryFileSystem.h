@@ -1,0 +1,250 @@
+#pragma once
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "MSPCFileSystem.h"
+#include "MSPCPath.h"
+
+// A file system in memory that records what is done to it. The current folder is "/home/me", which is there from the
+// start. The operations that can fail (readFile, copyFolder, remove, createFolder, writeAtomically) are counted from 1
+// and can be told to fail.
+class InMemoryFileSystem final : public MSPCFileSystem {
+public:
+    InMemoryFileSystem() { addFolder("/home/me"); }
+
+    // Setting up; the folders above are made too. A link's target is an absolute path.
+    void addFile(const std::string& path, std::string bytes = {}) { add(path, {Kind::File, std::move(bytes)}); }
+    void addFolder(const std::string& path) { add(path, {Kind::Folder, {}}); }
+    void addLink(const std::string& path, std::string target) { add(path, {Kind::Link, std::move(target)}); }
+    // What happens in the middle of a run without being counted: something takes a path away with all below it.
+    void takeAway(const std::string& path) { eraseTree(path); }
+
+    // Makes the counted call number `call` (1 is the next one) fail with that reason.
+    void failAtCall(int call, std::string reason) { _failures[_calls + call] = std::move(reason); }
+    // Makes every counted call of that operation fail: "remove", "copyFolder" ...
+    void failAlways(const std::string& operation, std::string reason) { _broken[operation] = std::move(reason); }
+
+    // The counted calls so far, as "<operation> <path>" or "copyFolder <from> -> <to>", failed ones included.
+    [[nodiscard]] const std::vector<std::string>& calls() const { return _record; }
+    [[nodiscard]] std::string contents(const std::string& path) const {
+        const auto* node = find(path);
+        return node && node->kind == Kind::File ? node->bytes : std::string("(no file)");
+    }
+    // All paths at or below a folder, in order.
+    [[nodiscard]] std::vector<std::string> pathsBelow(const std::string& folder) const {
+        std::vector<std::string> result;
+        for (const auto& [path, node] : _nodes) {
+            if (isInside(path, folder)) {
+                result.push_back(path);
+            }
+        }
+        return result;
+    }
+
+    [[nodiscard]] std::string standardizedPath(std::string_view path) const override {
+        if (path.empty()) {
+            return {};
+        }
+        std::string whole(path);
+        if (whole == "~" || whole.starts_with("~/")) {
+            whole = "/home/me" + whole.substr(1);
+        }
+        if (!whole.starts_with('/')) {
+            whole = "/home/me/" + whole;
+        }
+        return withoutDots(whole);
+    }
+    [[nodiscard]] bool exists(const std::string& path) const override { return find(path) != nullptr; }
+    [[nodiscard]] bool isDirectory(const std::string& path) const override {
+        const auto* node = find(resolvedPath(path));
+        return node && node->kind == Kind::Folder;
+    }
+    [[nodiscard]] std::string resolvedPath(const std::string& path) const override {
+        auto result = path;
+        for (int links = 0; links <= 40; ++links) {
+            const auto next = withFirstLinkFollowed(result);
+            if (next == result) {
+                return exists(result) ? result : std::string();
+            }
+            result = next;
+        }
+        return {};
+    }
+    [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override {
+        const auto resolved = resolvedPath(first);
+        return !resolved.empty() && resolved == resolvedPath(second);
+    }
+
+    [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
+                                                      std::string* failure = nullptr) const override {
+        auto reason = begin("readFile", path);
+        const auto* node = find(resolvedPath(path));
+        if (!reason && (!node || node->kind != Kind::File)) {
+            reason = node ? "Is a directory" : "No such file or directory";
+        }
+        if (reason && failure) {
+            *failure = *reason;
+        }
+        return reason ? std::nullopt : std::optional(node->bytes);
+    }
+
+    [[nodiscard]] std::optional<std::string> copyFolder(const std::string& from, const std::string& to,
+                                                        bool* existedAlready = nullptr) override {
+        auto reason = begin("copyFolder", from + " -> " + to);
+        if (existedAlready) {
+            *existedAlready = !reason && exists(to);
+        }
+        if (reason) {
+            return reason;
+        }
+        if (exists(to)) {
+            return "File exists";
+        }
+        if (!isDirectory(from)) {
+            return "Not a directory";
+        }
+        const auto source = resolvedPath(from);
+        for (const auto& path : pathsBelow(source)) {
+            _nodes[to + path.substr(source.size())] = _nodes[path];
+        }
+        return std::nullopt;
+    }
+    [[nodiscard]] std::optional<std::string> remove(const std::string& path) override {
+        if (const auto reason = begin("remove", path)) {
+            return reason;
+        }
+        if (!exists(path)) {
+            return "No such file or directory";
+        }
+        eraseTree(path);
+        return std::nullopt;
+    }
+    [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override {
+        if (const auto reason = begin("createFolder", path)) {
+            return reason;
+        }
+        if (exists(path) && !isDirectory(path)) {
+            return "Not a directory";
+        }
+        addFolder(path);
+        return std::nullopt;
+    }
+    // The bytes are collected first, so what `produce` throws leaves the file as it was.
+    [[nodiscard]] std::optional<std::string> writeAtomically(
+        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
+        if (const auto reason = begin("writeAtomically", path)) {
+            return reason;
+        }
+        StringSink sink;
+        produce(sink);
+        if (!isDirectory(pathByDeletingLastComponent(path))) {
+            return "No such file or directory";
+        }
+        if (const auto* node = find(path); node && node->kind == Kind::Folder) {
+            return "Is a directory";
+        }
+        _nodes[path] = {Kind::File, std::move(sink.bytes)};
+        return std::nullopt;
+    }
+
+private:
+    enum class Kind { File, Folder, Link };
+    struct Node {
+        Kind kind = Kind::File;
+        std::string bytes;  // a link's target
+    };
+    struct StringSink final : MSPCByteSink {
+        std::string bytes;
+        void write(std::string_view more) override { bytes.append(more); }
+    };
+
+    // Counts and records a call; gives the reason when it is to fail.
+    std::optional<std::string> begin(const std::string& operation, const std::string& operands) const {
+        _record.push_back(operation + " " + operands);
+        ++_calls;
+        if (const auto listed = _failures.find(_calls); listed != _failures.end()) {
+            return listed->second;
+        }
+        const auto broken = _broken.find(operation);
+        return broken == _broken.end() ? std::nullopt : std::optional(broken->second);
+    }
+
+    static bool isInside(const std::string& path, const std::string& folder) {
+        return path == folder || folder == "/" || path.starts_with(folder + "/");
+    }
+
+    static std::string withoutDots(const std::string& path) {
+        std::vector<std::string> components;
+        for (std::size_t start = 0; start < path.size();) {
+            const auto end = std::min(path.find('/', start), path.size());
+            const auto component = path.substr(start, end - start);
+            if (component == ".." && !components.empty()) {
+                components.pop_back();
+            } else if (!component.empty() && component != "." && component != "..") {
+                components.push_back(component);
+            }
+            start = end + 1;
+        }
+        std::string result;
+        for (const auto& component : components) {
+            result += "/" + component;
+        }
+        return result.empty() ? "/" : result;
+    }
+
+    void add(const std::string& path, Node node) {
+        for (auto folder = pathByDeletingLastComponent(path); folder != "/"; folder = pathByDeletingLastComponent(folder)) {
+            _nodes.try_emplace(folder, Node{Kind::Folder, {}});
+        }
+        _nodes.insert_or_assign(path, std::move(node));
+    }
+
+    void eraseTree(const std::string& path) {
+        std::erase_if(_nodes, [&path](const auto& entry) { return isInside(entry.first, path); });
+    }
+
+    // The node with that very path: a link in the last component is not followed, links above it are.
+    const Node* find(const std::string& path) const {
+        static const Node root{Kind::Folder, {}};
+        if (path == "/") {
+            return &root;
+        }
+        auto found = _nodes.find(path);
+        if (found == _nodes.end() && path.starts_with('/')) {
+            const auto folder = resolvedFolder(pathByDeletingLastComponent(path));
+            found = _nodes.find(pathByAppendingComponent(folder, lastPathComponent(path)));
+        }
+        return found == _nodes.end() ? nullptr : &found->second;
+    }
+
+    std::string resolvedFolder(std::string folder) const {
+        for (int links = 0; links <= 40; ++links) {
+            const auto next = withFirstLinkFollowed(folder);
+            if (next == folder) {
+                break;
+            }
+            folder = next;
+        }
+        return folder;
+    }
+
+    std::string withFirstLinkFollowed(const std::string& path) const {
+        for (const auto& [link, node] : _nodes) {
+            if (node.kind == Kind::Link && isInside(path, link)) {
+                return node.bytes + path.substr(link.size());
+            }
+        }
+        return path;
+    }
+
+    std::map<std::string, Node> _nodes;
+    std::map<int, std::string> _failures;
+    std::map<std::string, std::string> _broken;
+    mutable int _calls = 0;
+    mutable std::vector<std::string> _record;
+};

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "FixedClock.h"
+#include "InMemoryFileSystem.h"
+#include "ListedRandomSource.h"
+#include "MSPCServices.h"
+#include "MSPCXMLDocument.h"
+#include "MSPIMappingContext.h"
+#include "MapUserDefaults.h"
+#include "RecordingLog.h"
+
+// The outside world of a mapper test: Europe/Berlin at noon of 2012-01-10 (winter), an empty disk, no random numbers.
+class MappingServices {
+public:
+    explicit MappingServices(std::string_view zone = "Europe/Berlin")
+        : services{clock, *MSPCTimeZone::named(zone), log, userDefaults, fileSystem, randomSource} {}
+
+    FixedClock clock{MSPCInstant{1326193200}};  // 2012-01-10T11:00:00Z
+    RecordingLog log;
+    MapUserDefaults userDefaults;
+    InMemoryFileSystem fileSystem;
+    ListedRandomSource randomSource{};
+    MSPCServices services;
+};
+
+// A document from a snippet; the test fails when the snippet is no XML.
+inline MSPCXMLDocument documentFromXML(std::string_view xml, MSPCXMLContent content = MSPCXMLContent::DataOnly) {
+    auto document = MSPCXMLDocument::read(std::string(xml), content);
+    if (!document) {
+        ADD_FAILURE() << "not XML: " << xml;
+        return {};
+    }
+    return std::move(*document);
+}
+
+// The content of an MSPDI project and the context of its mapping.
+class MappingFixture : public MappingServices {
+public:
+    // `projectContent` is what stands between the tags of `Project`.
+    explicit MappingFixture(std::string_view projectContent, std::string_view zone = "Europe/Berlin")
+        : MappingServices(zone),
+          document(documentFromXML("<Project xmlns=\"http://schemas.microsoft.com/project\">" +
+                                   std::string(projectContent) + "</Project>")),
+          context(services) {
+        context.setMspProject(document.root());
+    }
+
+    // The only child element at a path below `Project`.
+    [[nodiscard]] MSPCXMLNode node(std::string_view path) {
+        const auto nodes = document.root().nodesForXPath(path);
+        EXPECT_TRUE(nodes && nodes->size() == 1) << path;
+        return nodes && !nodes->empty() ? nodes->front() : MSPCXMLNode();
+    }
+
+    MSPCXMLDocument document;
+    MSPIMappingContext context;
+};
+
+// The markup of a free element on one line, without indentation.
+inline std::string markupOf(MSPCXMLNewElement&& element) {
+    MSPCXMLDocument document;
+    document.setRoot(std::move(element));
+    std::string markup;
+    const auto text = document.serialized();
+    for (std::size_t at = text.find("?>\n") + 3; at < text.size();) {
+        const auto lineEnd = std::min(text.find('\n', at), text.size());
+        const auto start = std::min(text.find_first_not_of(' ', at), lineEnd);
+        markup.append(text, start, lineEnd - start);
+        at = lineEnd + 1;
+    }
+    return markup;
+}
