@@ -42,7 +42,7 @@ void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_
 
 }  // namespace
 
-MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) {
+MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
     _mapper.log().log(fmt::format("  Mapping Calendar UID='{}' name='{}' ...",
                                   stringValueForXQuery(mspCalendar, "UID").value_or(""),
                                   stringValueForXQuery(mspCalendar, "Name").value_or("")));
@@ -55,7 +55,8 @@ MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNo
     return schedule;
 }
 
-std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalendar(const MSPCXMLNode& mspCalendar) {
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalendar(
+    const MSPCXMLNode& mspCalendar) const {
     const bool isBase = boolValueForXQuery(mspCalendar, "IsBaseCalendar");
     const auto weekDays = nodesForXQuery(mspCalendar, "WeekDays/WeekDay[DayType>=1 and DayType<=7]");
     if (weekDays.empty() && isBase) {
@@ -82,7 +83,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalenda
     return scheduleDays;
 }
 
-std::vector<MSPCXMLNewElement> MSPICalendarMapper::newDefaultScheduleDays() {
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newDefaultScheduleDays() const {
     std::vector<MSPCXMLNewElement> scheduleDays;
     for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
         auto scheduleDay = newScheduleDay(weekday);
@@ -95,7 +96,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newDefaultScheduleDays() {
     return scheduleDays;
 }
 
-MSPCXMLNewElement MSPICalendarMapper::newScheduleDay(std::int64_t weekday) {
+MSPCXMLNewElement MSPICalendarMapper::newScheduleDay(std::int64_t weekday) const {
     auto scheduleDay = _mapper.newElement("schedule-day");
     setAttributeWithNameStringValue(scheduleDay.node(), "day-of-week",
                                     MSPEWeekdayNames[static_cast<std::size_t>(weekday)]);
@@ -119,7 +120,7 @@ void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optiona
 }
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
-    const MSPCXMLNode& mspCalendar) {
+    const MSPCXMLNode& mspCalendar) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]")) {
         if (const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod")) {
@@ -133,7 +134,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMS
 }
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromMSPCalendar(
-    const MSPCXMLNode& mspCalendar) {
+    const MSPCXMLNode& mspCalendar) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]")) {
         const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod");
@@ -152,11 +153,10 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromM
     return events;
 }
 
-void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(const std::optional<std::string>& fromDate,
-                                                                           const std::optional<std::string>& toDate,
-                                                                           const std::optional<std::string>& fromTime,
-                                                                           const std::optional<std::string>& toTime,
-                                                                           std::vector<MSPCXMLNewElement>& collection) {
+void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
+    const std::optional<std::string>& fromDate, const std::optional<std::string>& toDate,
+    const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
+    std::vector<MSPCXMLNewElement>& collection) const {
     const auto& conversions = _mapper.conversions();
     const auto& gregorian = conversions.gregorian();
     const auto fromDay = conversions.mspdiToMppDateTime(fromDate.value_or(""));
@@ -187,7 +187,7 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(const
     }
 }
 
-MSPCXMLNewElement MSPICalendarMapper::newEvent(MSPCInstant start, MSPCInstant end) {
+MSPCXMLNewElement MSPICalendarMapper::newEvent(MSPCInstant start, MSPCInstant end) const {
     const auto& conversions = _mapper.conversions();
     auto event = _mapper.newElement("event");
     setAttributeWithNameStringValue(event.node(), "start", conversions.mppToKdzxDateTime(start));

@@ -20,7 +20,7 @@ public:
 
     // The `schedule` of a calendar, with the log line "  Mapping Calendar UID='<UID>' name='<Name>' ...". Nested
     // calendars are left out where they would hold no event.
-    [[nodiscard]] MSPCXMLNewElement newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar);
+    [[nodiscard]] MSPCXMLNewElement newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
     // A `schedule-day` per MSPDI `WeekDay` of DayType 1 (Sunday) to 7, in document order; days of one type are not
     // merged. A day with DayWorking gets its working times as seconds since midnight; where a time is missing, the
@@ -28,13 +28,14 @@ public:
     // 08:00:00-12:00:00 and 13:00:00-17:00:00, Saturday and Sunday free. Other calendars leave out every `WeekDay`
     // without a `WorkingTime`. Raises `MSPCInternalInconsistency` "Unexpected DayType value <value>. Must be from 1
     // to 7." when the day's last DayType is another one.
-    [[nodiscard]] std::vector<MSPCXMLNewElement> newScheduleDaysFromMSPCalendar(const MSPCXMLNode& mspCalendar);
+    [[nodiscard]] std::vector<MSPCXMLNewElement> newScheduleDaysFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
     // The events of all exceptions that are not worked, over whole days.
-    [[nodiscard]] std::vector<MSPCXMLNewElement> newTimeOffCalenarEventsFromMSPCalendar(const MSPCXMLNode& mspCalendar);
+    [[nodiscard]] std::vector<MSPCXMLNewElement> newTimeOffCalenarEventsFromMSPCalendar(
+        const MSPCXMLNode& mspCalendar) const;
     // The events of all exceptions that are worked, for each of their working times.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newOvertimeCalenarEventsFromMSPCalendar(
-        const MSPCXMLNode& mspCalendar);
+        const MSPCXMLNode& mspCalendar) const;
 
     // Appends one `event` per calendar week (Sunday to Saturday) that a range of days touches, from the week's first
     // day in the range at `fromTime` to its last day at `toTime`, wall clock. Dates are MSPDI date-times whose time of
@@ -47,7 +48,7 @@ public:
                                                            const std::optional<std::string>& toDate,
                                                            const std::optional<std::string>& fromTime,
                                                            const std::optional<std::string>& toTime,
-                                                           std::vector<MSPCXMLNewElement>& collection);
+                                                           std::vector<MSPCXMLNewElement>& collection) const;
 
     // The earliest `FromDate` and the latest `ToDate` of the whole document as target date-times; none when there is
     // no such element. Of equal ones the first counts. Raise `MSPCInternalInconsistency` "Failed to find minimal
@@ -56,12 +57,12 @@ public:
     [[nodiscard]] std::optional<std::string> makeScheduleEndFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
 private:
-    [[nodiscard]] std::vector<MSPCXMLNewElement> newDefaultScheduleDays();
-    [[nodiscard]] MSPCXMLNewElement newScheduleDay(std::int64_t weekday);
+    [[nodiscard]] std::vector<MSPCXMLNewElement> newDefaultScheduleDays() const;
+    [[nodiscard]] MSPCXMLNewElement newScheduleDay(std::int64_t weekday) const;
     void addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,
                      const std::optional<std::string>& toTime) const;
     void addWorkingTimes(MSPCXMLNode scheduleDay, const std::vector<MSPCXMLNode>& workingTimes) const;
-    [[nodiscard]] MSPCXMLNewElement newEvent(MSPCInstant start, MSPCInstant end);
+    [[nodiscard]] MSPCXMLNewElement newEvent(MSPCInstant start, MSPCInstant end) const;
     [[nodiscard]] std::optional<std::string> extremeDate(const MSPCXMLNode& mspCalendar, std::string_view query,
                                                          int wantedOrder, const char* failure) const;
 };
