@@ -51,10 +51,10 @@ public:
 
 TEST(MSPICalendarMapper, baseCalendarWithoutWeekDays_getsTheDefaultWeek) {
     const std::string spans =
-        "<time-span start-time=\"28800\" end-time=\"43200\" />"
-        "<time-span start-time=\"46800\" end-time=\"61200\" />";
+        "<time-span start-time=\"28800\" end-time=\"43200\"/>"
+        "<time-span start-time=\"46800\" end-time=\"61200\"/>";
     EXPECT_EQ(scheduleMarkup("<IsBaseCalendar>1</IsBaseCalendar>"),
-              "<schedule><schedule-day day-of-week=\"sunday\" />"
+              "<schedule><schedule-day day-of-week=\"sunday\"/>"
               "<schedule-day day-of-week=\"monday\">" +
                   spans +
                   "</schedule-day>"
@@ -70,44 +70,43 @@ TEST(MSPICalendarMapper, baseCalendarWithoutWeekDays_getsTheDefaultWeek) {
                   "<schedule-day day-of-week=\"friday\">" +
                   spans +
                   "</schedule-day>"
-                  "<schedule-day day-of-week=\"saturday\" /></schedule>");
+                  "<schedule-day day-of-week=\"saturday\"/></schedule>");
 }
 
 TEST(MSPICalendarMapper, derivedCalendarWithoutWeekDays_isABareSchedule) {
-    EXPECT_EQ(scheduleMarkup("<IsBaseCalendar>0</IsBaseCalendar>"), "<schedule />");
-    EXPECT_EQ(scheduleMarkup("<IsBaseCalendar>0</IsBaseCalendar><WeekDays/>"), "<schedule />");
-    EXPECT_EQ(scheduleMarkup(""), "<schedule />");
+    EXPECT_EQ(scheduleMarkup("<IsBaseCalendar>0</IsBaseCalendar>"), "<schedule/>");
+    EXPECT_EQ(scheduleMarkup("<IsBaseCalendar>0</IsBaseCalendar><WeekDays/>"), "<schedule/>");
+    EXPECT_EQ(scheduleMarkup(""), "<schedule/>");
 }
 
 TEST(MSPICalendarMapper, weekDayThatIsNotWorked_isEmptyInABaseCalendarOnly) {
     EXPECT_EQ(scheduleMarkup(weekDays(true, weekDay("1", "0", ""))),
-              "<schedule><schedule-day day-of-week=\"sunday\" /></schedule>");
-    EXPECT_EQ(scheduleMarkup(weekDays(false, weekDay("1", "0", ""))), "<schedule />");
+              "<schedule><schedule-day day-of-week=\"sunday\"/></schedule>");
+    EXPECT_EQ(scheduleMarkup(weekDays(false, weekDay("1", "0", ""))), "<schedule/>");
     EXPECT_EQ(scheduleMarkup(weekDays(false, weekDay("1", "0", Morning))),
-              "<schedule><schedule-day day-of-week=\"sunday\" /></schedule>");
+              "<schedule><schedule-day day-of-week=\"sunday\"/></schedule>");
 }
 
 TEST(MSPICalendarMapper, workingDays_keepTheirOrderAndAreNotMerged) {
-    EXPECT_EQ(
-        scheduleMarkup(
-            weekDays(false, weekDay("7", "1", Morning) + weekDay("2", "true", Morning) + weekDay("7", "1", Morning))),
-        "<schedule><schedule-day day-of-week=\"saturday\"><time-span start-time=\"28800\" end-time=\"43200\" />"
-        "</schedule-day><schedule-day day-of-week=\"monday\"><time-span start-time=\"28800\" end-time=\"43200\" />"
-        "</schedule-day><schedule-day day-of-week=\"saturday\"><time-span start-time=\"28800\" "
-        "end-time=\"43200\" /></schedule-day></schedule>");
+    EXPECT_EQ(scheduleMarkup(weekDays(
+                  false, weekDay("7", "1", Morning) + weekDay("2", "true", Morning) + weekDay("7", "1", Morning))),
+              "<schedule><schedule-day day-of-week=\"saturday\"><time-span start-time=\"28800\" end-time=\"43200\"/>"
+              "</schedule-day><schedule-day day-of-week=\"monday\"><time-span start-time=\"28800\" end-time=\"43200\"/>"
+              "</schedule-day><schedule-day day-of-week=\"saturday\"><time-span start-time=\"28800\" "
+              "end-time=\"43200\"/></schedule-day></schedule>");
 }
 
 TEST(MSPICalendarMapper, everyDayType_hasItsName) {
     const char* names[] = {"sunday", "monday", "tuesday", "wednesday", "thursday", "friday", "saturday"};
     for (int dayType = 1; dayType <= 7; ++dayType) {
         EXPECT_EQ(scheduleMarkup(weekDays(true, weekDay(std::to_string(dayType), "0", ""))),
-                  std::string("<schedule><schedule-day day-of-week=\"") + names[dayType - 1] + "\" /></schedule>");
+                  std::string("<schedule><schedule-day day-of-week=\"") + names[dayType - 1] + "\"/></schedule>");
     }
 }
 
 TEST(MSPICalendarMapper, daysOfOtherTypes_areNotRead) {
     const auto others = weekDay("0", "1", Morning) + weekDay("8", "1", Morning) + weekDay("x", "1", Morning);
-    EXPECT_EQ(scheduleMarkup(weekDays(false, others)), "<schedule />");
+    EXPECT_EQ(scheduleMarkup(weekDays(false, others)), "<schedule/>");
 }
 
 TEST(MSPICalendarMapper, severalDayTypesOfWhichTheLastIsNone_raise) {
@@ -120,7 +119,7 @@ TEST(MSPICalendarMapper, dayWorkingThatIsMissingOrDouble_isNotWorked) {
     const std::string times = std::string("<WorkingTimes>") + Morning + "</WorkingTimes>";
     for (const std::string dayWorking : {"", "<DayWorking>1</DayWorking><DayWorking>1</DayWorking>"}) {
         EXPECT_EQ(scheduleMarkup(weekDays(true, "<WeekDay><DayType>2</DayType>" + dayWorking + times + "</WeekDay>")),
-                  "<schedule><schedule-day day-of-week=\"monday\" /></schedule>");
+                  "<schedule><schedule-day day-of-week=\"monday\"/></schedule>");
     }
 }
 
@@ -128,8 +127,8 @@ TEST(MSPICalendarMapper, workingTimeWithoutFromTime_hasAnEmptyStartTime) {
     EXPECT_EQ(scheduleMarkup(weekDays(true, weekDay("2", "1",
                                                     "<WorkingTime><ToTime>12:00:00</ToTime></WorkingTime>"
                                                     "<WorkingTime><FromTime>13:30:15</FromTime></WorkingTime>"))),
-              "<schedule><schedule-day day-of-week=\"monday\"><time-span start-time=\"\" end-time=\"43200\" />"
-              "<time-span start-time=\"48615\" end-time=\"\" /></schedule-day></schedule>");
+              "<schedule><schedule-day day-of-week=\"monday\"><time-span start-time=\"\" end-time=\"43200\"/>"
+              "<time-span start-time=\"48615\" end-time=\"\"/></schedule-day></schedule>");
 }
 
 TEST(MSPICalendarMapper, logLine_namesTheCalendar) {

@@ -145,16 +145,16 @@ TEST(MSPICalendarMapperEvents, millionsOfYears_raise) {
 TEST(MSPICalendarMapperEvents, calendarWithoutExceptionsOfType1_hasNoNestedCalendars) {
     const auto period = timePeriod("2010-01-07T00:00:00", "2010-01-07T23:59:00");
     const auto times = "<WorkingTimes>" + workingTime("08:00:00", "12:00:00") + "</WorkingTimes>";
-    EXPECT_EQ(scheduleWith(""), "<schedule />");
-    EXPECT_EQ(scheduleWith(exception("0", "2", period) + exception("1", "6", period + times)), "<schedule />");
+    EXPECT_EQ(scheduleWith(""), "<schedule/>");
+    EXPECT_EQ(scheduleWith(exception("0", "2", period) + exception("1", "6", period + times)), "<schedule/>");
 }
 
 TEST(MSPICalendarMapperEvents, timeOffAlone_givesOnlyItsCalendar) {
     EXPECT_EQ(scheduleWith(exception("0", "1", timePeriod("2010-01-07T00:00:00", "2010-01-07T23:59:00")) +
                            exception("0", "1", timePeriod("2010-01-12T00:00:00", "2010-01-12T23:59:00"))),
               "<schedule><calendar name=\"Time Off\" editable=\"yes\" overtime=\"no\">"
-              "<event start=\"2010-01-07T00:00:00Z\" end=\"2010-01-07T23:59:59Z\" />"
-              "<event start=\"2010-01-12T00:00:00Z\" end=\"2010-01-12T23:59:59Z\" /></calendar></schedule>");
+              "<event start=\"2010-01-07T00:00:00Z\" end=\"2010-01-07T23:59:59Z\"/>"
+              "<event start=\"2010-01-12T00:00:00Z\" end=\"2010-01-12T23:59:59Z\"/></calendar></schedule>");
 }
 
 TEST(MSPICalendarMapperEvents, overtimeWithTwoWorkingTimes_isTwoEventsAndStandsBehindTimeOff) {
@@ -163,15 +163,15 @@ TEST(MSPICalendarMapperEvents, overtimeWithTwoWorkingTimes_isTwoEventsAndStandsB
     EXPECT_EQ(scheduleWith(exception("1", "1", timePeriod("2010-01-03T00:00:00", "2010-01-09T23:59:00") + times) +
                            exception("0", "1", timePeriod("2010-01-12T00:00:00", "2010-01-12T23:59:00"))),
               "<schedule><calendar name=\"Time Off\" editable=\"yes\" overtime=\"no\">"
-              "<event start=\"2010-01-12T00:00:00Z\" end=\"2010-01-12T23:59:59Z\" /></calendar>"
+              "<event start=\"2010-01-12T00:00:00Z\" end=\"2010-01-12T23:59:59Z\"/></calendar>"
               "<calendar name=\"Overtime\" editable=\"yes\" overtime=\"yes\">"
-              "<event start=\"2010-01-03T08:00:00Z\" end=\"2010-01-09T12:00:00Z\" />"
-              "<event start=\"2010-01-03T13:00:00Z\" end=\"2010-01-09T17:00:00Z\" /></calendar></schedule>");
+              "<event start=\"2010-01-03T08:00:00Z\" end=\"2010-01-09T12:00:00Z\"/>"
+              "<event start=\"2010-01-03T13:00:00Z\" end=\"2010-01-09T17:00:00Z\"/></calendar></schedule>");
 }
 
 TEST(MSPICalendarMapperEvents, overtimeWithoutWorkingTimes_givesNothing) {
     EXPECT_EQ(scheduleWith(exception("1", "1", timePeriod("2010-01-03T00:00:00", "2010-01-09T23:59:00"))),
-              "<schedule />");
+              "<schedule/>");
 }
 
 TEST(MSPICalendarMapperEvents, exceptionWithoutTimePeriodOrDate_isSkipped) {
@@ -180,7 +180,7 @@ TEST(MSPICalendarMapperEvents, exceptionWithoutTimePeriodOrDate_isSkipped) {
     EXPECT_EQ(
         scheduleWith(exception("0", "1", "") + exception("0", "1", "<TimePeriod/>") + exception("0", "1", halfPeriod) +
                      exception("1", "1", times) + exception("1", "1", halfPeriod + times)),
-        "<schedule />");
+        "<schedule/>");
 }
 
 TEST(MSPICalendarMapperEvents, overtimeWithoutFromTime_beginsAtMidnight) {
@@ -189,5 +189,5 @@ TEST(MSPICalendarMapperEvents, overtimeWithoutFromTime_beginsAtMidnight) {
                                          "<WorkingTimes><WorkingTime><ToTime>12:00:00</ToTime></WorkingTime>"
                                          "</WorkingTimes>")),
               "<schedule><calendar name=\"Overtime\" editable=\"yes\" overtime=\"yes\">"
-              "<event start=\"2010-01-07T00:00:00Z\" end=\"2010-01-07T12:00:00Z\" /></calendar></schedule>");
+              "<event start=\"2010-01-07T00:00:00Z\" end=\"2010-01-07T12:00:00Z\"/></calendar></schedule>");
 }
