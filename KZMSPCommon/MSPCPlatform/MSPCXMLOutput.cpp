@@ -33,7 +33,9 @@ unsigned byteAt(std::string_view text, std::size_t index) {
     return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
 }
 
-bool isContinuation(unsigned byte) { return (byte & 0xC0U) == 0x80U; }
+bool isContinuation(unsigned byte) {
+    return (byte & 0xC0U) == 0x80U;
+}
 
 // The code point that starts with the lead byte at `index`, with its number of bytes; no bytes when it is no UTF-8.
 struct CodePoint {
@@ -78,7 +80,9 @@ struct MSPCXMLOutput::ByteTable {
     }
 };
 
-MSPCXMLOutput::MSPCXMLOutput(MSPCByteSink& sink) : _sink(sink) { _block.reserve(2 * BlockSize); }
+MSPCXMLOutput::MSPCXMLOutput(MSPCByteSink& sink) : _sink(sink) {
+    _block.reserve(2 * BlockSize);
+}
 
 void MSPCXMLOutput::raw(std::string_view markup) {
     _block += markup;
