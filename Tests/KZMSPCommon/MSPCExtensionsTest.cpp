@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
-
 #include "ExpectRaises.h"
 #include "InMemoryFileSystem.h"
 #include "MSPCURL.h"
