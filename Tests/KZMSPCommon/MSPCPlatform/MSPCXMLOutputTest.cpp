@@ -61,7 +61,8 @@ TEST(MSPCXMLOutput, replacesAndCountsWhatXMLCannotHold) {
         {"\xF4\x90\x80\x80", {"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD", 4}},
         {"\xF8", {"\xEF\xBF\xBD", 1}},
     };
-    for (const auto& [text, expected] : cases) {
+    for (const auto& [input, expected] : cases) {
+        const auto text = input;
         EXPECT_EQ(written([&](auto& output) { output.text(text); }), expected);
         EXPECT_EQ(written([&](auto& output) { output.attributeValue(text); }), expected);
         EXPECT_EQ(written([&](auto& output) { output.unescaped(text); }), expected);
@@ -75,7 +76,8 @@ TEST(MSPCXMLOutput, aCommentNeverHoldsTwoHyphensNorEndsInOne) {
     };
     constexpr Case cases[] = {{"a--b", "a- -b"}, {"---", "- - - "}, {"a-", "a- "},  {"a-b", "a-b"},
                               {"", ""},          {"-", "- "},       {"--", "- - "}, {"<&>", "<&>"}};
-    for (const auto& [text, expected] : cases) {
+    for (const auto& [input, expected] : cases) {
+        const auto text = input;
         EXPECT_EQ(written([&](auto& output) { output.comment(text); }).bytes, expected) << text;
     }
 }
