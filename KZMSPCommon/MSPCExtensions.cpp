@@ -73,7 +73,9 @@ MSPCXMLNode withText(MSPCXMLNode node, std::optional<std::string_view> text) {
 }
 
 // Positions are signed where they come from; one before the first child means the first.
-std::size_t childIndex(std::int32_t index) { return static_cast<std::size_t>(std::max(index, 0)); }
+std::size_t childIndex(std::int32_t index) {
+    return static_cast<std::size_t>(std::max(index, 0));
+}
 
 // What a selection keeps of a document, where the document is plain enough to be read piece by piece.
 std::optional<MSPCXMLDocument> selectedDocument(const MSPCURL& url, const MSPCFileSystem& fileSystem,

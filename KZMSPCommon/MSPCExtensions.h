@@ -18,8 +18,8 @@ class MSPCXMLSelection;
 // The node operations through which every mapper reads and writes XML.
 //
 // Queries are XPath 1.0 relative to the node. A query that must yield one node reports through `error` (when given)
-// `MSPCXQueryNoMatch` when nothing matched or the query is malformed, and `MSPCXQueryMoreThanOneMatch` when several nodes
-// did; the last one in document order then counts. An error that is given is set only in these two cases.
+// `MSPCXQueryNoMatch` when nothing matched or the query is malformed, and `MSPCXQueryMoreThanOneMatch` when several
+// nodes did; the last one in document order then counts. An error that is given is set only in these two cases.
 //
 // Each query raises `MSPCInternalInconsistency` "Sent message singleObjectForXQuery:error: to an object which is not
 // NSXMLNodeProxy." when the node is an empty handle.
