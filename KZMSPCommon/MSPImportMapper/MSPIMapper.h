@@ -37,7 +37,8 @@ private:
     void validateSource();
     bool applyBaseline();
     void revertBaseline();
-    std::string buildScenario();
+    MSPCXMLNewElement newScenarioElement();
+    std::string makeScenarioDocument(MSPCXMLNewElement&& newScenario);
     void addHeaderComments(const MSPCXMLNode& scenario) const;
     void updateTOC(const std::string& scenarioId, const MSPICurrencySettings& currency);
 
