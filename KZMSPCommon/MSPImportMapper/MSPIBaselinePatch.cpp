@@ -8,7 +8,8 @@
 #include "MSPIXPathNumber.h"
 
 MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber)
-    : _target(target), _baselineNumber(baselineNumber) {}
+    : _target(target), _baselineNumber(baselineNumber) {
+}
 
 void MSPIBaselinePatch::apply() {
     if (_isPatched) {

@@ -41,8 +41,7 @@ MSPIMapper::MSPIMapper(MSPCXMLDocument& mspDocument, const MSPCXMLDocument& kdzx
     if (info.mspdiBaselineNumber) {
         const auto number = *info.mspdiBaselineNumber;
         if (number < 0 || number >= MSPIBaselineCounts::BaselineCount) {
-            throw MSPCInternalInconsistency(
-                fmt::format("Unexpected baseline number in info dictionary: {}", number));
+            throw MSPCInternalInconsistency(fmt::format("Unexpected baseline number in info dictionary: {}", number));
         }
         setBaselineNumber(number);
     }

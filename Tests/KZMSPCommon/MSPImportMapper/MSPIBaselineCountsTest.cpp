@@ -14,7 +14,9 @@ MSPIBaselineCounts countsOf(const std::string& projectContent) {
     return MSPIBaselineCounts::ofProject(document.root());
 }
 
-std::string baseline(const std::string& number) { return "<Baseline><Number>" + number + "</Number></Baseline>"; }
+std::string baseline(const std::string& number) {
+    return "<Baseline><Number>" + number + "</Number></Baseline>";
+}
 
 TEST(MSPIBaselineCounts, AreZeroWithoutBaselines) {
     const auto counts = countsOf("<Tasks><Task/></Tasks>");
@@ -25,10 +27,10 @@ TEST(MSPIBaselineCounts, AreZeroWithoutBaselines) {
 }
 
 TEST(MSPIBaselineCounts, TellTasksResourcesAndAssignmentsApart) {
-    const auto counts = countsOf("<Tasks><Task>" + baseline("0") + "</Task><Task>" + baseline("0") + baseline("10") +
-                                 "</Task><Task/></Tasks><Resources><Resource>" + baseline("0") +
-                                 "</Resource></Resources><Assignments><Assignment>" + baseline("3") +
-                                 "</Assignment></Assignments>");
+    const auto counts =
+        countsOf("<Tasks><Task>" + baseline("0") + "</Task><Task>" + baseline("0") + baseline("10") +
+                 "</Task><Task/></Tasks><Resources><Resource>" + baseline("0") +
+                 "</Resource></Resources><Assignments><Assignment>" + baseline("3") + "</Assignment></Assignments>");
     EXPECT_EQ(counts.byNumber[0].tasks, 2U);
     EXPECT_EQ(counts.byNumber[0].resources, 1U);
     EXPECT_EQ(counts.byNumber[0].assignments, 0U);
@@ -47,9 +49,8 @@ TEST(MSPIBaselineCounts, CountAnElementOnceHoweverOftenItHasTheBaseline) {
 }
 
 TEST(MSPIBaselineCounts, PassOverNumbersThatNoBaselineHas) {
-    const auto counts =
-        countsOf("<Tasks><Task>" + baseline("11") + baseline("-1") + baseline("1.5") + baseline("one") + baseline("") +
-                 "<Baseline/></Task></Tasks>");
+    const auto counts = countsOf("<Tasks><Task>" + baseline("11") + baseline("-1") + baseline("1.5") + baseline("one") +
+                                 baseline("") + "<Baseline/></Task></Tasks>");
     for (const auto& count : counts.byNumber) {
         EXPECT_TRUE(count.areZero());
     }
@@ -58,8 +59,8 @@ TEST(MSPIBaselineCounts, PassOverNumbersThatNoBaselineHas) {
 // Lists of elements with numbers in many forms, some lists given twice.
 std::string randomProject(std::mt19937& random) {
     const auto some = [&](std::size_t count) { return random() % count; };
-    constexpr const char* numbers[] = {"0", "1",  "2",   "3",     "4",   "5", "6", "7",  "8",   "9",
-                                       "10", " 1 ", "007", "10.00", ".0", "-0", "11", "x", "", "1<!--c-->0"};
+    constexpr const char* numbers[] = {"0",  "1",   "2",   "3",     "4",  "5",  "6",  "7", "8", "9",
+                                       "10", " 1 ", "007", "10.00", ".0", "-0", "11", "x", "",  "1<!--c-->0"};
     const auto list = [&](const std::string& name) {
         std::string content;
         for (auto count = some(8); count > 0; --count) {

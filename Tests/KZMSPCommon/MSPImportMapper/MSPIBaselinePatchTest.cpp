@@ -51,9 +51,11 @@ TEST_P(MSPIBaselinePatchOf, ShowsTheBaselineAndRestoresTheTaskExactly) {
 
 const PatchCase patchCases[] = {
     {"AllValues",
-     "<Start>a</Start><Finish>b</Finish><Duration>c</Duration><Work>d</Work><Baseline><Number>1</Number><Start>A</Start>"
+     "<Start>a</Start><Finish>b</Finish><Duration>c</Duration><Work>d</Work><Baseline><Number>1</Number><Start>A</"
+     "Start>"
      "<Finish>B</Finish><Duration>C</Duration><Work>D</Work></Baseline>",
-     "<Start>A</Start><Finish>B</Finish><Duration>C</Duration><Work>D</Work><Baseline><Number>1</Number><Start>A</Start>"
+     "<Start>A</Start><Finish>B</Finish><Duration>C</Duration><Work>D</Work><Baseline><Number>1</Number><Start>A</"
+     "Start>"
      "<Finish>B</Finish><Duration>C</Duration><Work>D</Work></Baseline>"},
     {"OneValueOnly", "<Start>a</Start><Finish>b</Finish><Baseline><Number>1</Number><Finish>B</Finish></Baseline>",
      "<Start>a</Start><Finish>B</Finish><Baseline><Number>1</Number><Finish>B</Finish></Baseline>"},
@@ -70,9 +72,11 @@ const PatchCase patchCases[] = {
     {"ANumberInAnotherForm", "<Start>a</Start><Baseline><Number> 01.0 </Number><Start>A</Start></Baseline>",
      "<Start>A</Start><Baseline><Number> 01.0 </Number><Start>A</Start></Baseline>"},
     {"SeveralBaselines",
-     "<Start>a</Start><Baseline><Number>1</Number><Start>A</Start></Baseline><Baseline><Number>1</Number><Start>B</Start>"
+     "<Start>a</Start><Baseline><Number>1</Number><Start>A</Start></Baseline><Baseline><Number>1</Number><Start>B</"
+     "Start>"
      "</Baseline><Baseline><Number>2</Number><Start>C</Start></Baseline>",
-     "<Start>B</Start><Baseline><Number>1</Number><Start>A</Start></Baseline><Baseline><Number>1</Number><Start>B</Start>"
+     "<Start>B</Start><Baseline><Number>1</Number><Start>A</Start></Baseline><Baseline><Number>1</Number><Start>B</"
+     "Start>"
      "</Baseline><Baseline><Number>2</Number><Start>C</Start></Baseline>"},
     {"SeveralChildrenOfOneNameInTheBaseline",
      "<Start>a</Start><Baseline><Number>1</Number><Start>A</Start><Start>B</Start></Baseline>",
@@ -93,10 +97,10 @@ const PatchCase patchCases[] = {
     {"CommentsAroundAReplacedChild",
      "<!--1--><Start>a</Start><!--2--><Baseline><!--3--><Number>1</Number><Start>A</Start></Baseline><!--4-->",
      "<!--1--><Start>A</Start><!--2--><Baseline><!--3--><Number>1</Number><Start>A</Start></Baseline><!--4-->"},
-    {"ANestedChildOfTheName",
-     "<Inner><Start>a</Start></Inner><Baseline><Number>1</Number><Start>A</Start></Baseline>",
+    {"ANestedChildOfTheName", "<Inner><Start>a</Start></Inner><Baseline><Number>1</Number><Start>A</Start></Baseline>",
      "<Inner><Start>a</Start></Inner><Baseline><Number>1</Number><Start>A</Start></Baseline>"},
-    {"TheNameOfTheBaselineItself", "<Start>a</Start><Baseline><Number>1</Number><Baseline>x</Baseline><Start>A</Start></Baseline>",
+    {"TheNameOfTheBaselineItself",
+     "<Start>a</Start><Baseline><Number>1</Number><Baseline>x</Baseline><Start>A</Start></Baseline>",
      "<Start>A</Start><Baseline>x</Baseline>"},
 };
 
@@ -104,8 +108,8 @@ INSTANTIATE_TEST_SUITE_P(MSPIBaselinePatch, MSPIBaselinePatchOf, testing::Values
                          [](const auto& given) { return given.param.what; });
 
 TEST(MSPIBaselinePatch, TakesNumberZeroForABaselineLikeAnyOther) {
-    const auto document =
-        documentFromXML("<Tasks><Task><Start>a</Start><Baseline><Number>0</Number><Start>A</Start></Baseline></Task></Tasks>");
+    const auto document = documentFromXML(
+        "<Tasks><Task><Start>a</Start><Baseline><Number>0</Number><Start>A</Start></Baseline></Task></Tasks>");
     MSPIBaselinePatch patch(document.root().firstChild(), 0);
     patch.apply();
     EXPECT_EQ(document.root().firstChild().firstChild().stringValue(), "A");
@@ -120,8 +124,9 @@ TEST(MSPIBaselinePatch, ChangesNothingBeforeItIsApplied) {
 }
 
 TEST(MSPIBaselinePatch, CanNotBeAppliedTwice) {
-    for (const auto* task : {"<Tasks><Task/></Tasks>",
-                             "<Tasks><Task><Start>a</Start><Baseline><Number>1</Number><Start>A</Start></Baseline></Task></Tasks>"}) {
+    for (const auto* task :
+         {"<Tasks><Task/></Tasks>",
+          "<Tasks><Task><Start>a</Start><Baseline><Number>1</Number><Start>A</Start></Baseline></Task></Tasks>"}) {
         const auto document = documentFromXML(task);
         const auto before = markupOf(document);
         MSPIBaselinePatch patch(document.root().firstChild(), 1);
@@ -181,12 +186,12 @@ TEST(MSPIBaselinePatch, BringsRemovedTasksBackToTheirPlaces) {
     };
     const std::string k(kept);
     const Case cases[] = {
-        {"<Task>1</Task>" + k + k, k + k},                                      // the first
-        {k + "<Task>2</Task>" + k, k + k},                                      // one in the middle
-        {k + k + "<Task>3</Task>", k + k},                                      // the last
-        {"<Task>1</Task><Task>2</Task><Task>3</Task>", ""},                     // all
+        {"<Task>1</Task>" + k + k, k + k},                                         // the first
+        {k + "<Task>2</Task>" + k, k + k},                                         // one in the middle
+        {k + k + "<Task>3</Task>", k + k},                                         // the last
+        {"<Task>1</Task><Task>2</Task><Task>3</Task>", ""},                        // all
         {"<Task>1</Task><Task>2</Task>" + k + "<Task>4</Task><Task>5</Task>", k},  // neighbours
-        {k + k, k + k},                                                         // none
+        {k + k, k + k},                                                            // none
         {"<!--a--><Task>1</Task><!--b--><Task>2</Task><!--c-->" + k + "<!--d--><Task>4</Task><!--e-->",
          "<!--a--><!--b--><!--c-->" + k + "<!--d--><!--e-->"},
         {"<Other/><Task>1</Task><Other/>", "<Other/><Other/>"},

@@ -11,11 +11,10 @@
 namespace {
 
 const std::vector<std::string> settingsInOrder = {
-    "date-display",        "numbering-style",      "no-numbers",         "auto-level",
-    "critical-path-slack", "currency-format",      "duration-format",    "effort-format",
-    "base-style",          "column-title-style",   "note-style",         "standard-task-style",
-    "overdue-task-style",  "completed-task-style", "group-task-style",   "milestone-task-style",
-    "resource-style",      "not-editable-style",   "named-styles"};
+    "date-display",         "numbering-style",     "no-numbers",         "auto-level",           "critical-path-slack",
+    "currency-format",      "duration-format",     "effort-format",      "base-style",           "column-title-style",
+    "note-style",           "standard-task-style", "overdue-task-style", "completed-task-style", "group-task-style",
+    "milestone-task-style", "resource-style",      "not-editable-style", "named-styles"};
 
 MSPCXMLDocument projectOf(const std::string& content) {
     return documentFromXML("<project>" + content + "</project>", MSPCXMLContent::Everything);
@@ -51,7 +50,8 @@ TEST(MSPIGanttSettings, StandInListOrderWhicheverIsMissing) {
     for (const auto& missing : settingsInOrder) {
         auto content = complete;
         content.replace(content.find("<" + missing + "/>"), missing.size() + 3, "");
-        EXPECT_EQ(markupAfterGetting(missing, "<scenario/>" + content), "<project><scenario/>" + complete + "</project>");
+        EXPECT_EQ(markupAfterGetting(missing, "<scenario/>" + content),
+                  "<project><scenario/>" + complete + "</project>");
     }
 }
 
@@ -74,13 +74,15 @@ TEST(MSPIGanttSettings, FollowTheLastScenarioWhereNoneIsBeforeThem) {
 }
 
 TEST(MSPIGanttSettings, FollowTheNextResourceIdWithoutAnyScenario) {
-    EXPECT_EQ(markupAfterGetting("date-display", "<next-task-id>1</next-task-id><next-resource-id>1</next-resource-id><x/>"),
-              "<project><next-task-id>1</next-task-id><next-resource-id>1</next-resource-id><date-display/><x/>"
-              "</project>");
+    EXPECT_EQ(
+        markupAfterGetting("date-display", "<next-task-id>1</next-task-id><next-resource-id>1</next-resource-id><x/>"),
+        "<project><next-task-id>1</next-task-id><next-resource-id>1</next-resource-id><date-display/><x/>"
+        "</project>");
 }
 
 TEST(MSPIGanttSettings, FollowTheLastOfSeveralOfOneName) {
-    EXPECT_EQ(markupAfterGetting("no-numbers", "<scenario/><date-display>1</date-display><x/><date-display>2</date-display><y/>"),
+    EXPECT_EQ(markupAfterGetting("no-numbers",
+                                 "<scenario/><date-display>1</date-display><x/><date-display>2</date-display><y/>"),
               "<project><scenario/><date-display>1</date-display><x/><date-display>2</date-display><no-numbers/><y/>"
               "</project>");
 }

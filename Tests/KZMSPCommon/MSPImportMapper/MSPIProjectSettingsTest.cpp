@@ -22,8 +22,7 @@ MSPICurrencySettings currencyOf(const std::string& projectContent) {
 
 std::vector<std::string> currencyWarningsOf(const std::string& projectContent, bool readsCurrencyCode) {
     MappingFixture fixture(projectContent);
-    static_cast<void>(
-        MSPICurrencySettings::ofProject(fixture.context.mspProject(), readsCurrencyCode, fixture.log));
+    static_cast<void>(MSPICurrencySettings::ofProject(fixture.context.mspProject(), readsCurrencyCode, fixture.log));
     return fixture.log.takeLines();
 }
 
@@ -86,7 +85,9 @@ TEST(MSPICurrencySettings, FallBackToTheDefaultsForTextThatHoldsNoNumber) {
     EXPECT_EQ(currency.symbolPosition, 0);
 }
 
-TEST(MSPICurrencySettings, KeepAnEmptySymbol) { EXPECT_EQ(currencyOf("<CurrencySymbol/>").sampleAmount(), "1,234.56"); }
+TEST(MSPICurrencySettings, KeepAnEmptySymbol) {
+    EXPECT_EQ(currencyOf("<CurrencySymbol/>").sampleAmount(), "1,234.56");
+}
 
 TEST(MSPICurrencySettings, TakeTheLastOfSeveralSymbols) {
     EXPECT_EQ(currencyOf("<CurrencySymbol>A</CurrencySymbol><CurrencySymbol>B</CurrencySymbol>").symbol, "B");
@@ -100,16 +101,26 @@ TEST(MSPICurrencySettings, ShowTheirSampleAmount) {
         std::string sample;
     };
     const Case cases[] = {
-        {"2", "$", "0", "$1,234.56"},       {"2", "$", "1", "1,234.56$"},      {"2", "$", "2", " $1,234.56"},
-        {"2", "$", "3", "1,234.56 $"},      {"2", "$", "4", "1,234.56"},       {"2", "$", "-1", "1,234.56"},
-        {"0", "Kc", "3", "1,234 Kc"},       {"1", "EUR", "1", "1,234.5EUR"},   {"3", "$", "0", "$1,234.567"},
-        {"4", "$", "0", "$1,234.5678"},     {"5", "$", "0", "$1,234.56789"},   {"6", "$", "0", "$1,234.56789"},
-        {"99999999999", "$", "0", "$1,234.56789"}, {"-1", "$", "0", "$1,234"}, {"2", "\xE2\x82\xAC", "3", "1,234.56 \xE2\x82\xAC"},
+        {"2", "$", "0", "$1,234.56"},
+        {"2", "$", "1", "1,234.56$"},
+        {"2", "$", "2", " $1,234.56"},
+        {"2", "$", "3", "1,234.56 $"},
+        {"2", "$", "4", "1,234.56"},
+        {"2", "$", "-1", "1,234.56"},
+        {"0", "Kc", "3", "1,234 Kc"},
+        {"1", "EUR", "1", "1,234.5EUR"},
+        {"3", "$", "0", "$1,234.567"},
+        {"4", "$", "0", "$1,234.5678"},
+        {"5", "$", "0", "$1,234.56789"},
+        {"6", "$", "0", "$1,234.56789"},
+        {"99999999999", "$", "0", "$1,234.56789"},
+        {"-1", "$", "0", "$1,234"},
+        {"2", "\xE2\x82\xAC", "3", "1,234.56 \xE2\x82\xAC"},
     };
     for (const auto& [digits, symbol, position, sample] : cases) {
-        const auto currency = currencyOf("<CurrencyDigits>" + digits + "</CurrencyDigits><CurrencySymbol>" + symbol +
-                                         "</CurrencySymbol><CurrencySymbolPosition>" + position +
-                                         "</CurrencySymbolPosition>");
+        const auto currency =
+            currencyOf("<CurrencyDigits>" + digits + "</CurrencyDigits><CurrencySymbol>" + symbol +
+                       "</CurrencySymbol><CurrencySymbolPosition>" + position + "</CurrencySymbolPosition>");
         EXPECT_EQ(currency.sampleAmount(), sample) << digits << " " << symbol << " " << position;
     }
 }
@@ -133,10 +144,10 @@ TEST(MSPIWorkingTimeUnits, AreWholeHoursTruncated) {
         std::int64_t perDay, perWeek, perMonth, perYear;
     };
     const Case cases[] = {
-        {-1, -1, -1, 8, 40, 160, 1920},          // nothing given
-        {450, 2250, 20, 7, 37, 140, 1680},       // 7.5 hours a day count as 7
+        {-1, -1, -1, 8, 40, 160, 1920},     // nothing given
+        {450, 2250, 20, 7, 37, 140, 1680},  // 7.5 hours a day count as 7
         {480, 2400, 20, 8, 40, 160, 1920},
-        {600, -1, -1, 10, 40, 160, 1920},        // a month that is not given does not follow the day
+        {600, -1, -1, 10, 40, 160, 1920},  // a month that is not given does not follow the day
         {-1, -1, 21, 8, 40, 168, 2016},
         {0, 0, 0, 0, 0, 0, 0},
         {59, 59, 20, 0, 0, 0, 0},

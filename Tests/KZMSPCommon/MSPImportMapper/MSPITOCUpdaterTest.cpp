@@ -71,14 +71,16 @@ TEST(MSPITOCUpdater, FindsItsPartsInTheDefaultNamespace) {
 }
 
 TEST(MSPITOCUpdater, PutsTheFirstScenarioAfterTheNextResourceId) {
-    EXPECT_EQ(projectAfter("<next-task-id>1</next-task-id><next-resource-id>1</next-resource-id><!--c--><date-display/>",
-                           [](auto& toc) { toc.setScenarioEntry("Actual", "id1"); }),
-              "<next-task-id>1</next-task-id><next-resource-id>1</next-resource-id>"
-              "<scenario id=\"id1\" name=\"Actual\" filename=\"Actual.xml\"/><!--c--><date-display/>");
+    EXPECT_EQ(
+        projectAfter("<next-task-id>1</next-task-id><next-resource-id>1</next-resource-id><!--c--><date-display/>",
+                     [](auto& toc) { toc.setScenarioEntry("Actual", "id1"); }),
+        "<next-task-id>1</next-task-id><next-resource-id>1</next-resource-id>"
+        "<scenario id=\"id1\" name=\"Actual\" filename=\"Actual.xml\"/><!--c--><date-display/>");
 }
 
 TEST(MSPITOCUpdater, ChangesOnlyTheIdOfAScenarioThatIsListed) {
-    EXPECT_EQ(projectAfter("<scenario name=\"Actual\" filename=\"Other.xml\" id=\"old\" extra=\"1\"><x/></scenario><next-resource-id/>",
+    EXPECT_EQ(projectAfter("<scenario name=\"Actual\" filename=\"Other.xml\" id=\"old\" "
+                           "extra=\"1\"><x/></scenario><next-resource-id/>",
                            [](auto& toc) { toc.setScenarioEntry("Actual", "new"); }),
               "<scenario name=\"Actual\" filename=\"Other.xml\" id=\"new\" extra=\"1\"><x/></scenario>"
               "<next-resource-id/>");
@@ -133,9 +135,11 @@ TEST(MSPITOCUpdater, RaisesNextIdsAboveTheHighestNumbersAndNeverLowersThem) {
         std::string after;
     };
     const Case cases[] = {
-        {"500", 20, "500"}, {"500", 499, "500"}, {"500", 500, "501"}, {"500", 501, "502"},
-        {"0", 0, "1"},      {"1", 0, "1"},       {"-7", 0, "1"},      {" 12 ", 3, " 12 "},
-        {"12x", 12, "13"},  {"1", INT64_MAX, "9223372036854775808"},
+        {"500", 20, "500"},  {"500", 499, "500"},
+        {"500", 500, "501"}, {"500", 501, "502"},
+        {"0", 0, "1"},       {"1", 0, "1"},
+        {"-7", 0, "1"},      {" 12 ", 3, " 12 "},
+        {"12x", 12, "13"},   {"1", INT64_MAX, "9223372036854775808"},
     };
     for (const auto& [before, highest, after] : cases) {
         const auto first = "<next-task-id>" + before + "</next-task-id><next-resource-id>90</next-resource-id>";
@@ -219,12 +223,15 @@ TEST(MSPITOCUpdater, WritesTheCurrencyFormatWhereItStandsOrAtItsPlace) {
 }
 
 TEST(MSPITOCUpdater, WritesTheSameWorkingTimeUnitsTwice) {
-    EXPECT_EQ(projectAfter("<effort-format style=\"s\" hours-per-day=\"1\"/><!--c--><duration-format>d</duration-format>",
-                           [](auto& toc) { toc.setWorkingTimeUnits({7, 37, 140, 1680}); }),
-              "<effort-format style=\"s\" hours-per-day=\"7\" hours-per-week=\"37\" hours-per-month=\"140\" "
-              "hours-per-year=\"1680\"/><!--c-->"
-              "<duration-format hours-per-day=\"7\" hours-per-week=\"37\" hours-per-month=\"140\" "
-              "hours-per-year=\"1680\">d</duration-format>");
+    EXPECT_EQ(
+        projectAfter("<effort-format style=\"s\" hours-per-day=\"1\"/><!--c--><duration-format>d</duration-format>",
+                     [](auto& toc) {
+                         toc.setWorkingTimeUnits({7, 37, 140, 1680});
+                     }),
+        "<effort-format style=\"s\" hours-per-day=\"7\" hours-per-week=\"37\" hours-per-month=\"140\" "
+        "hours-per-year=\"1680\"/><!--c-->"
+        "<duration-format hours-per-day=\"7\" hours-per-week=\"37\" hours-per-month=\"140\" "
+        "hours-per-year=\"1680\">d</duration-format>");
 }
 
 TEST(MSPITOCUpdater, NeedsBothFormats) {

@@ -71,9 +71,9 @@ TEST(MSPITOCUserData, FollowsTheLastScenarioOrTheNextResourceIdWithoutSettings) 
     EXPECT_EQ(projectAfter("<next-resource-id/><scenario/><scenario/><x/>", ForTasks),
               concatenated({"<next-resource-id/><scenario/><scenario/><task-user-data-keys>", taskKeys,
                             "</task-user-data-keys><x/>"}));
-    EXPECT_EQ(projectAfter("<next-resource-id/><x/>", ForResources),
-              concatenated({"<next-resource-id/><resource-user-data-keys>", resourceKeys,
-                            "</resource-user-data-keys><x/>"}));
+    EXPECT_EQ(
+        projectAfter("<next-resource-id/><x/>", ForResources),
+        concatenated({"<next-resource-id/><resource-user-data-keys>", resourceKeys, "</resource-user-data-keys><x/>"}));
 }
 
 TEST(MSPITOCUserData, OfNothingRecordedChangesNothing) {
@@ -124,10 +124,10 @@ TEST(MSPITOCUserData, OfTasksStandsBeforeTheResourceKeysOfTheTemplate) {
 }
 
 TEST(MSPITOCUserData, OfTheProjectStandsBeforeTheTaskKeysOfTheTemplate) {
-    EXPECT_EQ(projectAfter("<scenario/><named-styles/><task-user-data-keys/>", ForProject | ForResources),
-              concatenated({"<scenario/><named-styles/>", projectData,
-                            "<task-user-data-keys/><resource-user-data-keys>", resourceKeys,
-                            "</resource-user-data-keys>"}));
+    EXPECT_EQ(
+        projectAfter("<scenario/><named-styles/><task-user-data-keys/>", ForProject | ForResources),
+        concatenated({"<scenario/><named-styles/>", projectData, "<task-user-data-keys/><resource-user-data-keys>",
+                      resourceKeys, "</resource-user-data-keys>"}));
 }
 
 TEST(MSPITOCUserData, UsesTheLastOfSeveralElementsOfOneName) {

@@ -64,7 +64,9 @@ TEST(MSPIExtendedAttributes, HaveTheNullValueWithoutValue) {
     EXPECT_EQ(userDataOf(definitions, "<ExtendedAttribute><FieldID>1</FieldID></ExtendedAttribute>"), "Region!;");
 }
 
-TEST(MSPIExtendedAttributes, KeepAnEmptyValue) { EXPECT_EQ(userDataOf(definitions, attribute("1", "")), "Region=;"); }
+TEST(MSPIExtendedAttributes, KeepAnEmptyValue) {
+    EXPECT_EQ(userDataOf(definitions, attribute("1", "")), "Region=;");
+}
 
 TEST(MSPIExtendedAttributes, KeepBlanksAndAllTextOfAValue) {
     EXPECT_EQ(userDataOf(definitions, attribute("1", " a<!--x--><![CDATA[<b>]]> ")), "Region= a<b> ;");
@@ -159,8 +161,7 @@ TEST(MSPIExtendedAttributes, TakeATypeGivenTwiceForNone) {
 
 TEST(MSPIExtendedAttributes, RaiseForATypeThatIsNoNumber) {
     EXPECT_RAISES(userDataOf(definitionWithCFType("<CFType>text</CFType>"), attribute("1", "x"), 12),
-                  MSPCInternalInconsistency,
-                  "Failed to get int value from XML node: <CFType>text</CFType>");
+                  MSPCInternalInconsistency, "Failed to get int value from XML node: <CFType>text</CFType>");
     EXPECT_EQ(userDataOf(definitionWithCFType("<CFType>text</CFType>"), attribute("1", "x"), 11), "V=x;");
 }
 

@@ -17,9 +17,13 @@ struct NumberCase {
 
 TEST(MSPIXPathNumber, ReadsWhatXPathCallsANumber) {
     const NumberCase cases[] = {
-        {"0", 0},         {"12", 12},         {" 12 ", 12},   {"012", 12},      {"\t\r\n7\n", 7},
-        {"-3", -3},       {"1.5", 1.5},       {"5.", 5},      {".5", 0.5},      {"-.25", -0.25},
-        {"-0", 0},        {"10.0", 10},       {"0000", 0},    {"4294967296", 4294967296.0},
+        {"0", 0},         {"12", 12},
+        {" 12 ", 12},     {"012", 12},
+        {"\t\r\n7\n", 7}, {"-3", -3},
+        {"1.5", 1.5},     {"5.", 5},
+        {".5", 0.5},      {"-.25", -0.25},
+        {"-0", 0},        {"10.0", 10},
+        {"0000", 0},      {"4294967296", 4294967296.0},
     };
     for (const auto& [text, number] : cases) {
         EXPECT_EQ(xpathNumber(text), number) << "'" << text << "'";
@@ -27,8 +31,28 @@ TEST(MSPIXPathNumber, ReadsWhatXPathCallsANumber) {
 }
 
 TEST(MSPIXPathNumber, FindsNoNumberInAnythingElse) {
-    for (const std::string text : {"", " ", "12h", "+12", "1e3", "0x10", "- 1", "1 2", ".", "-", "-.", "1.2.3", "--1",
-                                   "1-", "inf", "nan", "NaN", "Infinity", "\v1", "1,5", "\xC2\xA0" "1"}) {
+    for (const std::string text : {"",
+                                   " ",
+                                   "12h",
+                                   "+12",
+                                   "1e3",
+                                   "0x10",
+                                   "- 1",
+                                   "1 2",
+                                   ".",
+                                   "-",
+                                   "-.",
+                                   "1.2.3",
+                                   "--1",
+                                   "1-",
+                                   "inf",
+                                   "nan",
+                                   "NaN",
+                                   "Infinity",
+                                   "\v1",
+                                   "1,5",
+                                   "\xC2\xA0"
+                                   "1"}) {
         EXPECT_EQ(xpathNumber(text), std::nullopt) << "'" << text << "'";
     }
 }
