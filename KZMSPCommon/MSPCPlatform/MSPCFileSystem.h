@@ -38,9 +38,9 @@ public:
     // Copies a folder with all its content to a path that must not exist yet. Taking that name is one step: of several
     // runs that copy to one path at the same time exactly one succeeds, the others fail and find `existedAlready` set,
     // if that is given (it is cleared otherwise), so that they can try the next name. The content appears under the
-    // name all at once, when it is complete. `from` may be a link to a folder; links inside it are copied as links. What
-    // is neither file, folder nor link is refused and never opened. Every copied file and folder is made readable and
-    // writable by its owner. A copy that fails halfway leaves nothing behind.
+    // name all at once, when it is complete. `from` may be a link to a folder; links inside it are copied as links.
+    // What is neither file, folder nor link is refused and never opened. Every copied file and folder is made readable
+    // and writable by its owner. A copy that fails halfway leaves nothing behind.
     [[nodiscard]] virtual std::optional<std::string> copyFolder(const std::string& from, const std::string& to,
                                                                 bool* existedAlready = nullptr) = 0;
     // Removes a file, a link (not its target) or a folder with all its content. Fails when nothing is there.

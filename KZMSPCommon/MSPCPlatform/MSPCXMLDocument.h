@@ -56,7 +56,7 @@ public:
     // Writes the document as UTF-8 with an XML declaration, one element per line, indented by four blanks; elements
     // with text are written on one line, empty ones in the compact form. A carriage return in a text is written
     // "&#13;". An element with text beside other content, or with xml:space="preserve", is written as it is on one line.
-    // Levels deeper than 256 are not indented any further. Gives the number of characters that XML 1.0 cannot hold (or bytes that are no UTF-8), each written as
+    // Levels deeper than 64 are not indented any further. Gives the number of characters that XML 1.0 cannot hold (or bytes that are no UTF-8), each written as
     // U+FFFD.
     std::size_t write(MSPCByteSink& sink) const;
     // The same as text.

@@ -30,7 +30,7 @@ public:
     void flush();
     [[nodiscard]] std::size_t replacedCharacters() const noexcept { return _replaced; }
 
-    static constexpr std::size_t MostIndentedLevels = 256;
+    static constexpr std::size_t MostIndentedLevels = 64;
 
 private:
     // What a byte means in one kind of content.
