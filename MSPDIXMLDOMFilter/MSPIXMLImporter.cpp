@@ -10,6 +10,7 @@
 #include "MSPCLog.h"
 #include "MSPCPath.h"
 #include "MSPIBundleNaming.h"
+#include "MSPIElementsRead.h"
 #include "MSPIScenarioCheck.h"
 
 namespace {
@@ -94,8 +95,10 @@ std::string MSPIXMLImporter::copyTemplate(const MSPCURL& source, const MSPCURL& 
     if (!_info.kdzxTemplateURL) {
         throw MSPCInternalInconsistency("URL of Template kdzx document not specified.");
     }
-    while (const auto failure = _services.fileSystem.copyFolder(_info.kdzxTemplateURL->path(), naming.path())) {
-        if (!_services.fileSystem.exists(naming.path())) {
+    bool isTaken = false;
+    while (const auto failure =
+               _services.fileSystem.copyFolder(_info.kdzxTemplateURL->path(), naming.path(), &isTaken)) {
+        if (!isTaken) {
             throw KZMPPImporterException(
                 "MSPIMPPImporter importFromMppURL:toKdzxBundleURL:Failed to copy KZ2 Template bundle to destination "
                 "directory.",
@@ -109,14 +112,14 @@ std::string MSPIXMLImporter::copyTemplate(const MSPCURL& source, const MSPCURL& 
 }
 
 MSPIXMLImporter::Documents MSPIXMLImporter::loadDocuments(const MSPCURL& source, const std::string& bundlePath) const {
-    const auto load = [this](const MSPCURL& url, MSPCXMLContent content) {
-        return newXmlDocFromUrl(url, content, _services.fileSystem, _services.log);
+    const auto load = [this](const MSPCURL& url, MSPCXMLContent content, const MSPCXMLSelection* selection = nullptr) {
+        return newXmlDocFromUrl(url, content, _services.fileSystem, _services.log, selection);
     };
     const auto inBundle = [&bundlePath](std::string_view fileName) {
         return MSPCURL::fileURL(pathByAppendingComponent(bundlePath, fileName), false);
     };
     _services.log.log("Begin loading XML document ...");
-    auto mspdi = load(source, MSPCXMLContent::DataOnly);
+    auto mspdi = load(source, MSPCXMLContent::DataOnly, &MSPIElementsRead());
     _services.log.log("Process XML DOM ...");
     auto kdzxTemplate = load(inBundle(MSPIActualScenarioFileName), MSPCXMLContent::Everything);
     auto kdzxTOC = load(inBundle(MSPITOCFileName), MSPCXMLContent::Everything);

@@ -5,6 +5,7 @@
 
 #include "MSPCStringSink.h"
 #include "MSPCXMLEncoding.h"
+#include "MSPCXMLFilter.h"
 #include "MSPCXMLReader.h"
 #include "MSPCXMLRepair.h"
 #include "MSPCXMLSurvey.h"
@@ -61,6 +62,11 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
         utf8 = std::move(original);
     }
     return utf8 ? readMended(*utf8, survey.hasInternalSubset, content, repairableRoot, repair) : std::nullopt;
+}
+
+std::optional<MSPCXMLDocument> MSPCXMLDocument::readFiltered(MSPCXMLFiltered filtered) {
+    auto tree = Tree::load(std::move(filtered.bytes), {MSPCXMLContent::DataOnly, filtered.hasCDATASections, false});
+    return tree ? std::optional(MSPCXMLDocument(std::move(tree))) : std::nullopt;
 }
 
 std::optional<MSPCXMLDocument> MSPCXMLDocument::readMended(const std::string& utf8, bool hasInternalSubset,

@@ -9,6 +9,7 @@
 #include "MSPCXMLNode.h"
 
 class MSPCByteSink;
+struct MSPCXMLFiltered;
 
 // What a reader keeps beside elements, attributes and text.
 enum class MSPCXMLContent {
@@ -46,6 +47,9 @@ public:
                                                              std::string_view repairableRoot = {},
                                                              std::optional<MSPCXMLRepair>* repair = nullptr,
                                                              const MSPCXMLReadAgain& readAgain = {});
+
+    // The document of a selection; none when it is not well-formed after all.
+    [[nodiscard]] static std::optional<MSPCXMLDocument> readFiltered(MSPCXMLFiltered filtered);
 
     // The root element; empty for a document without one.
     [[nodiscard]] MSPCXMLNode root() const noexcept;

@@ -161,6 +161,8 @@ MSPCXMLSurvey surveyXML(std::string_view bytes) {
     return survey;
 }
 
+bool hasStrayAmpersand(std::string_view text) { return holdsBareAmpersand(text, 0, text.size()); }
+
 std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXMLEntities entities) {
     std::string escaped;
     std::size_t copied = 0;

@@ -1,0 +1,225 @@
+#include "MSPICalendarMapper.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "MSPCException.h"
+#include "MSPCExtensions.h"
+#include "MSPCLog.h"
+#include "MSPEWeekday.h"
+
+namespace {
+
+constexpr std::size_t MaximumEvents = 1'000'000;
+constexpr std::int64_t Monday = 2;
+constexpr std::int64_t Friday = 6;
+constexpr std::int64_t Saturday = 7;
+
+// The instant of a time of day on the wall clocks of an instant's day.
+MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCInstant day, const MSPCDateFields& timeOfDay) {
+    auto fields = gregorian.fieldsOf(day);
+    fields.hour = timeOfDay.hour;
+    fields.minute = timeOfDay.minute;
+    fields.second = timeOfDay.second;
+    return gregorian.instantFrom(fields).value_or(day);
+}
+
+void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_view overtime,
+                       std::vector<MSPCXMLNewElement>&& events) {
+    if (events.empty()) {
+        return;
+    }
+    auto calendar = addChildElementWithName(schedule, "calendar");
+    setAttributeWithNameStringValue(calendar, "name", name);
+    setAttributeWithNameStringValue(calendar, "editable", "yes");
+    setAttributeWithNameStringValue(calendar, "overtime", overtime);
+    for (auto& event : events) {
+        calendar.appendChild(std::move(event));
+    }
+}
+
+}  // namespace
+
+MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
+    _mapper.log().log(fmt::format("  Mapping Calendar UID='{}' name='{}' ...",
+                                  stringValueForXQuery(mspCalendar, "UID").value_or(""),
+                                  stringValueForXQuery(mspCalendar, "Name").value_or("")));
+    auto schedule = _mapper.newElement("schedule");
+    for (auto& day : newScheduleDaysFromMSPCalendar(mspCalendar)) {
+        schedule.node().appendChild(std::move(day));
+    }
+    addNestedCalendar(schedule.node(), "Time Off", "no", newTimeOffCalenarEventsFromMSPCalendar(mspCalendar));
+    addNestedCalendar(schedule.node(), "Overtime", "yes", newOvertimeCalenarEventsFromMSPCalendar(mspCalendar));
+    return schedule;
+}
+
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalendar(
+    const MSPCXMLNode& mspCalendar) const {
+    const bool isBase = boolValueForXQuery(mspCalendar, "IsBaseCalendar");
+    const auto weekDays = nodesForXQuery(mspCalendar, "WeekDays/WeekDay[DayType>=1 and DayType<=7]");
+    if (weekDays.empty() && isBase) {
+        return newDefaultScheduleDays();
+    }
+    std::vector<MSPCXMLNewElement> scheduleDays;
+    for (const auto& weekDay : weekDays) {
+        checkNode(weekDay, "WeekDay");
+        const auto dayType = intValueForXQuery(weekDay, "DayType");
+        if (!MSPEIsWeekday(dayType)) {
+            throw MSPCInternalInconsistency(fmt::format("Unexpected DayType value {}. Must be from 1 to 7.", dayType));
+        }
+        const auto workingTimes = nodesForXQuery(weekDay, "WorkingTimes/WorkingTime");
+        if (workingTimes.empty() && !isBase) {
+            continue;  // the day follows the base calendar, which only the reader of the target knows to combine
+        }
+        auto scheduleDay = newScheduleDay(dayType);
+        Error error;
+        if (boolValueForXQuery(weekDay, "DayWorking", &error) && !error) {
+            addWorkingTimes(scheduleDay.node(), workingTimes);
+        }
+        scheduleDays.push_back(std::move(scheduleDay));
+    }
+    return scheduleDays;
+}
+
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newDefaultScheduleDays() const {
+    std::vector<MSPCXMLNewElement> scheduleDays;
+    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
+        auto scheduleDay = newScheduleDay(weekday);
+        if (weekday >= Monday && weekday <= Friday) {
+            addTimeSpan(scheduleDay.node(), "08:00:00", "12:00:00");
+            addTimeSpan(scheduleDay.node(), "13:00:00", "17:00:00");
+        }
+        scheduleDays.push_back(std::move(scheduleDay));
+    }
+    return scheduleDays;
+}
+
+MSPCXMLNewElement MSPICalendarMapper::newScheduleDay(std::int64_t weekday) const {
+    auto scheduleDay = _mapper.newElement("schedule-day");
+    setAttributeWithNameStringValue(scheduleDay.node(), "day-of-week",
+                                    MSPEWeekdayNames[static_cast<std::size_t>(weekday)]);
+    return scheduleDay;
+}
+
+void MSPICalendarMapper::addWorkingTimes(MSPCXMLNode scheduleDay, const std::vector<MSPCXMLNode>& workingTimes) const {
+    for (const auto& workingTime : workingTimes) {
+        checkNode(workingTime, "WorkingTime");
+        addTimeSpan(scheduleDay, stringValueForXQuery(workingTime, "FromTime"),
+                    stringValueForXQuery(workingTime, "ToTime"));
+    }
+}
+
+void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,
+                                     const std::optional<std::string>& toTime) const {
+    const auto& conversions = _mapper.conversions();
+    const auto timeSpan = addChildElementWithName(scheduleDay, "time-span");
+    setAttributeWithNameStringValue(timeSpan, "start-time", conversions.mspdiToKdzxTimeOnly(fromTime.value_or("")));
+    setAttributeWithNameStringValue(timeSpan, "end-time", conversions.mspdiToKdzxTimeOnly(toTime.value_or("")));
+}
+
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
+    const MSPCXMLNode& mspCalendar) const {
+    std::vector<MSPCXMLNewElement> events;
+    for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]")) {
+        if (const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod")) {
+            checkNode(timePeriod, "TimePeriod");
+            addEventsFromDateToDateFromTimeToTimeToCollection(stringValueForXQuery(timePeriod, "FromDate"),
+                                                              stringValueForXQuery(timePeriod, "ToDate"), std::nullopt,
+                                                              std::nullopt, events);
+        }
+    }
+    return events;
+}
+
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromMSPCalendar(
+    const MSPCXMLNode& mspCalendar) const {
+    std::vector<MSPCXMLNewElement> events;
+    for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]")) {
+        const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod");
+        if (!timePeriod) {
+            continue;
+        }
+        checkNode(timePeriod, "TimePeriod");
+        const auto fromDate = stringValueForXQuery(timePeriod, "FromDate");
+        const auto toDate = stringValueForXQuery(timePeriod, "ToDate");
+        for (const auto& workingTime : nodesForXQuery(exception, "WorkingTimes/WorkingTime")) {
+            addEventsFromDateToDateFromTimeToTimeToCollection(fromDate, toDate,
+                                                              stringValueForXQuery(workingTime, "FromTime"),
+                                                              stringValueForXQuery(workingTime, "ToTime"), events);
+        }
+    }
+    return events;
+}
+
+void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
+    const std::optional<std::string>& fromDate, const std::optional<std::string>& toDate,
+    const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
+    std::vector<MSPCXMLNewElement>& collection) const {
+    const auto& conversions = _mapper.conversions();
+    const auto& gregorian = conversions.gregorian();
+    const auto fromDay = conversions.mspdiToMppDateTime(fromDate.value_or(""));
+    const auto toDay = conversions.mspdiToMppDateTime(toDate.value_or(""));
+    if (!fromDay || !toDay) {
+        return;
+    }
+    const auto days = gregorian.wholeDaysBetween(*fromDay, *toDay) + 1;
+    if (days > 0 && static_cast<std::uint64_t>(days) / MSPELastWeekday + collection.size() >= MaximumEvents) {
+        throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
+    }
+    const auto first = instantOnDay(gregorian, *fromDay, conversions.mspdiToTimeOfDay(fromTime.value_or("00:00:00")));
+    const auto last = instantOnDay(gregorian, *toDay, conversions.mspdiToTimeOfDay(toTime.value_or("23:59:59")));
+    const auto begin = gregorian.fieldsOf(first);
+    const auto end = gregorian.fieldsOf(last);
+
+    auto cursor = gregorian.instantByAddingDays(first, -1);
+    for (std::int64_t day = 0; day < days;) {
+        const auto start = gregorian.instantByAddingDays(cursor, 1);
+        const auto daysToSaturday = Saturday - gregorian.weekdayOf(start);
+        const auto moreDays = std::min(daysToSaturday, days - day - 1);
+        cursor = gregorian.instantByAddingDays(start, moreDays);
+        // Field by field, so that the event ends by the wall clock where the clocks change in between.
+        const auto eventEnd = gregorian.instantByAddingWallClock(cursor, end.hour - begin.hour,
+                                                                 end.minute - begin.minute, end.second - begin.second);
+        collection.push_back(newEvent(start, eventEnd));
+        day += moreDays + 1;
+    }
+}
+
+MSPCXMLNewElement MSPICalendarMapper::newEvent(MSPCInstant start, MSPCInstant end) const {
+    const auto& conversions = _mapper.conversions();
+    auto event = _mapper.newElement("event");
+    setAttributeWithNameStringValue(event.node(), "start", conversions.mppToKdzxDateTime(start));
+    setAttributeWithNameStringValue(event.node(), "end", conversions.mppToKdzxDateTime(end));
+    return event;
+}
+
+std::optional<std::string> MSPICalendarMapper::makeScheduleStartFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
+    return extremeDate(mspCalendar, "//FromDate", -1, "Failed to find minimal FromDate in Calendar.");
+}
+
+std::optional<std::string> MSPICalendarMapper::makeScheduleEndFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
+    return extremeDate(mspCalendar, "//ToDate", 1, "Failed to find maximal ToDate in Calendar.");
+}
+
+// The date that stands in the wanted order (-1 earlier, 1 later) to all others.
+std::optional<std::string> MSPICalendarMapper::extremeDate(const MSPCXMLNode& mspCalendar, std::string_view query,
+                                                           int wantedOrder, const char* failure) const {
+    const auto nodes = nodesForXQuery(mspCalendar, query);
+    if (nodes.empty()) {
+        return std::nullopt;
+    }
+    const auto& conversions = _mapper.conversions();
+    auto extreme = nodes.front().stringValue();
+    if (extreme.empty()) {
+        throw MSPCInternalInconsistency(failure);
+    }
+    for (const auto& node : nodes) {
+        auto candidate = node.stringValue();
+        if (conversions.compareMspdiDateTimeToMspdiDateTime(candidate, extreme) == wantedOrder) {
+            extreme = std::move(candidate);
+        }
+    }
+    return conversions.mspdiToKdzxDateTime(extreme);
+}
