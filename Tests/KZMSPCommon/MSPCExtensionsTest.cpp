@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
-
 #include "ExpectRaises.h"
 #include "InMemoryFileSystem.h"
 #include "MSPCURL.h"
@@ -67,7 +64,9 @@ TEST(MSPCExtensions, presentButEmptyIsPresent) {
     EXPECT_FALSE(error);
 }
 
-MSPCXMLDocument withValue(std::string_view text) { return xmlDocument("<p><v>" + std::string(text) + "</v></p>"); }
+MSPCXMLDocument withValue(std::string_view text) {
+    return xmlDocument("<p><v>" + std::string(text) + "</v></p>");
+}
 
 TEST(MSPCExtensions, integersAreScannedFromTheStart) {
     EXPECT_EQ(intValueForXQuery(withValue(" 42abc").root(), "v"), 42);
@@ -104,10 +103,10 @@ TEST(MSPCExtensions, booleansAreWordsOrIntegers) {
         std::string_view text;
         bool value;
     };
-    constexpr Case cases[] = {{" YES ", true}, {"yes", true},  {"TRUE", true}, {"\n true\t", true}, {"False", false},
-                              {"no", false},   {"NO", false},  {"1", true},    {"0", false},        {"2", true},
-                              {"7", true},     {"-1", true},   {"0.9", false}, {"1x", true},        {"00", false},
-                              {"99999999999", true}};
+    constexpr Case cases[] = {{" YES ", true},  {"yes", true}, {"TRUE", true}, {"\n true\t", true},
+                              {"False", false}, {"no", false}, {"NO", false},  {"1", true},
+                              {"0", false},     {"2", true},   {"7", true},    {"-1", true},
+                              {"0.9", false},   {"1x", true},  {"00", false},  {"99999999999", true}};
     for (const auto& [text, value] : cases) {
         EXPECT_EQ(boolValueForXQuery(withValue(text).root(), "v"), value) << text;
     }
@@ -149,14 +148,13 @@ TEST(MSPCExtensions, settingAnAttributeFindsOrCreatesIt) {
 
 TEST(MSPCExtensions, onlyElementsTakeAttributesAndChildren) {
     const auto document = xmlDocument("<p k='v'>text</p>");
-    for (const auto& node : {document.root().attribute("k"), document.root().firstChild(), MSPCXMLNode(),
-                             document.root().parent()}) {
+    for (const auto& node :
+         {document.root().attribute("k"), document.root().firstChild(), MSPCXMLNode(), document.root().parent()}) {
         EXPECT_RAISES(setAttributeWithName(node, "a"), MSPCInternalInconsistency, NoElementForAttribute);
         EXPECT_RAISES(setAttributeWithNameStringValue(node, "a", "b"), MSPCInternalInconsistency,
                       NoElementForAttribute);
         EXPECT_RAISES(addChildElementWithName(node, "a"), MSPCInternalInconsistency, NoElementForChild);
-        EXPECT_RAISES(addChildElementWithNameStringValue(node, "a", "b"), MSPCInternalInconsistency,
-                      NoElementForChild);
+        EXPECT_RAISES(addChildElementWithNameStringValue(node, "a", "b"), MSPCInternalInconsistency, NoElementForChild);
         EXPECT_FALSE(insertChildElementWithNameAtIndex(node, "a", 0));
     }
     EXPECT_EQ(document.root().markup(), "<p k=\"v\">text</p>");
@@ -165,15 +163,16 @@ TEST(MSPCExtensions, onlyElementsTakeAttributesAndChildren) {
 TEST(MSPCExtensions, childrenAndCommentsAreAddedAndInserted) {
     const auto document = xmlDocument("<p><a/></p>");
     const auto root = document.root();
-    EXPECT_EQ(addChildElementWithName(root, "b"), root.lastChild());
+    const auto added = addChildElementWithName(root, "b");
+    EXPECT_EQ(added, root.lastChild());
     addChildElementWithNameStringValue(root, "c", "text");
     addChildElementWithNameStringValue(root, "d", std::nullopt);
-    EXPECT_EQ(insertChildElementWithNameAtIndex(root, "first", 0), root.firstChild());
+    const auto inserted = insertChildElementWithNameAtIndex(root, "first", 0);
+    EXPECT_EQ(inserted, root.firstChild());
     insertChildElementWithNameStringValueAtIndex(root, "third", "3", 2);
     insertChildElementWithNameAtIndex(root, "negative", -1);
     insertChildElementWithNameAtIndex(root, "last", 1000);
-    EXPECT_EQ(root.markup(),
-              "<p><negative/><first/><a/><third>3</third><b/><c>text</c><d/><last/></p>");
+    EXPECT_EQ(root.markup(), "<p><negative/><first/><a/><third>3</third><b/><c>text</c><d/><last/></p>");
 }
 
 TEST(MSPCExtensions, commentsAreAddedAndInserted) {
@@ -200,8 +199,8 @@ TEST(MSPCExtensions, strippingTheNamespaceRemovesNone) {
     InMemoryFileSystem files;
     RecordingLog log;
     files.addFile("/in/Plan.xml", "<Project xmlns=\"urn:x\"/>");
-    const auto document = newXmlDocFromUrlStripNamespace(MSPCURL::fileURL("/in/Plan.xml", false),
-                                                         MSPCXMLContent::DataOnly, files, log);
+    const auto document =
+        newXmlDocFromUrlStripNamespace(MSPCURL::fileURL("/in/Plan.xml", false), MSPCXMLContent::DataOnly, files, log);
     EXPECT_EQ(document.root().markup(), "<Project xmlns=\"urn:x\"/>");
 }
 

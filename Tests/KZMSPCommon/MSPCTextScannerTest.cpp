@@ -69,12 +69,21 @@ TEST(MSPCTextScanner, readsDecimalNumbersAtTheStart) {
         std::optional<double> value;
     };
     constexpr Case cases[] = {
-        {"1.5", 1.5},        {" \n-2.25x", -2.25}, {"+0.5", 0.5},       {".5", 0.5},          {"-.5", -0.5},
-        {"7.", 7.0},         {"1e3", 1000.0},      {"1.5E-2", 0.015},   {"1e", 1.0},          {"1e+", 1.0},
-        {"1,5", 1.0},        {"0x10", 0.0},        {"42", 42.0},        {"1e400", largest},   {"-1e400", -largest},
-        {"1e-400", 0.0},     {"0.1e999", largest}, {"10e-999", 0.0},    {"", std::nullopt},   {"  ", std::nullopt},
-        {"inf", std::nullopt}, {"-inf", std::nullopt}, {"nan", std::nullopt}, {"infinity", std::nullopt},
-        {"abc", std::nullopt}, {".", std::nullopt},  {"-", std::nullopt}, {"+-1", std::nullopt}, {"e5", std::nullopt},
+        {"1.5", 1.5},          {" \n-2.25x", -2.25},
+        {"+0.5", 0.5},         {".5", 0.5},
+        {"-.5", -0.5},         {"7.", 7.0},
+        {"1e3", 1000.0},       {"1.5E-2", 0.015},
+        {"1e", 1.0},           {"1e+", 1.0},
+        {"1,5", 1.0},          {"0x10", 0.0},
+        {"42", 42.0},          {"1e400", largest},
+        {"-1e400", -largest},  {"1e-400", 0.0},
+        {"0.1e999", largest},  {"10e-999", 0.0},
+        {"", std::nullopt},    {"  ", std::nullopt},
+        {"inf", std::nullopt}, {"-inf", std::nullopt},
+        {"nan", std::nullopt}, {"infinity", std::nullopt},
+        {"abc", std::nullopt}, {".", std::nullopt},
+        {"-", std::nullopt},   {"+-1", std::nullopt},
+        {"e5", std::nullopt},
     };
     for (const auto& [text, value] : cases) {
         EXPECT_EQ(scanDouble(text), value) << text;

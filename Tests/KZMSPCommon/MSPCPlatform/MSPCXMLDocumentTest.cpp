@@ -30,16 +30,12 @@ Reading readingOf(std::string bytes, MSPCXMLContent content = MSPCXMLContent::Da
     return reading;
 }
 
-constexpr std::string_view BothContentsDiffer[] = {"<!--c-->", "<?p i?>"};
-
 TEST(MSPCXMLDocument, everythingOrDataOnlyIsKept) {
     const std::string text = "<Project><!--c--><Name>a</Name><?p i?></Project>";
     EXPECT_EQ(readingOf(text, MSPCXMLContent::Everything).markup, text);
     EXPECT_EQ(readingOf(text, MSPCXMLContent::DataOnly).markup, "<Project><Name>a</Name></Project>");
-    for (const auto piece : BothContentsDiffer) {
-        const auto alone = "<Project>" + std::string(piece) + "</Project>";
-        EXPECT_EQ(readingOf(alone, MSPCXMLContent::DataOnly).markup, "<Project/>");
-    }
+    EXPECT_EQ(readingOf("<Project><!--c--></Project>", MSPCXMLContent::DataOnly).markup, "<Project/>");
+    EXPECT_EQ(readingOf("<Project><?p i?></Project>", MSPCXMLContent::DataOnly).markup, "<Project/>");
 }
 
 TEST(MSPCXMLDocument, aNameOfThreeBlanksIsAName) {
@@ -81,10 +77,11 @@ TEST(MSPCXMLDocument, brokenMarkupIsMendedAndReported) {
         {"<Project><Name>R&D; &nbsp;x &</Name></Project>", "<Project><Name>R&amp;D; &amp;nbsp;x &amp;</Name></Project>",
          "1: Entity 'D' not defined"},
         {"<Project a='1&2'/>", "<Project a=\"1&amp;2\"/>", "1: xmlParseEntityRef: no name"},
-        {"<Project><Name>a&#1;b</Name></Project>", "<Project><Name>a\xEF\xBF\xBD"
-                                                   "b</Name></Project>",
+        {"<Project><Name>a&#1;b</Name></Project>",
+         "<Project><Name>a\xEF\xBF\xBD"
+         "b</Name></Project>",
          "1: xmlParseCharRef: invalid xmlChar value 1"},
-        {"<Project>\n<Name>a\n</Project>", "<Project>\n<Name>a\n</Name></Project>",
+        {"<Project>\n<Name>a\n</Project>", "<Project><Name>a\n</Name></Project>",
          "3: Opening and ending tag mismatch: Name line 2 and Project"},
         {"<Project><Name>a</Name>", "<Project><Name>a</Name></Project>",
          "1: Premature end of data in tag Project line 1"},
@@ -129,8 +126,8 @@ TEST(MSPCXMLDocument, aRepairReadsTheBytesAgainWhereItCan) {
         return "<Project><Name>a</Name>";
     };
     std::optional<MSPCXMLRepair> repair;
-    const auto mended = MSPCXMLDocument::read("<Project><Name>a</Name>", MSPCXMLContent::DataOnly, "Project", &repair,
-                                              readAgain);
+    const auto mended =
+        MSPCXMLDocument::read("<Project><Name>a</Name>", MSPCXMLContent::DataOnly, "Project", &repair, readAgain);
     ASSERT_TRUE(mended && repair);
     EXPECT_EQ(mended->root().markup(), "<Project><Name>a</Name></Project>");
     EXPECT_EQ(readings, 1);
@@ -149,8 +146,7 @@ TEST(MSPCXMLDocument, internalEntitiesAreExpanded) {
 }
 
 TEST(MSPCXMLDocument, strayAmpersandsBesideEntitiesAreMended) {
-    const auto reading =
-        readingOf("<!DOCTYPE Project [<!ENTITY e 'x'>]>\n<Project>&e; & y</Project>");
+    const auto reading = readingOf("<!DOCTYPE Project [<!ENTITY e 'x'>]>\n<Project>&e; & y</Project>");
     EXPECT_EQ(reading.markup, "<Project>x &amp; y</Project>");
     EXPECT_EQ(reading.repair, "2: xmlParseEntityRef: no name");
 }

@@ -59,12 +59,18 @@ TEST(MSPCXMLEncoding, anUnknownEncodingIsAFailure) {
 TEST(MSPCXMLEncoding, marksAndFirstBytesTellWideEncodings) {
     const std::string_view text = "<a>bc</a>";
     const std::string cases[] = {
-        "\xFF\xFE"s + wide(text, 2, false),         "\xFE\xFF"s + wide(text, 2, true),
-        "\xFF\xFE\0\0"s + wide(text, 4, false),     "\0\0\xFE\xFF"s + wide(text, 4, true),
-        wide(text, 2, false),                       wide(text, 2, true),
-        wide(text, 4, false),                       wide(text, 4, true),
-        "\xEF\xBB\xBF"s + std::string(text),        wide(declared("UTF-16", "bc"), 2, false),
-        wide(declared("windows-1252", "bc"), 2, true), "\xEF\xBB\xBF"s + declared("windows-1252", "bc"),
+        "\xFF\xFE"s + wide(text, 2, false),
+        "\xFE\xFF"s + wide(text, 2, true),
+        "\xFF\xFE\0\0"s + wide(text, 4, false),
+        "\0\0\xFE\xFF"s + wide(text, 4, true),
+        wide(text, 2, false),
+        wide(text, 2, true),
+        wide(text, 4, false),
+        wide(text, 4, true),
+        "\xEF\xBB\xBF"s + std::string(text),
+        wide(declared("UTF-16", "bc"), 2, false),
+        wide(declared("windows-1252", "bc"), 2, true),
+        "\xEF\xBB\xBF"s + declared("windows-1252", "bc"),
     };
     for (const auto& bytes : cases) {
         EXPECT_EQ(textOf(bytes), "bc") << testing::PrintToString(bytes);
@@ -94,8 +100,8 @@ TEST(MSPCXMLEncoding, longTextsAreConvertedWhole) {
 
 TEST(MSPCXMLEncoding, anAmpersandIsFoundInAnyEncoding) {
     std::optional<MSPCXMLRepair> repair;
-    const auto document = MSPCXMLDocument::read(wide("<Project>A & B</Project>", 2, false), MSPCXMLContent::DataOnly,
-                                                "Project", &repair);
+    const auto document =
+        MSPCXMLDocument::read(wide("<Project>A & B</Project>", 2, false), MSPCXMLContent::DataOnly, "Project", &repair);
     ASSERT_TRUE(document && repair);
     EXPECT_EQ(document->root().stringValue(), "A & B");
     EXPECT_EQ(repair->message, "xmlParseEntityRef: no name");

@@ -49,7 +49,8 @@ TEST(MSPCXMLOutput, replacesAndCountsWhatXMLCannotHold) {
           3}},
         {"\x7F", {"\x7F", 0}},
         {"\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", {"\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", 0}},
-        {"\xF4\x8F\xBF\xBF\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD", {"\xF4\x8F\xBF\xBF\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD", 0}},
+        {"\xF4\x8F\xBF\xBF\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD",
+         {"\xF4\x8F\xBF\xBF\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD", 0}},
         {"\xEF\xBF\xBE\xEF\xBF\xBF", {"\xEF\xBF\xBD\xEF\xBF\xBD", 2}},
         {"a\xC3", {"a\xEF\xBF\xBD", 1}},
         {"\xC3z", {"\xEF\xBF\xBDz", 1}},
@@ -60,7 +61,8 @@ TEST(MSPCXMLOutput, replacesAndCountsWhatXMLCannotHold) {
         {"\xF4\x90\x80\x80", {"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD", 4}},
         {"\xF8", {"\xEF\xBF\xBD", 1}},
     };
-    for (const auto& [text, expected] : cases) {
+    for (const auto& [input, expected] : cases) {
+        const auto text = input;
         EXPECT_EQ(written([&](auto& output) { output.text(text); }), expected);
         EXPECT_EQ(written([&](auto& output) { output.attributeValue(text); }), expected);
         EXPECT_EQ(written([&](auto& output) { output.unescaped(text); }), expected);
@@ -72,9 +74,10 @@ TEST(MSPCXMLOutput, aCommentNeverHoldsTwoHyphensNorEndsInOne) {
         std::string_view text;
         std::string_view expected;
     };
-    constexpr Case cases[] = {{"a--b", "a- -b"}, {"---", "- - - "}, {"a-", "a- "}, {"a-b", "a-b"},
+    constexpr Case cases[] = {{"a--b", "a- -b"}, {"---", "- - - "}, {"a-", "a- "},  {"a-b", "a-b"},
                               {"", ""},          {"-", "- "},       {"--", "- - "}, {"<&>", "<&>"}};
-    for (const auto& [text, expected] : cases) {
+    for (const auto& [input, expected] : cases) {
+        const auto text = input;
         EXPECT_EQ(written([&](auto& output) { output.comment(text); }).bytes, expected) << text;
     }
 }

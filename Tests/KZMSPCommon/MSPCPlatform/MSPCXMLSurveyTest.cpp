@@ -5,15 +5,15 @@
 namespace {
 
 TEST(MSPCXMLSurvey, tellsStrayAmpersandsFromReferences) {
-    for (const std::string_view stray : {"<a>&</a>", "<a>& b</a>", "<a>&;</a>", "<a>&nbsp;</a>", "<a>&amp</a>",
-                                         "<a>&#;</a>", "<a>&#x;</a>", "<a>&#xG;</a>", "<a>&#X41;</a>", "<a>&AMP;</a>",
-                                         "<a b='&'/>", "<a><!--&-->&</a>", "<a>&#0;</a>", "<a>&#x110000;</a>",
-                                         "<a>&#99999999999999;</a>", "<a>&#xD800;</a>", "<a>&#xFFFE;</a>", "<a>&"}) {
+    for (const std::string_view stray :
+         {"<a>&</a>", "<a>& b</a>", "<a>&;</a>", "<a>&nbsp;</a>", "<a>&amp</a>", "<a>&#;</a>", "<a>&#x;</a>",
+          "<a>&#xG;</a>", "<a>&#X41;</a>", "<a>&AMP;</a>", "<a b='&'/>", "<a><!--&-->&</a>", "<a>&#0;</a>",
+          "<a>&#x110000;</a>", "<a>&#99999999999999;</a>", "<a>&#xD800;</a>", "<a>&#xFFFE;</a>", "<a>&"}) {
         EXPECT_TRUE(surveyXML(stray).hasStrayAmpersand) << stray;
     }
-    for (const std::string_view good : {"<a>&amp;&lt;&gt;&quot;&apos;</a>", "<a>&#65;&#x41;&#x10FFFF;&#13;</a>",
-                                        "<a><![CDATA[&]]></a>", "<a><!--&--></a>", "<a><?t &?></a>", "<!--&--><a/>",
-                                        "<?t &?><a/>", "<a><![CDATA[&</a>"}) {
+    for (const std::string_view good :
+         {"<a>&amp;&lt;&gt;&quot;&apos;</a>", "<a>&#65;&#x41;&#x10FFFF;&#13;</a>", "<a><![CDATA[&]]></a>",
+          "<a><!--&--></a>", "<a><?t &?></a>", "<!--&--><a/>", "<?t &?><a/>", "<a><![CDATA[&</a>"}) {
         EXPECT_FALSE(surveyXML(good).hasStrayAmpersand) << good;
     }
 }
@@ -30,13 +30,12 @@ TEST(MSPCXMLSurvey, findsWhatStandsFarInside) {
 }
 
 TEST(MSPCXMLSurvey, findsAnInternalSubsetOnlyInTheDocumentType) {
-    for (const std::string_view with :
-         {"<!DOCTYPE a [<!ENTITY b 'c'>]><a/>", "\xEF\xBB\xBF<?xml version='1.0'?>\n<!--[--> <!DOCTYPE a SYSTEM '>' []><a/>"}) {
+    for (const std::string_view with : {"<!DOCTYPE a [<!ENTITY b 'c'>]><a/>",
+                                        "\xEF\xBB\xBF<?xml version='1.0'?>\n<!--[--> <!DOCTYPE a SYSTEM '>' []><a/>"}) {
         EXPECT_TRUE(surveyXML(with).hasInternalSubset) << with;
     }
-    for (const std::string_view without :
-         {"<a/>", "<!DOCTYPE a><a b='['/>", "<!DOCTYPE a SYSTEM '['><a/>", "<!--<!DOCTYPE a [-->  <a/>",
-          "<a><!DOCTYPE a []></a>", ""}) {
+    for (const std::string_view without : {"<a/>", "<!DOCTYPE a><a b='['/>", "<!DOCTYPE a SYSTEM '['><a/>",
+                                           "<!--<!DOCTYPE a [-->  <a/>", "<a><!DOCTYPE a []></a>", ""}) {
         EXPECT_FALSE(surveyXML(without).hasInternalSubset) << without;
     }
 }
@@ -46,8 +45,7 @@ TEST(MSPCXMLSurvey, escapesOnlyWhatIsStray) {
     EXPECT_EQ(escapedStrayAmpersands("<a>&amp;</a>", predefined), std::nullopt);
     EXPECT_EQ(escapedStrayAmpersands("<a>A & B &amp; <![CDATA[&]]>&e;</a>", predefined),
               "<a>A &amp; B &amp; <![CDATA[&]]>&amp;e;</a>");
-    EXPECT_EQ(escapedStrayAmpersands("<a>& &e; &#1;x</a>", MSPCXMLEntities::AnyName),
-              "<a>&amp; &e; \xEF\xBF\xBDx</a>");
+    EXPECT_EQ(escapedStrayAmpersands("<a>& &e; &#1;x</a>", MSPCXMLEntities::AnyName), "<a>&amp; &e; \xEF\xBF\xBDx</a>");
     EXPECT_EQ(escapedStrayAmpersands("&", predefined), "&amp;");
 }
 

@@ -81,7 +81,8 @@ TEST(MSPCXMLWriter, countsReplacedCharacters) {
     root.appendComment("\x03");
     MSPCStringSink sink;
     EXPECT_EQ(document.write(sink), 3U);
-    EXPECT_EQ(sink.take(), XMLDeclaration + "<a c=\"\xEF\xBF\xBD\">\n    <b>x\xEF\xBF\xBDy</b>\n    <!--\xEF\xBF\xBD-->\n</a>\n");
+    EXPECT_EQ(sink.take(),
+              XMLDeclaration + "<a c=\"\xEF\xBF\xBD\">\n    <b>x\xEF\xBF\xBDy</b>\n    <!--\xEF\xBF\xBD-->\n</a>\n");
 }
 
 TEST(MSPCXMLWriter, blanksGiveWayOnceElementsStandBesideThem) {
