@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,9 @@ struct MSPCXMLRepair {
     std::string message;  // the parser's own words, without a line end
 };
 
+// Gives the bytes of a document once more, none when they cannot be had.
+using MSPCXMLReadAgain = std::function<std::optional<std::string>()>;
+
 // An XML document: the tree and all its nodes. Handles and new elements of it must not outlive it.
 class MSPCXMLDocument {
 public:
@@ -36,9 +40,11 @@ public:
     // blanks alone is kept where it is all of an element's content. Markup that does not parse (a bare "&", a missing
     // end tag) is mended where that yields a root element named `repairableRoot`, and reported in `repair`; otherwise
     // there is no document. Internal entities are expanded within bounds; nothing outside the bytes is ever read.
+    // Reading uses the bytes up: with `readAgain` a repair fetches them from there, else it needs a copy made in advance.
     [[nodiscard]] static std::optional<MSPCXMLDocument> read(std::string bytes, MSPCXMLContent content,
                                                              std::string_view repairableRoot = {},
-                                                             std::optional<MSPCXMLRepair>* repair = nullptr);
+                                                             std::optional<MSPCXMLRepair>* repair = nullptr,
+                                                             const MSPCXMLReadAgain& readAgain = {});
 
     // The root element; empty for a document without one.
     [[nodiscard]] MSPCXMLNode root() const noexcept;
@@ -49,7 +55,8 @@ public:
 
     // Writes the document as UTF-8 with an XML declaration, one element per line, indented by four blanks; elements
     // with text are written on one line, empty ones in the compact form. A carriage return in a text is written
-    // "&#13;". Gives the number of characters that XML 1.0 cannot hold (or bytes that are no UTF-8), each written as
+    // "&#13;". An element with text beside other content, or with xml:space="preserve", is written as it is on one line.
+    // Levels deeper than 256 are not indented any further. Gives the number of characters that XML 1.0 cannot hold (or bytes that are no UTF-8), each written as
     // U+FFFD.
     std::size_t write(MSPCByteSink& sink) const;
     // The same as text.
@@ -58,5 +65,9 @@ public:
 private:
     class Tree;
     explicit MSPCXMLDocument(std::unique_ptr<Tree> tree);
+    // What is left to `read` when the markup is broken or brings entities.
+    static std::optional<MSPCXMLDocument> readMended(const std::string& utf8, bool hasInternalSubset,
+                                                     MSPCXMLContent content, std::string_view repairableRoot,
+                                                     std::optional<MSPCXMLRepair>* repair);
     std::unique_ptr<Tree> _tree;
 };

@@ -62,6 +62,8 @@ public:
     // The first child element, or the next sibling element, of a name; empty when there is none.
     [[nodiscard]] MSPCXMLNode firstChildElement(std::string_view name) const noexcept;
     [[nodiscard]] MSPCXMLNode nextSiblingElement(std::string_view name) const noexcept;
+    // The node as it would be written, without added line ends and indentation: `<UID>12</UID>`, `id="t12"`.
+    [[nodiscard]] std::string markup() const;
     // The root element of the node's document.
     [[nodiscard]] MSPCXMLNode rootElement() const noexcept;
 
@@ -91,17 +93,22 @@ public:
     MSPCXMLNode appendChild(MSPCXMLNewElement&& element);
     MSPCXMLNode insertChildBefore(MSPCXMLNewElement&& element, const MSPCXMLNode& before);
     MSPCXMLNode insertChildAfter(MSPCXMLNewElement&& element, const MSPCXMLNode& after);
-    // Takes this element out of its parent. It stays alive, owned by the result, and no query finds it.
+    // Takes this element out of its parent. It stays alive, owned by the result, and no query finds it. Empty for a free
+    // element, which has its owner already.
     [[nodiscard]] MSPCXMLNewElement detach();
 
     // The nodes that an XPath 1.0 query relative to this node selects, in document order; none when the query itself
-    // is malformed. Each query text is compiled once.
+    // is malformed or does not select nodes. Query texts in use are compiled once. A query never leaves the document
+    // proper: of a free element only what is inside it is found, and free elements are found from nowhere else.
     [[nodiscard]] std::optional<std::vector<MSPCXMLNode>> nodesForXPath(std::string_view query) const;
 
 private:
     friend class MSPCXMLDocument;
     friend class MSPCXMLNewElement;
     friend struct MSPCXMLNodeAccess;  // the library's own node behind a handle, for the units of this folder
+
+    // Whether a free element may become a child of this node; one of another document is replaced by a copy in this one.
+    [[nodiscard]] bool takesIn(MSPCXMLNewElement& element) const;
 
     MSPCXMLNode(void* node, void* attribute) noexcept : _node(node), _attribute(attribute) {}
 

@@ -1,0 +1,188 @@
+#include "MSPCXMLNode.h"
+
+#include <pugixml.hpp>
+
+#include "MSPCXMLNodeAccess.h"
+#include "MSPCXMLTree.h"
+
+namespace {
+
+pugi::xml_attribute treeAttribute(const MSPCXMLNode& handle) {
+    return pugi::xml_attribute(MSPCXMLNodeAccess::attribute(handle));
+}
+
+// The node behind a handle that may have children; empty for attributes.
+pugi::xml_node nodeWithChildren(const MSPCXMLNode& handle) {
+    return MSPCXMLNodeAccess::attribute(handle) != nullptr ? pugi::xml_node() : treeNode(handle);
+}
+
+MSPCXMLNodeKind kindOf(pugi::xml_node_type type) {
+    switch (type) {
+        case pugi::node_document:
+            return MSPCXMLNodeKind::Document;
+        case pugi::node_element:
+            return MSPCXMLNodeKind::Element;
+        case pugi::node_pcdata:
+            return MSPCXMLNodeKind::Text;
+        case pugi::node_cdata:
+            return MSPCXMLNodeKind::CData;
+        case pugi::node_comment:
+            return MSPCXMLNodeKind::Comment;
+        case pugi::node_pi:
+            return MSPCXMLNodeKind::ProcessingInstruction;
+        case pugi::node_declaration:
+            return MSPCXMLNodeKind::Declaration;
+        case pugi::node_doctype:
+            return MSPCXMLNodeKind::DocumentType;
+        case pugi::node_null:
+            break;
+    }
+    return MSPCXMLNodeKind::None;
+}
+
+// The text of an element: the piece that may be embedded in the element itself comes before all its children.
+std::string_view elementText(const pugi::xml_node& element, std::string& buffer) {
+    const auto first = element.first_child();
+    if (!first) {
+        return element.value();
+    }
+    if (isTextOrCData(first) && !first.next_sibling() && *element.value() == '\0') {
+        return first.value();
+    }
+    buffer = element.value();
+    for (auto node = first; node; node = nextBelow(node, element)) {
+        if (isTextOrCData(node) || node.type() == pugi::node_element) {
+            buffer += node.value();
+        }
+    }
+    return buffer;
+}
+
+void replaceContent(pugi::xml_node element, std::string_view text) {
+    // The new text is copied before the old nodes go, since it may be a view of one of them.
+    pugi::xml_node added;
+    if (!text.empty()) {
+        added = element.append_child(pugi::node_pcdata);
+        added.set_value(text.data(), text.size());
+    }
+    while (element.first_child() != added) {
+        destroySubtree(element.first_child());
+    }
+    if (*element.value() != '\0') {
+        element.text().set("");  // the embedded piece
+    }
+}
+
+// The node itself or the next of its siblings with that name that is an element: processing instructions have names too.
+pugi::xml_node elementFrom(pugi::xml_node node, const char* name) {
+    while (node && node.type() != pugi::node_element) {
+        node = node.next_sibling(name);
+    }
+    return node;
+}
+
+}  // namespace
+
+MSPCXMLNodeKind MSPCXMLNode::kind() const noexcept {
+    return _attribute != nullptr ? MSPCXMLNodeKind::Attribute : kindOf(treeNode(*this).type());
+}
+
+std::string_view MSPCXMLNode::name() const noexcept {
+    return _attribute != nullptr ? treeAttribute(*this).name() : treeNode(*this).name();
+}
+
+std::string MSPCXMLNode::stringValue() const {
+    std::string buffer;
+    const auto text = stringValue(buffer);
+    return text.data() == buffer.data() ? std::move(buffer) : std::string(text);
+}
+
+std::string_view MSPCXMLNode::stringValue(std::string& buffer) const {
+    if (_attribute != nullptr) {
+        return treeAttribute(*this).value();
+    }
+    const auto node = treeNode(*this);
+    switch (node.type()) {
+        case pugi::node_document:
+            return elementText(rootElementOf(node), buffer);
+        case pugi::node_element:
+            return elementText(node, buffer);
+        default:
+            return node.value();
+    }
+}
+
+void MSPCXMLNode::setStringValue(std::string_view text) {
+    if (_attribute != nullptr) {
+        treeAttribute(*this).set_value(text.data(), text.size());
+    } else if (isElement()) {
+        replaceContent(treeNode(*this), text);
+    } else {
+        treeNode(*this).set_value(text.data(), text.size());
+    }
+}
+
+MSPCXMLNode MSPCXMLNode::parent() const noexcept {
+    if (_attribute != nullptr) {
+        return {_node, nullptr};
+    }
+    const auto parent = treeNode(*this).parent();
+    return isSideRoom(parent) ? MSPCXMLNode() : handleOf(parent);
+}
+
+MSPCXMLNode MSPCXMLNode::firstChild() const noexcept {
+    const auto child = nodeWithChildren(*this).first_child();
+    return isSideRoom(child) ? handleOf(child.next_sibling()) : handleOf(child);
+}
+
+MSPCXMLNode MSPCXMLNode::lastChild() const noexcept {
+    const auto child = nodeWithChildren(*this).last_child();
+    return isSideRoom(child) ? MSPCXMLNode() : handleOf(child);
+}
+
+MSPCXMLNode MSPCXMLNode::nextSibling() const noexcept {
+    const auto node = nodeWithChildren(*this);
+    const auto sibling = node.next_sibling();
+    return !sibling || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
+}
+
+MSPCXMLNode MSPCXMLNode::previousSibling() const noexcept {
+    const auto node = nodeWithChildren(*this);
+    const auto sibling = node.previous_sibling();
+    return !sibling || isSideRoom(sibling) || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
+}
+
+MSPCXMLNode MSPCXMLNode::firstChildElement(std::string_view name) const noexcept {
+    const MSPCXMLTerminatedName terminated(name);
+    return handleOf(elementFrom(nodeWithChildren(*this).child(terminated.text()), terminated.text()));
+}
+
+MSPCXMLNode MSPCXMLNode::nextSiblingElement(std::string_view name) const noexcept {
+    const MSPCXMLTerminatedName terminated(name);
+    const auto node = nodeWithChildren(*this);
+    const auto sibling = elementFrom(node.next_sibling(terminated.text()), terminated.text());
+    return !sibling || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
+}
+
+MSPCXMLNode MSPCXMLNode::rootElement() const noexcept { return handleOf(rootElementOf(treeNode(*this).root())); }
+
+MSPCXMLNode MSPCXMLNode::attribute(std::string_view name) const noexcept {
+    const MSPCXMLTerminatedName terminated(name);
+    const auto found = nodeWithChildren(*this).attribute(terminated.text());
+    return found ? MSPCXMLNode(_node, found.internal_object()) : MSPCXMLNode();
+}
+
+std::vector<MSPCXMLNamespace> MSPCXMLNode::namespaceDeclarations() const {
+    constexpr std::string_view keyword = "xmlns";
+    std::vector<MSPCXMLNamespace> declarations;
+    for (const auto& attribute : nodeWithChildren(*this).attributes()) {
+        const std::string_view name = attribute.name();
+        if (name == keyword) {
+            declarations.push_back({{}, attribute.value()});
+        } else if (name.starts_with(keyword) && name[keyword.size()] == ':') {
+            declarations.push_back({name.substr(keyword.size() + 1), attribute.value()});
+        }
+    }
+    return declarations;
+}
+

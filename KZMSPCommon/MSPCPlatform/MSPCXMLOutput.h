@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+class MSPCByteSink;
+
+// XML bytes on their way to a sink, collected in blocks. Text is checked and escaped a run of plain bytes at a time.
+// What XML 1.0 cannot hold, and each byte that is no UTF-8, becomes U+FFFD and is counted.
+class MSPCXMLOutput {
+public:
+    explicit MSPCXMLOutput(MSPCByteSink& sink);
+
+    // Markup as it stands.
+    void raw(std::string_view markup);
+    // A line end and the indentation of a level. Deeper than `MostIndentedLevels` the indentation stays the same, or a
+    // million nested elements would be a million times a million blanks.
+    void newLine(std::size_t level);
+    // Text between tags: "&", "<", ">" and carriage returns are escaped.
+    void text(std::string_view text);
+    // An attribute's value between double quotes: quotes, tabs and line feeds are escaped too.
+    void attributeValue(std::string_view value);
+    // Content that knows no escapes (CDATA sections, comments, processing instructions).
+    void unescaped(std::string_view content);
+    // A comment's text: "--" becomes "- -" and a "-" at the end gets a blank behind it, since XML forbids both.
+    void comment(std::string_view text);
+
+    // Hands the rest to the sink.
+    void flush();
+    [[nodiscard]] std::size_t replacedCharacters() const noexcept { return _replaced; }
+
+    static constexpr std::size_t MostIndentedLevels = 256;
+
+private:
+    // What a byte means in one kind of content.
+    enum class Byte : unsigned char { Plain, Escaped, Forbidden, Lead };
+    struct ByteTable;
+    void content(std::string_view text, const ByteTable& table);
+    void replace();
+
+    MSPCByteSink& _sink;
+    std::string _block;
+    std::size_t _replaced = 0;
+};

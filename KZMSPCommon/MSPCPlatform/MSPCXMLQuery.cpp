@@ -1,0 +1,141 @@
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <pugixml.hpp>
+#include <unordered_map>
+
+#include "MSPCXMLChildPath.h"
+#include "MSPCXMLNode.h"
+#include "MSPCXMLNodeAccess.h"
+#include "MSPCXMLTree.h"
+#include "MSPCXMLTwin.h"
+
+namespace {
+
+bool isNameStart(char character) {
+    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') || character == '_';
+}
+
+bool isNameCharacter(char character) {
+    return isNameStart(character) || (character >= '0' && character <= '9') || character == '-' || character == '.';
+}
+
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>()(text); }
+};
+
+// Compiled queries by their text, null for malformed ones. Texts with ids in them would let it grow without end.
+class QueryCache {
+public:
+    const pugi::xpath_query* compiled(std::string_view query) {
+        const auto found = _queries.find(query);
+        if (found != _queries.end()) {
+            return found->second.get();
+        }
+        if (_queries.size() >= MostQueries) {
+            _queries.clear();
+        }
+        return _queries.emplace(std::string(query), compile(std::string(query))).first->second.get();
+    }
+
+private:
+    static constexpr std::size_t MostQueries = 512;
+
+    static std::unique_ptr<pugi::xpath_query> compile(const std::string& query) {
+        try {
+            auto compiled = std::make_unique<pugi::xpath_query>(query.c_str());
+            return compiled->return_type() == pugi::xpath_type_node_set ? std::move(compiled) : nullptr;
+        } catch (const pugi::xpath_exception&) {
+            return nullptr;
+        }
+    }
+
+    std::unordered_map<std::string, std::unique_ptr<pugi::xpath_query>, TextHash, std::equal_to<>> _queries;
+};
+
+bool endsWithOperatorName(std::string_view text) {
+    constexpr std::string_view names[] = {"and", "or", "div", "mod"};
+    return std::any_of(std::begin(names), std::end(names), [&](auto name) { return text.ends_with(name); });
+}
+
+// Whether each slash of a query follows a step, so that no path starts at the document, and no step leads up or aside.
+// Says no in doubt.
+bool staysBelowItsNode(std::string_view query) {
+    if (query.find("..") != std::string_view::npos || query.find("::") != std::string_view::npos ||
+        query.find('$') != std::string_view::npos) {
+        return false;
+    }
+    for (auto slash = query.find('/'); slash != std::string_view::npos; slash = query.find('/', slash + 1)) {
+        const auto before = query.substr(0, slash);
+        const char last = before.empty() ? ' ' : before.back();
+        const bool followsSlash = last == '/' && slash >= 2;
+        const bool followsStep = isNameCharacter(last) || last == ')' || last == ']';
+        if (!(followsSlash || followsStep) || endsWithOperatorName(before)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Whether a query could meet the side room. An empty room is swept away, so that only free elements cost anything.
+bool couldMeetFreeElements(const MSPCXMLNode& node, std::string_view query) {
+    auto document = treeNode(node).root();
+    const auto room = sideRoomIfAny(document);
+    if (!room || (node.kind() != MSPCXMLNodeKind::Document && staysBelowItsNode(query))) {
+        return false;
+    }
+    if (!room.first_child()) {
+        document.remove_child(room);
+        return false;
+    }
+    return true;
+}
+
+std::vector<MSPCXMLNode> evaluated(const pugi::xpath_query& query, const MSPCXMLNode& node) {
+    const pugi::xml_attribute attribute(MSPCXMLNodeAccess::attribute(node));
+    auto matches = query.evaluate_node_set(attribute ? pugi::xpath_node(attribute, treeNode(node))
+                                                     : pugi::xpath_node(treeNode(node)));
+    matches.sort();
+    std::vector<MSPCXMLNode> nodes;
+    nodes.reserve(matches.size());
+    for (const auto& match : matches) {
+        const auto holder = match.attribute() ? match.parent() : match.node();
+        nodes.push_back(MSPCXMLNodeAccess::handle(holder.internal_object(), match.attribute().internal_object()));
+    }
+    return nodes;
+}
+
+}  // namespace
+
+bool isPlainChildPath(std::string_view query) {
+    bool atStart = true;
+    for (const char character : query) {
+        if (atStart ? !isNameStart(character) : !isNameCharacter(character) && character != '/') {
+            return false;
+        }
+        atStart = character == '/';
+    }
+    return !atStart;
+}
+
+std::optional<std::vector<MSPCXMLNode>> MSPCXMLNode::nodesForXPath(std::string_view query) const {
+    if (_node == nullptr) {
+        return std::vector<MSPCXMLNode>();
+    }
+    if (isPlainChildPath(query)) {
+        std::vector<MSPCXMLNode> nodes;
+        visitPlainChildPath(*this, query, [&](const MSPCXMLNode& node) { nodes.push_back(node); });
+        return nodes;
+    }
+    static thread_local QueryCache cache;
+    const auto* compiled = cache.compiled(query);
+    if (compiled == nullptr) {
+        return std::nullopt;
+    }
+    if (!couldMeetFreeElements(*this, query)) {
+        return evaluated(*compiled, *this);
+    }
+    const MSPCXMLTwin twin(*this);
+    return twin.originalsOf(evaluated(*compiled, twin.node()));
+}

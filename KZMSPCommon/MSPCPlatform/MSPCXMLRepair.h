@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "MSPCXMLDocument.h"
+
+// A document that only the thorough parser understands, written anew as markup that any parser does.
+struct MSPCXMLMended {
+    std::string bytes;  // UTF-8, entities expanded
+    std::optional<MSPCXMLRepair> repair;  // none when the markup was sound all along
+};
+
+// Parses UTF-8 bytes with internal entities, or with broken markup, which is mended where that yields a root element
+// named `repairableRoot`. None otherwise, and for entities that expand beyond measure. Opens no file and no connection.
+[[nodiscard]] std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalSubset,
+                                                     std::string_view repairableRoot);

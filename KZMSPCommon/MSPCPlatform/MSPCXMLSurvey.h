@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// What has to be known about the bytes of a document (UTF-8) before they are parsed, found without parsing them.
+struct MSPCXMLSurvey {
+    bool hasInternalSubset = false;  // the document type brings declarations of its own, entities perhaps
+    bool hasStrayAmpersand = false;  // an "&" that begins no reference, outside CDATA sections and comments
+    bool hasSections = false;        // CDATA sections, comments or processing instructions in the content
+};
+
+[[nodiscard]] MSPCXMLSurvey surveyXML(std::string_view bytes);
+
+// Which named references an escaping leaves alone.
+enum class MSPCXMLEntities {
+    Predefined,  // the five of XML
+    AnyName,     // any name, since the document declares entities
+};
+
+// The same bytes with each stray "&" written as "&amp;" and references to characters that XML forbids as U+FFFD; none
+// when there is nothing to mend.
+[[nodiscard]] std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXMLEntities entities);

@@ -1,0 +1,203 @@
+#include "MSPCXMLWriter.h"
+
+#include <cstring>
+#include <pugixml.hpp>
+
+#include "MSPCStringSink.h"
+#include "MSPCXMLNodeAccess.h"
+#include "MSPCXMLOutput.h"
+#include "MSPCXMLTree.h"
+
+namespace {
+
+// Writes a subtree, one element per line. An element whose text must not change is written on the line it is on, with all
+// that is inside it.
+class TreeWriter {
+public:
+    explicit TreeWriter(MSPCXMLOutput& output) : _output(output) {}
+
+    // Each node begins a line of its own.
+    void writeOnLines(const pugi::xml_node& top) { walk(top); }
+    // No line end and no blank is added.
+    void writeInline(const pugi::xml_node& top) {
+        _inlineTop = top;
+        walk(top);
+    }
+    void writeAttribute(const pugi::xml_attribute& attribute) {
+        _output.raw(attribute.name());
+        _output.raw("=\"");
+        _output.attributeValue(attribute.value());
+        _output.raw("\"");
+    }
+
+private:
+    void walk(const pugi::xml_node& top) {
+        for (auto node = top;;) {
+            if (open(node)) {
+                ++_level;
+                node = node.first_child();
+                continue;
+            }
+            while (node != top && !node.next_sibling()) {
+                node = node.parent();
+                --_level;
+                close(node);
+            }
+            if (node == top) {
+                return;
+            }
+            node = node.next_sibling();
+        }
+    }
+
+    // Writes a node as far as its first child; says whether children follow.
+    bool open(const pugi::xml_node& node) {
+        const auto type = node.type();
+        if (type == pugi::node_pcdata) {
+            if (_inlineTop) {
+                _output.text(node.value());
+            }
+            return false;  // between elements on lines of their own only blanks are left, which give way to indentation
+        }
+        if (!_inlineTop) {
+            _output.newLine(_level);
+        }
+        if (type == pugi::node_element) {
+            return openElement(node);
+        }
+        writeLeaf(node, type);
+        return false;
+    }
+
+    void writeLeaf(const pugi::xml_node& node, pugi::xml_node_type type) {
+        switch (type) {
+            case pugi::node_cdata:
+                _output.raw("<![CDATA[");
+                _output.unescaped(node.value());
+                _output.raw("]]>");
+                break;
+            case pugi::node_comment:
+                _output.raw("<!--");
+                _output.comment(node.value());
+                _output.raw("-->");
+                break;
+            case pugi::node_pi:
+                _output.raw("<?");
+                _output.raw(node.name());
+                if (*node.value() != '\0') {
+                    _output.raw(" ");
+                    _output.unescaped(node.value());
+                }
+                _output.raw("?>");
+                break;
+            case pugi::node_doctype:
+                _output.raw("<!DOCTYPE ");
+                _output.unescaped(node.value());
+                _output.raw(">");
+                break;
+            default:
+                break;
+        }
+    }
+
+    bool openElement(const pugi::xml_node& element) {
+        _output.raw("<");
+        _output.raw(element.name());
+        bool preservesSpace = false;
+        for (auto attribute = element.first_attribute(); attribute; attribute = attribute.next_attribute()) {
+            _output.raw(" ");
+            writeAttribute(attribute);
+            preservesSpace = preservesSpace || isSpacePreserved(attribute);
+        }
+        const auto first = element.first_child();
+        if (!first || (first.type() == pugi::node_pcdata && !first.next_sibling())) {
+            return writeOnlyText(element, first);
+        }
+        _output.raw(">");
+        if (!_inlineTop && (preservesSpace || !isElementOnly(element))) {
+            _inlineTop = element;
+        }
+        _output.text(element.value());
+        return true;
+    }
+
+    bool writeOnlyText(const pugi::xml_node& element, const pugi::xml_node& text) {
+        const std::string_view embedded = element.value();
+        const std::string_view own = text.value();
+        if (embedded.empty() && own.empty()) {
+            _output.raw("/>");
+            return false;
+        }
+        _output.raw(">");
+        _output.text(embedded);
+        _output.text(own);
+        writeEndTag(element);
+        return false;
+    }
+
+    void close(const pugi::xml_node& element) {
+        if (!_inlineTop) {
+            _output.newLine(_level);
+        }
+        writeEndTag(element);
+        if (element == _inlineTop) {
+            _inlineTop = {};
+        }
+    }
+
+    void writeEndTag(const pugi::xml_node& element) {
+        _output.raw("</");
+        _output.raw(element.name());
+        _output.raw(">");
+    }
+
+    static bool isSpacePreserved(const pugi::xml_attribute& attribute) {
+        return std::strcmp(attribute.name(), "xml:space") == 0 && std::strcmp(attribute.value(), "preserve") == 0;
+    }
+
+    // Whether an element holds other nodes and no text but blanks, which may give way to indentation.
+    static bool isElementOnly(const pugi::xml_node& element) {
+        bool hasOtherNodes = false;
+        for (auto child = element.first_child(); child; child = child.next_sibling()) {
+            const auto type = child.type();
+            if (type == pugi::node_cdata || (type == pugi::node_pcdata && !isXMLBlank(child.value()))) {
+                return false;
+            }
+            hasOtherNodes = hasOtherNodes || type != pugi::node_pcdata;
+        }
+        return hasOtherNodes && isXMLBlank(element.value());
+    }
+
+    MSPCXMLOutput& _output;
+    std::size_t _level = 0;
+    pugi::xml_node _inlineTop;  // the outermost element that is being written on one line
+};
+
+}  // namespace
+
+std::size_t writeXMLDocument(const MSPCXMLNode& document, MSPCByteSink& sink) {
+    MSPCXMLOutput output(sink);
+    output.raw(R"(<?xml version="1.0" encoding="UTF-8"?>)");
+    TreeWriter writer(output);
+    for (auto node = firstVisibleChild(treeNode(document)); node; node = node.next_sibling()) {
+        writer.writeOnLines(node);
+    }
+    output.raw("\n");
+    output.flush();
+    return output.replacedCharacters();
+}
+
+std::string MSPCXMLNode::markup() const {
+    MSPCStringSink sink;
+    MSPCXMLOutput output(sink);
+    TreeWriter writer(output);
+    if (_attribute != nullptr) {
+        writer.writeAttribute(pugi::xml_attribute(MSPCXMLNodeAccess::attribute(*this)));
+    } else if (const auto node = treeNode(*this); node.type() == pugi::node_document) {
+        writer.writeInline(rootElementOf(node));
+    } else {
+        writer.writeInline(node);
+    }
+    output.flush();
+    return sink.take();
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstddef>
+
+#include "MSPCXMLNode.h"
+
+class MSPCByteSink;
+
+// Writes a document node with all its content, indented, behind an XML declaration. Gives the number of characters that
+// were replaced because XML 1.0 cannot hold them.
+std::size_t writeXMLDocument(const MSPCXMLNode& document, MSPCByteSink& sink);
