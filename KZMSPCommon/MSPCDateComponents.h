@@ -61,6 +61,8 @@ struct MSPCDateComponents : MSPCDateFields {
     [[nodiscard]] std::string componentsDescription() const;
     // "MSPCDateComponents:" with the fields' and its own description.
     [[nodiscard]] std::string description() const;
+
+    friend bool operator==(const MSPCDateComponents&, const MSPCDateComponents&) = default;
 };
 
 // "\n  era=…\n  year=…" and so on for all fields; undefined fields print as the largest integer.

@@ -94,8 +94,10 @@ std::string MSPIXMLImporter::copyTemplate(const MSPCURL& source, const MSPCURL& 
     if (!_info.kdzxTemplateURL) {
         throw MSPCInternalInconsistency("URL of Template kdzx document not specified.");
     }
-    while (const auto failure = _services.fileSystem.copyFolder(_info.kdzxTemplateURL->path(), naming.path())) {
-        if (!_services.fileSystem.exists(naming.path())) {
+    bool isTaken = false;
+    while (const auto failure =
+               _services.fileSystem.copyFolder(_info.kdzxTemplateURL->path(), naming.path(), &isTaken)) {
+        if (!isTaken) {
             throw KZMPPImporterException(
                 "MSPIMPPImporter importFromMppURL:toKdzxBundleURL:Failed to copy KZ2 Template bundle to destination "
                 "directory.",

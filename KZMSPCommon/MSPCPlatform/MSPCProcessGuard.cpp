@@ -14,7 +14,7 @@ namespace {
 constexpr std::array terminationSignals{SIGHUP, SIGINT, SIGTERM};
 constexpr std::array fatalSignals{SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGQUIT, SIGSEGV, SIGSYS, SIGXCPU};
 constexpr std::array ignoredSignals{SIGPIPE, SIGXFSZ};
-constexpr auto patience = std::chrono::milliseconds(500);
+constexpr auto patience = std::chrono::milliseconds(250);
 
 // A handler gets no argument of ours, so the log it writes out has to be reachable from here.
 std::atomic<MSPCStandardErrorLog*> guardedLog = nullptr;

@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include "MSPCException.h"
-#include "MSPCLog.h"
 #include "MSPCTextScanner.h"
+#include "MSPEDateExtensions.h"
 #include "MSPIISO8601Text.h"
 
 namespace {
@@ -217,13 +217,8 @@ std::optional<std::string> MSPIUtilities::isoDateTimeAdvanceByDurationForwardCal
     if (!instant) {
         return std::nullopt;
     }
-    if (calendar != nullptr) {
-        _log.log(
-            "Custom Calendars not supported to advance date by duration yet. Standard propject Calendar will be used "
-            "instead.");
-    }
-    const auto advanced = _standardCalendar.dateAdvanceByDurationForward(instant, seconds, direction);
-    return mppToKdzxDateTime(advanced ? advanced : instant);
+    return mppToKdzxDateTime(
+        dateAdvancedByDurationForwardCalendar(*instant, seconds, direction, calendar, _standardCalendar, _log));
 }
 
 std::optional<std::string> MSPIUtilities::isoDateTimeAdvanceByKdzxDurationForwardCalendar(
@@ -235,15 +230,7 @@ std::optional<std::string> MSPIUtilities::isoDateTimeAdvanceByKdzxDurationForwar
 
 bool MSPIUtilities::isWorkingDayCalendar(std::string_view text, const MSPEScheduleCalendar* calendar) const {
     const auto instant = dateFromComponents(parsed(text).components, _gregorian);
-    if (!instant) {
-        return false;
-    }
-    if (calendar != nullptr) {
-        _log.log(
-            "Custom Calendars not supported to determine working days yet. Standard propject Calendar will be used "
-            "instead.");
-    }
-    return _standardCalendar.isWorkingDay(*instant);
+    return instant && isWorkingDayInCalendar(*instant, calendar, _standardCalendar, _log);
 }
 
 MSPCTimeInterval MSPIUtilities::durationFromIsoDateTimeStartToIsoDateTimeFinishCalendar(

@@ -1,0 +1,72 @@
+#include "ProgramRun.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (auto& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+bool redirect(int descriptor, const std::string& path, int flags) {
+    const int opened = open(path.c_str(), flags, 0600);
+    return opened >= 0 && dup2(opened, descriptor) >= 0;
+}
+
+}  // namespace
+
+ProgramResult runProgram(const std::vector<std::string>& arguments, const fs::path& folder,
+                         const std::map<std::string, std::string>& environment) {
+    std::vector<std::string> words{KZMSP_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> settings;
+    for (const auto& [name, value] : environment) {
+        settings.push_back(name + "=" + value);
+    }
+    auto wordPointers = pointersTo(words);
+    auto settingPointers = pointersTo(settings);
+    const auto output = folder.string() + ".stdout";
+    const auto errors = folder.string() + ".stderr";
+
+    const pid_t child = fork();
+    if (child == 0) {
+        if (chdir(folder.c_str()) == 0 && redirect(STDIN_FILENO, "/dev/null", O_RDONLY) &&
+            redirect(STDOUT_FILENO, output, O_WRONLY | O_CREAT | O_TRUNC) &&
+            redirect(STDERR_FILENO, errors, O_WRONLY | O_CREAT | O_TRUNC)) {
+            execve(KZMSP_PROGRAM, wordPointers.data(), settingPointers.data());
+        }
+        _exit(127);
+    }
+    int state = 0;
+    EXPECT_GT(child, 0);
+    EXPECT_EQ(waitpid(child, &state, 0), child);
+    return {WIFEXITED(state) ? WEXITSTATUS(state) : -1, WIFSIGNALED(state) ? WTERMSIG(state) : 0, bytesOf(output),
+            bytesOf(errors)};
+}
+
+std::string bytesOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    EXPECT_TRUE(stream) << file;
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string testNameOf(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char character) { return std::isalnum(character) == 0; }, '_');
+    return name;
+}
