@@ -8,19 +8,21 @@
 #include "MSPITaskMapper.h"
 #include "MappingFixture.h"
 
+// What differs from a project scheduled from its start, without dates, saved by 2003.
+struct TaskMappingOptions {
+    bool fromStart = true;
+    std::string projectStart = {};
+    std::string projectFinish = {};
+    std::int64_t saveVersion = 9;
+    std::string restOfProject = {};
+    std::string otherTasks = {};
+    std::string zone = "Europe/Berlin";
+};
+
 // One task of a project and what its mapping leaves behind.
 class TaskMapping {
 public:
-    // What differs from a project scheduled from its start, without dates, saved by 2003.
-    struct Options {
-        bool fromStart = true;
-        std::string projectStart = {};
-        std::string projectFinish = {};
-        std::int64_t saveVersion = 9;
-        std::string restOfProject = {};
-        std::string otherTasks = {};
-        std::string zone = "Europe/Berlin";
-    };
+    using Options = TaskMappingOptions;
 
     explicit TaskMapping(std::string_view taskContent, const Options& options = {})
         : fixture("<Tasks><Task>" + std::string(taskContent) + "</Task>" + options.otherTasks + "</Tasks>" +

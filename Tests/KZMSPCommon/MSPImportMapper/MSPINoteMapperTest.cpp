@@ -28,7 +28,7 @@ TEST(MSPINoteMapper, makesOneParagraphPerLine) {
 
 TEST(MSPINoteMapper, endsALineAtEveryTerminatorAndTakesCarriageReturnWithLineFeedAsOne) {
     for (const auto* terminator : {"\n", "\r", "\r\n", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
-        const std::string text = "a" + std::string(terminator) + "b";
+        const auto text = std::string("a").append(terminator).append("b");
         EXPECT_EQ(noteOf(text), paragraphs({"a", "b"})) << testing::PrintToString(text);
         EXPECT_EQ(noteOf(text + terminator), paragraphs({"a", "b"})) << testing::PrintToString(text);
     }

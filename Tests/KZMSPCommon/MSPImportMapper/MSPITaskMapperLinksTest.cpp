@@ -14,7 +14,7 @@ std::string linksOf(std::string_view links) {
     return all.substr(all.find(before) + before.size());
 }
 
-std::string link(const std::string& uid, const std::string& type = "1") {
+std::string linkTo(const std::string& uid, const std::string& type = "1") {
     return "<PredecessorLink><PredecessorUID>" + uid + "</PredecessorUID><Type>" + type + "</Type></PredecessorLink>";
 }
 
@@ -23,15 +23,15 @@ std::string link(const std::string& uid, const std::string& type = "1") {
 TEST(MSPITaskMapperLinks, haveAKindByType) {
     const std::pair<const char*, const char*> table[] = {{"0", "FF"}, {"1", "FS"}, {"2", "SF"}, {"3", "SS"}};
     for (const auto& [type, kind] : table) {
-        EXPECT_EQ(linksOf(link("1", type)),
+        EXPECT_EQ(linksOf(linkTo("1", type)),
                   "<prerequisite-task idref=\"t1\" kind=\"" + std::string(kind) + "\"/>");
     }
 }
 
 TEST(MSPITaskMapperLinks, ofOtherMissingOrSeveralTypesHaveNoKind) {
     const std::string bare = "<prerequisite-task idref=\"t1\"/>";
-    EXPECT_EQ(linksOf(link("1", "4")), bare);
-    EXPECT_EQ(linksOf(link("1", "-1")), bare);
+    EXPECT_EQ(linksOf(linkTo("1", "4")), bare);
+    EXPECT_EQ(linksOf(linkTo("1", "-1")), bare);
     EXPECT_EQ(linksOf("<PredecessorLink><PredecessorUID>1</PredecessorUID></PredecessorLink>"), bare);
     EXPECT_EQ(linksOf("<PredecessorLink><PredecessorUID>1</PredecessorUID><Type>1</Type><Type>1</Type>"
                       "</PredecessorLink>"),
@@ -41,14 +41,14 @@ TEST(MSPITaskMapperLinks, ofOtherMissingOrSeveralTypesHaveNoKind) {
 TEST(MSPITaskMapperLinks, comeInDocumentOrderDoubleOnesAndLoopsIncludedWithoutLags) {
     EXPECT_EQ(linksOf("<PredecessorLink><PredecessorUID>12</PredecessorUID><Type>3</Type><LinkLag>4800</LinkLag>"
                       "<LagFormat>7</LagFormat></PredecessorLink>" +
-                      link("1") + link("1") + link("7")),
+                      linkTo("1") + linkTo("1") + linkTo("7")),
               "<prerequisite-task idref=\"t12\" kind=\"SS\"/><prerequisite-task idref=\"t1\" kind=\"FS\"/>"
               "<prerequisite-task idref=\"t1\" kind=\"FS\"/><prerequisite-task idref=\"t7\" kind=\"FS\"/>");
 }
 
 TEST(MSPITaskMapperLinks, toTasksThatAreNotThereAreDropped) {
     for (const auto* uid : {"6", "-1", "-5", "9"}) {
-        EXPECT_EQ(linksOf(link(uid)), "") << uid;
+        EXPECT_EQ(linksOf(linkTo(uid)), "") << uid;
     }
     EXPECT_EQ(linksOf("<PredecessorLink><Type>1</Type></PredecessorLink>"), "");
     EXPECT_EQ(linksOf("<PredecessorLink><PredecessorUID>1</PredecessorUID><PredecessorUID>1</PredecessorUID>"
@@ -56,19 +56,19 @@ TEST(MSPITaskMapperLinks, toTasksThatAreNotThereAreDropped) {
               "");
 }
 
-TEST(MSPITaskMapperLinks, toAUIDThatTwoTasksHaveAreDropped) { EXPECT_EQ(linksOf(link("5")), ""); }
+TEST(MSPITaskMapperLinks, toAUIDThatTwoTasksHaveAreDropped) { EXPECT_EQ(linksOf(linkTo("5")), ""); }
 
 TEST(MSPITaskMapperLinks, toANullTaskOrTheRootTaskStay) {
-    EXPECT_EQ(linksOf(link("2")), "<prerequisite-task idref=\"t2\" kind=\"FS\"/>");
-    EXPECT_EQ(linksOf(link("0")), "<prerequisite-task idref=\"t0\" kind=\"FS\"/>");
+    EXPECT_EQ(linksOf(linkTo("2")), "<prerequisite-task idref=\"t2\" kind=\"FS\"/>");
+    EXPECT_EQ(linksOf(linkTo("0")), "<prerequisite-task idref=\"t0\" kind=\"FS\"/>");
 }
 
 TEST(MSPITaskMapperLinks, areWrittenWithThePlainNumber) {
-    EXPECT_EQ(linksOf(link(" 0012 ")), "<prerequisite-task idref=\"t12\" kind=\"FS\"/>");
-    EXPECT_EQ(linksOf(link("1.7")), "<prerequisite-task idref=\"t1\" kind=\"FS\"/>");
+    EXPECT_EQ(linksOf(linkTo(" 0012 ")), "<prerequisite-task idref=\"t12\" kind=\"FS\"/>");
+    EXPECT_EQ(linksOf(linkTo("1.7")), "<prerequisite-task idref=\"t1\" kind=\"FS\"/>");
 }
 
 TEST(MSPITaskMapperLinks, findATaskByEachOfItsUIDs) {
-    EXPECT_EQ(linksOf(link("3")), "<prerequisite-task idref=\"t3\" kind=\"FS\"/>");
-    EXPECT_EQ(linksOf(link("4")), "<prerequisite-task idref=\"t4\" kind=\"FS\"/>");
+    EXPECT_EQ(linksOf(linkTo("3")), "<prerequisite-task idref=\"t3\" kind=\"FS\"/>");
+    EXPECT_EQ(linksOf(linkTo("4")), "<prerequisite-task idref=\"t4\" kind=\"FS\"/>");
 }

@@ -73,7 +73,7 @@ TEST(MSPITaskMapper, keepsItsUIDAndRaisesTheCounterOnly) {
         const auto task = mapper.newTaskFromMSPTask(mapping.task());
         EXPECT_EQ(mapper.mspTaskUID(), readUID) << uid;
         EXPECT_EQ(mapping.maxId, counterAfter) << uid;
-        EXPECT_EQ(task.node().attribute("id").stringValue(), *uid == '\0' ? "" : "t" + std::string(uid));
+        EXPECT_EQ(task.node().attribute("id").stringValue(), *uid == '\0' ? "" : std::string("t").append(uid));
     }
 }
 
