@@ -80,9 +80,9 @@ TEST_F(ImportedBundleTest, everyRequiredElementOfTheTableOfContentsIsMissedByNam
         {"<window><editing-scenario/></window>", "", "Failed to get 'scenario/window' element from TOC XML DOM"},
         {"project>", "projects>", "Failed to get 'scenario/project' element from TOC XML DOM"},
         {"<editing-scenario/>", "", "Failed to get 'window/editing-scenario' from TOC XML DOM."},
-        {"<next-task-id>1</next-task-id>", "", "Failed to get 'project/next-task-id' element from TOC XML DOM."},
+        {"<next-task-id>1</next-task-id>", "", "Failed to get 'project/next-task-id' element from TOC XML DOM"},
         {"<next-resource-id>1</next-resource-id>", "",
-         "Failed to get 'project/next-resource-id' element from TOC XML DOM."},
+         "Failed to get 'project/next-resource-id' element from TOC XML DOM"},
         {"<duration-format/>", "", "Failed to get 'project/duration-format' from TOC XML DOM."},
         {"<effort-format/>", "", "Failed to get 'project/effort-format' from TOC XML DOM."},
     };
