@@ -244,8 +244,8 @@ class Plan:
         """Number, start and finish of each baseline that holds the task."""
         for number, (days, missing) in self.baselines.items():
             if task.key not in missing:
-                lag = -days * 480
-                yield number, self.standard.shift(task.start, lag), self.standard.shift(task.finish, lag)
+                start = self.standard.shift(task.start, -days * 480)
+                yield number, start, self.standard.shift(start, task.minutes)
 
     def write_task_baselines(self, task, work, cost):
         for number, start, finish in self.baselines_of(task):
