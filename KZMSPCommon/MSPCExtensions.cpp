@@ -12,6 +12,7 @@
 #include "MSPCTextScanner.h"
 #include "MSPCURL.h"
 #include "MSPCXMLChildPath.h"
+#include "MSPCXMLFilter.h"
 
 namespace {
 
@@ -72,7 +73,26 @@ MSPCXMLNode withText(MSPCXMLNode node, std::optional<std::string_view> text) {
 }
 
 // Positions are signed where they come from; one before the first child means the first.
-std::size_t childIndex(std::int32_t index) { return static_cast<std::size_t>(std::max(index, 0)); }
+std::size_t childIndex(std::int32_t index) {
+    return static_cast<std::size_t>(std::max(index, 0));
+}
+
+// What a selection keeps of a document, where the document is plain enough to be read piece by piece.
+std::optional<MSPCXMLDocument> selectedDocument(const MSPCURL& url, const MSPCFileSystem& fileSystem,
+                                                const MSPCXMLSelection& selection) {
+    const auto source = fileSystem.openFile(url.path());
+    if (!source) {
+        return std::nullopt;
+    }
+    bool hasFailed = false;
+    const auto read = [&](char* buffer, std::size_t capacity) {
+        const auto count = source->read(buffer, capacity);
+        hasFailed = hasFailed || !count;
+        return count.value_or(0);
+    };
+    auto filtered = filteredXML(read, source->expectedSize(), selection);
+    return filtered && !hasFailed ? MSPCXMLDocument::readFiltered(std::move(*filtered)) : std::nullopt;
+}
 
 std::optional<MSPCXMLDocument> loadedDocument(const MSPCURL& url, MSPCXMLContent content,
                                               const MSPCFileSystem& fileSystem, MSPCLog& log) {
@@ -205,8 +225,11 @@ void insertCommentAtIndex(MSPCXMLNode element, std::optional<std::string_view> t
 }
 
 MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content, const MSPCFileSystem& fileSystem,
-                                 MSPCLog& log) {
-    auto document = loadedDocument(url, content, fileSystem, log);
+                                 MSPCLog& log, const MSPCXMLSelection* selection) {
+    auto document = selection != nullptr ? selectedDocument(url, fileSystem, *selection) : std::nullopt;
+    if (!document) {
+        document = loadedDocument(url, content, fileSystem, log);
+    }
     if (!document) {
         throw MSPEXMLException("MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
     }
