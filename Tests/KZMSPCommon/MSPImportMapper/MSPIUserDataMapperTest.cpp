@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ExpectRaises.h"
+#include "MSPCExtensions.h"
 #include "MappingFixture.h"
 
 namespace {
@@ -277,8 +278,9 @@ MappedTask mappedTask(const std::string& taskContent) {
     MSPIUserDataTOCElements elements;
     MappedTask mapped;
     auto element = fixture.context.newElement("task");
-    mapped.hasKeys = addUserDataFromMSPObjectToElement(fixture.node("Tasks/Task"), element.node(),
-                                                       MSPITaskUserDataKeysTag, elements, fixture.context);
+    mapped.hasKeys = addUserDataOfExtendedAttributesToElement(
+        nodesForXQuery(fixture.node("Tasks/Task"), "ExtendedAttribute"), element.node(), MSPITaskUserDataKeysTag,
+        elements, fixture.context);
     mapped.element = markupOf(std::move(element));
     if (!elements.empty()) {
         EXPECT_EQ(elements.begin()->first, "task-user-data-keys");
