@@ -8,8 +8,8 @@
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
+#include "MSPCNodeValues.h"
 #include "MSPCPath.h"
-#include "MSPCTextScanner.h"
 #include "MSPCURL.h"
 #include "MSPCXMLChildPath.h"
 #include "MSPCXMLFilter.h"
@@ -40,29 +40,6 @@ void setXQueryError(Error* error, int code) {
     if (error != nullptr) {
         *error = Error{MSPCXQueryErrorDomain, code, {}};
     }
-}
-
-void checkIsNode(const MSPCXMLNode& node) {
-    if (!node) {
-        throw MSPCInternalInconsistency(
-            "Sent message singleObjectForXQuery:error: to an object which is not NSXMLNodeProxy.");
-    }
-}
-
-// True or false for the words that mean it; none for any other text.
-std::optional<bool> boolOfWord(std::string_view text) {
-    constexpr std::size_t longestWord = 5;
-    if (text.size() > longestWord) {
-        return std::nullopt;
-    }
-    const auto word = lowerCased(text);
-    if (word == "true" || word == "yes") {
-        return true;
-    }
-    if (word == "false" || word == "no") {
-        return false;
-    }
-    return std::nullopt;
 }
 
 MSPCXMLNode withText(MSPCXMLNode node, std::optional<std::string_view> text) {
@@ -115,60 +92,24 @@ std::optional<MSPCXMLDocument> loadedDocument(const MSPCURL& url, MSPCXMLContent
 MSPCXMLNode singleObjectForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
     checkIsNode(node);
     const auto matches = matchesOf(node, query);
-    if (matches.count == 0) {
-        setXQueryError(error, MSPCXQueryNoMatch);
-    } else if (matches.count > 1) {
-        setXQueryError(error, MSPCXQueryMoreThanOneMatch);
-    }
+    reportMatches(matches.count, error);
     return matches.last;
 }
 
 std::optional<std::string> stringValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
-    const auto match = singleObjectForXQuery(node, query, error);
-    return match ? std::optional(match.stringValue()) : std::nullopt;
+    return stringValueOf(singleObjectForXQuery(node, query, error));
 }
 
 std::int64_t intValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
-    const auto match = singleObjectForXQuery(node, query, error);
-    if (!match) {
-        return 0;
-    }
-    std::string buffer;
-    const auto value = scanInteger64(match.stringValue(buffer));
-    if (!value) {
-        throw MSPCInternalInconsistency("Failed to get int value from XML node: " + match.markup());
-    }
-    return *value;
+    return intValueOf(singleObjectForXQuery(node, query, error));
 }
 
 double floatValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
-    const auto match = singleObjectForXQuery(node, query, error);
-    if (!match) {
-        return 0.0;
-    }
-    std::string buffer;
-    const auto value = scanDouble(match.stringValue(buffer));
-    if (!value) {
-        throw MSPCInternalInconsistency("Failed to get float value from XML node: " + match.markup());
-    }
-    return *value;
+    return floatValueOf(singleObjectForXQuery(node, query, error));
 }
 
 bool boolValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
-    const auto match = singleObjectForXQuery(node, query, error);
-    if (!match) {
-        return false;
-    }
-    std::string buffer;
-    const auto text = trimmed(match.stringValue(buffer));
-    if (const auto word = boolOfWord(text)) {
-        return *word;
-    }
-    const auto value = scanInteger32(text);
-    if (!value) {
-        throw MSPCInternalInconsistency("Failed to get boolean value from XML node: " + match.markup());
-    }
-    return *value != 0;
+    return boolValueOf(singleObjectForXQuery(node, query, error));
 }
 
 std::vector<MSPCXMLNode> nodesForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {

@@ -65,7 +65,8 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
 }
 
 std::optional<MSPCXMLDocument> MSPCXMLDocument::readFiltered(MSPCXMLFiltered filtered) {
-    auto tree = Tree::load(std::move(filtered.bytes), {MSPCXMLContent::DataOnly, filtered.hasCDATASections, false});
+    auto tree =
+        Tree::load(std::move(filtered.bytes), {MSPCXMLContent::DataOnly, filtered.hasCDATASections, false});
     return tree ? std::optional(MSPCXMLDocument(std::move(tree))) : std::nullopt;
 }
 

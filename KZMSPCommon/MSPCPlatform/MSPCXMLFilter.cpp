@@ -15,6 +15,7 @@ enum CharacterClass : unsigned char {
     NameStart = 1,
     NamePart = 2,
     Blank = 4,
+    PlainText = 8,  // neither markup nor a reference, nor the NUL behind the window
 };
 
 // The classes that the tree library sees in a byte, so that what passes here is what it would take.
@@ -25,8 +26,9 @@ constexpr std::array<unsigned char, 256> characterClasses = [] {
                               byte == ':' || byte >= 0x80;
         const bool isLater = (byte >= '0' && byte <= '9') || byte == '-' || byte == '.';
         const bool isBlank = byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+        const bool isPlain = byte != '<' && byte != '&' && byte != '\0';
         classes[byte] = static_cast<unsigned char>((isLetter ? NameStart | NamePart : 0) | (isLater ? NamePart : 0) |
-                                                   (isBlank ? Blank : 0));
+                                                   (isBlank ? Blank : 0) | (isPlain ? PlainText : 0));
     }
     return classes;
 }();
@@ -44,6 +46,14 @@ std::size_t endOfName(std::string_view text) {
         ++end;
     }
     return end;
+}
+
+// The first character that is not of a class. The text must end with one.
+const char* skip(const char* text, CharacterClass skipped) {
+    while (hasClass(*text, skipped)) {
+        ++text;
+    }
+    return text;
 }
 
 bool isAllBlank(std::string_view text) {
@@ -71,7 +81,13 @@ public:
         if (!skipMarkAndDeclaration()) {
             return std::nullopt;
         }
-        while (const auto text = textBeforeMarkup()) {
+        for (;;) {
+            while (takeLeaf()) {
+            }
+            const auto text = textBeforeMarkup();
+            if (!text) {
+                break;
+            }
             if (!takeText(*text) || !takeMarkup()) {
                 return std::nullopt;
             }
@@ -99,10 +115,10 @@ private:
             _end -= _at;
             _at = 0;
         }
-        if (_end == _window.size()) {
+        if (_end + 1 == _window.size()) {
             _window.resize(2 * _window.size());
         }
-        const auto count = _read(_window.data() + _end, _window.size() - _end);
+        const auto count = _read(_window.data() + _end, _window.size() - _end - 1);
         _end += count;
         _isAtEnd = count == 0;
         return !_isAtEnd;
@@ -149,6 +165,38 @@ private:
         const bool isUtf8 = encoding == std::string::npos || declaration.find("utf-8", encoding) != std::string::npos;
         _at += *end + 2;
         return isUtf8;
+    }
+
+    // Takes "<Name>text</Name>", which is what most of a plan is made of, where it stands in the window as a whole. False
+    // for whatever else comes next, which is then looked at with more care.
+    bool takeLeaf() {
+        if (_open.size() == 1 || keepsContent()) {
+            return false;
+        }
+        _window[_end] = '\0';  // stops every search below
+        const auto* const tag = skip(_window.data() + _at, Blank);
+        const auto* const name = tag + 1;
+        if (*tag != '<' || !hasClass(*name, NameStart)) {
+            return false;
+        }
+        const auto* const nameEnd = skip(name, NamePart);
+        const auto nameSize = static_cast<std::size_t>(nameEnd - name);
+        const auto* const textEnd = *nameEnd == '>' ? skip(nameEnd + 1, PlainText) : nameEnd;
+        const auto* const windowEnd = _window.data() + _end;
+        if (*textEnd != '<' || static_cast<std::size_t>(windowEnd - textEnd) < nameSize + 3 || textEnd[1] != '/' ||
+            std::memcmp(textEnd + 2, name, nameSize) != 0 || textEnd[2 + nameSize] != '>') {
+            return false;
+        }
+        const auto* const leafEnd = textEnd + nameSize + 3;
+        const auto* const selection = selectionOf({name, nameSize});
+        if (selection != nullptr) {
+            if (!selection->isWhole()) {
+                return false;
+            }
+            _kept.bytes.append(tag, leafEnd);
+        }
+        _at = static_cast<std::size_t>(leafEnd - _window.data());
+        return true;
     }
 
     std::optional<std::string_view> textBeforeMarkup() {
@@ -281,7 +329,7 @@ private:
     }
 
     const MSPCByteReader& _read;
-    std::string _window;  // the bytes from _at to _end are still to be looked at
+    std::string _window;  // the bytes from _at to _end are still to be looked at; one byte behind them is free
     std::size_t _at = 0;
     std::size_t _end = 0;
     bool _isAtEnd = false;

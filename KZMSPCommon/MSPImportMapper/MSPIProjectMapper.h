@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "MSPCFields.h"
 #include "MSPIAssignmentPool.h"
 #include "MSPIObjectMapperBase.h"
 #include "MSPITaskTree.h"
@@ -78,8 +79,8 @@ private:
 
     void mapTask(const MSPCXMLNode& mspTask, TaskRun& run);
     void takeOverRootTask(const MSPCXMLNode& task, bool isSummary, std::int64_t outlineLevel, TaskRun& run) const;
-    bool addSplitPieces(const MSPCXMLNode& mspTask, MSPCXMLNode task, TaskRun& run);
-    void addMspAssignmentsForMspdiTaskToTask(const MSPCXMLNode& mspTask, MSPCXMLNode task, TaskRun& run) const;
+    bool addSplitPieces(const MSPCFields& mspTask, MSPCXMLNode task, TaskRun& run);
+    void addMspAssignmentsForMspdiTaskToTask(const MSPCFields& mspTask, MSPCXMLNode task, TaskRun& run) const;
     void linkIntoTree(const MSPCXMLNode& task, std::int64_t outlineLevel, TaskRun& run) const;
     void giveFinalIdsToSplitPieces(TaskRun& run);
 

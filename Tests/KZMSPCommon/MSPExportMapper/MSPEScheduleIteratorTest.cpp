@@ -97,6 +97,17 @@ TEST_F(MSPEScheduleIteratorTest, weekdayLeftOutByAClockChange_endsTheWalk) {
     EXPECT_EQ(last, "2013-03-24T23:00:00 0 8-12 1");
 }
 
+// So does a week that holds a weekday twice: the next Monday is eight steps away.
+TEST_F(MSPEScheduleIteratorTest, weekdayMetTwice_endsTheWalk) {
+    const auto berlin = gregorianIn("Europe/Berlin");
+    MSPEScheduleCalendar mondays(berlin);
+    mondays.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, Monday);
+    MSPEScheduleIterator iterator(mondays, instantAt("2012-10-15T00:00:00", berlin), Forward);
+    EXPECT_EQ(nextText(iterator, berlin), "2012-10-15T00:00:00 0 8-12 0");
+    EXPECT_EQ(nextText(iterator, berlin), "2012-10-22T00:00:00 0 8-12 1");
+    EXPECT_EQ(nextText(iterator, berlin), "end");
+}
+
 TEST_F(MSPEScheduleIteratorTest, workingDayWithoutPeriods_raisesBackward) {
     MSPEScheduleCalendar::WorkingDays days;
     days[Monday].isWorkingDay = true;

@@ -114,6 +114,31 @@ TEST(MSPEScheduleLeaps, countsThousandsOfYearsAsTheIteratorDoes) {
     }
 }
 
+// Juneau moved to the other side of the date line in 1867 and had a Saturday twice; no later cycle repeats that.
+static MSPEScheduleCalendar workingSaturdaysInJuneau() {
+    auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("America/Juneau"));
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 7);
+    return calendar;
+}
+
+TEST(MSPEScheduleLeaps, countFromThePastAcrossCyclesAsTheIteratorDoes) {
+    const auto calendar = workingSaturdaysInJuneau();
+    const auto from = instantAt("1860-06-07T10:11:12", calendar.gregorian());
+    const auto to = instantAt("3456-01-23T09:08:07", calendar.gregorian());
+    EXPECT_EQ(calendar.workingTimeFromDateToDate(from, to), plainCount(calendar, from, to));
+}
+
+TEST(MSPEScheduleLeaps, countCyclesFromEveryWeekdayAsTheIteratorDoes) {
+    Random random;
+    const auto gregorian = gregorianIn("Europe/Berlin");
+    for (int day = 0; day < 14; ++day) {
+        const auto calendar = random.calendar(gregorian);
+        const auto from = instantAt("2150-01-01T00:00:00", gregorian) + day * Day;
+        const auto to = from + 480'000 * Day;
+        EXPECT_EQ(calendar.workingTimeFromDateToDate(from, to), plainCount(calendar, from, to)) << day;
+    }
+}
+
 TEST(MSPEScheduleLeaps, advanceAsTheWalkDayByDayDoes) {
     Random random;
     for (const auto* zone : Zones) {
@@ -141,6 +166,17 @@ TEST(MSPEScheduleLeaps, advanceThousandsOfYearsAsTheWalkDayByDayDoes) {
         EXPECT_EQ(calendar.dateAdvanceByDurationForward(*later, 17'000'000'000.25, Backward),
                   plainAdvance(calendar, *later, 17'000'000'000.25, Backward))
             << zone;
+    }
+}
+
+TEST(MSPEScheduleLeaps, advanceFromTheFutureIntoThePastAsTheWalkDayByDayDoes) {
+    const auto calendar = workingSaturdaysInJuneau();
+    for (int year = 2570; year < 2900; year += 50) {
+        const auto date = instantAt(std::to_string(year) + "-06-07T10:11:12", calendar.gregorian());
+        const auto duration = (year - 1800) * 8.265e6;
+        EXPECT_EQ(calendar.dateAdvanceByDurationForward(date, duration, Backward),
+                  plainAdvance(calendar, date, duration, Backward))
+            << year;
     }
 }
 
@@ -190,4 +226,20 @@ TEST(MSPEScheduleLeaps, endAWeekBeforeTheClocksChange) {
     // Backward from Monday 16 April, 21 days and 21 hours after it.
     MSPEScheduleLeaps backward(gregorian.timeZone(), Backward, 144'000);
     EXPECT_EQ(backward.leapFrom(instantAt("2012-04-16T00:00:00", gregorian), 0, {unbounded, unbounded}).time, 14 * Day);
+}
+
+TEST(MSPEScheduleLeaps, comeByTheEndOfTheCycleBeingMeasured) {
+    constexpr auto unbounded = std::numeric_limits<double>::infinity();
+    const auto gregorian = gregorianIn("Europe/Berlin");
+    MSPEScheduleLeaps leaps(gregorian.timeZone(), Forward, 144'000);
+    const auto begin = instantAt("2150-01-05T00:00:00", gregorian);
+    // No work is left for a leap, so a cycle begins here.
+    EXPECT_EQ(leaps.leapFrom(begin, 0, {unbounded, 0}).time, 0);
+    const auto fourWeeksBeforeItsEnd = begin + (MSPCTimeZone::GregorianCycle - 28 * Day);
+    EXPECT_EQ(leaps.leapFrom(fourWeeksBeforeItsEnd, 5'000'000, {unbounded, unbounded}).time, 28 * Day);
+    // At its end three more cycles fit into the limits.
+    const auto byTime = leaps.leapFrom(begin + MSPCTimeZone::GregorianCycle, 5'000'007,
+                                       {3.5 * MSPCTimeZone::GregorianCycle, 20'000'000});
+    EXPECT_EQ(byTime.time, 3 * MSPCTimeZone::GregorianCycle);
+    EXPECT_EQ(byTime.work, 15'000'021);
 }

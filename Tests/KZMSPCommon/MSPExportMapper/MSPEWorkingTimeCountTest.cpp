@@ -54,7 +54,7 @@ TEST(MSPEWorkingTimeCount, fractionsOfTheDates_areDropped) {
 }
 
 // Deliberate: days are stepped by 86,400 s. In spring the last day begins at 01:00, later than its midnight, and does
-// not count; in autumn Sunday comes twice and Monday begins on Sunday evening... at 23:00 of its own evening.
+// not count; in autumn Sunday comes twice and Monday begins at 23:00 of its own evening.
 TEST(MSPEWorkingTimeCount, afterAClockChange_theLastDayIsNotMet) {
     const auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("Europe/Berlin"));
     EXPECT_EQ(workBetween(calendar, "2012-03-19T00:00:00", "2012-04-02T12:00:00"), 10 * 8 * Hour);
@@ -101,7 +101,7 @@ TEST(MSPEWorkingTimeCount, periodsOfAnySize_countTheirDay) {
 TEST(MSPEWorkingTimeCount, datesBeyondAllCalendars_areCountedInBoundedTime) {
     const auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("Europe/Berlin"));
     constexpr auto farthest = std::numeric_limits<double>::max();
-    // A year of 2,087 or so working days per 8 years and more: the exact number is beyond whole seconds.
+    // Forty of 168 hours of 2^61 seconds; the exact number is beyond whole seconds.
     const auto work = calendar.workingTimeFromDateToDate(MSPCInstant{-farthest}, MSPCInstant{farthest});
     EXPECT_GT(work, 5.4e17);
     EXPECT_LT(work, 5.6e17);
