@@ -177,8 +177,10 @@ void MSPIProjectMapper::addMspResourcesToScenarioTopGroupResource(std::span<cons
                                                                   const MSPCXMLNode& topGroupResource) {
     for (const auto& mspResource : mspResources) {
         checkNode(mspResource, "Resource");
-        // MSPDI's resource 0 stands for "nobody".
-        if (intValueForXQuery(mspResource, "UID") == 0) {
+        Error error;
+        const auto uid = intValueForXQuery(mspResource, "UID", &error);
+        // MSPDI's resource 0 stands for "nobody"; one with several UIDs cannot be told from others.
+        if (error || uid == 0) {
             continue;
         }
         MSPIResourceMapper resourceMapper(_mapper, _userDataTOCElements, _mspResourceMaxId);

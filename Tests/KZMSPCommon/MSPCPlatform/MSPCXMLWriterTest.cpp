@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 
-#include <fstream>
 #include <memory>
 
 #include "MSPCStringSink.h"
