@@ -8,10 +8,11 @@
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
+#include "MSPCNodeValues.h"
 #include "MSPCPath.h"
-#include "MSPCTextScanner.h"
 #include "MSPCURL.h"
 #include "MSPCXMLChildPath.h"
+#include "MSPCXMLFilter.h"
 
 namespace {
 
@@ -41,29 +42,6 @@ void setXQueryError(Error* error, int code) {
     }
 }
 
-void checkIsNode(const MSPCXMLNode& node) {
-    if (!node) {
-        throw MSPCInternalInconsistency(
-            "Sent message singleObjectForXQuery:error: to an object which is not NSXMLNodeProxy.");
-    }
-}
-
-// True or false for the words that mean it; none for any other text.
-std::optional<bool> boolOfWord(std::string_view text) {
-    constexpr std::size_t longestWord = 5;
-    if (text.size() > longestWord) {
-        return std::nullopt;
-    }
-    const auto word = lowerCased(text);
-    if (word == "true" || word == "yes") {
-        return true;
-    }
-    if (word == "false" || word == "no") {
-        return false;
-    }
-    return std::nullopt;
-}
-
 MSPCXMLNode withText(MSPCXMLNode node, std::optional<std::string_view> text) {
     if (text) {
         node.setStringValue(*text);
@@ -72,7 +50,26 @@ MSPCXMLNode withText(MSPCXMLNode node, std::optional<std::string_view> text) {
 }
 
 // Positions are signed where they come from; one before the first child means the first.
-std::size_t childIndex(std::int32_t index) { return static_cast<std::size_t>(std::max(index, 0)); }
+std::size_t childIndex(std::int32_t index) {
+    return static_cast<std::size_t>(std::max(index, 0));
+}
+
+// What a selection keeps of a document, where the document is plain enough to be read piece by piece.
+std::optional<MSPCXMLDocument> selectedDocument(const MSPCURL& url, const MSPCFileSystem& fileSystem,
+                                                const MSPCXMLSelection& selection) {
+    const auto source = fileSystem.openFile(url.path());
+    if (!source) {
+        return std::nullopt;
+    }
+    bool hasFailed = false;
+    const auto read = [&](char* buffer, std::size_t capacity) {
+        const auto count = source->read(buffer, capacity);
+        hasFailed = hasFailed || !count;
+        return count.value_or(0);
+    };
+    auto filtered = filteredXML(read, source->expectedSize(), selection);
+    return filtered && !hasFailed ? MSPCXMLDocument::readFiltered(std::move(*filtered)) : std::nullopt;
+}
 
 std::optional<MSPCXMLDocument> loadedDocument(const MSPCURL& url, MSPCXMLContent content,
                                               const MSPCFileSystem& fileSystem, MSPCLog& log) {
@@ -95,60 +92,24 @@ std::optional<MSPCXMLDocument> loadedDocument(const MSPCURL& url, MSPCXMLContent
 MSPCXMLNode singleObjectForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
     checkIsNode(node);
     const auto matches = matchesOf(node, query);
-    if (matches.count == 0) {
-        setXQueryError(error, MSPCXQueryNoMatch);
-    } else if (matches.count > 1) {
-        setXQueryError(error, MSPCXQueryMoreThanOneMatch);
-    }
+    reportMatches(matches.count, error);
     return matches.last;
 }
 
 std::optional<std::string> stringValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
-    const auto match = singleObjectForXQuery(node, query, error);
-    return match ? std::optional(match.stringValue()) : std::nullopt;
+    return stringValueOf(singleObjectForXQuery(node, query, error));
 }
 
 std::int64_t intValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
-    const auto match = singleObjectForXQuery(node, query, error);
-    if (!match) {
-        return 0;
-    }
-    std::string buffer;
-    const auto value = scanInteger64(match.stringValue(buffer));
-    if (!value) {
-        throw MSPCInternalInconsistency("Failed to get int value from XML node: " + match.markup());
-    }
-    return *value;
+    return intValueOf(singleObjectForXQuery(node, query, error));
 }
 
 double floatValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
-    const auto match = singleObjectForXQuery(node, query, error);
-    if (!match) {
-        return 0.0;
-    }
-    std::string buffer;
-    const auto value = scanDouble(match.stringValue(buffer));
-    if (!value) {
-        throw MSPCInternalInconsistency("Failed to get float value from XML node: " + match.markup());
-    }
-    return *value;
+    return floatValueOf(singleObjectForXQuery(node, query, error));
 }
 
 bool boolValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
-    const auto match = singleObjectForXQuery(node, query, error);
-    if (!match) {
-        return false;
-    }
-    std::string buffer;
-    const auto text = trimmed(match.stringValue(buffer));
-    if (const auto word = boolOfWord(text)) {
-        return *word;
-    }
-    const auto value = scanInteger32(text);
-    if (!value) {
-        throw MSPCInternalInconsistency("Failed to get boolean value from XML node: " + match.markup());
-    }
-    return *value != 0;
+    return boolValueOf(singleObjectForXQuery(node, query, error));
 }
 
 std::vector<MSPCXMLNode> nodesForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
@@ -205,8 +166,11 @@ void insertCommentAtIndex(MSPCXMLNode element, std::optional<std::string_view> t
 }
 
 MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content, const MSPCFileSystem& fileSystem,
-                                 MSPCLog& log) {
-    auto document = loadedDocument(url, content, fileSystem, log);
+                                 MSPCLog& log, const MSPCXMLSelection* selection) {
+    auto document = selection != nullptr ? selectedDocument(url, fileSystem, *selection) : std::nullopt;
+    if (!document) {
+        document = loadedDocument(url, content, fileSystem, log);
+    }
     if (!document) {
         throw MSPEXMLException("MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
     }

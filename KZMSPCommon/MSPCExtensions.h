@@ -13,12 +13,13 @@
 class MSPCFileSystem;
 class MSPCLog;
 class MSPCURL;
+class MSPCXMLSelection;
 
 // The node operations through which every mapper reads and writes XML.
 //
 // Queries are XPath 1.0 relative to the node. A query that must yield one node reports through `error` (when given)
-// `MSPCXQueryNoMatch` when nothing matched or the query is malformed, and `MSPCXQueryMoreThanOneMatch` when several nodes
-// did; the last one in document order then counts. An error that is given is set only in these two cases.
+// `MSPCXQueryNoMatch` when nothing matched or the query is malformed, and `MSPCXQueryMoreThanOneMatch` when several
+// nodes did; the last one in document order then counts. An error that is given is set only in these two cases.
 //
 // Each query raises `MSPCInternalInconsistency` "Sent message singleObjectForXQuery:error: to an object which is not
 // NSXMLNodeProxy." when the node is an empty handle.
@@ -64,12 +65,14 @@ MSPCXMLNode insertChildElementWithNameStringValueAtIndex(MSPCXMLNode element, st
 void addComment(MSPCXMLNode element, std::optional<std::string_view> text);
 void insertCommentAtIndex(MSPCXMLNode element, std::optional<std::string_view> text, std::int32_t index);
 
-// The document in a file, owned by the caller. Markup that does not parse is mended where that yields an MSPDI
-// `Project`, with the log line "WARNING: Repaired malformed XML in '<path>' at line <n>: <parser's message>".
+// The document in a file, owned by the caller. With a `selection` only what it names is kept, which is all that may then be
+// asked for; the answers are those of the whole document. Markup that does not parse is mended where that yields an
+// MSPDI `Project`, with the log line "WARNING: Repaired malformed XML in '<path>' at line <n>: <parser's message>".
 // Raises `MSPEXMLException` "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data." when no
 // document results.
 [[nodiscard]] MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content,
-                                               const MSPCFileSystem& fileSystem, MSPCLog& log);
+                                               const MSPCFileSystem& fileSystem, MSPCLog& log,
+                                               const MSPCXMLSelection* selection = nullptr);
 // The same with the text "MSPEXMLExporter.newXmlDocFromUrlStripNamespace: Failed to build XML DOM from source data.".
 // Deliberate: despite its name it removes no namespace.
 [[nodiscard]] MSPCXMLDocument newXmlDocFromUrlStripNamespace(const MSPCURL& url, MSPCXMLContent content,

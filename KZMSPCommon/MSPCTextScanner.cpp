@@ -7,7 +7,9 @@
 
 namespace {
 
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
 
 std::string_view withoutLeadingBlanks(std::string_view text) {
     while (!text.empty() && isBlank(text.front())) {
@@ -62,9 +64,13 @@ bool isTooLarge(std::string_view number) {
 
 }  // namespace
 
-std::optional<std::int64_t> scanInteger64(std::string_view text) { return scanInteger<std::int64_t>(text); }
+std::optional<std::int64_t> scanInteger64(std::string_view text) {
+    return scanInteger<std::int64_t>(text);
+}
 
-std::optional<std::int32_t> scanInteger32(std::string_view text) { return scanInteger<std::int32_t>(text); }
+std::optional<std::int32_t> scanInteger32(std::string_view text) {
+    return scanInteger<std::int32_t>(text);
+}
 
 std::optional<double> scanDouble(std::string_view text) {
     const auto [isNegative, number] = splitSign(text);

@@ -10,6 +10,7 @@
 #include "MSPCLog.h"
 #include "MSPCPath.h"
 #include "MSPIBundleNaming.h"
+#include "MSPIElementsRead.h"
 #include "MSPIScenarioCheck.h"
 
 namespace {
@@ -77,6 +78,7 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     if (!importScenario(std::nullopt, documents, bundlePath)) {
         return false;
     }
+    _info.baselineCounts = MSPIBaselineCounts::ofProject(documents.mspdi.root());
     for (int number = 0; number <= LastBaselineNumber; ++number) {
         importScenario(number, documents, bundlePath);
     }
@@ -111,14 +113,14 @@ std::string MSPIXMLImporter::copyTemplate(const MSPCURL& source, const MSPCURL& 
 }
 
 MSPIXMLImporter::Documents MSPIXMLImporter::loadDocuments(const MSPCURL& source, const std::string& bundlePath) const {
-    const auto load = [this](const MSPCURL& url, MSPCXMLContent content) {
-        return newXmlDocFromUrl(url, content, _services.fileSystem, _services.log);
+    const auto load = [this](const MSPCURL& url, MSPCXMLContent content, const MSPCXMLSelection* selection = nullptr) {
+        return newXmlDocFromUrl(url, content, _services.fileSystem, _services.log, selection);
     };
     const auto inBundle = [&bundlePath](std::string_view fileName) {
         return MSPCURL::fileURL(pathByAppendingComponent(bundlePath, fileName), false);
     };
     _services.log.log("Begin loading XML document ...");
-    auto mspdi = load(source, MSPCXMLContent::DataOnly);
+    auto mspdi = load(source, MSPCXMLContent::DataOnly, &MSPIElementsRead());
     _services.log.log("Process XML DOM ...");
     auto kdzxTemplate = load(inBundle(MSPIActualScenarioFileName), MSPCXMLContent::Everything);
     auto kdzxTOC = load(inBundle(MSPITOCFileName), MSPCXMLContent::Everything);

@@ -20,7 +20,9 @@ namespace fs = std::filesystem;
 namespace {
 
 // A path with a zero byte would reach the system cut off there and name something else.
-bool isCutOff(const std::string& path) { return path.find('\0') != std::string::npos; }
+bool isCutOff(const std::string& path) {
+    return path.find('\0') != std::string::npos;
+}
 
 std::optional<struct stat> statusOf(const std::string& path) {
     struct stat status {};

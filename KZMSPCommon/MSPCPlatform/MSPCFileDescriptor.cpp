@@ -8,7 +8,8 @@
 #include <utility>
 
 MSPCFileDescriptor::MSPCFileDescriptor(MSPCFileDescriptor&& other) noexcept
-    : _number(std::exchange(other._number, -1)) {}
+    : _number(std::exchange(other._number, -1)) {
+}
 
 MSPCFileDescriptor& MSPCFileDescriptor::operator=(MSPCFileDescriptor&& other) noexcept {
     std::swap(_number, other._number);
@@ -63,4 +64,6 @@ int MSPCFileDescriptor::close() noexcept {
     return failed && errno != EINTR ? errno : 0;
 }
 
-std::string MSPCSystemErrorText(int error) { return std::generic_category().message(error); }
+std::string MSPCSystemErrorText(int error) {
+    return std::generic_category().message(error);
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +11,16 @@ class MSPCByteSink {
 public:
     virtual ~MSPCByteSink() = default;
     virtual void write(std::string_view bytes) = 0;
+};
+
+// Gives the bytes of an open file piece by piece.
+class MSPCByteSource {
+public:
+    virtual ~MSPCByteSource() = default;
+    // Reads up to `capacity` bytes and gives their number, 0 at the end; none when reading fails.
+    [[nodiscard]] virtual std::optional<std::size_t> read(char* buffer, std::size_t capacity) = 0;
+    // The size of the file in bytes, as far as it is known.
+    [[nodiscard]] virtual std::size_t expectedSize() const = 0;
 };
 
 // The file operations of the importer. Paths are bytes, as the system takes them. Operations that answer with an
@@ -35,12 +46,16 @@ public:
     [[nodiscard]] virtual std::optional<std::string> readFile(const std::string& path,
                                                               std::string* failure = nullptr) const = 0;
 
+    // An open file to be read in pieces; a null pointer when it cannot be read. What does not read in pieces gives the
+    // content of `readFile`.
+    [[nodiscard]] virtual std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const;
+
     // Copies a folder with all its content to a path that must not exist yet. Taking that name is one step: of several
     // runs that copy to one path at the same time exactly one succeeds, the others fail and find `existedAlready` set,
     // if that is given (it is cleared otherwise), so that they can try the next name. The content appears under the
-    // name all at once, when it is complete. `from` may be a link to a folder; links inside it are copied as links. What
-    // is neither file, folder nor link is refused and never opened. Every copied file and folder is made readable and
-    // writable by its owner. A copy that fails halfway leaves nothing behind.
+    // name all at once, when it is complete. `from` may be a link to a folder; links inside it are copied as links.
+    // What is neither file, folder nor link is refused and never opened. Every copied file and folder is made readable
+    // and writable by its owner. A copy that fails halfway leaves nothing behind.
     [[nodiscard]] virtual std::optional<std::string> copyFolder(const std::string& from, const std::string& to,
                                                                 bool* existedAlready = nullptr) = 0;
     // Removes a file, a link (not its target) or a folder with all its content. Fails when nothing is there.
@@ -64,6 +79,7 @@ public:
     [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;
     [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
                                                       std::string* failure = nullptr) const override;
+    [[nodiscard]] std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const override;
     [[nodiscard]] std::optional<std::string> copyFolder(const std::string& from, const std::string& to,
                                                         bool* existedAlready = nullptr) override;
     [[nodiscard]] std::optional<std::string> remove(const std::string& path) override;

@@ -133,9 +133,8 @@ std::optional<std::string> MSPCFolderCopy::takeName() {
 std::optional<std::string> MSPCFolderCopy::makeStage() {
     std::string stage;
     const auto mode = _items.front().mode | 0700U;
-    const int error = MSPCMakeUnderTemporaryName(_to, stage, [mode](const std::string& path) {
-        return ::mkdir(path.c_str(), mode) == 0 ? 0 : errno;
-    });
+    const int error = MSPCMakeUnderTemporaryName(
+        _to, stage, [mode](const std::string& path) { return ::mkdir(path.c_str(), mode) == 0 ? 0 : errno; });
     if (error == 0) {
         _stage = std::move(stage);
     }

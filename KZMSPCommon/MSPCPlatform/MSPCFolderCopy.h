@@ -28,7 +28,8 @@ private:
     };
 
     [[nodiscard]] std::optional<std::string> listItems();
-    [[nodiscard]] std::optional<std::string> addItem(const std::string& path, const std::filesystem::file_status& status);
+    [[nodiscard]] std::optional<std::string> addItem(const std::string& path,
+                                                     const std::filesystem::file_status& status);
     [[nodiscard]] std::optional<std::string> takeName();
     [[nodiscard]] std::optional<std::string> makeStage();
     [[nodiscard]] std::optional<std::string> copyItems() const;

@@ -26,12 +26,21 @@ private:
 };
 
 MSPCStandardErrorLog::MSPCStandardErrorLog(std::string processName)
-    : _sink(std::make_unique<Sink>(std::move(processName))) {}
+    : _sink(std::make_unique<Sink>(std::move(processName))) {
+}
 
-MSPCStandardErrorLog::~MSPCStandardErrorLog() { flush(); }
+MSPCStandardErrorLog::~MSPCStandardErrorLog() {
+    flush();
+}
 
-void MSPCStandardErrorLog::log(std::string_view message) { _sink->log(message); }
+void MSPCStandardErrorLog::log(std::string_view message) {
+    _sink->log(message);
+}
 
-void MSPCStandardErrorLog::flush() noexcept { _sink->block.flush(); }
+void MSPCStandardErrorLog::flush() noexcept {
+    _sink->block.flush();
+}
 
-void MSPCStandardErrorLog::flushWithin(std::chrono::milliseconds limit) noexcept { _sink->block.flushWithin(limit); }
+void MSPCStandardErrorLog::flushWithin(std::chrono::milliseconds limit) noexcept {
+    _sink->block.flushWithin(limit);
+}

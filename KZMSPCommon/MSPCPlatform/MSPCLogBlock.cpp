@@ -58,7 +58,8 @@ void writeOut(int file, std::string_view bytes, std::optional<Clock::time_point>
 
 }  // namespace
 
-MSPCLogBlock::MSPCLogBlock(int file) : _file(file), _isTerminal(::isatty(file) == 1) {}
+MSPCLogBlock::MSPCLogBlock(int file) : _file(file), _isTerminal(::isatty(file) == 1) {
+}
 
 void MSPCLogBlock::add(std::string_view line) {
     if (line.size() > _bytes.size() - _used) {

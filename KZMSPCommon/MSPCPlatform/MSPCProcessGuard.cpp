@@ -81,4 +81,6 @@ MSPCProcessGuard::MSPCProcessGuard(MSPCStandardErrorLog& log) {
     }
 }
 
-MSPCProcessGuard::~MSPCProcessGuard() { guardedLog = nullptr; }
+MSPCProcessGuard::~MSPCProcessGuard() {
+    guardedLog = nullptr;
+}

@@ -180,6 +180,18 @@ std::int64_t MSPCTimeZone::daylightSavingOffset(MSPCInstant instant) const {
     return _rules->intervalAt(seconds - cyclesShift(seconds)).daylightSaving;
 }
 
+MSPCTimeSpan MSPCTimeZone::steadySpanAt(MSPCInstant instant) const {
+    constexpr auto unbounded = std::numeric_limits<double>::infinity();
+    const auto seconds = MSPCWholeSeconds(instant);
+    const auto shift = cyclesShift(seconds);
+    const auto& interval = _rules->intervalAt(seconds - shift);
+    const auto shifted = [shift](std::int64_t bound) { return static_cast<double>(bound) + static_cast<double>(shift); };
+    return {{interval.start == std::numeric_limits<std::int64_t>::min() ? -unbounded : shifted(interval.start)},
+            {interval.end == std::numeric_limits<std::int64_t>::max() ? unbounded : shifted(interval.end)}};
+}
+
+MSPCInstant MSPCTimeZone::startOfCycles() { return {static_cast<double>(EndOfLookups - ::GregorianCycle)}; }
+
 MSPCInstant MSPCTimeZone::instantFromWallClock(std::int64_t wallClockSeconds) const {
     const auto reachable = std::clamp(wallClockSeconds, -MSPCFarthestSecond, MSPCFarthestSecond);
     const auto shift = cyclesShift(reachable);

@@ -10,6 +10,12 @@
 
 class MSPCLog;
 
+// A stretch of time: from `start` on, before `end`. Infinite where it has no bound.
+struct MSPCTimeSpan {
+    MSPCInstant start;
+    MSPCInstant end;
+};
+
 // A time zone: a value that maps instants to offsets from Greenwich and wall-clock times to instants. Copies share
 // the zone's data, which remembers what it looked up and is therefore not for several threads at once. Offsets are in
 // seconds, positive east of Greenwich. Before a zone's first known change its first offset holds, after the last one
@@ -32,6 +38,13 @@ public:
     // The daylight-saving part of that offset, 0 outside daylight-saving time: 3600 in the Irish summer, which some call
     // the standard time there, and 1800 in the summer of Lord Howe.
     [[nodiscard]] std::int64_t daylightSavingOffset(MSPCInstant instant) const;
+
+    // A stretch around an instant in which the whole offset stays the same; not always the longest one.
+    [[nodiscard]] MSPCTimeSpan steadySpanAt(MSPCInstant instant) const;
+    // 400 years, after which the dates and weekdays of the Gregorian calendar repeat, and the instant from which on all
+    // offsets repeat with them, in every zone.
+    static constexpr MSPCTimeInterval GregorianCycle = 146'097.0 * 86'400;
+    [[nodiscard]] static MSPCInstant startOfCycles();
 
     // The instant at which the zone's wall clocks show `wallClockSeconds`, counted since 1970-01-01T00:00:00 as if
     // the wall clock were UTC. A time that a change skips is taken with the offset before the change; one that occurs

@@ -13,8 +13,12 @@ constexpr std::string_view hexDigits = "0123456789ABCDEF";
 constexpr std::string_view pathMarks = "-._~!$&'()*+,;=:@/";
 constexpr std::string_view schemeMarks = "+-.";
 
-bool isIn(std::string_view set, char character) { return set.find(character) != std::string_view::npos; }
-bool isAlphanumeric(char character) { return isIn(letters, character) || isIn(digits, character); }
+bool isIn(std::string_view set, char character) {
+    return set.find(character) != std::string_view::npos;
+}
+bool isAlphanumeric(char character) {
+    return isIn(letters, character) || isIn(digits, character);
+}
 
 std::string percentEncoded(std::string_view path) {
     std::string result;
@@ -96,7 +100,9 @@ MSPCURL MSPCURL::fromString(std::string_view text) {
     return url;
 }
 
-bool MSPCURL::isFileURL() const noexcept { return lowerCased(_scheme) == "file"; }
+bool MSPCURL::isFileURL() const noexcept {
+    return lowerCased(_scheme) == "file";
+}
 
 std::string MSPCURL::absoluteString() const {
     std::string result = _scheme.empty() ? std::string() : _scheme + ":";

@@ -4,8 +4,8 @@
 
 #include "MSPCXMLNode.h"
 
-// Paths of plain child names ("Name", "Tasks/Task"): the bulk of all queries, answered by walking the children, with the
-// answer that the query engine would give.
+// Paths of plain child names ("Name", "Tasks/Task"): the bulk of all queries, answered by walking the children, with
+// the answer that the query engine would give.
 
 // Whether a query is such a path, in ASCII letters, digits, "_", "-" and ".".
 [[nodiscard]] bool isPlainChildPath(std::string_view query);

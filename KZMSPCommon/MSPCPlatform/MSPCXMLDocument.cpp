@@ -5,6 +5,7 @@
 
 #include "MSPCStringSink.h"
 #include "MSPCXMLEncoding.h"
+#include "MSPCXMLFilter.h"
 #include "MSPCXMLReader.h"
 #include "MSPCXMLRepair.h"
 #include "MSPCXMLSurvey.h"
@@ -17,11 +18,10 @@ public:
     Tree() = default;
 
     // Takes the bytes (UTF-8) over; none when they are not well-formed.
-    static std::unique_ptr<Tree> load(std::string bytes, MSPCXMLContent content, bool hasSections) {
+    static std::unique_ptr<Tree> load(std::string bytes, const MSPCXMLReading& reading) {
         auto tree = std::make_unique<Tree>();
         tree->_bytes = std::move(bytes);
-        const bool isLoaded =
-            loadXMLTree(tree->_document, tree->_bytes.data(), tree->_bytes.size(), content, hasSections);
+        const bool isLoaded = loadXMLTree(tree->_document, tree->_bytes.data(), tree->_bytes.size(), reading);
         return isLoaded ? std::move(tree) : nullptr;
     }
 
@@ -32,8 +32,10 @@ private:
     pugi::xml_document _document;
 };
 
-MSPCXMLDocument::MSPCXMLDocument() : _tree(std::make_unique<Tree>()) {}
-MSPCXMLDocument::MSPCXMLDocument(std::unique_ptr<Tree> tree) : _tree(std::move(tree)) {}
+MSPCXMLDocument::MSPCXMLDocument() : _tree(std::make_unique<Tree>()) {
+}
+MSPCXMLDocument::MSPCXMLDocument(std::unique_ptr<Tree> tree) : _tree(std::move(tree)) {
+}
 MSPCXMLDocument::MSPCXMLDocument(MSPCXMLDocument&& other) noexcept = default;
 MSPCXMLDocument& MSPCXMLDocument::operator=(MSPCXMLDocument&& other) noexcept = default;
 MSPCXMLDocument::~MSPCXMLDocument() = default;
@@ -50,7 +52,7 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
     if (!survey.hasInternalSubset && !survey.hasStrayAmpersand) {
         const bool mayRepair = !repairableRoot.empty();
         auto original = mayRepair && !readAgain ? utf8 : std::nullopt;
-        if (auto tree = Tree::load(std::move(*utf8), content, survey.hasSections)) {
+        if (auto tree = Tree::load(std::move(*utf8), {content, survey.hasSections, false})) {
             return MSPCXMLDocument(std::move(tree));
         }
         if (mayRepair && readAgain) {
@@ -62,11 +64,17 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
     return utf8 ? readMended(*utf8, survey.hasInternalSubset, content, repairableRoot, repair) : std::nullopt;
 }
 
+std::optional<MSPCXMLDocument> MSPCXMLDocument::readFiltered(MSPCXMLFiltered filtered) {
+    auto tree =
+        Tree::load(std::move(filtered.bytes), {MSPCXMLContent::DataOnly, filtered.hasCDATASections, false});
+    return tree ? std::optional(MSPCXMLDocument(std::move(tree))) : std::nullopt;
+}
+
 std::optional<MSPCXMLDocument> MSPCXMLDocument::readMended(const std::string& utf8, bool hasInternalSubset,
                                                            MSPCXMLContent content, std::string_view repairableRoot,
                                                            std::optional<MSPCXMLRepair>* repair) {
     auto mended = mendedXML(utf8, hasInternalSubset, repairableRoot);
-    auto tree = mended ? Tree::load(std::move(mended->bytes), content, true) : nullptr;
+    auto tree = mended ? Tree::load(std::move(mended->bytes), {content, true, true}) : nullptr;
     if (!tree) {
         return std::nullopt;
     }
@@ -76,7 +84,9 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::readMended(const std::string& ut
     return MSPCXMLDocument(std::move(tree));
 }
 
-MSPCXMLNode MSPCXMLDocument::root() const noexcept { return handleOf(rootElementOf(_tree->document())); }
+MSPCXMLNode MSPCXMLDocument::root() const noexcept {
+    return handleOf(rootElementOf(_tree->document()));
+}
 
 MSPCXMLNode MSPCXMLDocument::setRoot(MSPCXMLNewElement&& element) {
     if (!element) {
@@ -98,8 +108,7 @@ MSPCXMLNode MSPCXMLDocument::setRoot(MSPCXMLNewElement&& element) {
 }
 
 MSPCXMLNewElement MSPCXMLDocument::newElement(std::string_view name) {
-    return MSPCXMLNewElement(
-        handleOf(sideRoom(_tree->document()).append_child(MSPCXMLTerminatedName(name).text())));
+    return MSPCXMLNewElement(handleOf(sideRoom(_tree->document()).append_child(MSPCXMLTerminatedName(name).text())));
 }
 
 std::size_t MSPCXMLDocument::write(MSPCByteSink& sink) const {

@@ -9,6 +9,7 @@
 #include "MSPCXMLNode.h"
 
 class MSPCByteSink;
+struct MSPCXMLFiltered;
 
 // What a reader keeps beside elements, attributes and text.
 enum class MSPCXMLContent {
@@ -40,11 +41,15 @@ public:
     // blanks alone is kept where it is all of an element's content. Markup that does not parse (a bare "&", a missing
     // end tag) is mended where that yields a root element named `repairableRoot`, and reported in `repair`; otherwise
     // there is no document. Internal entities are expanded within bounds; nothing outside the bytes is ever read.
-    // Reading uses the bytes up: with `readAgain` a repair fetches them from there, else it needs a copy made in advance.
+    // Reading uses the bytes up: with `readAgain` a repair fetches them from there, else it needs a copy made in
+    // advance.
     [[nodiscard]] static std::optional<MSPCXMLDocument> read(std::string bytes, MSPCXMLContent content,
                                                              std::string_view repairableRoot = {},
                                                              std::optional<MSPCXMLRepair>* repair = nullptr,
                                                              const MSPCXMLReadAgain& readAgain = {});
+
+    // The document of a selection; none when it is not well-formed after all.
+    [[nodiscard]] static std::optional<MSPCXMLDocument> readFiltered(MSPCXMLFiltered filtered);
 
     // The root element; empty for a document without one.
     [[nodiscard]] MSPCXMLNode root() const noexcept;
@@ -55,9 +60,9 @@ public:
 
     // Writes the document as UTF-8 with an XML declaration, one element per line, indented by four blanks; elements
     // with text are written on one line, empty ones in the compact form. A carriage return in a text is written
-    // "&#13;". An element with text beside other content, or with xml:space="preserve", is written as it is on one line.
-    // Levels deeper than 256 are not indented any further. Gives the number of characters that XML 1.0 cannot hold (or bytes that are no UTF-8), each written as
-    // U+FFFD.
+    // "&#13;". An element with text beside other content, or with xml:space="preserve", is written as it is on one
+    // line. Levels deeper than 64 are not indented any further. Gives the number of characters that XML 1.0 cannot hold
+    // (or bytes that are no UTF-8), each written as U+FFFD.
     std::size_t write(MSPCByteSink& sink) const;
     // The same as text.
     [[nodiscard]] std::string serialized() const;

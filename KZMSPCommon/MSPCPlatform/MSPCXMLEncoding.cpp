@@ -44,8 +44,8 @@ std::string_view declaredEncoding(std::string_view bytes) {
 
 // Bytes whose declaration could be read one by one are not in a wide encoding, whatever they say of themselves.
 bool meansUtf8(std::string_view encoding) {
-    constexpr std::string_view starts[] = {"utf-8", "utf8", "us-ascii", "ascii", "utf-16", "utf-32", "ucs-",
-                                           "iso-10646-ucs"};
+    constexpr std::string_view starts[] = {"utf-8",  "utf8",   "us-ascii", "ascii",
+                                           "utf-16", "utf-32", "ucs-",     "iso-10646-ucs"};
     const auto lower = lowerCased(encoding);
     return lower.empty() || std::any_of(std::begin(starts), std::end(starts),
                                         [&](auto start) { return std::string_view(lower).starts_with(start); });

@@ -73,7 +73,8 @@ void replaceContent(pugi::xml_node element, std::string_view text) {
     }
 }
 
-// The node itself or the next of its siblings with that name that is an element: processing instructions have names too.
+// The node itself or the next of its siblings with that name that is an element: processing instructions have names
+// too.
 pugi::xml_node elementFrom(pugi::xml_node node, const char* name) {
     while (node && node.type() != pugi::node_element) {
         node = node.next_sibling(name);
@@ -164,7 +165,9 @@ MSPCXMLNode MSPCXMLNode::nextSiblingElement(std::string_view name) const noexcep
     return !sibling || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
 }
 
-MSPCXMLNode MSPCXMLNode::rootElement() const noexcept { return handleOf(rootElementOf(treeNode(*this).root())); }
+MSPCXMLNode MSPCXMLNode::rootElement() const noexcept {
+    return handleOf(rootElementOf(treeNode(*this).root()));
+}
 
 MSPCXMLNode MSPCXMLNode::attribute(std::string_view name) const noexcept {
     const MSPCXMLTerminatedName terminated(name);
@@ -185,4 +188,3 @@ std::vector<MSPCXMLNamespace> MSPCXMLNode::namespaceDeclarations() const {
     }
     return declarations;
 }
-

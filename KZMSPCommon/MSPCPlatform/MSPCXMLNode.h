@@ -93,8 +93,8 @@ public:
     MSPCXMLNode appendChild(MSPCXMLNewElement&& element);
     MSPCXMLNode insertChildBefore(MSPCXMLNewElement&& element, const MSPCXMLNode& before);
     MSPCXMLNode insertChildAfter(MSPCXMLNewElement&& element, const MSPCXMLNode& after);
-    // Takes this element out of its parent. It stays alive, owned by the result, and no query finds it. Empty for a free
-    // element, which has its owner already.
+    // Takes this element out of its parent. It stays alive, owned by the result, and no query finds it. Empty for a
+    // free element, which has its owner already.
     [[nodiscard]] MSPCXMLNewElement detach();
 
     // The nodes that an XPath 1.0 query relative to this node selects, in document order; none when the query itself
@@ -107,7 +107,8 @@ private:
     friend class MSPCXMLNewElement;
     friend struct MSPCXMLNodeAccess;  // the library's own node behind a handle, for the units of this folder
 
-    // Whether a free element may become a child of this node; one of another document is replaced by a copy in this one.
+    // Whether a free element may become a child of this node; one of another document is replaced by a copy in this
+    // one.
     [[nodiscard]] bool takesIn(MSPCXMLNewElement& element) const;
 
     MSPCXMLNode(void* node, void* attribute) noexcept : _node(node), _attribute(attribute) {}

@@ -91,7 +91,9 @@ bool MSPCXMLNode::takesIn(MSPCXMLNewElement& element) const {
     return true;
 }
 
-MSPCXMLNode MSPCXMLNode::appendChild(MSPCXMLNewElement&& element) { return insertChildBefore(std::move(element), {}); }
+MSPCXMLNode MSPCXMLNode::appendChild(MSPCXMLNewElement&& element) {
+    return insertChildBefore(std::move(element), {});
+}
 
 MSPCXMLNode MSPCXMLNode::insertChildBefore(MSPCXMLNewElement&& element, const MSPCXMLNode& before) {
     if (!takesIn(element)) {
@@ -121,7 +123,8 @@ MSPCXMLNewElement MSPCXMLNode::detach() {
     return MSPCXMLNewElement(handleOf(sideRoom(node.root()).append_move(node)));
 }
 
-MSPCXMLNewElement::MSPCXMLNewElement(MSPCXMLNewElement&& other) noexcept : _element(other.release()) {}
+MSPCXMLNewElement::MSPCXMLNewElement(MSPCXMLNewElement&& other) noexcept : _element(other.release()) {
+}
 
 MSPCXMLNewElement& MSPCXMLNewElement::operator=(MSPCXMLNewElement&& other) noexcept {
     if (this != &other) {
@@ -131,6 +134,10 @@ MSPCXMLNewElement& MSPCXMLNewElement::operator=(MSPCXMLNewElement&& other) noexc
     return *this;
 }
 
-MSPCXMLNewElement::~MSPCXMLNewElement() { destroySubtree(treeNode(_element)); }
+MSPCXMLNewElement::~MSPCXMLNewElement() {
+    destroySubtree(treeNode(_element));
+}
 
-MSPCXMLNode MSPCXMLNewElement::release() noexcept { return std::exchange(_element, MSPCXMLNode()); }
+MSPCXMLNode MSPCXMLNewElement::release() noexcept {
+    return std::exchange(_element, MSPCXMLNode());
+}

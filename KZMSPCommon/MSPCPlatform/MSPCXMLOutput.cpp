@@ -1,5 +1,6 @@
 #include "MSPCXMLOutput.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -7,7 +8,6 @@
 
 namespace {
 
-constexpr std::size_t BlockSize = std::size_t{1} << 16;
 constexpr std::string_view Replacement = "\xEF\xBF\xBD";
 
 std::string_view escapeOf(char character) {
@@ -33,7 +33,9 @@ unsigned byteAt(std::string_view text, std::size_t index) {
     return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
 }
 
-bool isContinuation(unsigned byte) { return (byte & 0xC0U) == 0x80U; }
+bool isContinuation(unsigned byte) {
+    return (byte & 0xC0U) == 0x80U;
+}
 
 // The code point that starts with the lead byte at `index`, with its number of bytes; no bytes when it is no UTF-8.
 struct CodePoint {
@@ -67,29 +69,43 @@ struct MSPCXMLOutput::ByteTable {
 
     explicit constexpr ByteTable(std::string_view escaped) {
         for (std::size_t byte = 0; byte < kinds.size(); ++byte) {
-            kinds[byte] = byte >= 0x80 ? Byte::Lead : byte < 0x20 ? Byte::Forbidden : Byte::Plain;
+            kinds[byte] = byte >= 0x80 ? Lead : byte < 0x20 ? Forbidden : Plain;
         }
         for (const char allowed : {'\t', '\n', '\r'}) {
-            kinds[static_cast<unsigned char>(allowed)] = Byte::Plain;
+            kinds[static_cast<unsigned char>(allowed)] = Plain;
         }
         for (const char character : escaped) {
-            kinds[static_cast<unsigned char>(character)] = Byte::Escaped;
+            kinds[static_cast<unsigned char>(character)] = Escaped;
         }
+    }
+
+    [[nodiscard]] Byte kindOf(char character) const { return kinds[static_cast<unsigned char>(character)]; }
+
+    // The offset of the first byte from `index` on that is not plain; the size of the text when all are.
+    [[nodiscard]] std::size_t endOfPlainRun(std::string_view text, std::size_t index) const {
+        const char* at = text.data();
+        while (index + 4 <= text.size() &&
+               (kindOf(at[index]) | kindOf(at[index + 1]) | kindOf(at[index + 2]) | kindOf(at[index + 3])) == Plain) {
+            index += 4;
+        }
+        while (index < text.size() && kindOf(at[index]) == Plain) {
+            ++index;
+        }
+        return index;
     }
 };
 
-MSPCXMLOutput::MSPCXMLOutput(MSPCByteSink& sink) : _sink(sink) { _block.reserve(2 * BlockSize); }
-
-void MSPCXMLOutput::raw(std::string_view markup) {
-    _block += markup;
-    if (_block.size() >= BlockSize) {
-        flush();
-    }
+MSPCXMLOutput::MSPCXMLOutput(MSPCByteSink& sink) : _sink(sink) {
 }
 
 void MSPCXMLOutput::newLine(std::size_t level) {
-    _block += '\n';
-    _block.append(4 * (level < MostIndentedLevels ? level : MostIndentedLevels), ' ');
+    static constexpr auto lineEndAndBlanks = [] {
+        std::array<char, 1 + 4 * MostIndentedLevels> characters{};
+        characters.fill(' ');
+        characters.front() = '\n';
+        return characters;
+    }();
+    raw({lineEndAndBlanks.data(), 1 + 4 * std::min(level, MostIndentedLevels)});
 }
 
 void MSPCXMLOutput::text(std::string_view text) {
@@ -125,25 +141,18 @@ void MSPCXMLOutput::content(std::string_view text, const ByteTable& table) {
         raw(text.substr(runStart, index - runStart));
         runStart = index + skipped;
     };
-    for (std::size_t index = 0; index < text.size();) {
-        const auto kind = table.kinds[static_cast<unsigned char>(text[index])];
-        if (kind == Byte::Plain) {
-            ++index;
-        } else if (kind == Byte::Escaped) {
-            endRun(index, 1);
-            raw(escapeOf(text[index++]));
-        } else if (kind == Byte::Forbidden) {
-            endRun(index++, 1);
+    for (auto index = table.endOfPlainRun(text, 0); index < text.size(); index = table.endOfPlainRun(text, index)) {
+        const auto kind = table.kindOf(text[index]);
+        const auto point = kind == Lead ? codePointAt(text, index) : CodePoint{0, 1};
+        const auto size = std::max(point.size, std::size_t{1});
+        if (kind == Escaped) {
+            endRun(index, size);
+            raw(escapeOf(text[index]));
+        } else if (kind == Forbidden || point.size == 0 || point.value == 0xFFFE || point.value == 0xFFFF) {
+            endRun(index, size);
             replace();
-        } else if (const auto point = codePointAt(text, index);
-                   point.size == 0 || point.value == 0xFFFE || point.value == 0xFFFF) {
-            const auto skipped = point.size == 0 ? 1 : point.size;
-            endRun(index, skipped);
-            index += skipped;
-            replace();
-        } else {
-            index += point.size;
         }
+        index += size;
     }
     endRun(text.size(), 0);
 }
@@ -153,9 +162,13 @@ void MSPCXMLOutput::replace() {
     ++_replaced;
 }
 
+void MSPCXMLOutput::writeThrough(std::string_view bytes) {
+    _sink.write(bytes);
+}
+
 void MSPCXMLOutput::flush() {
-    if (!_block.empty()) {
-        _sink.write(_block);
-        _block.clear();
+    if (_used > 0) {
+        _sink.write({_block.get(), _used});
+        _used = 0;
     }
 }

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
+#include <cstring>
+#include <memory>
 #include <string_view>
 
 class MSPCByteSink;
@@ -12,8 +13,18 @@ class MSPCXMLOutput {
 public:
     explicit MSPCXMLOutput(MSPCByteSink& sink);
 
-    // Markup as it stands.
-    void raw(std::string_view markup);
+    // Markup as it stands. Inline, since writing is made of a great many small pieces.
+    void raw(std::string_view markup) {
+        if (markup.size() > BlockSize - _used) {
+            flush();
+            if (markup.size() > BlockSize) {
+                writeThrough(markup);
+                return;
+            }
+        }
+        std::memcpy(_block.get() + _used, markup.data(), markup.size());
+        _used += markup.size();
+    }
     // A line end and the indentation of a level. Deeper than `MostIndentedLevels` the indentation stays the same, or a
     // million nested elements would be a million times a million blanks.
     void newLine(std::size_t level);
@@ -30,16 +41,20 @@ public:
     void flush();
     [[nodiscard]] std::size_t replacedCharacters() const noexcept { return _replaced; }
 
-    static constexpr std::size_t MostIndentedLevels = 256;
+    static constexpr std::size_t MostIndentedLevels = 64;
 
 private:
     // What a byte means in one kind of content.
-    enum class Byte : unsigned char { Plain, Escaped, Forbidden, Lead };
+    enum Byte : unsigned char { Plain = 0, Escaped, Forbidden, Lead };
     struct ByteTable;
     void content(std::string_view text, const ByteTable& table);
     void replace();
+    void writeThrough(std::string_view bytes);
+
+    static constexpr std::size_t BlockSize = std::size_t{1} << 16;
 
     MSPCByteSink& _sink;
-    std::string _block;
+    std::unique_ptr<char[]> _block = std::make_unique<char[]>(BlockSize);
+    std::size_t _used = 0;
     std::size_t _replaced = 0;
 };

@@ -11,8 +11,8 @@ namespace {
 // Text stands in its element instead of in a node of its own, and blanks between elements are never stored. Without
 // sections an element's text is in one piece, so nothing of it is lost that way.
 constexpr unsigned FastOptions = pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
-constexpr unsigned CompleteOptions = pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_comments |
-                                     pugi::parse_pi | pugi::parse_doctype;
+constexpr unsigned CompleteOptions =
+    pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_comments | pugi::parse_pi | pugi::parse_doctype;
 
 // Exactly one element at the top, and no text. Blanks there are removed.
 bool tidyTopLevel(pugi::xml_document& document) {
@@ -32,18 +32,23 @@ bool tidyTopLevel(pugi::xml_document& document) {
     return elements == 1;
 }
 
-bool hasRepeatedAttribute(const pugi::xml_node& element) {
+// Keeps the first of each name; says whether that was all.
+bool removeRepeatedAttributes(pugi::xml_node element) {
     const auto first = element.first_attribute();
     if (!first || !first.next_attribute()) {
-        return false;
+        return true;
     }
+    bool wasAll = true;
     std::unordered_set<std::string_view> names;
-    for (auto attribute = first; attribute; attribute = attribute.next_attribute()) {
+    for (auto attribute = first; attribute;) {
+        const auto following = attribute.next_attribute();
         if (!names.insert(attribute.name()).second) {
-            return true;
+            element.remove_attribute(attribute);
+            wasAll = false;
         }
+        attribute = following;
     }
-    return false;
+    return wasAll;
 }
 
 bool isSpacePreserved(const pugi::xml_node& element) {
@@ -55,16 +60,14 @@ class TreeTidier {
 public:
     explicit TreeTidier(MSPCXMLContent content) : _dropsComments(content == MSPCXMLContent::DataOnly) {}
 
-    // Says whether each element has each attribute once.
+    // Says whether each element had each attribute once.
     bool tidy(const pugi::xml_document& document) {
-        for (pugi::xml_node node = document; node;) {
-            if (node.type() == pugi::node_element && hasRepeatedAttribute(node)) {
-                return false;
-            }
+        bool hadEachOnce = true;
+        for (pugi::xml_node node = document; node; node = next(node)) {
+            hadEachOnce = removeRepeatedAttributes(node) && hadEachOnce;
             tidyChildren(node);
-            node = next(node);
         }
-        return true;
+        return hadEachOnce;
     }
 
 private:
@@ -125,13 +128,12 @@ private:
 
 }  // namespace
 
-bool loadXMLTree(pugi::xml_document& document, char* bytes, std::size_t size, MSPCXMLContent content,
-                 bool hasSections) {
-    const bool isFast = content == MSPCXMLContent::DataOnly && !hasSections;
+bool loadXMLTree(pugi::xml_document& document, char* bytes, std::size_t size, const MSPCXMLReading& reading) {
+    const bool isFast = reading.content == MSPCXMLContent::DataOnly && !reading.hasSections && !reading.isMended;
     // As a fragment, or text around the root element would pass unnoticed.
     const auto options = (isFast ? FastOptions : CompleteOptions) | pugi::parse_fragment;
     if (!document.load_buffer_inplace(bytes, size, options, pugi::encoding_utf8) || !tidyTopLevel(document)) {
         return false;
     }
-    return isFast || TreeTidier(content).tidy(document);
+    return isFast || TreeTidier(reading.content).tidy(document) || reading.isMended;
 }

@@ -8,8 +8,14 @@ namespace pugi {
 class xml_document;
 }
 
-// Builds the tree from UTF-8 bytes, in place: the bytes are changed, and must live as long as the document. Says whether
-// the bytes are one well-formed element with what may stand around it; the document is of no use otherwise.
-// `hasSections` tells whether the content may hold CDATA sections, comments or processing instructions.
-[[nodiscard]] bool loadXMLTree(pugi::xml_document& document, char* bytes, std::size_t size, MSPCXMLContent content,
-                               bool hasSections);
+// What is known about the bytes, and wanted from them.
+struct MSPCXMLReading {
+    MSPCXMLContent content = MSPCXMLContent::Everything;
+    bool hasSections = true;  // the content may hold CDATA sections, comments or processing instructions
+    bool isMended = false;    // of an attribute that an element has twice the first is kept; else that is an error
+};
+
+// Builds the tree from UTF-8 bytes, in place: the bytes are changed, and must live as long as the document. Says
+// whether the bytes are one well-formed element with what may stand around it; the document is of no use otherwise.
+[[nodiscard]] bool loadXMLTree(pugi::xml_document& document, char* bytes, std::size_t size,
+                               const MSPCXMLReading& reading);

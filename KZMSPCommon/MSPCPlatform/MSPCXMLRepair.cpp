@@ -34,7 +34,9 @@ struct Report {
     bool hasEntityFlood = false;
 };
 
-xmlParserInputPtr refuseExternalEntity(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
+xmlParserInputPtr refuseExternalEntity(const char*, const char*, xmlParserCtxtPtr) {
+    return nullptr;
+}
 
 void prepareParserOnce() {
     static std::once_flag prepared;
@@ -120,8 +122,8 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     if (repairableRoot.empty() || report.hasEntityFlood) {
         return std::nullopt;
     }
-    const auto escaped = escapedStrayAmpersands(
-        bytes, hasInternalSubset ? MSPCXMLEntities::AnyName : MSPCXMLEntities::Predefined);
+    const auto escaped =
+        escapedStrayAmpersands(bytes, hasInternalSubset ? MSPCXMLEntities::AnyName : MSPCXMLEntities::Predefined);
     Report recoveryReport;
     const auto recovered =
         parsed(escaped ? std::string_view(*escaped) : bytes, options | XML_PARSE_RECOVER, recoveryReport);

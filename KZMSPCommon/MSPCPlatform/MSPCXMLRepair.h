@@ -8,7 +8,7 @@
 
 // A document that only the thorough parser understands, written anew as markup that any parser does.
 struct MSPCXMLMended {
-    std::string bytes;  // UTF-8, entities expanded
+    std::string bytes;                    // UTF-8, entities expanded
     std::optional<MSPCXMLRepair> repair;  // none when the markup was sound all along
 };
 

@@ -106,7 +106,7 @@ std::size_t endOfProlog(std::string_view bytes, bool& hasSubset) {
     for (;;) {
         index = std::min(bytes.find_first_not_of(" \t\r\n", index), bytes.size());
         const auto next = bytes.substr(index).starts_with("<!DOCTYPE") ? endOfDocumentType(bytes, index, hasSubset)
-                                                                        : endOfSection(bytes, index);
+                                                                       : endOfSection(bytes, index);
         if (next == index || hasSubset) {
             return next;
         }
@@ -153,14 +153,15 @@ MSPCXMLSurvey surveyXML(std::string_view bytes) {
     bool suspicious = false;
     for (auto start = endOfProlog(bytes, survey.hasInternalSubset); start < bytes.size(); start += blockSize) {
         const auto end = std::min(start + blockSize, bytes.size());
-        survey.hasSections = survey.hasSections || holdsAfter(bytes, start, end, '!', '<') ||
-                             holdsAfter(bytes, start, end, '?', '<');
+        survey.hasSections =
+            survey.hasSections || holdsAfter(bytes, start, end, '!', '<') || holdsAfter(bytes, start, end, '?', '<');
         suspicious = suspicious || holdsBareAmpersand(bytes, start, end);
     }
-    survey.hasStrayAmpersand =
-        suspicious && escapedStrayAmpersands(bytes, MSPCXMLEntities::Predefined).has_value();
+    survey.hasStrayAmpersand = suspicious && escapedStrayAmpersands(bytes, MSPCXMLEntities::Predefined).has_value();
     return survey;
 }
+
+bool hasStrayAmpersand(std::string_view text) { return holdsBareAmpersand(text, 0, text.size()); }
 
 std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXMLEntities entities) {
     std::string escaped;

@@ -13,6 +13,9 @@ struct MSPCXMLSurvey {
 
 [[nodiscard]] MSPCXMLSurvey surveyXML(std::string_view bytes);
 
+// Whether a text without sections holds an "&" that begins no reference, or a reference to a forbidden character.
+[[nodiscard]] bool hasStrayAmpersand(std::string_view text);
+
 // Which named references an escaping leaves alone.
 enum class MSPCXMLEntities {
     Predefined,  // the five of XML

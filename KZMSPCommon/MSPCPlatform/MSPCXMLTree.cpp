@@ -12,11 +12,17 @@ constexpr const char* SideRoomName = "\x01";
 
 }  // namespace
 
-pugi::xml_node treeNode(const MSPCXMLNode& handle) { return pugi::xml_node(MSPCXMLNodeAccess::node(handle)); }
+pugi::xml_node treeNode(const MSPCXMLNode& handle) {
+    return pugi::xml_node(MSPCXMLNodeAccess::node(handle));
+}
 
-MSPCXMLNode handleOf(const pugi::xml_node& node) { return MSPCXMLNodeAccess::handle(node.internal_object()); }
+MSPCXMLNode handleOf(const pugi::xml_node& node) {
+    return MSPCXMLNodeAccess::handle(node.internal_object());
+}
 
-bool isSideRoom(const pugi::xml_node& node) { return node.name()[0] == SideRoomName[0]; }
+bool isSideRoom(const pugi::xml_node& node) {
+    return node.name()[0] == SideRoomName[0];
+}
 
 pugi::xml_node sideRoomIfAny(const pugi::xml_node& document) {
     const auto first = document.first_child();
@@ -28,7 +34,9 @@ pugi::xml_node sideRoom(pugi::xml_node document) {
     return room ? room : document.prepend_child(SideRoomName);
 }
 
-bool isFree(const pugi::xml_node& node) { return isSideRoom(node.parent()); }
+bool isFree(const pugi::xml_node& node) {
+    return isSideRoom(node.parent());
+}
 
 pugi::xml_node firstVisibleChild(const pugi::xml_node& document) {
     const auto first = document.first_child();
@@ -48,7 +56,9 @@ bool isTextOrCData(const pugi::xml_node& node) {
     return type == pugi::node_pcdata || type == pugi::node_cdata;
 }
 
-bool isXMLBlank(const char* text) { return text[std::strspn(text, " \t\r\n")] == '\0'; }
+bool isXMLBlank(const char* text) {
+    return text[std::strspn(text, " \t\r\n")] == '\0';
+}
 
 pugi::xml_node nextBelow(pugi::xml_node node, const pugi::xml_node& top) {
     if (const auto child = node.first_child()) {

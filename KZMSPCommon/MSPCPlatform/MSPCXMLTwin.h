@@ -10,8 +10,8 @@ class xml_document;
 }
 
 // A copy of the document around a node, without its free elements; of a free element's surroundings only what is inside
-// that element. Lets a query that leads upwards or starts at the document run where there is no side room to meet. Costs
-// as much as the document is large, so it serves only such queries, and only while free elements exist.
+// that element. Lets a query that leads upwards or starts at the document run where there is no side room to meet.
+// Costs as much as the document is large, so it serves only such queries, and only while free elements exist.
 class MSPCXMLTwin {
 public:
     explicit MSPCXMLTwin(const MSPCXMLNode& original);

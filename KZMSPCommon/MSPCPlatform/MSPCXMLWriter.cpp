@@ -10,8 +10,8 @@
 
 namespace {
 
-// Writes a subtree, one element per line. An element whose text must not change is written on the line it is on, with all
-// that is inside it.
+// Writes a subtree, one element per line. An element whose text must not change is written on the line it is on, with
+// all that is inside it.
 class TreeWriter {
 public:
     explicit TreeWriter(MSPCXMLOutput& output) : _output(output) {}
@@ -195,7 +195,7 @@ std::string MSPCXMLNode::markup() const {
         writer.writeAttribute(pugi::xml_attribute(MSPCXMLNodeAccess::attribute(*this)));
     } else if (const auto node = treeNode(*this); node.type() == pugi::node_document) {
         writer.writeInline(rootElementOf(node));
-    } else {
+    } else if (node) {
         writer.writeInline(node);
     }
     output.flush();

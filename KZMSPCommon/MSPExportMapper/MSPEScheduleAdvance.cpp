@@ -1,12 +1,39 @@
 #include "MSPEScheduleAdvance.h"
 
+#include <cmath>
+#include <limits>
+
 #include "MSPCException.h"
 #include "MSPEScheduleDays.h"
+#include "MSPEWeekday.h"
 
 namespace {
 
 // Ten thousand Gregorian years.
 constexpr std::int64_t MaximumSteps = 3'652'425;
+// Fifty-three weeks: every weekday came up, whichever the clock changes left out. What remains as long as it did then
+// will remain for ever: the periods add up to nothing, or each day's end falls on an edge that the search gave up.
+constexpr std::int64_t StepsBetweenChecks = 371;
+// Seconds from 1970 within which a double tells one second from the next.
+constexpr double Reach = 0x1p53;
+// Far more than the periods of a real week hold, far less than where sums of seconds are rounded.
+constexpr MSPCTimeInterval MaximumWorkOfWeek = 0x1p40;
+
+// The seconds that a week's periods hold together; -1 where one is reversed or they are too long.
+MSPCTimeInterval workOfOrderedWeek(const MSPEScheduleCalendar& calendar) {
+    MSPCTimeInterval work = 0;
+    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
+        const auto& day = calendar.workingDay(weekday);
+        for (std::size_t i = 0; day.isWorkingDay && i < day.timePeriods.size(); ++i) {
+            const auto& period = day.timePeriods[i];
+            if (period.duration() < 0 || std::abs(period.startTime()) > MaximumWorkOfWeek) {
+                return -1;
+            }
+            work += period.duration();
+        }
+    }
+    return work <= MaximumWorkOfWeek ? work : -1;
+}
 
 }  // namespace
 
@@ -27,15 +54,45 @@ std::optional<MSPCInstant> MSPEScheduleAdvance::dateAfter(MSPCTimeInterval durat
     if (_start.timePeriod < 0) {
         throw MSPCInternalInconsistency("No time period specified to start duration countdown from.");
     }
+    if (!(duration <= Reach)) {
+        return std::nullopt;
+    }
     _remaining = duration;
-    while (_remaining > 0 && _steppedDays <= MaximumSteps) {
+    _remainingAtCheck = duration;
+    while (_remaining > 0 && _makesProgress && _steppedDays <= MaximumSteps &&
+           std::abs(_dayStart.secondsSince1970) <= Reach) {
         const auto day = weekday();
-        if (_calendar.isWorkingDayWeekday(day) && walkDay(day) == Day::EndsHere) {
-            return _dayStart + _offset;
+        if (_calendar.isWorkingDayWeekday(day)) {
+            leapDays(duration);
+            if (walkDay(day) == Day::EndsHere) {
+                return _dayStart + _offset;
+            }
         }
         stepDay();
     }
     return std::nullopt;
+}
+
+// Leaps over weeks at whose beginnings more than another week's work remains. Only where no period is reversed: there
+// each day works off whole seconds of the remaining duration, which is exact in any order, fractions included. Not in
+// the first seven days, within which the rule for edges counts steps.
+void MSPEScheduleAdvance::leapDays(MSPCTimeInterval duration) {
+    if (!_hasConsumed || _steppedDays < MSPEDaysOfWeek) {
+        return;
+    }
+    if (!_workOfWeek) {
+        _workOfWeek = workOfOrderedWeek(_calendar);
+        if (*_workOfWeek >= 0) {
+            const auto direction = _isForward ? MSPEDirection::Forward : MSPEDirection::Backward;
+            _leaps.emplace(_calendar.gregorian().timeZone(), direction, *_workOfWeek);
+        }
+    }
+    if (_leaps) {
+        const MSPELeap limit{std::numeric_limits<double>::infinity(), _remaining - *_workOfWeek - 1};
+        const auto leap = _leaps->leapFrom(_dayStart, duration - _remaining, limit);
+        _dayStart = _isForward ? _dayStart + leap.time : _dayStart - leap.time;
+        _remaining -= leap.work;
+    }
 }
 
 MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkDay(std::int64_t weekday) {
@@ -95,5 +152,8 @@ MSPCTimeInterval MSPEScheduleAdvance::farEdge(std::int64_t timePeriod, std::int6
 
 void MSPEScheduleAdvance::stepDay() {
     _dayStart = _isForward ? _dayStart + MSPESecondsPerDay : _dayStart - MSPESecondsPerDay;
-    ++_steppedDays;
+    if (++_steppedDays % StepsBetweenChecks == 0) {
+        _makesProgress = _remaining < _remainingAtCheck;
+        _remainingAtCheck = _remaining;
+    }
 }

@@ -6,6 +6,7 @@
 #include "MSPCInstant.h"
 #include "MSPEDirection.h"
 #include "MSPEScheduleCalendar.h"
+#include "MSPEScheduleLeaps.h"
 
 // Walks a calendar from a starting point until a working duration is used up. Made for one walk; the calendar must
 // outlive it. The period edge that the walk meets first is called near (start, or end when walking backward), the other
@@ -29,6 +30,7 @@ private:
     [[nodiscard]] MSPCTimeInterval farEdge(std::int64_t timePeriod, std::int64_t weekday) const;
     [[nodiscard]] std::int64_t weekday() const { return _calendar.gregorian().weekdayOf(_dayStart); }
     void stepDay();
+    void leapDays(MSPCTimeInterval duration);
 
     const MSPEScheduleCalendar& _calendar;
     const MSPEScheduleStart _start;
@@ -38,5 +40,9 @@ private:
     std::int64_t _steppedDays = 0;
     bool _hasConsumed = false;  // whether a whole period was used; until then the walk counts from the start time
     MSPCTimeInterval _remaining = 0;
-    MSPCTimeInterval _offset = 0;  // the result's seconds since `_dayStart`
+    MSPCTimeInterval _remainingAtCheck = 0;
+    bool _makesProgress = true;
+    std::optional<MSPCTimeInterval> _workOfWeek;  // once the walk is long enough to ask for it
+    std::optional<MSPEScheduleLeaps> _leaps;      // where weeks can be leapt over
+    MSPCTimeInterval _offset = 0;                 // the result's seconds since `_dayStart`
 };

@@ -75,12 +75,12 @@ public:
     // Deliberate: the move looks at most 7 days ahead, counted from the beginning of the walk; later than that the
     // last stretch of the duration is worked off a second time, from the next day on.
     //
-    // None when working time does not begin within 7 days, when the duration is not a number, or when it is not used
-    // up within the reach of the calendar: after endless durations, in weeks whose periods add up to nothing or less,
-    // and beyond 10,000 years in weeks that hold reversed periods. Raises `MSPCInternalInconsistency` "Date to advance
-    // from not specified." without a date, "Duration can not be negative. To specify backward advance use argument
-    // forward=NO.", and, where periods lie outside their day, "No time period specified to start duration countdown
-    // from." and "Working day has no or too few working time periods.".
+    // None when working time does not begin within 7 days, when the duration is not a number or above 2^53, or when it
+    // is never used up: in weeks whose periods add up to nothing or less, where every result falls on an edge that the
+    // search above gives up, and beyond 10,000 years in weeks that hold reversed periods. Raises
+    // `MSPCInternalInconsistency` "Date to advance from not specified." without a date, "Duration can not be negative.
+    // To specify backward advance use argument forward=NO.", and, where periods lie outside their day, "No time period
+    // specified to start duration countdown from." and "Working day has no or too few working time periods.".
     [[nodiscard]] std::optional<MSPCInstant> dateAdvanceByDurationForwardAllowEdgeTime(std::optional<MSPCInstant> date,
                                                                                        MSPCTimeInterval duration,
                                                                                        MSPEDirection direction,

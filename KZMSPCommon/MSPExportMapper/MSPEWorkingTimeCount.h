@@ -14,6 +14,7 @@ public:
     [[nodiscard]] MSPCTimeInterval total() const;
 
 private:
+    [[nodiscard]] MSPCTimeInterval workOfWeek() const;
     [[nodiscard]] MSPCTimeInterval workIn(const MSPEScheduleStop& stop) const;
 
     const MSPEScheduleCalendar& _calendar;

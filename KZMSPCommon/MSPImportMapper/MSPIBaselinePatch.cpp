@@ -1,6 +1,7 @@
 #include "MSPIBaselinePatch.h"
 
-#include <algorithm>
+#include <map>
+#include <string>
 #include <utility>
 
 #include "MSPCException.h"
@@ -8,7 +9,8 @@
 #include "MSPIXPathNumber.h"
 
 MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber)
-    : _target(target), _baselineNumber(baselineNumber) {}
+    : _target(target), _baselineNumber(baselineNumber) {
+}
 
 void MSPIBaselinePatch::apply() {
     if (_isPatched) {
@@ -20,14 +22,15 @@ void MSPIBaselinePatch::apply() {
         removeTarget();
         return;
     }
-    // Read whole before anything changes: a child may bear the name of the baseline itself.
-    std::vector<std::pair<std::string, std::string>> values;
+    // Read whole before anything changes: a child may bear the name of the baseline itself. Of several of one name,
+    // which timephased data gives by the hundred, the last one is what shows.
+    std::map<std::string, std::string> texts;
     for (auto child = baseline.firstChild(); child; child = child.nextSibling()) {
         if (child.isElement() && child.name() != "Number") {
-            values.emplace_back(child.name(), child.stringValue());
+            texts.insert_or_assign(std::string(child.name()), child.stringValue());
         }
     }
-    for (const auto& [name, text] : values) {
+    for (const auto& [name, text] : texts) {
         showTextInChild(name, text);
     }
 }
@@ -70,12 +73,7 @@ void MSPIBaselinePatch::showTextInChild(std::string_view name, std::string_view 
     if (!child) {
         return;
     }
-    const bool isStandIn = std::any_of(_replacements.begin(), _replacements.end(),
-                                       [&](const auto& replacement) { return replacement.standIn == child; });
-    if (!isStandIn) {
-        auto standIn = _target.insertChildBefore(_target.newElement(name), child);
-        _replacements.push_back({child.detach(), standIn});
-        child = standIn;
-    }
-    child.setStringValue(text);
+    auto standIn = _target.insertChildBefore(_target.newElement(name), child);
+    standIn.setStringValue(text);
+    _replacements.push_back({child.detach(), standIn});
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
@@ -11,20 +12,29 @@
 
 namespace {
 
-constexpr std::int64_t sunday = 1;
-constexpr std::int64_t monday = 2;
-constexpr std::int64_t friday = 6;
-constexpr std::int64_t saturday = 7;
+constexpr std::size_t MaximumEvents = 1'000'000;
+constexpr std::int64_t Monday = 2;
+constexpr std::int64_t Friday = 6;
+constexpr std::int64_t Saturday = 7;
 
-void addCalendar(MSPCXMLNode schedule, std::string_view name, bool isOvertime,
-                 std::vector<MSPCXMLNewElement>&& events) {
+// The instant of a time of day on the wall clocks of an instant's day.
+MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCInstant day, const MSPCDateFields& timeOfDay) {
+    auto fields = gregorian.fieldsOf(day);
+    fields.hour = timeOfDay.hour;
+    fields.minute = timeOfDay.minute;
+    fields.second = timeOfDay.second;
+    return gregorian.instantFrom(fields).value_or(day);
+}
+
+void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_view overtime,
+                       std::vector<MSPCXMLNewElement>&& events) {
     if (events.empty()) {
         return;
     }
     auto calendar = addChildElementWithName(schedule, "calendar");
     setAttributeWithNameStringValue(calendar, "name", name);
     setAttributeWithNameStringValue(calendar, "editable", "yes");
-    setAttributeWithNameStringValue(calendar, "overtime", isOvertime ? "yes" : "no");
+    setAttributeWithNameStringValue(calendar, "overtime", overtime);
     for (auto& event : events) {
         calendar.appendChild(std::move(event));
     }
@@ -36,81 +46,87 @@ MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNo
     _mapper.log().log(fmt::format("  Mapping Calendar UID='{}' name='{}' ...",
                                   stringValueForXQuery(mspCalendar, "UID").value_or(""),
                                   stringValueForXQuery(mspCalendar, "Name").value_or("")));
-    auto newSchedule = _mapper.newElement("schedule");
-    auto schedule = newSchedule.node();
+    auto schedule = _mapper.newElement("schedule");
     for (auto& day : newScheduleDaysFromMSPCalendar(mspCalendar)) {
-        schedule.appendChild(std::move(day));
+        schedule.node().appendChild(std::move(day));
     }
-    addCalendar(schedule, "Time Off", false, newTimeOffCalenarEventsFromMSPCalendar(mspCalendar));
-    addCalendar(schedule, "Overtime", true, newOvertimeCalenarEventsFromMSPCalendar(mspCalendar));
-    return newSchedule;
+    addNestedCalendar(schedule.node(), "Time Off", "no", newTimeOffCalenarEventsFromMSPCalendar(mspCalendar));
+    addNestedCalendar(schedule.node(), "Overtime", "yes", newOvertimeCalenarEventsFromMSPCalendar(mspCalendar));
+    return schedule;
 }
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
     const bool isBase = boolValueForXQuery(mspCalendar, "IsBaseCalendar");
     const auto weekDays = nodesForXQuery(mspCalendar, "WeekDays/WeekDay[DayType>=1 and DayType<=7]");
-    if (weekDays.empty()) {
-        return isBase ? newDefaultWeek() : std::vector<MSPCXMLNewElement>();
+    if (weekDays.empty() && isBase) {
+        return newDefaultScheduleDays();
     }
-    std::vector<MSPCXMLNewElement> days;
+    std::vector<MSPCXMLNewElement> scheduleDays;
     for (const auto& weekDay : weekDays) {
         checkNode(weekDay, "WeekDay");
         const auto dayType = intValueForXQuery(weekDay, "DayType");
-        if (dayType < sunday || dayType > saturday) {
+        if (!MSPEIsWeekday(dayType)) {
             throw MSPCInternalInconsistency(fmt::format("Unexpected DayType value {}. Must be from 1 to 7.", dayType));
         }
         const auto workingTimes = nodesForXQuery(weekDay, "WorkingTimes/WorkingTime");
-        if (!isBase && workingTimes.empty()) {
-            continue;  // left to the base calendar
+        if (workingTimes.empty() && !isBase) {
+            continue;  // the day follows the base calendar, which only the reader of the target knows to combine
         }
+        auto scheduleDay = newScheduleDay(dayType);
         Error error;
-        const bool isWorking = boolValueForXQuery(weekDay, "DayWorking", &error);
-        days.push_back(newScheduleDay(dayType, isWorking && !error ? workingTimes : std::vector<MSPCXMLNode>()));
-    }
-    return days;
-}
-
-// Monday to Friday, eight hours with an hour's break at noon.
-std::vector<MSPCXMLNewElement> MSPICalendarMapper::newDefaultWeek() const {
-    std::vector<MSPCXMLNewElement> days;
-    for (auto dayType = sunday; dayType <= saturday; ++dayType) {
-        days.push_back(newScheduleDay(dayType, {}));
-        if (dayType >= monday && dayType <= friday) {
-            addTimeSpan(days.back().node(), "08:00:00", "12:00:00");
-            addTimeSpan(days.back().node(), "13:00:00", "17:00:00");
+        if (boolValueForXQuery(weekDay, "DayWorking", &error) && !error) {
+            addWorkingTimes(scheduleDay.node(), workingTimes);
         }
+        scheduleDays.push_back(std::move(scheduleDay));
     }
-    return days;
+    return scheduleDays;
 }
 
-MSPCXMLNewElement MSPICalendarMapper::newScheduleDay(std::int64_t dayType,
-                                                     const std::vector<MSPCXMLNode>& workingTimes) const {
-    auto day = _mapper.newElement("schedule-day");
-    setAttributeWithNameStringValue(day.node(), "day-of-week", MSPEWeekdayNames.at(static_cast<std::size_t>(dayType)));
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newDefaultScheduleDays() const {
+    std::vector<MSPCXMLNewElement> scheduleDays;
+    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
+        auto scheduleDay = newScheduleDay(weekday);
+        if (weekday >= Monday && weekday <= Friday) {
+            addTimeSpan(scheduleDay.node(), "08:00:00", "12:00:00");
+            addTimeSpan(scheduleDay.node(), "13:00:00", "17:00:00");
+        }
+        scheduleDays.push_back(std::move(scheduleDay));
+    }
+    return scheduleDays;
+}
+
+MSPCXMLNewElement MSPICalendarMapper::newScheduleDay(std::int64_t weekday) const {
+    auto scheduleDay = _mapper.newElement("schedule-day");
+    setAttributeWithNameStringValue(scheduleDay.node(), "day-of-week",
+                                    MSPEWeekdayNames[static_cast<std::size_t>(weekday)]);
+    return scheduleDay;
+}
+
+void MSPICalendarMapper::addWorkingTimes(MSPCXMLNode scheduleDay, const std::vector<MSPCXMLNode>& workingTimes) const {
     for (const auto& workingTime : workingTimes) {
         checkNode(workingTime, "WorkingTime");
-        addTimeSpan(day.node(), stringValueForXQuery(workingTime, "FromTime"),
+        addTimeSpan(scheduleDay, stringValueForXQuery(workingTime, "FromTime"),
                     stringValueForXQuery(workingTime, "ToTime"));
     }
-    return day;
 }
 
-void MSPICalendarMapper::addTimeSpan(const MSPCXMLNode& scheduleDay, const std::optional<std::string>& fromTime,
+void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,
                                      const std::optional<std::string>& toTime) const {
     const auto& conversions = _mapper.conversions();
-    const auto span = addChildElementWithName(scheduleDay, "time-span");
-    setAttributeWithNameStringValue(span, "start-time", conversions.mspdiToKdzxTimeOnly(fromTime.value_or("")));
-    setAttributeWithNameStringValue(span, "end-time", conversions.mspdiToKdzxTimeOnly(toTime.value_or("")));
+    const auto timeSpan = addChildElementWithName(scheduleDay, "time-span");
+    setAttributeWithNameStringValue(timeSpan, "start-time", conversions.mspdiToKdzxTimeOnly(fromTime.value_or("")));
+    setAttributeWithNameStringValue(timeSpan, "end-time", conversions.mspdiToKdzxTimeOnly(toTime.value_or("")));
 }
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]")) {
-        if (const auto period = singleObjectForXQuery(exception, "TimePeriod")) {
-            addEventsFromDateToDateFromTimeToTimeToCollection(stringValueForXQuery(period, "FromDate"),
-                                                              stringValueForXQuery(period, "ToDate"), std::nullopt,
+        if (const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod")) {
+            checkNode(timePeriod, "TimePeriod");
+            addEventsFromDateToDateFromTimeToTimeToCollection(stringValueForXQuery(timePeriod, "FromDate"),
+                                                              stringValueForXQuery(timePeriod, "ToDate"), std::nullopt,
                                                               std::nullopt, events);
         }
     }
@@ -121,61 +137,62 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromM
     const MSPCXMLNode& mspCalendar) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]")) {
-        const auto period = singleObjectForXQuery(exception, "TimePeriod");
-        if (!period) {
+        const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod");
+        if (!timePeriod) {
             continue;
         }
-        const auto fromDate = stringValueForXQuery(period, "FromDate");
-        const auto toDate = stringValueForXQuery(period, "ToDate");
+        checkNode(timePeriod, "TimePeriod");
+        const auto fromDate = stringValueForXQuery(timePeriod, "FromDate");
+        const auto toDate = stringValueForXQuery(timePeriod, "ToDate");
         for (const auto& workingTime : nodesForXQuery(exception, "WorkingTimes/WorkingTime")) {
-            checkNode(workingTime, "WorkingTime");
-            addEventsFromDateToDateFromTimeToTimeToCollection(
-                fromDate, toDate, stringValueForXQuery(workingTime, "FromTime"),
-                stringValueForXQuery(workingTime, "ToTime"), events);
+            addEventsFromDateToDateFromTimeToTimeToCollection(fromDate, toDate,
+                                                              stringValueForXQuery(workingTime, "FromTime"),
+                                                              stringValueForXQuery(workingTime, "ToTime"), events);
         }
     }
     return events;
 }
 
-MSPCDateFields MSPICalendarMapper::timeOfDay(const std::optional<std::string>& mspdiTime,
-                                             std::string_view defaultTime) const {
-    const bool isGiven = mspdiTime && !mspdiTime->empty();
-    return _mapper.conversions().mspdiToTimeOfDay(isGiven ? std::string_view(*mspdiTime) : defaultTime);
-}
-
 void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const std::optional<std::string>& fromDate, const std::optional<std::string>& toDate,
     const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
-    std::vector<MSPCXMLNewElement>& events) const {
+    std::vector<MSPCXMLNewElement>& collection) const {
     const auto& conversions = _mapper.conversions();
     const auto& gregorian = conversions.gregorian();
-    const auto firstDate = conversions.mspdiToMppDateTime(fromDate.value_or(""));
-    const auto lastDate = conversions.mspdiToMppDateTime(toDate.value_or(""));
-    if (!firstDate || !lastDate) {
+    const auto fromDay = conversions.mspdiToMppDateTime(fromDate.value_or(""));
+    const auto toDay = conversions.mspdiToMppDateTime(toDate.value_or(""));
+    if (!fromDay || !toDay) {
         return;
     }
-    const auto from = timeOfDay(fromTime, "00:00:00");
-    const auto to = timeOfDay(toTime, "23:59:59");
-    const auto dayCount = gregorian.wholeDaysBetween(*firstDate, *lastDate) + 1;
-
-    auto first = gregorian.fieldsOf(*firstDate);
-    first.hour = from.hour;
-    first.minute = from.minute;
-    first.second = from.second;
-    const auto start = gregorian.instantFrom(first);
-    for (std::int64_t day = 0; start && day < dayCount;) {
-        const auto weekStart = gregorian.instantByAddingDays(*start, day);
-        const auto daysToSaturday = saturday - gregorian.weekdayOf(weekStart);
-        const auto lastDayOfEvent = day + std::min(daysToSaturday, dayCount - day - 1);
-        const auto end = gregorian.instantByAddingWallClock(gregorian.instantByAddingDays(*start, lastDayOfEvent),
-                                                            to.hour - from.hour, to.minute - from.minute,
-                                                            to.second - from.second);
-        auto event = _mapper.newElement("event");
-        setAttributeWithNameStringValue(event.node(), "start", conversions.mppToKdzxDateTime(weekStart));
-        setAttributeWithNameStringValue(event.node(), "end", conversions.mppToKdzxDateTime(end));
-        events.push_back(std::move(event));
-        day = lastDayOfEvent + 1;
+    const auto days = gregorian.wholeDaysBetween(*fromDay, *toDay) + 1;
+    if (days > 0 && static_cast<std::uint64_t>(days) / MSPELastWeekday + collection.size() >= MaximumEvents) {
+        throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
     }
+    const auto first = instantOnDay(gregorian, *fromDay, conversions.mspdiToTimeOfDay(fromTime.value_or("00:00:00")));
+    const auto last = instantOnDay(gregorian, *toDay, conversions.mspdiToTimeOfDay(toTime.value_or("23:59:59")));
+    const auto begin = gregorian.fieldsOf(first);
+    const auto end = gregorian.fieldsOf(last);
+
+    auto cursor = gregorian.instantByAddingDays(first, -1);
+    for (std::int64_t day = 0; day < days;) {
+        const auto start = gregorian.instantByAddingDays(cursor, 1);
+        const auto daysToSaturday = Saturday - gregorian.weekdayOf(start);
+        const auto moreDays = std::min(daysToSaturday, days - day - 1);
+        cursor = gregorian.instantByAddingDays(start, moreDays);
+        // Field by field, so that the event ends by the wall clock where the clocks change in between.
+        const auto eventEnd = gregorian.instantByAddingWallClock(cursor, end.hour - begin.hour,
+                                                                 end.minute - begin.minute, end.second - begin.second);
+        collection.push_back(newEvent(start, eventEnd));
+        day += moreDays + 1;
+    }
+}
+
+MSPCXMLNewElement MSPICalendarMapper::newEvent(MSPCInstant start, MSPCInstant end) const {
+    const auto& conversions = _mapper.conversions();
+    auto event = _mapper.newElement("event");
+    setAttributeWithNameStringValue(event.node(), "start", conversions.mppToKdzxDateTime(start));
+    setAttributeWithNameStringValue(event.node(), "end", conversions.mppToKdzxDateTime(end));
+    return event;
 }
 
 std::optional<std::string> MSPICalendarMapper::makeScheduleStartFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
@@ -186,22 +203,23 @@ std::optional<std::string> MSPICalendarMapper::makeScheduleEndFromMSPCalendar(co
     return extremeDate(mspCalendar, "//ToDate", 1, "Failed to find maximal ToDate in Calendar.");
 }
 
-// The date that compares as wanted (-1 earlier, 1 later) with all others; the first of equal ones.
+// The date that stands in the wanted order (-1 earlier, 1 later) to all others.
 std::optional<std::string> MSPICalendarMapper::extremeDate(const MSPCXMLNode& mspCalendar, std::string_view query,
-                                                           int wantedOrder, std::string_view failure) const {
+                                                           int wantedOrder, const char* failure) const {
     const auto nodes = nodesForXQuery(mspCalendar, query);
     if (nodes.empty()) {
         return std::nullopt;
     }
+    const auto& conversions = _mapper.conversions();
     auto extreme = nodes.front().stringValue();
     if (extreme.empty()) {
-        throw MSPCInternalInconsistency(std::string(failure));
+        throw MSPCInternalInconsistency(failure);
     }
     for (const auto& node : nodes) {
-        auto date = node.stringValue();
-        if (_mapper.conversions().compareMspdiDateTimeToMspdiDateTime(date, extreme) == wantedOrder) {
-            extreme = std::move(date);
+        auto candidate = node.stringValue();
+        if (conversions.compareMspdiDateTimeToMspdiDateTime(candidate, extreme) == wantedOrder) {
+            extreme = std::move(candidate);
         }
     }
-    return _mapper.conversions().mspdiToKdzxDateTime(extreme);
+    return conversions.mspdiToKdzxDateTime(extreme);
 }

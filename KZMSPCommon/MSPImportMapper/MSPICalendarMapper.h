@@ -5,52 +5,64 @@
 #include <string_view>
 #include <vector>
 
+#include "MSPCXMLNode.h"
 #include "MSPIObjectMapperBase.h"
 
-// Turns one MSPDI `Calendar` into a target `schedule`: the week as `schedule-day` elements, exceptions over a single range
-// of dates as `event` elements of a time-off and an overtime `calendar`. A base calendar is not resolved, and recurring
-// exceptions are left out. New elements are owned by the caller.
+// Turns one MSPDI `Calendar` into a `schedule` of the target format: the weekly working times become `schedule-day`
+// elements, the exceptions over one range of dates become events of up to two nested calendars, "Time Off" and
+// "Overtime". Recurring exceptions, days of the older kind (DayType 0) and the base calendar are not carried over.
 //
-// Raises `MSPCInternalInconsistency` "Expected NSXMLNodeProxy as a WeekDay object.", "Unexpected DayType value <n>. Must
-// be from 1 to 7.", "Expected NSXMLNodeProxy as a WorkingTime object.", and what the value getters and conversions raise for texts that are there but unreadable.
+// All new elements belong to the scenario document and are owned by the caller. A query that fails counts as one that
+// matches nothing; texts of numbers, dates and times that cannot be read raise as the node queries and conversions do.
 class MSPICalendarMapper : public MSPIObjectMapperBase {
 public:
     using MSPIObjectMapperBase::MSPIObjectMapperBase;
 
-    // Never empty.
+    // The `schedule` of a calendar, with the log line "  Mapping Calendar UID='<UID>' name='<Name>' ...". Nested
+    // calendars are left out where they would hold no event.
     [[nodiscard]] MSPCXMLNewElement newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
-    // One element per day that the calendar describes; a base calendar without days gives the default week.
+    // A `schedule-day` per MSPDI `WeekDay` of DayType 1 (Sunday) to 7, in document order; days of one type are not
+    // merged. A day with DayWorking gets its working times as seconds since midnight; where a time is missing, the
+    // attribute is empty. A base calendar without any such `WeekDay` gets the default week: Monday to Friday
+    // 08:00:00-12:00:00 and 13:00:00-17:00:00, Saturday and Sunday free. Other calendars leave out every `WeekDay`
+    // without a `WorkingTime`. Raises `MSPCInternalInconsistency` "Unexpected DayType value <value>. Must be from 1
+    // to 7." when the day's last DayType is another one.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newScheduleDaysFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
-    // Events of whole days, 00:00:00 to 23:59:59.
+
+    // The events of all exceptions that are not worked, over whole days.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newTimeOffCalenarEventsFromMSPCalendar(
         const MSPCXMLNode& mspCalendar) const;
-    // Events of each working time of each working exception.
+    // The events of all exceptions that are worked, for each of their working times.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newOvertimeCalenarEventsFromMSPCalendar(
         const MSPCXMLNode& mspCalendar) const;
 
-    // Appends the events of a range of days: one per calendar week (Sunday to Saturday), running from its first day at
-    // `fromTime` to its last day at `toTime` on the wall clock. Dates and times are MSPDI texts; times that are missing
-    // mean the whole day. Nothing happens when either date is missing. Thursday 2010-01-07 to Tuesday 2010-01-12 gives
-    // Thursday to Saturday and Sunday to Tuesday.
+    // Appends one `event` per calendar week (Sunday to Saturday) that a range of days touches, from the week's first
+    // day in the range at `fromTime` to its last day at `toTime`, wall clock. Dates are MSPDI date-times whose time of
+    // day plays no part in the events; times are MSPDI times, 00:00:00 and 23:59:59 where absent. Nothing happens when
+    // a date is absent or empty, or when the range ends a day or more before it begins. Thursday 2010-01-07 to Tuesday
+    // 2010-01-12 gives Thursday 00:00:00 to Saturday 23:59:59 and Sunday 00:00:00 to Tuesday 23:59:59. Raises
+    // `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to '<toDate>'." when the list would grow
+    // above 1,000,000 events, as many as 19,000 years have weeks.
     void addEventsFromDateToDateFromTimeToTimeToCollection(const std::optional<std::string>& fromDate,
                                                            const std::optional<std::string>& toDate,
                                                            const std::optional<std::string>& fromTime,
                                                            const std::optional<std::string>& toTime,
-                                                           std::vector<MSPCXMLNewElement>& events) const;
+                                                           std::vector<MSPCXMLNewElement>& collection) const;
 
-    // The earliest `FromDate`, or latest `ToDate`, of the whole document of a calendar, as target date-time; none when
-    // there is none. Raises "Failed to find minimal FromDate in Calendar." or "Failed to find maximal ToDate in
-    // Calendar." when the first one has no text. Not used by the import.
+    // The earliest `FromDate` and the latest `ToDate` of the whole document as target date-times; none when there is
+    // no such element. Of equal ones the first counts. Raise `MSPCInternalInconsistency` "Failed to find minimal
+    // FromDate in Calendar." and "Failed to find maximal ToDate in Calendar." when the first one has no text.
     [[nodiscard]] std::optional<std::string> makeScheduleStartFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
     [[nodiscard]] std::optional<std::string> makeScheduleEndFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
 private:
-    std::vector<MSPCXMLNewElement> newDefaultWeek() const;
-    MSPCXMLNewElement newScheduleDay(std::int64_t dayType, const std::vector<MSPCXMLNode>& workingTimes) const;
-    void addTimeSpan(const MSPCXMLNode& scheduleDay, const std::optional<std::string>& fromTime,
+    [[nodiscard]] std::vector<MSPCXMLNewElement> newDefaultScheduleDays() const;
+    [[nodiscard]] MSPCXMLNewElement newScheduleDay(std::int64_t weekday) const;
+    void addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,
                      const std::optional<std::string>& toTime) const;
-    MSPCDateFields timeOfDay(const std::optional<std::string>& mspdiTime, std::string_view defaultTime) const;
-    std::optional<std::string> extremeDate(const MSPCXMLNode& mspCalendar, std::string_view query, int wantedOrder,
-                                           std::string_view failure) const;
+    void addWorkingTimes(MSPCXMLNode scheduleDay, const std::vector<MSPCXMLNode>& workingTimes) const;
+    [[nodiscard]] MSPCXMLNewElement newEvent(MSPCInstant start, MSPCInstant end) const;
+    [[nodiscard]] std::optional<std::string> extremeDate(const MSPCXMLNode& mspCalendar, std::string_view query,
+                                                         int wantedOrder, const char* failure) const;
 };

@@ -9,15 +9,16 @@
 namespace {
 
 constexpr std::array<std::string_view, 19> ganttSettings = {
-    "date-display",        "numbering-style",      "no-numbers",         "auto-level",
-    "critical-path-slack", "currency-format",      "duration-format",    "effort-format",
-    "base-style",          "column-title-style",   "note-style",         "standard-task-style",
-    "overdue-task-style",  "completed-task-style", "group-task-style",   "milestone-task-style",
-    "resource-style",      "not-editable-style",   "named-styles"};
+    "date-display",         "numbering-style",     "no-numbers",         "auto-level",           "critical-path-slack",
+    "currency-format",      "duration-format",     "effort-format",      "base-style",           "column-title-style",
+    "note-style",           "standard-task-style", "overdue-task-style", "completed-task-style", "group-task-style",
+    "milestone-task-style", "resource-style",      "not-editable-style", "named-styles"};
 
 }  // namespace
 
-std::size_t ganttSettingsCount() { return ganttSettings.size(); }
+std::size_t ganttSettingsCount() {
+    return ganttSettings.size();
+}
 
 MSPCXMLNode getGanttSettingsElementProjectTOC(std::string_view name, MSPCXMLNode project) {
     if (const auto element = singleObjectForXQuery(project, name)) {

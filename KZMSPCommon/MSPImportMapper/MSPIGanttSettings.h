@@ -12,14 +12,14 @@
 [[nodiscard]] std::size_t ganttSettingsCount();
 
 // The settings element of a name; created at its place when missing. Empty, with nothing created, for a name that is no
-// setting. Raises `MSPCInternalInconsistency` "Failed to find preceeding element to insert element into TOC Project Gantt
-// Settings section." and what the look-up of the preceding element raises.
+// setting. Raises `MSPCInternalInconsistency` "Failed to find preceeding element to insert element into TOC Project
+// Gantt Settings section." and what the look-up of the preceding element raises.
 [[nodiscard]] MSPCXMLNode getGanttSettingsElementProjectTOC(std::string_view name, MSPCXMLNode project);
 
 // The nearest setting present before that index, or what stands before the settings as a whole.
 [[nodiscard]] MSPCXMLNode getPrevGanttSettingsElementForNameIndexProjectTOC(std::size_t index,
                                                                             const MSPCXMLNode& project);
 
-// The last scenario entry, or `next-resource-id` where there is none. Raises `MSPCInternalInconsistency` "Failed to find
-// element preceeding TOC Project Gantt Settings section." when that is missing too.
+// The last scenario entry, or `next-resource-id` where there is none. Raises `MSPCInternalInconsistency` "Failed to
+// find element preceeding TOC Project Gantt Settings section." when that is missing too.
 [[nodiscard]] MSPCXMLNode getLastElementBeforeGanttSettingsInProjectTOC(const MSPCXMLNode& project);

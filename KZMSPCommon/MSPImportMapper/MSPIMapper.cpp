@@ -41,8 +41,7 @@ MSPIMapper::MSPIMapper(MSPCXMLDocument& mspDocument, const MSPCXMLDocument& kdzx
     if (info.mspdiBaselineNumber) {
         const auto number = *info.mspdiBaselineNumber;
         if (number < 0 || number >= MSPIBaselineCounts::BaselineCount) {
-            throw MSPCInternalInconsistency(
-                fmt::format("Unexpected baseline number in info dictionary: {}", number));
+            throw MSPCInternalInconsistency(fmt::format("Unexpected baseline number in info dictionary: {}", number));
         }
         setBaselineNumber(number);
     }
@@ -64,10 +63,12 @@ void MSPIMapper::map() {
     const auto currency = isBaselineScenario()
                               ? MSPICurrencySettings()
                               : MSPICurrencySettings::ofProject(mspProject(), isSavedBy2007OrLater(), log());
-    const auto scenarioId = buildScenario();
-    updateTOC(scenarioId, currency);
-    _userDataTOCElements.clear();  // what it still holds belongs to the document that is handed over
-    _kdzxXmlDoc.emplace(std::move(kdzxDocument()));
+    if (auto newScenario = newScenarioElement()) {
+        const auto scenarioId = makeScenarioDocument(std::move(newScenario));
+        updateTOC(scenarioId, currency);
+        _userDataTOCElements.clear();  // what it still holds belongs to the document that is handed over
+        _kdzxXmlDoc.emplace(std::move(kdzxDocument()));
+    }
     revertBaseline();
 }
 
@@ -109,12 +110,16 @@ void MSPIMapper::revertBaseline() {
     _patches.clear();
 }
 
-// Makes the scenario the root of the document under construction and gives its new id.
-std::string MSPIMapper::buildScenario() {
+MSPCXMLNewElement MSPIMapper::newScenarioElement() {
     MSPIProjectMapper projectMapper(*this, _mspTaskMaxId, _mspResourceMaxId, _userDataTOCElements);
     auto newScenario = projectMapper.newScenarioFromMSPProject(mspProject());
     _userDataChanged = projectMapper.userDataChanged();
     _mspProjectName = projectMapper.mspProjectName();
+    return newScenario;
+}
+
+// Makes the scenario the root of the document under construction and gives its new id.
+std::string MSPIMapper::makeScenarioDocument(MSPCXMLNewElement&& newScenario) {
     const auto scenario = kdzxDocument().setRoot(std::move(newScenario));
     if (!scenario) {
         throw MSPIMapperException("MSPIMapper.map: Failed to create empty XML DOM for target model.");

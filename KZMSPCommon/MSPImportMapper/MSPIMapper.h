@@ -16,16 +16,16 @@
 // project's settings in the table of contents. Made for one scenario: `map` is called once, then the result is taken.
 class MSPIMapper : public MSPIMappingContext {
 public:
-    // The documents and the services outlive the mapper. Raises `MSPCInternalInconsistency` "Unexpected baseline number in
-    // info dictionary: <number>" for a number below 0 or above 10.
-    MSPIMapper(MSPCXMLDocument& mspDocument, const MSPCXMLDocument& kdzxTemplateXmlDoc,
-               MSPCXMLDocument& kdzxTOCXmlDoc, const MSPIImportInfo& info, const MSPCServices& services);
+    // The documents and the services outlive the mapper. Raises `MSPCInternalInconsistency` "Unexpected baseline number
+    // in info dictionary: <number>" for a number below 0 or above 10.
+    MSPIMapper(MSPCXMLDocument& mspDocument, const MSPCXMLDocument& kdzxTemplateXmlDoc, MSPCXMLDocument& kdzxTOCXmlDoc,
+               const MSPIImportInfo& info, const MSPCServices& services);
 
     // Maps the scenario. A baseline without data produces no document and leaves the table of contents untouched. While
-    // a baseline is mapped the MSPDI document shows its values; afterwards it is exactly what it was, unless the mapping
-    // failed. Raises `MSPIMapperException` "MSPIMapper.map: Source XML DOM is not a valid MSPDI document." and "MSPIMapper.map:
-    // Failed to create empty XML DOM for target model.", `MSPCInternalInconsistency` "No scenario name provided in info
-    // dictionary.", and what the mappers of the parts and the table of contents raise.
+    // a baseline is mapped the MSPDI document shows its values; afterwards it is exactly what it was, unless the
+    // mapping failed. Raises `MSPIMapperException` "MSPIMapper.map: Source XML DOM is not a valid MSPDI document." and
+    // "MSPIMapper.map: Failed to create empty XML DOM for target model.", `MSPCInternalInconsistency` "No scenario name
+    // provided in info dictionary.", and what the mappers of the parts and the table of contents raise.
     void map();
 
     // The scenario document; none before `map` and when nothing is to be written.
@@ -37,7 +37,8 @@ private:
     void validateSource();
     bool applyBaseline();
     void revertBaseline();
-    std::string buildScenario();
+    MSPCXMLNewElement newScenarioElement();
+    std::string makeScenarioDocument(MSPCXMLNewElement&& newScenario);
     void addHeaderComments(const MSPCXMLNode& scenario) const;
     void updateTOC(const std::string& scenarioId, const MSPICurrencySettings& currency);
 

@@ -15,8 +15,8 @@
 #include "MSPIUtilities.h"
 
 // What the mappers of one scenario share: the MSPDI project they read, the scenario document they build, the settings
-// that all of them need and the services of the run. `MSPIMapper` is one; tests make a bare one around a snippet of XML.
-// Lives as long as the mapping of its scenario; handles into its document must not outlive it.
+// that all of them need and the services of the run. `MSPIMapper` is one; tests make a bare one around a snippet of
+// XML. Lives as long as the mapping of its scenario; handles into its document must not outlive it.
 class MSPIMappingContext {
 public:
     // The actual scenario, of an empty project, with save version 9 and no calendar.

@@ -4,15 +4,10 @@
 #include <utility>
 
 #include "MSPCExtensions.h"
+#include "MSPCNodeValues.h"
 #include "MSPIXPathNumber.h"
 
 namespace {
-
-void report(std::size_t matches, Error* error) {
-    if (error != nullptr && matches != 1) {
-        *error = Error{MSPCXQueryErrorDomain, matches == 0 ? MSPCXQueryNoMatch : MSPCXQueryMoreThanOneMatch, {}};
-    }
-}
 
 // The elements at `path`, once for each different key that `keyOf` reads from their children; ascending by key and in
 // document order within one key.
@@ -58,7 +53,7 @@ std::span<const MSPCXMLNode> MSPINumberIndex::nodesWithKey(std::int64_t number) 
 
 MSPCXMLNode MSPINumberIndex::singleNodeWithKey(std::int64_t number, Error* error) const {
     const auto matches = nodesWithKey(number);
-    report(matches.size(), error);
+    reportMatches(matches.size(), error);
     return matches.empty() ? MSPCXMLNode() : matches.back();
 }
 
@@ -72,7 +67,7 @@ MSPCXMLNode MSPITextIndex::singleNodeWithKey(std::string_view text, Error* error
                                         [](const auto& entry, std::string_view key) { return entry.first < key; });
     const auto last = std::upper_bound(first, _entries.end(), text,
                                        [](std::string_view key, const auto& entry) { return key < entry.first; });
-    report(static_cast<std::size_t>(last - first), error);
+    reportMatches(static_cast<std::size_t>(last - first), error);
     return first == last ? MSPCXMLNode() : std::prev(last)->second;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "MSPCFields.h"
 #include "MSPIAssignmentPool.h"
 #include "MSPIObjectMapperBase.h"
 #include "MSPISplitTask.h"
@@ -74,8 +75,8 @@ private:
 
     void mapTask(const MSPCXMLNode& mspTask, TaskRun& run);
     void takeOverRootTask(const MSPCXMLNode& task, bool isSummary, std::int64_t outlineLevel, TaskRun& run) const;
-    bool addSplitPieces(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, TaskRun& run) const;
-    void addMspAssignmentsForMspdiTaskToTask(const MSPCXMLNode& mspTask, MSPCXMLNode task, TaskRun& run) const;
+    bool addSplitPieces(const MSPCFields& mspTask, const MSPCXMLNode& task, TaskRun& run) const;
+    void addMspAssignmentsForMspdiTaskToTask(const MSPCFields& mspTask, MSPCXMLNode task, TaskRun& run) const;
     void linkIntoTree(const MSPCXMLNode& task, std::int64_t outlineLevel, TaskRun& run) const;
     void giveFinalIdsToSplitPieces(TaskRun& run);
 

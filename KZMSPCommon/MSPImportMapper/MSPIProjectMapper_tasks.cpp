@@ -38,16 +38,17 @@ void MSPIProjectMapper::buildMspTasksMspAssignmentsScenarioTopGroupTask(std::spa
 }
 
 void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
-    const auto outlineLevel = intValueForXQuery(mspTask, "OutlineLevel");
+    const MSPCFields fields(mspTask);
+    const auto outlineLevel = fields.intValue("OutlineLevel");
     if (outlineLevel < 0) {
         throw MSPCInternalInconsistency(fmt::format("Unexpected outline level {} found in task (UID={})", outlineLevel,
-                                                    stringValueForXQuery(mspTask, "UID").value_or("")));
+                                                    fields.stringValue("UID").value_or("")));
     }
-    if (boolValueForXQuery(mspTask, "IsNull")) {
+    if (fields.boolValue("IsNull")) {
         return;
     }
     MSPITaskMapper taskMapper(_mapper, _mspScheduleFromStart, _userDataTOCElements, _mspTaskMaxId);
-    auto newTask = taskMapper.newTaskFromMSPTask(mspTask);
+    auto newTask = taskMapper.newTaskFromMSPTask(fields);
     const bool isRoot = taskMapper.mspTaskUID() == 0;
     if (isRoot && run.hasRootTask) {
         throw MSPCInternalInconsistency("Duplicate tasks with UID=0 found in the source document.");
@@ -55,7 +56,7 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
     run.hasRootTask = run.hasRootTask || isRoot;
     _userDataChanged = _userDataChanged || taskMapper.userDataChanged();
 
-    const bool isSummary = boolValueForXQuery(mspTask, "Summary");
+    const bool isSummary = fields.boolValue("Summary");
     if ((stringValueForXQuery(newTask.node(), "type") == "group") != isSummary) {
         throw MSPCInternalInconsistency("MSPDI Summary Task must be mapped to KDZX Group Task.");
     }
@@ -64,10 +65,10 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
         return;
     }
     const auto task = run.scenario.appendChild(std::move(newTask));
-    const bool hasPieces = addSplitPieces(mspTask, task, run);
+    const bool hasPieces = addSplitPieces(fields, task, run);
     run.tree.record(idOf(task), {mspTask, task, outlineLevel, isSummary});
     if (!isSummary || hasPieces) {
-        addMspAssignmentsForMspdiTaskToTask(mspTask, task, run);
+        addMspAssignmentsForMspdiTaskToTask(fields, task, run);
     }
     linkIntoTree(task, outlineLevel, run);
 }
@@ -85,7 +86,7 @@ void MSPIProjectMapper::takeOverRootTask(const MSPCXMLNode& task, bool isSummary
     }
 }
 
-bool MSPIProjectMapper::addSplitPieces(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, TaskRun& run) const {
+bool MSPIProjectMapper::addSplitPieces(const MSPCFields& mspTask, const MSPCXMLNode& task, TaskRun& run) const {
     MSPITimephasedDataMapper timephasedDataMapper(_mapper);
     auto pieces = timephasedDataMapper.newSplitTasksFromMspdiTask(mspTask);
     if (pieces.empty()) {
@@ -97,13 +98,13 @@ bool MSPIProjectMapper::addSplitPieces(const MSPCXMLNode& mspTask, const MSPCXML
     return true;
 }
 
-void MSPIProjectMapper::addMspAssignmentsForMspdiTaskToTask(const MSPCXMLNode& mspTask, MSPCXMLNode task,
+void MSPIProjectMapper::addMspAssignmentsForMspdiTaskToTask(const MSPCFields& mspTask, MSPCXMLNode task,
                                                             TaskRun& run) const {
     if (run.assignments.isEmpty()) {
         return;
     }
     Error error;
-    const auto taskUID = intValueForXQuery(mspTask, "UID", &error);
+    const auto taskUID = mspTask.intValue("UID", &error);
     if (error && run.isReportingErrors) {
         return;
     }

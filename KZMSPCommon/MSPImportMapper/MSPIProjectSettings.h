@@ -8,8 +8,8 @@
 
 class MSPCLog;
 
-// The project-wide settings of an MSPDI `Project`. A setting that is missing, given twice or no number keeps its default:
-// settings never end an import.
+// The project-wide settings of an MSPDI `Project`. A setting that is missing, given twice or no number keeps its
+// default: settings never end an import.
 struct MSPIProjectSettings {
     std::int64_t saveVersion = 9;
     std::int64_t minutesPerDay = -1;  // negative: not given

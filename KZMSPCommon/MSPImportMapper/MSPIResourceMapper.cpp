@@ -15,29 +15,29 @@ MSPIResourceMapper::MSPIResourceMapper(MSPIMappingContext& mapper, MSPIUserDataT
                                        std::int64_t& mspResourceMaxId)
     : MSPIObjectMapperBase(mapper), _userDataTOCElements(userDataTOCElements), _mspResourceMaxId(mspResourceMaxId) {}
 
-MSPCXMLNewElement MSPIResourceMapper::newResourceFromMSPResource(const MSPCXMLNode& mspResource) {
+MSPCXMLNewElement MSPIResourceMapper::newResourceFromMSPResource(const MSPCFields& mspResource) {
     auto newResource = _mapper.newElement("resource");
     auto resource = newResource.node();
 
     addIdentity(mspResource, resource);
     const auto kind = kindOf(mspResource);
     addChildElementWithNameStringValue(resource, "type", kind == Kind::Staff ? "Staff" : "Material");
-    if (const auto notes = stringValueForXQuery(mspResource, "Notes")) {
+    if (const auto notes = mspResource.stringValue("Notes")) {
         resource.appendChild(MSPINoteMapper().newNoteFromMSPNotes(*notes, _mapper.kdzxDocument()));
     }
-    _userDataChanged = addUserDataFromMSPObjectToElement(mspResource, resource, MSPIResourceUserDataKeysTag,
-                                                         _userDataTOCElements, _mapper);
+    _userDataChanged = addUserDataOfExtendedAttributesToElement(
+        mspResource.nodes("ExtendedAttribute"), resource, MSPIResourceUserDataKeysTag, _userDataTOCElements, _mapper);
     addCosts(mspResource, resource);
     addUnits(mspResource, resource, kind);
     addSchedule(mspResource, resource);
-    if (const auto address = stringValueForXQuery(mspResource, "EmailAddress")) {
+    if (const auto address = mspResource.stringValue("EmailAddress")) {
         addChildElementWithNameStringValue(resource, "email-address", *address);
     }
     return newResource;
 }
 
-void MSPIResourceMapper::addIdentity(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) {
-    const auto uid = stringValueForXQuery(mspResource, "UID");
+void MSPIResourceMapper::addIdentity(const MSPCFields& mspResource, const MSPCXMLNode& resource) {
+    const auto uid = mspResource.stringValue("UID");
     if (!uid) {
         throw MSPCInternalInconsistency("Failed to get UID from Resource.");
     }
@@ -46,7 +46,7 @@ void MSPIResourceMapper::addIdentity(const MSPCXMLNode& mspResource, const MSPCX
     if (_mspResourceUID > 0) {
         _mspResourceMaxId = std::max(_mspResourceMaxId, _mspResourceUID);
     }
-    const auto name = stringValueForXQuery(mspResource, "Name");
+    const auto name = mspResource.stringValue("Name");
     if (name) {
         addChildElementWithNameStringValue(resource, "name", *name);
     }
@@ -54,16 +54,16 @@ void MSPIResourceMapper::addIdentity(const MSPCXMLNode& mspResource, const MSPCX
 }
 
 // MSPDI knows material (0) and work (1) resources; from 2007 on a flag marks cost resources, which become material ones.
-MSPIResourceMapper::Kind MSPIResourceMapper::kindOf(const MSPCXMLNode& mspResource) const {
+MSPIResourceMapper::Kind MSPIResourceMapper::kindOf(const MSPCFields& mspResource) const {
     Error error;
-    const auto value = intValueForXQuery(mspResource, "Type", &error);
+    const auto value = mspResource.intValue("Type", &error);
     const auto type = error ? 1 : value;
     if (type != 0 && type != 1) {
         throw MSPCInternalInconsistency(fmt::format("Invalid value of 'Type' in 'Resource': '{}'.", type));
     }
     if (_mapper.isSavedBy2007OrLater()) {
         error.clear();
-        const bool isCostResource = boolValueForXQuery(mspResource, "IsCostResource", &error);
+        const bool isCostResource = mspResource.boolValue("IsCostResource", &error);
         if (!error && isCostResource) {
             return Kind::Material;
         }
@@ -71,28 +71,28 @@ MSPIResourceMapper::Kind MSPIResourceMapper::kindOf(const MSPCXMLNode& mspResour
     return type == 0 ? Kind::Material : Kind::Staff;
 }
 
-void MSPIResourceMapper::addCosts(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) const {
+void MSPIResourceMapper::addCosts(const MSPCFields& mspResource, const MSPCXMLNode& resource) const {
     Error error;
-    const auto costPerUse = floatValueForXQuery(mspResource, "CostPerUse", &error);
+    const auto costPerUse = mspResource.floatValue("CostPerUse", &error);
     if (!error) {
         // MSPDI keeps this amount in hundredths.
         addChildElementWithNameStringValue(resource, "cost-per-use", fmt::format("{:.2f}", costPerUse / 100.0));
     }
-    if (const auto rate = stringValueForXQuery(mspResource, "StandardRate")) {
+    if (const auto rate = mspResource.stringValue("StandardRate")) {
         addChildElementWithNameStringValue(resource, "cost-per-hour", *rate);
     }
 }
 
-void MSPIResourceMapper::addUnits(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource, Kind kind) const {
+void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNode& resource, Kind kind) const {
     double units = 0;
     if (kind == Kind::Staff) {
-        units = floatValueForXQuery(mspResource, "MaxUnits");
+        units = mspResource.floatValue("MaxUnits");
         if (units == 0) {
             units = 1;
         }
     } else {
         Error error;
-        const auto uid = intValueForXQuery(mspResource, "UID", &error);
+        const auto uid = mspResource.intValue("UID", &error);
         if (error) {
             return;
         }
@@ -107,9 +107,9 @@ void MSPIResourceMapper::addUnits(const MSPCXMLNode& mspResource, const MSPCXMLN
     addChildElementWithNameStringValue(resource, "units-available", fmt::format("{:f}", units));
 }
 
-void MSPIResourceMapper::addSchedule(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) const {
+void MSPIResourceMapper::addSchedule(const MSPCFields& mspResource, const MSPCXMLNode& resource) const {
     Error error;
-    const auto calendarUID = intValueForXQuery(mspResource, "CalendarUID", &error);
+    const auto calendarUID = mspResource.intValue("CalendarUID", &error);
     if (error || calendarUID < 0) {
         return;
     }

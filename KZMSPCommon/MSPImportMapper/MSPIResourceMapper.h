@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "MSPCFields.h"
 #include "MSPIObjectMapperBase.h"
 #include "MSPIUserDataMapper.h"
 
@@ -16,7 +17,7 @@ public:
     // The new element, owned by the caller; never empty. Raises `MSPCInternalInconsistency` "Failed to get UID from
     // Resource.", "Invalid value of 'Type' in 'Resource': '<value>'.", and what the value getters raise for texts that
     // are there but unreadable.
-    [[nodiscard]] MSPCXMLNewElement newResourceFromMSPResource(const MSPCXMLNode& mspResource);
+    [[nodiscard]] MSPCXMLNewElement newResourceFromMSPResource(const MSPCFields& mspResource);
 
     // The resource's UID, 0 for a UID text that is no number; -1 until a resource has been mapped.
     [[nodiscard]] std::int64_t mspResourceUID() const { return _mspResourceUID; }
@@ -26,11 +27,11 @@ public:
 private:
     enum class Kind { Material, Staff };
 
-    void addIdentity(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource);
-    Kind kindOf(const MSPCXMLNode& mspResource) const;
-    void addCosts(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) const;
-    void addUnits(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource, Kind kind) const;
-    void addSchedule(const MSPCXMLNode& mspResource, const MSPCXMLNode& resource) const;
+    void addIdentity(const MSPCFields& mspResource, const MSPCXMLNode& resource);
+    Kind kindOf(const MSPCFields& mspResource) const;
+    void addCosts(const MSPCFields& mspResource, const MSPCXMLNode& resource) const;
+    void addUnits(const MSPCFields& mspResource, const MSPCXMLNode& resource, Kind kind) const;
+    void addSchedule(const MSPCFields& mspResource, const MSPCXMLNode& resource) const;
 
     std::int64_t _mspResourceUID = -1;
     MSPIUserDataTOCElements& _userDataTOCElements;

@@ -36,7 +36,8 @@ MSPCXMLNode insertedAfter(MSPCXMLNode parent, std::string_view name, const MSPCX
 
 MSPITOCUpdater::MSPITOCUpdater(const MSPCXMLNode& tocRoot)
     : _window(required(tocRoot, "window", "Failed to get 'scenario/window' element from TOC XML DOM")),
-      _project(required(tocRoot, "project", "Failed to get 'scenario/project' element from TOC XML DOM")) {}
+      _project(required(tocRoot, "project", "Failed to get 'scenario/project' element from TOC XML DOM")) {
+}
 
 void MSPITOCUpdater::setScenarioEntry(std::string_view scenarioName, std::string_view scenarioId) {
     auto entry = scenarioEntryNamed(_project, scenarioName);
@@ -60,8 +61,7 @@ void MSPITOCUpdater::raiseNextIds(std::int64_t maxTaskId, std::int64_t maxResour
 }
 
 void MSPITOCUpdater::raiseNextId(std::string_view name, std::int64_t maxId) {
-    auto nextId =
-        required(_project, name, fmt::format("Failed to get 'project/{}' element from TOC XML DOM", name));
+    auto nextId = required(_project, name, fmt::format("Failed to get 'project/{}' element from TOC XML DOM", name));
     if (intValueForXQuery(_project, name) <= maxId) {
         // Unsigned, so that the number after the largest one can be written.
         nextId.setStringValue(fmt::format("{}", static_cast<std::uint64_t>(maxId) + 1));
@@ -71,9 +71,9 @@ void MSPITOCUpdater::raiseNextId(std::string_view name, std::int64_t maxId) {
 void MSPITOCUpdater::setComparisonScenario(std::string_view scenarioId) {
     auto comparison = singleObjectForXQuery(_window, "comparison-scenario");
     if (!comparison) {
-        comparison = insertedAfter(_window, "comparison-scenario",
-                                   required(_window, "editing-scenario",
-                                            "Failed to get 'window/editing-scenario' from TOC XML DOM."));
+        comparison = insertedAfter(
+            _window, "comparison-scenario",
+            required(_window, "editing-scenario", "Failed to get 'window/editing-scenario' from TOC XML DOM."));
     }
     comparison.setStringValue(scenarioId);
 }
@@ -101,8 +101,7 @@ void MSPITOCUpdater::setCurrencyFormat(std::string_view sampleAmount) {
 
 void MSPITOCUpdater::setWorkingTimeUnits(const MSPIWorkingTimeUnits& units) {
     for (const std::string_view name : {"duration-format", "effort-format"}) {
-        const auto format =
-            required(_project, name, fmt::format("Failed to get 'project/{}' from TOC XML DOM.", name));
+        const auto format = required(_project, name, fmt::format("Failed to get 'project/{}' from TOC XML DOM.", name));
         setAttributeWithNameStringValue(format, "hours-per-day", fmt::format("{}", units.hoursPerDay));
         setAttributeWithNameStringValue(format, "hours-per-week", fmt::format("{}", units.hoursPerWeek));
         setAttributeWithNameStringValue(format, "hours-per-month", fmt::format("{}", units.hoursPerMonth));

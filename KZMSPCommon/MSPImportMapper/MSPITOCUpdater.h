@@ -11,8 +11,8 @@
 // `MSPCInternalInconsistency` with the text given.
 class MSPITOCUpdater {
 public:
-    // Finds `window` and `project` below the root. Raises "Failed to get 'scenario/window' element from TOC XML DOM" and
-    // "Failed to get 'scenario/project' element from TOC XML DOM".
+    // Finds `window` and `project` below the root. Raises "Failed to get 'scenario/window' element from TOC XML DOM"
+    // and "Failed to get 'scenario/project' element from TOC XML DOM".
     explicit MSPITOCUpdater(const MSPCXMLNode& tocRoot);
 
     // Gives the `scenario` entry of that name the id; a new entry names the file "<name>.xml" and follows the last one,

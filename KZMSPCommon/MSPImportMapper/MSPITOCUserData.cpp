@@ -39,8 +39,8 @@ void updateTOCUserData(const MSPCXMLNode& tocRoot, MSPIUserDataTOCElements& user
     // What must follow comes after the element nearest before it, whether the template had that or it is made here.
     auto anchor = singleObjectForXQuery(project, "user-data");
     if (auto projectUserData = taken(userDataTOCElements, std::nullopt); projectUserData && !anchor) {
-        anchor = project.insertChildAfter(
-            std::move(projectUserData), getPrevGanttSettingsElementForNameIndexProjectTOC(ganttSettingsCount(), project));
+        anchor = project.insertChildAfter(std::move(projectUserData), getPrevGanttSettingsElementForNameIndexProjectTOC(
+                                                                          ganttSettingsCount(), project));
     }
     for (const auto tag : {MSPITaskUserDataKeysTag, MSPIResourceUserDataKeysTag}) {
         if (auto keys = taken(userDataTOCElements, std::string(tag))) {

@@ -63,7 +63,7 @@ MSPITaskMapper::MSPITaskMapper(MSPIMappingContext& mapper, bool scheduleFromStar
       _mspScheduleFromStart(scheduleFromStart),
       _mspTaskMaxId(mspTaskMaxId) {}
 
-MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCXMLNode& mspTask) {
+MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCFields& mspTask) {
     auto newTask = _mapper.newElement("task");
     const auto task = newTask.node();
     Facts facts;
@@ -71,16 +71,16 @@ MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCXMLNode& mspTask)
     addIdentity(mspTask, task);
     addTypeAndScheduling(mspTask, task, facts);
     addLeveledStartBeforeLeveling(mspTask, task, facts);
-    facts.start = stringValueForXQuery(mspTask, "Start");
-    facts.finish = stringValueForXQuery(mspTask, "Finish");
+    facts.start = mspTask.stringValue("Start");
+    facts.finish = mspTask.stringValue("Finish");
     facts.kdzxStart = _mapper.conversions().mspdiToKdzxDateTime(facts.start.value_or(""));
     facts.kdzxFinish = _mapper.conversions().mspdiToKdzxDateTime(facts.finish.value_or(""));
     addLeveledStartOfConstraint(task, facts);
-    addChildIfPresent(task, "priority", stringValueForXQuery(mspTask, "Priority"));
+    addChildIfPresent(task, "priority", mspTask.stringValue("Priority"));
     addEffort(mspTask, task, facts);
     addProgress(mspTask, task, facts);
     if (facts.constraintType >= firstDatedConstraint) {
-        facts.constraintDate = stringValueForXQuery(mspTask, "ConstraintDate");
+        facts.constraintDate = mspTask.stringValue("ConstraintDate");
     }
     addLockedDateOfProjectBounds(task, facts);
     addConstraintDate(task, facts);
@@ -88,17 +88,18 @@ MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCXMLNode& mspTask)
     addFixedCost(mspTask, task);
     addChildIfPresent(task, "start-date", facts.kdzxStart);
     addChildIfPresent(task, "end-date", facts.kdzxFinish);
-    if (const auto notes = stringValueForXQuery(mspTask, "Notes")) {
+    if (const auto notes = mspTask.stringValue("Notes")) {
         MSPCXMLNode(task).appendChild(MSPINoteMapper().newNoteFromMSPNotes(*notes, _mapper.kdzxDocument()));
     }
     _userDataChanged =
-        addUserDataFromMSPObjectToElement(mspTask, task, MSPITaskUserDataKeysTag, _userDataTOCElements, _mapper);
+        addUserDataOfExtendedAttributesToElement(mspTask.nodes("ExtendedAttribute"), task, MSPITaskUserDataKeysTag,
+                                                 _userDataTOCElements, _mapper);
     addPrerequisites(mspTask, task);
     return newTask;
 }
 
-void MSPITaskMapper::addIdentity(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) {
-    const auto uid = stringValueForXQuery(mspTask, "UID");
+void MSPITaskMapper::addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& task) {
+    const auto uid = mspTask.stringValue("UID");
     if (!uid) {
         throw MSPCInternalInconsistency("Failed to get UID from Task.");
     }
@@ -107,20 +108,20 @@ void MSPITaskMapper::addIdentity(const MSPCXMLNode& mspTask, const MSPCXMLNode& 
     if (_mspTaskUID > 0) {
         _mspTaskMaxId = std::max(_mspTaskMaxId, _mspTaskUID);
     }
-    const auto name = stringValueForXQuery(mspTask, "Name");
+    const auto name = mspTask.stringValue("Name");
     addChildIfPresent(task, "title", name);
     _mapper.log().log(fmt::format("  Mapping Task UID='{}' name='{}' ...", *uid, name.value_or("")));
 }
 
-void MSPITaskMapper::addTypeAndScheduling(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, Facts& facts) const {
-    if (const auto duration = stringValueForXQuery(mspTask, "Duration")) {
+void MSPITaskMapper::addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const {
+    if (const auto duration = mspTask.stringValue("Duration")) {
         facts.durationSeconds = MSPIUtilities::mspdiDurationInSecs(*duration);
     }
-    facts.isSummary = boolValueForXQuery(mspTask, "Summary");
+    facts.isSummary = mspTask.boolValue("Summary");
     addChild(task, "type", facts.isSummary ? "group" : facts.durationSeconds == 0 ? "milestone" : "task");
 
     Error error;
-    const auto constraintType = intValueForXQuery(mspTask, "ConstraintType", &error);
+    const auto constraintType = mspTask.intValue("ConstraintType", &error);
     facts.constraintType = error ? -1 : constraintType;
     const auto scheduleType = constraintOfType(facts.constraintType).scheduleType;
     const std::string_view projectDefault = _mspScheduleFromStart ? "asap" : "alap";
@@ -128,13 +129,13 @@ void MSPITaskMapper::addTypeAndScheduling(const MSPCXMLNode& mspTask, const MSPC
 }
 
 // A leveled task keeps the start that leveling gave it, or the one it was pinned to.
-void MSPITaskMapper::addLeveledStartBeforeLeveling(const MSPCXMLNode& mspTask, const MSPCXMLNode& task,
+void MSPITaskMapper::addLeveledStartBeforeLeveling(const MSPCFields& mspTask, const MSPCXMLNode& task,
                                                    Facts& facts) const {
-    if (!singleObjectForXQuery(mspTask, "PreLeveledStart") && !singleObjectForXQuery(mspTask, "PreLeveledFinish")) {
+    if (!mspTask.singleObject("PreLeveledStart") && !mspTask.singleObject("PreLeveledFinish")) {
         return;
     }
-    const bool isPinned = boolValueForXQuery(mspTask, "Pinned");
-    const auto start = stringValueForXQuery(mspTask, isPinned ? "PinnedStart" : "Start");
+    const bool isPinned = mspTask.boolValue("Pinned");
+    const auto start = mspTask.stringValue(isPinned ? "PinnedStart" : "Start");
     if (const auto leveledStart = _mapper.conversions().mspdiToKdzxDateTime(start.value_or(""))) {
         addChild(task, "leveled-start", *leveledStart);
         facts.hasLeveledStart = true;
@@ -148,23 +149,23 @@ void MSPITaskMapper::addLeveledStartOfConstraint(const MSPCXMLNode& task, Facts&
 }
 
 // The work where there is any, else the duration, so that every task has an effort.
-void MSPITaskMapper::addEffort(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, Facts& facts) const {
-    const auto work = stringValueForXQuery(mspTask, "Work");
+void MSPITaskMapper::addEffort(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const {
+    const auto work = mspTask.stringValue("Work");
     const auto workSeconds = work ? MSPIUtilities::mspdiDurationInSecs(*work) : 0;
     facts.effortSeconds = workSeconds > 0 ? workSeconds : facts.durationSeconds;
     addChild(task, "effort", fmt::format("{}", facts.effortSeconds));
 }
 
-void MSPITaskMapper::addProgress(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, const Facts& facts) const {
+void MSPITaskMapper::addProgress(const MSPCFields& mspTask, const MSPCXMLNode& task, const Facts& facts) const {
     constexpr std::int64_t complete = 100;
     Error error;
-    const auto percent = intValueForXQuery(mspTask, "PercentComplete", &error);
+    const auto percent = mspTask.intValue("PercentComplete", &error);
     if (!error && percent > 0) {
         addChild(task, "completion-percentage",
                  fmt::format("{:.2f}", static_cast<double>(std::min(percent, complete)) / 100.0));
     }
     error.clear();
-    const auto workPercent = intValueForXQuery(mspTask, "PercentWorkComplete", &error);
+    const auto workPercent = mspTask.intValue("PercentWorkComplete", &error);
     if (!error && workPercent > 0) {
         // Multiplied in whole numbers first: 29 percent of 100 seconds is 29, not 28.
         const auto percentSeconds = std::min(workPercent, complete) * facts.effortSeconds;
@@ -216,9 +217,9 @@ void MSPITaskMapper::addConstraintDate(const MSPCXMLNode& task, const Facts& fac
     }
 }
 
-void MSPITaskMapper::addRecalculation(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const {
+void MSPITaskMapper::addRecalculation(const MSPCFields& mspTask, const MSPCXMLNode& task) const {
     Error error;
-    const auto type = intValueForXQuery(mspTask, "Type", &error);
+    const auto type = mspTask.intValue("Type", &error);
     if (error) {
         return;
     }
@@ -228,12 +229,12 @@ void MSPITaskMapper::addRecalculation(const MSPCXMLNode& mspTask, const MSPCXMLN
     addChild(task, "recalculate", type == 1 ? "effort" : "duration");
 }
 
-void MSPITaskMapper::addFixedCost(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const {
+void MSPITaskMapper::addFixedCost(const MSPCFields& mspTask, const MSPCXMLNode& task) const {
     if (!_mapper.isSavedBy2007OrLater()) {
         return;
     }
     Error error;
-    const auto cost = floatValueForXQuery(mspTask, "FixedCost", &error);
+    const auto cost = mspTask.floatValue("FixedCost", &error);
     if (!error) {
         addChild(task, "static-cost", fmt::format("{:f}", cost));
     }
@@ -241,8 +242,8 @@ void MSPITaskMapper::addFixedCost(const MSPCXMLNode& mspTask, const MSPCXMLNode&
 
 // Links to tasks outside the file are dropped, and so are links to a UID that several tasks have. The link's lag has no
 // place in the target.
-void MSPITaskMapper::addPrerequisites(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const {
-    for (const auto& link : nodesForXQuery(mspTask, "PredecessorLink")) {
+void MSPITaskMapper::addPrerequisites(const MSPCFields& mspTask, const MSPCXMLNode& task) const {
+    for (const auto& link : mspTask.nodes("PredecessorLink")) {
         checkNode(link, "PredecessorLink");
         Error error;
         const auto uid = intValueForXQuery(link, "PredecessorUID", &error);

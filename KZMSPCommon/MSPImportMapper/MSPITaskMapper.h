@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "MSPCFields.h"
 #include "MSPIObjectMapperBase.h"
 #include "MSPIUserDataMapper.h"
 
@@ -17,7 +18,7 @@ public:
     // The new element, owned by the caller; never empty. Raises `MSPCInternalInconsistency` "Failed to get UID from
     // Task.", "Unexpected MSPDI Task Type: <value>", "Expected NSXMLNodeProxy as a PredecessorLink object.", and what the
     // value getters and conversions raise for texts that are there but unreadable.
-    [[nodiscard]] MSPCXMLNewElement newTaskFromMSPTask(const MSPCXMLNode& mspTask);
+    [[nodiscard]] MSPCXMLNewElement newTaskFromMSPTask(const MSPCFields& mspTask);
 
     // The task's UID, 0 for a UID text that is no number; -1 until a task has been mapped.
     [[nodiscard]] std::int64_t mspTaskUID() const { return _mspTaskUID; }
@@ -41,17 +42,17 @@ private:
         bool hasLockedEnd = false;
     };
 
-    void addIdentity(const MSPCXMLNode& mspTask, const MSPCXMLNode& task);
-    void addTypeAndScheduling(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, Facts& facts) const;
-    void addLeveledStartBeforeLeveling(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, Facts& facts) const;
+    void addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& task);
+    void addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const;
+    void addLeveledStartBeforeLeveling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const;
     void addLeveledStartOfConstraint(const MSPCXMLNode& task, Facts& facts) const;
-    void addEffort(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, Facts& facts) const;
-    void addProgress(const MSPCXMLNode& mspTask, const MSPCXMLNode& task, const Facts& facts) const;
+    void addEffort(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const;
+    void addProgress(const MSPCFields& mspTask, const MSPCXMLNode& task, const Facts& facts) const;
     void addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts& facts) const;
     void addConstraintDate(const MSPCXMLNode& task, const Facts& facts) const;
-    void addRecalculation(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const;
-    void addFixedCost(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const;
-    void addPrerequisites(const MSPCXMLNode& mspTask, const MSPCXMLNode& task) const;
+    void addRecalculation(const MSPCFields& mspTask, const MSPCXMLNode& task) const;
+    void addFixedCost(const MSPCFields& mspTask, const MSPCXMLNode& task) const;
+    void addPrerequisites(const MSPCFields& mspTask, const MSPCXMLNode& task) const;
 
     std::int64_t _mspTaskUID = -1;
     MSPIUserDataTOCElements& _userDataTOCElements;

@@ -35,7 +35,7 @@ void scaleToAssignedWork(MSPITimephasedSpans& spans, MSPCTimeInterval assignedWo
 
 }  // namespace
 
-std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiTask(const MSPCXMLNode& mspTask) {
+std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiTask(const MSPCFields& mspTask) {
     std::vector<MSPCXMLNewElement> pieces;
     for (const auto& stretch : stretchesOfSpans(spansOfTask(mspTask))) {
         pieces.push_back(newTaskFromStretch(stretch));
@@ -44,10 +44,10 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
     return pieces;
 }
 
-MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(const MSPCXMLNode& mspTask) const {
+MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(const MSPCFields& mspTask) const {
     MSPITimephasedSpans spans;
     Error error;
-    const auto uid = intValueForXQuery(mspTask, "UID", &error);
+    const auto uid = mspTask.intValue("UID", &error);
     if (error) {
         return spans;
     }
@@ -55,7 +55,7 @@ MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(const MSPCXMLNode& msp
     if (assignments.empty()) {
         return spans;
     }
-    const auto taskName = stringValueForXQuery(mspTask, "Name").value_or("");
+    const auto taskName = mspTask.stringValue("Name").value_or("");
     MSPCTimeInterval assignedWork = 0;
     for (const auto& assignment : assignments) {
         assignedWork += MSPIUtilities::mspdiToMppDuration(stringValueForXQuery(assignment, "Work").value_or(""));

@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "MSPCFields.h"
 #include "MSPIObjectMapperBase.h"
 #include "MSPITimephasedSpans.h"
 
@@ -14,13 +15,13 @@ public:
 
     // The pieces, owned by the caller, in order of time, with provisional ids; none for a task that is not split. Raises
     // what `mergedSpans` and `joinedStretches` raise, and what the value getters raise for unreadable numbers.
-    [[nodiscard]] std::vector<MSPCXMLNewElement> newSplitTasksFromMspdiTask(const MSPCXMLNode& mspTask);
+    [[nodiscard]] std::vector<MSPCXMLNewElement> newSplitTasksFromMspdiTask(const MSPCFields& mspTask);
 
     // The latest end of all pieces this mapper has made; none while there are none.
     [[nodiscard]] std::optional<MSPCInstant> taskEndDate() const { return _taskEndDate; }
 
 private:
-    MSPITimephasedSpans spansOfTask(const MSPCXMLNode& mspTask) const;
+    MSPITimephasedSpans spansOfTask(const MSPCFields& mspTask) const;
     void collectSpansOfAssignment(const MSPCXMLNode& assignment, const std::string& taskName,
                                   MSPITimephasedSpans& spans) const;
     MSPITimephasedSpans stretchesOfSpans(MSPITimephasedSpans spans) const;

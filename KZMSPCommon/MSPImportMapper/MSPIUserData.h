@@ -13,7 +13,8 @@ struct MSPINullValue {
     friend bool operator==(const MSPINullValue&, const MSPINullValue&) = default;
 };
 
-// The value of a custom field. The empty alternative is no value at all, which no reader makes and every writer refuses.
+// The value of a custom field. The empty alternative is no value at all, which no reader makes and every writer
+// refuses.
 using MSPIUserDataValue = std::variant<std::monostate, MSPINullValue, std::string>;
 
 // Custom fields of one task, resource or project by name, in the order in which the names first appeared.

@@ -97,10 +97,10 @@ bool MSPIUserDataMapper::setUserDataTOCElementsForTagFromDictionary(std::optiona
     return true;
 }
 
-bool addUserDataFromMSPObjectToElement(const MSPCXMLNode& mspObject, const MSPCXMLNode& kdzxObject,
-                                       std::string_view tag, MSPIUserDataTOCElements& userDataTOCElements,
-                                       MSPIMappingContext& mapper) {
-    const auto userData = userDataFromExtendedAttributes(nodesForXQuery(mspObject, "ExtendedAttribute"), mapper);
+bool addUserDataOfExtendedAttributesToElement(std::span<const MSPCXMLNode> extendedAttributes,
+                                              const MSPCXMLNode& kdzxObject, std::string_view tag,
+                                              MSPIUserDataTOCElements& userDataTOCElements, MSPIMappingContext& mapper) {
+    const auto userData = userDataFromExtendedAttributes(extendedAttributes, mapper);
     if (userData.isEmpty()) {
         return false;
     }

@@ -20,7 +20,12 @@ std::optional<double> xpathNumber(std::string_view text) {
     }
     double number = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
-    return read.ec == std::errc() ? std::optional(number) : std::nullopt;
+    if (read.ec == std::errc()) {
+        return number;
+    }
+    // Out of range at either end: a number below 1 in size is too small for a double and rounds to 0.
+    const bool isBelowOne = digits.find_first_not_of('0') == digits.find('.');
+    return isBelowOne ? std::optional(0.0) : std::nullopt;
 }
 
 bool hasChildWithNumber(const MSPCXMLNode& element, std::string_view name, std::int64_t number) {

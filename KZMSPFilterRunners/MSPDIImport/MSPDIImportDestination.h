@@ -9,7 +9,8 @@ class MSPCFileSystem;
 // `inputPath` is standardized. Raises
 //   MSPCInternalInconsistency "*** ERROR: Failed to get directory from input path: <input path>"
 //   FileNotFoundException "Output directoty not found: <folder>"   when it is missing or no folder
-[[nodiscard]] std::string MSPDIOutputFolder(const std::string& inputPath, const std::optional<std::string>& outputFolder,
+[[nodiscard]] std::string MSPDIOutputFolder(const std::string& inputPath,
+                                            const std::optional<std::string>& outputFolder,
                                             const MSPCFileSystem& fileSystem);
 
 // The path of the bundle for an input file: "Plan.XML" gives "<folder>/Plan.kdzx", with the input's extension included

@@ -13,7 +13,8 @@
 #include "MSPDIInputList.h"
 
 MSPDIImportRunner::MSPDIImportRunner(const MSPCServices& services, MSPDIFileImport importFile)
-    : _services(services), _importFile(std::move(importFile)) {}
+    : _services(services), _importFile(std::move(importFile)) {
+}
 
 int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
     _services.log.log("MSPDIImporter Runner");
@@ -48,8 +49,7 @@ void MSPDIImportRunner::importAll(const MSPDIImportArguments& arguments) {
 
 MSPCURL MSPDIImportRunner::checkedTemplateURL(const std::string& templatePath) const {
     if (lowerCased(pathExtension(templatePath)) != "kdzx") {
-        throw CommandLineArgumentException(
-            fmt::format("Template is not a valid KDZX doc folder: '{}'", templatePath));
+        throw CommandLineArgumentException(fmt::format("Template is not a valid KDZX doc folder: '{}'", templatePath));
     }
     const auto path = _services.fileSystem.standardizedPath(templatePath);
     if (!_services.fileSystem.isDirectory(path)) {
@@ -122,8 +122,7 @@ void MSPDIImportRunner::removeOldBundle(const std::string& bundlePath, const std
                                         const std::string& inputPath) const {
     auto& fileSystem = _services.fileSystem;
     // Removing the template or the input would leave nothing to import; the import then takes a free numbered name.
-    const bool isKept = !fileSystem.exists(bundlePath) ||
-                        MSPDIWouldBeRemoved(templatePath, bundlePath, fileSystem) ||
+    const bool isKept = !fileSystem.exists(bundlePath) || MSPDIWouldBeRemoved(templatePath, bundlePath, fileSystem) ||
                         MSPDIWouldBeRemoved(inputPath, bundlePath, fileSystem);
     if (!isKept) {
         // What cannot be removed is in the way like a bundle that is not overwritten.

@@ -22,8 +22,8 @@ using MSPDIFileImport = std::function<bool(const MSPIImportInfo&, const MSPCServ
 // `OverwriteFilterTarget` removes an existing destination first, unless that would take the template or the input away.
 // Both are off when absent.
 //
-// The first failed check ends the run with the log line "Exception: <name>\n<reason>". A failed import does not: the run
-// goes on with the next file. Foreign exceptions pass, after everything that the run holds has been released.
+// The first failed check ends the run with the log line "Exception: <name>\n<reason>". A failed import does not: the
+// run goes on with the next file. Foreign exceptions pass, after everything that the run holds has been released.
 // Failures raised here (the others are told where they are raised):
 //   CommandLineArgumentException "Template is not a valid KDZX doc folder: '<argument>'"
 //                                "No input list found in command line."
@@ -36,9 +36,9 @@ public:
     // The services outlive the runner. Tests replace `importFile`.
     explicit MSPDIImportRunner(const MSPCServices& services, MSPDIFileImport importFile = MSPDIImportFile);
 
-    // Runs with all arguments of the command line, the program's own path first. Returns the exit status: 0 when the last
-    // import that ran succeeded, 1 when it failed or none ran.
-    // Deliberate: a later entry that fails its checks leaves the status of an earlier import that succeeded.
+    // Runs with all arguments of the command line, the program's own path first. Returns the exit status: 0 when the
+    // last import that ran succeeded, 1 when it failed or none ran. Deliberate: a later entry that fails its checks
+    // leaves the status of an earlier import that succeeded.
     [[nodiscard]] int run(const std::vector<std::string>& arguments);
 
 private:

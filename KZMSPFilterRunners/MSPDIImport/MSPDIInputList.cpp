@@ -19,7 +19,9 @@ std::size_t lineEndLength(std::string_view text) {
     return found == lineEnds.end() ? 0 : found->size();
 }
 
-bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
 
 // The length of the character at the start of a text as its first byte tells it; 0 when no character begins so.
 std::size_t characterLength(unsigned char first) {
@@ -73,7 +75,9 @@ std::vector<std::string> MSPDILinesOfText(std::string_view text) {
     return lines;
 }
 
-bool MSPDIIsInputEntry(std::string_view line) { return !line.empty() && !line.starts_with("::"); }
+bool MSPDIIsInputEntry(std::string_view line) {
+    return !line.empty() && !line.starts_with("::");
+}
 
 std::vector<std::string> MSPDIReadInputList(const std::string& path, const MSPCFileSystem& fileSystem) {
     if (!fileSystem.exists(path) || fileSystem.isDirectory(path)) {

@@ -7,7 +7,9 @@
 
 namespace {
 
-MSPCTimeZone zoneNamed(std::string_view name) { return MSPCTimeZone::named(name).value(); }
+MSPCTimeZone zoneNamed(std::string_view name) {
+    return MSPCTimeZone::named(name).value();
+}
 
 MSPCDateComponents componentsOf(std::int64_t year, std::int64_t month, std::int64_t day, std::int64_t hour,
                                 std::int64_t minute = 0, std::int64_t second = 0) {
@@ -213,9 +215,10 @@ TEST(MSPCDateComponents, descriptionsListAllFields) {
     components.weekdayOrdinal = 4;
     components.quarter = 3;
     EXPECT_EQ(components.componentsDescription(), "\n  isUTC=0\n  timeZoneHour=-3\n  timeZoneMinute=-30");
-    EXPECT_EQ(componentsDescription(components),
-              "\n  era=1\n  year=2012\n  month=1\n  day=5\n  hour=8\n  minute=30\n  second=15\n  week=2\n  weekday=5\n  "
-              "weekdayOrdinal=4\n  quarter=3");
+    EXPECT_EQ(
+        componentsDescription(components),
+        "\n  era=1\n  year=2012\n  month=1\n  day=5\n  hour=8\n  minute=30\n  second=15\n  week=2\n  weekday=5\n  "
+        "weekdayOrdinal=4\n  quarter=3");
     EXPECT_EQ(description(components),
               "NSDateComponents:\n  era=1\n  year=2012\n  month=1\n  day=5\n  hour=8\n  minute=30\n  second=15\n  "
               "week=2\n  weekday=5\n  weekdayOrdinal=4\n  quarter=3");

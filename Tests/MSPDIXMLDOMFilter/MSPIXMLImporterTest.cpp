@@ -30,7 +30,7 @@ constexpr auto copyFailure =
 class MSPIXMLImporterTest : public testing::Test {
 protected:
     MSPIXMLImporterTest() {
-        fileSystem.addFile("/in/Plan.xml", "<Project>the plan</Project>");
+        fileSystem.addFile("/in/Plan.xml", "<Project><Title>the plan</Title></Project>");
         fileSystem.addFile("/template/Empty.kdzx/Actual.xml", "<scenario>template</scenario>");
         fileSystem.addFile("/template/Empty.kdzx/__TOC.xml", "<toc><!--kept--><project>empty</project></toc>");
         fileSystem.addFile("/template/Empty.kdzx/extra/notes.txt", "untouched");
@@ -255,7 +255,7 @@ TEST_F(MSPIXMLImporterTest, refusedLocationsAreNamedAndNothingIsCopied) {
 
 TEST_F(MSPIXMLImporterTest, theSourcesExtensionMayBeInCapitals) {
     for (const auto* path : {"/in/Plan.XML", "/in/Plan.MspXml", "/in/Plan.mspxml"}) {
-        fileSystem.addFile(path, "<Project>the plan</Project>");
+        fileSystem.addFile(path, "<Project><Title>the plan</Title></Project>");
         EXPECT_TRUE(import(MSPCURL::fileURL(path, false), MSPCURL::fileURL("/out/Plan.kdzx", true))) << path;
         log.ignoreLines();
     }

@@ -198,7 +198,8 @@ private:
     }
 
     void add(const std::string& path, Node node) {
-        for (auto folder = pathByDeletingLastComponent(path); folder != "/"; folder = pathByDeletingLastComponent(folder)) {
+        for (auto folder = pathByDeletingLastComponent(path); folder != "/";
+             folder = pathByDeletingLastComponent(folder)) {
             _nodes.try_emplace(folder, Node{Kind::Folder, {}});
         }
         _nodes.insert_or_assign(path, std::move(node));

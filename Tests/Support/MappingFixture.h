@@ -62,10 +62,8 @@ public:
     MSPIMappingContext context;
 };
 
-// The markup of a free element on one line, without indentation.
-inline std::string markupOf(MSPCXMLNewElement&& element) {
-    MSPCXMLDocument document;
-    document.setRoot(std::move(element));
+// The markup of a document on one line, without its XML declaration and indentation.
+inline std::string markupOf(const MSPCXMLDocument& document) {
     std::string markup;
     const auto text = document.serialized();
     for (std::size_t at = text.find("?>\n") + 3; at < text.size();) {
@@ -75,4 +73,11 @@ inline std::string markupOf(MSPCXMLNewElement&& element) {
         at = lineEnd + 1;
     }
     return markup;
+}
+
+// The same of a free element.
+inline std::string markupOf(MSPCXMLNewElement&& element) {
+    MSPCXMLDocument document;
+    document.setRoot(std::move(element));
+    return markupOf(document);
 }

@@ -17,7 +17,8 @@ TEST(ImportCasesFolder, holdsCases) {
 TEST_P(ImportCases, endsAsExpected) {
     const ImportCase importCase(GetParam());
     importCase.run();
-    EXPECT_EQ(importCase.difference(), "");
+    const auto difference = importCase.difference();
+    EXPECT_TRUE(difference.empty()) << difference;
     for (const auto& bundle : importCase.bundles()) {
         for (const auto& entry : std::filesystem::directory_iterator(bundle)) {
             if (entry.path().extension() == ".xml") {

@@ -24,9 +24,11 @@ using MSPCDiskFileSystem_standardizedPath = MSPCDiskFileSystemTest;
 
 TEST_F(MSPCDiskFileSystem_standardizedPath, resolvesDotsAndSuperfluousSlashes) {
     const std::pair<const char*, const char*> table[] = {
-        {"/a/b.xml", "/a/b.xml"},   {"/a/./b/../c", "/a/c"}, {"//a///b/", "/a/b"}, {"/..", "/"},
-        {"/../../a", "/a"},         {"/", "/"},              {"/a/..", "/"},       {"/a/...", "/a/..."},
-        {"/a/~/b", "/a/~/b"},       {"/a/.hidden", "/a/.hidden"},
+        {"/a/b.xml", "/a/b.xml"}, {"/a/./b/../c", "/a/c"},
+        {"//a///b/", "/a/b"},     {"/..", "/"},
+        {"/../../a", "/a"},       {"/", "/"},
+        {"/a/..", "/"},           {"/a/...", "/a/..."},
+        {"/a/~/b", "/a/~/b"},     {"/a/.hidden", "/a/.hidden"},
     };
     for (const auto& [path, expected] : table) {
         EXPECT_EQ(files.standardizedPath(path), expected) << path;
@@ -67,7 +69,9 @@ TEST_F(MSPCDiskFileSystem_standardizedPath, takesAnUnknownUserAsAnOrdinaryName) 
     EXPECT_EQ(files.standardizedPath("~no-such-user/a"), std::filesystem::current_path().native() + "/~no-such-user/a");
 }
 
-TEST_F(MSPCDiskFileSystem_standardizedPath, leavesTheEmptyPathEmpty) { EXPECT_EQ(files.standardizedPath(""), ""); }
+TEST_F(MSPCDiskFileSystem_standardizedPath, leavesTheEmptyPathEmpty) {
+    EXPECT_EQ(files.standardizedPath(""), "");
+}
 
 TEST_F(MSPCDiskFileSystem_standardizedPath, doesNotFollowLinks) {
     folder.addFolder("real/inner");

@@ -26,7 +26,9 @@ protected:
     std::string failureAt(const std::string& name, const std::string& description) const {
         return std::string("'").append(folder / name).append("'").append(description);
     }
-    std::optional<std::string> copy() { return files.copyFolder(folder / "T.kdzx", folder / "Plan.kdzx", &existedAlready); }
+    std::optional<std::string> copy() {
+        return files.copyFolder(folder / "T.kdzx", folder / "Plan.kdzx", &existedAlready);
+    }
 
     ScopedTempFolder folder;
     MSPCDiskFileSystem files;

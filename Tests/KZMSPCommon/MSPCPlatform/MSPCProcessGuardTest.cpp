@@ -24,7 +24,8 @@ namespace {
 class MSPCProcessGuardTest : public ::testing::Test {
 protected:
     // The status that wait gives. The process ends with 77 when `action` returns.
-    int statusOf(const std::function<void(MSPCStandardErrorLog&)>& action, const std::function<void()>& prepare = [] {}) {
+    int statusOf(
+        const std::function<void(MSPCStandardErrorLog&)>& action, const std::function<void()>& prepare = [] {}) {
         const auto child = ::fork();
         if (child == 0) {
             const rlimit noCoreFile{};
@@ -130,8 +131,8 @@ TEST_F(MSPCProcessGuardTest, takesAClosedPipeForAWriteFailure) {
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe(ends.data()), 0);
     ::close(ends[0]);
-    const int status = statusOf([](MSPCStandardErrorLog& log) { log.flush(); },
-                                [&ends] { ::dup2(ends[1], STDERR_FILENO); });
+    const int status =
+        statusOf([](MSPCStandardErrorLog& log) { log.flush(); }, [&ends] { ::dup2(ends[1], STDERR_FILENO); });
     ::close(ends[1]);
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 77);
@@ -142,8 +143,8 @@ TEST_F(MSPCProcessGuardTest, takesAFileSizeLimitForAWriteFailure) {
         const rlimit small{1'000, 1'000};
         ::setrlimit(RLIMIT_FSIZE, &small);
         MSPCDiskFileSystem files;
-        const auto failure = files.writeAtomically(
-            folder / "a", [](MSPCByteSink& sink) { sink.write(std::string(2'000, 'x')); });
+        const auto failure =
+            files.writeAtomically(folder / "a", [](MSPCByteSink& sink) { sink.write(std::string(2'000, 'x')); });
         ::_exit(failure == "File too large" ? 0 : 1);
     });
     EXPECT_TRUE(WIFEXITED(status));

@@ -57,8 +57,12 @@ TEST(MSPCURL, leavesAPercentSignThatEncodesNothing) {
 
 TEST(MSPCURL, ofAnotherSchemeIsNoFileURL) {
     const std::pair<const char*, bool> table[] = {
-        {"http://host/a.xml", false}, {"FILE:///a.xml", true}, {"file://localhost/a.xml", true},
-        {"/a.xml", false},            {"files:///a.xml", false}, {"1file:///a", false},
+        {"http://host/a.xml", false},
+        {"FILE:///a.xml", true},
+        {"file://localhost/a.xml", true},
+        {"/a.xml", false},
+        {"files:///a.xml", false},
+        {"1file:///a", false},
         {"", false},
     };
     for (const auto& [text, expected] : table) {

@@ -1,0 +1,51 @@
+#include "MSPCFields.h"
+
+#include "MSPCNodeValues.h"
+
+MSPCFields::MSPCFields(const MSPCXMLNode& element) {
+    checkIsNode(element);
+    constexpr std::size_t usualCount = 40;
+    _fields.reserve(usualCount);
+    for (auto child = element.firstChild(); child; child = child.nextSibling()) {
+        if (child.isElement()) {
+            _fields.push_back({child.name(), child});
+        }
+    }
+}
+
+MSPCXMLNode MSPCFields::singleObject(std::string_view name, Error* error) const {
+    MSPCXMLNode last;
+    std::size_t count = 0;
+    for (const auto& field : _fields) {
+        if (field.name == name) {
+            last = field.node;
+            ++count;
+        }
+    }
+    reportMatches(count, error);
+    return last;
+}
+
+std::optional<std::string> MSPCFields::stringValue(std::string_view name, Error* error) const {
+    return stringValueOf(singleObject(name, error));
+}
+
+std::int64_t MSPCFields::intValue(std::string_view name, Error* error) const {
+    return intValueOf(singleObject(name, error));
+}
+
+double MSPCFields::floatValue(std::string_view name, Error* error) const {
+    return floatValueOf(singleObject(name, error));
+}
+
+bool MSPCFields::boolValue(std::string_view name, Error* error) const { return boolValueOf(singleObject(name, error)); }
+
+std::vector<MSPCXMLNode> MSPCFields::nodes(std::string_view name) const {
+    std::vector<MSPCXMLNode> nodes;
+    for (const auto& field : _fields) {
+        if (field.name == name) {
+            nodes.push_back(field.node);
+        }
+    }
+    return nodes;
+}

@@ -1,0 +1,347 @@
+#include "MSPCXMLFilter.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "MSPCPath.h"
+#include "MSPCXMLSurvey.h"
+
+namespace {
+
+enum CharacterClass : unsigned char {
+    NameStart = 1,
+    NamePart = 2,
+    Blank = 4,
+    PlainText = 8,  // neither markup nor a reference, nor the NUL behind the window
+};
+
+// The classes that the tree library sees in a byte, so that what passes here is what it would take.
+constexpr std::array<unsigned char, 256> characterClasses = [] {
+    std::array<unsigned char, 256> classes = {};
+    for (std::size_t byte = 0; byte < classes.size(); ++byte) {
+        const bool isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_' ||
+                              byte == ':' || byte >= 0x80;
+        const bool isLater = (byte >= '0' && byte <= '9') || byte == '-' || byte == '.';
+        const bool isBlank = byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+        const bool isPlain = byte != '<' && byte != '&' && byte != '\0';
+        classes[byte] = static_cast<unsigned char>((isLetter ? NameStart | NamePart : 0) | (isLater ? NamePart : 0) |
+                                                   (isBlank ? Blank : 0) | (isPlain ? PlainText : 0));
+    }
+    return classes;
+}();
+
+bool hasClass(char character, CharacterClass wanted) {
+    return (characterClasses[static_cast<unsigned char>(character)] & wanted) != 0;
+}
+
+std::size_t endOfName(std::string_view text) {
+    if (text.empty() || !hasClass(text.front(), NameStart)) {
+        return 0;
+    }
+    std::size_t end = 1;
+    while (end < text.size() && hasClass(text[end], NamePart)) {
+        ++end;
+    }
+    return end;
+}
+
+// The first character that is not of a class. The text must end with one.
+const char* skip(const char* text, CharacterClass skipped) {
+    while (hasClass(*text, skipped)) {
+        ++text;
+    }
+    return text;
+}
+
+bool isAllBlank(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char character) { return hasClass(character, Blank); });
+}
+
+// Text that any parser takes as it is: references are good, and there is no NUL.
+bool isPlainText(std::string_view text) {
+    return std::memchr(text.data(), '\0', text.size()) == nullptr && !hasStrayAmpersand(text);
+}
+
+// Walks over a document with a window onto its bytes that slides and, for a single long token, grows.
+class Filter {
+public:
+    Filter(const MSPCByteReader& read, std::size_t expectedSize, const MSPCXMLSelection& selection) : _read(read) {
+        constexpr std::size_t smallestWindow = 1 << 12;
+        constexpr std::size_t largestWindow = 1 << 18;
+        _window.resize(std::clamp(expectedSize + 1, smallestWindow, largestWindow));
+        // Costs address space only: pages that stay untouched are never there.
+        _kept.bytes.reserve(expectedSize);
+        _open.push_back({0, &selection});
+    }
+
+    std::optional<MSPCXMLFiltered> run() {
+        if (!skipMarkAndDeclaration()) {
+            return std::nullopt;
+        }
+        for (;;) {
+            while (takeLeaf()) {
+            }
+            const auto text = textBeforeMarkup();
+            if (!text) {
+                break;
+            }
+            if (!takeText(*text) || !takeMarkup()) {
+                return std::nullopt;
+            }
+        }
+        const bool isComplete = _isAtEnd && _open.size() == 1 && _hasRoot && isAllBlank(rest());
+        return isComplete ? std::optional(std::move(_kept)) : std::nullopt;
+    }
+
+private:
+    // An element that has not ended yet; without a selection it is left out.
+    struct OpenElement {
+        std::size_t nameStart;  // in _names
+        const MSPCXMLSelection* selection;
+    };
+
+    [[nodiscard]] std::string_view rest() const { return std::string_view(_window).substr(_at, _end - _at); }
+
+    // Slides the window on; false at the end of the document.
+    bool readMore() {
+        if (_isAtEnd) {
+            return false;
+        }
+        if (_at > 0) {
+            std::memmove(_window.data(), _window.data() + _at, _end - _at);
+            _end -= _at;
+            _at = 0;
+        }
+        if (_end + 1 == _window.size()) {
+            _window.resize(2 * _window.size());
+        }
+        const auto count = _read(_window.data() + _end, _window.size() - _end - 1);
+        _end += count;
+        _isAtEnd = count == 0;
+        return !_isAtEnd;
+    }
+
+    // The offset of a text in what is left, from an offset on; none when the document ends before.
+    std::optional<std::size_t> find(std::string_view wanted, std::size_t from) {
+        for (;;) {
+            const auto found = rest().find(wanted, from);
+            if (found != std::string_view::npos) {
+                return found;
+            }
+            from = std::max(from, rest().size() - std::min(rest().size(), wanted.size() - 1));
+            if (!readMore()) {
+                return std::nullopt;
+            }
+        }
+    }
+
+    bool hasAtLeast(std::size_t size) {
+        while (rest().size() < size) {
+            if (!readMore()) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool skipMarkAndDeclaration() {
+        hasAtLeast(5);
+        if (rest().starts_with("\xEF\xBB\xBF")) {
+            _at += 3;
+            hasAtLeast(5);
+        }
+        if (!rest().starts_with("<?xml")) {
+            return true;
+        }
+        const auto end = find("?>", 0);
+        if (!end) {
+            return false;
+        }
+        const auto declaration = lowerCased(rest().substr(0, *end));
+        const auto encoding = declaration.find("encoding");
+        const bool isUtf8 = encoding == std::string::npos || declaration.find("utf-8", encoding) != std::string::npos;
+        _at += *end + 2;
+        return isUtf8;
+    }
+
+    // Takes "<Name>text</Name>", which is what most of a plan is made of, where it stands in the window as a whole. False
+    // for whatever else comes next, which is then looked at with more care.
+    bool takeLeaf() {
+        if (_open.size() == 1 || keepsContent()) {
+            return false;
+        }
+        _window[_end] = '\0';  // stops every search below
+        const auto* const tag = skip(_window.data() + _at, Blank);
+        const auto* const name = tag + 1;
+        if (*tag != '<' || !hasClass(*name, NameStart)) {
+            return false;
+        }
+        const auto* const nameEnd = skip(name, NamePart);
+        const auto nameSize = static_cast<std::size_t>(nameEnd - name);
+        const auto* const textEnd = *nameEnd == '>' ? skip(nameEnd + 1, PlainText) : nameEnd;
+        const auto* const windowEnd = _window.data() + _end;
+        if (*textEnd != '<' || static_cast<std::size_t>(windowEnd - textEnd) < nameSize + 3 || textEnd[1] != '/' ||
+            std::memcmp(textEnd + 2, name, nameSize) != 0 || textEnd[2 + nameSize] != '>') {
+            return false;
+        }
+        const auto* const leafEnd = textEnd + nameSize + 3;
+        const auto* const selection = selectionOf({name, nameSize});
+        if (selection != nullptr) {
+            if (!selection->isWhole()) {
+                return false;
+            }
+            _kept.bytes.append(tag, leafEnd);
+        }
+        _at = static_cast<std::size_t>(leafEnd - _window.data());
+        return true;
+    }
+
+    std::optional<std::string_view> textBeforeMarkup() {
+        const auto markup = find("<", 0);
+        return markup ? std::optional(rest().substr(0, *markup)) : std::nullopt;
+    }
+
+    bool takeText(std::string_view text) {
+        if (!isPlainText(text) || (_open.size() == 1 && !isAllBlank(text))) {
+            return false;
+        }
+        if (keepsContent()) {
+            _kept.bytes += text;
+        }
+        _at += text.size();
+        return true;
+    }
+
+    [[nodiscard]] bool keepsContent() const {
+        const auto* selection = _open.back().selection;
+        return selection != nullptr && selection->isWhole();
+    }
+
+    bool takeMarkup() {
+        if (!hasAtLeast(2)) {
+            return false;
+        }
+        switch (rest()[1]) {
+            case '/':
+                return takeEndTag();
+            case '!':
+                return takeCommentOrCData();
+            case '?':
+                return skipUpTo("?>", 2);
+            default:
+                return takeStartTag();
+        }
+    }
+
+    bool skipUpTo(std::string_view closing, std::size_t from) {
+        const auto end = find(closing, from);
+        if (end) {
+            _at += *end + closing.size();
+        }
+        return end.has_value();
+    }
+
+    bool takeCommentOrCData() {
+        constexpr std::string_view cdata = "<![CDATA[";
+        if (hasAtLeast(4) && rest().starts_with("<!--")) {
+            return skipUpTo("-->", 4);
+        }
+        if (_open.size() == 1 || !hasAtLeast(cdata.size()) || !rest().starts_with(cdata)) {
+            return false;
+        }
+        const auto end = find("]]>", cdata.size());
+        if (!end || std::memchr(rest().data(), '\0', *end) != nullptr) {
+            return false;
+        }
+        const auto section = rest().substr(0, *end + 3);
+        if (keepsContent()) {
+            _kept.bytes += section;
+            _kept.hasCDATASections = true;
+        }
+        _at += section.size();
+        return true;
+    }
+
+    bool takeStartTag() {
+        auto tagEnd = find(">", 1);
+        if (!tagEnd) {
+            return false;
+        }
+        auto tag = rest().substr(0, *tagEnd + 1);
+        const auto nameEnd = 1 + endOfName(tag.substr(1));
+        const auto name = tag.substr(1, nameEnd - 1);
+        const bool hasAttributes = !name.empty() && !isAllBlank(tag.substr(nameEnd, tagClosing(tag) - nameEnd));
+        const auto* selection = selectionOf(name);
+        if (name.empty() || (_open.size() == 1 && _hasRoot) || (hasAttributes && !isPlainAttributes(tag, selection))) {
+            return false;
+        }
+        _hasRoot = true;
+        if (selection != nullptr) {
+            _kept.bytes += tag;
+        }
+        if (!isEmptyElement(tag)) {
+            _open.push_back({_names.size(), selection});
+            _names += name;
+        }
+        _at += tag.size();
+        return true;
+    }
+
+    // Where the ">" or "/>" of a tag begins.
+    static std::size_t tagClosing(std::string_view tag) { return tag.size() - (isEmptyElement(tag) ? 2 : 1); }
+    static bool isEmptyElement(std::string_view tag) { return tag.size() > 2 && tag[tag.size() - 2] == '/'; }
+
+    // Attributes are left to the parser: it sees those of kept elements, provided that the tag ends where it seems to.
+    static bool isPlainAttributes(std::string_view tag, const MSPCXMLSelection* selection) {
+        const auto quotes = std::count(tag.begin(), tag.end(), '"');
+        return selection != nullptr && quotes % 2 == 0 && tag.find('\'') == std::string_view::npos &&
+               tag.find('<', 1) == std::string_view::npos && isPlainText(tag);
+    }
+
+    // What a new element below the innermost open one is; a null pointer when it is left out.
+    [[nodiscard]] const MSPCXMLSelection* selectionOf(std::string_view name) const {
+        const auto* parent = _open.back().selection;
+        return parent == nullptr || parent->isWhole() ? parent : parent->child(name);
+    }
+
+    bool takeEndTag() {
+        const auto tagEnd = find(">", 2);
+        if (!tagEnd || _open.size() == 1) {
+            return false;
+        }
+        const auto tag = rest().substr(0, *tagEnd + 1);
+        const auto& element = _open.back();
+        const auto name = std::string_view(_names).substr(element.nameStart);
+        const auto written = tag.substr(2, tag.size() - 3);
+        if (!written.starts_with(name) || !isAllBlank(written.substr(name.size()))) {
+            return false;
+        }
+        if (element.selection != nullptr) {
+            _kept.bytes += tag;
+        }
+        _names.resize(element.nameStart);
+        _open.pop_back();
+        _at += tag.size();
+        return true;
+    }
+
+    const MSPCByteReader& _read;
+    std::string _window;  // the bytes from _at to _end are still to be looked at; one byte behind them is free
+    std::size_t _at = 0;
+    std::size_t _end = 0;
+    bool _isAtEnd = false;
+    bool _hasRoot = false;
+    std::vector<OpenElement> _open;  // the document itself first
+    std::string _names;              // of the open elements, one behind the other
+    MSPCXMLFiltered _kept;
+};
+
+}  // namespace
+
+std::optional<MSPCXMLFiltered> filteredXML(const MSPCByteReader& read, std::size_t expectedSize,
+                                           const MSPCXMLSelection& selection) {
+    return Filter(read, expectedSize, selection).run();
+}

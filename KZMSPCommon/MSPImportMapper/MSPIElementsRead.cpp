@@ -1,0 +1,36 @@
+#include "MSPIElementsRead.h"
+
+namespace {
+
+// A baseline shows its values in the children of its owner that bear the same names.
+constexpr const char* elementsRead = R"(
+Project(
+    SaveVersion Name Title ScheduleFromStart StartDate FinishDate
+    CurrencyDigits CurrencySymbol CurrencyCode CurrencySymbolPosition
+    MinutesPerDay MinutesPerWeek DaysPerMonth WeekStartDay DurationFormat WorkFormat
+    ExtendedAttributes(ExtendedAttribute(FieldID FieldName Alias CFType))
+    Calendars(Calendar(
+        UID Name IsBaseCalendar
+        WeekDays(WeekDay(DayType DayWorking WorkingTimes(WorkingTime(FromTime ToTime))))
+        Exceptions(Exception(
+            Type DayWorking TimePeriod(FromDate ToDate) WorkingTimes(WorkingTime(FromTime ToTime))))))
+    Tasks(Task(
+        UID Name Type IsNull OutlineLevel Summary Priority
+        Start Finish Duration Work PercentComplete PercentWorkComplete FixedCost
+        ConstraintType ConstraintDate PreLeveledStart PreLeveledFinish Pinned PinnedStart
+        Notes ExtendedAttribute(FieldID Value) PredecessorLink(PredecessorUID Type)
+        *Baseline(Number)))
+    Resources(Resource(
+        UID Name Type IsCostResource Notes ExtendedAttribute(FieldID Value)
+        CostPerUse StandardRate MaxUnits CalendarUID EmailAddress
+        *Baseline(Number)))
+    Assignments(Assignment(
+        TaskUID ResourceUID Units Work TimephasedData(Type Start Finish Value)
+        *Baseline(Number)))))";
+
+}  // namespace
+
+const MSPCXMLSelection& MSPIElementsRead() {
+    static const auto selection = MSPCXMLSelection::fromText(elementsRead);
+    return selection;
+}

@@ -1,0 +1,52 @@
+#include "MSPCXMLSurvey.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(MSPCXMLSurvey, tellsStrayAmpersandsFromReferences) {
+    for (const std::string_view stray :
+         {"<a>&</a>", "<a>& b</a>", "<a>&;</a>", "<a>&nbsp;</a>", "<a>&amp</a>", "<a>&#;</a>", "<a>&#x;</a>",
+          "<a>&#xG;</a>", "<a>&#X41;</a>", "<a>&AMP;</a>", "<a b='&'/>", "<a><!--&-->&</a>", "<a>&#0;</a>",
+          "<a>&#x110000;</a>", "<a>&#99999999999999;</a>", "<a>&#xD800;</a>", "<a>&#xFFFE;</a>", "<a>&"}) {
+        EXPECT_TRUE(surveyXML(stray).hasStrayAmpersand) << stray;
+    }
+    for (const std::string_view good :
+         {"<a>&amp;&lt;&gt;&quot;&apos;</a>", "<a>&#65;&#x41;&#x10FFFF;&#13;</a>", "<a><![CDATA[&]]></a>",
+          "<a><!--&--></a>", "<a><?t &?></a>", "<!--&--><a/>", "<?t &?><a/>", "<a><![CDATA[&</a>"}) {
+        EXPECT_FALSE(surveyXML(good).hasStrayAmpersand) << good;
+    }
+}
+
+TEST(MSPCXMLSurvey, findsWhatStandsFarInside) {
+    const std::string filler(200'000, 'x');
+    EXPECT_TRUE(surveyXML("<a>" + filler + "& " + filler + "</a>").hasStrayAmpersand);
+    EXPECT_TRUE(surveyXML("<a>" + filler + "<!---->" + filler + "</a>").hasSections);
+    EXPECT_FALSE(surveyXML("<a>" + filler + "! ? &amp;</a>").hasSections);
+    // Both halves of the mark in different blocks.
+    for (std::size_t size = 65'520; size < 65'550; ++size) {
+        EXPECT_TRUE(surveyXML("<a>" + filler.substr(0, size) + "<![CDATA[x]]></a>").hasSections) << size;
+    }
+}
+
+TEST(MSPCXMLSurvey, findsAnInternalSubsetOnlyInTheDocumentType) {
+    for (const std::string_view with : {"<!DOCTYPE a [<!ENTITY b 'c'>]><a/>",
+                                        "\xEF\xBB\xBF<?xml version='1.0'?>\n<!--[--> <!DOCTYPE a SYSTEM '>' []><a/>"}) {
+        EXPECT_TRUE(surveyXML(with).hasInternalSubset) << with;
+    }
+    for (const std::string_view without : {"<a/>", "<!DOCTYPE a><a b='['/>", "<!DOCTYPE a SYSTEM '['><a/>",
+                                           "<!--<!DOCTYPE a [-->  <a/>", "<a><!DOCTYPE a []></a>", ""}) {
+        EXPECT_FALSE(surveyXML(without).hasInternalSubset) << without;
+    }
+}
+
+TEST(MSPCXMLSurvey, escapesOnlyWhatIsStray) {
+    constexpr auto predefined = MSPCXMLEntities::Predefined;
+    EXPECT_EQ(escapedStrayAmpersands("<a>&amp;</a>", predefined), std::nullopt);
+    EXPECT_EQ(escapedStrayAmpersands("<a>A & B &amp; <![CDATA[&]]>&e;</a>", predefined),
+              "<a>A &amp; B &amp; <![CDATA[&]]>&amp;e;</a>");
+    EXPECT_EQ(escapedStrayAmpersands("<a>& &e; &#1;x</a>", MSPCXMLEntities::AnyName), "<a>&amp; &e; \xEF\xBF\xBDx</a>");
+    EXPECT_EQ(escapedStrayAmpersands("&", predefined), "&amp;");
+}
+
+}  // namespace

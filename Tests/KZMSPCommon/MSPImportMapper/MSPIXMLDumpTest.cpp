@@ -1,0 +1,102 @@
+#include "MSPIXMLDump.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "ExpectRaises.h"
+#include "InMemoryFileSystem.h"
+#include "MSPCURL.h"
+#include "MappingFixture.h"
+
+namespace {
+
+constexpr const char* DumpFolder = "/work/KZMSPDIFilterDump";
+
+class MSPIXMLDumpTest : public testing::Test {
+protected:
+    void dump(std::optional<std::string_view> name, std::int32_t number) {
+        dumpXMLDocumentWorkingFolderUrlDumpNameDumpNumber(document, folder, name, number, files);
+    }
+
+    InMemoryFileSystem files;
+    MSPCXMLDocument document = documentFromXML("<scenario><task id=\"t1\"/><name>a</name></scenario>");
+    MSPCURL folder = MSPCURL::fileURL("/work", true);
+};
+
+}  // namespace
+
+TEST_F(MSPIXMLDumpTest, documentIsWrittenPrettyPrintedWithCompactEmptyElements) {
+    files.addFolder("/work");
+    dump("Actual", 0);
+    EXPECT_EQ(files.contents("/work/KZMSPDIFilterDump/Actual_dump.xml"),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<scenario>\n    <task id=\"t1\"/>\n    <name>a</name>\n"
+              "</scenario>\n");
+}
+
+TEST_F(MSPIXMLDumpTest, fileIsNamedAfterDumpAndPositiveNumber) {
+    struct Case {
+        std::optional<std::string_view> name;
+        std::int32_t number;
+        const char* path;
+    };
+    const Case cases[] = {
+        {"Actual", 3, "/work/KZMSPDIFilterDump/Actual_dump(3).xml"},
+        {"Actual", -1, "/work/KZMSPDIFilterDump/Actual_dump.xml"},
+        {std::nullopt, 0, "/work/KZMSPDIFilterDump/KZMSPDIFilter_dump.xml"},
+        {std::nullopt, 2, "/work/KZMSPDIFilterDump/KZMSPDIFilter_dump(2).xml"},
+    };
+    for (const auto& [name, number, path] : cases) {
+        files.takeAway("/work");
+        files.addFolder("/work");
+        dump(name, number);
+        EXPECT_EQ(files.pathsBelow("/work"), (std::vector<std::string>{"/work", DumpFolder, path}));
+    }
+}
+
+TEST_F(MSPIXMLDumpTest, dumpWithoutNumberIsTheOneWithNumber0) {
+    files.addFolder("/work");
+    dumpXMLDocumentWorkingFolderUrlDumpName(document, folder, "Baseline1", files);
+    EXPECT_TRUE(files.exists("/work/KZMSPDIFilterDump/Baseline1_dump.xml"));
+}
+
+TEST_F(MSPIXMLDumpTest, earlierDumpOfTheSameNameIsReplaced) {
+    files.addFile("/work/KZMSPDIFilterDump/Actual_dump.xml", "old");
+    dump("Actual", 0);
+    EXPECT_NE(files.contents("/work/KZMSPDIFilterDump/Actual_dump.xml"), "old");
+}
+
+TEST_F(MSPIXMLDumpTest, nothingIsWrittenWhereTheWorkingFolderIsNoFolder) {
+    dump("Actual", 0);
+    EXPECT_FALSE(files.exists("/work"));
+    files.addFile("/work", "a file");
+    dump("Actual", 0);
+    EXPECT_EQ(files.contents("/work"), "a file");
+    EXPECT_EQ(files.calls(), std::vector<std::string>());
+}
+
+TEST_F(MSPIXMLDumpTest, failureToWriteIsIgnored) {
+    files.addFolder("/work");
+    files.failAlways("writeAtomically", "No space left on device");
+    dump("Actual", 0);
+    EXPECT_EQ(files.pathsBelow("/work"), (std::vector<std::string>{"/work", DumpFolder}));
+}
+
+TEST_F(MSPIXMLDumpTest, otherURLThanAFilesRaises) {
+    folder = MSPCURL::fromString("http://example.org/work");
+    EXPECT_RAISES(dump("Actual", 0), MSPCInternalInconsistency,
+                  "*** ERROR: MSPIUtilities dumpXMLDocument:workingFolderUrl: Not a file URL: "
+                  "'http://example.org/work'");
+}
+
+TEST_F(MSPIXMLDumpTest, dumpFolderThatCannotBeMadeRaises) {
+    constexpr const char* reason =
+        "*** ERROR: MSPIUtilities dumpXMLDocument:workingFolderUrl: Failed to locate dump folder: "
+        "'/work/KZMSPDIFilterDump'.";
+    files.addFolder("/work");
+    files.failAlways("createFolder", "Permission denied");
+    EXPECT_RAISES(dump("Actual", 0), MSPCInternalInconsistency, reason);
+    files.addFile(DumpFolder, "in the way");
+    EXPECT_RAISES(dump("Actual", 0), MSPCInternalInconsistency, reason);
+}
