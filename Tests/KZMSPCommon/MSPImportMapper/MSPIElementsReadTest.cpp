@@ -26,7 +26,7 @@ using Selections = std::vector<const MSPCXMLSelection*>;
 
 // Capitalised texts of the sources that are no names of elements in a plan.
 const std::set<std::string> otherTexts = {
-    "FF", "FS", "Group", "KDZX", "KZMSPDIFilter", "KZMSPDIFilterDump", "MSPDI", "Material", "PT", "SF",
+    "FF", "FS", "Group", "KDZX", "KZMSPDIFilter", "KZMSPDIFilterDump", "MSPDI", "Material", "Overtime", "PT", "SF",
     "SS", "Staff", "USD", "Z"};
 
 // What the variables of the mappers stand for, so that a name is looked for where it is asked for.
