@@ -124,9 +124,9 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     }
     const auto escaped =
         escapedStrayAmpersands(bytes, hasInternalSubset ? MSPCXMLEntities::AnyName : MSPCXMLEntities::Predefined);
+    const auto mendable = withMendableText(escaped ? std::string_view(*escaped) : bytes);
     Report recoveryReport;
-    const auto recovered =
-        parsed(escaped ? std::string_view(*escaped) : bytes, options | XML_PARSE_RECOVER, recoveryReport);
+    const auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
     if (!hasRootNamed(recovered, repairableRoot) || recoveryReport.hasEntityFlood) {
         return std::nullopt;
     }
