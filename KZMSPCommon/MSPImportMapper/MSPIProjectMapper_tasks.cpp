@@ -30,9 +30,11 @@ void MSPIProjectMapper::buildMspTasksMspAssignmentsScenarioTopGroupTask(std::spa
                 .scenario = scenario,
                 .topGroupTask = topGroupTask,
                 .pendingPieces = {}};
+    std::size_t done = 0;
     for (const auto& mspTask : mspTasks) {
         checkNode(mspTask, "Task");
         mapTask(mspTask, run);
+        _mapper.services().progress.tasksDone(++done, mspTasks.size());
     }
     giveFinalIdsToSplitPieces(run);
 }
