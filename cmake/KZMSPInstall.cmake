@@ -20,6 +20,7 @@ string(TIMESTAMP KZMSP_CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(CPACK_PACKAGE_CONTACT "The MSPDIImport maintainers <maintainers@kadenza.invalid>")
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 kzmsp_compressed(docs/MSPDIImport.1 MSPDIImport.1.gz)
+kzmsp_compressed(docs/MSPDIImport-many.1 MSPDIImport-many.1.gz)
 kzmsp_compressed(CHANGELOG.md changelog.gz)
 kzmsp_compressed(packaging/changelog.Debian changelog.Debian.gz)
 get_property(compressed GLOBAL PROPERTY kzmsp_compressed_files)
@@ -28,7 +29,8 @@ add_custom_target(documents ALL DEPENDS ${compressed})
 install(TARGETS MSPDIImport RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(PROGRAMS tools/MSPDIImport-many DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY share/kadenza2 DESTINATION ${CMAKE_INSTALL_DATADIR})
-install(FILES ${documents}/MSPDIImport.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${documents}/MSPDIImport.1.gz ${documents}/MSPDIImport-many.1.gz
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES completions/MSPDIImport.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         RENAME MSPDIImport)
 # Debian's zsh looks for its packages' completions in a folder of their own.
