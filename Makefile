@@ -13,6 +13,21 @@ build: configure
 import: build
 	@tools/import-plan "$(PLAN)" "$(OUT)"
 
+# Installs below PREFIX (and DESTDIR, if given): program, template, man page, completions, examples, documents.
+PREFIX ?= /usr/local
+.PHONY: install
+install: configure
+	cmake --build --preset release --target MSPDIImport documents
+	cmake --install build --prefix "$(PREFIX)"
+
+# A Debian package in build/package.
+.PHONY: package
+package: deps
+	@tools/install-dependencies dpkg-dev file gzip
+	cmake --preset release
+	cmake --build --preset release --target MSPDIImport documents
+	cpack --config build/CPackConfig.cmake
+
 # Builds everything and runs all tests.
 .PHONY: test
 test: configure

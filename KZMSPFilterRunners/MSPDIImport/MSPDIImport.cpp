@@ -10,6 +10,9 @@
 #include "MSPCUserDefaults.h"
 #include "MSPDIImportRunner.h"
 
+// The command line has no word that asks for the version; `strings MSPDIImport | grep '@(#)'` shows it.
+[[gnu::used]] static const char identification[] = "@(#)MSPDIImport " KZMSP_VERSION;
+
 int main(int argumentCount, char** arguments) {
     MSPCStandardErrorLog log("MSPDIImport");
     const MSPCProcessGuard guard(log);

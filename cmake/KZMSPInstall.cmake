@@ -1,0 +1,68 @@
+# What `make install` and the Debian package hold, and the package itself. Paths are relative to the prefix.
+include(GNUInstallDirs)
+set(KZMSP_PACKAGE mspdiimport)
+set(KZMSP_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/${KZMSP_PACKAGE})
+set(documents ${CMAKE_BINARY_DIR}/documents)
+
+# kzmsp_compressed(<file> <result>) writes the file with the project's values filled in, compressed the same every time.
+find_program(GZIP gzip REQUIRED)
+function(kzmsp_compressed file result)
+    string(REGEX REPLACE "\\.gz$" "" plain ${result})
+    configure_file(${file} ${documents}/${plain} @ONLY)
+    add_custom_command(OUTPUT ${documents}/${result} DEPENDS ${documents}/${plain} VERBATIM
+                       COMMAND ${GZIP} -9n -c ${documents}/${plain} > ${documents}/${result})
+    set_property(GLOBAL APPEND PROPERTY kzmsp_compressed_files ${documents}/${result})
+endfunction()
+
+# The day that the man page and the package's change log name; SOURCE_DATE_EPOCH sets it for a build that repeats.
+string(TIMESTAMP KZMSP_DATE "%Y-%m-%d" UTC)
+string(TIMESTAMP KZMSP_CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
+set(CPACK_PACKAGE_CONTACT "The MSPDIImport maintainers <maintainers@kadenza.invalid>")
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+kzmsp_compressed(docs/MSPDIImport.1 MSPDIImport.1.gz)
+kzmsp_compressed(docs/MSPDIImport-many.1 MSPDIImport-many.1.gz)
+kzmsp_compressed(CHANGELOG.md changelog.gz)
+kzmsp_compressed(packaging/changelog.Debian changelog.Debian.gz)
+get_property(compressed GLOBAL PROPERTY kzmsp_compressed_files)
+add_custom_target(documents ALL DEPENDS ${compressed})
+
+install(TARGETS MSPDIImport RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(PROGRAMS tools/MSPDIImport-many DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(DIRECTORY share/kadenza2 DESTINATION ${CMAKE_INSTALL_DATADIR})
+install(FILES ${documents}/MSPDIImport.1.gz ${documents}/MSPDIImport-many.1.gz
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES completions/MSPDIImport.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        RENAME MSPDIImport)
+# Debian's zsh looks for its packages' completions in a folder of their own.
+install(CODE "set(zsh_folder site-functions)
+if(CMAKE_INSTALL_PREFIX STREQUAL \"/usr\")
+    set(zsh_folder vendor-completions)
+endif()
+file(INSTALL \"${CMAKE_SOURCE_DIR}/completions/_MSPDIImport\"
+     DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}/zsh/\${zsh_folder}\")")
+install(FILES README.md docs/Oddities.md packaging/copyright ${documents}/changelog.gz ${documents}/changelog.Debian.gz
+        DESTINATION ${KZMSP_DOC_DIR})
+install(DIRECTORY examples DESTINATION ${KZMSP_DOC_DIR})
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME ${KZMSP_PACKAGE})
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
+                                                WORLD_READ WORLD_EXECUTE)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Zones by name are read from its files.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS tzdata)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS parallel)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "import Microsoft Project XML plans into Kadenza 2 documents")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+"MSPDIImport turns project plans that were saved as XML (MSPDI) into documents
+of the Kadenza 2 planning application: tasks with their outline, dates, effort
+and links, resources, assignments, calendars, notes, custom fields, split tasks
+and every saved baseline.
+.
+The package holds an empty document to import into, and example plans.")
+include(CPack)
