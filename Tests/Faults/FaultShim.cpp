@@ -68,7 +68,7 @@ Function next(Function, const char* name) {
 }
 
 mode_t modeArgument(int flags, va_list arguments) {
-    return (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+    return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
 }
 
 ssize_t writeWithinSpace(int file, const void* bytes, std::size_t count) {
@@ -208,6 +208,10 @@ int lstat(const char* path, struct stat* status) {
 
 int fstat(int file, struct stat* status) {
     return strikes("stat") ? -1 : next(&fstat, "fstat")(file, status);
+}
+
+int fstat64(int file, struct stat64* status) {
+    return strikes("stat") ? -1 : next(&fstat64, "fstat64")(file, status);
 }
 
 void* malloc(std::size_t size) {

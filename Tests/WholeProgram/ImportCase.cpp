@@ -9,6 +9,7 @@
 #include <set>
 #include <sstream>
 
+#include "BundleMask.h"
 #include "ProgramRun.h"
 
 namespace fs = std::filesystem;
@@ -35,41 +36,11 @@ std::map<std::string, std::string> environmentOf(const fs::path& folder) {
     return environment;
 }
 
-void replaceAll(std::string& text, const std::string& piece, const std::string& replacement) {
-    for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + replacement.size())) {
-        text.replace(at, piece.size(), replacement);
-    }
-}
-
 std::string maskedLog(std::string log, const fs::path& folder) {
     static const std::regex prefix(R"((^|\n)\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} MSPDIImport\[\d+\] )");
     log = std::regex_replace(log, prefix, "$1> ");
     replaceAll(log, folder.string(), "(scratch)");
     return log;
-}
-
-// The ids of a bundle's scenarios with what stands for them: every scenario is named after its file.
-std::map<std::string, std::string> scenarioIds(const fs::path& bundle) {
-    static const std::regex root(R"(<scenario [^>]*\bid="([^"]+)\")");
-    std::map<std::string, std::string> ids;
-    for (const auto& entry : fs::directory_iterator(bundle)) {
-        const auto name = entry.path().filename().string();
-        if (std::smatch match; name != "__TOC.xml" && name.ends_with(".xml")) {
-            const auto text = bytesOf(entry.path());
-            if (std::regex_search(text, match, root)) {
-                ids[match[1]] = "(id of " + name + ")";
-            }
-        }
-    }
-    return ids;
-}
-
-std::string maskedDocument(std::string text, const std::map<std::string, std::string>& ids) {
-    static const std::regex creation(R"(<!--  \d{4}-\d\d-\d\d \d\d:\d\d:\d\d \+0000: Kadenza)");
-    for (const auto& [id, mask] : ids) {
-        replaceAll(text, id, mask);
-    }
-    return std::regex_replace(text, creation, "<!--  (date): Kadenza");
 }
 
 void save(const fs::path& file, const std::string& bytes) {
@@ -156,10 +127,10 @@ std::vector<fs::path> ImportCase::bundles() const {
 }
 
 void ImportCase::saveBundle(const fs::path& bundle, const fs::path& target) const {
-    const auto ids = scenarioIds(bundle);
+    const auto masks = scenarioMasks(bundle);
     for (const auto& entry : fs::recursive_directory_iterator(bundle)) {
         if (entry.is_regular_file()) {
-            save(target / fs::relative(entry.path(), bundle), maskedDocument(bytesOf(entry.path()), ids));
+            save(target / fs::relative(entry.path(), bundle), maskedDocument(bytesOf(entry.path()), masks));
         }
     }
 }
