@@ -156,3 +156,21 @@ std::optional<std::string> MSPCDiskFileSystem::writeAtomically(const std::string
     produce(file);
     return file.commit();
 }
+
+std::optional<std::string> MSPCDiskFileSystem::synchronize(const std::set<std::string>& folders) {
+    // A thousand bundles mostly lie on one file system, which is done with in one go.
+    std::set<dev_t> done;
+    std::optional<std::string> failure;
+    for (const auto& path : folders) {
+        const MSPCFileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        struct stat status {};
+        int error = folder.isOpen() && ::fstat(folder.number(), &status) == 0 ? 0 : errno;
+        if (error == 0 && done.insert(status.st_dev).second) {
+            error = folder.syncFileSystem();
+        }
+        if (error != 0 && !failure) {
+            failure = "'" + path + "': " + MSPCSystemErrorText(error);
+        }
+    }
+    return failure;
+}

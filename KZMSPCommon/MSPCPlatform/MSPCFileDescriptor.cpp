@@ -61,11 +61,8 @@ int MSPCFileDescriptor::read(char* buffer, std::size_t capacity, std::size_t& co
     }
 }
 
-int MSPCFileDescriptor::sync() const noexcept {
-    while (::fsync(_number) != 0) {
-        if (errno == EINVAL) {
-            return 0;
-        }
+int MSPCFileDescriptor::syncFileSystem() const noexcept {
+    while (::syncfs(_number) != 0) {
         if (errno != EINTR) {
             return errno;
         }

@@ -24,7 +24,7 @@ void* __libc_realloc(void* memory, std::size_t size);   // NOLINT(bugprone-reser
 
 namespace {
 
-constexpr std::size_t largeAllocation = 4'096;
+std::size_t largeAllocation = 4'096;  // KZMSP_FAULT_LARGE, where that is given
 
 char faultyKind[32] = "";
 long callsLeft = 0;  // of the kind, the faulty one included; bytes for the kind "space"
@@ -33,6 +33,9 @@ int faultError = 0;
 // Other constructors allocate before this one runs; they are not counted.
 __attribute__((constructor)) void readFault() {
     const char* const fault = std::getenv("KZMSP_FAULT");
+    if (const char* const large = std::getenv("KZMSP_FAULT_LARGE")) {
+        largeAllocation = std::strtoul(large, nullptr, 10);
+    }
     char kind[sizeof faultyKind] = "";
     if (fault && std::sscanf(fault, "%31s %ld %d", kind, &callsLeft, &faultError) == 3) {
         std::strcpy(faultyKind, kind);
