@@ -11,6 +11,13 @@ if(KZMSP_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(kzmsp_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(KZMSP_FUZZ)
+    # Numbers too large for the integer they become are undefined too, but only on request.
+    set(kzmsp_fuzz_sanitizers -fsanitize=address,undefined,float-cast-overflow,fuzzer-no-link)
+    target_compile_options(kzmsp_options INTERFACE
+        ${kzmsp_fuzz_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kzmsp_options INTERFACE ${kzmsp_fuzz_sanitizers})
+endif()
 if(KZMSP_COVERAGE)
     target_compile_options(kzmsp_options INTERFACE --coverage -O0)
     target_link_options(kzmsp_options INTERFACE --coverage)
