@@ -78,6 +78,7 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     if (!importScenario(std::nullopt, documents, bundlePath)) {
         return false;
     }
+    _info.baselineCounts = MSPIBaselineCounts::ofProject(documents.mspdi.root());
     for (int number = 0; number <= LastBaselineNumber; ++number) {
         importScenario(number, documents, bundlePath);
     }

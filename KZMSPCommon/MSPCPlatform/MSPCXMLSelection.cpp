@@ -52,7 +52,8 @@ void MSPCXMLSelection::add(std::string_view name, MSPCXMLSelection selection) {
 
 const MSPCXMLSelection* MSPCXMLSelection::child(std::string_view name) const noexcept {
     for (const auto& child : _childrenByLength[name.size() % _childrenByLength.size()]) {
-        if (child.name == name) {
+        // Most names of one length differ in the first letter.
+        if (!name.empty() && child.name.front() == name.front() && child.name == name) {
             return child.selection.get();
         }
     }

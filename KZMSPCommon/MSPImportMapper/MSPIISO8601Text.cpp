@@ -24,7 +24,14 @@ void separate(std::string& text, char separator) {
 }
 
 void appendTwoDigits(std::string& text, std::int64_t field) {
-    fmt::format_to(std::back_inserter(text), "{:02}", MSPCDefinedOrZero(field));
+    const auto value = MSPCDefinedOrZero(field);
+    if (value < 0 || value > 99) {
+        fmt::format_to(std::back_inserter(text), "{:02}", value);
+        return;
+    }
+    // Six times per date: worth not going through the formatter.
+    text += static_cast<char>('0' + value / 10);
+    text += static_cast<char>('0' + value % 10);
 }
 
 void appendDate(std::string& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
@@ -64,7 +71,10 @@ void appendZone(std::string& text, const MSPCDateComponents& components, MSPCUni
     const auto hour = units & MSPCUnit::ZoneHour ? components.timeZoneHour : 0;
     const auto minute = units & MSPCUnit::ZoneMinute ? components.timeZoneMinute : 0;
     const char sign = hour < 0 || minute < 0 ? '-' : '+';
-    fmt::format_to(std::back_inserter(text), "{}{:02}:{:02}", sign, std::abs(hour), std::abs(minute));
+    text += sign;
+    appendTwoDigits(text, std::abs(hour));
+    text += ':';
+    appendTwoDigits(text, std::abs(minute));
 }
 
 }  // namespace

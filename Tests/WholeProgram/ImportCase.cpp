@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 
+#include "MSPCRegex.h"
 #include "ProgramRun.h"
 
 namespace fs = std::filesystem;
@@ -41,23 +41,30 @@ void replaceAll(std::string& text, const std::string& piece, const std::string& 
     }
 }
 
-std::string maskedLog(std::string log, const fs::path& folder) {
-    static const std::regex prefix(R"((^|\n)\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} MSPDIImport\[\d+\] )");
-    log = std::regex_replace(log, prefix, "$1> ");
-    replaceAll(log, folder.string(), "(scratch)");
-    return log;
+std::string maskedLog(const std::string& log, const fs::path& folder) {
+    static const MSPCRegex prefix(
+        R"(^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{3} MSPDIImport\[[0-9]+\] )");
+    std::string masked;
+    for (auto line : linesOf(log)) {
+        if (const auto match = prefix.firstMatch(line, 1)) {
+            line.replace(0, match->front()->size(), "> ");
+        }
+        masked += line + "\n";
+    }
+    replaceAll(masked, folder.string(), "(scratch)");
+    return masked;
 }
 
 // The ids of a bundle's scenarios with what stands for them: every scenario is named after its file.
 std::map<std::string, std::string> scenarioIds(const fs::path& bundle) {
-    static const std::regex root(R"(<scenario [^>]*\bid="([^"]+)\")");
+    static const MSPCRegex root(R"re(<scenario [^>]*id="([^"]+)")re");
     std::map<std::string, std::string> ids;
     for (const auto& entry : fs::directory_iterator(bundle)) {
         const auto name = entry.path().filename().string();
-        if (std::smatch match; name != "__TOC.xml" && name.ends_with(".xml")) {
+        if (name != "__TOC.xml" && name.ends_with(".xml")) {
             const auto text = bytesOf(entry.path());
-            if (std::regex_search(text, match, root)) {
-                ids[match[1]] = "(id of " + name + ")";
+            if (const auto match = root.firstMatch(text, 2)) {
+                ids[std::string(*match->at(1))] = "(id of " + name + ")";
             }
         }
     }
@@ -65,11 +72,15 @@ std::map<std::string, std::string> scenarioIds(const fs::path& bundle) {
 }
 
 std::string maskedDocument(std::string text, const std::map<std::string, std::string>& ids) {
-    static const std::regex creation(R"(<!--  \d{4}-\d\d-\d\d \d\d:\d\d:\d\d \+0000: Kadenza)");
+    static const MSPCRegex creation(R"(<!--  [0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2} \+0000: Kadenza)");
     for (const auto& [id, mask] : ids) {
         replaceAll(text, id, mask);
     }
-    return std::regex_replace(text, creation, "<!--  (date): Kadenza");
+    if (const auto match = creation.firstMatch(text, 1)) {
+        const auto start = static_cast<std::size_t>(match->front()->data() - text.data());
+        text.replace(start, match->front()->size(), "<!--  (date): Kadenza");
+    }
+    return text;
 }
 
 void save(const fs::path& file, const std::string& bytes) {

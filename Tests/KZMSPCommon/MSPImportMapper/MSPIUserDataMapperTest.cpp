@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "ExpectRaises.h"
-#include "MSPCExtensions.h"
 #include "MappingFixture.h"
 
 namespace {
@@ -278,9 +277,9 @@ MappedTask mappedTask(const std::string& taskContent) {
     MSPIUserDataTOCElements elements;
     MappedTask mapped;
     auto element = fixture.context.newElement("task");
-    mapped.hasKeys = addUserDataOfExtendedAttributesToElement(
-        nodesForXQuery(fixture.node("Tasks/Task"), "ExtendedAttribute"), element.node(), MSPITaskUserDataKeysTag,
-        elements, fixture.context);
+    const auto attributes = fixture.node("Tasks/Task").nodesForXPath("ExtendedAttribute");
+    mapped.hasKeys = addUserDataOfExtendedAttributesToElement(attributes.value(), element.node(),
+                                                              MSPITaskUserDataKeysTag, elements, fixture.context);
     mapped.element = markupOf(std::move(element));
     if (!elements.empty()) {
         EXPECT_EQ(elements.begin()->first, "task-user-data-keys");
