@@ -1,11 +1,9 @@
 #include "MSPIBaselinePatch.h"
 
-#include <map>
 #include <string>
 #include <utility>
 
 #include "MSPCException.h"
-#include "MSPCExtensions.h"
 #include "MSPIXPathNumber.h"
 
 MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber)
@@ -22,17 +20,29 @@ void MSPIBaselinePatch::apply() {
         removeTarget();
         return;
     }
-    // Read whole before anything changes: a child may bear the name of the baseline itself. Of several of one name,
-    // which timephased data gives by the hundred, the last one is what shows.
-    std::map<std::string, std::string> texts;
-    for (auto child = baseline.firstChild(); child; child = child.nextSibling()) {
-        if (child.isElement() && child.name() != "Number") {
-            texts.insert_or_assign(std::string(child.name()), child.stringValue());
+    // Read whole before anything changes: a child may bear the name of the baseline itself.
+    auto values = valuesOf(baseline);
+    for (auto child = _target.firstChild(); child; child = child.nextSibling()) {
+        if (const auto value = child.isElement() ? values.find(child.name()) : values.end(); value != values.end()) {
+            value->second.child = child;
         }
     }
-    for (const auto& [name, text] : texts) {
-        showTextInChild(name, text);
+    for (const auto& [name, value] : values) {
+        if (value.child) {
+            showTextInChild(name, value);
+        }
     }
+}
+
+// Of several children of one name, which timephased data gives by the hundred, the last one is what shows.
+MSPIBaselinePatch::Values MSPIBaselinePatch::valuesOf(const MSPCXMLNode& baseline) {
+    Values values;
+    for (auto child = baseline.firstChild(); child; child = child.nextSibling()) {
+        if (child.isElement() && child.name() != "Number") {
+            values.insert_or_assign(std::string(child.name()), Value{child.stringValue(), {}});
+        }
+    }
+    return values;
 }
 
 void MSPIBaselinePatch::revert() {
@@ -68,12 +78,9 @@ void MSPIBaselinePatch::removeTarget() {
     _removedTarget = _target.detach();
 }
 
-void MSPIBaselinePatch::showTextInChild(std::string_view name, std::string_view text) {
-    auto child = singleObjectForXQuery(_target, name);
-    if (!child) {
-        return;
-    }
+void MSPIBaselinePatch::showTextInChild(std::string_view name, const Value& value) {
+    auto child = value.child;
     auto standIn = _target.insertChildBefore(_target.newElement(name), child);
-    standIn.setStringValue(text);
+    standIn.setStringValue(value.text);
     _replacements.push_back({child.detach(), standIn});
 }

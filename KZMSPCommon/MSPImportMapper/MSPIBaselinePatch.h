@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -29,9 +31,17 @@ private:
         MSPCXMLNode standIn;
     };
 
+    // A baseline's text and the target's child that is to show it; an empty handle where it has none.
+    struct Value {
+        std::string text;
+        MSPCXMLNode child;
+    };
+    using Values = std::map<std::string, Value, std::less<>>;
+
     MSPCXMLNode baselineOfTarget() const;
+    static Values valuesOf(const MSPCXMLNode& baseline);
     void removeTarget();
-    void showTextInChild(std::string_view name, std::string_view text);
+    void showTextInChild(std::string_view name, const Value& value);
 
     MSPCXMLNode _target;
     std::int32_t _baselineNumber;

@@ -1,5 +1,8 @@
 #include "MSPIISO8601Patterns.h"
 
+#include <algorithm>
+#include <string>
+
 #include "MSPCRegex.h"
 #include "MSPCTextScanner.h"
 
@@ -33,6 +36,50 @@ const MSPCRegex& hoursMinutesSecondsPattern() {
     static const MSPCRegex pattern("PT([[:digit:]]*)H([[:digit:]]*)M([[:digit:]]*)S");
     return pattern;
 }
+
+// A text without more digits in a row than any number needs: a search through a million digits would try its patterns
+// at each of them. What is left of a longer number has the same 32-bit value.
+class BoundedText {
+public:
+    explicit BoundedText(std::string_view text) : _text(text) {
+        std::size_t digits = 0;
+        for (const char character : text) {
+            digits = isDigit(character) ? digits + 1 : 0;
+            if (digits > MostDigits) {
+                shorten(text);
+                return;
+            }
+        }
+    }
+    BoundedText(const BoundedText&) = delete;
+    BoundedText& operator=(const BoundedText&) = delete;
+
+    [[nodiscard]] std::string_view text() const { return _text; }
+
+private:
+    static constexpr std::size_t MostDigits = 32;
+
+    static bool isDigit(char character) { return character >= '0' && character <= '9'; }
+
+    void shorten(std::string_view text) {
+        while (!text.empty()) {
+            const auto* const end = std::find_if_not(text.begin(), text.end(), isDigit);
+            auto digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+            text.remove_prefix(digits.size());
+            if (digits.size() > MostDigits) {
+                digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size() - 1));
+            }
+            _shortened += digits.substr(0, MostDigits);
+            const auto* const nextDigit = std::find_if(text.begin(), text.end(), isDigit);
+            _shortened.append(text.begin(), nextDigit);
+            text.remove_prefix(static_cast<std::size_t>(nextDigit - text.begin()));
+        }
+        _text = _shortened;
+    }
+
+    std::string _shortened;
+    std::string_view _text;
+};
 
 // Sets a field from the digits of a group. Gives the unit then, no unit for a group without digits.
 MSPCUnitFlags setField(std::int64_t& field, const Group& group, MSPCUnitFlags unit) {
@@ -71,8 +118,9 @@ std::size_t endOf(const Group& group, std::string_view text) {
 
 }  // namespace
 
-std::optional<MSPCUnitFlags> matchISODateTime(MSPCDateComponents& components, std::string_view text) {
-    text = text.substr(0, text.find('\0'));
+std::optional<MSPCUnitFlags> matchISODateTime(MSPCDateComponents& components, std::string_view wholeText) {
+    const BoundedText bounded(wholeText.substr(0, wholeText.find('\0')));
+    const auto text = bounded.text();
     if (text.empty()) {
         return MSPCUnit::NotFound;
     }
@@ -102,7 +150,9 @@ std::optional<MSPCUnitFlags> matchISODateTime(MSPCDateComponents& components, st
     return units | setZone(components, *time);
 }
 
-MSPCUnitFlags matchISODuration(MSPCDateComponents& components, std::string_view text) {
+MSPCUnitFlags matchISODuration(MSPCDateComponents& components, std::string_view wholeText) {
+    const BoundedText bounded(wholeText);
+    const auto text = bounded.text();
     const auto match = text.empty() ? std::nullopt : durationPattern().firstMatch(text, 15);
     if (!match) {
         return MSPCUnit::NotFound;
@@ -116,7 +166,8 @@ MSPCUnitFlags matchISODuration(MSPCDateComponents& components, std::string_view 
 }
 
 std::optional<MSPIHoursMinutesSeconds> matchMSPDIDuration(std::string_view text) {
-    const auto match = hoursMinutesSecondsPattern().firstMatch(text, 4);
+    const BoundedText bounded(text);
+    const auto match = hoursMinutesSecondsPattern().firstMatch(bounded.text(), 4);
     if (!match) {
         return std::nullopt;
     }
