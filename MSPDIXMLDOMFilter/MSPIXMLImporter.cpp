@@ -45,6 +45,18 @@ void checkDestination(const std::optional<MSPCURL>& destination) {
     }
 }
 
+// Ends what the progress shows, however the import ends.
+class ShownProgress {
+public:
+    explicit ShownProgress(MSPCProgress& progress) : _progress(progress) {}
+    ~ShownProgress() { _progress.endImport(); }
+    ShownProgress(const ShownProgress&) = delete;
+    ShownProgress& operator=(const ShownProgress&) = delete;
+
+private:
+    MSPCProgress& _progress;
+};
+
 }  // namespace
 
 // The three documents of one import.
@@ -60,6 +72,7 @@ MSPIXMLImporter::MSPIXMLImporter(MSPIImportInfo info, const MSPCServices& servic
 
 bool MSPIXMLImporter::importFromMspdiURLToKdzxBundleURL(const std::optional<MSPCURL>& source,
                                                         const std::optional<MSPCURL>& destination) {
+    const ShownProgress shown(_services.progress);
     try {
         checkSource(source);
         checkDestination(destination);
@@ -78,7 +91,7 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     if (!importScenario(std::nullopt, documents, bundlePath)) {
         return false;
     }
-    _info.baselineCounts = MSPIBaselineCounts::ofProject(documents.mspdi.root());
+    _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi.root());
     for (int number = 0; number <= LastBaselineNumber; ++number) {
         importScenario(number, documents, bundlePath);
     }
@@ -131,6 +144,7 @@ bool MSPIXMLImporter::importScenario(std::optional<int> baselineNumber, Document
                                      const std::string& bundlePath) {
     _info.mspdiBaselineNumber = baselineNumber;
     _info.kdzxScenarioName = MSPIScenarioName(baselineNumber);
+    _services.progress.beginScenario(*_info.kdzxScenarioName);
     const auto scenario = _mapScenario(documents.mspdi, documents.kdzxTemplate, documents.kdzxTOC, _info, _services);
     if (!scenario) {
         return false;

@@ -30,11 +30,20 @@ MSPCStandardErrorLog::MSPCStandardErrorLog(std::string processName)
 }
 
 MSPCStandardErrorLog::~MSPCStandardErrorLog() {
+    _sink->block.showStatus({});
     flush();
 }
 
 void MSPCStandardErrorLog::log(std::string_view message) {
     _sink->log(message);
+}
+
+bool MSPCStandardErrorLog::isOnTerminal() const {
+    return _sink->block.isTerminal();
+}
+
+void MSPCStandardErrorLog::showStatus(std::string_view text) {
+    _sink->block.showStatus(text);
 }
 
 void MSPCStandardErrorLog::flush() noexcept {

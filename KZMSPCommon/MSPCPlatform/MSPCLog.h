@@ -23,6 +23,11 @@ public:
     MSPCStandardErrorLog& operator=(const MSPCStandardErrorLog&) = delete;
 
     void log(std::string_view message) override;
+    [[nodiscard]] bool isOnTerminal() const;
+    // Shows one line of text below the last message, cut to the terminal's width and kept there while messages go by,
+    // until it is replaced; an empty text takes it away, and so does the end of the log. Nothing where there is no
+    // terminal. The text is ASCII without control characters.
+    void showStatus(std::string_view text);
     // Writes out what was collected. What standard error does not take (it is closed, or its disk full) is dropped.
     void flush() noexcept;
     // The same for a signal handler: safe at any moment, and gives up when standard error takes nothing for that long.

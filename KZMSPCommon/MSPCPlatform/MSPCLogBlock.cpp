@@ -1,6 +1,7 @@
 #include "MSPCLogBlock.h"
 
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,6 +12,9 @@
 #include <optional>
 
 namespace {
+
+// Back to the line's first column, and everything from there on is wiped out.
+constexpr std::string_view wipeLine = "\r\033[K";
 
 using Clock = std::chrono::steady_clock;
 
@@ -56,12 +60,24 @@ void writeOut(int file, std::string_view bytes, std::optional<Clock::time_point>
     }
 }
 
+// What fits into one line of the terminal: a text that is broken into two could not be wiped out.
+std::string_view cutToWidth(int terminal, std::string_view text) {
+    constexpr std::size_t usualWidth = 80;
+    winsize size{};
+    const bool isKnown = ::ioctl(terminal, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return text.substr(0, (isKnown ? size.ws_col : usualWidth) - 1);
+}
+
 }  // namespace
 
 MSPCLogBlock::MSPCLogBlock(int file) : _file(file), _isTerminal(::isatty(file) == 1) {
 }
 
 void MSPCLogBlock::add(std::string_view line) {
+    if (!_status.empty()) {
+        writeAboveStatus(line);
+        return;
+    }
     if (line.size() > _bytes.size() - _used) {
         flush();
     }
@@ -76,6 +92,26 @@ void MSPCLogBlock::add(std::string_view line) {
     }
 }
 
+// In one piece, so that the status neither flickers nor ever stands between lines.
+void MSPCLogBlock::writeAboveStatus(std::string_view line) {
+    std::string piece(wipeLine);
+    piece.append(line).append(_status);
+    const SignalsBlocked blocked;
+    writeOut(_file, piece, std::nullopt);
+}
+
+void MSPCLogBlock::showStatus(std::string_view text) {
+    if (!_isTerminal || (text.empty() && _status.empty())) {
+        return;
+    }
+    const std::string status(cutToWidth(_file, text));
+    const std::string piece = std::string(wipeLine) + status;
+    const SignalsBlocked blocked;
+    writeOut(_file, piece, std::nullopt);
+    _status = status;
+    _isStatusShown = !status.empty();
+}
+
 void MSPCLogBlock::flush() noexcept {
     if (_used != 0) {
         const SignalsBlocked blocked;
@@ -85,6 +121,10 @@ void MSPCLogBlock::flush() noexcept {
 }
 
 void MSPCLogBlock::flushWithin(std::chrono::milliseconds limit) noexcept {
-    writeOut(_file, {_bytes.data(), _used}, Clock::now() + limit);
+    const auto deadline = Clock::now() + limit;
+    if (_isStatusShown.exchange(false)) {
+        writeOut(_file, wipeLine, deadline);
+    }
+    writeOut(_file, {_bytes.data(), _used}, deadline);
     _used = 0;
 }

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 // Lines on their way to an open file: collected in a block of fixed size and written when it is full, or line by line
@@ -14,13 +15,20 @@ public:
     explicit MSPCLogBlock(int file);
 
     void add(std::string_view line);
+    [[nodiscard]] bool isTerminal() const { return _isTerminal; }
+    // Keeps a text in the line below the last one, on a terminal only; an empty text takes it away.
+    void showStatus(std::string_view text);
     void flush() noexcept;
     // For signal handlers; gives up after that time.
     void flushWithin(std::chrono::milliseconds limit) noexcept;
 
 private:
+    void writeAboveStatus(std::string_view line);
+
     const int _file;
     const bool _isTerminal;
+    std::string _status;                     // what the terminal's last line shows
+    std::atomic<bool> _isStatusShown = false;  // for a signal handler, which cannot look into a text
     std::atomic<std::size_t> _used = 0;
     std::array<char, 64 * 1024> _bytes;
 };

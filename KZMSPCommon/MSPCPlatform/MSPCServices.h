@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MSPCProgress.h"
 #include "MSPCTimeZone.h"
 
 class MSPCClock;
@@ -17,4 +18,5 @@ struct MSPCServices {
     const MSPCUserDefaults& userDefaults;
     MSPCFileSystem& fileSystem;
     MSPCRandomSource& randomSource;
+    MSPCProgress& progress = MSPCNoProgress();
 };

@@ -67,8 +67,8 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
 }
 
 std::optional<MSPCXMLDocument> MSPCXMLDocument::readFiltered(MSPCXMLFiltered filtered) {
-    auto tree =
-        Tree::load(std::move(filtered.bytes), {MSPCXMLContent::DataOnly, filtered.hasCDATASections, false});
+    // What is known about the whole document decides, so that the answers are those of the whole document.
+    auto tree = Tree::load(std::move(filtered.bytes), {MSPCXMLContent::DataOnly, filtered.hasSections, false});
     return tree ? std::optional(MSPCXMLDocument(std::move(tree))) : std::nullopt;
 }
 

@@ -99,3 +99,5 @@ std::optional<std::string> xmlBytesAsUtf8(std::string bytes) {
     }
     return encoding == "UTF-8" ? std::move(bytes) : converted(std::string_view(bytes).substr(markSize), encoding);
 }
+
+bool isDeclaredUtf8(std::string_view declaration) { return meansUtf8(declaredEncoding(declaration)); }

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "MSPCPath.h"
+#include "MSPCXMLEncoding.h"
 #include "MSPCXMLSurvey.h"
 
 namespace {
@@ -60,10 +60,11 @@ bool isAllBlank(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char character) { return hasClass(character, Blank); });
 }
 
+// The document ends at a NUL for the tree library, wherever it stands.
+bool hasNoNul(std::string_view text) { return text.find('\0') == std::string_view::npos; }
+
 // Text that any parser takes as it is: references are good, and there is no NUL.
-bool isPlainText(std::string_view text) {
-    return std::memchr(text.data(), '\0', text.size()) == nullptr && !hasStrayAmpersand(text);
-}
+bool isPlainText(std::string_view text) { return hasNoNul(text) && !hasStrayAmpersand(text); }
 
 // Walks over a document with a window onto its bytes that slides and, for a single long token, grows.
 class Filter {
@@ -157,14 +158,7 @@ private:
             return true;
         }
         const auto end = find("?>", 0);
-        if (!end) {
-            return false;
-        }
-        const auto declaration = lowerCased(rest().substr(0, *end));
-        const auto encoding = declaration.find("encoding");
-        const bool isUtf8 = encoding == std::string::npos || declaration.find("utf-8", encoding) != std::string::npos;
-        _at += *end + 2;
-        return isUtf8;
+        return end && isDeclaredUtf8(rest().substr(0, *end + 2)) && skipInstruction();
     }
 
     // Takes "<Name>text</Name>", which is what most of a plan is made of, where it stands in the window as a whole. False
@@ -205,7 +199,7 @@ private:
     }
 
     bool takeText(std::string_view text) {
-        if (!isPlainText(text) || (_open.size() == 1 && !isAllBlank(text))) {
+        if (!isPlainText(text) || (keepsChildrenOnly() && !isAllBlank(text))) {
             return false;
         }
         if (keepsContent()) {
@@ -220,6 +214,12 @@ private:
         return selection != nullptr && selection->isWhole();
     }
 
+    // Whether nothing but elements is expected here. Text beside them would change what the blanks around it mean.
+    [[nodiscard]] bool keepsChildrenOnly() const {
+        const auto* selection = _open.back().selection;
+        return selection != nullptr && !selection->isWhole();
+    }
+
     bool takeMarkup() {
         if (!hasAtLeast(2)) {
             return false;
@@ -230,37 +230,57 @@ private:
             case '!':
                 return takeCommentOrCData();
             case '?':
-                return skipUpTo("?>", 2);
+                return skipInstruction();
             default:
                 return takeStartTag();
         }
     }
 
-    bool skipUpTo(std::string_view closing, std::size_t from) {
-        const auto end = find(closing, from);
-        if (end) {
-            _at += *end + closing.size();
+    bool skipInstruction() {
+        const auto end = find("?>", 2);
+        if (!end) {
+            return false;
         }
-        return end.has_value();
+        const auto target = endOfName(rest().substr(2, *end - 2));
+        const bool isNamed = target > 0 && (2 + target == *end || hasClass(rest()[2 + target], Blank));
+        return isNamed && skipSection(*end + 2);
+    }
+
+    bool skipComment() {
+        constexpr std::string_view closing = "-->";
+        const auto end = find(closing, 4);
+        return end && skipSection(*end + closing.size());
+    }
+
+    // Leaves out a comment or an instruction of that size.
+    bool skipSection(std::size_t size) {
+        // A carriage return before it would become one line end with a line feed behind it.
+        const bool splitsLineEnd = keepsContent() && _kept.bytes.ends_with('\r');
+        if (splitsLineEnd || !hasNoNul(rest().substr(0, size))) {
+            return false;
+        }
+        _kept.hasSections = _kept.hasSections || _hasRoot;
+        _at += size;
+        return true;
     }
 
     bool takeCommentOrCData() {
         constexpr std::string_view cdata = "<![CDATA[";
         if (hasAtLeast(4) && rest().starts_with("<!--")) {
-            return skipUpTo("-->", 4);
+            return skipComment();
         }
-        if (_open.size() == 1 || !hasAtLeast(cdata.size()) || !rest().starts_with(cdata)) {
+        if (keepsChildrenOnly() || !hasAtLeast(cdata.size()) || !rest().starts_with(cdata)) {
             return false;
         }
         const auto end = find("]]>", cdata.size());
-        if (!end || std::memchr(rest().data(), '\0', *end) != nullptr) {
+        if (!end || !hasNoNul(rest().substr(0, *end))) {
             return false;
         }
         const auto section = rest().substr(0, *end + 3);
         if (keepsContent()) {
             _kept.bytes += section;
-            _kept.hasCDATASections = true;
         }
+        _kept.hasSections = true;
         _at += section.size();
         return true;
     }

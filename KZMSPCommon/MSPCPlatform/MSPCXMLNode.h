@@ -97,6 +97,9 @@ public:
     // free element, which has its owner already.
     [[nodiscard]] MSPCXMLNewElement detach();
 
+    // Swaps the places of this element and another one of the same document. Neither is free or inside the other.
+    void exchangeWith(const MSPCXMLNode& other);
+
     // The nodes that an XPath 1.0 query relative to this node selects, in document order; none when the query itself
     // is malformed or does not select nodes. Query texts in use are compiled once. A query never leaves the document
     // proper: of a free element only what is inside it is found, and free elements are found from nowhere else.

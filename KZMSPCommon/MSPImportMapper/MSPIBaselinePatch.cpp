@@ -1,13 +1,41 @@
 #include "MSPIBaselinePatch.h"
 
-#include <string>
 #include <utility>
 
 #include "MSPCException.h"
+#include "MSPCFields.h"
 #include "MSPIXPathNumber.h"
 
+namespace {
+
+// "Baseline[Number=<n>]", the last of several.
+MSPCXMLNode baselineOf(const MSPCXMLNode& target, std::int32_t number) {
+    MSPCXMLNode found;
+    for (auto baseline = target.firstChildElement("Baseline"); baseline;
+         baseline = baseline.nextSiblingElement("Baseline")) {
+        if (hasChildWithNumber(baseline, "Number", number)) {
+            found = baseline;
+        }
+    }
+    return found;
+}
+
+bool holdsElements(const MSPCXMLNode& element) {
+    auto child = element.firstChild();
+    while (child && !child.isElement()) {
+        child = child.nextSibling();
+    }
+    return static_cast<bool>(child);
+}
+
+}  // namespace
+
 MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber)
-    : _target(target), _baselineNumber(baselineNumber) {
+    : MSPIBaselinePatch(target, baselineOf(target, baselineNumber)) {
+}
+
+MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline)
+    : _target(target), _baseline(baseline) {
 }
 
 void MSPIBaselinePatch::apply() {
@@ -15,34 +43,11 @@ void MSPIBaselinePatch::apply() {
         throw MSPCInternalInconsistency("Can not apply patch to already patched target. Must revert first.");
     }
     _isPatched = true;
-    const auto baseline = baselineOfTarget();
-    if (!baseline) {
+    if (_baseline) {
+        showBaseline(_baseline);
+    } else {
         removeTarget();
-        return;
     }
-    // Read whole before anything changes: a child may bear the name of the baseline itself.
-    auto values = valuesOf(baseline);
-    for (auto child = _target.firstChild(); child; child = child.nextSibling()) {
-        if (const auto value = child.isElement() ? values.find(child.name()) : values.end(); value != values.end()) {
-            value->second.child = child;
-        }
-    }
-    for (const auto& [name, value] : values) {
-        if (value.child) {
-            showTextInChild(name, value);
-        }
-    }
-}
-
-// Of several children of one name, which timephased data gives by the hundred, the last one is what shows.
-MSPIBaselinePatch::Values MSPIBaselinePatch::valuesOf(const MSPCXMLNode& baseline) {
-    Values values;
-    for (auto child = baseline.firstChild(); child; child = child.nextSibling()) {
-        if (child.isElement() && child.name() != "Number") {
-            values.insert_or_assign(std::string(child.name()), Value{child.stringValue(), {}});
-        }
-    }
-    return values;
 }
 
 void MSPIBaselinePatch::revert() {
@@ -52,35 +57,49 @@ void MSPIBaselinePatch::revert() {
     if (_removedTarget) {
         _target = _parentOfRemoved.insertChildBefore(std::move(_removedTarget), _siblingAfterRemoved);
     }
-    for (auto& [original, standIn] : _replacements) {
-        _target.insertChildBefore(std::move(original), standIn);
-        static_cast<void>(standIn.detach());
+    for (auto replacement = _replacements.rbegin(); replacement != _replacements.rend(); ++replacement) {
+        if (replacement->keptOriginal) {
+            _target.insertChildBefore(std::move(replacement->keptOriginal), replacement->standIn);
+            static_cast<void>(replacement->standIn.detach());
+        } else {
+            replacement->standIn.exchangeWith(replacement->original);
+        }
     }
     _replacements.clear();
     _isPatched = false;
 }
 
-// "Baseline[Number=<n>]", the last of several.
-MSPCXMLNode MSPIBaselinePatch::baselineOfTarget() const {
-    MSPCXMLNode found;
-    for (auto baseline = _target.firstChildElement("Baseline"); baseline;
-         baseline = baseline.nextSiblingElement("Baseline")) {
-        if (hasChildWithNumber(baseline, "Number", _baselineNumber)) {
-            found = baseline;
+// From the last child of the baseline to the first: of several of one name, which timephased data gives by the hundred,
+// the last one is what shows.
+void MSPIBaselinePatch::showBaseline(const MSPCXMLNode& baseline) {
+    const MSPCFields fields(_target);
+    for (auto value = baseline.lastChild(); value;) {
+        const auto previous = value.previousSibling();
+        if (value.isElement() && value.name() != "Number") {
+            const auto child = fields.singleObject(value.name());
+            if (child && child.parent() == _target) {  // else it has been replaced already
+                show(value, child);
+            }
         }
+        value = previous;
     }
-    return found;
+}
+
+// A plain value changes places with the child: nothing is copied, and no reader sees the difference. Only the text of a
+// value shows, so one with elements in it, or a child that holds the value, needs a new element.
+void MSPIBaselinePatch::show(const MSPCXMLNode& value, MSPCXMLNode child) {
+    if (!holdsElements(value) && child != value.parent()) {
+        child.exchangeWith(value);
+        _replacements.push_back({child, value, {}});
+        return;
+    }
+    auto standIn = _target.insertChildBefore(_target.newElement(value.name()), child);
+    standIn.setStringValue(value.stringValue());
+    _replacements.push_back({child, standIn, child.detach()});
 }
 
 void MSPIBaselinePatch::removeTarget() {
     _parentOfRemoved = _target.parent();
     _siblingAfterRemoved = _target.nextSibling();
     _removedTarget = _target.detach();
-}
-
-void MSPIBaselinePatch::showTextInChild(std::string_view name, const Value& value) {
-    auto child = value.child;
-    auto standIn = _target.insertChildBefore(_target.newElement(name), child);
-    standIn.setStringValue(value.text);
-    _replacements.push_back({child.detach(), standIn});
 }

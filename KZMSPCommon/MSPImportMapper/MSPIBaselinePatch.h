@@ -1,9 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <map>
-#include <string>
+#include <optional>
 #include <vector>
 
 #include "MSPCXMLNode.h"
@@ -15,6 +13,8 @@ class MSPIBaselinePatch {
 public:
     // Changes nothing yet. The document outlives the patch.
     MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber);
+    // For a baseline that has been looked up already; empty where the target has none.
+    MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline);
 
     // Raises `MSPCInternalInconsistency` "Can not apply patch to already patched target. Must revert first.".
     void apply();
@@ -25,26 +25,20 @@ public:
     [[nodiscard]] bool isTargetRemoved() const { return static_cast<bool>(_removedTarget); }
 
 private:
-    // A child of the target, kept as it was, and the one that shows the baseline's text in its place.
+    // A child of the target and what stands in its place: either the baseline's child, the two having changed places, or
+    // a new element with the baseline's text, while the child itself is kept here.
     struct Replacement {
-        MSPCXMLNewElement original;
+        MSPCXMLNode original;
         MSPCXMLNode standIn;
+        MSPCXMLNewElement keptOriginal;
     };
 
-    // A baseline's text and the target's child that is to show it; an empty handle where it has none.
-    struct Value {
-        std::string text;
-        MSPCXMLNode child;
-    };
-    using Values = std::map<std::string, Value, std::less<>>;
-
-    MSPCXMLNode baselineOfTarget() const;
-    static Values valuesOf(const MSPCXMLNode& baseline);
+    void showBaseline(const MSPCXMLNode& baseline);
+    void show(const MSPCXMLNode& value, MSPCXMLNode child);
     void removeTarget();
-    void showTextInChild(std::string_view name, const Value& value);
 
     MSPCXMLNode _target;
-    std::int32_t _baselineNumber;
+    MSPCXMLNode _baseline;
     bool _isPatched = false;
     MSPCXMLNewElement _removedTarget;
     MSPCXMLNode _parentOfRemoved;

@@ -11,9 +11,11 @@ Project(
     ExtendedAttributes(ExtendedAttribute(FieldID FieldName Alias CFType))
     Calendars(Calendar(
         UID Name IsBaseCalendar
-        WeekDays(WeekDay(DayType DayWorking WorkingTimes(WorkingTime(FromTime ToTime))))
+        WeekDays(WeekDay(
+            DayType DayWorking TimePeriod(FromDate ToDate) WorkingTimes(WorkingTime(FromTime ToTime))))
         Exceptions(Exception(
-            Type DayWorking TimePeriod(FromDate ToDate) WorkingTimes(WorkingTime(FromTime ToTime))))))
+            Type DayWorking TimePeriod(FromDate ToDate) WorkingTimes(WorkingTime(FromTime ToTime))))
+        WorkWeeks(WorkWeek(TimePeriod(FromDate ToDate)))))
     Tasks(Task(
         UID Name Type IsNull OutlineLevel Summary Priority
         Start Finish Duration Work PercentComplete PercentWorkComplete FixedCost

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "MSPCURL.h"
-#include "MSPIBaselineCounts.h"
+#include "MSPIBaselineIndex.h"
 
 // What the runner, the importer and the mappers tell each other about one import. A field without a value is absent. The
 // key in each comment is the name under which the value is known.
@@ -19,9 +20,9 @@ struct MSPIImportInfo {
     // InfoKDZXScenarioName: "Actual", "Baseline" (of number 0) or "Baseline1" to "Baseline10". Set by the importer, read
     // by the mapper.
     std::optional<std::string> kdzxScenarioName;
-    // What the project holds for each baseline, counted once for all scenarios by the importer; a mapper that is not told
-    // counts for itself.
-    std::optional<MSPIBaselineCounts> baselineCounts;
+    // What the project holds for each baseline, found once for all scenarios by the importer; a mapper that is not told
+    // looks for itself.
+    std::shared_ptr<const MSPIBaselineIndex> baselines;
     // InfoMPPTemplateUrl: the template of a sibling importer for the binary format; nothing here sets or reads it.
     std::optional<MSPCURL> mppTemplateURL;
 };

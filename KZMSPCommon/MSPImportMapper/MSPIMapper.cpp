@@ -40,7 +40,7 @@ MSPIMapper::MSPIMapper(MSPCXMLDocument& mspDocument, const MSPCXMLDocument& kdzx
     setKdzxTemplateRoot(kdzxTemplateXmlDoc.root());
     if (info.mspdiBaselineNumber) {
         const auto number = *info.mspdiBaselineNumber;
-        if (number < 0 || number >= MSPIBaselineCounts::BaselineCount) {
+        if (number < 0 || number >= MSPIBaselineIndex::BaselineCount) {
             throw MSPCInternalInconsistency(fmt::format("Unexpected baseline number in info dictionary: {}", number));
         }
         setBaselineNumber(number);
@@ -82,8 +82,9 @@ void MSPIMapper::validateSource() {
 }
 
 bool MSPIMapper::applyBaseline() {
-    const auto allCounts = _info.baselineCounts ? *_info.baselineCounts : MSPIBaselineCounts::ofProject(mspProject());
-    const auto& counts = allCounts.byNumber.at(static_cast<std::size_t>(baselineNumber()));
+    const auto baselines =
+        _info.baselines ? _info.baselines : std::make_shared<const MSPIBaselineIndex>(mspProject());
+    const auto& counts = baselines->counts(baselineNumber());
     if (counts.areZero()) {
         return false;
     }
@@ -91,10 +92,8 @@ bool MSPIMapper::applyBaseline() {
     log().log(fmt::format("  Baseline Tasks: {}", counts.tasks));
     log().log(fmt::format("  Baseline Resources: {}", counts.resources));
     log().log(fmt::format("  Baseline Assignments: {}", counts.assignments));
-    for (const std::string_view path : {"Assignments/Assignment", "Resources/Resource", "Tasks/Task"}) {
-        for (const auto& element : nodesForXQuery(mspProject(), path)) {
-            _patches.emplace_back(element, baselineNumber());
-        }
+    for (const auto& [element, baseline] : baselines->targets(baselineNumber())) {
+        _patches.emplace_back(element, baseline);
     }
     // From the last to the first, and back the other way: each removed element finds its place again.
     for (auto patch = _patches.rbegin(); patch != _patches.rend(); ++patch) {

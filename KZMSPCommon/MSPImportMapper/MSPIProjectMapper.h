@@ -8,6 +8,7 @@
 #include "MSPCFields.h"
 #include "MSPIAssignmentPool.h"
 #include "MSPIObjectMapperBase.h"
+#include "MSPISplitTask.h"
 #include "MSPITaskTree.h"
 #include "MSPIUserDataMapper.h"
 
@@ -49,18 +50,13 @@ public:
     [[nodiscard]] bool userDataChanged() const { return _userDataChanged; }
 
 private:
-    // A piece of a split task waiting for its place and final id, and its owner's reference to it.
-    struct PendingPiece {
-        MSPCXMLNewElement piece;
-        MSPCXMLNode reference;
-    };
     // What the tasks of one scenario share while they are mapped.
     struct TaskRun {
         MSPITaskTree tree;
         MSPIAssignmentPool assignments;
         MSPCXMLNode scenario;
         MSPCXMLNode topGroupTask;
-        std::vector<PendingPiece> pendingPieces;
+        std::vector<MSPIPendingPiece> pendingPieces;
         bool hasRootTask = false;
         bool isReportingErrors = true;
     };
@@ -79,7 +75,7 @@ private:
 
     void mapTask(const MSPCXMLNode& mspTask, TaskRun& run);
     void takeOverRootTask(const MSPCXMLNode& task, bool isSummary, std::int64_t outlineLevel, TaskRun& run) const;
-    bool addSplitPieces(const MSPCFields& mspTask, MSPCXMLNode task, TaskRun& run);
+    bool addSplitPieces(const MSPCFields& mspTask, const MSPCXMLNode& task, TaskRun& run) const;
     void addMspAssignmentsForMspdiTaskToTask(const MSPCFields& mspTask, MSPCXMLNode task, TaskRun& run) const;
     void linkIntoTree(const MSPCXMLNode& task, std::int64_t outlineLevel, TaskRun& run) const;
     void giveFinalIdsToSplitPieces(TaskRun& run);

@@ -1,6 +1,9 @@
 // The task tree of `MSPIProjectMapper`.
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
 #include "MSPIAssignmentMapper.h"
@@ -16,46 +19,6 @@ void addChildTask(const MSPCXMLNode& parent, std::string_view id) {
 
 std::string idOf(const MSPCXMLNode& element) { return element.attribute("id").stringValue(); }
 
-void setOrAddChild(const MSPCXMLNode& element, std::string_view name, std::string_view text) {
-    if (auto child = singleObjectForXQuery(element, name)) {
-        child.setStringValue(text);
-    } else {
-        addChildElementWithNameStringValue(element, name, text);
-    }
-}
-
-void setChildIfPresent(const MSPCXMLNode& element, std::string_view name, std::string_view text) {
-    if (auto child = singleObjectForXQuery(element, name)) {
-        child.setStringValue(text);
-    }
-}
-
-// `split` takes the place of the type; without one it follows the title; without a title it comes first.
-MSPCXMLNode addSplitMark(MSPCXMLNode task) {
-    auto split = task.newElement("split");
-    if (auto type = singleObjectForXQuery(task, "type")) {
-        const auto mark = task.insertChildBefore(std::move(split), type);
-        static_cast<void>(type.detach());
-        return mark;
-    }
-    return task.insertChildAfter(std::move(split), singleObjectForXQuery(task, "title"));
-}
-
-void writeSplitEnd(const MSPCXMLNode& task, std::string_view kdzxDate) {
-    setOrAddChild(task, "end-date", kdzxDate);
-    setChildIfPresent(task, "locked-end-date", kdzxDate);
-    setChildIfPresent(task, "end-constraint-date", kdzxDate);
-}
-
-void writeSplitEffort(MSPCXMLNode task, const MSPCXMLNode& splitMark, double effort) {
-    const auto text = fmt::format("{:.2f}", effort);
-    if (auto child = singleObjectForXQuery(task, "effort")) {
-        child.setStringValue(text);
-        return;
-    }
-    task.insertChildAfter(task.newElement("effort"), splitMark).setStringValue(text);
-}
-
 }  // namespace
 
 void MSPIProjectMapper::buildMspTasksMspAssignmentsScenarioTopGroupTask(std::span<const MSPCXMLNode> mspTasks,
@@ -67,9 +30,11 @@ void MSPIProjectMapper::buildMspTasksMspAssignmentsScenarioTopGroupTask(std::spa
                 .scenario = scenario,
                 .topGroupTask = topGroupTask,
                 .pendingPieces = {}};
+    std::size_t done = 0;
     for (const auto& mspTask : mspTasks) {
         checkNode(mspTask, "Task");
         mapTask(mspTask, run);
+        _mapper.services().progress.tasksDone(++done, mspTasks.size());
     }
     giveFinalIdsToSplitPieces(run);
 }
@@ -123,33 +88,15 @@ void MSPIProjectMapper::takeOverRootTask(const MSPCXMLNode& task, bool isSummary
     }
 }
 
-bool MSPIProjectMapper::addSplitPieces(const MSPCFields& mspTask, MSPCXMLNode task, TaskRun& run) {
+bool MSPIProjectMapper::addSplitPieces(const MSPCFields& mspTask, const MSPCXMLNode& task, TaskRun& run) const {
     MSPITimephasedDataMapper timephasedDataMapper(_mapper);
     auto pieces = timephasedDataMapper.newSplitTasksFromMspdiTask(mspTask);
     if (pieces.empty()) {
         return false;
     }
-    if (pieces.size() < 2) {
-        throw MSPCInternalInconsistency("Minimum number of task splits must be 2.");
-    }
-    const auto splitMark = addSplitMark(task);
-    if (const auto end = _mapper.conversions().mppToKdzxDateTime(timephasedDataMapper.taskEndDate())) {
-        writeSplitEnd(task, *end);
-    }
-    double effort = 0;
-    for (auto& piece : pieces) {
-        const auto reference = addChildElementWithName(task, "child-task");
-        setAttributeWithNameStringValue(reference, "idref", idOf(piece.node()));
-        Error error;
-        const auto pieceEffort = floatValueForXQuery(piece.node(), "effort", &error);
-        if (!error || !run.isReportingErrors) {
-            effort += pieceEffort;
-        }
-        run.pendingPieces.push_back({std::move(piece), reference});
-    }
-    if (effort > 0) {
-        writeSplitEffort(task, splitMark, effort);
-    }
+    const auto end = _mapper.conversions().mppToKdzxDateTime(timephasedDataMapper.taskEndDate());
+    auto pendingPieces = splitTaskIntoPieces(task, std::move(pieces), end, run.isReportingErrors);
+    std::move(pendingPieces.begin(), pendingPieces.end(), std::back_inserter(run.pendingPieces));
     return true;
 }
 

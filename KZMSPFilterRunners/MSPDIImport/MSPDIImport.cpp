@@ -5,6 +5,7 @@
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
 #include "MSPCProcessGuard.h"
+#include "MSPCProgressLine.h"
 #include "MSPCRandomSource.h"
 #include "MSPCUserDefaults.h"
 #include "MSPDIImportRunner.h"
@@ -18,6 +19,7 @@ int main(int argumentCount, char** arguments) {
     MSPCDiskFileSystem fileSystem;
     MSPCCryptoRandomSource randomSource;
     auto timeZone = MSPCTimeZone::fromEnvironment(std::getenv("TZ"), log);
-    const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource};
+    MSPCProgressLine progress(log, std::getenv("TERM"));
+    const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource, progress};
     return MSPDIImportRunner(services).run({arguments, arguments + argumentCount});
 }

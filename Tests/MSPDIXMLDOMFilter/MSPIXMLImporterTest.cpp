@@ -14,6 +14,7 @@
 #include "MSPCException.h"
 #include "MapUserDefaults.h"
 #include "RecordingLog.h"
+#include "RecordingProgress.h"
 
 namespace {
 
@@ -78,7 +79,8 @@ protected:
     FixedClock clock{MSPCInstant{}};
     MapUserDefaults userDefaults;
     ListedRandomSource randomSource{};
-    MSPCServices services{clock, MSPCTimeZone::fixed(0), log, userDefaults, fileSystem, randomSource};
+    RecordingProgress progress;
+    MSPCServices services{clock, MSPCTimeZone::fixed(0), log, userDefaults, fileSystem, randomSource, progress};
 
     MSPIImportInfo info;
     bool hasActualScenario = true;
@@ -105,6 +107,22 @@ TEST_F(MSPIXMLImporterTest, aPlanWithoutBaselinesGivesTheActualScenarioAndTheTab
     EXPECT_THAT(written("Actual.xml"), HasSubstr("<scenario>Actual</scenario>"));
     EXPECT_THAT(written("__TOC.xml"), HasSubstr("<entry>Actual</entry>"));
     EXPECT_EQ(written("extra/notes.txt"), "untouched");
+}
+
+TEST_F(MSPIXMLImporterTest, theProgressNamesEachScenarioAndEndsWithTheImport) {
+    EXPECT_TRUE(import());
+    EXPECT_THAT(progress.told(),
+                ElementsAre("begin Actual", "begin Baseline", "begin Baseline1", "begin Baseline2", "begin Baseline3",
+                            "begin Baseline4", "begin Baseline5", "begin Baseline6", "begin Baseline7",
+                            "begin Baseline8", "begin Baseline9", "begin Baseline10", "end"));
+    static_cast<void>(log.takeLines());
+}
+
+TEST_F(MSPIXMLImporterTest, theProgressEndsWithAnImportThatFails) {
+    hasActualScenario = false;
+    EXPECT_FALSE(import());
+    EXPECT_THAT(progress.told(), ElementsAre("begin Actual", "end"));
+    static_cast<void>(log.takeLines());
 }
 
 TEST_F(MSPIXMLImporterTest, baselines0And2GiveTwoMoreScenarios) {

@@ -58,13 +58,16 @@ TEST(MSPIMapper, ProducesNothingForABaselineWithoutData) {
     EXPECT_THAT(import.log.takeLines(), IsEmpty());
 }
 
-TEST(MSPIMapper, BelievesTheCountsItIsGiven) {
+TEST(MSPIMapper, UsesTheBaselinesItIsGiven) {
     ProjectImport import(framed(tasks(task(1, baseline(1)))));
-    import.info.baselineCounts = MSPIBaselineCounts();
-    EXPECT_EQ(import.mapBaseline(1), "(none)");
-    import.info.baselineCounts->byNumber[1].tasks = 5;
+    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(import.project.root());
+    EXPECT_EQ(import.mapBaseline(0), "(none)");
     EXPECT_THAT(import.mapBaseline(1), HasSubstr("<task id=\"t1\">"));
-    EXPECT_THAT(import.log.takeLines(), testing::Contains("  Baseline Tasks: 5"));
+    // What is given counts, even where it is that of a project without baselines.
+    const auto empty = documentFromXML("<Project/>");
+    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(empty.root());
+    EXPECT_EQ(import.mapBaseline(1), "(none)");
+    import.log.ignoreLines();
 }
 
 TEST(MSPIMapper, MapsABaselineThatOnlyAssignmentsHave) {

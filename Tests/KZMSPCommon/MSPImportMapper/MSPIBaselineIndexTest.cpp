@@ -1,57 +1,67 @@
-#include "MSPIBaselineCounts.h"
+#include "MSPIBaselineIndex.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
+#include <vector>
 
 #include "MappingFixture.h"
 
 namespace {
 
-MSPIBaselineCounts countsOf(const std::string& projectContent) {
+// The counts of baselines 0 to 10.
+std::vector<MSPIBaselineCounts> countsOf(const MSPCXMLNode& project) {
+    const MSPIBaselineIndex index(project);
+    std::vector<MSPIBaselineCounts> counts;
+    for (std::int32_t number = 0; number <= 10; ++number) {
+        counts.push_back(index.counts(number));
+    }
+    return counts;
+}
+
+std::vector<MSPIBaselineCounts> countsOf(const std::string& projectContent) {
     const auto document = documentFromXML("<Project>" + projectContent + "</Project>");
-    return MSPIBaselineCounts::ofProject(document.root());
+    return countsOf(document.root());
 }
 
 std::string baseline(const std::string& number) {
     return "<Baseline><Number>" + number + "</Number></Baseline>";
 }
 
-TEST(MSPIBaselineCounts, AreZeroWithoutBaselines) {
+TEST(MSPIBaselineIndex, AreZeroWithoutBaselines) {
     const auto counts = countsOf("<Tasks><Task/></Tasks>");
-    EXPECT_EQ(counts.byNumber.size(), 11U);
-    for (const auto& count : counts.byNumber) {
+    for (const auto& count : counts) {
         EXPECT_TRUE(count.areZero());
     }
 }
 
-TEST(MSPIBaselineCounts, TellTasksResourcesAndAssignmentsApart) {
+TEST(MSPIBaselineIndex, TellTasksResourcesAndAssignmentsApart) {
     const auto counts =
         countsOf("<Tasks><Task>" + baseline("0") + "</Task><Task>" + baseline("0") + baseline("10") +
                  "</Task><Task/></Tasks><Resources><Resource>" + baseline("0") +
                  "</Resource></Resources><Assignments><Assignment>" + baseline("3") + "</Assignment></Assignments>");
-    EXPECT_EQ(counts.byNumber[0].tasks, 2U);
-    EXPECT_EQ(counts.byNumber[0].resources, 1U);
-    EXPECT_EQ(counts.byNumber[0].assignments, 0U);
-    EXPECT_EQ(counts.byNumber[3].tasks, 0U);
-    EXPECT_EQ(counts.byNumber[3].assignments, 1U);
-    EXPECT_FALSE(counts.byNumber[3].areZero());
-    EXPECT_EQ(counts.byNumber[10].tasks, 1U);
-    EXPECT_TRUE(counts.byNumber[1].areZero());
+    EXPECT_EQ(counts[0].tasks, 2U);
+    EXPECT_EQ(counts[0].resources, 1U);
+    EXPECT_EQ(counts[0].assignments, 0U);
+    EXPECT_EQ(counts[3].tasks, 0U);
+    EXPECT_EQ(counts[3].assignments, 1U);
+    EXPECT_FALSE(counts[3].areZero());
+    EXPECT_EQ(counts[10].tasks, 1U);
+    EXPECT_TRUE(counts[1].areZero());
 }
 
-TEST(MSPIBaselineCounts, CountAnElementOnceHoweverOftenItHasTheBaseline) {
+TEST(MSPIBaselineIndex, CountAnElementOnceHoweverOftenItHasTheBaseline) {
     const auto counts = countsOf("<Tasks><Task>" + baseline("2") + baseline("2") +
                                  "<Baseline><Number>2</Number><Number>5</Number></Baseline></Task></Tasks>");
-    EXPECT_EQ(counts.byNumber[2].tasks, 1U);
-    EXPECT_EQ(counts.byNumber[5].tasks, 1U);
+    EXPECT_EQ(counts[2].tasks, 1U);
+    EXPECT_EQ(counts[5].tasks, 1U);
 }
 
-TEST(MSPIBaselineCounts, PassOverNumbersThatNoBaselineHas) {
+TEST(MSPIBaselineIndex, PassOverNumbersThatNoBaselineHas) {
     const auto counts = countsOf("<Tasks><Task>" + baseline("11") + baseline("-1") + baseline("1.5") + baseline("one") +
                                  baseline("") + "<Baseline/></Task></Tasks>");
-    for (const auto& count : counts.byNumber) {
+    for (const auto& count : counts) {
         EXPECT_TRUE(count.areZero());
     }
 }
@@ -83,21 +93,34 @@ std::string randomProject(std::mt19937& random) {
     return project;
 }
 
-TEST(MSPIBaselineCounts, EqualTheQueriesOnGeneratedProjects) {
+TEST(MSPIBaselineIndex, GivesEachElementTheLastBaselineOfTheNumber) {
+    const auto document = documentFromXML(
+        "<Project><Tasks><Task id='1'><Baseline id='a'><Number>4</Number></Baseline><Baseline id='b'><Number>4</Number>"
+        "</Baseline></Task><Task id='2'/></Tasks><Assignments><Assignment id='3'><Baseline id='c'><Number>4</Number>"
+        "</Baseline></Assignment></Assignments></Project>");
+    const auto idOf = [](const MSPCXMLNode& node) { return node.attribute("id").stringValue(); };
+    std::string found;
+    for (const auto& [element, baseline] : MSPIBaselineIndex(document.root()).targets(4)) {
+        found += idOf(element) + "=" + idOf(baseline) + " ";
+    }
+    EXPECT_EQ(found, "3=c 1=b 2= ");
+}
+
+TEST(MSPIBaselineIndex, EqualTheQueriesOnGeneratedProjects) {
     std::mt19937 random(20120110);
     std::size_t found = 0;
     for (int run = 0; run < 300; ++run) {
         const auto markup = "<Project>" + randomProject(random) + "</Project>";
         const auto document = documentFromXML(markup, MSPCXMLContent::Everything);
-        const auto counts = MSPIBaselineCounts::ofProject(document.root());
-        for (std::size_t n = 0; n < counts.byNumber.size(); ++n) {
+        const auto counts = countsOf(document.root());
+        for (std::size_t n = 0; n < counts.size(); ++n) {
             const auto matches = [&](const std::string& path) {
                 return document.root().nodesForXPath(path + "[Baseline[Number=" + std::to_string(n) + "]]")->size();
             };
-            ASSERT_EQ(counts.byNumber[n].tasks, matches("Tasks/Task")) << n << " " << markup;
-            ASSERT_EQ(counts.byNumber[n].resources, matches("Resources/Resource")) << n << " " << markup;
-            ASSERT_EQ(counts.byNumber[n].assignments, matches("Assignments/Assignment")) << n << " " << markup;
-            found += counts.byNumber[n].tasks;
+            ASSERT_EQ(counts[n].tasks, matches("Tasks/Task")) << n << " " << markup;
+            ASSERT_EQ(counts[n].resources, matches("Resources/Resource")) << n << " " << markup;
+            ASSERT_EQ(counts[n].assignments, matches("Assignments/Assignment")) << n << " " << markup;
+            found += counts[n].tasks;
         }
     }
     EXPECT_GT(found, 1000U);

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "MSPCXMLNode.h"
+
+// How many tasks, resources and assignments carry data for one of MSPDI's baselines.
+struct MSPIBaselineCounts {
+    std::size_t tasks = 0;
+    std::size_t resources = 0;
+    std::size_t assignments = 0;
+
+    [[nodiscard]] bool areZero() const { return tasks + resources + assignments == 0; }
+    friend bool operator==(const MSPIBaselineCounts&, const MSPIBaselineCounts&) = default;
+};
+
+// Which elements of a project have data for which baseline, found in one walk over its lists with the meaning of
+// "Tasks/Task[Baseline[Number=<n>]]" and its like. The handles stay valid as long as the project's document.
+class MSPIBaselineIndex {
+public:
+    static constexpr std::int32_t BaselineCount = 11;  // numbers 0 to 10
+
+    // An assignment, resource or task; `baseline` is its `Baseline` child of the number asked for, the last of several,
+    // and empty when it has none.
+    struct Target {
+        MSPCXMLNode element;
+        MSPCXMLNode baseline;
+    };
+
+    explicit MSPIBaselineIndex(const MSPCXMLNode& mspProject);
+
+    [[nodiscard]] const MSPIBaselineCounts& counts(std::int32_t number) const { return of(number).counts; }
+    // All assignments, then all resources, then all tasks, in document order.
+    [[nodiscard]] std::vector<Target> targets(std::int32_t number) const;
+
+private:
+    struct Entry {
+        std::size_t elementPosition;  // in _elements
+        MSPCXMLNode baseline;
+    };
+    struct OfNumber {
+        MSPIBaselineCounts counts;
+        std::vector<Entry> entries;  // in the order of _elements, at most one for each
+    };
+
+    void addList(const MSPCXMLNode& mspProject, std::string_view path, std::size_t MSPIBaselineCounts::*count);
+    void addBaselines(const MSPCXMLNode& element, std::size_t MSPIBaselineCounts::*count);
+    [[nodiscard]] const OfNumber& of(std::int32_t number) const {
+        return _byNumber.at(static_cast<std::size_t>(number));
+    }
+
+    std::vector<MSPCXMLNode> _elements;
+    std::array<OfNumber, BaselineCount> _byNumber;
+};

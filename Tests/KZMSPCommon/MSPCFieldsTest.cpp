@@ -1,0 +1,136 @@
+#include "MSPCFields.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "ExpectRaises.h"
+#include "MSPCExtensions.h"
+#include "XMLText.h"
+
+namespace {
+
+constexpr std::array<std::string_view, 5> names = {"UID", "Name", "Names", "Type", "x.y"};
+constexpr std::array<std::string_view, 14> texts = {"",    "1",   " 12 ", "-7h", "3.5e1", "true", " YES ",
+                                                    "No",  "abc", "  ",   "&#13;", "0x10", "99999999999999999999",
+                                                    "<![CDATA[4]]>2"};
+
+// An element with children of few names, so that several bear the same one, and with what else may stand between.
+std::string randomElement(std::mt19937& random) {
+    const auto below = [&](std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random); };
+    std::string text = "<Task UID=\"5\">";
+    for (auto left = below(7); left > 0; --left) {
+        switch (below(8)) {
+            case 0:
+                text += "<!--UID-->";
+                break;
+            case 1:
+                text += "<?UID 1?>";
+                break;
+            case 2:
+                text += "<Other><UID>8</UID></Other>";
+                break;
+            default: {
+                const auto name = names[below(names.size())];
+                text.append("<").append(name).append(">").append(texts[below(texts.size())]);
+                text.append("</").append(name).append(">");
+            }
+        }
+    }
+    return text + "</Task>";
+}
+
+// What an operation gives or raises, and the error that it reports.
+template <typename Operation>
+std::string outcomeOf(Operation&& operation) {
+    Error error;
+    std::string outcome;
+    try {
+        outcome = operation(&error);
+    } catch (const MSPCInternalInconsistency& raised) {
+        outcome = "raised: " + raised.reason();
+    }
+    return outcome + " / " + std::to_string(error.code) + " " + std::string(error.domain);
+}
+
+}  // namespace
+
+TEST(MSPCFields, giveTheLastChildOfANameAndReportSeveral) {
+    const auto document = xmlDocument("<Task><UID>1</UID><Name>a</Name><UID>2</UID></Task>");
+    const MSPCFields fields(document.root());
+    Error error;
+    EXPECT_EQ(fields.intValue("UID", &error), 2);
+    EXPECT_EQ(error.code, MSPCXQueryMoreThanOneMatch);
+    EXPECT_EQ(fields.intValue("UID"), 2);
+    EXPECT_EQ(fields.nodes("UID").size(), 2U);
+}
+
+TEST(MSPCFields, reportANameThatNoChildBears) {
+    const auto document = xmlDocument("<Task><Names>1</Names><Other><UID>2</UID></Other></Task>");
+    const MSPCFields fields(document.root());
+    for (const std::string_view name : {"UID", "Name", ""}) {
+        Error error;
+        EXPECT_EQ(fields.stringValue(name, &error), std::nullopt);
+        EXPECT_EQ(error.code, MSPCXQueryNoMatch);
+        EXPECT_EQ(fields.intValue(name), 0);
+        EXPECT_EQ(fields.floatValue(name), 0.0);
+        EXPECT_FALSE(fields.boolValue(name));
+        EXPECT_FALSE(fields.singleObject(name));
+        EXPECT_TRUE(fields.nodes(name).empty());
+    }
+}
+
+TEST(MSPCFields, leaveTheErrorAloneWhereOneChildMatches) {
+    const auto document = xmlDocument("<Task><UID>1</UID></Task>");
+    Error error{MSPCGeneralErrorDomain, MSPCNotPortedXQuery, "from before"};
+    EXPECT_EQ(MSPCFields(document.root()).intValue("UID", &error), 1);
+    EXPECT_EQ(error.code, MSPCNotPortedXQuery);
+}
+
+TEST(MSPCFields, ofNothingRaise) {
+    EXPECT_RAISES(MSPCFields(MSPCXMLNode()), MSPCInternalInconsistency,
+                  "Sent message singleObjectForXQuery:error: to an object which is not NSXMLNodeProxy.");
+}
+
+TEST(MSPCFields, raiseForTextsThatHoldNoNumber) {
+    const auto document = xmlDocument("<Task><UID>abc</UID></Task>");
+    const MSPCFields fields(document.root());
+    EXPECT_RAISES(fields.intValue("UID"), MSPCInternalInconsistency,
+                  "Failed to get int value from XML node: <UID>abc</UID>");
+    EXPECT_RAISES(fields.floatValue("UID"), MSPCInternalInconsistency,
+                  "Failed to get float value from XML node: <UID>abc</UID>");
+    EXPECT_RAISES(fields.boolValue("UID"), MSPCInternalInconsistency,
+                  "Failed to get boolean value from XML node: <UID>abc</UID>");
+}
+
+TEST(MSPCFields, answerAsTheQueriesDo) {
+    constexpr int elements = 20'000;
+    std::mt19937 random(3);
+    for (int index = 0; index < elements && !testing::Test::HasFailure(); ++index) {
+        const auto text = randomElement(random);
+        const auto document = xmlDocument(text, index % 2 == 0 ? MSPCXMLContent::Everything : MSPCXMLContent::DataOnly);
+        const auto element = document.root();
+        const MSPCFields fields(element);
+        for (const auto name : names) {
+            EXPECT_EQ(fields.nodes(name), nodesForXQuery(element, name)) << text;
+            EXPECT_EQ(fields.singleObject(name), singleObjectForXQuery(element, name)) << text;
+            EXPECT_EQ(outcomeOf([&](Error* error) { return fields.stringValue(name, error).value_or("(none)"); }),
+                      outcomeOf([&](Error* error) {
+                          return stringValueForXQuery(element, name, error).value_or("(none)");
+                      }))
+                << text;
+            EXPECT_EQ(outcomeOf([&](Error* error) { return std::to_string(fields.intValue(name, error)); }),
+                      outcomeOf([&](Error* error) { return std::to_string(intValueForXQuery(element, name, error)); }))
+                << text;
+            EXPECT_EQ(outcomeOf([&](Error* error) { return std::to_string(fields.floatValue(name, error)); }),
+                      outcomeOf([&](Error* error) { return std::to_string(floatValueForXQuery(element, name, error)); }))
+                << text;
+            EXPECT_EQ(outcomeOf([&](Error* error) { return std::to_string(fields.boolValue(name, error)); }),
+                      outcomeOf([&](Error* error) { return std::to_string(boolValueForXQuery(element, name, error)); }))
+                << text;
+        }
+    }
+}

@@ -1,0 +1,295 @@
+#include "MSPCXMLFilter.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MSPCXMLDocument.h"
+#include "PiecewiseReader.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+constexpr std::size_t pieceSizes[] = {1, 2, 3, 7, 1 << 20};
+
+std::optional<MSPCXMLFiltered> filtered(const std::string& text, std::size_t pieceSize = 1 << 20) {
+    static const auto selection =
+        MSPCXMLSelection::fromText("Plan(Title Task(UID Name Notes *Baseline(Number)) Empty())");
+    return filteredXML(piecewiseReader(text, pieceSize), text.size(), selection);
+}
+
+// What is kept of a text, the same for every way of cutting it; "(refused)" when it has to be read as a whole.
+std::string keptOf(const std::string& text) {
+    std::string kept;
+    for (const auto pieceSize : pieceSizes) {
+        const auto result = filtered(text, pieceSize);
+        const auto bytes = result ? result->bytes : "(refused)";
+        if (pieceSize == pieceSizes[0]) {
+            kept = bytes;
+        }
+        EXPECT_EQ(bytes, kept) << pieceSize << " bytes at a time: " << text;
+    }
+    return kept;
+}
+
+struct Case {
+    const char* behaviour;
+    std::string text;
+    std::string kept;
+};
+
+void expectKept(const std::vector<Case>& cases) {
+    for (const auto& [behaviour, text, kept] : cases) {
+        EXPECT_EQ(keptOf(text), kept) << behaviour << ": " << text;
+    }
+}
+
+void expectRefused(const std::vector<Case>& cases) {
+    for (const auto& [behaviour, text, kept] : cases) {
+        EXPECT_EQ(keptOf(text), "(refused)") << behaviour << ": " << text;
+    }
+}
+
+}  // namespace
+
+TEST(MSPCXMLFilter, keepsSelectedElementsAsTheyStandAndNothingElse) {
+    expectKept({
+        {"selected leaves", "<Plan><Title>a</Title><Task><UID>1</UID></Task></Plan>",
+         "<Plan><Title>a</Title><Task><UID>1</UID></Task></Plan>"},
+        {"an unselected leaf", "<Plan><Title>a</Title><Other>b</Other></Plan>", "<Plan><Title>a</Title></Plan>"},
+        {"an unselected branch", "<Plan><Other><Task><UID>1</UID></Task></Other><Title>a</Title></Plan>",
+         "<Plan><Title>a</Title></Plan>"},
+        {"a selected name at the wrong level", "<Plan><UID>1</UID><Task><Title>b</Title></Task></Plan>",
+         "<Plan><Task></Task></Plan>"},
+        {"blanks of an element of which only children are kept", "<Plan> \n<Task>\t<UID>1</UID>\r\n</Task> </Plan>",
+         "<Plan><Task><UID>1</UID></Task></Plan>"},
+        {"a root that is not selected", "<Other><Plan/></Other>", ""},
+        {"an element of which nothing is kept", "<Plan><Empty> <Title>y</Title></Empty></Plan>",
+         "<Plan><Empty></Empty></Plan>"},
+        {"children with names of siblings, whole",
+         "<Plan><Task><Baseline><Name>b</Name><Other>c</Other><Number>1</Number></Baseline></Task></Plan>",
+         "<Plan><Task><Baseline><Name>b</Name><Number>1</Number></Baseline></Task></Plan>"},
+        {"an element that is kept whole", "<Plan><Title>a<b>c</b>  <d/> </Title></Plan>",
+         "<Plan><Title>a<b>c</b>  <d/> </Title></Plan>"},
+    });
+}
+
+TEST(MSPCXMLFilter, keepsTagsAndTextsAsTheyAreWritten) {
+    expectKept({
+        {"text of blanks alone", "<Plan><Title>   </Title></Plan>", "<Plan><Title>   </Title></Plan>"},
+        {"references", "<Plan><Title>&lt;&#13;&amp;</Title></Plan>", "<Plan><Title>&lt;&#13;&amp;</Title></Plan>"},
+        {"a greater-than sign in a text", "<Plan><Title>a>b]]>c</Title></Plan>", "<Plan><Title>a>b]]>c</Title></Plan>"},
+        {"empty elements", "<Plan><Title/><Task><UID /></Task><Other/></Plan>",
+         "<Plan><Title/><Task><UID /></Task></Plan>"},
+        {"blanks in tags", "<Plan\n><Title >a</Title\t></Plan >", "<Plan\n><Title >a</Title\t></Plan >"},
+        {"attributes of kept elements", "<Plan xmlns=\"urn:p\"><Title a=\"1\" b=\"&amp;\"/></Plan>",
+         "<Plan xmlns=\"urn:p\"><Title a=\"1\" b=\"&amp;\"/></Plan>"},
+        {"names that end or begin like others", "<Plan><MyTitle>a</MyTitle><Titles>b</Titles><Title>c</Title></Plan>",
+         "<Plan><Title>c</Title></Plan>"},
+        {"names of one length in one slot", "<Plan><Xitle>a</Xitle><Title>b</Title></Plan>",
+         "<Plan><Title>b</Title></Plan>"},
+        {"names with letters beyond ASCII", "<Plan><\xC3\x84>a</\xC3\x84><Title>b</Title></Plan>",
+         "<Plan><Title>b</Title></Plan>"},
+        {"an element inside one of its name", "<Plan><Other><Other>a</Other></Other><Title>b</Title></Plan>",
+         "<Plan><Title>b</Title></Plan>"},
+    });
+}
+
+TEST(MSPCXMLFilter, leavesOutCommentsAndInstructionsAndKeepsSections) {
+    expectKept({
+        {"a comment in a kept text", "<Plan><Title>a<!-- <x> & --- -->b</Title></Plan>",
+         "<Plan><Title>ab</Title></Plan>"},
+        {"an instruction in a kept text", "<Plan><Title>a<?p <x> & ?>b</Title></Plan>",
+         "<Plan><Title>ab</Title></Plan>"},
+        {"a section in a kept text", "<Plan><Title>a<![CDATA[<&]]]>b</Title></Plan>",
+         "<Plan><Title>a<![CDATA[<&]]]>b</Title></Plan>"},
+        {"all three in what is left out",
+         "<Plan><Other><!--</Other>--><?q </Other>?><![CDATA[</Other>]]></Other><Title>a</Title></Plan>",
+         "<Plan><Title>a</Title></Plan>"},
+        {"comments around the root", "<!--a--><Plan/><!--b-->\n", "<Plan/>"},
+        {"a comment without text", "<Plan><!----><Title>a</Title></Plan>", "<Plan><Title>a</Title></Plan>"},
+        {"an instruction without data", "<Plan><?p?><Title>a</Title></Plan>", "<Plan><Title>a</Title></Plan>"},
+    });
+}
+
+TEST(MSPCXMLFilter, tellsWhetherTheContentHadSections) {
+    EXPECT_FALSE(filtered("<?xml version=\"1.0\"?><!--a--><?p?><Plan><Title>a</Title></Plan>")->hasSections);
+    EXPECT_TRUE(filtered("<Plan><Title><![CDATA[a]]></Title></Plan>")->hasSections);
+    EXPECT_TRUE(filtered("<Plan><Other><![CDATA[a]]></Other></Plan>")->hasSections);
+    EXPECT_TRUE(filtered("<Plan><Other><!--a--></Other></Plan>")->hasSections);
+    EXPECT_TRUE(filtered("<Plan><?p?></Plan>")->hasSections);
+    EXPECT_TRUE(filtered("<Plan/><!--a-->")->hasSections);
+}
+
+TEST(MSPCXMLFilter, skipsTheMarkAndTheDeclarationOfUtf8) {
+    expectKept({
+        {"a byte-order mark", "\xEF\xBB\xBF<Plan/>", "<Plan/>"},
+        {"a declaration", "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n<Plan/>", "<Plan/>"},
+        {"both", "\xEF\xBB\xBF<?xml version='1.0' encoding='utf-8'?><Plan/>", "<Plan/>"},
+        {"a declaration without an encoding", "<?xml version=\"1.0\"?><Plan/>", "<Plan/>"},
+        {"a plain subset of it", "<?xml version=\"1.0\" encoding=\"US-ASCII\"?><Plan/>", "<Plan/>"},
+    });
+}
+
+TEST(MSPCXMLFilter, refusesOtherEncodings) {
+    expectRefused({
+        {"a code page", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><Plan/>", {}},
+        {"a code page beside the name of UTF-8", "<?xml encoding=\"windows-1252\" standalone=\"utf-8\"?><Plan/>", {}},
+        {"the mark of UTF-16", "\xFF\xFE<\0P\0l\0a\0n\0/\0>\0"s, {}},
+        {"UTF-16 without a mark", "<\0P\0l\0a\0n\0/\0>\0"s, {}},
+        {"UTF-16 the other way round", "\0<\0P\0l\0a\0n\0/\0>"s, {}},
+    });
+}
+
+TEST(MSPCXMLFilter, refusesWhatDoesNotMatch) {
+    expectRefused({
+        {"nothing at all", "", {}},
+        {"blanks alone", "  \n", {}},
+        {"no element", "<!--a-->", {}},
+        {"an element without an end", "<Plan><Title>a</Title>", {}},
+        {"the wrong end tag in a kept part", "<Plan><Title>a</Titel></Plan>", {}},
+        {"the wrong end tag in a part that is left out", "<Plan><Other>a</Othre></Plan>", {}},
+        {"an end tag that is longer than its element", "<Plan><Other>a</Others></Plan>", {}},
+        {"an end tag that is shorter than its element", "<Plan><Other>a</Othe></Plan>", {}},
+        {"crossing elements in a part that is left out", "<Plan><Other><a><b></a></b></Other></Plan>", {}},
+        {"an end tag of an inner name that ends in the outer one", "<Plan><er><Oth></Other></er></Plan>", {}},
+        {"one end tag too many", "<Plan/></Plan>", {}},
+        {"a second root", "<Plan/><Plan/>", {}},
+        {"text before the root", "x<Plan/>", {}},
+        {"text behind the root", "<Plan/>x", {}},
+        {"a reference behind the root", "<Plan/>&#32;", {}},
+        {"a section behind the root", "<Plan/><![CDATA[ ]]>", {}},
+        {"a NUL behind the root", "<Plan/>\0"s, {}},
+    });
+}
+
+TEST(MSPCXMLFilter, refusesMarkupThatAParserWouldRefuse) {
+    expectRefused({
+        {"a tag without a name", "<Plan><>a</></Plan>", {}},
+        {"a blank before a name", "<Plan>< Other/></Plan>", {}},
+        {"a digit at the start of a name", "<Plan><1/></Plan>", {}},
+        {"a name with a sign in it", "<Plan><a+b/></Plan>", {}},
+        {"a tag without an end", "<Plan><Title", {}},
+        {"an end tag without an end", "<Plan></Plan", {}},
+        {"a comment without an end", "<Plan><!-- </Plan>", {}},
+        {"a comment that ends too early", "<Plan><!-></Plan>", {}},
+        {"an instruction without an end", "<Plan><? </Plan>", {}},
+        {"an instruction without a target", "<Plan><? x?></Plan>", {}},
+        {"an instruction without anything", "<Plan><?" "?></Plan>", {}},
+        {"a target with a sign in it", "<Plan><?a+b?></Plan>", {}},
+        {"a declaration without an end", "<?xml version=\"1.0\"><Plan/>", {}},
+        {"a section without an end", "<Plan><Title><![CDATA[a</Title></Plan>", {}},
+        {"a keyword of no section", "<Plan><![cdata[a]]></Plan>", {}},
+        {"the beginning of a section", "<Plan><![CD", {}},
+        {"a less-than sign at the end", "<Plan/><", {}},
+    });
+}
+
+TEST(MSPCXMLFilter, refusesDocumentTypesWithAndWithoutDeclarations) {
+    expectRefused({
+        {"with entities", "<!DOCTYPE Plan [<!ENTITY e 'x'>]><Plan><Title>&e;</Title></Plan>", {}},
+        {"with a name alone", "<!DOCTYPE Plan><Plan/>", {}},
+        {"inside the root", "<Plan><!DOCTYPE x></Plan>", {}},
+    });
+}
+
+TEST(MSPCXMLFilter, refusesStrayAmpersandsAndForbiddenReferencesWhereverTheyStand) {
+    for (const std::string stray : {"&", "&&amp;", "a & b", "&unknown;", "&amp", "&#;", "&#x;", "&#1;", "&#xFFFF;"}) {
+        expectRefused({
+            {"in a kept text", "<Plan><Title>" + stray + "</Title></Plan>", {}},
+            {"in a kept attribute", "<Plan><Title a=\"" + stray + "\"/></Plan>", {}},
+            {"in a text that is left out", "<Plan><Other>" + stray + "</Other></Plan>", {}},
+            {"beside kept elements", "<Plan>" + stray + "<Title>a</Title></Plan>", {}},
+        });
+    }
+    expectRefused({{"on both sides of a comment", "<Plan><Title>&am<!---->p;</Title></Plan>", {}}});
+}
+
+TEST(MSPCXMLFilter, refusesANulWhereverItStands) {
+    expectRefused({
+        {"in a kept text", "<Plan><Title>a\0b</Title></Plan>"s, {}},
+        {"in a text that is left out", "<Plan><Other>a\0b</Other></Plan>"s, {}},
+        {"in a name", "<Plan><Ti\0tle/></Plan>"s, {}},
+        {"in an end tag", "<Plan><Title>a</Title\0></Plan>"s, {}},
+        {"in an attribute", "<Plan><Title a=\"\0\"/></Plan>"s, {}},
+        {"in a comment", "<Plan><!--a\0b--></Plan>"s, {}},
+        {"in an instruction", "<Plan><?p a\0b?></Plan>"s, {}},
+        {"in a kept section", "<Plan><Title><![CDATA[\0]]></Title></Plan>"s, {}},
+        {"in a section that is left out", "<Plan><Other><![CDATA[\0]]></Other></Plan>"s, {}},
+        {"in the declaration", "<?xml version=\"1.0\"\0?><Plan/>"s, {}},
+    });
+}
+
+TEST(MSPCXMLFilter, refusesAttributesThatItWouldHaveToUnderstand) {
+    expectRefused({
+        {"on an element that is left out", "<Plan><Other a=\"1\">b</Other></Plan>", {}},
+        {"with single quotes", "<Plan><Title a='1'/></Plan>", {}},
+        {"with the end of the tag in the value", "<Plan><Title a=\"x>y\"/></Plan>", {}},
+        {"with a less-than sign in the value", "<Plan><Title a=\"<\"/></Plan>", {}},
+    });
+}
+
+TEST(MSPCXMLFilter, leavesOtherFaultsOfKeptTagsToTheParser) {
+    for (const std::string tag : {"<Title/x>", "<Title a>", "<Title a=1>", "<Title \"a\">", "<Title a=\"1\"b=\"2\">"}) {
+        auto result = filtered("<Plan>" + tag + "</Title></Plan>");
+        EXPECT_TRUE(!result || !MSPCXMLDocument::readFiltered(std::move(*result))) << tag;
+    }
+}
+
+TEST(MSPCXMLFilter, refusesTextBetweenKeptElements) {
+    expectRefused({
+        {"text", "<Plan>x<Title>a</Title></Plan>", {}},
+        {"a reference to a blank", "<Plan><Task><UID>1</UID>&#32;</Task></Plan>", {}},
+        {"a section", "<Plan><Task><![CDATA[ ]]></Task></Plan>", {}},
+        {"text where nothing is kept", "<Plan><Empty>x</Empty></Plan>", {}},
+    });
+}
+
+TEST(MSPCXMLFilter, refusesALineEndThatACommentCutsInTwo) {
+    expectRefused({
+        {"a comment", "<Plan><Title>a\r<!--x-->\nb</Title></Plan>", {}},
+        {"an instruction", "<Plan><Title>a\r<?x?>\nb</Title></Plan>", {}},
+    });
+    EXPECT_EQ(keptOf("<Plan><Title>a\r\n<!--x-->b</Title></Plan>"), "<Plan><Title>a\r\nb</Title></Plan>");
+    EXPECT_EQ(keptOf("<Plan>\r<!--x-->\n<Title/></Plan>"), "<Plan><Title/></Plan>");
+}
+
+TEST(MSPCXMLFilter, readsTokensThatAreLongerThanItsWindow) {
+    constexpr std::size_t size = 300'000;
+    const auto title = "<Title>" + std::string(size, 'x') + "</Title>";
+    const auto text = "<Plan><Other>" + std::string(size, 'y') + "</Other><!--" + std::string(size, 'z') + "-->" +
+                      std::string(size, ' ') + title + "</Plan>";
+    for (const std::size_t pieceSize : {4096U, 65'536U, 1U << 20U}) {
+        const auto result = filtered(text, pieceSize);
+        ASSERT_TRUE(result);
+        EXPECT_EQ(result->bytes, "<Plan>" + title + "</Plan>");
+    }
+}
+
+TEST(MSPCXMLFilter, readsWhatIsLongerOrShorterThanWasExpected) {
+    const auto selection = MSPCXMLSelection::fromText("Plan(Title)");
+    const std::string text = "<Plan><Title>a</Title></Plan>";
+    for (const std::size_t expectedSize : {0U, 1U, 28U, 29U, 30U, 1'000'000U}) {
+        const auto result = filteredXML(piecewiseReader(text, 7), expectedSize, selection);
+        ASSERT_TRUE(result);
+        EXPECT_EQ(result->bytes, text);
+    }
+}
+
+TEST(MSPCXMLFilter, nestsAMillionLevelsDeep) {
+    constexpr int levels = 1'000'000;
+    std::string text = "<Plan>";
+    for (int level = 0; level < levels; ++level) {
+        text += "<a>";
+    }
+    for (int level = 0; level < levels; ++level) {
+        text += "</a>";
+    }
+    const auto result = filtered(text + "<Title>b</Title></Plan>");
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->bytes, "<Plan><Title>b</Title></Plan>");
+}
