@@ -13,6 +13,13 @@ if(KZMSP_SANITIZE)
     # With the sanitizers g++ 12 sees uninitialised values in the standard library's own headers.
     target_compile_options(kzmsp_options INTERFACE -Wno-maybe-uninitialized)
 endif()
+if(KZMSP_FUZZ)
+    # Numbers too large for the integer they become are undefined too, but only on request.
+    set(kzmsp_fuzz_sanitizers -fsanitize=address,undefined,float-cast-overflow,fuzzer-no-link)
+    target_compile_options(kzmsp_options INTERFACE
+        ${kzmsp_fuzz_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kzmsp_options INTERFACE ${kzmsp_fuzz_sanitizers})
+endif()
 if(KZMSP_COVERAGE)
     target_compile_options(kzmsp_options INTERFACE --coverage -O0)
     target_link_options(kzmsp_options INTERFACE --coverage)

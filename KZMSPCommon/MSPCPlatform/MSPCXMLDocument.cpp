@@ -69,7 +69,9 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
         return std::nullopt;
     }
     const auto survey = surveyXML(*utf8);
-    if (!survey.hasInternalSubset && !survey.hasStrayAmpersand) {
+    // What is written back must be sound; it is small, so the thorough parser may look at it first.
+    const bool isSound = content == MSPCXMLContent::DataOnly || survey.hasInternalSubset || isWellFormedXML(*utf8);
+    if (!survey.hasInternalSubset && !survey.hasStrayAmpersand && isSound) {
         const bool mayRepair = !repairableRoot.empty();
         auto original = mayRepair && !readAgain ? utf8 : std::nullopt;
         if (auto tree = Tree::load(std::move(*utf8), {content, survey.hasSections, false})) {
