@@ -155,3 +155,18 @@ TEST(MSPITaskTree, refusesParentsThatCannotBeGroups) {
     EXPECT_RAISES(newer.groupOfParent(fixture.typed("task", true)), MSPCInternalInconsistency,
                   "Candidate for parent group must be a Group Task in KDZX.");
 }
+
+TEST(MSPITaskTree, wantsGroupsFromSummaryTasksAndOnlyFromThem) {
+    TreeFixture fixture;
+    MSPITaskTree::checkKind(fixture.typed("group", true).kdzxTask, true);
+    MSPITaskTree::checkKind(fixture.typed("task", false).kdzxTask, false);
+    MSPITaskTree::checkKind(fixture.typed("", false).kdzxTask, false);
+    const struct {
+        const char* type;
+        bool isSummary;
+    } mismatches[] = {{"group", false}, {"task", true}, {"milestone", true}, {"Group", true}, {"", true}};
+    for (const auto& [type, isSummary] : mismatches) {
+        EXPECT_RAISES(MSPITaskTree::checkKind(fixture.typed(type, isSummary).kdzxTask, isSummary),
+                      MSPCInternalInconsistency, "MSPDI Summary Task must be mapped to KDZX Group Task.");
+    }
+}

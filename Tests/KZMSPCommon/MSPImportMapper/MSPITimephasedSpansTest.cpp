@@ -1,5 +1,7 @@
 #include "MSPITimephasedSpans.h"
 
+#include <limits>
+
 #include "ExpectRaises.h"
 
 namespace {
@@ -104,6 +106,11 @@ TEST(MSPITimephasedSpans, withANegativeDurationStartNothingButMergeLikeOthers) {
 TEST(MSPITimephasedSpans, outOfOrderAreRefusedWhenMerged) {
     EXPECT_RAISES(merged({{3, 4, 1}, {1, 2, 1}}), MSPCInternalInconsistency,
                   "Unexpected order of time span start dates.");
+}
+
+TEST(MSPITimephasedSpans, whoseEndIsNeitherBeforeNorAfterAreRefusedWhenMerged) {
+    EXPECT_RAISES(merged({{1, std::numeric_limits<double>::quiet_NaN(), 1}, {3, 4, 1}}), MSPCInternalInconsistency,
+                  "Unexpected order of time span dates.");
 }
 
 TEST(MSPITimephasedSpans, joinOverTimeThatIsNotWorked) {
