@@ -117,7 +117,7 @@ TEST(Texts, namesOfCustomFields) {
                 "", ""}));
     auto expected = texts();
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        expected[i] += " " + std::to_string(i + 1);
+        expected[i].append(" ").append(std::to_string(i + 1));
     }
     EXPECT_EQ(import.texts("key"), expected);
 }
