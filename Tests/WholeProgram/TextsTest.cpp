@@ -16,7 +16,7 @@ constexpr Text Texts[] = {
     {"plain", "plain"},
     {"  blanks at both ends  ", "  blanks at both ends  "},
     {"   ", "   "},
-    {"\ttab\tand tab\t", "\ttab\tand&#9;tab\t"},
+    {"\ttab\tand\ttab\t", "\ttab\tand&#9;tab\t"},
     {"a\rb", "a&#13;b"},
     {"\ra\r\n\r", "&#13;a&#xD;&#10;&#xd;"},
     {"line\nfeed", "line\nfeed"},

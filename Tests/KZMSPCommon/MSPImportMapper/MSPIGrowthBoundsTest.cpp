@@ -7,6 +7,7 @@
 
 #include "ExpectRaises.h"
 #include "MSPCException.h"
+#include "MSPEScheduleCalendar.h"
 
 namespace {
 
@@ -46,4 +47,15 @@ TEST(MSPIGrowthBounds, noNumberIsTooLargeToBeRefused) {
     bounds.addRepeatedText(1);
     EXPECT_RAISES(bounds.addScheduleElements(largest), MSPCInternalInconsistency, tooManyElements);
     EXPECT_RAISES(bounds.addRepeatedText(largest), MSPCInternalInconsistency, tooMuchText);
+}
+
+TEST(MSPIGrowthBounds, aWeekMayHaveAWorkingTimePerMinute) {
+    MSPEScheduleCalendar calendar(MSPCGregorianCalendar(MSPCTimeZone::fixed(0)));
+    for (int i = 0; i < 10'080; ++i) {
+        calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, 1 + i % 7);
+    }
+    EXPECT_NO_THROW(MSPIGrowthBounds::checkWorkingTimesOfWeek(calendar));
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, 7);
+    EXPECT_RAISES(MSPIGrowthBounds::checkWorkingTimesOfWeek(calendar), MSPCInternalInconsistency,
+                  "Too many working times in the project's week: more than 10080.");
 }
