@@ -147,3 +147,22 @@ TEST(MSPCFields, answerAsTheQueriesDo) {
         }
     }
 }
+
+// Elements made to hurt have so many fields that names are looked up another way; the answers are the same.
+TEST(MSPCFields, ofVeryManyFieldsTheLastOfAName) {
+    std::string xml = "<Task><Name>first</Name>";
+    for (int i = 0; i < 1000; ++i) {
+        xml += "<n" + std::to_string(i) + ">" + std::to_string(i) + "</n" + std::to_string(i) + ">";
+    }
+    const auto document = MSPCXMLDocument::read(xml + "<Name>last</Name></Task>", MSPCXMLContent::DataOnly);
+    ASSERT_TRUE(document);
+    const MSPCFields fields(document->root());
+    Error error;
+    EXPECT_EQ(fields.intValue("n999", &error), 999);
+    EXPECT_FALSE(error);
+    EXPECT_EQ(fields.stringValue("Name", &error), "last");
+    EXPECT_EQ(error.code, MSPCXQueryMoreThanOneMatch);
+    EXPECT_EQ(fields.stringValue("n1000", &error), std::nullopt);
+    EXPECT_EQ(error.code, MSPCXQueryNoMatch);
+    EXPECT_EQ(fields.nodes("Name").size(), 2U);
+}
