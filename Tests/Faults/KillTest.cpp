@@ -23,8 +23,9 @@ using Microseconds = std::chrono::microseconds;
 class KillTest : public FaultFixture {
 protected:
     KillTest() {
+        resetOutput();
         const auto start = Clock::now();
-        EXPECT_EQ(runImport().status, 0);
+        EXPECT_EQ(runImport(slowDisk).status, 0);
         // Some signals should come late enough to meet the program's last steps.
         const auto duration = std::chrono::duration_cast<Microseconds>(Clock::now() - start).count() * 11 / 10;
         _delay = std::uniform_int_distribution<std::int64_t>(0, duration);
@@ -33,7 +34,7 @@ protected:
     // Starts an import, ends it with a signal after a random time and judges what it leaves on the disk.
     ProgramEnd importEndedBy(int signal) {
         resetOutput();
-        SpawnedProgram program(importOf("Plan.xml"));
+        SpawnedProgram program(importOf("Plan.xml", slowDisk));
         std::this_thread::sleep_for(Microseconds(_delay(_random)));
         program.send(signal);
         auto end = program.wait();
@@ -60,6 +61,7 @@ protected:
         temporaryItems += static_cast<int>(found.size());
     }
 
+    const std::map<std::string, std::string> slowDisk{{"LD_PRELOAD", KZMSP_FAULT_SHIM}, {"KZMSP_FAULT", "slow 0 0"}};
     int temporaryItems = 0;
 
 private:
