@@ -34,6 +34,14 @@ test: configure
 	cmake --build --preset release
 	ctest --preset release
 
+# Fuzzes each target for FUZZ_SECONDS; what breaks one is kept in Tests/Fuzz/Inputs.
+FUZZ_SECONDS ?= 60
+.PHONY: fuzz
+fuzz: deps
+	cmake --preset fuzz
+	cmake --build --preset fuzz
+	tools/fuzz "$(FUZZ_SECONDS)"
+
 .PHONY: configure
 configure: deps
 	cmake --preset release

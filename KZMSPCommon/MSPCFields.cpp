@@ -11,19 +11,32 @@ MSPCFields::MSPCFields(const MSPCXMLNode& element) {
             _fields.push_back({child.name(), child});
         }
     }
+    if (_fields.size() > MostSearchedFields) {
+        for (const auto& field : _fields) {
+            auto& match = _matchesByName[field.name];
+            match = {field.node, match.count + 1};
+        }
+    }
+}
+
+MSPCFields::Match MSPCFields::matchOf(std::string_view name) const {
+    if (_fields.size() > MostSearchedFields) {
+        const auto found = _matchesByName.find(name);
+        return found == _matchesByName.end() ? Match() : found->second;
+    }
+    Match match;
+    for (const auto& field : _fields) {
+        if (field.name == name) {
+            match = {field.node, match.count + 1};
+        }
+    }
+    return match;
 }
 
 MSPCXMLNode MSPCFields::singleObject(std::string_view name, Error* error) const {
-    MSPCXMLNode last;
-    std::size_t count = 0;
-    for (const auto& field : _fields) {
-        if (field.name == name) {
-            last = field.node;
-            ++count;
-        }
-    }
-    reportMatches(count, error);
-    return last;
+    const auto match = matchOf(name);
+    reportMatches(match.count, error);
+    return match.last;
 }
 
 std::optional<std::string> MSPCFields::stringValue(std::string_view name, Error* error) const {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "MSPCError.h"
@@ -32,5 +33,16 @@ private:
         MSPCXMLNode node;
     };
 
+    struct Match {
+        MSPCXMLNode last;
+        std::size_t count = 0;
+    };
+
+    // A walk over the fields of any real element beats a look-up; elements made to hurt have millions.
+    static constexpr std::size_t MostSearchedFields = 256;
+
+    [[nodiscard]] Match matchOf(std::string_view name) const;
+
     std::vector<Field> _fields;
+    std::unordered_map<std::string_view, Match> _matchesByName;  // filled where the fields are too many to search
 };

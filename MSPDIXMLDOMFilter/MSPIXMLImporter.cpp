@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <new>
 #include <utility>
 
 #include "MSPCException.h"
@@ -80,6 +81,11 @@ bool MSPIXMLImporter::importFromMspdiURLToKdzxBundleURL(const std::optional<MSPC
     } catch (const MSPCException& exception) {
         _services.log.log(
             fmt::format("Exception: {}\n{}\n{}", exception.name(), exception.reason(), exception.userInfo()));
+        return false;
+    } catch (const std::bad_alloc&) {
+        // A plan that does not fit into the memory is no reason to let the other plans of a list down. By now all that
+        // this import held is free again.
+        _services.log.log("Exception: KZMPPImporterException\nNot enough memory for this import.\n");
         return false;
     }
 }

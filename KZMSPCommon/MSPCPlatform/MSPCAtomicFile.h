@@ -18,7 +18,8 @@ public:
 
     // A failure is kept for `commit`; what is written after it is dropped.
     void write(std::string_view bytes) override;
-    // Brings everything to the disk and gives the file its name. None, or the description of the first failure.
+    // Writes out everything and gives the file its name. None, or the description of the first failure. Whether the
+    // machine's power fails now is another matter: see `MSPCFileSystem::synchronize`.
     [[nodiscard]] std::optional<std::string> commit();
 
 private:

@@ -55,7 +55,8 @@ std::unique_ptr<MSPCByteSource> MSPCDiskFileSystem::openFile(const std::string& 
     if (path.find('\0') != std::string::npos) {
         return nullptr;
     }
-    MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // Opening a pipe must not wait for somebody to write to it.
+    MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat status {};
     // Only a regular file can be read a second time, should that be needed.
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {

@@ -38,6 +38,10 @@ int readAll(const MSPCFileDescriptor& file, std::string& bytes) {
     if (S_ISDIR(status.st_mode)) {
         return EISDIR;
     }
+    // A device may never end (/dev/zero) or do things when it is read.
+    if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) {
+        return ENOTSUP;
+    }
     // One byte more than a file's size, so that its end shows without growing. Pipes tell no size.
     constexpr std::size_t smallest = 64 * 1024;
     bytes.resize(std::max(smallest, static_cast<std::size_t>(status.st_size) + 1));
@@ -58,7 +62,8 @@ int readWhole(const std::string& path, std::string& bytes) {
     if (isCutOff(path)) {
         return ENOENT;
     }
-    const MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // Opening a pipe must not wait for somebody to write to it.
+    const MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     return file.isOpen() ? readAll(file, bytes) : errno;
 }
 
@@ -150,4 +155,22 @@ std::optional<std::string> MSPCDiskFileSystem::writeAtomically(const std::string
     MSPCAtomicFile file(path);
     produce(file);
     return file.commit();
+}
+
+std::optional<std::string> MSPCDiskFileSystem::synchronize(const std::set<std::string>& folders) {
+    // A thousand bundles mostly lie on one file system, which is done with in one go.
+    std::set<dev_t> done;
+    std::optional<std::string> failure;
+    for (const auto& path : folders) {
+        const MSPCFileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        struct stat status {};
+        int error = folder.isOpen() && ::fstat(folder.number(), &status) == 0 ? 0 : errno;
+        if (error == 0 && done.insert(status.st_dev).second) {
+            error = folder.syncFileSystem();
+        }
+        if (error != 0 && !failure) {
+            failure = "'" + path + "': " + MSPCSystemErrorText(error);
+        }
+    }
+    return failure;
 }

@@ -1,11 +1,28 @@
 #include "MSPCFileDescriptor.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <system_error>
 #include <utility>
+
+namespace {
+
+constexpr int patienceInMilliseconds = 5'000;
+
+// Waits for bytes of a pipe. The answer is 0 or an error number; ETIMEDOUT when nothing comes.
+int waitUntilReadable(int file) noexcept {
+    pollfd request{file, POLLIN, 0};
+    const int ready = ::poll(&request, 1, patienceInMilliseconds);
+    if (ready < 0) {
+        return errno == EINTR ? 0 : errno;
+    }
+    return ready > 0 ? 0 : ETIMEDOUT;
+}
+
+}  // namespace
 
 MSPCFileDescriptor::MSPCFileDescriptor(MSPCFileDescriptor&& other) noexcept
     : _number(std::exchange(other._number, -1)) {
@@ -37,17 +54,15 @@ int MSPCFileDescriptor::read(char* buffer, std::size_t capacity, std::size_t& co
             count = static_cast<std::size_t>(got);
             return 0;
         }
-        if (errno != EINTR) {
-            return errno;
+        const int error = errno == EAGAIN ? waitUntilReadable(_number) : errno;
+        if (error != 0 && error != EINTR) {
+            return error;
         }
     }
 }
 
-int MSPCFileDescriptor::sync() const noexcept {
-    while (::fsync(_number) != 0) {
-        if (errno == EINVAL) {
-            return 0;
-        }
+int MSPCFileDescriptor::syncFileSystem() const noexcept {
+    while (::syncfs(_number) != 0) {
         if (errno != EINTR) {
             return errno;
         }

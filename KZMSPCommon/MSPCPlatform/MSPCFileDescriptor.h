@@ -18,10 +18,11 @@ public:
 
     // Writes all the bytes.
     [[nodiscard]] int write(std::string_view bytes) const noexcept;
-    // Reads up to `capacity` bytes; `count` is 0 at the end of the file.
+    // Reads up to `capacity` bytes; `count` is 0 at the end of the file. A pipe opened with O_NONBLOCK is given five
+    // seconds for its next byte, then the answer is ETIMEDOUT.
     [[nodiscard]] int read(char* buffer, std::size_t capacity, std::size_t& count) const noexcept;
-    // Brings what was written to the disk. Files that know no such thing (pipes, devices) are content.
-    [[nodiscard]] int sync() const noexcept;
+    // Brings everything to the disk that was written to the file system which holds this file.
+    [[nodiscard]] int syncFileSystem() const noexcept;
     // Closes now; nothing happens when it is closed already.
     int close() noexcept;
 

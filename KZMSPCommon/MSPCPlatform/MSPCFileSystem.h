@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -42,7 +43,8 @@ public:
     // Whether two paths lead to the same file or folder; false when either leads nowhere.
     [[nodiscard]] virtual bool isSameFile(const std::string& first, const std::string& second) const = 0;
 
-    // All bytes of a file; none when it cannot be read or is a folder, with the reason in `failure` if that is given.
+    // All bytes of a file; none when it cannot be read, is a folder or a device, or is a pipe whose writer keeps it
+    // waiting for five seconds, with the reason in `failure` if that is given. A pipe without a writer is empty.
     [[nodiscard]] virtual std::optional<std::string> readFile(const std::string& path,
                                                               std::string* failure = nullptr) const = 0;
 
@@ -67,6 +69,12 @@ public:
     // written. `produce` is called once and writes the content; what it throws passes through after the clean-up.
     [[nodiscard]] virtual std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteSink&)>& produce) = 0;
+    // Brings everything to the disk that was written below these folders, so that it outlives a power failure; before
+    // that it outlives the end of the process only. What writes to no disk has nothing to do.
+    [[nodiscard]] virtual std::optional<std::string> synchronize(const std::set<std::string>& folders) {
+        static_cast<void>(folders);
+        return std::nullopt;
+    }
 };
 
 // The machine's own files.
@@ -86,4 +94,5 @@ public:
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
     [[nodiscard]] std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
+    [[nodiscard]] std::optional<std::string> synchronize(const std::set<std::string>& folders) override;
 };

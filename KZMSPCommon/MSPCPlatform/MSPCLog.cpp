@@ -5,28 +5,25 @@
 
 #include <utility>
 
-#include "MSPCLogBlock.h"
-
 class MSPCStandardErrorLog::Sink {
 public:
-    explicit Sink(std::string processName) : _processName(std::move(processName)) {}
+    Sink(std::string processName, MSPCLogBlock& block) : _block(block), _processName(std::move(processName)) {}
 
     void log(std::string_view message) {
         _line.clear();
         _formatter.format({_processName, spdlog::level::info, {message.data(), message.size()}}, _line);
-        block.add({_line.data(), _line.size()});
+        _block.add({_line.data(), _line.size()});
     }
 
-    MSPCLogBlock block{STDERR_FILENO};
-
 private:
+    MSPCLogBlock& _block;
     std::string _processName;
     spdlog::pattern_formatter _formatter{"%Y-%m-%d %H:%M:%S.%e %n[%P] %v", spdlog::pattern_time_type::local, "\n"};
     spdlog::memory_buf_t _line;
 };
 
 MSPCStandardErrorLog::MSPCStandardErrorLog(std::string processName)
-    : _sink(std::make_unique<Sink>(std::move(processName))) {
+    : _block(STDERR_FILENO), _sink(std::make_unique<Sink>(std::move(processName), _block)) {
 }
 
 MSPCStandardErrorLog::~MSPCStandardErrorLog() {
@@ -47,9 +44,9 @@ void MSPCStandardErrorLog::showStatus(std::string_view text) {
 }
 
 void MSPCStandardErrorLog::flush() noexcept {
-    _sink->block.flush();
+    _block.flush();
 }
 
 void MSPCStandardErrorLog::flushWithin(std::chrono::milliseconds limit) noexcept {
-    _sink->block.flushWithin(limit);
+    _block.flushWithin(limit);
 }

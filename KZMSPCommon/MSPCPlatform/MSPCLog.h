@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "MSPCLogBlock.h"
+
 // Where messages go, one line each.
 class MSPCLog {
 public:
@@ -35,5 +37,6 @@ public:
 
 private:
     class Sink;
+    MSPCLogBlock _block;  // no part of the sink: a log can then be had even when there is no memory for such a block
     std::unique_ptr<Sink> _sink;
 };

@@ -4,6 +4,7 @@
 #include <regex.h>
 
 #include <algorithm>
+#include <climits>
 #include <utility>
 
 #include "MSPCException.h"
@@ -37,13 +38,10 @@ MSPCRegex::MSPCRegex(std::string pattern) : _compiled(std::make_shared<const Com
 }
 
 std::optional<MSPCRegex::Groups> MSPCRegex::firstMatch(std::string_view text, std::size_t groupCount) const {
-    const auto length = std::min(text.find('\0'), text.size());
+    // The library counts with int and wants a NUL character behind the text.
+    const std::string terminated(text.substr(0, std::min({text.find('\0'), text.size(), std::size_t{INT_MAX}})));
     std::vector<regmatch_t> matches(std::max<std::size_t>(groupCount, 1));
-    // With REG_STARTEND the text needs no NUL character behind it.
-    matches.front().rm_so = 0;
-    matches.front().rm_eo = static_cast<regoff_t>(length);
-    const char* const characters = text.data() == nullptr ? "" : text.data();
-    if (regexec(&_compiled->expression(), characters, groupCount, matches.data(), REG_STARTEND) != 0) {
+    if (regexec(&_compiled->expression(), terminated.c_str(), groupCount, matches.data(), 0) != 0) {
         return std::nullopt;
     }
     Groups groups;

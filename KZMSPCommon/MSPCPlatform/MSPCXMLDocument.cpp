@@ -1,5 +1,7 @@
 #include "MSPCXMLDocument.h"
 
+#include <cstdlib>
+#include <new>
 #include <pugixml.hpp>
 #include <utility>
 
@@ -11,6 +13,24 @@
 #include "MSPCXMLSurvey.h"
 #include "MSPCXMLTree.h"
 #include "MSPCXMLWriter.h"
+
+namespace {
+
+void* allocateOrThrow(std::size_t size) {
+    if (void* const memory = std::malloc(size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+// Left alone the library answers a failed allocation with an empty node, and what should stand there would be missing
+// from the document without a word.
+[[maybe_unused]] const bool allocationsThrow = [] {
+    pugi::set_memory_management_functions(allocateOrThrow, std::free);
+    return true;
+}();
+
+}  // namespace
 
 // The bytes that were read stay, since names and texts of the tree are pieces of them.
 class MSPCXMLDocument::Tree {
@@ -49,7 +69,9 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
         return std::nullopt;
     }
     const auto survey = surveyXML(*utf8);
-    if (!survey.hasInternalSubset && !survey.hasStrayAmpersand) {
+    // What is written back must be sound; it is small, so the thorough parser may look at it first.
+    const bool isSound = content == MSPCXMLContent::DataOnly || survey.hasInternalSubset || isWellFormedXML(*utf8);
+    if (!survey.hasInternalSubset && !survey.hasStrayAmpersand && isSound) {
         const bool mayRepair = !repairableRoot.empty();
         auto original = mayRepair && !readAgain ? utf8 : std::nullopt;
         if (auto tree = Tree::load(std::move(*utf8), {content, survey.hasSections, false})) {

@@ -174,8 +174,11 @@ private:
             return false;
         }
         const auto* const nameEnd = skip(name, NamePart);
+        if (*nameEnd != '>') {
+            return false;
+        }
         const auto nameSize = static_cast<std::size_t>(nameEnd - name);
-        const auto* const textEnd = *nameEnd == '>' ? skip(nameEnd + 1, PlainText) : nameEnd;
+        const auto* const textEnd = skip(nameEnd + 1, PlainText);
         const auto* const windowEnd = _window.data() + _end;
         if (*textEnd != '<' || static_cast<std::size_t>(windowEnd - textEnd) < nameSize + 3 || textEnd[1] != '/' ||
             std::memcmp(textEnd + 2, name, nameSize) != 0 || textEnd[2 + nameSize] != '>') {

@@ -107,14 +107,24 @@ std::optional<MSPCXMLMended> mended(const DocumentPtr& document, std::optional<M
     return bytes ? std::optional(MSPCXMLMended{std::move(*bytes), std::move(repair)}) : std::nullopt;
 }
 
+// Depth and size of plain documents have no limit; where entities can multiply text, the parser's own bounds hold.
+int optionsFor(bool hasInternalSubset) {
+    return XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_IGNORE_ENC | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
+           (hasInternalSubset ? 0 : XML_PARSE_HUGE);
+}
+
 }  // namespace
+
+bool isWellFormedXML(std::string_view bytes) {
+    prepareParserOnce();
+    Report report;
+    return parsed(bytes, optionsFor(false), report) && !report.firstError;
+}
 
 std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalSubset,
                                        std::string_view repairableRoot) {
     prepareParserOnce();
-    // Depth and size of plain documents have no limit; where entities can multiply text, the parser's own bounds hold.
-    const int options = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_IGNORE_ENC | XML_PARSE_NOERROR |
-                        XML_PARSE_NOWARNING | (hasInternalSubset ? 0 : XML_PARSE_HUGE);
+    const int options = optionsFor(hasInternalSubset);
     Report report;
     if (const auto sound = parsed(bytes, options, report); sound && !report.firstError) {
         return mended(sound, std::nullopt);
@@ -124,9 +134,9 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     }
     const auto escaped =
         escapedStrayAmpersands(bytes, hasInternalSubset ? MSPCXMLEntities::AnyName : MSPCXMLEntities::Predefined);
+    const auto mendable = withMendableText(escaped ? std::string_view(*escaped) : bytes);
     Report recoveryReport;
-    const auto recovered =
-        parsed(escaped ? std::string_view(*escaped) : bytes, options | XML_PARSE_RECOVER, recoveryReport);
+    const auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
     if (!hasRootNamed(recovered, repairableRoot) || recoveryReport.hasEntityFlood) {
         return std::nullopt;
     }

@@ -12,6 +12,10 @@ struct MSPCXMLMended {
     std::optional<MSPCXMLRepair> repair;  // none when the markup was sound all along
 };
 
+// Whether UTF-8 bytes without declarations in their document type are well-formed in every respect, names included,
+// which the quick parser does not look at.
+[[nodiscard]] bool isWellFormedXML(std::string_view bytes);
+
 // Parses UTF-8 bytes with internal entities, or with broken markup, which is mended where that yields a root element
 // named `repairableRoot`. None otherwise, and for entities that expand beyond measure. Opens no file and no connection.
 [[nodiscard]] std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalSubset,

@@ -185,3 +185,25 @@ std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXM
     escaped += bytes.substr(copied);
     return escaped;
 }
+
+std::string withMendableText(std::string_view bytes) {
+    std::string mendable;
+    std::size_t copied = 0;
+    bool hasSubset = false;
+    auto sectionEnd = endOfProlog(bytes, hasSubset);
+    const auto write = [&](std::size_t index, std::string_view replacement) {
+        mendable.append(bytes, copied, index - copied).append(replacement);
+        copied = index + 1;
+    };
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
+        const char character = bytes[index];
+        if (const auto code = static_cast<unsigned char>(character); code < ' ' && !isXMLCharacter(code)) {
+            write(index, "\xEF\xBF\xBD");
+        } else if (character == '<' && index >= sectionEnd) {
+            sectionEnd = endOfSection(bytes, index);
+        } else if (character == '>' && index >= sectionEnd && bytes.substr(0, index).ends_with("]]")) {
+            write(index, "&gt;");
+        }
+    }
+    return mendable.append(bytes, copied);
+}

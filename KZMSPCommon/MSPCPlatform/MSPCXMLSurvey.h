@@ -25,3 +25,7 @@ enum class MSPCXMLEntities {
 // The same bytes with each stray "&" written as "&amp;" and references to characters that XML forbids as U+FFFD; none
 // when there is nothing to mend.
 [[nodiscard]] std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXMLEntities entities);
+
+// The same bytes with characters that XML forbids as U+FFFD, and with each "]]>" outside sections as "]]&gt;": a mending
+// parser would end the document at the one, and lose the text around the other.
+[[nodiscard]] std::string withMendableText(std::string_view bytes);

@@ -43,9 +43,10 @@ void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_
 }  // namespace
 
 MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
+    const auto name = stringValueForXQuery(mspCalendar, "Name").value_or("");
+    _mapper.growthBounds().addRepeatedText(name.size());
     _mapper.log().log(fmt::format("  Mapping Calendar UID='{}' name='{}' ...",
-                                  stringValueForXQuery(mspCalendar, "UID").value_or(""),
-                                  stringValueForXQuery(mspCalendar, "Name").value_or("")));
+                                  stringValueForXQuery(mspCalendar, "UID").value_or(""), name));
     auto schedule = _mapper.newElement("schedule");
     for (auto& day : newScheduleDaysFromMSPCalendar(mspCalendar)) {
         schedule.node().appendChild(std::move(day));
@@ -59,6 +60,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalenda
     const MSPCXMLNode& mspCalendar) const {
     const bool isBase = boolValueForXQuery(mspCalendar, "IsBaseCalendar");
     const auto weekDays = nodesForXQuery(mspCalendar, "WeekDays/WeekDay[DayType>=1 and DayType<=7]");
+    _mapper.growthBounds().addScheduleElements(weekDays.size());
     if (weekDays.empty() && isBase) {
         return newDefaultScheduleDays();
     }
@@ -114,6 +116,7 @@ void MSPICalendarMapper::addWorkingTimes(MSPCXMLNode scheduleDay, const std::vec
 void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,
                                      const std::optional<std::string>& toTime) const {
     const auto& conversions = _mapper.conversions();
+    _mapper.growthBounds().addScheduleElements(1);
     const auto timeSpan = addChildElementWithName(scheduleDay, "time-span");
     setAttributeWithNameStringValue(timeSpan, "start-time", conversions.mspdiToKdzxTimeOnly(fromTime.value_or("")));
     setAttributeWithNameStringValue(timeSpan, "end-time", conversions.mspdiToKdzxTimeOnly(toTime.value_or("")));
@@ -189,6 +192,7 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
 
 MSPCXMLNewElement MSPICalendarMapper::newEvent(MSPCInstant start, MSPCInstant end) const {
     const auto& conversions = _mapper.conversions();
+    _mapper.growthBounds().addScheduleElements(1);
     auto event = _mapper.newElement("event");
     setAttributeWithNameStringValue(event.node(), "start", conversions.mppToKdzxDateTime(start));
     setAttributeWithNameStringValue(event.node(), "end", conversions.mppToKdzxDateTime(end));

@@ -34,6 +34,22 @@ const MSPCRegex& hoursMinutesSecondsPattern() {
     return pattern;
 }
 
+constexpr std::string_view Digits = "0123456789";
+
+// The text from the place on at which the time pattern matches first: where the digits begin that stand before two
+// colons with nothing but digits between them. Empty where it matches nowhere. Left to itself, the library would try
+// the pattern at every digit of a long number and walk the whole number each time.
+std::string_view fromStartOfTime(std::string_view text) {
+    for (auto colon = text.find(':'); colon != std::string_view::npos; colon = text.find(':', colon + 1)) {
+        const auto next = text.find_first_not_of(Digits, colon + 1);
+        if (next != std::string_view::npos && text[next] == ':') {
+            const auto beforeDigits = text.substr(0, colon).find_last_not_of(Digits);
+            return text.substr(beforeDigits == std::string_view::npos ? 0 : beforeDigits + 1);
+        }
+    }
+    return {};
+}
+
 // Sets a field from the digits of a group. Gives the unit then, no unit for a group without digits.
 MSPCUnitFlags setField(std::int64_t& field, const Group& group, MSPCUnitFlags unit) {
     const auto number = scanInteger32(group.value_or(std::string_view()));
@@ -87,7 +103,8 @@ std::optional<MSPCUnitFlags> matchISODateTime(MSPCDateComponents& components, st
             return units;
         }
     }
-    const auto time = timePattern().firstMatch(text, 16);
+    const auto textFromTime = fromStartOfTime(text);
+    const auto time = textFromTime.empty() ? std::nullopt : timePattern().firstMatch(textFromTime, 16);
     if (!time) {
         return units;
     }

@@ -10,6 +10,7 @@
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
 #include "MSPEScheduleCalendar.h"
+#include "MSPIGrowthBounds.h"
 #include "MSPIIdMapper.h"
 #include "MSPIProjectIndex.h"
 #include "MSPIUtilities.h"
@@ -77,6 +78,9 @@ public:
     // The next provisional id of a split piece: "split-1", "split-2" and so on.
     [[nodiscard]] std::string getTempSplitTaskID();
 
+    // What the scenario may still grow by.
+    [[nodiscard]] MSPIGrowthBounds& growthBounds() { return _growthBounds; }
+
     // The scenario document under construction, and a free element of it.
     [[nodiscard]] MSPCXMLDocument& kdzxDocument() { return _kdzxDocument; }
     [[nodiscard]] MSPCXMLNewElement newElement(std::string_view name) { return _kdzxDocument.newElement(name); }
@@ -97,5 +101,6 @@ private:
     MSPIIdMapper _idMapper;
     std::optional<MSPEScheduleCalendar> _scheduleCalendar;
     std::int64_t _splitTaskID = 0;
+    MSPIGrowthBounds _growthBounds;
     MSPCXMLDocument _kdzxDocument;
 };

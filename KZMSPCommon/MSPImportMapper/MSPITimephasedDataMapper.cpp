@@ -57,15 +57,17 @@ MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(const MSPCFields& mspT
     }
     const auto taskName = mspTask.stringValue("Name").value_or("");
     MSPCTimeInterval assignedWork = 0;
+    MSPIGrowthBounds boundsOfTask;
     for (const auto& assignment : assignments) {
         assignedWork += MSPIUtilities::mspdiToMppDuration(stringValueForXQuery(assignment, "Work").value_or(""));
-        collectSpansOfAssignment(assignment, taskName, spans);
+        collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans);
     }
     scaleToAssignedWork(spans, assignedWork);
     return spans;
 }
 
 void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment, const std::string& taskName,
+                                                        MSPIGrowthBounds& boundsOfTask,
                                                         MSPITimephasedSpans& spans) const {
     const auto& conversions = _mapper.conversions();
     for (auto record = assignment.firstChildElement("TimephasedData"); record;
@@ -79,6 +81,7 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         const auto start = stringValueForXQuery(record, "Start").value_or("");
         const auto finish = stringValueForXQuery(record, "Finish").value_or("");
         const auto value = stringValueForXQuery(record, "Value").value_or("");
+        boundsOfTask.addRepeatedText(taskName.size());
         spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start),
                            conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
     }
@@ -123,6 +126,7 @@ MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimepha
     };
     const auto& conversions = _mapper.conversions();
     setAttributeWithNameStringValue(task, "id", _mapper.getTempSplitTaskID());
+    _mapper.growthBounds().addRepeatedText(stretch.taskName().size());
     addChild("title", stretch.taskName());
     const auto scale = stretch.workScale() != 0 ? stretch.workScale() : 1.0;
     addChild("effort", MSPIUtilities::mppToKdzxDuration(stretch.duration() * scale));

@@ -50,6 +50,7 @@ MSPIUserData userDataFromExtendedAttributes(std::span<const MSPCXMLNode> extende
             name = stringValueForXQuery(definition, "FieldName");
         }
         if (name) {
+            mapper.growthBounds().addRepeatedText(name->size());
             userData.set(std::move(name), valueOf(attribute, definition, mapper));
         }
     }

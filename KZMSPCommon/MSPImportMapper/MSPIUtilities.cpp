@@ -54,6 +54,11 @@ ParsedDateTime parsedLocalMspdi(std::string_view mspdi) {
     return result;
 }
 
+std::int64_t secondsSinceMidnight(const MSPCDateFields& fields) {
+    return MSPCDefinedOrZero(fields.hour) * 3600 + MSPCDefinedOrZero(fields.minute) * 60 +
+           MSPCDefinedOrZero(fields.second);
+}
+
 }  // namespace
 
 MSPIUtilities::MSPIUtilities(const MSPCServices& services)
@@ -100,9 +105,7 @@ std::optional<std::string> MSPIUtilities::mspdiToKdzxTimeOnly(std::string_view m
         throw MSPCInternalInconsistency(
             fmt::format("Failed to get time only value from MSPDI date-time: '{}'.", mspdi));
     }
-    const auto& fields = time.components;
-    return fmt::to_string(MSPCDefinedOrZero(fields.hour) * 3600 + MSPCDefinedOrZero(fields.minute) * 60 +
-                          MSPCDefinedOrZero(fields.second));
+    return fmt::to_string(secondsSinceMidnight(time.components));
 }
 
 std::optional<std::string> MSPIUtilities::mspdiDateTimeToString(std::string_view mspdi) const {
@@ -128,10 +131,11 @@ std::optional<MSPCInstant> MSPIUtilities::mspdiToMppDateTime(std::string_view ms
 MSPCDateFields MSPIUtilities::mspdiToTimeOfDay(std::string_view mspdi) const {
     MSPCDateFields timeOfDay;
     if (!mspdi.empty()) {
-        const auto components = parsedLocalMspdi(mspdi).components;
-        timeOfDay.hour = MSPCDefinedOrZero(components.hour);
-        timeOfDay.minute = MSPCDefinedOrZero(components.minute);
-        timeOfDay.second = MSPCDefinedOrZero(components.second);
+        constexpr std::int64_t secondsPerDay = 86'400;
+        const auto seconds = secondsSinceMidnight(parsedLocalMspdi(mspdi).components) % secondsPerDay;
+        timeOfDay.hour = seconds / 3600;
+        timeOfDay.minute = seconds / 60 % 60;
+        timeOfDay.second = seconds % 60;
     }
     return timeOfDay;
 }

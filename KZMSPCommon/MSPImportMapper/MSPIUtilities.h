@@ -52,8 +52,8 @@ public:
     // The instant at which the zone's clocks show the date. None without year, month or day. A text with a zone, or
     // without any field, raises "Not a valid MSPDI date-time: '<text>' (time zone?).".
     [[nodiscard]] std::optional<MSPCInstant> mspdiToMppDateTime(std::string_view mspdi) const;
-    // Hour, minute and second as the text has them, 0 where it has none; all undefined for an empty text. The other
-    // fields are undefined. Raises as `mspdiToMppDateTime` does.
+    // Hour, minute and second that a clock shows at the time in the text ("24:00:00" is 0:0:0), 0 where it has none;
+    // all undefined for an empty text. The other fields are undefined. Raises as `mspdiToMppDateTime` does.
     [[nodiscard]] MSPCDateFields mspdiToTimeOfDay(std::string_view mspdi) const;
     // The instant of the date in the zone it names, in the machine's zone where it names none. None without year, month
     // or day. Deliberate: the offset's minute counts eastwards even when its hour is negative.

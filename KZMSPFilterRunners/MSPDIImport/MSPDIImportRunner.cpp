@@ -27,7 +27,15 @@ int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
         // Nobody above catches it, and without any handler the stack need not be unwound: temporary files would stay.
         throw;
     }
+    bringToDisk();
     return _lastResult ? 0 : 1;
+}
+
+void MSPDIImportRunner::bringToDisk() {
+    if (const auto failure = _services.fileSystem.synchronize(_outputFolders)) {
+        _services.log.log(fmt::format("WARNING: Failed to bring the bundles to the disk: {}", *failure));
+        _lastResult = false;
+    }
 }
 
 void MSPDIImportRunner::readSettings() {
@@ -96,6 +104,7 @@ void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& tem
     const auto destination = MSPCURL::fileURL(bundlePath, true);
     _services.log.log(fmt::format("### Write to URL (bundle): '{}'", destination.absoluteString()));
 
+    _outputFolders.insert(folder);
     MSPIImportInfo info;
     info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(inputPath));
     info.kdzxTemplateURL = templateURL;

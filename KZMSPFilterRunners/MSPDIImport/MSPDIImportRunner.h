@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,10 @@ using MSPDIFileImport = std::function<bool(const MSPIImportInfo&, const MSPCServ
 //
 // The first failed check ends the run with the log line "Exception: <name>\n<reason>". A failed import does not: the
 // run goes on with the next file. Foreign exceptions pass, after everything that the run holds has been released.
+// When all files are done, what was written is brought to the disk, once for the whole run. Where that fails the log says
+// "WARNING: Failed to bring the bundles to the disk: '<folder>': <the system's description>" and the run has not
+// succeeded.
+//
 // Failures raised here (the others are told where they are raised):
 //   CommandLineArgumentException "Template is not a valid KDZX doc folder: '<argument>'"
 //                                "No input list found in command line."
@@ -52,9 +57,12 @@ private:
     void removeOldBundle(const std::string& bundlePath, const std::string& templatePath,
                          const std::string& inputPath) const;
 
+    void bringToDisk();
+
     const MSPCServices& _services;
     MSPDIFileImport _importFile;
     bool _includesInputExtension = false;
     bool _overwritesTarget = false;
     bool _lastResult = false;
+    std::set<std::string> _outputFolders;  // of the imports so far
 };

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
@@ -87,7 +88,11 @@ std::vector<std::string> MSPDIReadInputList(const std::string& path, const MSPCF
     if (!text || !isUTF8(*text)) {
         throw FileNotFoundException(fmt::format("Input list file could not be read or empty: {}", path));
     }
-    return MSPDICheckedLines(MSPDILinesOfText(*text), path);
+    try {
+        return MSPDICheckedLines(MSPDILinesOfText(*text), path);
+    } catch (const std::bad_alloc&) {
+        return MSPDICheckedLines({}, path);  // lines that do not fit into the memory are none
+    }
 }
 
 std::vector<std::string> MSPDICheckedLines(std::vector<std::string> lines, const std::string& path) {

@@ -5,6 +5,7 @@
 
 #include <new>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -345,9 +346,17 @@ TEST_F(MSPIXMLImporterTest, aFailingBaselineLeavesTheActualScenarioAndTheTemplat
 }
 
 TEST_F(MSPIXMLImporterTest, foreignExceptionsPass) {
-    mapping = [](auto&&...) -> std::optional<MSPCXMLDocument> { throw std::bad_alloc(); };
-    EXPECT_THROW(static_cast<void>(import()), std::bad_alloc);
+    mapping = [](auto&&...) -> std::optional<MSPCXMLDocument> { throw std::logic_error("foreign"); };
+    EXPECT_THROW(static_cast<void>(import()), std::logic_error);
     log.ignoreLines();
+}
+
+TEST_F(MSPIXMLImporterTest, memoryThatRunsOutIsAFailureWithAReason) {
+    mapping = [](auto&&...) -> std::optional<MSPCXMLDocument> { throw std::bad_alloc(); };
+    EXPECT_FALSE(import());
+    expectHead();
+    EXPECT_EQ(rest.back(), "Exception: KZMPPImporterException\nNot enough memory for this import.\n");
+    EXPECT_EQ(written("Actual.xml"), "<scenario>template</scenario>");
 }
 
 TEST_F(MSPIXMLImporterTest, aFailedWriteNamesTheFileAndTheSystemsReason) {

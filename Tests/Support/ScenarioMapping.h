@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ExpectRaises.h"
+#include "MSPCExtensions.h"
 #include "MSPIProjectMapper.h"
 #include "MappingFixture.h"
 
@@ -41,23 +43,24 @@ public:
     // The scenario's markup.
     std::string markup() { return markupOf(fixture.document.root().newCopyOf(map())); }
 
-    // Who belongs to whom, a group task with its children and each task with its own, in document order:
+    // Who belongs to whom, the group task with its children and each task with its own, in document order:
     // "t-1(t1) t1(t2 t3) t2 t3".
     std::string tree() {
-        std::string text;
-        for (const auto& task : *map().nodesForXPath("task")) {
-            text += (text.empty() ? "" : " ") + task.attribute("id").stringValue() + children(task, "child-task", "()");
+        std::vector<std::string> tasks;
+        for (const auto& task : nodesForXQuery(map(), "task")) {
+            const auto children = references(task, "child-task");
+            tasks.push_back(idOf(task) + (children.empty() ? "" : fmt::format("({})", fmt::join(children, " "))));
         }
-        return text;
+        return fmt::format("{}", fmt::join(tasks, " "));
     }
-    // The same with the tasks' resources: "t1[r1 r2] t2[]". A bare assignment is a "-".
+    // The tasks with their resources: "t1[r1 r2] t2". A bare assignment is a "-".
     std::string assignments() {
-        std::string text;
-        for (const auto& task : *map().nodesForXPath("task[@id!='t-1']")) {
-            text += (text.empty() ? "" : " ") + task.attribute("id").stringValue() +
-                    children(task, "assignment", "[]");
+        std::vector<std::string> tasks;
+        for (const auto& task : nodesForXQuery(map(), "task[@id!='t-1']")) {
+            const auto resources = references(task, "assignment");
+            tasks.push_back(idOf(task) + (resources.empty() ? "" : fmt::format("[{}]", fmt::join(resources, " "))));
         }
-        return text;
+        return fmt::format("{}", fmt::join(tasks, " "));
     }
 
     MappingFixture fixture;
@@ -68,13 +71,14 @@ public:
     MSPIProjectMapper mapper;
 
 private:
-    static std::string children(const MSPCXMLNode& task, std::string_view name, std::string_view brackets) {
-        std::string text;
-        for (auto child = task.firstChildElement(name); child; child = child.nextSiblingElement(name)) {
+    static std::string idOf(const MSPCXMLNode& task) { return task.attribute("id").stringValue(); }
+    static std::vector<std::string> references(const MSPCXMLNode& task, std::string_view name) {
+        std::vector<std::string> result;
+        for (const auto& child : nodesForXQuery(task, name)) {
             const auto reference = child.attribute("idref");
-            text += (text.empty() ? "" : " ") + (reference ? reference.stringValue() : "-");
+            result.push_back(reference ? reference.stringValue() : "-");
         }
-        return text.empty() ? "" : brackets.substr(0, 1).data()[0] + text + brackets[1];
+        return result;
     }
 
     MSPCXMLNewElement _scenario;

@@ -8,6 +8,7 @@
 #include <set>
 #include <sstream>
 
+#include "BundleMask.h"
 #include "MSPCRegex.h"
 #include "ProgramRun.h"
 
@@ -35,12 +36,6 @@ std::map<std::string, std::string> environmentOf(const fs::path& folder) {
     return environment;
 }
 
-void replaceAll(std::string& text, const std::string& piece, const std::string& replacement) {
-    for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + replacement.size())) {
-        text.replace(at, piece.size(), replacement);
-    }
-}
-
 std::string maskedLog(const std::string& log, const fs::path& folder) {
     static const MSPCRegex prefix(
         R"(^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{3} MSPDIImport\[[0-9]+\] )");
@@ -53,34 +48,6 @@ std::string maskedLog(const std::string& log, const fs::path& folder) {
     }
     replaceAll(masked, folder.string(), "(scratch)");
     return masked;
-}
-
-// The ids of a bundle's scenarios with what stands for them: every scenario is named after its file.
-std::map<std::string, std::string> scenarioIds(const fs::path& bundle) {
-    static const MSPCRegex root(R"re(<scenario [^>]*id="([^"]+)")re");
-    std::map<std::string, std::string> ids;
-    for (const auto& entry : fs::directory_iterator(bundle)) {
-        const auto name = entry.path().filename().string();
-        if (name != "__TOC.xml" && name.ends_with(".xml")) {
-            const auto text = bytesOf(entry.path());
-            if (const auto match = root.firstMatch(text, 2)) {
-                ids[std::string(*match->at(1))] = "(id of " + name + ")";
-            }
-        }
-    }
-    return ids;
-}
-
-std::string maskedDocument(std::string text, const std::map<std::string, std::string>& ids) {
-    static const MSPCRegex creation(R"(<!--  [0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2} \+0000: Kadenza)");
-    for (const auto& [id, mask] : ids) {
-        replaceAll(text, id, mask);
-    }
-    if (const auto match = creation.firstMatch(text, 1)) {
-        const auto start = static_cast<std::size_t>(match->front()->data() - text.data());
-        text.replace(start, match->front()->size(), "<!--  (date): Kadenza");
-    }
-    return text;
 }
 
 void save(const fs::path& file, const std::string& bytes) {
@@ -167,10 +134,10 @@ std::vector<fs::path> ImportCase::bundles() const {
 }
 
 void ImportCase::saveBundle(const fs::path& bundle, const fs::path& target) const {
-    const auto ids = scenarioIds(bundle);
+    const auto masks = scenarioMasks(bundle);
     for (const auto& entry : fs::recursive_directory_iterator(bundle)) {
         if (entry.is_regular_file()) {
-            save(target / fs::relative(entry.path(), bundle), maskedDocument(bytesOf(entry.path()), ids));
+            save(target / fs::relative(entry.path(), bundle), maskedDocument(bytesOf(entry.path()), masks));
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,6 +27,10 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 bool redirect(int descriptor, const std::string& path, int flags) {
     const int opened = open(path.c_str(), flags, 0600);
     return opened >= 0 && dup2(opened, descriptor) >= 0;
+}
+
+double secondsOf(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
 }  // namespace
@@ -54,9 +59,10 @@ ProgramResult runProgram(const std::vector<std::string>& arguments, const fs::pa
     }
     int state = 0;
     EXPECT_GT(child, 0);
-    EXPECT_EQ(waitpid(child, &state, 0), child);
+    rusage usage{};
+    EXPECT_EQ(wait4(child, &state, 0, &usage), child);
     return {WIFEXITED(state) ? WEXITSTATUS(state) : -1, WIFSIGNALED(state) ? WTERMSIG(state) : 0, bytesOf(output),
-            bytesOf(errors)};
+            bytesOf(errors), secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime), usage.ru_maxrss};
 }
 
 std::string bytesOf(const fs::path& file) {

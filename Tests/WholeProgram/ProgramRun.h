@@ -11,6 +11,8 @@ struct ProgramResult {
     int signal = 0;   // the signal that did
     std::string standardOutput;
     std::string standardError;
+    double processorSeconds = 0;
+    long peakKilobytes = 0;  // of resident memory
 };
 
 // Runs the built program in a folder, with these arguments and no environment but this, and waits for its end.

@@ -174,6 +174,7 @@ TEST(MSPCXMLFilter, refusesMarkupThatAParserWouldRefuse) {
         {"a digit at the start of a name", "<Plan><1/></Plan>", {}},
         {"a name with a sign in it", "<Plan><a+b/></Plan>", {}},
         {"a tag without an end", "<Plan><Title", {}},
+        {"a tag that the end tag follows instead of its own end", "<Plan><Other</Other></Plan>", {}},
         {"an end tag without an end", "<Plan></Plan", {}},
         {"a comment without an end", "<Plan><!-- </Plan>", {}},
         {"a comment that ends too early", "<Plan><!-></Plan>", {}},

@@ -40,6 +40,26 @@ TEST(MSPCXMLSurvey, findsAnInternalSubsetOnlyInTheDocumentType) {
     }
 }
 
+TEST(MSPCXMLSurvey, writesWhatStopsAMendingParserAnew) {
+    struct Case {
+        std::string text;
+        std::string mendable;
+    };
+    const Case cases[] = {
+        {"<a>b\t\r\n</a>", "<a>b\t\r\n</a>"},
+        {std::string("<a>b\0c\x01</a>", 11), "<a>b\xEF\xBF\xBD" "c\xEF\xBF\xBD</a>"},
+        {"<a>]]>b]]]>]></a>", "<a>]]&gt;b]]]&gt;]></a>"},
+        {"<a><![CDATA[b]]>]]></a>", "<a><![CDATA[b]]>]]&gt;</a>"},
+        {"<a><!--]]>--><?p ]]>?>]]></a>", "<a><!--]]>--><?p ]]>?>]]&gt;</a>"},
+        {"<!--]]>--><a b=\"]]>\"/>", "<!--]]>--><a b=\"]]&gt;\"/>"},
+        {"]]>", "]]&gt;"},
+        {"", ""},
+    };
+    for (const auto& [text, mendable] : cases) {
+        EXPECT_EQ(withMendableText(text), mendable);
+    }
+}
+
 TEST(MSPCXMLSurvey, escapesOnlyWhatIsStray) {
     constexpr auto predefined = MSPCXMLEntities::Predefined;
     EXPECT_EQ(escapedStrayAmpersands("<a>&amp;</a>", predefined), std::nullopt);

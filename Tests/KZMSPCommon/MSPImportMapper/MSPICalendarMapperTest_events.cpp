@@ -105,6 +105,13 @@ TEST(MSPICalendarMapperEvents, absentTimes_areThoseOfTheWholeDay) {
               (Events{{"2010-01-07T12:00:00+01:00", "2010-01-07T23:59:59+01:00"}}));
 }
 
+TEST(MSPICalendarMapperEvents, timeOf24Hours_isMidnightOfTheDay) {
+    EXPECT_EQ(eventsFrom("2010-01-07T00:00:00", "2010-01-08T00:00:00", "24:00:00", "12:00:00"),
+              (Events{{"2010-01-07T00:00:00+01:00", "2010-01-08T12:00:00+01:00"}}));
+    EXPECT_EQ(eventsFrom("2010-01-07T00:00:00", "2010-01-08T00:00:00", "12:00:00", "24:00:00"),
+              (Events{{"2010-01-07T12:00:00+01:00", "2010-01-08T00:00:00+01:00"}}));
+}
+
 TEST(MSPICalendarMapperEvents, eventAcrossAClockChange_endsByTheWallClock) {
     EXPECT_EQ(eventsFrom("2012-03-22T00:00:00", "2012-03-27T00:00:00"),
               (Events{{"2012-03-22T00:00:00+01:00", "2012-03-24T23:59:59+01:00"},

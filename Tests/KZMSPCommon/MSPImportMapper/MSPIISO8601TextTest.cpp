@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
+#include <utility>
 
 #include "ExpectRaises.h"
+#include "MSPCRegex.h"
 #include "UTCInstant.h"
 
 namespace {
@@ -122,6 +125,64 @@ TEST(MSPIISO8601Text, whatATextDoesNotHoldStaysUndefined) {
         {"x08:30:00", {224, None, None, None, 8, 30, 0}},
     };
     expectRead(updateDateTimeComponentsFromISODateTime, cases);
+}
+
+TEST(MSPIISO8601Text, timeIsTheFirstPieceWithTwoColonsAmongDigits) {
+    const Case cases[] = {
+        {"x1:2x13:4:5:6", {224, None, None, None, 13, 4, 5}},
+        {"a:1b2:3:4", {224, None, None, None, 2, 3, 4}},
+        {"12:3:4:5:6", {224, None, None, None, 12, 3, 4}},
+        {":1::2:3", {64, None, None, None, None, 1}},
+        {"1:2", {0}},
+        {"1:2x:3", {0}},
+    };
+    expectRead(updateDateTimeComponentsFromISODateTime, cases);
+}
+
+TEST(MSPIISO8601Text, timeIsFoundWhereThePatternAloneFindsIt) {
+    const MSPCRegex pattern("([[:digit:]]*):([[:digit:]]*):([[:digit:]]*)");
+    constexpr std::string_view characters = "0123:::::: x";
+    std::mt19937_64 random(20'120'105);
+    int timesFound = 0;
+    for (int i = 0; i < 100'000; ++i) {
+        std::string text("x");  // no date stands before the time
+        for (auto length = random() % 12; length > 0; --length) {
+            text += characters[random() % characters.size()];
+        }
+        Expected expected;
+        if (const auto match = pattern.firstMatch(text, 4)) {
+            ++timesFound;
+            const std::pair<std::int64_t Expected::*, MSPCUnitFlags> places[] = {
+                {&Expected::hour, 32}, {&Expected::minute, 64}, {&Expected::second, 128}};
+            for (std::size_t place = 0; place < 3; ++place) {
+                if (const auto digits = (*match)[place + 1]; !digits->empty()) {
+                    expected.*places[place].first = std::stoll(std::string(*digits));
+                    expected.units |= places[place].second;
+                }
+            }
+        }
+        MSPCDateComponents components;
+        ASSERT_EQ(updateDateTimeComponentsFromISODateTime(components, text), expected.units) << text;
+        ASSERT_EQ(components, componentsOf(expected)) << text << components.description();
+    }
+    EXPECT_GT(timesFound, 20'000);
+    EXPECT_LT(timesFound, 80'000);
+}
+
+// A walk over the digits for each of them would take hours.
+TEST(MSPIISO8601Text, longNumbersAreReadInOneWalk) {
+    const std::string number(1'000'000, '1');
+    const Case cases[] = {
+        {number, {0}},
+        {"2012-01-05T" + number, {28, 2012, 1, 5}},
+        {number + "-01-05T08:00:00", {252, 2'147'483'647, 1, 5, 8, 0, 0}},
+        {"x" + number + ":30:15", {224, None, None, None, 2'147'483'647, 30, 15}},
+        {"2012-01-05T08:00:00." + number + "Z", {252 | Z, 2012, 1, 5, 8, 0, 0}},
+    };
+    expectRead(updateDateTimeComponentsFromISODateTime, cases);
+    for (const auto& text : {"PT" + number, "P" + number, number}) {
+        EXPECT_EQ(hoursMinutesSecondsFromMSPDIDuration(text), std::nullopt);
+    }
 }
 
 TEST(MSPIISO8601Text, numbersBecomeTheNearest32BitInteger) {

@@ -96,6 +96,11 @@ TEST(MSPIUtilities, mspdiDateGetsTheOffsetNowPlusTheDaylightSavingPart) {
         {"Australia/Lord_Howe", false, "2012-01-05T08:00:00", "2012-01-05T08:00:00+11:30"},
         {"Africa/Windhoek", true, "2000-01-05T08:00:00", "2000-01-05T08:00:00+02:00"},
         {"Africa/Windhoek", true, "2000-07-05T08:00:00", "2000-07-05T08:00:00+01:00"},
+        {"Africa/Windhoek", false, "1996-01-05T08:00:00", "1996-01-05T08:00:00+03:00"},
+        {"Africa/Windhoek", false, "1996-07-05T08:00:00", "1996-07-05T08:00:00+02:00"},
+        {"Pacific/Apia", false, "2012-01-05T08:00:00", "2012-01-05T08:00:00+15:00"},
+        {"Pacific/Apia", true, "2012-07-05T08:00:00", "2012-07-05T08:00:00+13:00"},
+        {"Pacific/Apia", true, "2011-12-30T08:00:00", "2011-12-30T08:00:00+14:00"},  // no clock there showed this day
     };
     for (const auto& [zone, runsInJuly, mspdi, kdzx] : cases) {
         Conversions there(zone);
@@ -221,6 +226,9 @@ TEST(MSPIUtilities, timeOfDayIsReadFromDatesAndTimes) {
     expected.second = 0;
     EXPECT_EQ(berlin.utilities.mspdiToTimeOfDay("17:30:00"), expected);
     EXPECT_EQ(berlin.utilities.mspdiToTimeOfDay("2012-07-05T17:30:"), expected);
+    EXPECT_EQ(berlin.utilities.mspdiToTimeOfDay("40:89:60"), expected);  // of the next day
+    expected.hour = expected.minute = 0;
+    EXPECT_EQ(berlin.utilities.mspdiToTimeOfDay("24:00:00"), expected);
 }
 
 TEST(MSPIUtilities, kdzxDateIsTheInstantInItsZoneOrOnTheMachinesWallClock) {
@@ -254,6 +262,38 @@ TEST(MSPIUtilities, instantIsPrintedOnTheMachinesWallClock) {
     EXPECT_EQ(Conversions("Pacific/Marquesas").utilities.mppToKdzxDateTime(utcInstant(2012, 7, 5, 7)),
               "2012-07-04T21:30:00-09:30");
     EXPECT_EQ(Conversions("UTC").utilities.mppToKdzxDateTime(utcInstant(2012, 7, 5, 7)), "2012-07-05T07:00:00Z");
+}
+
+// Deliberate: the way back goes over the Kdzx text, and with it over the oddities of its offset.
+TEST(MSPIUtilities, instantBecomesMspdiTextByWayOfItsKdzxText) {
+    // The text ends in "-03:30", which is read as 3 hours west and 30 minutes east of Greenwich.
+    const Conversions stJohns("America/St_Johns");
+    EXPECT_EQ(stJohns.utilities.mppToKdzxDateTime(utcInstant(2012, 1, 5, 11, 30)), "2012-01-05T08:00:00-03:30");
+    EXPECT_EQ(stJohns.utilities.mppToMspdiDateTime(utcInstant(2012, 1, 5, 11, 30)), "2012-01-05T07:00:00");
+    EXPECT_EQ(Conversions("Asia/Kolkata").utilities.mppToMspdiDateTime(utcInstant(2012, 1, 5, 2, 30)),
+              "2012-01-05T08:00:00");
+    // In summer the text of a summer date ends in "+03:00", an hour more than the clocks are ahead.
+    Conversions berlin;
+    berlin.clock.set(Conversions::inSummer());
+    EXPECT_EQ(berlin.utilities.mppToMspdiDateTime(utcInstant(2012, 7, 5, 6)), "2012-07-05T07:00:00");
+    // The half hour of Lord Howe, in summer there.
+    Conversions lordHowe("Australia/Lord_Howe");
+    lordHowe.clock.set(utcInstant(2012, 1, 10));
+    EXPECT_EQ(lordHowe.utilities.mppToKdzxDateTime(utcInstant(2012, 1, 4, 21)), "2012-01-05T08:00:00+11:30");
+    EXPECT_EQ(lordHowe.utilities.mppToMspdiDateTime(utcInstant(2012, 1, 4, 21)), "2012-01-05T07:30:00");
+}
+
+TEST(MSPIUtilities, dateWithoutTBeforeItsTimeRaisesWhereverItIsReadAsADate) {
+    const Conversions berlin;
+    const auto& utilities = berlin.utilities;
+    constexpr std::string_view text = "2012-01-05 08:00:00";
+    EXPECT_RAISES(utilities.mspdiToKdzxTimeOnly(text), MSPCInternalInconsistency, "");
+    EXPECT_RAISES(utilities.kdzxToMspdiDateOnly(text), MSPCInternalInconsistency, "");
+    EXPECT_RAISES(utilities.componentsFromISODateTime(text), MSPCInternalInconsistency, "");
+    EXPECT_RAISES(utilities.isWorkingDayCalendar(text, nullptr), MSPCInternalInconsistency, "");
+    EXPECT_RAISES(
+        utilities.isoDateTimeAdvanceByDurationForwardCalendar(text, 3600, MSPEDirection::Forward, nullptr),
+        MSPCInternalInconsistency, "");
 }
 
 TEST(MSPIUtilities, hugeYearsNeitherOverflowNorRaise) {

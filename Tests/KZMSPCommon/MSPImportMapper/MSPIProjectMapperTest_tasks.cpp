@@ -11,11 +11,11 @@ std::string treeOf(std::string_view tasks, std::int64_t saveVersion = 9) {
 // The types of the tasks with UID 1, 2 and so on.
 std::string typesOf(std::string_view tasks, std::int64_t saveVersion = 9) {
     ScenarioMapping mapping(mspTasks(tasks), saveVersion);
-    std::string text;
-    for (const auto& type : *mapping.map().nodesForXPath("task[@id!='t-1']/type")) {
-        text += (text.empty() ? "" : " ") + type.stringValue();
+    std::vector<std::string> types;
+    for (const auto& type : nodesForXQuery(mapping.map(), "task[@id!='t-1']/type")) {
+        types.push_back(type.stringValue());
     }
-    return text;
+    return fmt::format("{}", fmt::join(types, " "));
 }
 
 std::string assignment(std::string_view taskUID, std::string_view resourceUID) {
@@ -172,7 +172,6 @@ TEST(MSPIProjectMapperTasks, thatAreSummaryTasksTakeNoAssignments) {
 }
 
 TEST(MSPIProjectMapperTasks, skipIncompleteAssignmentsUntilTheFirstNestedTaskWasMapped) {
-    const std::string noResource = "<Assignment><TaskUID>{}</TaskUID></Assignment>";
     const auto without = [](int uid) { return fmt::format("<Assignment><TaskUID>{}</TaskUID></Assignment>", uid); };
     const std::string two = "<ResourceUID>8</ResourceUID><ResourceUID>9</ResourceUID></Assignment>";
     const auto assignments = without(1) + without(2) + without(3) + "<Assignment><TaskUID>2</TaskUID>" + two +

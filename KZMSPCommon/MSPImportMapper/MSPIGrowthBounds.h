@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+// Bounds for what a small plan could make a scenario grow to: a name that thousands of elements refer to, a calendar of
+// thousands of years that each resource has. Far above what plans hold, far below what fills a machine. What a scenario
+// takes over from the plan once is not counted.
+class MSPIGrowthBounds {
+public:
+    // Elements of schedules (days, working times, events). Raises `MSPCInternalInconsistency` "Too many working times
+    // and calendar events in all schedules together: more than 1000000." above that number.
+    void addScheduleElements(std::uint64_t count);
+    // Bytes of a text that is copied once more. Raises `MSPCInternalInconsistency` "Too much text in repeated names: more
+    // than 1073741824 bytes." above that number.
+    void addRepeatedText(std::uint64_t bytes);
+
+    static constexpr std::uint64_t MostScheduleElements = 1'000'000;
+    static constexpr std::uint64_t MostRepeatedText = std::uint64_t{1} << 30U;
+
+private:
+    std::uint64_t _scheduleElements = 0;
+    std::uint64_t _repeatedText = 0;
+};

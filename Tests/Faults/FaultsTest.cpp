@@ -1,0 +1,96 @@
+// Every call that an import makes of the system fails once, one after another.
+#include <sys/resource.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "FaultFixture.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Fault {
+    const char* kind;
+    int error;
+    bool isHarmless;  // the import must succeed nevertheless
+
+    friend std::ostream& operator<<(std::ostream& stream, const Fault& fault) {
+        return stream << fault.kind << ": " << std::strerror(fault.error);
+    }
+};
+
+class FaultsTest : public FaultFixture, public ::testing::WithParamInterface<Fault> {
+protected:
+    // One run with the n-th call failing; false when there was no such call.
+    bool importWithFault(const std::string& fault) {
+        resetOutput();
+        const auto mark = folder / "struck";
+        fs::remove(mark);
+        _end = runImport({{"LD_PRELOAD", KZMSP_FAULT_SHIM},
+                          {"KZMSP_FAULT", fault},
+                          {"KZMSP_FAULT_LARGE", std::to_string(countOf("FAULT_LARGE", 4'096))},
+                          {"KZMSP_FAULT_MARK", mark}});
+        return fs::remove(mark);
+    }
+
+    void expectFailureWithReasonOrRightResult(const std::string& fault) const {
+        SCOPED_TRACE(fault + "\n" + _end.log);
+        EXPECT_EQ(_end.signal, 0);
+        EXPECT_EQ(changeOutsideTheBundle(), "");
+        if (_end.status == 0) {
+            EXPECT_EQ(check->complaintAboutComplete(bundle), "");
+            return;
+        }
+        EXPECT_EQ(_end.status, 1);
+        EXPECT_NE(_end.log.find("] Exception: "), std::string::npos);
+        if (fs::exists(bundle)) {
+            EXPECT_EQ(check->complaintAboutRemains(bundle), "");
+            EXPECT_TRUE(fs::exists(bundle / "__TOC.xml"));
+        }
+    }
+
+    ProgramEnd _end;
+};
+
+std::string nameOf(const ::testing::TestParamInfo<Fault>& info) {
+    std::string name = std::string(info.param.kind) + "_" + std::to_string(info.param.error);
+    for (auto& character : name) {
+        character = character == '-' ? '_' : character;
+    }
+    return name;
+}
+
+}  // namespace
+
+TEST_P(FaultsTest, endsInAReasonOrARightResult) {
+    const auto [kind, error, isHarmless] = GetParam();
+    int number = 1;
+    for (;; ++number) {
+        const auto fault = std::string(kind) + " " + std::to_string(number) + " " + std::to_string(error);
+        if (!importWithFault(fault)) {
+            break;
+        }
+        expectFailureWithReasonOrRightResult(fault);
+        if (isHarmless) {
+            EXPECT_EQ(_end.status, 0) << fault << "\n" << _end.log;
+        }
+        ASSERT_LT(number, 100'000);
+    }
+    EXPECT_EQ(_end.status, 0) << "without a fault: " << _end.log;
+    RecordProperty("faults", number - 1);
+    EXPECT_GT(number, 1) << "no call of that kind was made, so nothing was tested";
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryCall, FaultsTest,
+                         ::testing::Values(Fault{"open", EACCES, false}, Fault{"open", EMFILE, false},
+                                           Fault{"read", EIO, false}, Fault{"read", EINTR, true},
+                                           Fault{"short-read", 0, true}, Fault{"write", ENOSPC, false},
+                                           Fault{"write", EINTR, true}, Fault{"short-write", 0, true},
+                                           Fault{"log", EIO, true}, Fault{"close", EIO, false},
+                                           Fault{"fsync", EIO, false}, Fault{"rename", EXDEV, false},
+                                           Fault{"mkdir", EACCES, false}, Fault{"mkdir", EROFS, false},
+                                           Fault{"link", EPERM, false}, Fault{"stat", EACCES, false},
+                                           Fault{"readdir", EIO, false}, Fault{"allocation", ENOMEM, false}),
+                         nameOf);

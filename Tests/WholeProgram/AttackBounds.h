@@ -1,0 +1,38 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "PlanImport.h"
+
+// What an attack may cost at most, in a build without sanitizers; they are given eight times as much.
+inline void expectWithin(const PlanImport& import, double seconds, long megabytes) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_UNDEFINED__)
+    constexpr int allowance = 8;
+#else
+    constexpr int allowance = 1;
+#endif
+    EXPECT_EQ(import.result().signal, 0) << import.log().substr(0, 2000);
+    EXPECT_LE(import.result().processorSeconds, seconds * allowance);
+    EXPECT_LE(import.result().peakKilobytes, megabytes * 1024 * allowance);
+    testing::Test::RecordProperty("processorSeconds", std::to_string(import.result().processorSeconds));
+    testing::Test::RecordProperty("peakKilobytes", std::to_string(import.result().peakKilobytes));
+}
+
+inline void repeat(std::ostream& file, std::string_view piece, int times) {
+    for (int i = 0; i < times; ++i) {
+        file << piece;
+    }
+}
+
+// A plan that begins with some pieces and goes on with what `produce` writes at the end of `Project`.
+inline std::function<void(std::ostream&)> planEndingWith(const std::function<void(std::ostream&)>& produce,
+                                                         const PlanPieces& pieces = {}) {
+    return [produce, pieces](std::ostream& file) {
+        const std::string_view closing = "</Project>";
+        auto plan = planOf(pieces);
+        plan.resize(plan.size() - closing.size());
+        file << plan;
+        produce(file);
+        file << closing;
+    };
+}
