@@ -59,42 +59,44 @@ MSPCLogBlock::MSPCLogBlock(int file) : _file(file), _isTerminal(::isatty(file) =
 }
 
 void MSPCLogBlock::add(std::string_view line) {
-    if (!_status.empty()) {
-        writeAboveStatus(line);
+    if (_statusSize == 0) {
+        collect(line);
+        if (_isTerminal) {
+            flush();
+        }
         return;
     }
-    if (line.size() > _bytes.size() - _used) {
-        flush();
-    }
-    if (line.size() > _bytes.size()) {
-        writeOut(_file, line, std::nullopt);
-        return;
-    }
-    std::memcpy(_bytes.data() + _used, line.data(), line.size());
-    _used += line.size();
-    if (_isTerminal) {
-        flush();
-    }
+    // In one piece, so that the status neither flickers nor ever stands between lines.
+    const SignalsBlocked blocked;
+    collect(wipeLine);
+    collect(line);
+    collect(status());
+    flush();
 }
 
-// In one piece, so that the status neither flickers nor ever stands between lines.
-void MSPCLogBlock::writeAboveStatus(std::string_view line) {
-    std::string piece(wipeLine);
-    piece.append(line).append(_status);
-    const SignalsBlocked blocked;
-    writeOut(_file, piece, std::nullopt);
+void MSPCLogBlock::collect(std::string_view bytes) {
+    if (bytes.size() > _bytes.size() - _used) {
+        flush();
+    }
+    if (bytes.size() > _bytes.size()) {
+        writeOut(_file, bytes, std::nullopt);
+        return;
+    }
+    std::memcpy(_bytes.data() + _used, bytes.data(), bytes.size());
+    _used += bytes.size();
 }
 
 void MSPCLogBlock::showStatus(std::string_view text) {
-    if (!_isTerminal || (text.empty() && _status.empty())) {
+    if (!_isTerminal || (text.empty() && _statusSize == 0)) {
         return;
     }
-    const std::string status(cutToWidth(_file, text));
-    const std::string piece = std::string(wipeLine) + status;
+    const auto shown = cutToWidth(_file, text).substr(0, _status.size());
     const SignalsBlocked blocked;
-    writeOut(_file, piece, std::nullopt);
-    _status = status;
-    _isStatusShown = !status.empty();
+    std::ranges::copy(shown, _status.begin());
+    _statusSize = shown.size();
+    collect(wipeLine);
+    collect(status());
+    flush();
 }
 
 void MSPCLogBlock::flush() noexcept {
@@ -107,7 +109,7 @@ void MSPCLogBlock::flush() noexcept {
 
 void MSPCLogBlock::flushWithin(std::chrono::milliseconds limit) noexcept {
     const auto deadline = Clock::now() + limit;
-    if (_isStatusShown.exchange(false)) {
+    if (_statusSize.exchange(0) != 0) {
         writeOut(_file, wipeLine, deadline);
     }
     writeOut(_file, {_bytes.data(), _used}, deadline);

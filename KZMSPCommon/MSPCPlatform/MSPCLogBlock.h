@@ -4,7 +4,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 // Lines on their way to an open file: collected in a block of fixed size and written when it is full, or line by line
@@ -23,12 +22,14 @@ public:
     void flushWithin(std::chrono::milliseconds limit) noexcept;
 
 private:
-    void writeAboveStatus(std::string_view line);
+    void collect(std::string_view bytes);
+    [[nodiscard]] std::string_view status() const { return {_status.data(), _statusSize}; }
 
     const int _file;
     const bool _isTerminal;
-    std::string _status;                     // what the terminal's last line shows
-    std::atomic<bool> _isStatusShown = false;  // for a signal handler, which cannot look into a text
+    // What the terminal's last line shows; of fixed size, because a log must not need memory.
+    std::array<char, 200> _status{};
+    std::atomic<std::size_t> _statusSize = 0;
     std::atomic<std::size_t> _used = 0;
     std::array<char, 64 * 1024> _bytes;
 };

@@ -14,18 +14,20 @@
 #include "MSPIMappingContext.h"
 #include "MapUserDefaults.h"
 #include "RecordingLog.h"
+#include "RecordingProgress.h"
 
 // The outside world of a mapper test: Europe/Berlin at noon of 2012-01-10 (winter), an empty disk, no random numbers.
 class MappingServices {
 public:
     explicit MappingServices(std::string_view zone = "Europe/Berlin")
-        : services{clock, *MSPCTimeZone::named(zone), log, userDefaults, fileSystem, randomSource} {}
+        : services{clock, *MSPCTimeZone::named(zone), log, userDefaults, fileSystem, randomSource, progress} {}
 
     FixedClock clock{MSPCInstant{1326193200}};  // 2012-01-10T11:00:00Z
     RecordingLog log;
     MapUserDefaults userDefaults;
     InMemoryFileSystem fileSystem;
     ListedRandomSource randomSource{};
+    RecordingProgress progress;
     MSPCServices services;
 };
 

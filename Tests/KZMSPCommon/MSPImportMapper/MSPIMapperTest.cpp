@@ -57,6 +57,13 @@ TEST(MSPIMapper, MapsTheActualScenarioOfASmallPlan) {
                     "  Mapping Task UID='7' name='Dig' ...", "  Mapping Task UID='9' name='Build' ..."));
 }
 
+TEST(MSPIMapper, TellsTheProgressAfterEachTaskEmptyRowsIncluded) {
+    ProjectImport import(framed(tasks(task(1) + task(2, "<IsNull>1</IsNull>") + task(3))));
+    static_cast<void>(import.mapActual());
+    EXPECT_THAT(import.progress.told(), ElementsAre("1 of 3", "2 of 3", "3 of 3"));
+    static_cast<void>(import.log.takeLines());
+}
+
 TEST(MSPIMapper, NamesTheVersionThatSavedThePlan) {
     struct Case {
         std::string saveVersion;

@@ -59,6 +59,12 @@ TEST(MSPDIImportArguments, threeOrFewerAreTheUsageError) {
     }
 }
 
+TEST(MSPDIImportArguments, knowNoWordForHelpOrTheVersion) {
+    for (const auto* word : {"--help", "-h", "--version", "-v"}) {
+        EXPECT_RAISES(MSPDIParseArguments({"MSPDIImport", word}), CommandLineArgumentException, tooFew);
+    }
+}
+
 TEST(MSPDIImportArguments, withTheTemplateOptionElsewhereAreTheUsageError) {
     using Arguments = std::vector<std::string>;
     for (const auto& arguments : {Arguments{"MSPDIImport", "Plan.xml", "--template-path", "T.kdzx"},
