@@ -27,7 +27,7 @@ MSPCStandardErrorLog::MSPCStandardErrorLog(std::string processName)
 }
 
 MSPCStandardErrorLog::~MSPCStandardErrorLog() {
-    _sink->block.showStatus({});
+    _block.showStatus({});
     flush();
 }
 
@@ -36,11 +36,11 @@ void MSPCStandardErrorLog::log(std::string_view message) {
 }
 
 bool MSPCStandardErrorLog::isOnTerminal() const {
-    return _sink->block.isTerminal();
+    return _block.isTerminal();
 }
 
 void MSPCStandardErrorLog::showStatus(std::string_view text) {
-    _sink->block.showStatus(text);
+    _block.showStatus(text);
 }
 
 void MSPCStandardErrorLog::flush() noexcept {
