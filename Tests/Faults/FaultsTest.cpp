@@ -25,10 +25,10 @@ protected:
         resetOutput();
         const auto mark = folder / "struck";
         fs::remove(mark);
-        _end = runImport({{"LD_PRELOAD", KZMSP_FAULT_SHIM},
-                          {"KZMSP_FAULT", fault},
-                          {"KZMSP_FAULT_LARGE", std::to_string(countOf("FAULT_LARGE", 4'096))},
-                          {"KZMSP_FAULT_MARK", mark}});
+        _end = runListImport({{"LD_PRELOAD", KZMSP_FAULT_SHIM},
+                              {"KZMSP_FAULT", fault},
+                              {"KZMSP_FAULT_LARGE", std::to_string(countOf("FAULT_LARGE", 4'096))},
+                              {"KZMSP_FAULT_MARK", mark}});
         return fs::remove(mark);
     }
 
