@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     try {
         for (const auto& line : MSPDIReadInputList("/home/me/list.txt", world.fileSystem)) {
             require(line.find_first_of("\r\n") == std::string::npos, "a line holds no line end");
-            entries += MSPDIIsInputEntry(line) ? 1 : 0;
+            entries += MSPDIIsInputEntry(line) ? 1U : 0U;
         }
     } catch (const FileNotFoundException&) {
         entries = 0;

@@ -3,7 +3,9 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 
 #include "FuzzWorld.h"
@@ -16,7 +18,9 @@ constexpr std::string_view Replacement = "\xEF\xBF\xBD";
 // The length of the character at the start of a text, 0 where XML cannot hold it or it is no UTF-8.
 std::size_t lengthOfHoldableCharacter(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
-    const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+    constexpr unsigned char leads[] = {0x80, 0xC2, 0xE0, 0xF0, 0xF5};
+    constexpr std::size_t lengths[] = {1, 0, 2, 3, 4, 0};
+    const std::size_t length = lengths[std::upper_bound(std::begin(leads), std::end(leads), first) - std::begin(leads)];
     if (length == 0 || length > text.size()) {
         return 0;
     }
@@ -57,10 +61,18 @@ void addText(WrittenTexts& texts, const std::string& text, bool hasElements) {
     }
 }
 
+void addNamespace(WrittenTexts& texts, std::string_view prefix, std::string_view uri) {
+    std::string text = "attribute xmlns";
+    if (!prefix.empty()) {
+        text.append(":").append(prefix);
+    }
+    texts.push_back(text.append("=").append(holdable(uri)));
+}
+
 void addElement(WrittenTexts& texts, const MSPCXMLNode& element) {
     texts.push_back("element " + std::string(element.name()));
     for (const auto& [prefix, uri] : element.namespaceDeclarations()) {
-        texts.push_back("attribute xmlns" + (prefix.empty() ? "" : ":" + std::string(prefix)) + "=" + holdable(uri));
+        addNamespace(texts, prefix, uri);
     }
     const auto attributes = element.nodesForXPath("@*");
     for (const auto& attribute : *attributes) {
@@ -99,8 +111,7 @@ std::string contentOf(const xmlAttr& attribute) {
 void addElement(WrittenTexts& texts, const xmlNode& element) {
     texts.push_back("element " + qualified(element.ns, element.name));
     for (const auto* space = element.nsDef; space != nullptr; space = space->next) {
-        texts.push_back("attribute xmlns" + (space->prefix != nullptr ? ":" + std::string(chars(space->prefix)) : "") +
-                        "=" + holdable(chars(space->href)));
+        addNamespace(texts, chars(space->prefix), chars(space->href));
     }
     for (const auto* attribute = element.properties; attribute != nullptr; attribute = attribute->next) {
         texts.push_back("attribute " + qualified(attribute->ns, attribute->name) + "=" + holdable(contentOf(*attribute)));
