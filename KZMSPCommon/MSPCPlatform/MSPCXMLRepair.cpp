@@ -6,8 +6,11 @@
 #include <libxml/xmlerror.h>
 
 #include <climits>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <mutex>
+#include <new>
 
 #include "MSPCXMLSurvey.h"
 
@@ -34,6 +37,26 @@ struct Report {
     bool hasEntityFlood = false;
 };
 
+void* orThrow(void* memory) {
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void* allocate(std::size_t size) {
+    return orThrow(std::malloc(size));
+}
+
+void* reallocate(void* memory, std::size_t size) {
+    return orThrow(std::realloc(memory, size));
+}
+
+char* duplicate(const char* text) {
+    const auto size = std::strlen(text) + 1;
+    return static_cast<char*>(std::memcpy(allocate(size), text, size));
+}
+
 xmlParserInputPtr refuseExternalEntity(const char*, const char*, xmlParserCtxtPtr) {
     return nullptr;
 }
@@ -41,6 +64,9 @@ xmlParserInputPtr refuseExternalEntity(const char*, const char*, xmlParserCtxtPt
 void prepareParserOnce() {
     static std::once_flag prepared;
     std::call_once(prepared, [] {
+        // Left alone the library goes on after a failed allocation, drops parts of the document without a word, or
+        // crashes. It is built so that exceptions pass through it.
+        xmlMemSetup(std::free, allocate, reallocate, duplicate);
         xmlInitParser();
         // Options alone do not stop it from opening local files that an entity names.
         xmlSetExternalEntityLoader(refuseExternalEntity);
@@ -68,14 +94,20 @@ void noteError(void* context, xmlErrorPtr error) {
 }
 
 DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
-    const ParserPtr parser(xmlNewParserCtxt());
+    ParserPtr parser(xmlNewParserCtxt());
     if (!parser || bytes.size() > INT_MAX) {
         return nullptr;
     }
     parser->_private = &report;
     parser->sax->serror = noteError;
-    return DocumentPtr(
-        xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8", options));
+    try {
+        return DocumentPtr(
+            xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8", options));
+    } catch (const std::bad_alloc&) {
+        // What the parser was in the middle of is half made, and freeing that would be no safer than going on.
+        static_cast<void>(parser.release());
+        throw;
+    }
 }
 
 std::optional<std::string> writtenAnew(const DocumentPtr& document) {
