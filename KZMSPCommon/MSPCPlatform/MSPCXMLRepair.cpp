@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <utility>
 
 #include "MSPCXMLSurvey.h"
 
@@ -110,10 +111,15 @@ DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
     }
 }
 
-std::optional<std::string> writtenAnew(const DocumentPtr& document) {
+std::optional<std::string> writtenAnew(DocumentPtr document) {
     xmlChar* text = nullptr;
     int size = 0;
-    xmlDocDumpMemoryEnc(document.get(), &text, &size, "UTF-8");
+    try {
+        xmlDocDumpMemoryEnc(document.get(), &text, &size, "UTF-8");
+    } catch (const std::bad_alloc&) {
+        static_cast<void>(document.release());  // writing changes it for a while
+        throw;
+    }
     const std::unique_ptr<xmlChar, TextFreer> owner(text);
     if (text == nullptr) {
         return std::nullopt;
@@ -134,8 +140,8 @@ bool hasRootNamed(const DocumentPtr& document, std::string_view name) {
     return written == name;
 }
 
-std::optional<MSPCXMLMended> mended(const DocumentPtr& document, std::optional<MSPCXMLRepair> repair) {
-    auto bytes = writtenAnew(document);
+std::optional<MSPCXMLMended> mended(DocumentPtr document, std::optional<MSPCXMLRepair> repair) {
+    auto bytes = writtenAnew(std::move(document));
     return bytes ? std::optional(MSPCXMLMended{std::move(*bytes), std::move(repair)}) : std::nullopt;
 }
 
@@ -158,8 +164,8 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     prepareParserOnce();
     const int options = optionsFor(hasInternalSubset);
     Report report;
-    if (const auto sound = parsed(bytes, options, report); sound && !report.firstError) {
-        return mended(sound, std::nullopt);
+    if (auto sound = parsed(bytes, options, report); sound && !report.firstError) {
+        return mended(std::move(sound), std::nullopt);
     }
     if (repairableRoot.empty() || report.hasEntityFlood) {
         return std::nullopt;
@@ -168,9 +174,9 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
         escapedStrayAmpersands(bytes, hasInternalSubset ? MSPCXMLEntities::AnyName : MSPCXMLEntities::Predefined);
     const auto mendable = withMendableText(escaped ? std::string_view(*escaped) : bytes);
     Report recoveryReport;
-    const auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
+    auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
     if (!hasRootNamed(recovered, repairableRoot) || recoveryReport.hasEntityFlood) {
         return std::nullopt;
     }
-    return mended(recovered, std::move(report.firstError));
+    return mended(std::move(recovered), std::move(report.firstError));
 }
