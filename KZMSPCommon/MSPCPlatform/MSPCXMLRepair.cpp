@@ -6,8 +6,12 @@
 #include <libxml/xmlerror.h>
 
 #include <climits>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <mutex>
+#include <new>
+#include <utility>
 
 #include "MSPCXMLSurvey.h"
 
@@ -34,6 +38,26 @@ struct Report {
     bool hasEntityFlood = false;
 };
 
+void* orThrow(void* memory) {
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void* allocate(std::size_t size) {
+    return orThrow(std::malloc(size));
+}
+
+void* reallocate(void* memory, std::size_t size) {
+    return orThrow(std::realloc(memory, size));
+}
+
+char* duplicate(const char* text) {
+    const auto size = std::strlen(text) + 1;
+    return static_cast<char*>(std::memcpy(allocate(size), text, size));
+}
+
 xmlParserInputPtr refuseExternalEntity(const char*, const char*, xmlParserCtxtPtr) {
     return nullptr;
 }
@@ -41,6 +65,9 @@ xmlParserInputPtr refuseExternalEntity(const char*, const char*, xmlParserCtxtPt
 void prepareParserOnce() {
     static std::once_flag prepared;
     std::call_once(prepared, [] {
+        // Left alone the library goes on after a failed allocation, drops parts of the document without a word, or
+        // crashes. It is built so that exceptions pass through it.
+        xmlMemSetup(std::free, allocate, reallocate, duplicate);
         xmlInitParser();
         // Options alone do not stop it from opening local files that an entity names.
         xmlSetExternalEntityLoader(refuseExternalEntity);
@@ -68,20 +95,31 @@ void noteError(void* context, xmlErrorPtr error) {
 }
 
 DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
-    const ParserPtr parser(xmlNewParserCtxt());
+    ParserPtr parser(xmlNewParserCtxt());
     if (!parser || bytes.size() > INT_MAX) {
         return nullptr;
     }
     parser->_private = &report;
     parser->sax->serror = noteError;
-    return DocumentPtr(
-        xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8", options));
+    try {
+        return DocumentPtr(
+            xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8", options));
+    } catch (const std::bad_alloc&) {
+        // What the parser was in the middle of is half made, and freeing that would be no safer than going on.
+        static_cast<void>(parser.release());
+        throw;
+    }
 }
 
-std::optional<std::string> writtenAnew(const DocumentPtr& document) {
+std::optional<std::string> writtenAnew(DocumentPtr document) {
     xmlChar* text = nullptr;
     int size = 0;
-    xmlDocDumpMemoryEnc(document.get(), &text, &size, "UTF-8");
+    try {
+        xmlDocDumpMemoryEnc(document.get(), &text, &size, "UTF-8");
+    } catch (const std::bad_alloc&) {
+        static_cast<void>(document.release());  // writing changes it for a while
+        throw;
+    }
     const std::unique_ptr<xmlChar, TextFreer> owner(text);
     if (text == nullptr) {
         return std::nullopt;
@@ -102,8 +140,8 @@ bool hasRootNamed(const DocumentPtr& document, std::string_view name) {
     return written == name;
 }
 
-std::optional<MSPCXMLMended> mended(const DocumentPtr& document, std::optional<MSPCXMLRepair> repair) {
-    auto bytes = writtenAnew(document);
+std::optional<MSPCXMLMended> mended(DocumentPtr document, std::optional<MSPCXMLRepair> repair) {
+    auto bytes = writtenAnew(std::move(document));
     return bytes ? std::optional(MSPCXMLMended{std::move(*bytes), std::move(repair)}) : std::nullopt;
 }
 
@@ -126,8 +164,8 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     prepareParserOnce();
     const int options = optionsFor(hasInternalSubset);
     Report report;
-    if (const auto sound = parsed(bytes, options, report); sound && !report.firstError) {
-        return mended(sound, std::nullopt);
+    if (auto sound = parsed(bytes, options, report); sound && !report.firstError) {
+        return mended(std::move(sound), std::nullopt);
     }
     if (repairableRoot.empty() || report.hasEntityFlood) {
         return std::nullopt;
@@ -136,9 +174,9 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
         escapedStrayAmpersands(bytes, hasInternalSubset ? MSPCXMLEntities::AnyName : MSPCXMLEntities::Predefined);
     const auto mendable = withMendableText(escaped ? std::string_view(*escaped) : bytes);
     Report recoveryReport;
-    const auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
+    auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
     if (!hasRootNamed(recovered, repairableRoot) || recoveryReport.hasEntityFlood) {
         return std::nullopt;
     }
-    return mended(recovered, std::move(report.firstError));
+    return mended(std::move(recovered), std::move(report.firstError));
 }

@@ -18,9 +18,13 @@ FaultFixture::FaultFixture() {
     resetOutput();
     const auto end = runImport();
     EXPECT_EQ(end.status, 0) << end.log;
+    judgeByPresentState();
+    resetOutput();
+}
+
+void FaultFixture::judgeByPresentState() {
     check = std::make_unique<BundleCheck>(folder / "Empty.kdzx", bundle);
     before = contentOf(folder.path(), bundle);
-    resetOutput();
 }
 
 void FaultFixture::resetOutput() const {

@@ -17,6 +17,8 @@ class FaultFixture : public ::testing::Test {
 protected:
     FaultFixture();
 
+    // Takes the bundle as it is now for complete, and everything else for what must not change.
+    void judgeByPresentState();
     // Brings the output folder back to its first state.
     void resetOutput() const;
     // Imports `plan` into "out"; `environment` beside the usual one.

@@ -2,7 +2,9 @@
 #include <cerrno>
 #include <cstring>
 
+#include "BundleMask.h"
 #include "FaultFixture.h"
+#include "ProgramRun.h"
 
 namespace fs = std::filesystem;
 
@@ -18,8 +20,28 @@ struct Fault {
     }
 };
 
-class FaultsTest : public FaultFixture, public ::testing::WithParamInterface<Fault> {
+class EveryCallFixture : public FaultFixture {
 protected:
+    // One import after another, each with the next call failing, until one needs no further call.
+    void strikeEveryCall(const Fault& fault) {
+        int number = 1;
+        for (;; ++number) {
+            const auto text = std::string(fault.kind) + " " + std::to_string(number) + " " + std::to_string(fault.error);
+            if (!importWithFault(text)) {
+                break;
+            }
+            expectFailureWithReasonOrRightResult(text);
+            if (fault.isHarmless) {
+                EXPECT_EQ(_end.status, 0) << text << "\n" << _end.log;
+            }
+            ASSERT_LT(number, 100'000);
+        }
+        EXPECT_EQ(_end.status, 0) << "without a fault: " << _end.log;
+        RecordProperty("faults", number - 1);
+        EXPECT_GT(number, 1) << "no call of that kind was made, so nothing was tested";
+    }
+
+private:
     // One run with the n-th call failing; false when there was no such call.
     bool importWithFault(const std::string& fault) {
         resetOutput();
@@ -52,6 +74,8 @@ protected:
     ProgramEnd _end;
 };
 
+class FaultsTest : public EveryCallFixture, public ::testing::WithParamInterface<Fault> {};
+using RepairFaultsTest = EveryCallFixture;
 using OverwritingFaultsTest = FaultFixture;
 
 std::string nameOf(const ::testing::TestParamInfo<Fault>& info) {
@@ -65,22 +89,18 @@ std::string nameOf(const ::testing::TestParamInfo<Fault>& info) {
 }  // namespace
 
 TEST_P(FaultsTest, endsInAReasonOrARightResult) {
-    const auto [kind, error, isHarmless] = GetParam();
-    int number = 1;
-    for (;; ++number) {
-        const auto fault = std::string(kind) + " " + std::to_string(number) + " " + std::to_string(error);
-        if (!importWithFault(fault)) {
-            break;
-        }
-        expectFailureWithReasonOrRightResult(fault);
-        if (isHarmless) {
-            EXPECT_EQ(_end.status, 0) << fault << "\n" << _end.log;
-        }
-        ASSERT_LT(number, 100'000);
-    }
-    EXPECT_EQ(_end.status, 0) << "without a fault: " << _end.log;
-    RecordProperty("faults", number - 1);
-    EXPECT_GT(number, 1) << "no call of that kind was made, so nothing was tested";
+    strikeEveryCall(GetParam());
+}
+
+TEST_F(RepairFaultsTest, endsInAReasonOrARightResult) {
+    auto plan = bytesOf(folder / "Plan.xml");
+    replaceAll(plan, "<Name>Print</Name>", "<Name>Print & bind</Name>");
+    folder.addFile("Plan.xml", plan);
+    const auto end = runImport();
+    ASSERT_EQ(end.status, 0);
+    ASSERT_NE(end.log.find("WARNING: Repaired malformed XML"), std::string::npos);
+    judgeByPresentState();
+    strikeEveryCall({"allocation", ENOMEM, false});
 }
 
 TEST_F(OverwritingFaultsTest, aBundleThatCannotBeRemovedIsInTheWayLikeAnyOther) {

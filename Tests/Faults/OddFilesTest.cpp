@@ -150,8 +150,8 @@ TEST_F(OddFilesTest, aDeviceAsListEndsTheRun) {
 }
 
 TEST_F(OddFilesTest, aPipeThatNobodyWritesToIsAnEmptyList) {
-    ASSERT_EQ(mkfifo((folder / "list").c_str(), 0600), 0);
-    const auto end = runWith({"--template-path", "Empty.kdzx", "--input-list", "list", "out"});
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    const auto end = runWith({"--template-path", "Empty.kdzx", "--input-list", "pipe", "out"});
     EXPECT_EQ(end.status, 1);
     EXPECT_EQ(end.log.find("Exception"), std::string::npos) << end.log;
     EXPECT_TRUE(newItems().empty());
