@@ -4,17 +4,11 @@
 
 MSPCFields::MSPCFields(const MSPCXMLNode& element) {
     checkIsNode(element);
-    constexpr std::size_t usualCount = 40;
-    _fields.reserve(usualCount);
-    for (auto child = element.firstChild(); child; child = child.nextSibling()) {
-        if (child.isElement()) {
-            _fields.push_back({child.name(), child});
-        }
-    }
+    _fields = element.childElements();
     if (_fields.size() > MostSearchedFields) {
         for (const auto& field : _fields) {
             auto& match = _matchesByName[field.name];
-            match = {field.node, match.count + 1};
+            match = {field.element, match.count + 1};
         }
     }
 }
@@ -27,7 +21,7 @@ MSPCFields::Match MSPCFields::matchOf(std::string_view name) const {
     Match match;
     for (const auto& field : _fields) {
         if (field.name == name) {
-            match = {field.node, match.count + 1};
+            match = {field.element, match.count + 1};
         }
     }
     return match;
@@ -57,7 +51,7 @@ std::vector<MSPCXMLNode> MSPCFields::nodes(std::string_view name) const {
     std::vector<MSPCXMLNode> nodes;
     for (const auto& field : _fields) {
         if (field.name == name) {
-            nodes.push_back(field.node);
+            nodes.push_back(field.element);
         }
     }
     return nodes;

@@ -28,11 +28,6 @@ public:
     [[nodiscard]] std::vector<MSPCXMLNode> nodes(std::string_view name) const;
 
 private:
-    struct Field {
-        std::string_view name;
-        MSPCXMLNode node;
-    };
-
     struct Match {
         MSPCXMLNode last;
         std::size_t count = 0;
@@ -43,6 +38,6 @@ private:
 
     [[nodiscard]] Match matchOf(std::string_view name) const;
 
-    std::vector<Field> _fields;
+    std::vector<MSPCXMLNamedElement> _fields;
     std::unordered_map<std::string_view, Match> _matchesByName;  // filled where the fields are too many to search
 };

@@ -1,7 +1,6 @@
 #include "MSPCAtomicFile.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -17,20 +16,10 @@ constexpr std::size_t blockSize = 64 * 1024;
 
 MSPCAtomicFile::MSPCAtomicFile(std::string path) : _path(std::move(path)) {
     _collected.reserve(blockSize);
-    std::string temporaryPath;
-    _error = MSPCMakeUnderTemporaryName(_path, temporaryPath, [this](const std::string& name) {
-        _file = MSPCFileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    _error = MSPCMakeUnderTemporaryName(_path, _temporary, [this](const char* name) {
+        _file = MSPCFileDescriptor(::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
         return _file.isOpen() ? 0 : errno;
     });
-    if (_error == 0) {
-        _temporaryPath = std::move(temporaryPath);
-    }
-}
-
-MSPCAtomicFile::~MSPCAtomicFile() {
-    if (!_temporaryPath.empty()) {
-        ::unlink(_temporaryPath.c_str());
-    }
 }
 
 void MSPCAtomicFile::write(std::string_view bytes) {
@@ -59,12 +48,12 @@ std::optional<std::string> MSPCAtomicFile::commit() {
     if (const int error = _file.close(); _error == 0) {
         _error = error;
     }
-    if (_error == 0 && std::rename(_temporaryPath.c_str(), _path.c_str()) != 0) {
+    if (_error == 0 && std::rename(_temporary.path().c_str(), _path.c_str()) != 0) {
         _error = errno;
     }
     if (_error != 0) {
         return MSPCSystemErrorText(_error);
     }
-    _temporaryPath.clear();
+    _temporary.finish();
     return std::nullopt;
 }

@@ -6,15 +6,13 @@
 
 #include "MSPCFileDescriptor.h"
 #include "MSPCFileSystem.h"
+#include "MSPCUnfinishedItem.h"
 
 // A file that is written under a temporary name in the folder of its final one and takes the final name in one step.
 // Without a successful `commit` the temporary file goes with this object and the final name is untouched.
 class MSPCAtomicFile final : public MSPCByteSink {
 public:
     explicit MSPCAtomicFile(std::string path);
-    ~MSPCAtomicFile() override;
-    MSPCAtomicFile(const MSPCAtomicFile&) = delete;
-    MSPCAtomicFile& operator=(const MSPCAtomicFile&) = delete;
 
     // A failure is kept for `commit`; what is written after it is dropped.
     void write(std::string_view bytes) override;
@@ -26,7 +24,7 @@ private:
     void writeOut(std::string_view bytes);
 
     std::string _path;
-    std::string _temporaryPath;  // empty when there is no temporary file
+    MSPCUnfinishedItem _temporary;
     MSPCFileDescriptor _file;
     std::string _collected;
     int _error = 0;

@@ -56,9 +56,13 @@ std::unique_ptr<MSPCByteSource> MSPCDiskFileSystem::openFile(const std::string& 
         return nullptr;
     }
     // Opening a pipe must not wait for somebody to write to it.
-    MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    // Only a regular file can be read a second time, should that be needed. Anything else is not even opened: the writer
+    // of a pipe would take that for its reader.
     struct stat status {};
-    // Only a regular file can be read a second time, should that be needed.
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return nullptr;
+    }
+    MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return nullptr;
     }

@@ -68,16 +68,6 @@ MSPCFolderCopy::MSPCFolderCopy(std::string from, std::string to) : _from(std::mo
     }
 }
 
-MSPCFolderCopy::~MSPCFolderCopy() {
-    std::error_code ignored;
-    if (!_stage.empty()) {
-        fs::remove_all(_stage, ignored);
-    }
-    if (_hasTakenName) {
-        ::rmdir(_to.c_str());  // stays if somebody else put something into it
-    }
-}
-
 std::optional<std::string> MSPCFolderCopy::run() {
     // Listed before anything is made: the new folder may lie inside the one that is copied.
     for (const auto step : {&MSPCFolderCopy::listItems, &MSPCFolderCopy::takeName, &MSPCFolderCopy::makeStage}) {
@@ -124,20 +114,16 @@ std::optional<std::string> MSPCFolderCopy::addItem(const std::string& path, cons
 }
 
 std::optional<std::string> MSPCFolderCopy::takeName() {
-    const int error = ::mkdir(_to.c_str(), 0777) == 0 ? 0 : errno;
-    _hasTakenName = error == 0;
+    const int error =
+        _takenName.create(_to, [](const char* path) { return ::mkdir(path, 0777) == 0 ? 0 : errno; });
     _existedAlready = error == EEXIST;
     return failureAt(_to, error);
 }
 
 std::optional<std::string> MSPCFolderCopy::makeStage() {
-    std::string stage;
     const auto mode = _items.front().mode | 0700U;
     const int error = MSPCMakeUnderTemporaryName(
-        _to, stage, [mode](const std::string& path) { return ::mkdir(path.c_str(), mode) == 0 ? 0 : errno; });
-    if (error == 0) {
-        _stage = std::move(stage);
-    }
+        _to, _stage, [mode](const char* path) { return ::mkdir(path, mode) == 0 ? 0 : errno; });
     return failureAt(_to, error);
 }
 
@@ -151,7 +137,7 @@ std::optional<std::string> MSPCFolderCopy::copyItems() const {
 }
 
 int MSPCFolderCopy::copyItem(const Item& item) const {
-    const auto target = _stage + item.name;
+    const auto target = _stage.path() + item.name;
     switch (item.type) {
         case fs::file_type::directory:
             return ::mkdir(target.c_str(), item.mode | 0700U) == 0 ? 0 : errno;
@@ -164,10 +150,10 @@ int MSPCFolderCopy::copyItem(const Item& item) const {
 
 std::optional<std::string> MSPCFolderCopy::giveName() {
     // Renaming onto a folder works only while that folder is empty, so nothing of anybody else's is ever replaced.
-    if (std::rename(_stage.c_str(), _to.c_str()) != 0) {
+    if (std::rename(_stage.path().c_str(), _to.c_str()) != 0) {
         return failureAt(_to, errno);
     }
-    _stage.clear();
-    _hasTakenName = false;
+    _stage.finish();
+    _takenName.finish();
     return std::nullopt;
 }

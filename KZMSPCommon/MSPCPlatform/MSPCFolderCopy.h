@@ -5,15 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "MSPCUnfinishedItem.h"
+
 // One copy of a folder with all its content. The new folder's name is taken first, by making an empty folder; the copy
 // grows under a temporary name beside it and then replaces the empty folder, so no half copy is ever seen under the
 // name. Whatever a failed copy made goes with this object.
 class MSPCFolderCopy {
 public:
     MSPCFolderCopy(std::string from, std::string to);
-    ~MSPCFolderCopy();
-    MSPCFolderCopy(const MSPCFolderCopy&) = delete;
-    MSPCFolderCopy& operator=(const MSPCFolderCopy&) = delete;
 
     // None, or what failed: "'<path>': <the system's description>".
     [[nodiscard]] std::optional<std::string> run();
@@ -39,7 +38,7 @@ private:
     std::string _from;
     std::string _to;
     std::vector<Item> _items;  // a folder comes before what is in it
-    std::string _stage;        // the growing copy; empty when there is none
-    bool _hasTakenName = false;
+    MSPCUnfinishedItem _takenName{MSPCUnfinishedItem::Removal::OnlyWhenEmpty};
+    MSPCUnfinishedItem _stage;  // the growing copy
     bool _existedAlready = false;
 };

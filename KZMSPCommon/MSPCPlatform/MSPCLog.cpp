@@ -18,7 +18,9 @@ public:
 private:
     MSPCLogBlock& _block;
     std::string _processName;
-    spdlog::pattern_formatter _formatter{"%Y-%m-%d %H:%M:%S.%e %n[%P] %v", spdlog::pattern_time_type::local, "\n"};
+    // The number of the process stands in the pattern itself, or every line would ask the system for it.
+    spdlog::pattern_formatter _formatter{"%Y-%m-%d %H:%M:%S.%e %n[" + std::to_string(::getpid()) + "] %v",
+                                         spdlog::pattern_time_type::local, "\n"};
     spdlog::memory_buf_t _line;
 };
 

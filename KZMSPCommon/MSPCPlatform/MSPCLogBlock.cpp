@@ -7,9 +7,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstring>
 #include <optional>
+
+#include "MSPCSignalsBlocked.h"
 
 namespace {
 
@@ -19,22 +20,6 @@ constexpr std::string_view wipeLine = "\r\033[K";
 using Clock = std::chrono::steady_clock;
 
 static_assert(std::atomic<std::size_t>::is_always_lock_free, "a signal handler reads it");
-
-// Keeps signal handlers away while the block is half written.
-class SignalsBlocked {
-public:
-    SignalsBlocked() noexcept {
-        sigset_t all;
-        ::sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &_before);
-    }
-    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &_before, nullptr); }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
-private:
-    sigset_t _before;
-};
 
 // Waits until the file takes bytes; false when the time is over.
 bool waitUntilWritable(int file, std::optional<Clock::time_point> deadline) noexcept {
@@ -116,7 +101,7 @@ void MSPCLogBlock::showStatus(std::string_view text) {
 
 void MSPCLogBlock::flush() noexcept {
     if (_used != 0) {
-        const SignalsBlocked blocked;
+        const MSPCSignalsBlocked blocked;
         writeOut(_file, {_bytes.data(), _used}, std::nullopt);
         _used = 0;
     }

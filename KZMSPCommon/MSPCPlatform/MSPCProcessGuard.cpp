@@ -8,6 +8,7 @@
 #include <atomic>
 
 #include "MSPCLog.h"
+#include "MSPCUnfinishedItem.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ void writeOutLog() {
 
 void endProcess(int signal) {
     writeOutLog();
+    MSPCUnfinishedItem::removeAll();
     ::_exit(128 + signal);
 }
 

@@ -40,7 +40,8 @@ public:
     // Reads a document from its bytes, in any encoding the XML declaration or a byte-order mark names. Text made of
     // blanks alone is kept where it is all of an element's content. Markup that does not parse (a bare "&", a missing
     // end tag) is mended where that yields a root element named `repairableRoot`, and reported in `repair`; otherwise
-    // there is no document. Internal entities are expanded within bounds; nothing outside the bytes is ever read.
+    // there is no document. What is kept with
+    // `Everything` must be sound in every respect, names included, since it is written back. Internal entities are expanded within bounds; nothing outside the bytes is ever read.
     // Reading uses the bytes up: with `readAgain` a repair fetches them from there, else it needs a copy made in
     // advance.
     [[nodiscard]] static std::optional<MSPCXMLDocument> read(std::string bytes, MSPCXMLContent content,

@@ -161,8 +161,8 @@ private:
         return end && isDeclaredUtf8(rest().substr(0, *end + 2)) && skipInstruction();
     }
 
-    // Takes "<Name>text</Name>", which is what most of a plan is made of, where it stands in the window as a whole. False
-    // for whatever else comes next, which is then looked at with more care.
+    // Takes "<Name>text</Name>", which is what most of a plan is made of, where it stands in the window as a whole.
+    // False for whatever else comes next, which is then looked at with more care.
     bool takeLeaf() {
         if (_open.size() == 1 || keepsContent()) {
             return false;

@@ -12,12 +12,13 @@ using MSPCByteReader = std::function<std::size_t(char* buffer, std::size_t capac
 // A document reduced to a selection.
 struct MSPCXMLFiltered {
     std::string bytes;         // UTF-8 without declaration, comments and processing instructions
-    bool hasSections = false;  // the whole document had CDATA sections, comments or processing instructions in its content
+    bool hasSections = false;  // the document had CDATA sections, comments or processing instructions in its content
 };
 
 // Reads a document in pieces and keeps the elements that are selected: start tags, text, CDATA sections and end tags as
-// they stand. None for a document that is not plain: another encoding than UTF-8, a document type, attributes on elements
-// that are left out, text in elements of which only children are kept, or anything that a parser might refuse or would
-// have to mend. Such documents must be read as a whole. Takes a little more memory than the bytes it keeps. `expectedSize` is that of the whole document in bytes.
+// they stand. None for a document that is not plain: another encoding than UTF-8, a document type, attributes on
+// elements that are left out, text in elements of which only children are kept, or anything that a parser might refuse
+// or would have to mend. Such documents must be read as a whole. Takes a little more memory than the bytes it keeps.
+// `expectedSize` is that of the whole document in bytes.
 [[nodiscard]] std::optional<MSPCXMLFiltered> filteredXML(const MSPCByteReader& read, std::size_t expectedSize,
                                                          const MSPCXMLSelection& selection);

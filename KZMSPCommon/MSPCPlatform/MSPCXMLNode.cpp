@@ -165,6 +165,18 @@ MSPCXMLNode MSPCXMLNode::nextSiblingElement(std::string_view name) const noexcep
     return !sibling || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
 }
 
+std::vector<MSPCXMLNamedElement> MSPCXMLNode::childElements() const {
+    constexpr std::size_t usualCount = 40;
+    std::vector<MSPCXMLNamedElement> elements;
+    elements.reserve(usualCount);
+    for (auto child = firstVisibleChild(nodeWithChildren(*this)); child; child = child.next_sibling()) {
+        if (child.type() == pugi::node_element) {
+            elements.push_back({child.name(), handleOf(child)});
+        }
+    }
+    return elements;
+}
+
 MSPCXMLNode MSPCXMLNode::rootElement() const noexcept {
     return handleOf(rootElementOf(treeNode(*this).root()));
 }

@@ -20,6 +20,7 @@ enum class MSPCXMLNodeKind {
 };
 
 class MSPCXMLNewElement;
+struct MSPCXMLNamedElement;
 
 // A namespace declaration as it stands on an element.
 struct MSPCXMLNamespace {
@@ -64,6 +65,8 @@ public:
     [[nodiscard]] MSPCXMLNode nextSiblingElement(std::string_view name) const noexcept;
     // The node as it would be written, without added line ends and indentation: `<UID>12</UID>`, `id="t12"`.
     [[nodiscard]] std::string markup() const;
+    // All child elements with their names, in order; for reading many of them in one walk.
+    [[nodiscard]] std::vector<MSPCXMLNamedElement> childElements() const;
     // The root element of the node's document.
     [[nodiscard]] MSPCXMLNode rootElement() const noexcept;
 
@@ -118,6 +121,12 @@ private:
 
     void* _node = nullptr;       // the element, for an attribute
     void* _attribute = nullptr;  // set for attributes only
+};
+
+// A child element and its name, which is valid as long as the element.
+struct MSPCXMLNamedElement {
+    std::string_view name;
+    MSPCXMLNode element;
 };
 
 // An element that belongs to a document but has no parent, owned by this object: destroyed with it unless it was put

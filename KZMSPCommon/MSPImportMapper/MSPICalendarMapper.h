@@ -13,7 +13,8 @@
 // "Overtime". Recurring exceptions, days of the older kind (DayType 0) and the base calendar are not carried over.
 //
 // All new elements belong to the scenario document and are owned by the caller. A query that fails counts as one that
-// matches nothing; texts of numbers, dates and times that cannot be read raise as the node queries and conversions do.
+// matches nothing; texts of numbers, dates and times that cannot be read raise as the node queries and conversions do. What
+// is mapped counts in the scenario's `MSPIGrowthBounds`, which raise where schedules grow beyond all measure.
 class MSPICalendarMapper : public MSPIObjectMapperBase {
 public:
     using MSPIObjectMapperBase::MSPIObjectMapperBase;

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include "MSPCException.h"
+#include "MSPEScheduleCalendar.h"
+#include "MSPEWeekday.h"
 
 void MSPIGrowthBounds::addScheduleElements(std::uint64_t count) {
     if (count > MostScheduleElements - _scheduleElements) {
@@ -19,4 +21,15 @@ void MSPIGrowthBounds::addRepeatedText(std::uint64_t bytes) {
             fmt::format("Too much text in repeated names: more than {} bytes.", MostRepeatedText));
     }
     _repeatedText += bytes;
+}
+
+void MSPIGrowthBounds::checkWorkingTimesOfWeek(const MSPEScheduleCalendar& calendar) {
+    std::int64_t count = 0;
+    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
+        count += calendar.timePeriodsInWeekday(weekday);
+    }
+    if (count > MostWorkingTimesOfWeek) {
+        throw MSPCInternalInconsistency(
+            fmt::format("Too many working times in the project's week: more than {}.", MostWorkingTimesOfWeek));
+    }
 }

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+class MSPEScheduleCalendar;
+
 // Bounds for what a small plan could make a scenario grow to: a name that thousands of elements refer to, a calendar of
 // thousands of years that each resource has. Far above what plans hold, far below what fills a machine. What a scenario
 // takes over from the plan once is not counted.
@@ -14,8 +16,13 @@ public:
     // than 1073741824 bytes." above that number.
     void addRepeatedText(std::uint64_t bytes);
 
+    // Working times of the project's own week, all of which count for every stretch of split work. Raises
+    // `MSPCInternalInconsistency` "Too many working times in the project's week: more than 10080." above one per minute.
+    static void checkWorkingTimesOfWeek(const MSPEScheduleCalendar& calendar);
+
     static constexpr std::uint64_t MostScheduleElements = 1'000'000;
     static constexpr std::uint64_t MostRepeatedText = std::uint64_t{1} << 30U;
+    static constexpr std::int64_t MostWorkingTimesOfWeek = 10'080;
 
 private:
     std::uint64_t _scheduleElements = 0;

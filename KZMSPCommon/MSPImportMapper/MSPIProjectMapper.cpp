@@ -154,7 +154,9 @@ MSPCXMLNode MSPIProjectMapper::addTopResourceToScenario(const MSPCXMLNode& mspPr
     addComment(groupNode, "  Project Schedule  ");
     const auto schedule = groupNode.appendChild(MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar));
     scenario.appendChild(std::move(group));
-    _mapper.setScheduleCalendar(MSPEScheduleCalendar(_mapper.conversions().gregorian(), schedule));
+    MSPEScheduleCalendar workingTimes(_mapper.conversions().gregorian(), schedule);
+    MSPIGrowthBounds::checkWorkingTimesOfWeek(workingTimes);
+    _mapper.setScheduleCalendar(std::move(workingTimes));
     return groupNode;
 }
 

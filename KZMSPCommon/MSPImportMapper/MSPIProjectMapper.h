@@ -28,7 +28,8 @@ public:
     // "Failed to find start date for the project scheduled from start.",
     // "Failed to find finish date for the project scheduled from end.",
     // "MS Project 'Standard' Calendar not found.", "MSPDI 'Standard' Calendar is not a base calendar.",
-    // "Expected NSXMLNodeProxy as a Resource object.", and all that the tasks raise (see buildMspTasks…).
+    // "Expected NSXMLNodeProxy as a Resource object.", what `MSPIGrowthBounds` raises where a small plan makes much of
+    // little, and all that the tasks raise (see buildMspTasks…).
     [[nodiscard]] MSPCXMLNewElement newScenarioFromMSPProject(const MSPCXMLNode& mspProject);
 
     // Maps the tasks, in document order, into `scenario` and links them below `topGroupTask`. Raises

@@ -59,9 +59,7 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
     _userDataChanged = _userDataChanged || taskMapper.userDataChanged();
 
     const bool isSummary = fields.boolValue("Summary");
-    if ((stringValueForXQuery(newTask.node(), "type") == "group") != isSummary) {
-        throw MSPCInternalInconsistency("MSPDI Summary Task must be mapped to KDZX Group Task.");
-    }
+    MSPITaskTree::checkKind(newTask.node(), isSummary);
     if (isRoot) {
         takeOverRootTask(newTask.node(), isSummary, outlineLevel, run);
         return;

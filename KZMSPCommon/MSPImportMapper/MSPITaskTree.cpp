@@ -14,6 +14,12 @@ MSPITaskTree::MSPITaskTree(std::size_t capacity, bool onlySummaryParents)
     _positions.reserve(capacity);
 }
 
+void MSPITaskTree::checkKind(const MSPCXMLNode& kdzxTask, bool isSummary) {
+    if ((stringValueForXQuery(kdzxTask, "type") == "group") != isSummary) {
+        throw MSPCInternalInconsistency("MSPDI Summary Task must be mapped to KDZX Group Task.");
+    }
+}
+
 void MSPITaskTree::record(const std::string& kdzxId, const Entry& entry) {
     const auto position = _entries.size();
     _entries.push_back(entry);

@@ -30,6 +30,10 @@ public:
     // be recorded.
     MSPITaskTree(std::size_t capacity, bool onlySummaryParents);
 
+    // Raises `MSPCInternalInconsistency` "MSPDI Summary Task must be mapped to KDZX Group Task." unless the type of a
+    // freshly mapped task is "group" exactly where it comes from a Summary task.
+    static void checkKind(const MSPCXMLNode& kdzxTask, bool isSummary);
+
     // Records the newest task under its target id.
     void record(const std::string& kdzxId, const Entry& entry);
     // The parent of the task recorded last, whose level is given; none when no task qualifies.

@@ -16,6 +16,7 @@ class MSPIMappingContext;
 // `FieldID`, without a definition in the project or with a definition that has neither `Alias` nor `FieldName` is
 // skipped. The name is the alias where there is one. A child without `Value` gives the null value. With save version 12
 // or more and a definition without readable `CFType`, a value that is an MSPDI date-time is given in its display form.
+// Names count as repeated text in the scenario's `MSPIGrowthBounds`.
 [[nodiscard]] MSPIUserData userDataFromExtendedAttributes(std::span<const MSPCXMLNode> extendedAttributes,
                                                           MSPIMappingContext& mapper);
 

@@ -10,6 +10,11 @@ FaultFixture::FaultFixture() {
     fs::create_symlink("sub/logo.txt", folder / "Empty.kdzx/logo");
     fs::copy_file(fs::path(KZMSP_SOURCE) / "examples/Baselines.xml", folder / "Plan.xml");
     folder.addFolder("home/.config");
+    std::string list;
+    for (int number = 0; number < 500; ++number) {
+        list += "::\n";
+    }
+    folder.addFile("list", list + "Plan.xml");
     resetOutput();
     const auto end = runImport();
     EXPECT_EQ(end.status, 0) << end.log;
@@ -31,6 +36,12 @@ SpawnedProgram::Options FaultFixture::importOf(const std::string& plan,
     options.environment.insert(environment.begin(), environment.end());
     options.folder = folder.path();
     return options;
+}
+
+ProgramEnd FaultFixture::runListImport(const std::map<std::string, std::string>& environment) const {
+    auto options = importOf("", environment);
+    options.arguments = {"--template-path", "Empty.kdzx", "--input-list", "list", "out"};
+    return SpawnedProgram(options).wait();
 }
 
 std::vector<fs::path> FaultFixture::newItems() const {

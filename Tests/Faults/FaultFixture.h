@@ -25,6 +25,8 @@ protected:
     [[nodiscard]] ProgramEnd runImport(const std::map<std::string, std::string>& environment = {}) const {
         return SpawnedProgram(importOf("Plan.xml", environment)).wait();
     }
+    // The same by a list whose last line is "Plan.xml", after so many comments that reading it takes some memory.
+    [[nodiscard]] ProgramEnd runListImport(const std::map<std::string, std::string>& environment) const;
     // The paths of everything in "out" that is neither the other bundle nor anything like it.
     [[nodiscard]] std::vector<std::filesystem::path> newItems() const;
     // Whether everything is as before but for "out/Plan.kdzx".

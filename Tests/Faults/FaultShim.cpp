@@ -1,6 +1,7 @@
 // A shared object that is preloaded into the program and lets one of its calls of the system fail. KZMSP_FAULT tells
 // which: "<kind> <n> <errno>" for the n-th call of a kind, "space <bytes> <errno>" for every write once that many bytes
-// have been written. KZMSP_FAULT_MARK names a file that is made when the fault strikes, so that a test can tell the end
+// have been written, "slow 0 0" for no fault but two milliseconds before every change of the disk, so that a test meets
+// the moments between them. KZMSP_FAULT_MARK names a file that is made when the fault strikes, so that a test can tell the end
 // of the calls. Writes to standard error are left alone, for the log tells the test what happened.
 #include <dirent.h>
 #include <dlfcn.h>
@@ -62,6 +63,12 @@ bool strikes(const char* kind) {
     mark();
     errno = faultError;
     return true;
+}
+
+void delayIfAsked() {
+    if (isFaulty("slow")) {
+        ::usleep(2'000);
+    }
 }
 
 // The system's own function behind one that is replaced here.
@@ -142,6 +149,7 @@ ssize_t write(int file, const void* bytes, std::size_t count) {
     if (file == STDERR_FILENO) {
         return strikes("log") ? -1 : ::syscall(SYS_write, file, bytes, count);
     }
+    delayIfAsked();
     if (isFaulty("space")) {
         return writeWithinSpace(file, bytes, count);
     }
@@ -170,10 +178,12 @@ int syncfs(int file) {
 }
 
 int rename(const char* from, const char* to) {
+    delayIfAsked();
     return strikes("rename") ? -1 : static_cast<int>(::syscall(SYS_rename, from, to));
 }
 
 int mkdir(const char* path, mode_t mode) {
+    delayIfAsked();
     return strikes("mkdir") ? -1 : static_cast<int>(::syscall(SYS_mkdir, path, mode));
 }
 
@@ -199,6 +209,10 @@ int unlinkat(int folder, const char* path, int flags) {
 
 int rmdir(const char* path) {
     return strikes("unlink") ? -1 : static_cast<int>(::syscall(SYS_rmdir, path));
+}
+
+int remove(const char* path) {
+    return strikes("unlink") ? -1 : next(static_cast<int (*)(const char*)>(&remove), "remove")(path);
 }
 
 int stat(const char* path, struct stat* status) {

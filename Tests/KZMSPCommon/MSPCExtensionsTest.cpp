@@ -5,6 +5,7 @@
 #include "ExpectRaises.h"
 #include "InMemoryFileSystem.h"
 #include "MSPCURL.h"
+#include "MSPCXMLSelection.h"
 #include "RecordingLog.h"
 #include "XMLText.h"
 
@@ -193,6 +194,64 @@ TEST(MSPCExtensions, loadsADocumentFromAFile) {
               "<Project><Name>a</Name></Project>");
     EXPECT_EQ(newXmlDocFromUrlStripNamespace(url, MSPCXMLContent::DataOnly, files, log).root().markup(),
               "<Project><Name>a</Name></Project>");
+}
+
+TEST(MSPCExtensions, loadsOnlyWhatASelectionNames) {
+    InMemoryFileSystem files;
+    RecordingLog log;
+    files.addFile("/in/Plan.xml", "<Project><Name>a</Name><Other>b</Other></Project>");
+    const auto selection = MSPCXMLSelection::fromText("Project(Name)");
+    const auto url = MSPCURL::fileURL("/in/Plan.xml", false);
+    EXPECT_EQ(newXmlDocFromUrl(url, MSPCXMLContent::DataOnly, files, log, &selection).root().markup(),
+              "<Project><Name>a</Name></Project>");
+}
+
+TEST(MSPCExtensions, whatCannotBeReadInPartIsLoadedWholeInSpiteOfASelection) {
+    struct Case {
+        std::string bytes;
+        std::string markup;
+        std::vector<std::string> log;
+    };
+    const Case cases[] = {
+        {"<?xml version=\"1.0\" encoding=\"windows-1252\"?><Project><Name>\x80</Name></Project>",
+         "<Project><Name>\xE2\x82\xAC</Name></Project>",
+         {}},
+        {"<!DOCTYPE Project [<!ENTITY e 'x'>]><Project><Name>&e;</Name></Project>",
+         "<Project><Name>x</Name></Project>",
+         {}},
+        {"<Project><Name>a</Name><Other b=\"1\">c</Other></Project>",
+         "<Project><Name>a</Name><Other b=\"1\">c</Other></Project>",
+         {}},
+        {"<Project><Name>a</Name><Other>b & c</Other></Project>",
+         "<Project><Name>a</Name><Other>b &amp; c</Other></Project>",
+         {"WARNING: Repaired malformed XML in '/in/Plan.xml' at line 1: xmlParseEntityRef: no name"}},
+        {"<Project><Name a=>a</Name></Project>",
+         "<Project><Name>a</Name></Project>",
+         {"WARNING: Repaired malformed XML in '/in/Plan.xml' at line 1: AttValue: \" or ' expected"}},
+        {"<scenario id=\"1\"/>", "<scenario id=\"1\"/>", {}},
+    };
+    const auto selection = MSPCXMLSelection::fromText("Project(Name)");
+    const auto url = MSPCURL::fileURL("/in/Plan.xml", false);
+    for (const auto& [bytes, markup, warnings] : cases) {
+        InMemoryFileSystem files;
+        RecordingLog log;
+        files.addFile("/in/Plan.xml", bytes);
+        EXPECT_EQ(newXmlDocFromUrl(url, MSPCXMLContent::DataOnly, files, log, &selection).root().markup(), markup);
+        EXPECT_EQ(log.takeLines(), warnings) << bytes;
+    }
+}
+
+TEST(MSPCExtensions, aSelectionChangesNoFailure) {
+    InMemoryFileSystem files;
+    RecordingLog log;
+    files.addFile("/in/Empty.xml", "");
+    files.addFile("/in/Cut.xml", "<scenario><a></scenario>");
+    const auto selection = MSPCXMLSelection::fromText("Project(Name)");
+    for (const char* path : {"/in/Empty.xml", "/in/Cut.xml", "/in/Missing.xml", "/in"}) {
+        EXPECT_RAISES(
+            newXmlDocFromUrl(MSPCURL::fileURL(path, false), MSPCXMLContent::DataOnly, files, log, &selection),
+            MSPEXMLException, "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
+    }
 }
 
 TEST(MSPCExtensions, strippingTheNamespaceRemovesNone) {

@@ -14,13 +14,26 @@
 namespace {
 
 constexpr std::array<std::string_view, 5> names = {"UID", "Name", "Names", "Type", "x.y"};
-constexpr std::array<std::string_view, 14> texts = {"",    "1",   " 12 ", "-7h", "3.5e1", "true", " YES ",
-                                                    "No",  "abc", "  ",   "&#13;", "0x10", "99999999999999999999",
+constexpr std::array<std::string_view, 14> texts = {"",
+                                                    "1",
+                                                    " 12 ",
+                                                    "-7h",
+                                                    "3.5e1",
+                                                    "true",
+                                                    " YES ",
+                                                    "No",
+                                                    "abc",
+                                                    "  ",
+                                                    "&#13;",
+                                                    "0x10",
+                                                    "99999999999999999999",
                                                     "<![CDATA[4]]>2"};
 
 // An element with children of few names, so that several bear the same one, and with what else may stand between.
 std::string randomElement(std::mt19937& random) {
-    const auto below = [&](std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random); };
+    const auto below = [&](std::size_t limit) {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+    };
     std::string text = "<Task UID=\"5\">";
     for (auto left = below(7); left > 0; --left) {
         switch (below(8)) {
@@ -117,20 +130,39 @@ TEST(MSPCFields, answerAsTheQueriesDo) {
         for (const auto name : names) {
             EXPECT_EQ(fields.nodes(name), nodesForXQuery(element, name)) << text;
             EXPECT_EQ(fields.singleObject(name), singleObjectForXQuery(element, name)) << text;
-            EXPECT_EQ(outcomeOf([&](Error* error) { return fields.stringValue(name, error).value_or("(none)"); }),
-                      outcomeOf([&](Error* error) {
-                          return stringValueForXQuery(element, name, error).value_or("(none)");
-                      }))
+            EXPECT_EQ(
+                outcomeOf([&](Error* error) { return fields.stringValue(name, error).value_or("(none)"); }),
+                outcomeOf([&](Error* error) { return stringValueForXQuery(element, name, error).value_or("(none)"); }))
                 << text;
             EXPECT_EQ(outcomeOf([&](Error* error) { return std::to_string(fields.intValue(name, error)); }),
                       outcomeOf([&](Error* error) { return std::to_string(intValueForXQuery(element, name, error)); }))
                 << text;
-            EXPECT_EQ(outcomeOf([&](Error* error) { return std::to_string(fields.floatValue(name, error)); }),
-                      outcomeOf([&](Error* error) { return std::to_string(floatValueForXQuery(element, name, error)); }))
+            EXPECT_EQ(
+                outcomeOf([&](Error* error) { return std::to_string(fields.floatValue(name, error)); }),
+                outcomeOf([&](Error* error) { return std::to_string(floatValueForXQuery(element, name, error)); }))
                 << text;
             EXPECT_EQ(outcomeOf([&](Error* error) { return std::to_string(fields.boolValue(name, error)); }),
                       outcomeOf([&](Error* error) { return std::to_string(boolValueForXQuery(element, name, error)); }))
                 << text;
         }
     }
+}
+
+// Elements made to hurt have so many fields that names are looked up another way; the answers are the same.
+TEST(MSPCFields, ofVeryManyFieldsTheLastOfAName) {
+    std::string xml = "<Task><Name>first</Name>";
+    for (int i = 0; i < 1000; ++i) {
+        xml += "<n" + std::to_string(i) + ">" + std::to_string(i) + "</n" + std::to_string(i) + ">";
+    }
+    const auto document = MSPCXMLDocument::read(xml + "<Name>last</Name></Task>", MSPCXMLContent::DataOnly);
+    ASSERT_TRUE(document);
+    const MSPCFields fields(document->root());
+    Error error;
+    EXPECT_EQ(fields.intValue("n999", &error), 999);
+    EXPECT_FALSE(error);
+    EXPECT_EQ(fields.stringValue("Name", &error), "last");
+    EXPECT_EQ(error.code, MSPCXQueryMoreThanOneMatch);
+    EXPECT_EQ(fields.stringValue("n1000", &error), std::nullopt);
+    EXPECT_EQ(error.code, MSPCXQueryNoMatch);
+    EXPECT_EQ(fields.nodes("Name").size(), 2U);
 }

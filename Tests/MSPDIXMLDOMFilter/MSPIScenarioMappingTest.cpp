@@ -82,9 +82,10 @@ protected:
 
 private:
     void mapAll(const fs::path& plan, const MSPCXMLSelection* selection, std::vector<std::string>& documents) {
-        ListedRandomSource randomSource{1ULL << 60U, 2ULL << 60U, 3ULL << 60U, 4ULL << 60U, 5ULL << 60U, 6ULL << 60U,
-                                        7ULL << 60U, 8ULL << 60U, 9ULL << 60U, 10ULL << 60U, 11ULL << 60U, 12ULL << 60U};
-        const MSPCServices services{_clock, *MSPCTimeZone::named("Europe/Berlin"), _log, _settings, _fileSystem,
+        ListedRandomSource randomSource{1ULL << 60U, 2ULL << 60U,  3ULL << 60U,  4ULL << 60U,
+                                        5ULL << 60U, 6ULL << 60U,  7ULL << 60U,  8ULL << 60U,
+                                        9ULL << 60U, 10ULL << 60U, 11ULL << 60U, 12ULL << 60U};
+        const MSPCServices services{_clock,      *MSPCTimeZone::named("Europe/Berlin"), _log, _settings, _fileSystem,
                                     randomSource};
         const auto bundle = fs::path(KZMSP_SOURCE) / "share" / "kadenza2" / "Empty.kdzx";
         auto mspdi = load(plan, MSPCXMLContent::DataOnly, selection);

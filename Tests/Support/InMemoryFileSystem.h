@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -152,7 +153,16 @@ public:
         return std::nullopt;
     }
 
+    [[nodiscard]] std::optional<std::string> synchronize(const std::set<std::string>& folders) override {
+        _synchronized.push_back(folders);
+        const auto broken = _broken.find("synchronize");
+        return broken == _broken.end() ? std::nullopt : std::optional(broken->second);
+    }
+    // The folders of each call of `synchronize`, which is not counted.
+    [[nodiscard]] const std::vector<std::set<std::string>>& synchronized() const { return _synchronized; }
+
 private:
+    std::vector<std::set<std::string>> _synchronized;
     enum class Kind { File, Folder, Link };
     struct Node {
         Kind kind = Kind::File;

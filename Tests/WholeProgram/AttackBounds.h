@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <string_view>
+
 #include "PlanImport.h"
 
 // What an attack may cost at most, in a build without sanitizers; they are given eight times as much.
@@ -19,7 +22,15 @@ inline void expectWithin(const PlanImport& import, double seconds, long megabyte
 }
 
 inline void repeat(std::ostream& file, std::string_view piece, int times) {
-    for (int i = 0; i < times; ++i) {
+    constexpr int timesAtOnce = 1000;
+    std::string block;
+    for (int i = 0; i < timesAtOnce && times >= timesAtOnce; ++i) {
+        block += piece;
+    }
+    for (; times >= timesAtOnce; times -= timesAtOnce) {
+        file << block;
+    }
+    for (; times > 0; --times) {
         file << piece;
     }
 }

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 // Several imports of one plan into one folder, started together: each takes a name of its own and completes its bundle.
 TEST(RunsAtOnce, eachGetsABundleOfItsOwn) {
-    constexpr int runCount = 8;
+    constexpr int runCount = 20;
     const auto scratch = fs::path(KZMSP_SCRATCH) / "runs-at-once";
     fs::remove_all(scratch);
     fs::create_directories(scratch / "out");

@@ -16,7 +16,7 @@ constexpr Text Texts[] = {
     {"plain", "plain"},
     {"  blanks at both ends  ", "  blanks at both ends  "},
     {"   ", "   "},
-    {"\ttab\tand tab\t", "\ttab\tand&#9;tab\t"},
+    {"\ttab\tand\ttab\t", "\ttab\tand&#9;tab\t"},
     {"a\rb", "a&#13;b"},
     {"\ra\r\n\r", "&#13;a&#xD;&#10;&#xd;"},
     {"line\nfeed", "line\nfeed"},
@@ -117,7 +117,7 @@ TEST(Texts, namesOfCustomFields) {
                 "", ""}));
     auto expected = texts();
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        expected[i] += " " + std::to_string(i + 1);
+        expected[i].append(" ").append(std::to_string(i + 1));
     }
     EXPECT_EQ(import.texts("key"), expected);
 }

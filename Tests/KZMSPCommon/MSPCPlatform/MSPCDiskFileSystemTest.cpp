@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "MSPCFileSystem.h"
 #include "ScopedEnvironment.h"
@@ -185,4 +187,45 @@ TEST_F(MSPCDiskFileSystem_createFolder, makesTheFoldersAboveToo) {
 TEST_F(MSPCDiskFileSystem_createFolder, failsBelowAFile) {
     folder.addFile("a");
     EXPECT_EQ(files.createFolder(folder / "a/b"), "Not a directory");
+}
+
+TEST_F(MSPCDiskFileSystem_readFile, refusesADevice) {
+    std::string failure;
+    EXPECT_FALSE(files.readFile("/dev/zero", &failure));
+    EXPECT_EQ(failure, "Operation not supported");
+    EXPECT_FALSE(files.openFile("/dev/zero"));
+}
+
+TEST_F(MSPCDiskFileSystem_readFile, takesAPipeWithoutAWriterAsEmpty) {
+    const auto pipe = folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(files.readFile(pipe), "");
+    EXPECT_FALSE(files.openFile(pipe));
+}
+
+TEST_F(MSPCDiskFileSystem_readFile, waitsForTheWriterOfAPipe) {
+    const auto pipe = folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int writer = ::open(pipe.c_str(), O_RDWR);  // opens at once, with a reader of its own
+    ASSERT_GE(writer, 0);
+    std::thread late([writer] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        EXPECT_EQ(::write(writer, "late", 4), 4);
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        ::close(writer);
+    });
+    EXPECT_EQ(files.readFile(pipe), "late");
+    late.join();
+}
+
+using MSPCDiskFileSystem_synchronize = MSPCDiskFileSystemTest;
+
+TEST_F(MSPCDiskFileSystem_synchronize, bringsFoldersToTheDisk) {
+    EXPECT_EQ(files.synchronize({}), std::nullopt);
+    EXPECT_EQ(files.synchronize({folder.path(), folder.addFolder("sub")}), std::nullopt);
+}
+
+TEST_F(MSPCDiskFileSystem_synchronize, namesTheFolderThatIsNotThere) {
+    EXPECT_EQ(files.synchronize({folder / "missing", folder.path()}),
+              "'" + folder / "missing" + "': No such file or directory");
 }

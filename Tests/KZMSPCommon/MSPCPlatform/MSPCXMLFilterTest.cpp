@@ -180,7 +180,10 @@ TEST(MSPCXMLFilter, refusesMarkupThatAParserWouldRefuse) {
         {"a comment that ends too early", "<Plan><!-></Plan>", {}},
         {"an instruction without an end", "<Plan><? </Plan>", {}},
         {"an instruction without a target", "<Plan><? x?></Plan>", {}},
-        {"an instruction without anything", "<Plan><?" "?></Plan>", {}},
+        {"an instruction without anything",
+         "<Plan><?"
+         "?></Plan>",
+         {}},
         {"a target with a sign in it", "<Plan><?a+b?></Plan>", {}},
         {"a declaration without an end", "<?xml version=\"1.0\"><Plan/>", {}},
         {"a section without an end", "<Plan><Title><![CDATA[a</Title></Plan>", {}},

@@ -95,10 +95,11 @@ private:
         const int count = below(3);
         for (int index = 0; index < count; ++index) {
             _document +=
-                rarely() ? oneOf(std::array{"<!--c-->"sv, "<!---->"sv, "<!-- <a> & -->"sv, "<![CDATA[<&>]]>"sv,
-                                            "<![CDATA[]]>"sv, "<?p q?>"sv, "<?p?>"sv, "<?xml?>"sv})
-                         : oneOf(std::array{"a"sv, "12"sv, " "sv, "\n"sv, "\r\n"sv, "\r"sv, "\t"sv, "&amp;"sv, "&#65;"sv,
-                                            "&#13;"sv, ">"sv, "]]>"sv, "\xC3\xA9"sv, "&#x20AC;"sv, "\xFF"sv});
+                rarely()
+                    ? oneOf(std::array{"<!--c-->"sv, "<!---->"sv, "<!-- <a> & -->"sv, "<![CDATA[<&>]]>"sv,
+                                       "<![CDATA[]]>"sv, "<?p q?>"sv, "<?p?>"sv, "<?xml?>"sv})
+                    : oneOf(std::array{"a"sv, "12"sv, " "sv, "\n"sv, "\r\n"sv, "\r"sv, "\t"sv, "&amp;"sv, "&#65;"sv,
+                                       "&#13;"sv, ">"sv, "]]>"sv, "\xC3\xA9"sv, "&#x20AC;"sv, "\xFF"sv});
         }
     }
 

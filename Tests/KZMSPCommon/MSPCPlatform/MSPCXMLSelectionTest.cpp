@@ -53,8 +53,8 @@ TEST(MSPCXMLSelection, tellsNamesThatOnlyLookAlikeApart) {
     EXPECT_NE(plan->child(longName), nullptr);
     EXPECT_NE(plan->child("a"), plan->child(longName));
     EXPECT_NE(plan->child("Name"), plan->child("Nome"));
-    for (const auto& name : {std::string(), std::string("b"), std::string("Nam"), std::string("Names"), std::string("name"),
-                             std::string("Nime"), std::string(33, 'b')}) {
+    for (const auto& name : {std::string(), std::string("b"), std::string("Nam"), std::string("Names"),
+                             std::string("name"), std::string("Nime"), std::string(33, 'b')}) {
         EXPECT_EQ(plan->child(name), nullptr) << name;
     }
 }

@@ -146,8 +146,7 @@ TEST(MSPIAssignmentPool, refusesWhatIsNoNodeOrNoNumber) {
     MappingFixture task("<Assignments><Assignment><TaskUID>abc</TaskUID></Assignment></Assignments>");
     EXPECT_RAISES(MSPIAssignmentPool(assignmentsOf(task)).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
                   "Failed to get int value from XML node: <TaskUID>abc</TaskUID>");
-    MappingFixture resource(
-        "<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID/></Assignment></Assignments>");
+    MappingFixture resource("<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID/></Assignment></Assignments>");
     EXPECT_RAISES(MSPIAssignmentPool(assignmentsOf(resource)).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
                   "Failed to get int value from XML node: <ResourceUID/>");
 }

@@ -26,8 +26,8 @@ using Selections = std::vector<const MSPCXMLSelection*>;
 
 // Capitalised texts of the sources that are no names of elements in a plan.
 const std::set<std::string> otherTexts = {
-    "FF", "FS", "Group", "KDZX", "KZMSPDIFilter", "KZMSPDIFilterDump", "MSPDI", "Material", "Overtime", "PT", "SF",
-    "SS", "Staff", "USD", "Z"};
+    "FF", "FS",    "Group", "KDZX", "KZMSPDIFilter", "KZMSPDIFilterDump", "MSPDI", "Material", "Overtime", "PT", "SF",
+    "SS", "Staff", "USD",   "Z"};
 
 // What the variables of the mappers stand for, so that a name is looked for where it is asked for.
 const std::map<std::string, std::string> elementsOfVariables = {
@@ -132,8 +132,10 @@ std::vector<std::string> queriesIn(const std::string& source) {
 // The variable and the query of each read whose variable is written at it.
 std::vector<std::pair<std::string, std::string>> readsIn(const std::string& source) {
     static const std::regex ofNodes("ForXQuery\\(\\s*(\\w+),\\s*" + queryPattern);
-    static const std::regex ofFields("(\\w+)\\.(?:stringValue|intValue|floatValue|boolValue|singleObject|nodes|"
-                                     "firstChildElement)\\(\\s*" + queryPattern);
+    static const std::regex ofFields(
+        "(\\w+)\\.(?:stringValue|intValue|floatValue|boolValue|singleObject|nodes|"
+        "firstChildElement)\\(\\s*" +
+        queryPattern);
     std::vector<std::pair<std::string, std::string>> reads;
     for (const auto* pattern : {&ofNodes, &ofFields}) {
         forEachMatch(source, *pattern, [&](const std::smatch& match) { reads.emplace_back(match[1], match[2]); });

@@ -9,12 +9,8 @@ TEST(MSPIIdMapper, putsALetterBeforeTheUnchangedUID) {
         const char* taskId;
         const char* resourceId;
     } table[] = {
-        {"12", "t12", "r12"},
-        {"0", "t0", "r0"},
-        {"007", "t007", "r007"},
-        {" 3 ", "t 3 ", "r 3 "},
-        {"+4", "t+4", "r+4"},
-        {"x-1", "tx-1", "rx-1"},
+        {"12", "t12", "r12"},    {"0", "t0", "r0"},    {"007", "t007", "r007"},
+        {" 3 ", "t 3 ", "r 3 "}, {"+4", "t+4", "r+4"}, {"x-1", "tx-1", "rx-1"},
     };
     for (const auto& [uid, taskId, resourceId] : table) {
         EXPECT_EQ(mapper.taskIdFromMspdiUID(uid), taskId);

@@ -34,7 +34,9 @@ TEST(MSPINoteMapper, endsALineAtEveryTerminatorAndTakesCarriageReturnWithLineFee
     }
 }
 
-TEST(MSPINoteMapper, makesNoParagraphAfterATerminatorAtTheEnd) { EXPECT_EQ(noteOf("a\n"), paragraphs({"a"})); }
+TEST(MSPINoteMapper, makesNoParagraphAfterATerminatorAtTheEnd) {
+    EXPECT_EQ(noteOf("a\n"), paragraphs({"a"}));
+}
 
 TEST(MSPINoteMapper, makesAnEmptyParagraphOfAnEmptyLine) {
     EXPECT_EQ(noteOf("a\n\nb"), paragraphs({"a", "", "b"}));
@@ -44,7 +46,9 @@ TEST(MSPINoteMapper, makesAnEmptyParagraphOfAnEmptyLine) {
     EXPECT_EQ(noteOf("a\n\rb"), paragraphs({"a", "", "b"}));
 }
 
-TEST(MSPINoteMapper, makesAnEmptyTextOfAnEmptyNote) { EXPECT_EQ(noteOf(""), "<note><text/></note>"); }
+TEST(MSPINoteMapper, makesAnEmptyTextOfAnEmptyNote) {
+    EXPECT_EQ(noteOf(""), "<note><text/></note>");
+}
 
 TEST(MSPINoteMapper, keepsTheCharactersOfALineAsTheyAre) {
     EXPECT_EQ(noteOf("<b>R&D</b>"), paragraphs({"&lt;b&gt;R&amp;D&lt;/b&gt;"}));

@@ -14,20 +14,34 @@ namespace {
 std::string numberText(std::mt19937& random) {
     const int digit = static_cast<int>(random() % 10);
     switch (random() % 16) {
-        case 0: return fmt::format(" {} ", digit);
-        case 1: return fmt::format("00{}", digit);
-        case 2: return fmt::format("{}.0", digit);
-        case 3: return fmt::format("\n\t{}.", digit);
-        case 4: return fmt::format("-{}", digit);
-        case 5: return fmt::format("{}.5", digit);
-        case 6: return fmt::format("+{}", digit);
-        case 7: return fmt::format("{}x", digit);
-        case 8: return fmt::format("- {}", digit);
-        case 9: return fmt::format("{}e0", digit);
-        case 10: return "";
-        case 11: return fmt::format("1{}<!-- -->", digit);
-        case 12: return fmt::format("<![CDATA[{}]]>", digit);
-        default: return fmt::format("{}", digit);
+        case 0:
+            return fmt::format(" {} ", digit);
+        case 1:
+            return fmt::format("00{}", digit);
+        case 2:
+            return fmt::format("{}.0", digit);
+        case 3:
+            return fmt::format("\n\t{}.", digit);
+        case 4:
+            return fmt::format("-{}", digit);
+        case 5:
+            return fmt::format("{}.5", digit);
+        case 6:
+            return fmt::format("+{}", digit);
+        case 7:
+            return fmt::format("{}x", digit);
+        case 8:
+            return fmt::format("- {}", digit);
+        case 9:
+            return fmt::format("{}e0", digit);
+        case 10:
+            return "";
+        case 11:
+            return fmt::format("1{}<!-- -->", digit);
+        case 12:
+            return fmt::format("<![CDATA[{}]]>", digit);
+        default:
+            return fmt::format("{}", digit);
     }
 }
 
@@ -68,7 +82,8 @@ void expectSameAsQuery(const MSPINumberIndex& index, const MSPCXMLNode& project,
     EXPECT_EQ(std::vector<MSPCXMLNode>(nodes.begin(), nodes.end()), *project.nodesForXPath(query)) << query;
     Error indexError;
     Error queryError;
-    EXPECT_EQ(index.singleNodeWithKey(number, &indexError), singleObjectForXQuery(project, query, &queryError)) << query;
+    EXPECT_EQ(index.singleNodeWithKey(number, &indexError), singleObjectForXQuery(project, query, &queryError))
+        << query;
     EXPECT_EQ(indexError.code, queryError.code) << query;
     EXPECT_EQ(indexError.domain, queryError.domain) << query;
 }

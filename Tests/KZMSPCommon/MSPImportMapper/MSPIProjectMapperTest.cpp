@@ -6,8 +6,9 @@ namespace {
 
 const std::string startDate = "<StartDate>2012-03-05T08:00:00</StartDate>";
 
-const std::string weekday = "<time-span start-time=\"28800\" end-time=\"43200\"/>"
-                            "<time-span start-time=\"46800\" end-time=\"61200\"/></schedule-day>";
+const std::string weekday =
+    "<time-span start-time=\"28800\" end-time=\"43200\"/>"
+    "<time-span start-time=\"46800\" end-time=\"61200\"/></schedule-day>";
 const std::string schedule =
     "<schedule><schedule-day day-of-week=\"sunday\"/><schedule-day day-of-week=\"monday\">" + weekday +
     "<schedule-day day-of-week=\"tuesday\">" + weekday + "<schedule-day day-of-week=\"wednesday\">" + weekday +
@@ -46,7 +47,8 @@ TEST(MSPIProjectMapper, putsEverythingInItsOrder) {
             "<Finish>2012-03-06T17:00:00</Finish></Task><Task><UID>1</UID><Name>Dig</Name>"
             "<OutlineLevel>1</OutlineLevel></Task></Tasks>"
             "<Resources><Resource><UID>0</UID></Resource><Resource><UID>2</UID><Name>Ann</Name></Resource></Resources>",
-        9, standardCalendarXML, "<scenario xmlns='urn:x'><critical-path><a b='c'>d</a></critical-path><task/></scenario>");
+        9, standardCalendarXML,
+        "<scenario xmlns='urn:x'><critical-path><a b='c'>d</a></critical-path><task/></scenario>");
     EXPECT_EQ(mapping.markup(),
               "<scenario xmlns=\"urn:x\"><start-date>2012-03-05T08:00:00+01:00</start-date>"
               "<granularity>hours</granularity><!--  Resources  --><top-resource idref=\"r-1\"/>"
@@ -59,10 +61,11 @@ TEST(MSPIProjectMapper, putsEverythingInItsOrder) {
                   "<task id=\"t1\"><title>Dig</title><type>milestone</type><schedule-type>asap</schedule-type>"
                   "<effort>0</effort><assignment idref=\"r2\"/></task><!--  Critical Path  -->"
                   "<critical-path><a b=\"c\">d</a></critical-path></scenario>");
-    EXPECT_EQ(mapping.fixture.log.takeLines(),
-              (std::vector<std::string>{"  Mapping Calendar UID='1' name='Standard' ...", "Mapping 2 Resources ...",
-                                        "  Mapping Resource UID=2  name='Ann' ...", "Mapping 2 Tasks ...",
-                                        "  Mapping Task UID='0' name='' ...", "  Mapping Task UID='1' name='Dig' ..."}));
+    EXPECT_EQ(
+        mapping.fixture.log.takeLines(),
+        (std::vector<std::string>{"  Mapping Calendar UID='1' name='Standard' ...", "Mapping 2 Resources ...",
+                                  "  Mapping Resource UID=2  name='Ann' ...", "Mapping 2 Tasks ...",
+                                  "  Mapping Task UID='0' name='' ...", "  Mapping Task UID='1' name='Dig' ..."}));
 }
 
 TEST(MSPIProjectMapper, namesTheProjectByTitleElseNameElseFile) {
@@ -88,7 +91,8 @@ TEST(MSPIProjectMapper, namesTheProjectByTitleElseNameElseFile) {
 }
 
 TEST(MSPIProjectMapper, datesAProjectScheduledFromItsStart) {
-    for (const auto* direction : {"<ScheduleFromStart>1</ScheduleFromStart>", "<ScheduleFromStart>true</ScheduleFromStart>"}) {
+    for (const auto* direction :
+         {"<ScheduleFromStart>1</ScheduleFromStart>", "<ScheduleFromStart>true</ScheduleFromStart>"}) {
         ScenarioMapping mapping(direction + startDate + "<FinishDate>2012-05-01T17:00:00</FinishDate>");
         EXPECT_EQ(mapping.markup(), scenarioOf(plainDates));
         EXPECT_EQ(mapping.mapper.mspStartDate(), "2012-03-05T08:00:00");
@@ -98,10 +102,10 @@ TEST(MSPIProjectMapper, datesAProjectScheduledFromItsStart) {
 }
 
 TEST(MSPIProjectMapper, datesAProjectScheduledFromItsEnd) {
-    ScenarioMapping mapping("<ScheduleFromStart>0</ScheduleFromStart><StartDate>2012-03-05T08:00:00</StartDate>"
-                            "<FinishDate>2012-05-01T17:00:00</FinishDate>");
-    EXPECT_EQ(mapping.markup(),
-              scenarioOf(" fixed-end=\"yes\"><end-date>2012-05-01T17:00:00+02:00</end-date>"));
+    ScenarioMapping mapping(
+        "<ScheduleFromStart>0</ScheduleFromStart><StartDate>2012-03-05T08:00:00</StartDate>"
+        "<FinishDate>2012-05-01T17:00:00</FinishDate>");
+    EXPECT_EQ(mapping.markup(), scenarioOf(" fixed-end=\"yes\"><end-date>2012-05-01T17:00:00+02:00</end-date>"));
     EXPECT_EQ(mapping.mapper.mspStartDate(), "");
     EXPECT_EQ(mapping.mapper.mspFinishDate(), "2012-05-01T17:00:00");
     EXPECT_FALSE(mapping.fixture.context.mspScheduleFromStart());
@@ -234,10 +238,10 @@ TEST(MSPIProjectMapper, refusesAProjectWithoutAStandardBaseCalendar) {
     EXPECT_RAISES(ScenarioMapping(startDate, 9, "<Calendars><Calendar><UID>2</UID></Calendar></Calendars>").map(),
                   MSPCInternalInconsistency, "MS Project 'Standard' Calendar not found.");
     for (const auto* flag : {"", "<IsBaseCalendar>0</IsBaseCalendar>", "<IsBaseCalendar>false</IsBaseCalendar>"}) {
-        EXPECT_RAISES(
-            ScenarioMapping(startDate, 9, fmt::format("<Calendars><Calendar><UID>1</UID>{}</Calendar></Calendars>", flag))
-                .map(),
-            MSPCInternalInconsistency, "MSPDI 'Standard' Calendar is not a base calendar.");
+        EXPECT_RAISES(ScenarioMapping(startDate, 9,
+                                      fmt::format("<Calendars><Calendar><UID>1</UID>{}</Calendar></Calendars>", flag))
+                          .map(),
+                      MSPCInternalInconsistency, "MSPDI 'Standard' Calendar is not a base calendar.");
     }
 }
 
@@ -261,8 +265,8 @@ TEST(MSPIProjectMapper, mapsTheResourcesThatHaveAUID) {
                             resource("") + resource("<UID>4</UID><UID>5</UID>") + resource("<UID>007</UID>") +
                             "</Resources><Resources>" + resource("<UID>2</UID>") + "</Resources>");
     const auto staff = [](std::string_view id) {
-        return fmt::format("<resource id=\"{}\"><type>Staff</type><units-available>1.000000</units-available></resource>",
-                           id);
+        return fmt::format(
+            "<resource id=\"{}\"><type>Staff</type><units-available>1.000000</units-available></resource>", id);
     };
     EXPECT_EQ(mapping.markup(),
               scenarioOf(plainDates,
@@ -286,10 +290,12 @@ TEST(MSPIProjectMapper, refusesAResourceWhoseUIDIsNoNumberOrNegative) {
 TEST(MSPIProjectMapper, tellsWhetherAnyTaskOrResourceRecordedUserData) {
     const std::string definition =
         "<ExtendedAttributes><ExtendedAttribute><FieldID>1</FieldID><FieldName>Text1</FieldName></ExtendedAttribute>"
-        "</ExtendedAttributes>" + startDate;
+        "</ExtendedAttributes>" +
+        startDate;
     const std::string value = "<ExtendedAttribute><FieldID>1</FieldID><Value>x</Value></ExtendedAttribute>";
     const std::pair<std::string, bool> table[] = {
-        {"<Resources><Resource><UID>1</UID>" + value + "</Resource><Resource><UID>2</UID></Resource></Resources>", true},
+        {"<Resources><Resource><UID>1</UID>" + value + "</Resource><Resource><UID>2</UID></Resource></Resources>",
+         true},
         {"<Tasks>" + mspTask(1, 1, value) + mspTask(2, 1) + "</Tasks>", true},
         {"<Tasks>" + mspTask(1, 1) + "</Tasks>", false},
     };

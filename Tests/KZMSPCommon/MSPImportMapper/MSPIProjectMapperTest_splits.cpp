@@ -50,15 +50,15 @@ TEST(MSPIProjectMapperSplits, ownTheirPiecesWhichComeAfterAllTasks) {
 }
 
 TEST(MSPIProjectMapperSplits, giveTheirPiecesTheIdsAfterTheHighestUID) {
-    ScenarioMapping mapping(
-        project(mspTask(40, 1) + mspTask(3, 1) + mspTask(7, 1), interrupted(7) + interrupted(40)));
+    ScenarioMapping mapping(project(mspTask(40, 1) + mspTask(3, 1) + mspTask(7, 1), interrupted(7) + interrupted(40)));
     EXPECT_EQ(mapping.tree(), "t-1(t40 t3 t7) t40(t41 t42) t3 t7(t43 t44) t41 t42 t43 t44");
     EXPECT_EQ(mapping.taskMaxId, 44);
 }
 
 TEST(MSPIProjectMapperSplits, writeTheirEndWhereTheyHaveOne) {
-    const std::string finish = "<Finish>2012-03-20T17:00:00</Finish>"
-                               "<ConstraintDate>2012-03-21T17:00:00</ConstraintDate>";
+    const std::string finish =
+        "<Finish>2012-03-20T17:00:00</Finish>"
+        "<ConstraintDate>2012-03-21T17:00:00</ConstraintDate>";
     const std::string end = "2012-03-07T17:00:00+01:00";
     const struct {
         std::string task;
@@ -85,17 +85,17 @@ TEST(MSPIProjectMapperSplits, areSummaryTasksWithAssignmentsToo) {
 
 TEST(MSPIProjectMapperSplits, takeNoTasksBelowThem) {
     for (const std::int64_t saveVersion : {9, 12}) {
-        EXPECT_RAISES(ScenarioMapping(project(mspTask(1, 1, "<Summary>1</Summary>") + mspTask(2, 2), interrupted(1)),
-                                      saveVersion)
-                          .map(),
-                      MSPCInternalInconsistency, "Parent task was not assigned a type.");
+        EXPECT_RAISES(
+            ScenarioMapping(project(mspTask(1, 1, "<Summary>1</Summary>") + mspTask(2, 2), interrupted(1)), saveVersion)
+                .map(),
+            MSPCInternalInconsistency, "Parent task was not assigned a type.");
     }
 }
 
 TEST(MSPIProjectMapperSplits, canLieBelowAGroup) {
-    EXPECT_EQ(ScenarioMapping(project(mspTask(1, 1) + mspTask(2, 2) + mspTask(3, 2), interrupted(2) + interrupted(3)))
-                  .tree(),
-              "t-1(t1) t1(t2 t3) t2(t4 t5) t3(t6 t7) t4 t5 t6 t7");
+    EXPECT_EQ(
+        ScenarioMapping(project(mspTask(1, 1) + mspTask(2, 2) + mspTask(3, 2), interrupted(2) + interrupted(3))).tree(),
+        "t-1(t1) t1(t2 t3) t2(t4 t5) t3(t6 t7) t4 t5 t6 t7");
 }
 
 TEST(MSPIProjectMapperSplits, ofTheRootTaskAreNotLookedFor) {

@@ -104,9 +104,9 @@ TEST(MSPIProjectMapperTasks, mustBeNodes) {
     ScenarioMapping mapping("");
     const auto scenario = mapping.fixture.context.newElement("scenario");
     const MSPCXMLNode nothing[] = {MSPCXMLNode()};
-    EXPECT_RAISES(mapping.mapper.buildMspTasksMspAssignmentsScenarioTopGroupTask(nothing, {}, scenario.node(),
-                                                                                 scenario.node()),
-                  MSPCInternalInconsistency, "Expected NSXMLNodeProxy as a Task object.");
+    EXPECT_RAISES(
+        mapping.mapper.buildMspTasksMspAssignmentsScenarioTopGroupTask(nothing, {}, scenario.node(), scenario.node()),
+        MSPCInternalInconsistency, "Expected NSXMLNodeProxy as a Task object.");
 }
 
 TEST(MSPIProjectMapperTasks, haveOneRootWhoseDatesTheGroupTaskTakes) {
@@ -157,8 +157,8 @@ TEST(MSPIProjectMapperTasks, takeTheirAssignmentsInDocumentOrder) {
 }
 
 TEST(MSPIProjectMapperTasks, leaveWorkOfNobodyAlone) {
-    EXPECT_EQ(assignmentsOf(mspTask(1, 1) + mspTask(2, 2) + mspTask(3, 1), assignment("1", "-65535") +
-                            assignment("3", "-65535") + assignment("3", "4")),
+    EXPECT_EQ(assignmentsOf(mspTask(1, 1) + mspTask(2, 2) + mspTask(3, 1),
+                            assignment("1", "-65535") + assignment("3", "-65535") + assignment("3", "4")),
               "t1 t2 t3[r4]");
 }
 
@@ -174,9 +174,10 @@ TEST(MSPIProjectMapperTasks, thatAreSummaryTasksTakeNoAssignments) {
 TEST(MSPIProjectMapperTasks, skipIncompleteAssignmentsUntilTheFirstNestedTaskWasMapped) {
     const auto without = [](int uid) { return fmt::format("<Assignment><TaskUID>{}</TaskUID></Assignment>", uid); };
     const std::string two = "<ResourceUID>8</ResourceUID><ResourceUID>9</ResourceUID></Assignment>";
-    const auto assignments = without(1) + without(2) + without(3) + "<Assignment><TaskUID>2</TaskUID>" + two +
-                             "<Assignment><TaskUID>3</TaskUID>" + two +
-                             "<Assignment><TaskUID>1</TaskUID><TaskUID>3</TaskUID><ResourceUID>7</ResourceUID></Assignment>";
+    const auto assignments =
+        without(1) + without(2) + without(3) + "<Assignment><TaskUID>2</TaskUID>" + two +
+        "<Assignment><TaskUID>3</TaskUID>" + two +
+        "<Assignment><TaskUID>1</TaskUID><TaskUID>3</TaskUID><ResourceUID>7</ResourceUID></Assignment>";
     EXPECT_EQ(assignmentsOf(mspTask(1, 1) + mspTask(2, 2) + mspTask(3, 1), assignments), "t1 t2 t3[- r9 r7]");
     // Tasks at the top, or without a parent, do not count as nested.
     EXPECT_EQ(assignmentsOf(mspTask(1, 2) + mspTask(2, 1) + mspTask(3, 1), assignments), "t1 t2 t3");

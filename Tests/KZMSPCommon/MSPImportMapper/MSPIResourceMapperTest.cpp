@@ -67,13 +67,14 @@ TEST(MSPIResourceMapper, writesItsChildrenInOrder) {
               "<email-address>ann@example.org</email-address></resource>");
 }
 
-TEST(MSPIResourceMapper, needsNothingButAUID) { EXPECT_EQ(resourceOf(""), bareStaff); }
+TEST(MSPIResourceMapper, needsNothingButAUID) {
+    EXPECT_EQ(resourceOf(""), bareStaff);
+}
 
 TEST(MSPIResourceMapper, logsUIDAndName) {
     ResourceMapping named("<UID>3</UID><Name>Ann</Name>");
     static_cast<void>(named.mapper().newResourceFromMSPResource(named.resource()));
-    EXPECT_EQ(named.fixture.log.takeLines(),
-              std::vector<std::string>{"  Mapping Resource UID=3  name='Ann' ..."});
+    EXPECT_EQ(named.fixture.log.takeLines(), std::vector<std::string>{"  Mapping Resource UID=3  name='Ann' ..."});
     ResourceMapping nameless("<UID>003</UID>");
     static_cast<void>(nameless.mapper().newResourceFromMSPResource(nameless.resource()));
     EXPECT_EQ(nameless.fixture.log.takeLines(), std::vector<std::string>{"  Mapping Resource UID=003  name='' ..."});
@@ -86,8 +87,8 @@ TEST(MSPIResourceMapper, keepsItsUIDAndRaisesTheCounterOnly) {
         std::int64_t readUID;
         std::int64_t counterAfter;
     } table[] = {
-        {"40", 0, 40, 40}, {"40", 39, 40, 40}, {"40", 41, 40, 41}, {"0", 0, 0, 0}, {"007", 0, 7, 7},
-        {"abc", 5, 0, 5},  {" 8 ", 0, 8, 8},   {"", 5, 0, 5},
+        {"40", 0, 40, 40}, {"40", 39, 40, 40}, {"40", 41, 40, 41}, {"0", 0, 0, 0},
+        {"007", 0, 7, 7},  {"abc", 5, 0, 5},   {" 8 ", 0, 8, 8},   {"", 5, 0, 5},
     };
     for (const auto& [uid, counterBefore, readUID, counterAfter] : table) {
         ResourceMapping mapping("<UID>" + std::string(uid) + "</UID>");
@@ -227,9 +228,9 @@ TEST(MSPIResourceMapper, countsEveryUnitsElementOnceAndTextsThatAreNoNumbersAsNo
 TEST(MSPIResourceMapper, givesCostResourcesTheUnitsOfTheirAssignmentsToo) {
     const auto assignments =
         "<Assignments><Assignment><ResourceUID>3</ResourceUID><Units>2</Units></Assignment></Assignments>";
-    EXPECT_EQ(resourceOf("<Type>1</Type><IsCostResource>1</IsCostResource><MaxUnits>5</MaxUnits>", savedBy2007,
-                         assignments),
-              materialStart + "<units-available>2.000000</units-available></resource>");
+    EXPECT_EQ(
+        resourceOf("<Type>1</Type><IsCostResource>1</IsCostResource><MaxUnits>5</MaxUnits>", savedBy2007, assignments),
+        materialStart + "<units-available>2.000000</units-available></resource>");
 }
 
 TEST(MSPIResourceMapper, leavesMaterialWithSeveralUIDsWithoutUnits) {

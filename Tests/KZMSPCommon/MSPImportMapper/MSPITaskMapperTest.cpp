@@ -82,8 +82,7 @@ TEST(MSPITaskMapper, takesTheLastOfSeveralUIDs) {
 }
 
 TEST(MSPITaskMapper, refusesAMissingOrNegativeUID) {
-    EXPECT_RAISES(TaskMapping("<Name>Dig</Name>").markup(), MSPCInternalInconsistency,
-                  "Failed to get UID from Task.");
+    EXPECT_RAISES(TaskMapping("<Name>Dig</Name>").markup(), MSPCInternalInconsistency, "Failed to get UID from Task.");
     EXPECT_RAISES(TaskMapping("<UID>-5</UID>").markup(), MSPCInternalInconsistency,
                   "Invalid format of MSPDI Task ID (can not be negative number): -5");
 }
@@ -145,7 +144,7 @@ TEST(MSPITaskMapper, takesItsEffortFromWorkElseFromTheDuration) {
 }
 
 TEST(MSPITaskMapper, writesTheCompletedFraction) {
-    const std::pair<const char*, const char*> table[] = {{"50", "0.50"}, {"100", "1.00"}, {"250", "1.00"},
+    const std::pair<const char*, const char*> table[] = {{"50", "0.50"}, {"100", "1.00"},  {"250", "1.00"},
                                                          {"1", "0.01"},  {"99.9", "0.99"}, {" 7 ", "0.07"}};
     for (const auto& [percent, expected] : table) {
         EXPECT_EQ(taskOf("<PercentComplete>" + std::string(percent) + "</PercentComplete>"),
@@ -178,9 +177,9 @@ TEST(MSPITaskMapper, writesTheEffortDoneInWholeSeconds) {
             << content;
     }
     EXPECT_EQ(taskOf("<PercentWorkComplete>50</PercentWorkComplete>"), milestone + "<effort-done>0</effort-done>");
-    for (const auto* none : {"<PercentWorkComplete>0</PercentWorkComplete>",
-                             "<PercentWorkComplete>-5</PercentWorkComplete>",
-                             "<PercentWorkComplete>5</PercentWorkComplete><PercentWorkComplete>5</PercentWorkComplete>"}) {
+    for (const auto* none :
+         {"<PercentWorkComplete>0</PercentWorkComplete>", "<PercentWorkComplete>-5</PercentWorkComplete>",
+          "<PercentWorkComplete>5</PercentWorkComplete><PercentWorkComplete>5</PercentWorkComplete>"}) {
         EXPECT_EQ(taskOf(eightHours + none), eightHourTask) << none;
     }
 }
@@ -238,8 +237,9 @@ TEST(MSPITaskMapper, refusesTextsThatShouldBeNumbersBooleansOrDates) {
 
 TEST(MSPITaskMapper, recordsTheKeysOfItsUserData) {
     const TaskMapping::Options options{
-        .restOfProject = "<ExtendedAttributes><ExtendedAttribute><FieldID>1</FieldID><FieldName>Text1</FieldName>"
-                         "</ExtendedAttribute></ExtendedAttributes>"};
+        .restOfProject =
+            "<ExtendedAttributes><ExtendedAttribute><FieldID>1</FieldID><FieldName>Text1</FieldName>"
+            "</ExtendedAttribute></ExtendedAttributes>"};
     // The attribute without a value has a key but nothing to write.
     TaskMapping with("<UID>7</UID><ExtendedAttribute><FieldID>1</FieldID></ExtendedAttribute>", options);
     auto mapper = with.mapper();

@@ -16,7 +16,9 @@ std::string datesOf(std::string_view content, const TaskMapping::Options& option
     return all;
 }
 
-std::string element(const std::string& name, const std::string& text) { return "<" + name + ">" + text + "</" + name + ">"; }
+std::string element(const std::string& name, const std::string& text) {
+    return "<" + name + ">" + text + "</" + name + ">";
+}
 
 // MSPDI content of a task on 5 March with a constraint.
 std::string constrained(const std::string& type, const std::string& constraintDate = "2012-03-06T08:00:00") {
@@ -24,8 +26,9 @@ std::string constrained(const std::string& type, const std::string& constraintDa
            element("ConstraintType", type) + element("ConstraintDate", constraintDate);
 }
 
-const std::string startAndEnd = "<start-date>2012-03-05T08:00:00+01:00</start-date>"
-                                "<end-date>2012-03-05T17:00:00+01:00</end-date>";
+const std::string startAndEnd =
+    "<start-date>2012-03-05T08:00:00+01:00</start-date>"
+    "<end-date>2012-03-05T17:00:00+01:00</end-date>";
 const std::string leveled = "<leveled-start>2012-03-05T08:00:00+01:00</leveled-start>";
 const std::string asap = "<schedule-type>asap</schedule-type>";
 const std::string alap = "<schedule-type>alap</schedule-type>";
@@ -116,7 +119,8 @@ TEST(MSPITaskMapperDates, beforeTheProjectsStartAreLockedToAStillEarlierMustStar
     const TaskMapping::Options later{.projectStart = "2012-03-06T08:00:00"};
     EXPECT_EQ(datesOf(constrained("2", "2012-03-04T08:00:00"), later),
               asap + leveled + element("locked-start-date", "2012-03-04T08:00:00+01:00") + startAndEnd);
-    // A constraint date that is not earlier than the task's start leaves the start locked, and is not written beside it.
+    // A constraint date that is not earlier than the task's start leaves the start locked, and is not written beside
+    // it.
     for (const auto* date : {"2012-03-05T08:00:00", "2012-03-05T12:00:00"}) {
         EXPECT_EQ(datesOf(constrained("2", date), later),
                   asap + leveled + element("locked-start-date", march5Target) + startAndEnd);

@@ -23,8 +23,7 @@ std::string linkTo(const std::string& uid, const std::string& type = "1") {
 TEST(MSPITaskMapperLinks, haveAKindByType) {
     const std::pair<const char*, const char*> table[] = {{"0", "FF"}, {"1", "FS"}, {"2", "SF"}, {"3", "SS"}};
     for (const auto& [type, kind] : table) {
-        EXPECT_EQ(linksOf(linkTo("1", type)),
-                  "<prerequisite-task idref=\"t1\" kind=\"" + std::string(kind) + "\"/>");
+        EXPECT_EQ(linksOf(linkTo("1", type)), "<prerequisite-task idref=\"t1\" kind=\"" + std::string(kind) + "\"/>");
     }
 }
 
@@ -56,7 +55,9 @@ TEST(MSPITaskMapperLinks, toTasksThatAreNotThereAreDropped) {
               "");
 }
 
-TEST(MSPITaskMapperLinks, toAUIDThatTwoTasksHaveAreDropped) { EXPECT_EQ(linksOf(linkTo("5")), ""); }
+TEST(MSPITaskMapperLinks, toAUIDThatTwoTasksHaveAreDropped) {
+    EXPECT_EQ(linksOf(linkTo("5")), "");
+}
 
 TEST(MSPITaskMapperLinks, toANullTaskOrTheRootTaskStay) {
     EXPECT_EQ(linksOf(linkTo("2")), "<prerequisite-task idref=\"t2\" kind=\"FS\"/>");

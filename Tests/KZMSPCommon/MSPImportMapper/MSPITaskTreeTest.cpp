@@ -65,7 +65,7 @@ void expectSameAsPlainTree(unsigned seed, bool onlySummaryParents) {
     std::mt19937 random(seed);
     TreeFixture fixture;
     const auto count = 1 + random() % 70;
-    const auto ids = 1 + random() % 80;     // few ids: many doubles
+    const auto ids = 1 + random() % 80;  // few ids: many doubles
     const auto levels = 2 + random() % 6;
     const auto oneSummaryIn = 1 + random() % 4;
     MSPITaskTree tree(count, onlySummaryParents);
@@ -147,11 +147,25 @@ TEST(MSPITaskTree, refusesParentsThatCannotBeGroups) {
         EXPECT_RAISES(tree->groupOfParent(fixture.typed("", true)), MSPCInternalInconsistency,
                       "Parent task was not assigned a type.");
         EXPECT_RAISES(tree->groupOfParent(Entry{{}, fixture.typed("group", true).kdzxTask, 1, true}),
-                      MSPCInternalInconsistency,
-                      "Failed to find msp 'Task' for given kdzx 'Task' in dictionary.");
+                      MSPCInternalInconsistency, "Failed to find msp 'Task' for given kdzx 'Task' in dictionary.");
     }
     EXPECT_RAISES(newer.groupOfParent(fixture.typed("group", false)), MSPCInternalInconsistency,
                   "Candidate for parent group must be a Summary Task in MSPDI.");
     EXPECT_RAISES(newer.groupOfParent(fixture.typed("task", true)), MSPCInternalInconsistency,
                   "Candidate for parent group must be a Group Task in KDZX.");
+}
+
+TEST(MSPITaskTree, wantsGroupsFromSummaryTasksAndOnlyFromThem) {
+    TreeFixture fixture;
+    MSPITaskTree::checkKind(fixture.typed("group", true).kdzxTask, true);
+    MSPITaskTree::checkKind(fixture.typed("task", false).kdzxTask, false);
+    MSPITaskTree::checkKind(fixture.typed("", false).kdzxTask, false);
+    const struct {
+        const char* type;
+        bool isSummary;
+    } mismatches[] = {{"group", false}, {"task", true}, {"milestone", true}, {"Group", true}, {"", true}};
+    for (const auto& [type, isSummary] : mismatches) {
+        EXPECT_RAISES(MSPITaskTree::checkKind(fixture.typed(type, isSummary).kdzxTask, isSummary),
+                      MSPCInternalInconsistency, "MSPDI Summary Task must be mapped to KDZX Group Task.");
+    }
 }

@@ -8,8 +8,8 @@ TEST(MSPITextExtensions, stringValueOfATextIsTheText) {
 }
 
 TEST(MSPITextExtensions, everyLineBreakPatternBecomesABlank) {
-    const std::string_view patterns[] = {"&#x0D;", "&#x0d;", "&#x2028;", "&#x0A;", "&#x0a;", "&#x2029;",
-                                         "\r",     "\n",     "\xE2\x80\xA8", "\xE2\x80\xA9"};
+    const std::string_view patterns[] = {"&#x0D;",   "&#x0d;", "&#x2028;", "&#x0A;",       "&#x0a;",
+                                         "&#x2029;", "\r",     "\n",       "\xE2\x80\xA8", "\xE2\x80\xA9"};
     for (const auto pattern : patterns) {
         const auto text = std::string(pattern) + "a" + std::string(pattern) + std::string(pattern) + "b";
         EXPECT_EQ(stringByReplacingOccurrencesOfNewline(text), " a  b") << pattern;
@@ -31,9 +31,16 @@ TEST(MSPITextExtensions, onlyTheLastPatternOfTheListIsReplaced) {
         {"a&#x0a;b&#x0A;c", "a b&#x0A;c"},
         {"a&#x2029;b&#x0a;c", "a b&#x0a;c"},
         {"a\rb&#x2029;c", "a b&#x2029;c"},
-        {"a\xE2\x80\xA8" "b\rc", "a b\rc"},
-        {"a\nb\xE2\x80\xA8" "c", "a b\xE2\x80\xA8" "c"},
-        {"a\xE2\x80\xA9" "b\nc", "a b\nc"},
+        {"a\xE2\x80\xA8"
+         "b\rc",
+         "a b\rc"},
+        {"a\nb\xE2\x80\xA8"
+         "c",
+         "a b\xE2\x80\xA8"
+         "c"},
+        {"a\xE2\x80\xA9"
+         "b\nc",
+         "a b\nc"},
         {"a\rb\nc\r\n", "a\rb c\r "},
     };
     for (const auto& [text, expected] : table) {

@@ -9,7 +9,8 @@
 namespace {
 
 // 5 March 2012 is a Monday; all days are winter days of Berlin.
-std::string record(std::string_view start, std::string_view finish, std::string_view value, std::string_view type = "1") {
+std::string record(std::string_view start, std::string_view finish, std::string_view value,
+                   std::string_view type = "1") {
     return fmt::format(
         "<TimephasedData><Type>{}</Type><Start>2012-03-{}:00</Start><Finish>2012-03-{}:00</Finish><Unit>2</Unit>"
         "<Value>{}</Value></TimephasedData>",
@@ -46,7 +47,9 @@ public:
     MSPITimephasedDataMapper mapper;
 };
 
-std::vector<std::string> piecesOf(const std::string& assignments) { return SplitMapping(assignments).pieces(); }
+std::vector<std::string> piecesOf(const std::string& assignments) {
+    return SplitMapping(assignments).pieces();
+}
 
 std::string piece(int number, std::string_view effort, std::string_view start, std::string_view end,
                   std::string_view duration, std::string_view title = "<title>Dig</title>") {
@@ -109,8 +112,9 @@ TEST(MSPITimephasedDataMapper, addsTheDurationsOfRecordsThatTouch) {
 }
 
 TEST(MSPITimephasedDataMapper, skipsRecordsWithoutAValueOrWithNone) {
-    const auto without = "<TimephasedData><Type>1</Type><Start>2012-03-06T08:00:00</Start>"
-                         "<Finish>2012-03-06T17:00:00</Finish></TimephasedData>";
+    const auto without =
+        "<TimephasedData><Type>1</Type><Start>2012-03-06T08:00:00</Start>"
+        "<Finish>2012-03-06T17:00:00</Finish></TimephasedData>";
     EXPECT_EQ(piecesOf(assignment(day(5) + without)), Pieces{});
     const auto tuesday = [](std::string_view value) { return record("06T08:00", "06T17:00", value); };
     for (const auto* none : {"", "PT0H0M0S", "PT8H", "8"}) {
@@ -166,10 +170,12 @@ TEST(MSPITimephasedDataMapper, scalesByTheWorkOfAllAssignmentsThoseWithoutResour
 }
 
 TEST(MSPITimephasedDataMapper, countsRecordsWithoutDatesInTheTotalOnly) {
-    const std::string noFinish = "<TimephasedData><Type>1</Type><Start>2012-03-14T08:00:00</Start>"
-                                 "<Value>PT8H0M0S</Value></TimephasedData>";
-    const std::string noStart = "<TimephasedData><Type>1</Type><Finish>2012-03-14T08:00:00</Finish>"
-                                "<Value>PT8H0M0S</Value></TimephasedData>";
+    const std::string noFinish =
+        "<TimephasedData><Type>1</Type><Start>2012-03-14T08:00:00</Start>"
+        "<Value>PT8H0M0S</Value></TimephasedData>";
+    const std::string noStart =
+        "<TimephasedData><Type>1</Type><Finish>2012-03-14T08:00:00</Finish>"
+        "<Value>PT8H0M0S</Value></TimephasedData>";
     // 16 hours of work against 32 hours of records.
     EXPECT_EQ(piecesOf(assignment("<Work>PT16H0M0S</Work>" + noFinish + day(5) + noStart + day(7))),
               (Pieces{piece(1, "14400.00", "05T08:00", "05T17:00", "28800.00"),

@@ -1,5 +1,7 @@
 #include "MSPITimephasedSpans.h"
 
+#include <limits>
+
 #include "ExpectRaises.h"
 
 namespace {
@@ -44,7 +46,9 @@ MSPCTimeInterval workedHours(MSPCInstant from, MSPCInstant to) {
     return before(to.secondsSince1970) - before(from.secondsSince1970);
 }
 
-std::vector<Hours> merged(const std::vector<Hours>& hours) { return hoursOf(mergedSpans(spansOf(hours), workedHours)); }
+std::vector<Hours> merged(const std::vector<Hours>& hours) {
+    return hoursOf(mergedSpans(spansOf(hours), workedHours));
+}
 
 std::vector<Hours> joined(const std::vector<Hours>& hours) {
     return hoursOf(joinedStretches(spansOf(hours), workedHours));
@@ -55,8 +59,7 @@ using List = std::vector<Hours>;
 }  // namespace
 
 TEST(MSPITimephasedSpans, areSortedByStartAndForEqualStartsTheLaterEndFirst) {
-    EXPECT_EQ(sorted({{5, 6, 1}, {1, 2, 2}, {1, 4, 3}, {1, 3, 4}}),
-              (List{{1, 4, 3}, {1, 3, 4}, {1, 2, 2}, {5, 6, 1}}));
+    EXPECT_EQ(sorted({{5, 6, 1}, {1, 2, 2}, {1, 4, 3}, {1, 3, 4}}), (List{{1, 4, 3}, {1, 3, 4}, {1, 2, 2}, {5, 6, 1}}));
 }
 
 TEST(MSPITimephasedSpans, withTheSameDatesKeepTheirOrder) {
@@ -106,9 +109,15 @@ TEST(MSPITimephasedSpans, outOfOrderAreRefusedWhenMerged) {
                   "Unexpected order of time span start dates.");
 }
 
+TEST(MSPITimephasedSpans, whoseEndIsNeitherBeforeNorAfterAreRefusedWhenMerged) {
+    EXPECT_RAISES(merged({{1, std::numeric_limits<double>::quiet_NaN(), 1}, {3, 4, 1}}), MSPCInternalInconsistency,
+                  "Unexpected order of time span dates.");
+}
+
 TEST(MSPITimephasedSpans, joinOverTimeThatIsNotWorked) {
     EXPECT_EQ(joined({{8, 10, 2}, {20, 22, 1.5}}), (List{{8, 22, 3.5}}));
-    EXPECT_EQ(joined({{1, 10, 1}, {15, 20, 2}, {21, 22, 3}, {23, 24, 4}}), (List{{1, 20, 3}, {21, 22, 3}, {23, 24, 4}}));
+    EXPECT_EQ(joined({{1, 10, 1}, {15, 20, 2}, {21, 22, 3}, {23, 24, 4}}),
+              (List{{1, 20, 3}, {21, 22, 3}, {23, 24, 4}}));
     EXPECT_EQ(joined({}), List{});
 }
 

@@ -353,3 +353,20 @@ TEST_F(MSPDIImportRunnerTest, letsForeignExceptionsPassUnlogged) {
     EXPECT_THROW(static_cast<void>(runner.run({"x", "--template-path", "/T.kdzx", "/in/a.xml"})), std::runtime_error);
     EXPECT_EQ(log.takeLines().back(), "### Write to URL (bundle): 'file:///in/a.kdzx/'");
 }
+
+TEST_F(MSPDIImportRunnerTest, bringsTheFoldersOfAllImportsToTheDiskOnceAtTheEnd) {
+    files.addFolder("/in/sub");
+    files.addFile("/in/sub/c.xml");
+    files.addFile("/list", "/in/a.xml\n/in/sub/c.xml\n/in/b.mspxml\n/in/missing.xml\n");
+    EXPECT_EQ(runWith({"--input-list", "/list"}), 0);
+    using Folders = std::set<std::string>;
+    EXPECT_EQ(files.synchronized(), std::vector<Folders>{(Folders{"/in", "/in/sub"})});
+    log.ignoreLines();
+}
+
+TEST_F(MSPDIImportRunnerTest, hasNotSucceededWhenTheDiskFailsAtTheEnd) {
+    files.failAlways("synchronize", "'/out': Input/output error");
+    EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 1);
+    EXPECT_EQ(log.takeLines().back(),
+              "WARNING: Failed to bring the bundles to the disk: '/out': Input/output error");
+}

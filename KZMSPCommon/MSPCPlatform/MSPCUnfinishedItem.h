@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+// A file or folder that does not count yet: it goes with this object, or with the process when a signal ends that,
+// unless it has been finished before.
+class MSPCUnfinishedItem {
+public:
+    enum class Removal {
+        WithContent,    // links are removed, not followed
+        OnlyWhenEmpty,  // a folder into which somebody put something stays
+    };
+
+    explicit MSPCUnfinishedItem(Removal removal = Removal::WithContent) noexcept : _removal(removal) {}
+    ~MSPCUnfinishedItem();
+    MSPCUnfinishedItem(const MSPCUnfinishedItem&) = delete;
+    MSPCUnfinishedItem& operator=(const MSPCUnfinishedItem&) = delete;
+
+    // Makes the item, once: `make` answers 0 or the system's error number, and so does this.
+    [[nodiscard]] int create(const std::string& path, const std::function<int(const char*)>& make);
+    // The path of the item; empty when there is none.
+    [[nodiscard]] const std::string& path() const noexcept { return _path; }
+    // From now on the item stays, or has gone its own way.
+    void finish() noexcept;
+
+    // Removes all unfinished items of the process. For signal handlers that end it: nothing may be done with the items
+    // afterwards.
+    static void removeAll() noexcept;
+
+private:
+    void remove() const noexcept;
+
+    Removal _removal;
+    std::string _path;
+    MSPCUnfinishedItem* _next = nullptr;  // of the process's unfinished items
+};

@@ -1,0 +1,148 @@
+// Runs that are ended from outside at any moment.
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <random>
+#include <regex>
+#include <thread>
+
+#include "FaultFixture.h"
+#include "PlanGenerator.h"
+#include "ProgramRun.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Microseconds = std::chrono::microseconds;
+
+class KillTest : public FaultFixture {
+protected:
+    KillTest() {
+        resetOutput();
+        const auto start = Clock::now();
+        EXPECT_EQ(runImport(slowDisk).status, 0);
+        // Some signals should come late enough to meet the program's last steps.
+        const auto duration = std::chrono::duration_cast<Microseconds>(Clock::now() - start).count() * 11 / 10;
+        _delay = std::uniform_int_distribution<std::int64_t>(0, duration);
+    }
+
+    // Starts an import, ends it with a signal after a random time and judges what it leaves on the disk.
+    ProgramEnd importEndedBy(int signal) {
+        resetOutput();
+        SpawnedProgram program(importOf("Plan.xml", slowDisk));
+        std::this_thread::sleep_for(Microseconds(_delay(_random)));
+        program.send(signal);
+        auto end = program.wait();
+        removeTemporaryItems();
+        EXPECT_EQ(changeOutsideTheBundle(), "") << end.log;
+        if (fs::exists(bundle)) {
+            EXPECT_EQ(check->complaintAboutRemains(bundle), "") << end.log;
+        }
+        return end;
+    }
+
+    // What nobody can clean up after a kill: it has a name of its own, which no program takes for a document.
+    void removeTemporaryItems() {
+        static const std::regex name(R"(\.MSPDIImport-\d+-\d+\.tmp)");
+        std::vector<fs::path> found;
+        for (const auto& entry : fs::recursive_directory_iterator(out)) {
+            if (std::regex_match(entry.path().filename().string(), name)) {
+                found.push_back(entry.path());
+            }
+        }
+        for (const auto& path : found) {
+            fs::remove_all(path);
+        }
+        temporaryItems += static_cast<int>(found.size());
+    }
+
+    const std::map<std::string, std::string> slowDisk{{"LD_PRELOAD", KZMSP_FAULT_SHIM}, {"KZMSP_FAULT", "slow 0 0"}};
+    int temporaryItems = 0;
+
+private:
+    std::mt19937_64 _random{20'121'104};  // the same moments in every run, as far as the machine keeps time
+    std::uniform_int_distribution<std::int64_t> _delay;
+};
+
+bool isWholeLines(const std::string& log) {
+    return !log.empty() && log.find("MSPDIImporter Runner\n") != std::string::npos && log.ends_with('\n');
+}
+
+}  // namespace
+
+TEST_F(KillTest, leavesTheTemplatesDocumentsOrCompleteOnesWhenKilled) {
+    const int kills = countOf("KILLS", 200);
+    int killed = 0;
+    int withBundle = 0;
+    for (int number = 0; number < kills; ++number) {
+        const auto end = importEndedBy(SIGKILL);
+        killed += end.signal == SIGKILL ? 1 : 0;
+        withBundle += end.signal == SIGKILL && fs::exists(bundle) ? 1 : 0;
+        ASSERT_FALSE(HasFailure()) << "kill " << number;
+    }
+    EXPECT_GT(killed, kills / 2);
+    RecordProperty("killed", killed);
+    RecordProperty("killed_with_bundle", withBundle);
+    RecordProperty("temporary_items", temporaryItems);
+}
+
+TEST_F(KillTest, endsWithTheLogWrittenAndNothingTemporaryLeftWhenAskedTo) {
+    int asked = 0;
+    for (int number = 0; number < countOf("SIGNALS", 60); ++number) {
+        const int signal = std::array{SIGTERM, SIGINT, SIGHUP}.at(static_cast<std::size_t>(number) % 3);
+        const auto end = importEndedBy(signal);
+        if (end.signal != 0) {
+            EXPECT_EQ(end.log, "") << "only before its first line may the program end like any other";
+        } else if (end.status != 0) {
+            EXPECT_EQ(end.status, 128 + signal);
+            EXPECT_TRUE(isWholeLines(end.log)) << end.log;
+            ++asked;
+        }
+        EXPECT_EQ(temporaryItems, 0) << end.log;
+        ASSERT_FALSE(HasFailure()) << "signal " << number;
+    }
+    EXPECT_GT(asked, 0);
+    RecordProperty("asked", asked);
+}
+
+TEST_F(KillTest, endsWithinASecondInTheMiddleOfALargePlan) {
+    const auto plan = folder / "Large.xml";
+    {
+        std::ofstream file(plan, std::ios::binary);
+        generatePlan({.tasks = countOf("LARGE_PLAN", 50'000)},
+                     [&file](std::string_view piece) { file.write(piece.data(), std::ssize(piece)); });
+    }
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        for (const int milliseconds : {100, 700, 1'500}) {
+            resetOutput();
+            auto options = importOf("Large.xml");
+            options.logFile = folder / "log";
+            SpawnedProgram program(options);
+            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            const bool wasRunning = !program.hasEnded();
+            const auto sent = Clock::now();
+            program.send(signal);
+            const auto end = program.wait();
+            if (wasRunning) {
+                EXPECT_LT(Clock::now() - sent, std::chrono::seconds(1));
+                EXPECT_EQ(end.status, 128 + signal);
+                EXPECT_TRUE(isWholeLines(bytesOf(folder / "log")));
+            }
+            EXPECT_TRUE(wasRunning || milliseconds > 100) << "the plan is too small for this machine";
+        }
+    }
+}
+
+TEST_F(KillTest, importsWithStandardErrorClosed) {
+    resetOutput();
+    auto options = importOf("Plan.xml");
+    options.prepare = [] { close(STDERR_FILENO); };
+    EXPECT_EQ(SpawnedProgram(options).wait().status, 0);
+    EXPECT_EQ(check->complaintAboutComplete(bundle), "");
+    EXPECT_EQ(changeOutsideTheBundle(), "");
+}

@@ -1,0 +1,61 @@
+#include "MSPIGrowthBounds.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+
+#include "ExpectRaises.h"
+#include "MSPCException.h"
+#include "MSPEScheduleCalendar.h"
+
+namespace {
+
+constexpr const char* tooManyElements =
+    "Too many working times and calendar events in all schedules together: more than 1000000.";
+constexpr const char* tooMuchText = "Too much text in repeated names: more than 1073741824 bytes.";
+
+}  // namespace
+
+TEST(MSPIGrowthBounds, aMillionScheduleElementsAreAllowedOneMoreIsNot) {
+    MSPIGrowthBounds bounds;
+    bounds.addScheduleElements(999'999);
+    bounds.addScheduleElements(1);
+    bounds.addScheduleElements(0);
+    EXPECT_RAISES(bounds.addScheduleElements(1), MSPCInternalInconsistency, tooManyElements);
+}
+
+TEST(MSPIGrowthBounds, aGigabyteOfRepeatedTextIsAllowedOneByteMoreIsNot) {
+    MSPIGrowthBounds bounds;
+    bounds.addRepeatedText(1'073'741'823);
+    bounds.addRepeatedText(1);
+    EXPECT_RAISES(bounds.addRepeatedText(1), MSPCInternalInconsistency, tooMuchText);
+}
+
+TEST(MSPIGrowthBounds, theTwoBoundsAreCountedApart) {
+    MSPIGrowthBounds bounds;
+    bounds.addScheduleElements(1'000'000);
+    bounds.addRepeatedText(1'073'741'824);
+    EXPECT_RAISES(bounds.addScheduleElements(1), MSPCInternalInconsistency, tooManyElements);
+    EXPECT_RAISES(bounds.addRepeatedText(1), MSPCInternalInconsistency, tooMuchText);
+}
+
+TEST(MSPIGrowthBounds, noNumberIsTooLargeToBeRefused) {
+    constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
+    MSPIGrowthBounds bounds;
+    bounds.addScheduleElements(1);
+    bounds.addRepeatedText(1);
+    EXPECT_RAISES(bounds.addScheduleElements(largest), MSPCInternalInconsistency, tooManyElements);
+    EXPECT_RAISES(bounds.addRepeatedText(largest), MSPCInternalInconsistency, tooMuchText);
+}
+
+TEST(MSPIGrowthBounds, aWeekMayHaveAWorkingTimePerMinute) {
+    MSPEScheduleCalendar calendar(MSPCGregorianCalendar(MSPCTimeZone::fixed(0)));
+    for (int i = 0; i < 10'080; ++i) {
+        calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, 1 + i % 7);
+    }
+    EXPECT_NO_THROW(MSPIGrowthBounds::checkWorkingTimesOfWeek(calendar));
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, 7);
+    EXPECT_RAISES(MSPIGrowthBounds::checkWorkingTimesOfWeek(calendar), MSPCInternalInconsistency,
+                  "Too many working times in the project's week: more than 10080.");
+}
