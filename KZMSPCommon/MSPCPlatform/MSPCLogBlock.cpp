@@ -67,7 +67,7 @@ void MSPCLogBlock::add(std::string_view line) {
         return;
     }
     // In one piece, so that the status neither flickers nor ever stands between lines.
-    const SignalsBlocked blocked;
+    const MSPCSignalsBlocked blocked;
     collect(wipeLine);
     collect(line);
     collect(status());
@@ -91,7 +91,7 @@ void MSPCLogBlock::showStatus(std::string_view text) {
         return;
     }
     const auto shown = cutToWidth(_file, text).substr(0, _status.size());
-    const SignalsBlocked blocked;
+    const MSPCSignalsBlocked blocked;
     std::ranges::copy(shown, _status.begin());
     _statusSize = shown.size();
     collect(wipeLine);
