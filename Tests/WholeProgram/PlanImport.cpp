@@ -9,7 +9,9 @@
 namespace fs = std::filesystem;
 
 PlanImport::PlanImport(const std::string& testName, const std::function<void(std::ostream&)>& produce)
-    : _folder(fs::path(KZMSP_SCRATCH) / "plans" / testName) {
+    // Tests run at the same time, so a folder belongs to one of them.
+    : _folder(fs::path(KZMSP_SCRATCH) / "plans" / testing::UnitTest::GetInstance()->current_test_info()->name() /
+              testName) {
     fs::remove_all(_folder);
     fs::create_directories(_folder / "run");
     const auto plan = _folder / "run" / "Plan.xml";

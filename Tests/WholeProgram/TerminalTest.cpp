@@ -99,7 +99,9 @@ protected:
         return withoutTimes(result.standardError);
     }
 
-    fs::path folder = fs::path(KZMSP_SCRATCH) / "terminal";
+    // One for each test: they may run at the same time.
+    fs::path folder =
+        fs::path(KZMSP_SCRATCH) / "terminal" / testing::UnitTest::GetInstance()->current_test_info()->name();
 };
 
 }  // namespace
