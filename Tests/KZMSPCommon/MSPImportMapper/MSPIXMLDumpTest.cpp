@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr const char* DumpFolder = "/work/KZMSPDIFilterDump";
+constexpr const char* DumpFolder = "/dumps/KZMSPDIFilterDump";
 
 class MSPIXMLDumpTest : public testing::Test {
 protected:
@@ -22,15 +22,15 @@ protected:
 
     InMemoryFileSystem files;
     MSPCXMLDocument document = documentFromXML("<scenario><task id=\"t1\"/><name>a</name></scenario>");
-    MSPCURL folder = MSPCURL::fileURL("/work", true);
+    MSPCURL folder = MSPCURL::fileURL("/dumps", true);
 };
 
 }  // namespace
 
 TEST_F(MSPIXMLDumpTest, documentIsWrittenPrettyPrintedWithCompactEmptyElements) {
-    files.addFolder("/work");
+    files.addFolder("/dumps");
     dump("Actual", 0);
-    EXPECT_EQ(files.contents("/work/KZMSPDIFilterDump/Actual_dump.xml"),
+    EXPECT_EQ(files.contents("/dumps/KZMSPDIFilterDump/Actual_dump.xml"),
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<scenario>\n    <task id=\"t1\"/>\n    <name>a</name>\n"
               "</scenario>\n");
 }
@@ -42,45 +42,45 @@ TEST_F(MSPIXMLDumpTest, fileIsNamedAfterDumpAndPositiveNumber) {
         const char* path;
     };
     const Case cases[] = {
-        {"Actual", 3, "/work/KZMSPDIFilterDump/Actual_dump(3).xml"},
-        {"Actual", -1, "/work/KZMSPDIFilterDump/Actual_dump.xml"},
-        {std::nullopt, 0, "/work/KZMSPDIFilterDump/KZMSPDIFilter_dump.xml"},
-        {std::nullopt, 2, "/work/KZMSPDIFilterDump/KZMSPDIFilter_dump(2).xml"},
+        {"Actual", 3, "/dumps/KZMSPDIFilterDump/Actual_dump(3).xml"},
+        {"Actual", -1, "/dumps/KZMSPDIFilterDump/Actual_dump.xml"},
+        {std::nullopt, 0, "/dumps/KZMSPDIFilterDump/KZMSPDIFilter_dump.xml"},
+        {std::nullopt, 2, "/dumps/KZMSPDIFilterDump/KZMSPDIFilter_dump(2).xml"},
     };
     for (const auto& [name, number, path] : cases) {
-        files.takeAway("/work");
-        files.addFolder("/work");
+        files.takeAway("/dumps");
+        files.addFolder("/dumps");
         dump(name, number);
-        EXPECT_EQ(files.pathsBelow("/work"), (std::vector<std::string>{"/work", DumpFolder, path}));
+        EXPECT_EQ(files.pathsBelow("/dumps"), (std::vector<std::string>{"/dumps", DumpFolder, path}));
     }
 }
 
 TEST_F(MSPIXMLDumpTest, dumpWithoutNumberIsTheOneWithNumber0) {
-    files.addFolder("/work");
+    files.addFolder("/dumps");
     dumpXMLDocumentWorkingFolderUrlDumpName(document, folder, "Baseline1", files);
-    EXPECT_TRUE(files.exists("/work/KZMSPDIFilterDump/Baseline1_dump.xml"));
+    EXPECT_TRUE(files.exists("/dumps/KZMSPDIFilterDump/Baseline1_dump.xml"));
 }
 
 TEST_F(MSPIXMLDumpTest, earlierDumpOfTheSameNameIsReplaced) {
-    files.addFile("/work/KZMSPDIFilterDump/Actual_dump.xml", "old");
+    files.addFile("/dumps/KZMSPDIFilterDump/Actual_dump.xml", "old");
     dump("Actual", 0);
-    EXPECT_NE(files.contents("/work/KZMSPDIFilterDump/Actual_dump.xml"), "old");
+    EXPECT_NE(files.contents("/dumps/KZMSPDIFilterDump/Actual_dump.xml"), "old");
 }
 
 TEST_F(MSPIXMLDumpTest, nothingIsWrittenWhereTheWorkingFolderIsNoFolder) {
     dump("Actual", 0);
-    EXPECT_FALSE(files.exists("/work"));
-    files.addFile("/work", "a file");
+    EXPECT_FALSE(files.exists("/dumps"));
+    files.addFile("/dumps", "a file");
     dump("Actual", 0);
-    EXPECT_EQ(files.contents("/work"), "a file");
+    EXPECT_EQ(files.contents("/dumps"), "a file");
     EXPECT_EQ(files.calls(), std::vector<std::string>());
 }
 
 TEST_F(MSPIXMLDumpTest, failureToWriteIsIgnored) {
-    files.addFolder("/work");
+    files.addFolder("/dumps");
     files.failAlways("writeAtomically", "No space left on device");
     dump("Actual", 0);
-    EXPECT_EQ(files.pathsBelow("/work"), (std::vector<std::string>{"/work", DumpFolder}));
+    EXPECT_EQ(files.pathsBelow("/dumps"), (std::vector<std::string>{"/dumps", DumpFolder}));
 }
 
 TEST_F(MSPIXMLDumpTest, otherURLThanAFilesRaises) {
@@ -93,8 +93,8 @@ TEST_F(MSPIXMLDumpTest, otherURLThanAFilesRaises) {
 TEST_F(MSPIXMLDumpTest, dumpFolderThatCannotBeMadeRaises) {
     constexpr const char* reason =
         "*** ERROR: MSPIUtilities dumpXMLDocument:workingFolderUrl: Failed to locate dump folder: "
-        "'/work/KZMSPDIFilterDump'.";
-    files.addFolder("/work");
+        "'/dumps/KZMSPDIFilterDump'.";
+    files.addFolder("/dumps");
     files.failAlways("createFolder", "Permission denied");
     EXPECT_RAISES(dump("Actual", 0), MSPCInternalInconsistency, reason);
     files.addFile(DumpFolder, "in the way");
