@@ -38,9 +38,18 @@ test: configure
 FUZZ_SECONDS ?= 60
 .PHONY: fuzz
 fuzz: deps
+	@tools/install-dependencies clang libclang-rt-14-dev
 	cmake --preset fuzz
 	cmake --build --preset fuzz
 	tools/fuzz "$(FUZZ_SECONDS)"
+
+# Measures imports of generated plans against the floor of only parsing and writing the same; BENCH passes options on,
+# such as BENCH='--only actual' or BENCH=--huge for the plan of 1,000,000 tasks.
+.PHONY: bench
+bench: deps
+	cmake --preset release -DKZMSP_BUILD_BENCH=ON
+	cmake --build --preset release --target MSPDIImport import-bench floor linked-only
+	build/import-bench build/MSPDIImport share/kadenza2/Empty.kdzx build/floor build/linked-only "$${TMPDIR:-/tmp}" $(BENCH)
 
 .PHONY: configure
 configure: deps
