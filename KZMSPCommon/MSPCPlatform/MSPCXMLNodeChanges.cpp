@@ -20,7 +20,7 @@ pugi::xml_node childAt(const pugi::xml_node& parent, std::size_t index) {
 }
 
 pugi::xml_node newChildBefore(pugi::xml_node parent, pugi::xml_node_type type, const pugi::xml_node& before) {
-    return before ? parent.insert_child_before(type, before) : parent.append_child(type);
+    return isThere(before) ? parent.insert_child_before(type, before) : parent.append_child(type);
 }
 
 MSPCXMLNode addElement(const MSPCXMLNode& parent, std::string_view name, const pugi::xml_node& before) {
@@ -38,7 +38,7 @@ MSPCXMLNode addCommentNode(const MSPCXMLNode& parent, std::string_view text, con
 pugi::xml_attribute attributeOf(pugi::xml_node element, std::string_view name) {
     const MSPCXMLTerminatedName terminated(name);
     const auto found = element.attribute(terminated.text());
-    return found ? found : element.append_attribute(terminated.text());
+    return isThere(found) ? found : element.append_attribute(terminated.text());
 }
 
 }  // namespace
@@ -147,13 +147,13 @@ void MSPCXMLNode::exchangeWith(const MSPCXMLNode& other) {
     auto parentOfTwo = two.parent();
     const auto afterOne = one.next_sibling();
     const auto afterTwo = two.next_sibling();
-    if (afterOne == two) {
+    if (areSame(afterOne, two)) {
         parentOfOne.insert_move_after(one, two);
-    } else if (afterTwo == one) {
+    } else if (areSame(afterTwo, one)) {
         parentOfOne.insert_move_after(two, one);
-    } else if (one != two) {
+    } else if (!areSame(one, two)) {
         const auto place = [](pugi::xml_node& parent, const pugi::xml_node& node, const pugi::xml_node& before) {
-            before ? parent.insert_move_before(node, before) : parent.append_move(node);
+            isThere(before) ? parent.insert_move_before(node, before) : parent.append_move(node);
         };
         place(parentOfTwo, one, afterTwo);
         place(parentOfOne, two, afterOne);
