@@ -135,7 +135,9 @@ private:
             return;
         }
         _output.raw(">");
-        _output.text(embedded);
+        if (*embedded != '\0') {
+            _output.text(embedded);
+        }
         _output.text(own);
         writeEndTag(name);
     }
