@@ -104,6 +104,7 @@ void MSPIBaselinePatch::revert() {
 void MSPIBaselinePatch::showBaseline(const MSPCXMLNode& baseline) {
     ChildrenByName children(_target, _children);
     const auto values = baseline.childElements();
+    _replacements.reserve(values.size());
     for (auto value = values.rbegin(); value != values.rend(); ++value) {
         if (value->name == "Number") {
             continue;
