@@ -50,10 +50,14 @@ std::size_t endOfName(std::string_view text) {
 
 // The first character that is not of a class. The text must end with one.
 const char* skip(const char* text, CharacterClass skipped) {
-    while (hasClass(*text, skipped)) {
-        ++text;
+    constexpr std::size_t stride = 4;  // short enough to be unrolled
+    for (;; text += stride) {
+        for (std::size_t offset = 0; offset < stride; ++offset) {
+            if (!hasClass(text[offset], skipped)) {
+                return text + offset;
+            }
+        }
     }
-    return text;
 }
 
 bool isAllBlank(std::string_view text) {
