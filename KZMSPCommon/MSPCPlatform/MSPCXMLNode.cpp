@@ -82,7 +82,22 @@ pugi::xml_node elementFrom(pugi::xml_node node, const char* name) {
     return node;
 }
 
+// Calls `visit` with each child element of that name, in order.
+template <typename Visit>
+void visitChildElements(const pugi::xml_node& parent, std::string_view name, Visit&& visit) {
+    const MSPCXMLTerminatedName terminated(name);
+    for (auto child = parent.child(terminated.text()); child; child = child.next_sibling(terminated.text())) {
+        if (child.type() == pugi::node_element) {
+            visit(child);
+        }
+    }
+}
+
 }  // namespace
+
+bool MSPCXMLNode::isElement() const noexcept {
+    return _attribute == nullptr && treeNode(*this).type() == pugi::node_element;
+}
 
 MSPCXMLNodeKind MSPCXMLNode::kind() const noexcept {
     return _attribute != nullptr ? MSPCXMLNodeKind::Attribute : kindOf(treeNode(*this).type());
@@ -163,6 +178,22 @@ MSPCXMLNode MSPCXMLNode::nextSiblingElement(std::string_view name) const noexcep
     const auto node = nodeWithChildren(*this);
     const auto sibling = elementFrom(node.next_sibling(terminated.text()), terminated.text());
     return !sibling || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
+}
+
+MSPCXMLLastChild MSPCXMLNode::lastChildElement(std::string_view name) const noexcept {
+    MSPCXMLLastChild last;
+    visitChildElements(nodeWithChildren(*this), name, [&](const pugi::xml_node& child) {
+        last.element = handleOf(child);
+        ++last.count;
+    });
+    return last;
+}
+
+std::vector<MSPCXMLNode> MSPCXMLNode::childElements(std::string_view name) const {
+    std::vector<MSPCXMLNode> elements;
+    visitChildElements(nodeWithChildren(*this), name,
+                       [&](const pugi::xml_node& child) { elements.push_back(handleOf(child)); });
+    return elements;
 }
 
 std::vector<MSPCXMLNamedElement> MSPCXMLNode::childElements() const {

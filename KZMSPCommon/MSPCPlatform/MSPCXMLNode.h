@@ -20,6 +20,7 @@ enum class MSPCXMLNodeKind {
 };
 
 class MSPCXMLNewElement;
+struct MSPCXMLLastChild;
 struct MSPCXMLNamedElement;
 
 // A namespace declaration as it stands on an element.
@@ -40,7 +41,7 @@ public:
     friend bool operator==(const MSPCXMLNode&, const MSPCXMLNode&) noexcept = default;
 
     [[nodiscard]] MSPCXMLNodeKind kind() const noexcept;
-    [[nodiscard]] bool isElement() const noexcept { return kind() == MSPCXMLNodeKind::Element; }
+    [[nodiscard]] bool isElement() const noexcept;
     // The name as written; empty for nodes without one. Valid as long as the node.
     [[nodiscard]] std::string_view name() const noexcept;
 
@@ -65,8 +66,12 @@ public:
     [[nodiscard]] MSPCXMLNode nextSiblingElement(std::string_view name) const noexcept;
     // The node as it would be written, without added line ends and indentation: `<UID>12</UID>`, `id="t12"`.
     [[nodiscard]] std::string markup() const;
+    // The last child element of a name, and how many there are; for a field of which the last one counts.
+    [[nodiscard]] MSPCXMLLastChild lastChildElement(std::string_view name) const noexcept;
     // All child elements with their names, in order; for reading many of them in one walk.
     [[nodiscard]] std::vector<MSPCXMLNamedElement> childElements() const;
+    // The child elements of a name, in order.
+    [[nodiscard]] std::vector<MSPCXMLNode> childElements(std::string_view name) const;
     // The root element of the node's document.
     [[nodiscard]] MSPCXMLNode rootElement() const noexcept;
 
@@ -77,12 +82,16 @@ public:
 
     // Appends an attribute with an empty value, or gives the one that is there.
     MSPCXMLNode findOrAddAttribute(std::string_view name);
+    // Gives an attribute that value and gives the attribute, appended where it was missing.
+    MSPCXMLNode setAttribute(std::string_view name, std::string_view value);
     // Removes an attribute; nothing happens when there is none.
     void removeAttribute(std::string_view name);
 
     // Appends, or inserts before the child with that position among all children (at the end when there are fewer), a
     // new element or comment. The handle is valid as long as this node holds it.
     MSPCXMLNode appendElement(std::string_view name);
+    // The same with a text in the element; without any child when the text is empty.
+    MSPCXMLNode appendElement(std::string_view name, std::string_view text);
     MSPCXMLNode insertElement(std::string_view name, std::size_t index);
     MSPCXMLNode appendComment(std::string_view text);
     MSPCXMLNode insertComment(std::string_view text, std::size_t index);
@@ -121,6 +130,12 @@ private:
 
     void* _node = nullptr;       // the element, for an attribute
     void* _attribute = nullptr;  // set for attributes only
+};
+
+// The last of the child elements of a name, empty when there is none, and their number.
+struct MSPCXMLLastChild {
+    MSPCXMLNode element;
+    std::size_t count = 0;
 };
 
 // A child element and its name, which is valid as long as the element.

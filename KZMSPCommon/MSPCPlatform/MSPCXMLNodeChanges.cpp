@@ -35,16 +35,25 @@ MSPCXMLNode addCommentNode(const MSPCXMLNode& parent, std::string_view text, con
     return handleOf(comment);
 }
 
+pugi::xml_attribute attributeOf(pugi::xml_node element, std::string_view name) {
+    const MSPCXMLTerminatedName terminated(name);
+    const auto found = element.attribute(terminated.text());
+    return found ? found : element.append_attribute(terminated.text());
+}
+
 }  // namespace
 
 MSPCXMLNode MSPCXMLNode::findOrAddAttribute(std::string_view name) {
+    return isElement() ? MSPCXMLNode(_node, attributeOf(treeNode(*this), name).internal_object()) : MSPCXMLNode();
+}
+
+MSPCXMLNode MSPCXMLNode::setAttribute(std::string_view name, std::string_view value) {
     if (!isElement()) {
         return {};
     }
-    if (const auto found = attribute(name)) {
-        return found;
-    }
-    return {_node, treeNode(*this).append_attribute(MSPCXMLTerminatedName(name).text()).internal_object()};
+    auto attribute = attributeOf(treeNode(*this), name);
+    attribute.set_value(value.data(), value.size());
+    return {_node, attribute.internal_object()};
 }
 
 void MSPCXMLNode::removeAttribute(std::string_view name) {
@@ -55,6 +64,14 @@ void MSPCXMLNode::removeAttribute(std::string_view name) {
 
 MSPCXMLNode MSPCXMLNode::appendElement(std::string_view name) {
     return isElement() ? addElement(*this, name, {}) : MSPCXMLNode();
+}
+
+MSPCXMLNode MSPCXMLNode::appendElement(std::string_view name, std::string_view text) {
+    const auto element = appendElement(name);
+    if (element && !text.empty()) {
+        treeNode(element).append_child(pugi::node_pcdata).set_value(text.data(), text.size());
+    }
+    return element;
 }
 
 MSPCXMLNode MSPCXMLNode::insertElement(std::string_view name, std::size_t index) {

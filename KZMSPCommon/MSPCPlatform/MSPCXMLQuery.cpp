@@ -92,6 +92,20 @@ bool couldMeetFreeElements(const MSPCXMLNode& node, std::string_view query) {
     return true;
 }
 
+std::vector<MSPCXMLNode> nodesAtPlainPath(const MSPCXMLNode& node, std::string_view path) {
+    const auto slash = path.find('/');
+    auto children = node.childElements(path.substr(0, slash));
+    if (slash == std::string_view::npos) {
+        return children;
+    }
+    std::vector<MSPCXMLNode> nodes;
+    for (const auto& child : children) {
+        const auto below = nodesAtPlainPath(child, path.substr(slash + 1));
+        nodes.insert(nodes.end(), below.begin(), below.end());
+    }
+    return nodes;
+}
+
 std::vector<MSPCXMLNode> evaluated(const pugi::xpath_query& query, const MSPCXMLNode& node) {
     const pugi::xml_attribute attribute(MSPCXMLNodeAccess::attribute(node));
     auto matches = query.evaluate_node_set(attribute ? pugi::xpath_node(attribute, treeNode(node))
@@ -124,9 +138,7 @@ std::optional<std::vector<MSPCXMLNode>> MSPCXMLNode::nodesForXPath(std::string_v
         return std::vector<MSPCXMLNode>();
     }
     if (isPlainChildPath(query)) {
-        std::vector<MSPCXMLNode> nodes;
-        visitPlainChildPath(*this, query, [&](const MSPCXMLNode& node) { nodes.push_back(node); });
-        return nodes;
+        return nodesAtPlainPath(*this, query);
     }
     static thread_local QueryCache cache;
     const auto* compiled = cache.compiled(query);

@@ -89,11 +89,15 @@ TEST(MSPCXMLNode, anEmptyHandleAnswersNothingAndChangesNothing) {
                  none.nextSiblingElement("a"));
     none.setStringValue("x");
     none.removeAttribute("a");
-    EXPECT_FALSE(none.findOrAddAttribute("a") || none.appendElement("a") || none.insertElement("a", 0) ||
-                 none.appendComment("a") || none.insertComment("a", 0));
+    EXPECT_FALSE(none.findOrAddAttribute("a") || none.setAttribute("a", "b") || none.appendElement("a") ||
+                 none.appendElement("a", "b") || none.insertElement("a", 0) || none.appendComment("a") ||
+                 none.insertComment("a", 0));
     EXPECT_FALSE(none.newElement("a") || none.newCopyOf(none) || none.detach());
     EXPECT_EQ(none.nodesForXPath("//a"), std::vector<MSPCXMLNode>());
     EXPECT_TRUE(none.namespaceDeclarations().empty());
+    EXPECT_TRUE(none.childElements().empty() && none.childElements("a").empty());
+    EXPECT_FALSE(none.lastChildElement("a").element);
+    EXPECT_EQ(none.lastChildElement("a").count, 0U);
 }
 
 TEST(MSPCXMLNode, tellsItsKind) {
@@ -127,6 +131,16 @@ TEST(MSPCXMLNode, attributesAreFoundAddedAndRemoved) {
     EXPECT_FALSE(element.attribute("b"));
 }
 
+TEST(MSPCXMLNode, settingAnAttributeAddsItOrReplacesItsValue) {
+    const auto document = xmlDocument("<a b='1' c='2'>t</a>");
+    auto element = document.root();
+    EXPECT_EQ(element.setAttribute("b", "<3>"), element.attribute("b"));
+    EXPECT_EQ(element.setAttribute("d", "four").stringValue(), "four");
+    EXPECT_EQ(element.setAttribute("c", "").stringValue(), "");
+    EXPECT_EQ(bodyOf(document), "<a b=\"&lt;3&gt;\" c=\"\" d=\"four\">t</a>");
+    EXPECT_FALSE(element.attribute("b").setAttribute("e", "5") || element.firstChild().setAttribute("e", "5"));
+}
+
 TEST(MSPCXMLNode, namesMatchAsWrittenWithoutAnyNamespace) {
     const auto document = xmlDocument("<p:a xmlns='urn:one' xmlns:p='urn:two' xmlnsx='3'><b/><p:b/></p:a>");
     EXPECT_EQ(document.root().name(), "p:a");
@@ -149,6 +163,66 @@ TEST(MSPCXMLNode, childElementsAreFoundByNamesOfAnyLength) {
     EXPECT_FALSE(first.nextSiblingElement("b").nextSiblingElement("b"));
     EXPECT_EQ(document.root().firstChildElement(longName).name(), longName);
     EXPECT_FALSE(document.root().firstChildElement(longName + "n"));
+}
+
+TEST(MSPCXMLNode, theLastChildElementOfANameComesWithTheirNumber) {
+    const auto document = xmlDocument("<a><b>1</b><?b no element?>t<c/><b>2<b>3</b></b><!--b--><b>4</b><bb/></a>");
+    const auto last = document.root().lastChildElement("b");
+    EXPECT_EQ(last.element.stringValue(), "4");
+    EXPECT_EQ(last.count, 3U);
+    EXPECT_EQ(document.root().lastChildElement("c").count, 1U);
+    EXPECT_EQ(document.root().lastChildElement("d").count, 0U);
+    EXPECT_FALSE(document.root().lastChildElement("d").element);
+    const auto all = document.root().childElements("b");
+    ASSERT_EQ(all.size(), 3U);
+    EXPECT_EQ(all[0].stringValue(), "1");
+    EXPECT_EQ(all[1].stringValue(), "23");
+    EXPECT_EQ(all[2], last.element);
+    EXPECT_TRUE(document.root().childElements("d").empty());
+    EXPECT_EQ(document.root().parent().lastChildElement("a").element, document.root());
+}
+
+TEST(MSPCXMLNode, freeElementsAreNoChildElementsOfTheDocument) {
+    const auto document = xmlDocument("<a/>");
+    const auto free = document.root().newElement("a");
+    const auto top = document.root().parent();
+    EXPECT_EQ(top.lastChildElement("a").count, 1U);
+    ASSERT_EQ(top.childElements().size(), 1U);
+    EXPECT_EQ(top.childElements().front().element, document.root());
+    EXPECT_EQ(free.node().lastChildElement("a").count, 0U);
+}
+
+TEST(MSPCXMLNode, anElementIsAppendedWithItsText) {
+    const auto document = xmlDocument("<a>t</a>");
+    auto element = document.root();
+    const auto added = element.appendElement("b", "x < y");
+    EXPECT_EQ(added.parent(), element);
+    EXPECT_EQ(added.stringValue(), "x < y");
+    EXPECT_FALSE(element.appendElement("c", "").firstChild());
+    EXPECT_EQ(bodyOf(document), "<a>t<b>x &lt; y</b><c/></a>");
+    EXPECT_FALSE(element.firstChild().appendElement("d", "z"));
+}
+
+TEST(MSPCXMLNode, twoElementsExchangeTheirPlaces) {
+    struct Case {
+        std::string_view one;
+        std::string_view two;
+        std::string_view result;
+    };
+    constexpr Case cases[] = {
+        {"a", "b", "<r><b/><a>1</a><c><d/><e/></c></r>"},     {"b", "a", "<r><b/><a>1</a><c><d/><e/></c></r>"},
+        {"a", "c", "<r><c><d/><e/></c><b/><a>1</a></r>"},     {"c", "a", "<r><c><d/><e/></c><b/><a>1</a></r>"},
+        {"a", "c/e", "<r><e/><b/><c><d/><a>1</a></c></r>"},   {"c/e", "a", "<r><e/><b/><c><d/><a>1</a></c></r>"},
+        {"b", "c/d", "<r><a>1</a><d/><c><b/><e/></c></r>"},   {"c/d", "c/e", "<r><a>1</a><b/><c><e/><d/></c></r>"},
+        {"c/d", "c/d", "<r><a>1</a><b/><c><d/><e/></c></r>"},
+    };
+    for (const auto& [one, two, result] : cases) {
+        const auto document = xmlDocument("<r><a>1</a><b/><c><d/><e/></c></r>");
+        auto first = document.root().nodesForXPath(one).value().front();
+        const auto second = document.root().nodesForXPath(two).value().front();
+        first.exchangeWith(second);
+        EXPECT_EQ(bodyOf(document), result) << one << " and " << two;
+    }
 }
 
 TEST(MSPCXMLNode, elementsAndCommentsAreInsertedByPosition) {
