@@ -257,6 +257,9 @@ private:
     }
 
     [[nodiscard]] std::int64_t definitionCount() const {
+        if (_options.definitions > 0) {
+            return _options.definitions;
+        }
         return _options.shape == PlanShape::ManyCustomFields ? 10000 : 5;
     }
 
