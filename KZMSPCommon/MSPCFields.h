@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -44,6 +45,8 @@ public:
     [[nodiscard]] std::int64_t intValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] double floatValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] bool boolValue(std::string_view name, Error* error = nullptr) const;
+    // All of them, in order. Valid as long as this object.
+    [[nodiscard]] std::span<const MSPCXMLNamedElement> elements() const { return _fields; }
     // All children of that name, in order.
     [[nodiscard]] std::vector<MSPCXMLNode> nodes(std::string_view name) const;
 

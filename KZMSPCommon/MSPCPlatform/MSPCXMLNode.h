@@ -56,6 +56,10 @@ public:
     // XML forbids both.
     void setStringValue(std::string_view text);
 
+    // Replaces the text of an element that holds one text and nothing else, in place; gives false and changes nothing for
+    // any other node and for an empty text. Doing it again with the old text leaves no trace.
+    bool replaceOnlyText(std::string_view text);
+
     [[nodiscard]] MSPCXMLNode parent() const noexcept;
     [[nodiscard]] MSPCXMLNode firstChild() const noexcept;
     [[nodiscard]] MSPCXMLNode lastChild() const noexcept;
@@ -108,9 +112,6 @@ public:
     // Takes this element out of its parent. It stays alive, owned by the result, and no query finds it. Empty for a
     // free element, which has its owner already.
     [[nodiscard]] MSPCXMLNewElement detach();
-
-    // Swaps the places of this element and another one of the same document. Neither is free or inside the other.
-    void exchangeWith(const MSPCXMLNode& other);
 
     // The nodes that an XPath 1.0 query relative to this node selects, in document order; none when the query itself
     // is malformed or does not select nodes. Query texts in use are compiled once. A query never leaves the document

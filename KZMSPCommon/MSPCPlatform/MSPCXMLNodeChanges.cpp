@@ -140,24 +140,10 @@ MSPCXMLNewElement MSPCXMLNode::detach() {
     return MSPCXMLNewElement(handleOf(sideRoom(node.root()).append_move(node)));
 }
 
-void MSPCXMLNode::exchangeWith(const MSPCXMLNode& other) {
-    const auto one = treeNode(*this);
-    const auto two = treeNode(other);
-    auto parentOfOne = one.parent();
-    auto parentOfTwo = two.parent();
-    const auto afterOne = one.next_sibling();
-    const auto afterTwo = two.next_sibling();
-    if (afterOne == two) {
-        parentOfOne.insert_move_after(one, two);
-    } else if (afterTwo == one) {
-        parentOfOne.insert_move_after(two, one);
-    } else if (one != two) {
-        const auto place = [](pugi::xml_node& parent, const pugi::xml_node& node, const pugi::xml_node& before) {
-            before ? parent.insert_move_before(node, before) : parent.append_move(node);
-        };
-        place(parentOfTwo, one, afterTwo);
-        place(parentOfOne, two, afterOne);
-    }
+bool MSPCXMLNode::replaceOnlyText(std::string_view text) {
+    const auto node = treeNode(*this);
+    const bool isOneText = isElement() && !node.first_child() && *node.value() != '\0';
+    return isOneText && !text.empty() && node.text().set(text.data(), text.size());
 }
 
 MSPCXMLNewElement::MSPCXMLNewElement(MSPCXMLNewElement&& other) noexcept : _element(other.release()) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <memory>
 #include <pugixml.hpp>
@@ -12,12 +13,21 @@
 
 namespace {
 
-bool isNameStart(char character) {
+constexpr bool isNameStart(char character) {
     return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') || character == '_';
 }
 
 bool isNameCharacter(char character) {
-    return isNameStart(character) || (character >= '0' && character <= '9') || character == '-' || character == '.';
+    static constexpr auto kinds = [] {
+        std::array<bool, 256> isIn{};
+        for (std::size_t byte = 0; byte < isIn.size(); ++byte) {
+            const auto candidate = static_cast<char>(byte);
+            isIn[byte] = isNameStart(candidate) || (candidate >= '0' && candidate <= '9') || candidate == '-' ||
+                         candidate == '.';
+        }
+        return isIn;
+    }();
+    return kinds[static_cast<unsigned char>(character)];
 }
 
 struct TextHash {
@@ -121,6 +131,10 @@ std::vector<MSPCXMLNode> evaluated(const pugi::xpath_query& query, const MSPCXML
 }
 
 }  // namespace
+
+bool isPlainChildName(std::string_view query) {
+    return !query.empty() && isNameStart(query.front()) && std::all_of(query.begin(), query.end(), isNameCharacter);
+}
 
 bool isPlainChildPath(std::string_view query) {
     bool atStart = true;
