@@ -20,7 +20,7 @@ pugi::xml_node childAt(const pugi::xml_node& parent, std::size_t index) {
 }
 
 pugi::xml_node newChildBefore(pugi::xml_node parent, pugi::xml_node_type type, const pugi::xml_node& before) {
-    return before ? parent.insert_child_before(type, before) : parent.append_child(type);
+    return isThere(before) ? parent.insert_child_before(type, before) : parent.append_child(type);
 }
 
 MSPCXMLNode addElement(const MSPCXMLNode& parent, std::string_view name, const pugi::xml_node& before) {
@@ -38,7 +38,7 @@ MSPCXMLNode addCommentNode(const MSPCXMLNode& parent, std::string_view text, con
 pugi::xml_attribute attributeOf(pugi::xml_node element, std::string_view name) {
     const MSPCXMLTerminatedName terminated(name);
     const auto found = element.attribute(terminated.text());
-    return found ? found : element.append_attribute(terminated.text());
+    return isThere(found) ? found : element.append_attribute(terminated.text());
 }
 
 }  // namespace
@@ -142,7 +142,7 @@ MSPCXMLNewElement MSPCXMLNode::detach() {
 
 bool MSPCXMLNode::replaceOnlyText(std::string_view text) {
     const auto node = treeNode(*this);
-    const bool isOneText = isElement() && !node.first_child() && *node.value() != '\0';
+    const bool isOneText = isElement() && !isThere(node.first_child()) && *node.value() != '\0';
     return isOneText && !text.empty() && node.text().set(text.data(), text.size());
 }
 
