@@ -1,5 +1,6 @@
 #include "MSPIBaselinePatch.h"
 
+#include <optional>
 #include <utility>
 
 #include "MSPCException.h"
@@ -28,14 +29,43 @@ bool holdsElements(const MSPCXMLNode& element) {
     return static_cast<bool>(child);
 }
 
+// The last child of a name, of those that a baseline names from its last to its first. The baselines of an element name
+// the same ones in the same order, so that most are known from another one.
+class ChildrenByName {
+public:
+    ChildrenByName(const MSPCXMLNode& element, std::span<const MSPCXMLNamedElement> known)
+        : _element(element), _known(known) {
+    }
+
+    MSPCXMLNode named(std::string_view name) {
+        while (!_known.empty()) {
+            const auto& candidate = _known.back();
+            _known = _known.first(_known.size() - 1);
+            if (candidate.name == name) {
+                return candidate.element;
+            }
+        }
+        if (!_fields) {
+            _fields.emplace(_element);
+        }
+        return _fields->singleObject(name);
+    }
+
+private:
+    MSPCXMLNode _element;
+    std::span<const MSPCXMLNamedElement> _known;  // those that may still come
+    std::optional<MSPCFields> _fields;
+};
+
 }  // namespace
 
 MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber)
     : MSPIBaselinePatch(target, baselineOf(target, baselineNumber)) {
 }
 
-MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline)
-    : _target(target), _baseline(baseline) {
+MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline,
+                                     std::span<const MSPCXMLNamedElement> children)
+    : _target(target), _baseline(baseline), _children(children) {
 }
 
 void MSPIBaselinePatch::apply() {
@@ -72,16 +102,16 @@ void MSPIBaselinePatch::revert() {
 // From the last child of the baseline to the first: of several of one name, which timephased data gives by the hundred,
 // the last one is what shows.
 void MSPIBaselinePatch::showBaseline(const MSPCXMLNode& baseline) {
-    const MSPCFields fields(_target);
-    for (auto value = baseline.lastChild(); value;) {
-        const auto previous = value.previousSibling();
-        if (value.isElement() && value.name() != "Number") {
-            const auto child = fields.singleObject(value.name());
-            if (child && child.parent() == _target) {  // else it has been replaced already
-                show(value, child);
-            }
+    ChildrenByName children(_target, _children);
+    const auto values = baseline.childElements();
+    for (auto value = values.rbegin(); value != values.rend(); ++value) {
+        if (value->name == "Number") {
+            continue;
         }
-        value = previous;
+        const auto child = children.named(value->name);
+        if (child && child.parent() == _target) {  // else it has been replaced already
+            show(value->element, child);
+        }
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <span>
 #include <vector>
 
 #include "MSPCXMLNode.h"
@@ -13,8 +13,10 @@ class MSPIBaselinePatch {
 public:
     // Changes nothing yet. The document outlives the patch.
     MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber);
-    // For a baseline that has been looked up already; empty where the target has none.
-    MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline);
+    // For a baseline that has been looked up already; empty where the target has none. `children` may name children of
+    // the target, each the last of its name, in the order in which a baseline is likely to name them: they need no
+    // look-up. Read while the patch is applied.
+    MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline, std::span<const MSPCXMLNamedElement> children = {});
 
     // Raises `MSPCInternalInconsistency` "Can not apply patch to already patched target. Must revert first.".
     void apply();
@@ -39,6 +41,7 @@ private:
 
     MSPCXMLNode _target;
     MSPCXMLNode _baseline;
+    std::span<const MSPCXMLNamedElement> _children;
     bool _isPatched = false;
     MSPCXMLNewElement _removedTarget;
     MSPCXMLNode _parentOfRemoved;
