@@ -34,14 +34,16 @@ test: configure
 	cmake --build --preset release
 	ctest --preset release
 
-# Fuzzes each target for FUZZ_SECONDS; what breaks one is kept in Tests/Fuzz/Inputs.
+# Fuzzes each target for FUZZ_SECONDS; what breaks one is kept in Tests/Fuzz/Inputs. With a FUZZ_SEED every run tries the
+# same inputs, see tools/fuzz.
 FUZZ_SECONDS ?= 60
+FUZZ_SEED ?=
 .PHONY: fuzz
 fuzz: deps
 	@tools/install-dependencies clang libclang-rt-14-dev
 	cmake --preset fuzz
 	cmake --build --preset fuzz
-	tools/fuzz "$(FUZZ_SECONDS)"
+	FUZZ_SEED="$(FUZZ_SEED)" tools/fuzz "$(FUZZ_SECONDS)"
 
 # Measures imports of generated plans against the floor of only parsing and writing the same; BENCH passes options on,
 # such as BENCH='--only actual' or BENCH=--huge for the plan of 1,000,000 tasks.
