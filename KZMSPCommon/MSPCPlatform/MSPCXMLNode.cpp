@@ -193,9 +193,9 @@ std::vector<MSPCXMLNode> MSPCXMLNode::childElements(std::string_view name) const
     return elements;
 }
 
-std::vector<MSPCXMLNamedElement> MSPCXMLNode::childElements() const {
+std::pmr::vector<MSPCXMLNamedElement> MSPCXMLNode::childElements(std::pmr::memory_resource* memory) const {
     constexpr std::size_t usualCount = 40;
-    std::vector<MSPCXMLNamedElement> elements;
+    std::pmr::vector<MSPCXMLNamedElement> elements(memory);
     elements.reserve(usualCount);
     for (auto child = firstVisibleChild(nodeWithChildren(*this)); isThere(child); child = child.next_sibling()) {
         if (child.type() == pugi::node_element) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,8 +73,10 @@ public:
     [[nodiscard]] std::string markup() const;
     // The last child element of a name, and how many there are; for a field of which the last one counts.
     [[nodiscard]] MSPCXMLLastChild lastChildElement(std::string_view name) const noexcept;
-    // All child elements with their names, in order; for reading many of them in one walk.
-    [[nodiscard]] std::vector<MSPCXMLNamedElement> childElements() const;
+    // All child elements with their names, in order; for reading many of them in one walk. The list takes its room from
+    // `memory`.
+    [[nodiscard]] std::pmr::vector<MSPCXMLNamedElement> childElements(
+        std::pmr::memory_resource* memory = std::pmr::get_default_resource()) const;
     // The child elements of a name, in order.
     [[nodiscard]] std::vector<MSPCXMLNode> childElements(std::string_view name) const;
     // The root element of the node's document.
