@@ -118,14 +118,11 @@ std::string_view MSPCXMLNode::stringValue(std::string& buffer) const {
         return treeAttribute(*this).value();
     }
     const auto node = treeNode(*this);
-    switch (node.type()) {
-        case pugi::node_document:
-            return elementText(rootElementOf(node), buffer);
-        case pugi::node_element:
-            return elementText(node, buffer);
-        default:
-            return node.value();
+    const auto type = node.type();
+    if (type == pugi::node_document) {
+        return elementText(rootElementOf(node), buffer);
     }
+    return type == pugi::node_element ? elementText(node, buffer) : node.value();
 }
 
 void MSPCXMLNode::setStringValue(std::string_view text) {

@@ -63,15 +63,19 @@ void MSPCXMLNode::removeAttribute(std::string_view name) {
 }
 
 MSPCXMLNode MSPCXMLNode::appendElement(std::string_view name) {
-    return isElement() ? addElement(*this, name, {}) : MSPCXMLNode();
+    return appendElement(name, {});
 }
 
 MSPCXMLNode MSPCXMLNode::appendElement(std::string_view name, std::string_view text) {
-    const auto element = appendElement(name);
-    if (element && !text.empty()) {
-        treeNode(element).append_child(pugi::node_pcdata).set_value(text.data(), text.size());
+    if (!isElement()) {
+        return {};
     }
-    return element;
+    auto element = treeNode(*this).append_child(pugi::node_element);
+    element.set_name(MSPCXMLTerminatedName(name).text());
+    if (!text.empty()) {
+        element.append_child(pugi::node_pcdata).set_value(text.data(), text.size());
+    }
+    return handleOf(element);
 }
 
 MSPCXMLNode MSPCXMLNode::insertElement(std::string_view name, std::size_t index) {
