@@ -7,9 +7,8 @@ MSPCFieldText::MSPCFieldText(const MSPCXMLNode& field) : _isPresent(field) {
     _isInPieces = _piece.data() == _joined.data();
 }
 
-MSPCFields::MSPCFields(const MSPCXMLNode& element) {
+MSPCFields::MSPCFields(const MSPCXMLNode& element) : _fields(element.childElements(&_memory)) {
     checkIsNode(element);
-    _fields = element.childElements();
     if (_fields.size() <= MostFieldsInSlots) {
         fillSlots();
         return;

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -36,6 +39,8 @@ class MSPCFields {
 public:
     // Raises what a query on an empty handle raises. Implicit, so that whoever takes fields can be given an element.
     MSPCFields(const MSPCXMLNode& element);  // NOLINT(google-explicit-constructor)
+    MSPCFields(const MSPCFields&) = delete;
+    MSPCFields& operator=(const MSPCFields&) = delete;
 
     [[nodiscard]] MSPCXMLNode singleObject(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] std::optional<std::string> stringValue(std::string_view name, Error* error = nullptr) const;
@@ -44,6 +49,8 @@ public:
     [[nodiscard]] std::int64_t intValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] double floatValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] bool boolValue(std::string_view name, Error* error = nullptr) const;
+    // All of them, in order. Valid as long as this object.
+    [[nodiscard]] std::span<const MSPCXMLNamedElement> elements() const { return _fields; }
     // All children of that name, in order.
     [[nodiscard]] std::vector<MSPCXMLNode> nodes(std::string_view name) const;
 
@@ -65,7 +72,12 @@ private:
     template <typename Visit>
     void visit(std::string_view name, const Visit& visit) const;  // of all fields of that name, in order
 
-    std::vector<MSPCXMLNamedElement> _fields;
+    // Room for the fields of any real task, so that none is asked of the heap for each.
+    static constexpr std::size_t RoomSize = 4096;
+
+    std::array<std::byte, RoomSize> _room;
+    std::pmr::monotonic_buffer_resource _memory{_room.data(), _room.size()};
+    std::pmr::vector<MSPCXMLNamedElement> _fields;
     std::array<std::uint16_t, SlotCount> _firstInSlot;          // positions in _fields, in order
     std::array<std::uint16_t, MostFieldsInSlots> _nextInSlot;  // by position in _fields
     std::unordered_map<std::string_view, Match> _matchesByName;  // filled instead where the fields are too many

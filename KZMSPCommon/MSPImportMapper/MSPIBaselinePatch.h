@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "MSPCXMLNode.h"
@@ -27,12 +29,13 @@ public:
     [[nodiscard]] bool isTargetRemoved() const { return static_cast<bool>(_removedTarget); }
 
 private:
-    // A child of the target and what stands in its place: either the baseline's child, the two having changed places, or
-    // a new element with the baseline's text, while the child itself is kept here.
+    // A child of the target that shows the text of a baseline's child: either in the place of its own, which is kept at
+    // the end of _originalTexts, or by a new element in its place, while the child itself is kept here.
     struct Replacement {
-        MSPCXMLNode original;
+        MSPCXMLNode child;
+        std::size_t originalTextSize;
         MSPCXMLNode standIn;
-        MSPCXMLNewElement keptOriginal;
+        MSPCXMLNewElement keptChild;
     };
 
     void showBaseline(const MSPCXMLNode& baseline);
@@ -47,4 +50,5 @@ private:
     MSPCXMLNode _parentOfRemoved;
     MSPCXMLNode _siblingAfterRemoved;
     std::vector<Replacement> _replacements;
+    std::string _originalTexts;  // one after the other, in the order of the replacements
 };

@@ -39,11 +39,12 @@ constexpr std::size_t LocalDateTimeSize = sizeof(LocalDateTime) - 1;
 
 // Reads digits and the mark that ends them off the front of a text; none, when either is missing.
 std::optional<std::int32_t> takeNumber(std::string_view& text, char mark) {
-    const auto end = text.find(mark);
-    if (end == std::string_view::npos || end == 0 || !std::all_of(text.begin(), text.begin() + end, isDigit)) {
+    const auto isNoDigit = [](char character) { return !isDigit(character); };
+    const auto end = static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isNoDigit) - text.begin());
+    if (end == 0 || end == text.size() || text[end] != mark) {
         return std::nullopt;
     }
-    const auto number = scanInteger32(text.substr(0, end));
+    const auto number = end < 9 ? static_cast<std::int32_t>(digitsAt(text, 0, end)) : scanInteger32(text.substr(0, end));
     text.remove_prefix(end + 1);
     return number;
 }
