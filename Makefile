@@ -34,14 +34,16 @@ test: configure
 	cmake --build --preset release
 	ctest --preset release
 
-# Fuzzes each target for FUZZ_SECONDS; what breaks one is kept in Tests/Fuzz/Inputs.
+# Fuzzes each target for FUZZ_SECONDS; what breaks one is kept in Tests/Fuzz/Inputs. With a FUZZ_SEED every run tries the
+# same inputs, see tools/fuzz.
 FUZZ_SECONDS ?= 60
+FUZZ_SEED ?=
 .PHONY: fuzz
 fuzz: deps
 	@tools/install-dependencies clang libclang-rt-14-dev
 	cmake --preset fuzz
 	cmake --build --preset fuzz
-	tools/fuzz "$(FUZZ_SECONDS)"
+	FUZZ_SEED="$(FUZZ_SEED)" tools/fuzz "$(FUZZ_SECONDS)"
 
 # Measures single operations, then imports of generated plans against the floor of only parsing and writing the same.
 # BENCH=--micro measures the operations alone; any other BENCH measures imports alone and is passed on, such as

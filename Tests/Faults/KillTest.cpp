@@ -5,9 +5,11 @@
 #include <chrono>
 #include <csignal>
 #include <fstream>
+#include <functional>
 #include <random>
 #include <regex>
 #include <thread>
+#include <utility>
 
 #include "FaultFixture.h"
 #include "PlanGenerator.h"
@@ -69,6 +71,22 @@ private:
     std::uniform_int_distribution<std::int64_t> _delay;
 };
 
+std::uintmax_t sizeOf(const fs::path& file) {
+    std::error_code error;
+    const auto size = fs::file_size(file, error);
+    return error ? 0 : size;
+}
+
+bool holdsTemporaryFile(const fs::path& folder) {
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        if (entry.path().filename().native().starts_with(".MSPDIImport-")) {
+            return true;
+        }
+    }
+    return false;
+}
+
 bool isWholeLines(const std::string& log) {
     return !log.empty() && log.find("MSPDIImporter Runner\n") != std::string::npos && log.ends_with('\n');
 }
@@ -117,23 +135,31 @@ TEST_F(KillTest, endsWithinASecondInTheMiddleOfALargePlan) {
         generatePlan({.tasks = countOf("LARGE_PLAN", 50'000)},
                      [&file](std::string_view piece) { file.write(piece.data(), std::ssize(piece)); });
     }
+    const fs::path log = folder / "log";
+    const auto largeBundle = out / "Large.kdzx";
+    const std::pair<const char*, std::function<bool()>> moments[] = {
+        {"the plan is read", [&] { return fs::exists(largeBundle / "__TOC.xml"); }},
+        {"tasks are mapped", [&] { return sizeOf(log) > 500'000; }},
+        {"a document is written", [&] { return holdsTemporaryFile(largeBundle); }},
+    };
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        for (const int milliseconds : {100, 700, 1'500}) {
+        for (const auto& [name, isReached] : moments) {
+            SCOPED_TRACE(name);
             resetOutput();
+            fs::remove(log);
             auto options = importOf("Large.xml");
-            options.logFile = folder / "log";
+            options.logFile = log;
             SpawnedProgram program(options);
-            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-            const bool wasRunning = !program.hasEnded();
+            while (!isReached() && !program.hasEnded()) {
+                std::this_thread::sleep_for(Microseconds(200));
+            }
             const auto sent = Clock::now();
             program.send(signal);
             const auto end = program.wait();
-            if (wasRunning) {
-                EXPECT_LT(Clock::now() - sent, std::chrono::seconds(1));
-                EXPECT_EQ(end.status, 128 + signal);
-                EXPECT_TRUE(isWholeLines(bytesOf(folder / "log")));
-            }
-            EXPECT_TRUE(wasRunning || milliseconds > 100) << "the plan is too small for this machine";
+            EXPECT_LT(Clock::now() - sent, std::chrono::seconds(1));
+            EXPECT_EQ(end.status, 128 + signal) << "0 when the signal came too late";
+            EXPECT_TRUE(isWholeLines(bytesOf(log)));
+            EXPECT_FALSE(holdsTemporaryFile(largeBundle));
         }
     }
 }

@@ -23,6 +23,14 @@ const std::string Template = "/share/Empty.kdzx";
 const std::string Plan = "/home/me/Plan.xml";
 const std::string Bundle = "/home/me/Plan.kdzx";
 
+void requireSameTexts(const std::string& name, const WrittenTexts& texts, const std::string& bytes) {
+    const auto written = textsOfStrictReading(bytes);
+    for (std::size_t i = 0; i < texts.size() && i < written.size(); ++i) {
+        require(texts[i] == written[i], name + " reads back '" + texts[i] + "', not '" + written[i] + "'");
+    }
+    require(texts.size() == written.size(), name + " reads back as many elements, attributes and texts");
+}
+
 }  // namespace
 
 const BundleImportInput& emptyTemplate() {
@@ -54,14 +62,16 @@ void importIntoBundle(const BundleImportInput& input) {
     const bool isComplete = MSPIXMLImporter(info, world.services, mapAndRemember)
                                 .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(Plan, false),
                                                                    MSPCURL::fileURL(Bundle, true));
-    if (!isComplete) {
-        return;
-    }
     for (const auto& [name, texts] : mapped) {
-        const auto written = textsOfStrictReading(world.fileSystem.contents(Bundle + "/" + name));
-        for (std::size_t i = 0; i < texts.size() && i < written.size(); ++i) {
-            require(texts[i] == written[i], name + " reads back '" + texts[i] + "', not '" + written[i] + "'");
+        const auto bytes = world.fileSystem.contents(Bundle + "/" + name);
+        if (name == MSPITOCFileName && !isComplete) {
+            require(bytes == input.toc, "a failed import leaves the table of contents alone");
+        } else {
+            requireSameTexts(name, texts, bytes);
         }
-        require(texts.size() == written.size(), name + " reads back as many elements, attributes and texts");
+    }
+    if (!mapped.contains(std::string(MSPIActualScenarioFileName))) {
+        require(!isComplete, "an import that succeeds has mapped the plan itself");
+        require(world.fileSystem.contents(Bundle + "/Actual.xml") == input.actual, "what is not mapped is not written");
     }
 }

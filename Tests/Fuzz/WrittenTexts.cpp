@@ -172,9 +172,10 @@ WrittenTexts textsOf(const MSPCXMLDocument& document) {
 
 WrittenTexts textsOfStrictReading(std::string_view bytes) {
     const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), xmlFreeParserCtxt);
+    // Without its entities replaced the URI of a namespace would keep "&#38;" for each ampersand.
     const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(
         xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
-                          XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_HUGE),
+                          XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_HUGE),
         xmlFreeDoc);
     if (!document || parser->wellFormed != 1) {
         const auto* error = xmlCtxtGetLastError(parser.get());
@@ -193,13 +194,4 @@ WrittenTexts textsOfStrictReading(std::string_view bytes) {
         }
     }
     return texts;
-}
-
-void requireSameTexts(const MSPCXMLDocument& document, std::string_view writtenBytes) {
-    const auto expected = textsOf(document);
-    const auto found = textsOfStrictReading(writtenBytes);
-    for (std::size_t i = 0; i < expected.size() && i < found.size(); ++i) {
-        require(expected[i] == found[i], "reads back '" + expected[i] + "', not '" + found[i] + "'");
-    }
-    require(expected.size() == found.size(), "as many elements, attributes and texts read back as were written");
 }

@@ -14,6 +14,3 @@ using WrittenTexts = std::vector<std::string>;
 [[nodiscard]] WrittenTexts textsOf(const MSPCXMLDocument& document);
 // Ends the run where the bytes are no well-formed XML in UTF-8.
 [[nodiscard]] WrittenTexts textsOfStrictReading(std::string_view bytes);
-
-// Ends the run where a written document reads back as something else.
-void requireSameTexts(const MSPCXMLDocument& document, std::string_view writtenBytes);

@@ -60,7 +60,7 @@ TEST(BrokenMarkup, whatCanBeMendedIsMendedWithAWarning) {
 TEST(BrokenMarkup, mismatchedTagsAreMendedWithAWarning) {
     for (const std::string name : {"a</b>c", "a</Name></b><Name>d", "<i>a<b>c</i></b>"}) {
         const PlanImport import("mismatched", planWithName(name));
-        EXPECT_EQ(import.result().signal, 0) << name;
+        EXPECT_EQ(import.status(), 0) << name << import.log();
         EXPECT_EQ(import.complaints(), "") << name;
         EXPECT_TRUE(import.logHolds("WARNING: Repaired malformed XML in '")) << name << import.log();
     }
@@ -94,11 +94,22 @@ TEST(BrokenMarkup, whatHoldsNoProjectIsRefused) {
     EXPECT_TRUE(empty.logHolds(Refusal)) << empty.log();
 }
 
-TEST(BrokenMarkup, zeroBytesEndInAVerdict) {
-    for (const auto& plan : {planWithName(std::string("a\0b", 3)), planWithName("a") + std::string(100, '\0'),
-                             std::string(1000, '\0')}) {
-        const PlanImport import("zero-bytes", plan);
-        EXPECT_TRUE(import.status() == 0 || import.logHolds("Exception: ")) << import.log();
-        EXPECT_EQ(import.complaints(), "");
+TEST(BrokenMarkup, zeroBytesAreNoCharacters) {
+    const PlanImport inside("zero-inside", planWithName(std::string("a\0b", 3)));
+    EXPECT_EQ(inside.status(), 0) << inside.log();
+    EXPECT_EQ(inside.texts("title"), std::vector<std::string>{"a\xEF\xBF\xBD" "b"});
+    const PlanImport behind("zeros-behind", planWithName("a") + std::string(100, '\0'));
+    EXPECT_EQ(behind.status(), 0) << behind.log();
+    EXPECT_EQ(behind.texts("title"), std::vector<std::string>{"a"});
+    const PlanImport between("zero-between", planOf({"<Tasks>" + std::string(1, '\0') +
+                                                         taskElement("1", "<Name>a</Name>") + "</Tasks>",
+                                                     "", ""}));
+    EXPECT_EQ(between.texts("title"), std::vector<std::string>{"a"});
+    for (const auto* const import : {&inside, &between}) {
+        EXPECT_TRUE(import->logHolds("WARNING: Repaired malformed XML in '")) << import->log();
+        EXPECT_EQ(import->complaints(), "");
     }
+    const PlanImport alone("zeros-alone", std::string(1000, '\0'));
+    EXPECT_EQ(alone.status(), 1);
+    EXPECT_TRUE(alone.logHolds(Refusal)) << alone.log();
 }
