@@ -59,7 +59,7 @@ bench: deps
 
 .PHONY: configure
 configure: deps
-	cmake --preset release
+	@cmake --preset release >/dev/null # what is wrong goes to standard error
 
 # Installs missing Debian packages.
 .PHONY: deps
