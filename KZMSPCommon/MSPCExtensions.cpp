@@ -23,6 +23,10 @@ struct Matches {
 };
 
 Matches matchesOf(const MSPCXMLNode& node, std::string_view query) {
+    if (isPlainChildName(query)) {
+        const auto [element, count] = node.lastChildElement(query);
+        return {element, count};
+    }
     Matches matches;
     const auto take = [&](const MSPCXMLNode& match) {
         matches.last = match;
@@ -132,7 +136,7 @@ MSPCXMLNode setAttributeWithNameStringValue(MSPCXMLNode element, std::string_vie
         throw MSPCInternalInconsistency(
             "Sent message setAttributeWithName:stringValue: to an object which is not NSXMLElementProxy.");
     }
-    return withText(element.findOrAddAttribute(name), value);
+    return value ? element.setAttribute(name, *value) : element.findOrAddAttribute(name);
 }
 
 MSPCXMLNode addChildElementWithName(MSPCXMLNode element, std::string_view name) {
@@ -145,7 +149,7 @@ MSPCXMLNode addChildElementWithNameStringValue(MSPCXMLNode element, std::string_
         throw MSPCInternalInconsistency(
             "Sent message addChildElementWithName:stringValue: to an object which is not NSXMLElementProxy.");
     }
-    return withText(element.appendElement(name), text);
+    return text ? element.appendElement(name, *text) : element.appendElement(name);
 }
 
 MSPCXMLNode insertChildElementWithNameAtIndex(MSPCXMLNode element, std::string_view name, std::int32_t index) {

@@ -2,28 +2,61 @@
 
 #include "MSPCNodeValues.h"
 
-MSPCFields::MSPCFields(const MSPCXMLNode& element) {
+MSPCFieldText::MSPCFieldText(const MSPCXMLNode& field) : _isPresent(field) {
+    _piece = field.stringValue(_joined);
+    _isInPieces = _piece.data() == _joined.data();
+}
+
+MSPCFields::MSPCFields(const MSPCXMLNode& element) : _fields(element.childElements(&_memory)) {
     checkIsNode(element);
-    _fields = element.childElements();
-    if (_fields.size() > MostSearchedFields) {
+    if (_fields.size() <= MostFieldsInSlots) {
+        fillSlots();
+        return;
+    }
+    for (const auto& field : _fields) {
+        auto& match = _matchesByName[field.name];
+        match = {field.element, match.count + 1};
+    }
+}
+
+std::size_t MSPCFields::slotOf(std::string_view name) {
+    const auto at = [name](std::size_t index) -> std::size_t { return static_cast<unsigned char>(name[index]); };
+    return name.empty() ? 0 : (name.size() * 3 + at(0) * 2 + at(name.size() / 2) + at(name.size() - 1)) % SlotCount;
+}
+
+void MSPCFields::fillSlots() {
+    _firstInSlot.fill(EndOfSlot);
+    for (auto position = _fields.size(); position > 0; --position) {
+        auto& first = _firstInSlot[slotOf(_fields[position - 1].name)];
+        _nextInSlot[position - 1] = first;
+        first = static_cast<std::uint16_t>(position - 1);
+    }
+}
+
+template <typename Visit>
+void MSPCFields::visit(std::string_view name, const Visit& visit) const {
+    if (_fields.size() > MostFieldsInSlots) {
         for (const auto& field : _fields) {
-            auto& match = _matchesByName[field.name];
-            match = {field.element, match.count + 1};
+            if (field.name == name) {
+                visit(field.element);
+            }
+        }
+        return;
+    }
+    for (auto position = _firstInSlot[slotOf(name)]; position != EndOfSlot; position = _nextInSlot[position]) {
+        if (_fields[position].name == name) {
+            visit(_fields[position].element);
         }
     }
 }
 
 MSPCFields::Match MSPCFields::matchOf(std::string_view name) const {
-    if (_fields.size() > MostSearchedFields) {
+    if (_fields.size() > MostFieldsInSlots) {
         const auto found = _matchesByName.find(name);
         return found == _matchesByName.end() ? Match() : found->second;
     }
     Match match;
-    for (const auto& field : _fields) {
-        if (field.name == name) {
-            match = {field.element, match.count + 1};
-        }
-    }
+    visit(name, [&](const MSPCXMLNode& field) { match = {field, match.count + 1}; });
     return match;
 }
 
@@ -35,6 +68,10 @@ MSPCXMLNode MSPCFields::singleObject(std::string_view name, Error* error) const 
 
 std::optional<std::string> MSPCFields::stringValue(std::string_view name, Error* error) const {
     return stringValueOf(singleObject(name, error));
+}
+
+MSPCFieldText MSPCFields::text(std::string_view name, Error* error) const {
+    return MSPCFieldText(singleObject(name, error));
 }
 
 std::int64_t MSPCFields::intValue(std::string_view name, Error* error) const {
@@ -49,10 +86,6 @@ bool MSPCFields::boolValue(std::string_view name, Error* error) const { return b
 
 std::vector<MSPCXMLNode> MSPCFields::nodes(std::string_view name) const {
     std::vector<MSPCXMLNode> nodes;
-    for (const auto& field : _fields) {
-        if (field.name == name) {
-            nodes.push_back(field.element);
-        }
-    }
+    visit(name, [&](const MSPCXMLNode& node) { nodes.push_back(node); });
     return nodes;
 }

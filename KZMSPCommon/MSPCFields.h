@@ -1,7 +1,11 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -9,6 +13,23 @@
 
 #include "MSPCError.h"
 #include "MSPCXMLNode.h"
+
+// The text of a field that may be missing. Valid as long as the field keeps its content.
+class MSPCFieldText {
+public:
+    MSPCFieldText() = default;  // of a missing field
+    explicit MSPCFieldText(const MSPCXMLNode& field);
+
+    [[nodiscard]] explicit operator bool() const { return _isPresent; }
+    // Empty where the field is missing.
+    [[nodiscard]] std::string_view operator*() const { return _isInPieces ? _joined : _piece; }
+
+private:
+    bool _isPresent = false;
+    bool _isInPieces = false;
+    std::string_view _piece;
+    std::string _joined;
+};
 
 // The child elements of one element, seen in one walk: for reading many of them without walking again for each. Answers as
 // the queries of `MSPCExtensions` do for a plain child name: the last child of that name, `MSPCXQueryNoMatch` and
@@ -18,12 +39,18 @@ class MSPCFields {
 public:
     // Raises what a query on an empty handle raises. Implicit, so that whoever takes fields can be given an element.
     MSPCFields(const MSPCXMLNode& element);  // NOLINT(google-explicit-constructor)
+    MSPCFields(const MSPCFields&) = delete;
+    MSPCFields& operator=(const MSPCFields&) = delete;
 
     [[nodiscard]] MSPCXMLNode singleObject(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] std::optional<std::string> stringValue(std::string_view name, Error* error = nullptr) const;
+    // The same text without a copy where it is one piece.
+    [[nodiscard]] MSPCFieldText text(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] std::int64_t intValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] double floatValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] bool boolValue(std::string_view name, Error* error = nullptr) const;
+    // All of them, in order. Valid as long as this object.
+    [[nodiscard]] std::span<const MSPCXMLNamedElement> elements() const { return _fields; }
     // All children of that name, in order.
     [[nodiscard]] std::vector<MSPCXMLNode> nodes(std::string_view name) const;
 
@@ -33,11 +60,25 @@ private:
         std::size_t count = 0;
     };
 
-    // A walk over the fields of any real element beats a look-up; elements made to hurt have millions.
-    static constexpr std::size_t MostSearchedFields = 256;
+    // Fields whose names look alike hang together in one of a few slots, which tells the fields of real elements apart.
+    // Elements made to hurt have millions, or names that all look alike.
+    static constexpr std::size_t SlotCount = 64;
+    static constexpr std::size_t MostFieldsInSlots = 256;
+    static constexpr std::uint16_t EndOfSlot = MostFieldsInSlots;
 
+    [[nodiscard]] static std::size_t slotOf(std::string_view name);
+    void fillSlots();
     [[nodiscard]] Match matchOf(std::string_view name) const;
+    template <typename Visit>
+    void visit(std::string_view name, const Visit& visit) const;  // of all fields of that name, in order
 
-    std::vector<MSPCXMLNamedElement> _fields;
-    std::unordered_map<std::string_view, Match> _matchesByName;  // filled where the fields are too many to search
+    // Room for the fields of any real task, so that none is asked of the heap for each.
+    static constexpr std::size_t RoomSize = 4096;
+
+    std::array<std::byte, RoomSize> _room;
+    std::pmr::monotonic_buffer_resource _memory{_room.data(), _room.size()};
+    std::pmr::vector<MSPCXMLNamedElement> _fields;
+    std::array<std::uint16_t, SlotCount> _firstInSlot;          // positions in _fields, in order
+    std::array<std::uint16_t, MostFieldsInSlots> _nextInSlot;  // by position in _fields
+    std::unordered_map<std::string_view, Match> _matchesByName;  // filled instead where the fields are too many
 };

@@ -75,6 +75,9 @@ bool boolValueOf(const MSPCXMLNode& node) {
     }
     std::string buffer;
     const auto text = trimmed(node.stringValue(buffer));
+    if (text == "0" || text == "1") {  // as MSPDI writes them
+        return text == "1";
+    }
     if (const auto word = boolOfWord(text)) {
         return *word;
     }

@@ -40,7 +40,14 @@ if(CMAKE_INSTALL_PREFIX STREQUAL \"/usr\")
 endif()
 file(INSTALL \"${CMAKE_SOURCE_DIR}/completions/_MSPDIImport\"
      DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}/zsh/\${zsh_folder}\")")
-install(FILES README.md docs/Oddities.md packaging/copyright ${documents}/changelog.gz ${documents}/changelog.Debian.gz
+# The documents lie side by side where they are installed, and the links of the README lead there too.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS README.md)
+file(READ README.md readme)
+string(REPLACE "](docs/" "](" readme "${readme}")
+string(REPLACE "](CHANGELOG.md)" "](changelog.gz)" readme "${readme}")
+file(CONFIGURE OUTPUT ${documents}/README.md CONTENT "${readme}" @ONLY)
+install(FILES ${documents}/README.md CONTRIBUTING.md docs/Oddities.md docs/reliability.md packaging/copyright
+              ${documents}/changelog.gz ${documents}/changelog.Debian.gz
         DESTINATION ${KZMSP_DOC_DIR})
 install(DIRECTORY examples DESTINATION ${KZMSP_DOC_DIR})
 

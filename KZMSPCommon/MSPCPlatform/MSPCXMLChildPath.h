@@ -10,6 +10,9 @@
 // Whether a query is such a path, in ASCII letters, digits, "_", "-" and ".".
 [[nodiscard]] bool isPlainChildPath(std::string_view query);
 
+// The same for one step.
+[[nodiscard]] bool isPlainChildName(std::string_view query);
+
 // Calls `visit` with each element at the path below `node`, in document order, without allocating anything.
 template <typename Visit>
 void visitPlainChildPath(const MSPCXMLNode& node, std::string_view path, Visit&& visit) {

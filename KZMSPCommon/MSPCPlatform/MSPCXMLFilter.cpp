@@ -50,10 +50,14 @@ std::size_t endOfName(std::string_view text) {
 
 // The first character that is not of a class. The text must end with one.
 const char* skip(const char* text, CharacterClass skipped) {
-    while (hasClass(*text, skipped)) {
-        ++text;
+    constexpr std::size_t stride = 4;  // short enough to be unrolled
+    for (;; text += stride) {
+        for (std::size_t offset = 0; offset < stride; ++offset) {
+            if (!hasClass(text[offset], skipped)) {
+                return text + offset;
+            }
+        }
     }
-    return text;
 }
 
 bool isAllBlank(std::string_view text) {
@@ -83,7 +87,7 @@ public:
             return std::nullopt;
         }
         for (;;) {
-            while (takeLeaf()) {
+            while (takePlainMarkup()) {
             }
             const auto text = textBeforeMarkup();
             if (!text) {
@@ -161,39 +165,82 @@ private:
         return end && isDeclaredUtf8(rest().substr(0, *end + 2)) && skipInstruction();
     }
 
-    // Takes "<Name>text</Name>", which is what most of a plan is made of, where it stands in the window as a whole.
-    // False for whatever else comes next, which is then looked at with more care.
-    bool takeLeaf() {
+    // Takes what most of a plan is made of, where it stands in the window as a whole: "<Name>text</Name>", and tags
+    // without attributes around and between elements. False for whatever else comes next, which is then looked at with
+    // more care.
+    bool takePlainMarkup() {
         if (_open.size() == 1 || keepsContent()) {
             return false;
         }
         _window[_end] = '\0';  // stops every search below
         const auto* const tag = skip(_window.data() + _at, Blank);
-        const auto* const name = tag + 1;
-        if (*tag != '<' || !hasClass(*name, NameStart)) {
+        if (*tag != '<') {
             return false;
         }
-        const auto* const nameEnd = skip(name, NamePart);
+        return tag[1] == '/' ? takePlainEndTag(tag) : takePlainElement(tag);
+    }
+
+    // Takes a leaf as a whole, of another element the start tag.
+    bool takePlainElement(const char* tag) {
+        if (!hasClass(tag[1], NameStart)) {
+            return false;
+        }
+        const auto* const nameEnd = skip(tag + 1, NamePart);
         if (*nameEnd != '>') {
             return false;
         }
-        const auto nameSize = static_cast<std::size_t>(nameEnd - name);
+        const std::string_view name(tag + 1, static_cast<std::size_t>(nameEnd - tag - 1));
+        const auto* const selection = selectionOf(name);
         const auto* const textEnd = skip(nameEnd + 1, PlainText);
-        const auto* const windowEnd = _window.data() + _end;
-        if (*textEnd != '<' || static_cast<std::size_t>(windowEnd - textEnd) < nameSize + 3 || textEnd[1] != '/' ||
-            std::memcmp(textEnd + 2, name, nameSize) != 0 || textEnd[2 + nameSize] != '>') {
+        const bool holdsText = selection == nullptr || selection->isWhole();
+        if (holdsText && isEndTag(textEnd, name)) {
+            take(tag, textEnd + endTagSize(name), selection);
+        } else {
+            open(name, selection);
+            take(tag, nameEnd + 1, selection);
+        }
+        return true;
+    }
+
+    bool takePlainEndTag(const char* tag) {
+        const auto name = innermostName();
+        if (!isEndTag(tag, name)) {
             return false;
         }
-        const auto* const leafEnd = textEnd + nameSize + 3;
-        const auto* const selection = selectionOf({name, nameSize});
-        if (selection != nullptr) {
-            if (!selection->isWhole()) {
-                return false;
-            }
-            _kept.bytes.append(tag, leafEnd);
-        }
-        _at = static_cast<std::size_t>(leafEnd - _window.data());
+        take(tag, tag + endTagSize(name), _open.back().selection);
+        close();
         return true;
+    }
+
+    static std::size_t endTagSize(std::string_view name) { return name.size() + 3; }
+
+    // Whether "</Name>" stands at a place in the window.
+    bool isEndTag(const char* at, std::string_view name) const {
+        const auto left = static_cast<std::size_t>(_window.data() + _end - at);
+        return left >= endTagSize(name) && at[0] == '<' && at[1] == '/' &&
+               std::memcmp(at + 2, name.data(), name.size()) == 0 && at[2 + name.size()] == '>';
+    }
+
+    // Goes on behind a piece of the window, and keeps it if it is selected.
+    void take(const char* begin, const char* end, const MSPCXMLSelection* selection) {
+        if (selection != nullptr) {
+            _kept.bytes.append(begin, end);
+        }
+        _at = static_cast<std::size_t>(end - _window.data());
+    }
+
+    void open(std::string_view name, const MSPCXMLSelection* selection) {
+        _open.push_back({_names.size(), selection});
+        _names += name;
+    }
+
+    void close() {
+        _names.resize(_open.back().nameStart);
+        _open.pop_back();
+    }
+
+    [[nodiscard]] std::string_view innermostName() const {
+        return std::string_view(_names).substr(_open.back().nameStart);
     }
 
     std::optional<std::string_view> textBeforeMarkup() {
@@ -306,8 +353,7 @@ private:
             _kept.bytes += tag;
         }
         if (!isEmptyElement(tag)) {
-            _open.push_back({_names.size(), selection});
-            _names += name;
+            open(name, selection);
         }
         _at += tag.size();
         return true;
@@ -336,17 +382,15 @@ private:
             return false;
         }
         const auto tag = rest().substr(0, *tagEnd + 1);
-        const auto& element = _open.back();
-        const auto name = std::string_view(_names).substr(element.nameStart);
+        const auto name = innermostName();
         const auto written = tag.substr(2, tag.size() - 3);
         if (!written.starts_with(name) || !isAllBlank(written.substr(name.size()))) {
             return false;
         }
-        if (element.selection != nullptr) {
+        if (_open.back().selection != nullptr) {
             _kept.bytes += tag;
         }
-        _names.resize(element.nameStart);
-        _open.pop_back();
+        close();
         _at += tag.size();
         return true;
     }

@@ -13,7 +13,7 @@ pugi::xml_attribute treeAttribute(const MSPCXMLNode& handle) {
 
 // The node behind a handle that may have children; empty for attributes.
 pugi::xml_node nodeWithChildren(const MSPCXMLNode& handle) {
-    return MSPCXMLNodeAccess::attribute(handle) != nullptr ? pugi::xml_node() : treeNode(handle);
+    return treeNode(MSPCXMLNodeAccess::attribute(handle) != nullptr ? MSPCXMLNode() : handle);
 }
 
 MSPCXMLNodeKind kindOf(pugi::xml_node_type type) {
@@ -43,14 +43,14 @@ MSPCXMLNodeKind kindOf(pugi::xml_node_type type) {
 // The text of an element: the piece that may be embedded in the element itself comes before all its children.
 std::string_view elementText(const pugi::xml_node& element, std::string& buffer) {
     const auto first = element.first_child();
-    if (!first) {
+    if (!isThere(first)) {
         return element.value();
     }
-    if (isTextOrCData(first) && !first.next_sibling() && *element.value() == '\0') {
+    if (isTextOrCData(first) && !isThere(first.next_sibling()) && *element.value() == '\0') {
         return first.value();
     }
     buffer = element.value();
-    for (auto node = first; node; node = nextBelow(node, element)) {
+    for (auto node = first; isThere(node); node = nextBelow(node, element)) {
         if (isTextOrCData(node) || node.type() == pugi::node_element) {
             buffer += node.value();
         }
@@ -65,7 +65,7 @@ void replaceContent(pugi::xml_node element, std::string_view text) {
         added = element.append_child(pugi::node_pcdata);
         added.set_value(text.data(), text.size());
     }
-    while (element.first_child() != added) {
+    while (!areSame(element.first_child(), added)) {
         destroySubtree(element.first_child());
     }
     if (*element.value() != '\0') {
@@ -76,13 +76,28 @@ void replaceContent(pugi::xml_node element, std::string_view text) {
 // The node itself or the next of its siblings with that name that is an element: processing instructions have names
 // too.
 pugi::xml_node elementFrom(pugi::xml_node node, const char* name) {
-    while (node && node.type() != pugi::node_element) {
+    while (isThere(node) && node.type() != pugi::node_element) {
         node = node.next_sibling(name);
     }
     return node;
 }
 
+// Calls `visit` with each child element of that name, in order.
+template <typename Visit>
+void visitChildElements(const pugi::xml_node& parent, std::string_view name, Visit&& visit) {
+    const MSPCXMLTerminatedName terminated(name);
+    for (auto child = parent.child(terminated.text()); isThere(child); child = child.next_sibling(terminated.text())) {
+        if (child.type() == pugi::node_element) {
+            visit(child);
+        }
+    }
+}
+
 }  // namespace
+
+bool MSPCXMLNode::isElement() const noexcept {
+    return _attribute == nullptr && treeNode(*this).type() == pugi::node_element;
+}
 
 MSPCXMLNodeKind MSPCXMLNode::kind() const noexcept {
     return _attribute != nullptr ? MSPCXMLNodeKind::Attribute : kindOf(treeNode(*this).type());
@@ -144,13 +159,13 @@ MSPCXMLNode MSPCXMLNode::lastChild() const noexcept {
 MSPCXMLNode MSPCXMLNode::nextSibling() const noexcept {
     const auto node = nodeWithChildren(*this);
     const auto sibling = node.next_sibling();
-    return !sibling || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
+    return !isThere(sibling) || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
 }
 
 MSPCXMLNode MSPCXMLNode::previousSibling() const noexcept {
     const auto node = nodeWithChildren(*this);
     const auto sibling = node.previous_sibling();
-    return !sibling || isSideRoom(sibling) || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
+    return !isThere(sibling) || isSideRoom(sibling) || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
 }
 
 MSPCXMLNode MSPCXMLNode::firstChildElement(std::string_view name) const noexcept {
@@ -162,14 +177,30 @@ MSPCXMLNode MSPCXMLNode::nextSiblingElement(std::string_view name) const noexcep
     const MSPCXMLTerminatedName terminated(name);
     const auto node = nodeWithChildren(*this);
     const auto sibling = elementFrom(node.next_sibling(terminated.text()), terminated.text());
-    return !sibling || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
+    return !isThere(sibling) || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
 }
 
-std::vector<MSPCXMLNamedElement> MSPCXMLNode::childElements() const {
+MSPCXMLLastChild MSPCXMLNode::lastChildElement(std::string_view name) const noexcept {
+    MSPCXMLLastChild last;
+    visitChildElements(nodeWithChildren(*this), name, [&](const pugi::xml_node& child) {
+        last.element = handleOf(child);
+        ++last.count;
+    });
+    return last;
+}
+
+std::vector<MSPCXMLNode> MSPCXMLNode::childElements(std::string_view name) const {
+    std::vector<MSPCXMLNode> elements;
+    visitChildElements(nodeWithChildren(*this), name,
+                       [&](const pugi::xml_node& child) { elements.push_back(handleOf(child)); });
+    return elements;
+}
+
+std::pmr::vector<MSPCXMLNamedElement> MSPCXMLNode::childElements(std::pmr::memory_resource* memory) const {
     constexpr std::size_t usualCount = 40;
-    std::vector<MSPCXMLNamedElement> elements;
+    std::pmr::vector<MSPCXMLNamedElement> elements(memory);
     elements.reserve(usualCount);
-    for (auto child = firstVisibleChild(nodeWithChildren(*this)); child; child = child.next_sibling()) {
+    for (auto child = firstVisibleChild(nodeWithChildren(*this)); isThere(child); child = child.next_sibling()) {
         if (child.type() == pugi::node_element) {
             elements.push_back({child.name(), handleOf(child)});
         }

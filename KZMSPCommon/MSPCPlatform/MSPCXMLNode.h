@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,7 @@ enum class MSPCXMLNodeKind {
 };
 
 class MSPCXMLNewElement;
+struct MSPCXMLLastChild;
 struct MSPCXMLNamedElement;
 
 // A namespace declaration as it stands on an element.
@@ -40,7 +42,7 @@ public:
     friend bool operator==(const MSPCXMLNode&, const MSPCXMLNode&) noexcept = default;
 
     [[nodiscard]] MSPCXMLNodeKind kind() const noexcept;
-    [[nodiscard]] bool isElement() const noexcept { return kind() == MSPCXMLNodeKind::Element; }
+    [[nodiscard]] bool isElement() const noexcept;
     // The name as written; empty for nodes without one. Valid as long as the node.
     [[nodiscard]] std::string_view name() const noexcept;
 
@@ -55,6 +57,10 @@ public:
     // XML forbids both.
     void setStringValue(std::string_view text);
 
+    // Replaces the text of an element that holds one text and nothing else, in place; gives false and changes nothing for
+    // any other node and for an empty text. Doing it again with the old text leaves no trace.
+    bool replaceOnlyText(std::string_view text);
+
     [[nodiscard]] MSPCXMLNode parent() const noexcept;
     [[nodiscard]] MSPCXMLNode firstChild() const noexcept;
     [[nodiscard]] MSPCXMLNode lastChild() const noexcept;
@@ -65,8 +71,14 @@ public:
     [[nodiscard]] MSPCXMLNode nextSiblingElement(std::string_view name) const noexcept;
     // The node as it would be written, without added line ends and indentation: `<UID>12</UID>`, `id="t12"`.
     [[nodiscard]] std::string markup() const;
-    // All child elements with their names, in order; for reading many of them in one walk.
-    [[nodiscard]] std::vector<MSPCXMLNamedElement> childElements() const;
+    // The last child element of a name, and how many there are; for a field of which the last one counts.
+    [[nodiscard]] MSPCXMLLastChild lastChildElement(std::string_view name) const noexcept;
+    // All child elements with their names, in order; for reading many of them in one walk. The list takes its room from
+    // `memory`.
+    [[nodiscard]] std::pmr::vector<MSPCXMLNamedElement> childElements(
+        std::pmr::memory_resource* memory = std::pmr::get_default_resource()) const;
+    // The child elements of a name, in order.
+    [[nodiscard]] std::vector<MSPCXMLNode> childElements(std::string_view name) const;
     // The root element of the node's document.
     [[nodiscard]] MSPCXMLNode rootElement() const noexcept;
 
@@ -77,12 +89,16 @@ public:
 
     // Appends an attribute with an empty value, or gives the one that is there.
     MSPCXMLNode findOrAddAttribute(std::string_view name);
+    // Gives an attribute that value and gives the attribute, appended where it was missing.
+    MSPCXMLNode setAttribute(std::string_view name, std::string_view value);
     // Removes an attribute; nothing happens when there is none.
     void removeAttribute(std::string_view name);
 
     // Appends, or inserts before the child with that position among all children (at the end when there are fewer), a
     // new element or comment. The handle is valid as long as this node holds it.
     MSPCXMLNode appendElement(std::string_view name);
+    // The same with a text in the element; without any child when the text is empty.
+    MSPCXMLNode appendElement(std::string_view name, std::string_view text);
     MSPCXMLNode insertElement(std::string_view name, std::size_t index);
     MSPCXMLNode appendComment(std::string_view text);
     MSPCXMLNode insertComment(std::string_view text, std::size_t index);
@@ -99,9 +115,6 @@ public:
     // Takes this element out of its parent. It stays alive, owned by the result, and no query finds it. Empty for a
     // free element, which has its owner already.
     [[nodiscard]] MSPCXMLNewElement detach();
-
-    // Swaps the places of this element and another one of the same document. Neither is free or inside the other.
-    void exchangeWith(const MSPCXMLNode& other);
 
     // The nodes that an XPath 1.0 query relative to this node selects, in document order; none when the query itself
     // is malformed or does not select nodes. Query texts in use are compiled once. A query never leaves the document
@@ -121,6 +134,12 @@ private:
 
     void* _node = nullptr;       // the element, for an attribute
     void* _attribute = nullptr;  // set for attributes only
+};
+
+// The last of the child elements of a name, empty when there is none, and their number.
+struct MSPCXMLLastChild {
+    MSPCXMLNode element;
+    std::size_t count = 0;
 };
 
 // A child element and its name, which is valid as long as the element.

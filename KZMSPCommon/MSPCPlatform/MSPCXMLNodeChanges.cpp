@@ -20,7 +20,7 @@ pugi::xml_node childAt(const pugi::xml_node& parent, std::size_t index) {
 }
 
 pugi::xml_node newChildBefore(pugi::xml_node parent, pugi::xml_node_type type, const pugi::xml_node& before) {
-    return before ? parent.insert_child_before(type, before) : parent.append_child(type);
+    return isThere(before) ? parent.insert_child_before(type, before) : parent.append_child(type);
 }
 
 MSPCXMLNode addElement(const MSPCXMLNode& parent, std::string_view name, const pugi::xml_node& before) {
@@ -35,16 +35,25 @@ MSPCXMLNode addCommentNode(const MSPCXMLNode& parent, std::string_view text, con
     return handleOf(comment);
 }
 
+pugi::xml_attribute attributeOf(pugi::xml_node element, std::string_view name) {
+    const MSPCXMLTerminatedName terminated(name);
+    const auto found = element.attribute(terminated.text());
+    return isThere(found) ? found : element.append_attribute(terminated.text());
+}
+
 }  // namespace
 
 MSPCXMLNode MSPCXMLNode::findOrAddAttribute(std::string_view name) {
+    return isElement() ? MSPCXMLNode(_node, attributeOf(treeNode(*this), name).internal_object()) : MSPCXMLNode();
+}
+
+MSPCXMLNode MSPCXMLNode::setAttribute(std::string_view name, std::string_view value) {
     if (!isElement()) {
         return {};
     }
-    if (const auto found = attribute(name)) {
-        return found;
-    }
-    return {_node, treeNode(*this).append_attribute(MSPCXMLTerminatedName(name).text()).internal_object()};
+    auto attribute = attributeOf(treeNode(*this), name);
+    attribute.set_value(value.data(), value.size());
+    return {_node, attribute.internal_object()};
 }
 
 void MSPCXMLNode::removeAttribute(std::string_view name) {
@@ -55,6 +64,14 @@ void MSPCXMLNode::removeAttribute(std::string_view name) {
 
 MSPCXMLNode MSPCXMLNode::appendElement(std::string_view name) {
     return isElement() ? addElement(*this, name, {}) : MSPCXMLNode();
+}
+
+MSPCXMLNode MSPCXMLNode::appendElement(std::string_view name, std::string_view text) {
+    const auto element = appendElement(name);
+    if (element && !text.empty()) {
+        treeNode(element).append_child(pugi::node_pcdata).set_value(text.data(), text.size());
+    }
+    return element;
 }
 
 MSPCXMLNode MSPCXMLNode::insertElement(std::string_view name, std::size_t index) {
@@ -123,24 +140,10 @@ MSPCXMLNewElement MSPCXMLNode::detach() {
     return MSPCXMLNewElement(handleOf(sideRoom(node.root()).append_move(node)));
 }
 
-void MSPCXMLNode::exchangeWith(const MSPCXMLNode& other) {
-    const auto one = treeNode(*this);
-    const auto two = treeNode(other);
-    auto parentOfOne = one.parent();
-    auto parentOfTwo = two.parent();
-    const auto afterOne = one.next_sibling();
-    const auto afterTwo = two.next_sibling();
-    if (afterOne == two) {
-        parentOfOne.insert_move_after(one, two);
-    } else if (afterTwo == one) {
-        parentOfOne.insert_move_after(two, one);
-    } else if (one != two) {
-        const auto place = [](pugi::xml_node& parent, const pugi::xml_node& node, const pugi::xml_node& before) {
-            before ? parent.insert_move_before(node, before) : parent.append_move(node);
-        };
-        place(parentOfTwo, one, afterTwo);
-        place(parentOfOne, two, afterOne);
-    }
+bool MSPCXMLNode::replaceOnlyText(std::string_view text) {
+    const auto node = treeNode(*this);
+    const bool isOneText = isElement() && !isThere(node.first_child()) && *node.value() != '\0';
+    return isOneText && !text.empty() && node.text().set(text.data(), text.size());
 }
 
 MSPCXMLNewElement::MSPCXMLNewElement(MSPCXMLNewElement&& other) noexcept : _element(other.release()) {

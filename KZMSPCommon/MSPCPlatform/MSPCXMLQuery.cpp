@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <memory>
 #include <pugixml.hpp>
@@ -12,12 +13,21 @@
 
 namespace {
 
-bool isNameStart(char character) {
+constexpr bool isNameStart(char character) {
     return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') || character == '_';
 }
 
 bool isNameCharacter(char character) {
-    return isNameStart(character) || (character >= '0' && character <= '9') || character == '-' || character == '.';
+    static constexpr auto kinds = [] {
+        std::array<bool, 256> isIn{};
+        for (std::size_t byte = 0; byte < isIn.size(); ++byte) {
+            const auto candidate = static_cast<char>(byte);
+            isIn[byte] = isNameStart(candidate) || (candidate >= '0' && candidate <= '9') || candidate == '-' ||
+                         candidate == '.';
+        }
+        return isIn;
+    }();
+    return kinds[static_cast<unsigned char>(character)];
 }
 
 struct TextHash {
@@ -92,6 +102,20 @@ bool couldMeetFreeElements(const MSPCXMLNode& node, std::string_view query) {
     return true;
 }
 
+std::vector<MSPCXMLNode> nodesAtPlainPath(const MSPCXMLNode& node, std::string_view path) {
+    const auto slash = path.find('/');
+    auto children = node.childElements(path.substr(0, slash));
+    if (slash == std::string_view::npos) {
+        return children;
+    }
+    std::vector<MSPCXMLNode> nodes;
+    for (const auto& child : children) {
+        const auto below = nodesAtPlainPath(child, path.substr(slash + 1));
+        nodes.insert(nodes.end(), below.begin(), below.end());
+    }
+    return nodes;
+}
+
 std::vector<MSPCXMLNode> evaluated(const pugi::xpath_query& query, const MSPCXMLNode& node) {
     const pugi::xml_attribute attribute(MSPCXMLNodeAccess::attribute(node));
     auto matches = query.evaluate_node_set(attribute ? pugi::xpath_node(attribute, treeNode(node))
@@ -107,6 +131,10 @@ std::vector<MSPCXMLNode> evaluated(const pugi::xpath_query& query, const MSPCXML
 }
 
 }  // namespace
+
+bool isPlainChildName(std::string_view query) {
+    return !query.empty() && isNameStart(query.front()) && std::all_of(query.begin(), query.end(), isNameCharacter);
+}
 
 bool isPlainChildPath(std::string_view query) {
     bool atStart = true;
@@ -124,9 +152,7 @@ std::optional<std::vector<MSPCXMLNode>> MSPCXMLNode::nodesForXPath(std::string_v
         return std::vector<MSPCXMLNode>();
     }
     if (isPlainChildPath(query)) {
-        std::vector<MSPCXMLNode> nodes;
-        visitPlainChildPath(*this, query, [&](const MSPCXMLNode& node) { nodes.push_back(node); });
-        return nodes;
+        return nodesAtPlainPath(*this, query);
     }
     static thread_local QueryCache cache;
     const auto* compiled = cache.compiled(query);

@@ -3,22 +3,12 @@
 #include <cstring>
 #include <pugixml.hpp>
 
-#include "MSPCXMLNodeAccess.h"
-
 namespace {
 
 // No document can hold an element of this name, since U+0001 is no XML character.
 constexpr const char* SideRoomName = "\x01";
 
 }  // namespace
-
-pugi::xml_node treeNode(const MSPCXMLNode& handle) {
-    return pugi::xml_node(MSPCXMLNodeAccess::node(handle));
-}
-
-MSPCXMLNode handleOf(const pugi::xml_node& node) {
-    return MSPCXMLNodeAccess::handle(node.internal_object());
-}
 
 bool isSideRoom(const pugi::xml_node& node) {
     return node.name()[0] == SideRoomName[0];
@@ -31,7 +21,7 @@ pugi::xml_node sideRoomIfAny(const pugi::xml_node& document) {
 
 pugi::xml_node sideRoom(pugi::xml_node document) {
     const auto room = sideRoomIfAny(document);
-    return room ? room : document.prepend_child(SideRoomName);
+    return isThere(room) ? room : document.prepend_child(SideRoomName);
 }
 
 bool isFree(const pugi::xml_node& node) {
@@ -45,7 +35,7 @@ pugi::xml_node firstVisibleChild(const pugi::xml_node& document) {
 
 pugi::xml_node rootElementOf(const pugi::xml_node& document) {
     auto child = firstVisibleChild(document);
-    while (child && child.type() != pugi::node_element) {
+    while (isThere(child) && child.type() != pugi::node_element) {
         child = child.next_sibling();
     }
     return child;
@@ -61,11 +51,11 @@ bool isXMLBlank(const char* text) {
 }
 
 pugi::xml_node nextBelow(pugi::xml_node node, const pugi::xml_node& top) {
-    if (const auto child = node.first_child()) {
+    if (const auto child = node.first_child(); isThere(child)) {
         return child;
     }
-    while (node && node != top) {
-        if (const auto sibling = node.next_sibling()) {
+    while (isThere(node) && !areSame(node, top)) {
+        if (const auto sibling = node.next_sibling(); isThere(sibling)) {
             return sibling;
         }
         node = node.parent();
@@ -75,25 +65,14 @@ pugi::xml_node nextBelow(pugi::xml_node node, const pugi::xml_node& top) {
 
 void destroySubtree(pugi::xml_node top) {
     // The library would recurse into the children; without any left it has nothing to recurse into.
-    for (auto node = top; node;) {
-        if (const auto child = node.first_child()) {
+    for (auto node = top; isThere(node);) {
+        if (const auto child = node.first_child(); isThere(child)) {
             node = child;
             continue;
         }
-        const bool isTop = node == top;
+        const bool isTop = areSame(node, top);
         auto parent = node.parent();
         parent.remove_child(node);
         node = isTop ? pugi::xml_node() : parent;
-    }
-}
-
-MSPCXMLTerminatedName::MSPCXMLTerminatedName(std::string_view name) {
-    if (name.size() < ShortSize) {
-        name.copy(_short, name.size());
-        _short[name.size()] = '\0';
-        _text = _short;
-    } else {
-        _long = name;
-        _text = _long.c_str();
     }
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "MSPCXMLNode.h"
+#include "MSPCXMLNodeAccess.h"
 
 namespace pugi {
 class xml_node;
@@ -15,9 +18,27 @@ class xml_node;
 // The library has no nodes without a parent. Free elements therefore live in a side room: a reserved first child of the
 // document, made when the first free element is. Nothing outside this folder ever sees it.
 
-// The library's node behind a handle (of an attribute the element that holds it), and the handle of a node.
-[[nodiscard]] pugi::xml_node treeNode(const MSPCXMLNode& handle);
-[[nodiscard]] MSPCXMLNode handleOf(const pugi::xml_node& node);
+// The library's own handles are one pointer each, but to ask them anything is a call into its shared library. The
+// questions that every step of a walk asks are answered here without one.
+template <typename TreeHandle>
+[[nodiscard]] bool isThere(const TreeHandle& handle) noexcept {
+    return std::bit_cast<void*>(handle) != nullptr;
+}
+template <typename TreeHandle>
+[[nodiscard]] bool areSame(const TreeHandle& one, const TreeHandle& other) noexcept {
+    return std::bit_cast<void*>(one) == std::bit_cast<void*>(other);
+}
+
+// The library's node behind a handle (of an attribute the element that holds it), and the handle of a node. Templates
+// only because the library's types are complete in .cpp files alone.
+template <typename TreeNode = pugi::xml_node>
+[[nodiscard]] TreeNode treeNode(const MSPCXMLNode& handle) noexcept {
+    return std::bit_cast<TreeNode>(MSPCXMLNodeAccess::node(handle));
+}
+template <typename TreeNode = pugi::xml_node>
+[[nodiscard]] MSPCXMLNode handleOf(const std::type_identity_t<TreeNode>& node) noexcept {
+    return MSPCXMLNodeAccess::handle(std::bit_cast<pugi::xml_node_struct*>(node));
+}
 
 // The side room of a document node; made when it is missing.
 [[nodiscard]] pugi::xml_node sideRoom(pugi::xml_node document);
@@ -43,7 +64,16 @@ void destroySubtree(pugi::xml_node top);
 // A name with a zero at its end, as the library takes it, without an allocation for the usual ones.
 class MSPCXMLTerminatedName {
 public:
-    explicit MSPCXMLTerminatedName(std::string_view name);
+    explicit MSPCXMLTerminatedName(std::string_view name) {
+        if (name.size() < ShortSize) {
+            name.copy(_short, name.size());
+            _short[name.size()] = '\0';
+            _text = _short;
+        } else {
+            _long = name;
+            _text = _long.c_str();
+        }
+    }
     MSPCXMLTerminatedName(const MSPCXMLTerminatedName&) = delete;
     MSPCXMLTerminatedName& operator=(const MSPCXMLTerminatedName&) = delete;
     [[nodiscard]] const char* text() const noexcept { return _text; }

@@ -32,34 +32,39 @@ public:
 
 private:
     void walk(const pugi::xml_node& top) {
-        for (auto node = top;;) {
+        for (auto node = top; isThere(node);) {
             if (open(node)) {
                 ++_level;
                 node = node.first_child();
-                continue;
+            } else {
+                node = nextBehind(node, top);
             }
-            while (node != top && !node.next_sibling()) {
-                node = node.parent();
-                --_level;
-                close(node);
-            }
-            if (node == top) {
-                return;
-            }
-            node = node.next_sibling();
         }
+    }
+
+    // The node that follows one without children; writes the end tags on the way there.
+    pugi::xml_node nextBehind(pugi::xml_node node, const pugi::xml_node& top) {
+        while (!areSame(node, top)) {
+            if (const auto sibling = node.next_sibling(); isThere(sibling)) {
+                return sibling;
+            }
+            node = node.parent();
+            --_level;
+            close(node);
+        }
+        return {};
     }
 
     // Writes a node as far as its first child; says whether children follow.
     bool open(const pugi::xml_node& node) {
         const auto type = node.type();
         if (type == pugi::node_pcdata) {
-            if (_inlineTop) {
+            if (isThere(_inlineTop)) {
                 _output.text(node.value());
             }
             return false;  // between elements on lines of their own only blanks are left, which give way to indentation
         }
-        if (!_inlineTop) {
+        if (!isThere(_inlineTop)) {
             _output.newLine(_level);
         }
         if (type == pugi::node_element) {
@@ -101,53 +106,55 @@ private:
     }
 
     bool openElement(const pugi::xml_node& element) {
+        const std::string_view name = element.name();
         _output.raw("<");
-        _output.raw(element.name());
+        _output.raw(name);
         bool preservesSpace = false;
-        for (auto attribute = element.first_attribute(); attribute; attribute = attribute.next_attribute()) {
+        for (auto attribute = element.first_attribute(); isThere(attribute); attribute = attribute.next_attribute()) {
             _output.raw(" ");
             writeAttribute(attribute);
             preservesSpace = preservesSpace || isSpacePreserved(attribute);
         }
         const auto first = element.first_child();
-        if (!first || (first.type() == pugi::node_pcdata && !first.next_sibling())) {
-            return writeOnlyText(element, first);
+        if (!isThere(first) || (first.type() == pugi::node_pcdata && !isThere(first.next_sibling()))) {
+            writeOnlyText(name, element.value(), first.value());
+            return false;
         }
         _output.raw(">");
-        if (!_inlineTop && (preservesSpace || !isElementOnly(element))) {
+        if (!isThere(_inlineTop) && (preservesSpace || !isElementOnly(element))) {
             _inlineTop = element;
         }
         _output.text(element.value());
         return true;
     }
 
-    bool writeOnlyText(const pugi::xml_node& element, const pugi::xml_node& text) {
-        const std::string_view embedded = element.value();
-        const std::string_view own = text.value();
-        if (embedded.empty() && own.empty()) {
+    // `embedded` is the text in the element itself, `own` that of its only child.
+    void writeOnlyText(std::string_view name, const char* embedded, const char* own) {
+        if (*embedded == '\0' && *own == '\0') {
             _output.raw("/>");
-            return false;
+            return;
         }
         _output.raw(">");
-        _output.text(embedded);
+        if (*embedded != '\0') {
+            _output.text(embedded);
+        }
         _output.text(own);
-        writeEndTag(element);
-        return false;
+        writeEndTag(name);
     }
 
     void close(const pugi::xml_node& element) {
-        if (!_inlineTop) {
+        if (!isThere(_inlineTop)) {
             _output.newLine(_level);
         }
-        writeEndTag(element);
-        if (element == _inlineTop) {
+        writeEndTag(element.name());
+        if (areSame(element, _inlineTop)) {
             _inlineTop = {};
         }
     }
 
-    void writeEndTag(const pugi::xml_node& element) {
+    void writeEndTag(std::string_view name) {
         _output.raw("</");
-        _output.raw(element.name());
+        _output.raw(name);
         _output.raw(">");
     }
 
@@ -158,7 +165,7 @@ private:
     // Whether an element holds other nodes and no text but blanks, which may give way to indentation.
     static bool isElementOnly(const pugi::xml_node& element) {
         bool hasOtherNodes = false;
-        for (auto child = element.first_child(); child; child = child.next_sibling()) {
+        for (auto child = element.first_child(); isThere(child); child = child.next_sibling()) {
             const auto type = child.type();
             if (type == pugi::node_cdata || (type == pugi::node_pcdata && !isXMLBlank(child.value()))) {
                 return false;
@@ -179,7 +186,7 @@ std::size_t writeXMLDocument(const MSPCXMLNode& document, MSPCByteSink& sink) {
     MSPCXMLOutput output(sink);
     output.raw(R"(<?xml version="1.0" encoding="UTF-8"?>)");
     TreeWriter writer(output);
-    for (auto node = firstVisibleChild(treeNode(document)); node; node = node.next_sibling()) {
+    for (auto node = firstVisibleChild(treeNode(document)); isThere(node); node = node.next_sibling()) {
         writer.writeOnLines(node);
     }
     output.raw("\n");

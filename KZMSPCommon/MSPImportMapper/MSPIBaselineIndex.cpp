@@ -3,6 +3,7 @@
 #include <string>
 
 #include "MSPCExtensions.h"
+#include "MSPCFields.h"
 #include "MSPIXPathNumber.h"
 
 MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLNode& mspProject) {
@@ -14,16 +15,26 @@ MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLNode& mspProject) {
 void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, std::string_view path,
                                 std::size_t MSPIBaselineCounts::*count) {
     for (const auto& element : nodesForXQuery(mspProject, path)) {
-        _elements.push_back(element);
-        addBaselines(element, count);
+        _elements.push_back({element, 0});
+        if (const auto baseline = element.firstChildElement("Baseline")) {
+            addChildrenNamedBy(baseline, element);
+            addBaselines(baseline, count);
+        }
+        _elements.back().endOfChildren = _children.size();
     }
 }
 
-void MSPIBaselineIndex::addBaselines(const MSPCXMLNode& element, std::size_t MSPIBaselineCounts::*count) {
+void MSPIBaselineIndex::addChildrenNamedBy(const MSPCXMLNode& baseline, const MSPCXMLNode& element) {
+    const MSPCFields fields(element);
+    for (const auto& value : baseline.childElements()) {
+        _children.push_back({value.name, fields.singleObject(value.name)});
+    }
+}
+
+void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, std::size_t MSPIBaselineCounts::*count) {
     const auto position = _elements.size() - 1;
     std::string buffer;
-    for (auto baseline = element.firstChildElement("Baseline"); baseline;
-         baseline = baseline.nextSiblingElement("Baseline")) {
+    for (; baseline; baseline = baseline.nextSiblingElement("Baseline")) {
         for (auto child = baseline.firstChildElement("Number"); child; child = child.nextSiblingElement("Number")) {
             const auto number = xpathNumber(child.stringValue(buffer));
             const auto whole = number && *number >= 0 && *number < BaselineCount ? static_cast<std::size_t>(*number) : 0;
@@ -44,8 +55,10 @@ void MSPIBaselineIndex::addBaselines(const MSPCXMLNode& element, std::size_t MSP
 std::vector<MSPIBaselineIndex::Target> MSPIBaselineIndex::targets(std::int32_t number) const {
     std::vector<Target> targets;
     targets.reserve(_elements.size());
-    for (const auto& element : _elements) {
-        targets.push_back({element, {}});
+    std::size_t startOfChildren = 0;
+    for (const auto& [node, endOfChildren] : _elements) {
+        targets.push_back({node, {}, std::span(_children).subspan(startOfChildren, endOfChildren - startOfChildren)});
+        startOfChildren = endOfChildren;
     }
     for (const auto& [position, baseline] : of(number).entries) {
         targets[position].baseline = baseline;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "MSPCXMLNode.h"
@@ -24,19 +25,25 @@ public:
     static constexpr std::int32_t BaselineCount = 11;  // numbers 0 to 10
 
     // An assignment, resource or task; `baseline` is its `Baseline` child of the number asked for, the last of several,
-    // and empty when it has none.
+    // and empty when it has none. `children` are those of the element that its first baseline names, in the order in
+    // which it does; an empty handle where there is none of a name.
     struct Target {
         MSPCXMLNode element;
         MSPCXMLNode baseline;
+        std::span<const MSPCXMLNamedElement> children;
     };
 
     explicit MSPIBaselineIndex(const MSPCXMLNode& mspProject);
 
     [[nodiscard]] const MSPIBaselineCounts& counts(std::int32_t number) const { return of(number).counts; }
-    // All assignments, then all resources, then all tasks, in document order.
+    // All assignments, then all resources, then all tasks, in document order. Valid as long as this index.
     [[nodiscard]] std::vector<Target> targets(std::int32_t number) const;
 
 private:
+    struct Element {
+        MSPCXMLNode node;
+        std::size_t endOfChildren;  // in _children, where this element's children end and the next one's begin
+    };
     struct Entry {
         std::size_t elementPosition;  // in _elements
         MSPCXMLNode baseline;
@@ -47,11 +54,14 @@ private:
     };
 
     void addList(const MSPCXMLNode& mspProject, std::string_view path, std::size_t MSPIBaselineCounts::*count);
-    void addBaselines(const MSPCXMLNode& element, std::size_t MSPIBaselineCounts::*count);
+    // `baseline` is the first one of the element added last.
+    void addBaselines(MSPCXMLNode baseline, std::size_t MSPIBaselineCounts::*count);
+    void addChildrenNamedBy(const MSPCXMLNode& baseline, const MSPCXMLNode& element);
     [[nodiscard]] const OfNumber& of(std::int32_t number) const {
         return _byNumber.at(static_cast<std::size_t>(number));
     }
 
-    std::vector<MSPCXMLNode> _elements;
+    std::vector<Element> _elements;
+    std::vector<MSPCXMLNamedElement> _children;  // of all elements, one after the other
     std::array<OfNumber, BaselineCount> _byNumber;
 };

@@ -1,5 +1,7 @@
 #include "MSPIBaselinePatch.h"
 
+#include <optional>
+#include <ranges>
 #include <utility>
 
 #include "MSPCException.h"
@@ -20,13 +22,33 @@ MSPCXMLNode baselineOf(const MSPCXMLNode& target, std::int32_t number) {
     return found;
 }
 
-bool holdsElements(const MSPCXMLNode& element) {
-    auto child = element.firstChild();
-    while (child && !child.isElement()) {
-        child = child.nextSibling();
+// The last child of a name, of those that a baseline names from its last to its first. The baselines of an element name
+// the same ones in the same order, so that most are known from another one.
+class ChildrenByName {
+public:
+    ChildrenByName(const MSPCXMLNode& element, std::span<const MSPCXMLNamedElement> known)
+        : _element(element), _known(known) {
     }
-    return static_cast<bool>(child);
-}
+
+    MSPCXMLNode named(std::string_view name) {
+        while (!_known.empty()) {
+            const auto& candidate = _known.back();
+            _known = _known.first(_known.size() - 1);
+            if (candidate.name == name) {
+                return candidate.element;
+            }
+        }
+        if (!_fields) {
+            _fields.emplace(_element);
+        }
+        return _fields->singleObject(name);
+    }
+
+private:
+    MSPCXMLNode _element;
+    std::span<const MSPCXMLNamedElement> _known;  // those that may still come
+    std::optional<MSPCFields> _fields;
+};
 
 }  // namespace
 
@@ -34,8 +56,9 @@ MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNu
     : MSPIBaselinePatch(target, baselineOf(target, baselineNumber)) {
 }
 
-MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline)
-    : _target(target), _baseline(baseline) {
+MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline,
+                                     std::span<const MSPCXMLNamedElement> children)
+    : _target(target), _baseline(baseline), _children(children) {
 }
 
 void MSPIBaselinePatch::apply() {
@@ -58,44 +81,51 @@ void MSPIBaselinePatch::revert() {
         _target = _parentOfRemoved.insertChildBefore(std::move(_removedTarget), _siblingAfterRemoved);
     }
     for (auto replacement = _replacements.rbegin(); replacement != _replacements.rend(); ++replacement) {
-        if (replacement->keptOriginal) {
-            _target.insertChildBefore(std::move(replacement->keptOriginal), replacement->standIn);
-            static_cast<void>(replacement->standIn.detach());
+        auto& [child, originalTextSize, standIn, keptChild] = *replacement;
+        if (keptChild) {
+            _target.insertChildBefore(std::move(keptChild), standIn);
+            static_cast<void>(standIn.detach());
         } else {
-            replacement->standIn.exchangeWith(replacement->original);
+            const auto start = _originalTexts.size() - originalTextSize;
+            child.replaceOnlyText(std::string_view(_originalTexts).substr(start));
+            _originalTexts.resize(start);
         }
     }
     _replacements.clear();
     _isPatched = false;
 }
 
-// From the last child of the baseline to the first: of several of one name, which timephased data gives by the hundred,
-// the last one is what shows.
+// Of several values of one name, which timephased data gives by the hundred, the last one is what shows.
 void MSPIBaselinePatch::showBaseline(const MSPCXMLNode& baseline) {
-    const MSPCFields fields(_target);
-    for (auto value = baseline.lastChild(); value;) {
-        const auto previous = value.previousSibling();
-        if (value.isElement() && value.name() != "Number") {
-            const auto child = fields.singleObject(value.name());
-            if (child && child.parent() == _target) {  // else it has been replaced already
-                show(value, child);
-            }
+    ChildrenByName children(_target, _children);
+    const MSPCFields values(baseline);
+    _replacements.reserve(values.elements().size());
+    for (const auto& [name, value] : std::views::reverse(values.elements())) {
+        if (name == "Number" || value != values.singleObject(name)) {
+            continue;
         }
-        value = previous;
+        if (const auto child = children.named(name)) {
+            show(value, child);
+        }
     }
 }
 
-// A plain value changes places with the child: nothing is copied, and no reader sees the difference. Only the text of a
-// value shows, so one with elements in it, or a child that holds the value, needs a new element.
+// A child that is one text gets another one and stays where it is. Any other child, and a text that is or becomes empty,
+// gives way to a new element.
 void MSPIBaselinePatch::show(const MSPCXMLNode& value, MSPCXMLNode child) {
-    if (!holdsElements(value) && child != value.parent()) {
-        child.exchangeWith(value);
-        _replacements.push_back({child, value, {}});
+    std::string buffer;
+    const auto text = value.stringValue(buffer);
+    std::string originalBuffer;
+    const auto originalText = child.stringValue(originalBuffer);
+    _originalTexts += originalText;
+    if (child.replaceOnlyText(text)) {
+        _replacements.push_back({child, originalText.size(), {}, {}});
         return;
     }
+    _originalTexts.resize(_originalTexts.size() - originalText.size());
     auto standIn = _target.insertChildBefore(_target.newElement(value.name()), child);
-    standIn.setStringValue(value.stringValue());
-    _replacements.push_back({child, standIn, child.detach()});
+    standIn.setStringValue(text);
+    _replacements.push_back({child, 0, standIn, child.detach()});
 }
 
 void MSPIBaselinePatch::removeTarget() {

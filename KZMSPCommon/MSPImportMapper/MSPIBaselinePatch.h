@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <span>
+#include <string>
 #include <vector>
 
 #include "MSPCXMLNode.h"
@@ -13,8 +15,10 @@ class MSPIBaselinePatch {
 public:
     // Changes nothing yet. The document outlives the patch.
     MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber);
-    // For a baseline that has been looked up already; empty where the target has none.
-    MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline);
+    // For a baseline that has been looked up already; empty where the target has none. `children` may name children of
+    // the target, each the last of its name, in the order in which a baseline is likely to name them: they need no
+    // look-up. Read while the patch is applied.
+    MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline, std::span<const MSPCXMLNamedElement> children = {});
 
     // Raises `MSPCInternalInconsistency` "Can not apply patch to already patched target. Must revert first.".
     void apply();
@@ -25,12 +29,13 @@ public:
     [[nodiscard]] bool isTargetRemoved() const { return static_cast<bool>(_removedTarget); }
 
 private:
-    // A child of the target and what stands in its place: either the baseline's child, the two having changed places, or
-    // a new element with the baseline's text, while the child itself is kept here.
+    // A child of the target that shows the text of a baseline's child: either in the place of its own, which is kept at
+    // the end of _originalTexts, or by a new element in its place, while the child itself is kept here.
     struct Replacement {
-        MSPCXMLNode original;
+        MSPCXMLNode child;
+        std::size_t originalTextSize;
         MSPCXMLNode standIn;
-        MSPCXMLNewElement keptOriginal;
+        MSPCXMLNewElement keptChild;
     };
 
     void showBaseline(const MSPCXMLNode& baseline);
@@ -39,9 +44,11 @@ private:
 
     MSPCXMLNode _target;
     MSPCXMLNode _baseline;
+    std::span<const MSPCXMLNamedElement> _children;
     bool _isPatched = false;
     MSPCXMLNewElement _removedTarget;
     MSPCXMLNode _parentOfRemoved;
     MSPCXMLNode _siblingAfterRemoved;
     std::vector<Replacement> _replacements;
+    std::string _originalTexts;  // one after the other, in the order of the replacements
 };

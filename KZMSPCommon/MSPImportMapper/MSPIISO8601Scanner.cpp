@@ -1,6 +1,7 @@
 #include "MSPIISO8601Scanner.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "MSPCTextScanner.h"
 
@@ -10,11 +11,18 @@ constexpr bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-// Whether a text has the form of an example in which every "0" stands for a digit.
-bool hasForm(std::string_view text, std::string_view example) {
-    return std::equal(text.begin(), text.end(), example.begin(), example.end(), [](char actual, char expected) {
-        return expected == '0' ? isDigit(actual) : actual == expected;
-    });
+// Whether a text has the form of an example in which every "0" stands for a digit. A template, so that the example is
+// spelled out at compile time.
+template <std::size_t Size>
+bool hasForm(std::string_view text, const char (&example)[Size]) {
+    if (text.size() != Size - 1) {
+        return false;
+    }
+    bool matches = true;
+    for (std::size_t i = 0; i + 1 < Size; ++i) {
+        matches = matches && (example[i] == '0' ? isDigit(text[i]) : text[i] == example[i]);
+    }
+    return matches;
 }
 
 // The value of digits that are known to be there.
@@ -26,15 +34,17 @@ std::int64_t digitsAt(std::string_view text, std::size_t position, std::size_t c
     return value;
 }
 
-constexpr std::string_view LocalDateTime = "0000-00-00T00:00:00";
+constexpr char LocalDateTime[] = "0000-00-00T00:00:00";
+constexpr std::size_t LocalDateTimeSize = sizeof(LocalDateTime) - 1;
 
 // Reads digits and the mark that ends them off the front of a text; none, when either is missing.
 std::optional<std::int32_t> takeNumber(std::string_view& text, char mark) {
-    const auto end = text.find(mark);
-    if (end == std::string_view::npos || end == 0 || !std::all_of(text.begin(), text.begin() + end, isDigit)) {
+    const auto isNoDigit = [](char character) { return !isDigit(character); };
+    const auto end = static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isNoDigit) - text.begin());
+    if (end == 0 || end == text.size() || text[end] != mark) {
         return std::nullopt;
     }
-    const auto number = scanInteger32(text.substr(0, end));
+    const auto number = end < 9 ? static_cast<std::int32_t>(digitsAt(text, 0, end)) : scanInteger32(text.substr(0, end));
     text.remove_prefix(end + 1);
     return number;
 }
@@ -42,9 +52,12 @@ std::optional<std::int32_t> takeNumber(std::string_view& text, char mark) {
 }  // namespace
 
 std::optional<MSPCUnitFlags> scanISODateTime(MSPCDateComponents& components, std::string_view text) {
-    const auto zone = text.substr(std::min(LocalDateTime.size(), text.size()));
+    if (text.size() < LocalDateTimeSize) {
+        return std::nullopt;
+    }
+    const auto zone = text.substr(LocalDateTimeSize);
     const bool isOffset = hasForm(zone, "+00:00") || hasForm(zone, "-00:00");
-    if (!hasForm(text.substr(0, LocalDateTime.size()), LocalDateTime) || !(zone.empty() || zone == "Z" || isOffset)) {
+    if (!hasForm(text.substr(0, LocalDateTimeSize), LocalDateTime) || !(zone.empty() || zone == "Z" || isOffset)) {
         return std::nullopt;
     }
     components.year = digitsAt(text, 0, 4);

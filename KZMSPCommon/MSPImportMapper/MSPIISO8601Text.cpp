@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <cstdlib>
-#include <iterator>
 
 #include "MSPCException.h"
 #include "MSPIISO8601Patterns.h"
@@ -17,26 +16,27 @@ std::optional<MSPCUnitFlags> unitsOrMalformed(MSPCDateComponents& components, st
 }
 
 // Appends a separator to a text that holds something already, so a year without month and day prints as "2012--".
-void separate(std::string& text, char separator) {
-    if (!text.empty()) {
-        text += separator;
+void separate(fmt::memory_buffer& text, char separator) {
+    if (text.size() > 0) {
+        text.push_back(separator);
     }
 }
 
-void appendTwoDigits(std::string& text, std::int64_t field) {
+void appendTwoDigits(fmt::memory_buffer& text, std::int64_t field) {
     const auto value = MSPCDefinedOrZero(field);
     if (value < 0 || value > 99) {
-        fmt::format_to(std::back_inserter(text), "{:02}", value);
+        fmt::format_to(fmt::appender(text), "{:02}", value);
         return;
     }
     // Six times per date: worth not going through the formatter.
-    text += static_cast<char>('0' + value / 10);
-    text += static_cast<char>('0' + value % 10);
+    text.push_back(static_cast<char>('0' + value / 10));
+    text.push_back(static_cast<char>('0' + value % 10));
 }
 
-void appendDate(std::string& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+void appendDate(fmt::memory_buffer& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
     if (units & MSPCUnit::Year) {
-        text += fmt::format_int(MSPCDefinedOrZero(components.year)).str();
+        const fmt::format_int year(MSPCDefinedOrZero(components.year));
+        text.append(year.data(), year.data() + year.size());
     }
     separate(text, '-');
     if (units & MSPCUnit::Month) {
@@ -48,7 +48,7 @@ void appendDate(std::string& text, const MSPCDateComponents& components, MSPCUni
     }
 }
 
-void appendTime(std::string& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+void appendTime(fmt::memory_buffer& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
     if (units & MSPCUnit::Hour) {
         appendTwoDigits(text, components.hour);
     }
@@ -63,17 +63,17 @@ void appendTime(std::string& text, const MSPCDateComponents& components, MSPCUni
 }
 
 // West of Greenwich hour and minute can both be negative, and the hour can be 0: the one sign belongs to both.
-void appendZone(std::string& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+void appendZone(fmt::memory_buffer& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
     if ((units & MSPCUnit::ZoneIsZ) && components.isUTC) {
-        text += 'Z';
+        text.push_back('Z');
         return;
     }
     const auto hour = units & MSPCUnit::ZoneHour ? components.timeZoneHour : 0;
     const auto minute = units & MSPCUnit::ZoneMinute ? components.timeZoneMinute : 0;
     const char sign = hour < 0 || minute < 0 ? '-' : '+';
-    text += sign;
+    text.push_back(sign);
     appendTwoDigits(text, std::abs(hour));
-    text += ':';
+    text.push_back(':');
     appendTwoDigits(text, std::abs(minute));
 }
 
@@ -112,7 +112,7 @@ std::optional<std::string> stringFromComponentsUnitFlags(const MSPCDateComponent
     if (units == MSPCUnit::NotFound) {
         return std::nullopt;
     }
-    std::string text;
+    fmt::memory_buffer text;
     if (units & MSPCUnit::Date) {
         appendDate(text, components, units);
     }
@@ -125,7 +125,7 @@ std::optional<std::string> stringFromComponentsUnitFlags(const MSPCDateComponent
     if (units & MSPCUnit::Zone) {
         appendZone(text, components, units);
     }
-    return text;
+    return fmt::to_string(text);
 }
 
 std::optional<MSPCInstant> dateFromComponents(const MSPCDateComponents& components,

@@ -59,14 +59,15 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
     _userDataChanged = _userDataChanged || taskMapper.userDataChanged();
 
     const bool isSummary = fields.boolValue("Summary");
-    MSPITaskTree::checkKind(newTask.node(), isSummary);
+    const auto type = MSPITaskTree::checkedType(newTask.node(), isSummary);
     if (isRoot) {
         takeOverRootTask(newTask.node(), isSummary, outlineLevel, run);
         return;
     }
     const auto task = run.scenario.appendChild(std::move(newTask));
     const bool hasPieces = addSplitPieces(fields, task, run);
-    run.tree.record(idOf(task), {mspTask, task, outlineLevel, isSummary});
+    // Pieces take the place of the owner's type.
+    run.tree.record(idOf(task), {mspTask, task, hasPieces ? MSPCXMLNode() : type, outlineLevel, isSummary});
     if (!isSummary || hasPieces) {
         addMspAssignmentsForMspdiTaskToTask(fields, task, run);
     }
@@ -133,7 +134,7 @@ void MSPIProjectMapper::giveFinalIdsToSplitPieces(TaskRun& run) {
         const auto piece = run.scenario.appendChild(std::move(newPiece));
         // Past the largest integer the number turns negative, which the id mapper refuses.
         _mspTaskMaxId = static_cast<std::int64_t>(static_cast<std::uint64_t>(_mspTaskMaxId) + 1);
-        const auto id = _mapper.idMapper().taskIdFromMspdiUID(fmt::format("{}", _mspTaskMaxId));
+        const auto id = _mapper.idMapper().taskIdFromMspdiUID(fmt::to_string(_mspTaskMaxId));
         setAttributeWithNameStringValue(piece, "id", id);
         setAttributeWithNameStringValue(reference, "idref", id);
     }

@@ -1,5 +1,6 @@
 #include "MSPITaskMapper.h"
 
+#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -48,7 +49,8 @@ void addChild(const MSPCXMLNode& parent, std::string_view name, std::string_view
     addChildElementWithNameStringValue(parent, name, text);
 }
 
-void addChildIfPresent(const MSPCXMLNode& parent, std::string_view name, const std::optional<std::string>& text) {
+template <typename Text>
+void addChildIfPresent(const MSPCXMLNode& parent, std::string_view name, const Text& text) {
     if (text) {
         addChild(parent, name, *text);
     }
@@ -71,16 +73,16 @@ MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCFields& mspTask) 
     addIdentity(mspTask, task);
     addTypeAndScheduling(mspTask, task, facts);
     addLeveledStartBeforeLeveling(mspTask, task, facts);
-    facts.start = mspTask.stringValue("Start");
-    facts.finish = mspTask.stringValue("Finish");
-    facts.kdzxStart = _mapper.conversions().mspdiToKdzxDateTime(facts.start.value_or(""));
-    facts.kdzxFinish = _mapper.conversions().mspdiToKdzxDateTime(facts.finish.value_or(""));
+    facts.start = mspTask.text("Start");
+    facts.finish = mspTask.text("Finish");
+    facts.kdzxStart = _mapper.conversions().mspdiToKdzxDateTime(*facts.start);
+    facts.kdzxFinish = _mapper.conversions().mspdiToKdzxDateTime(*facts.finish);
     addLeveledStartOfConstraint(task, facts);
-    addChildIfPresent(task, "priority", mspTask.stringValue("Priority"));
+    addChildIfPresent(task, "priority", mspTask.text("Priority"));
     addEffort(mspTask, task, facts);
     addProgress(mspTask, task, facts);
     if (facts.constraintType >= firstDatedConstraint) {
-        facts.constraintDate = mspTask.stringValue("ConstraintDate");
+        facts.constraintDate = mspTask.text("ConstraintDate");
     }
     addLockedDateOfProjectBounds(task, facts);
     addConstraintDate(task, facts);
@@ -88,7 +90,7 @@ MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCFields& mspTask) 
     addFixedCost(mspTask, task);
     addChildIfPresent(task, "start-date", facts.kdzxStart);
     addChildIfPresent(task, "end-date", facts.kdzxFinish);
-    if (const auto notes = mspTask.stringValue("Notes")) {
+    if (const auto notes = mspTask.text("Notes")) {
         MSPCXMLNode(task).appendChild(MSPINoteMapper().newNoteFromMSPNotes(*notes, _mapper.kdzxDocument()));
     }
     _userDataChanged =
@@ -99,7 +101,7 @@ MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCFields& mspTask) 
 }
 
 void MSPITaskMapper::addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& task) {
-    const auto uid = mspTask.stringValue("UID");
+    const auto uid = mspTask.text("UID");
     if (!uid) {
         throw MSPCInternalInconsistency("Failed to get UID from Task.");
     }
@@ -108,13 +110,13 @@ void MSPITaskMapper::addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& t
     if (_mspTaskUID > 0) {
         _mspTaskMaxId = std::max(_mspTaskMaxId, _mspTaskUID);
     }
-    const auto name = mspTask.stringValue("Name");
+    const auto name = mspTask.text("Name");
     addChildIfPresent(task, "title", name);
-    _mapper.log().log(fmt::format("  Mapping Task UID='{}' name='{}' ...", *uid, name.value_or("")));
+    _mapper.log().log(fmt::format(FMT_COMPILE("  Mapping Task UID='{}' name='{}' ..."), *uid, *name));
 }
 
 void MSPITaskMapper::addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const {
-    if (const auto duration = mspTask.stringValue("Duration")) {
+    if (const auto duration = mspTask.text("Duration")) {
         facts.durationSeconds = MSPIUtilities::mspdiDurationInSecs(*duration);
     }
     facts.isSummary = mspTask.boolValue("Summary");
@@ -135,8 +137,8 @@ void MSPITaskMapper::addLeveledStartBeforeLeveling(const MSPCFields& mspTask, co
         return;
     }
     const bool isPinned = mspTask.boolValue("Pinned");
-    const auto start = mspTask.stringValue(isPinned ? "PinnedStart" : "Start");
-    if (const auto leveledStart = _mapper.conversions().mspdiToKdzxDateTime(start.value_or(""))) {
+    const auto start = mspTask.text(isPinned ? "PinnedStart" : "Start");
+    if (const auto leveledStart = _mapper.conversions().mspdiToKdzxDateTime(*start)) {
         addChild(task, "leveled-start", *leveledStart);
         facts.hasLeveledStart = true;
     }
@@ -150,10 +152,10 @@ void MSPITaskMapper::addLeveledStartOfConstraint(const MSPCXMLNode& task, Facts&
 
 // The work where there is any, else the duration, so that every task has an effort.
 void MSPITaskMapper::addEffort(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const {
-    const auto work = mspTask.stringValue("Work");
+    const auto work = mspTask.text("Work");
     const auto workSeconds = work ? MSPIUtilities::mspdiDurationInSecs(*work) : 0;
     facts.effortSeconds = workSeconds > 0 ? workSeconds : facts.durationSeconds;
-    addChild(task, "effort", fmt::format("{}", facts.effortSeconds));
+    addChild(task, "effort", fmt::to_string(facts.effortSeconds));
 }
 
 void MSPITaskMapper::addProgress(const MSPCFields& mspTask, const MSPCXMLNode& task, const Facts& facts) const {
@@ -161,8 +163,8 @@ void MSPITaskMapper::addProgress(const MSPCFields& mspTask, const MSPCXMLNode& t
     Error error;
     const auto percent = mspTask.intValue("PercentComplete", &error);
     if (!error && percent > 0) {
-        addChild(task, "completion-percentage",
-                 fmt::format("{:.2f}", static_cast<double>(std::min(percent, complete)) / 100.0));
+        const auto done = std::min(percent, complete);
+        addChild(task, "completion-percentage", fmt::format(FMT_COMPILE("{}.{:02}"), done / 100, done % 100));
     }
     error.clear();
     const auto workPercent = mspTask.intValue("PercentWorkComplete", &error);
@@ -170,7 +172,7 @@ void MSPITaskMapper::addProgress(const MSPCFields& mspTask, const MSPCXMLNode& t
         // Multiplied in whole numbers first: 29 percent of 100 seconds is 29, not 28.
         const auto percentSeconds = std::min(workPercent, complete) * facts.effortSeconds;
         addChild(task, "effort-done",
-                 fmt::format("{}", static_cast<std::int64_t>(static_cast<double>(percentSeconds) / 100.0)));
+                 fmt::to_string(static_cast<std::int64_t>(static_cast<double>(percentSeconds) / 100.0)));
     }
 }
 
@@ -197,7 +199,7 @@ void MSPITaskMapper::addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts
         return;
     }
     if (facts.constraintType == (_mspScheduleFromStart ? mustStartOn : mustFinishOn)) {
-        const auto constraintDate = conversions.mspdiToMppDateTime(facts.constraintDate.value_or(""));
+        const auto constraintDate = conversions.mspdiToMppDateTime(*facts.constraintDate);
         if (constraintDate && isBeyond(*constraintDate, *locked)) {
             locked = constraintDate;
         }
@@ -208,7 +210,7 @@ void MSPITaskMapper::addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts
 }
 
 void MSPITaskMapper::addConstraintDate(const MSPCXMLNode& task, const Facts& facts) const {
-    const auto kdzxDate = _mapper.conversions().mspdiToKdzxDateTime(facts.constraintDate.value_or(""));
+    const auto kdzxDate = _mapper.conversions().mspdiToKdzxDateTime(*facts.constraintDate);
     const auto element = constraintOfType(facts.constraintType).dateElement;
     const bool isThereAlready = (facts.constraintType == mustStartOn && facts.hasLockedStart) ||
                                 (facts.constraintType == mustFinishOn && facts.hasLockedEnd);
@@ -236,7 +238,7 @@ void MSPITaskMapper::addFixedCost(const MSPCFields& mspTask, const MSPCXMLNode& 
     Error error;
     const auto cost = mspTask.floatValue("FixedCost", &error);
     if (!error) {
-        addChild(task, "static-cost", fmt::format("{:f}", cost));
+        addChild(task, "static-cost", fmt::format(FMT_COMPILE("{:f}"), cost));
     }
 }
 
@@ -255,7 +257,7 @@ void MSPITaskMapper::addPrerequisites(const MSPCFields& mspTask, const MSPCXMLNo
         }
         const auto prerequisite = addChildElementWithName(task, "prerequisite-task");
         setAttributeWithNameStringValue(prerequisite, "idref",
-                                        _mapper.idMapper().taskIdFromMspdiUID(fmt::format("{}", uid)));
+                                        _mapper.idMapper().taskIdFromMspdiUID(fmt::to_string(uid)));
         const auto type = intValueForXQuery(link, "Type", &error);
         if (!error && type >= 0 && type < static_cast<std::int64_t>(linkKinds.size())) {
             setAttributeWithNameStringValue(prerequisite, "kind", linkKinds[static_cast<std::size_t>(type)]);

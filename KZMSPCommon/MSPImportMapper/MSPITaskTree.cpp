@@ -14,10 +14,13 @@ MSPITaskTree::MSPITaskTree(std::size_t capacity, bool onlySummaryParents)
     _positions.reserve(capacity);
 }
 
-void MSPITaskTree::checkKind(const MSPCXMLNode& kdzxTask, bool isSummary) {
-    if ((stringValueForXQuery(kdzxTask, "type") == "group") != isSummary) {
+MSPCXMLNode MSPITaskTree::checkedType(const MSPCXMLNode& kdzxTask, bool isSummary) {
+    const auto type = singleObjectForXQuery(kdzxTask, "type");
+    std::string buffer;
+    if ((type.stringValue(buffer) == "group") != isSummary) {
         throw MSPCInternalInconsistency("MSPDI Summary Task must be mapped to KDZX Group Task.");
     }
+    return type;
 }
 
 void MSPITaskTree::record(const std::string& kdzxId, const Entry& entry) {
@@ -52,11 +55,12 @@ MSPCXMLNode MSPITaskTree::groupOfParent(const Entry& parent) const {
     if (_onlySummaryParents && !parent.isSummary) {
         throw MSPCInternalInconsistency("Candidate for parent group must be a Summary Task in MSPDI.");
     }
-    auto type = singleObjectForXQuery(parent.kdzxTask, "type");
+    auto type = parent.kdzxType;
     if (!type) {
         throw MSPCInternalInconsistency("Parent task was not assigned a type.");
     }
-    if (type.stringValue() != "group") {
+    std::string buffer;
+    if (type.stringValue(buffer) != "group") {
         if (_onlySummaryParents) {
             throw MSPCInternalInconsistency("Candidate for parent group must be a Group Task in KDZX.");
         }

@@ -22,6 +22,7 @@ public:
     struct Entry {
         MSPCXMLNode mspTask;
         MSPCXMLNode kdzxTask;
+        MSPCXMLNode kdzxType;  // its `type` element; empty where it has none
         std::int64_t outlineLevel = 0;
         bool isSummary = false;
     };
@@ -30,9 +31,10 @@ public:
     // be recorded.
     MSPITaskTree(std::size_t capacity, bool onlySummaryParents);
 
-    // Raises `MSPCInternalInconsistency` "MSPDI Summary Task must be mapped to KDZX Group Task." unless the type of a
-    // freshly mapped task is "group" exactly where it comes from a Summary task.
-    static void checkKind(const MSPCXMLNode& kdzxTask, bool isSummary);
+    // The `type` element of a freshly mapped task; empty when it has none. Raises `MSPCInternalInconsistency` "MSPDI
+    // Summary Task must be mapped to KDZX Group Task." unless it is "group" exactly where the task comes from a Summary
+    // task.
+    static MSPCXMLNode checkedType(const MSPCXMLNode& kdzxTask, bool isSummary);
 
     // Records the newest task under its target id.
     void record(const std::string& kdzxId, const Entry& entry);

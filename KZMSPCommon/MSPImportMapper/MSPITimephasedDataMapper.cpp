@@ -20,6 +20,14 @@ bool isTypeOfScenario(std::int64_t type, std::int32_t baselineNumber) {
     return number < baselineWorkTypes.size() && type == baselineWorkTypes[number];
 }
 
+MSPCTimeInterval assignedWorkOf(std::span<const MSPCXMLNode> assignments) {
+    MSPCTimeInterval work = 0;
+    for (const auto& assignment : assignments) {
+        work += MSPIUtilities::mspdiToMppDuration(stringValueForXQuery(assignment, "Work").value_or(""));
+    }
+    return work;
+}
+
 // Timephased work that adds up to something else than the assigned work is stretched to it.
 void scaleToAssignedWork(MSPITimephasedSpans& spans, MSPCTimeInterval assignedWork) {
     MSPCTimeInterval timephasedWork = 0;
@@ -55,18 +63,18 @@ MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(const MSPCFields& mspT
     if (assignments.empty()) {
         return spans;
     }
-    const auto taskName = mspTask.stringValue("Name").value_or("");
-    MSPCTimeInterval assignedWork = 0;
+    const auto taskName = mspTask.text("Name");
     MSPIGrowthBounds boundsOfTask;
     for (const auto& assignment : assignments) {
-        assignedWork += MSPIUtilities::mspdiToMppDuration(stringValueForXQuery(assignment, "Work").value_or(""));
-        collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans);
+        collectSpansOfAssignment(assignment, *taskName, boundsOfTask, spans);
     }
-    scaleToAssignedWork(spans, assignedWork);
+    if (!spans.empty()) {
+        scaleToAssignedWork(spans, assignedWorkOf(assignments));
+    }
     return spans;
 }
 
-void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment, const std::string& taskName,
+void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment, std::string_view taskName,
                                                         MSPIGrowthBounds& boundsOfTask,
                                                         MSPITimephasedSpans& spans) const {
     const auto& conversions = _mapper.conversions();
@@ -82,7 +90,7 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         const auto finish = stringValueForXQuery(record, "Finish").value_or("");
         const auto value = stringValueForXQuery(record, "Value").value_or("");
         boundsOfTask.addRepeatedText(taskName.size());
-        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start),
+        spans.emplace_back(std::string(taskName), type, conversions.mspdiToMppDateTime(start),
                            conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
     }
 }
@@ -141,7 +149,7 @@ MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimepha
     for (const auto uid : stretch.resourceUIDs()) {
         if (uid > 0) {
             setAttributeWithNameStringValue(addChildElementWithName(task, "assignment"), "idref",
-                                            _mapper.idMapper().resourceIdFromMspdiUID(fmt::format("{}", uid)));
+                                            _mapper.idMapper().resourceIdFromMspdiUID(fmt::to_string(uid)));
         }
     }
     return newTask;

@@ -23,7 +23,7 @@ public:
 
 private:
     MSPITimephasedSpans spansOfTask(const MSPCFields& mspTask) const;
-    void collectSpansOfAssignment(const MSPCXMLNode& assignment, const std::string& taskName,
+    void collectSpansOfAssignment(const MSPCXMLNode& assignment, std::string_view taskName,
                                   MSPIGrowthBounds& boundsOfTask, MSPITimephasedSpans& spans) const;
     MSPITimephasedSpans stretchesOfSpans(MSPITimephasedSpans spans) const;
     MSPCXMLNewElement newTaskFromStretch(const MSPITimephasedDataInfo& stretch) const;

@@ -53,5 +53,5 @@ private:
 // What tasks and resources do with their custom fields: writes the user data of the `ExtendedAttribute` children into
 // `kdzxObject` and records its keys under the tag. Answers whether keys were recorded.
 bool addUserDataOfExtendedAttributesToElement(std::span<const MSPCXMLNode> extendedAttributes,
-                                              const MSPCXMLNode& kdzxObject, std::string_view tag, MSPIUserDataTOCElements& userDataTOCElements,
-                                       MSPIMappingContext& mapper);
+                                              const MSPCXMLNode& kdzxObject, std::string_view tag,
+                                              MSPIUserDataTOCElements& userDataTOCElements, MSPIMappingContext& mapper);

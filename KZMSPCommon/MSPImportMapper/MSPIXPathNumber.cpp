@@ -2,9 +2,33 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <string>
 
+namespace {
+
+// The number of a text of a few digits and nothing else: every usual UID.
+std::optional<double> fewDigits(std::string_view text) {
+    constexpr std::size_t mostDigits = 9;
+    if (text.empty() || text.size() > mostDigits) {
+        return std::nullopt;
+    }
+    std::uint32_t number = 0;
+    for (const char character : text) {
+        if (character < '0' || character > '9') {
+            return std::nullopt;
+        }
+        number = number * 10 + static_cast<std::uint32_t>(character - '0');
+    }
+    return number;
+}
+
+}  // namespace
+
 std::optional<double> xpathNumber(std::string_view text) {
+    if (const auto number = fewDigits(text)) {
+        return number;
+    }
     constexpr std::string_view blanks = " \t\r\n";
     const auto first = text.find_first_not_of(blanks);
     if (first == std::string_view::npos) {

@@ -1,5 +1,5 @@
-// floor: the least that any importer with these libraries must do for a plan, as a yardstick. Parses the plan in place with
-// text embedded in its element, then builds and writes, atomically, documents of given sizes.
+// floor: the least that any importer with these libraries must do for a plan, as a yardstick. Parses the plan in place
+// with text embedded in its element, then builds and writes, atomically, documents of given sizes.
 //
 // Usage: floor <plan.xml> <output folder> <size of document in bytes>...
 #include <fcntl.h>

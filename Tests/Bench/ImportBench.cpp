@@ -1,14 +1,15 @@
 // import-bench: measures imports of generated plans against the floor and prints a line each and a verdict per target.
 //
-// Usage: import-bench <program> <template> <floor> <linked-only> <scratch folder> [--pairs N] [--only TEXT] [--huge]
+// Usage: import-bench <program> <template> <floor> <linked-only> <scratch folder> [--pairs N] [--only TEXT]
+//                     [--largest TASKS] [--huge]
 //
 // An import and the floor of the same plan run in turn; each figure is the median over the pairs, each ratio the median
-// of the pairs' ratios. --huge adds the plan of 1,000,000 tasks.
+// of the pairs' ratios. --only takes part of a line's name: "list", "growth" for all growth, or "growth, flat";
+// --largest bounds the plans whose growth is measured, and --huge adds the plan of 1,000,000 tasks.
 #include <fmt/format.h>
 #include <unistd.h>
 
 #include <array>
-#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -17,89 +18,22 @@
 #include <string_view>
 #include <vector>
 
-#include "PlanGenerator.h"
-#include "ProcessTiming.h"
+#include "GrowthBench.h"
+#include "ImportRun.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-struct Setup {
-    std::string program;
-    std::string kdzxTemplate;
-    std::string floor;
-    std::string linkedOnly;
-    fs::path scratch;
-    int pairs = 7;
-    std::string only;
-    bool isHuge = false;
-};
-
 // The kinds of plan that have targets against the floor, and whose growth is measured.
-struct Row {
-    std::string_view name;
-    PlanOptions options;
-    double maxTimeRatio;
-    double maxMemoryRatio;
-};
-
 constexpr std::array<Row, 3> floorRows = {{
     {"actual scenario only", {.tasks = 100'000}, 1.5, 0.6},
     {"timephased, 5 % split", {.tasks = 100'000, .timephasedRecords = 5, .splitPercent = 5}, 1.8, 0.6},
     {"11 baselines", {.tasks = 20'000, .baselines = 11}, 2.0, 0},
 }};
 
-constexpr std::array<std::string_view, 11> hostileShapes = {
-    "flat",           "late-nesting",       "star-links",        "one-resource",   "one-busy-task",      "reversed-assignments",
-    "many-custom-fields", "material-per-task", "duplicate-uids", "alternate-baselines", "all-split"};
-
-constexpr std::array<std::int64_t, 6> growthSizes = {1'000, 3'000, 10'000, 30'000, 100'000, 300'000};
-constexpr double maxGrowthExponent = 1.05;
-
-bool allTargetsMet = true;
-
-void verdict(bool isMet, std::string_view target) {
-    allTargetsMet = allTargetsMet && isMet;
-    fmt::print("    {} {}\n", isMet ? "met:   " : "MISSED:", target);
-    std::fflush(stdout);
-}
-
-bool isWanted(const Setup& setup, std::string_view name) { return name.find(setup.only) != std::string_view::npos; }
-
-// A generated plan in a file that goes away with this object.
-class PlanFile {
-public:
-    PlanFile(const Setup& setup, const PlanOptions& options) : _path(setup.scratch / "plan.xml") {
-        std::FILE* const file = std::fopen(_path.c_str(), "wb");
-        generatePlan(options, [file](std::string_view piece) { std::fwrite(piece.data(), 1, piece.size(), file); });
-        std::fclose(file);
-    }
-    PlanFile(const PlanFile&) = delete;
-    PlanFile& operator=(const PlanFile&) = delete;
-    ~PlanFile() { fs::remove(_path); }
-
-    [[nodiscard]] std::string path() const { return _path.string(); }
-    [[nodiscard]] double megabytes() const { return static_cast<double>(fs::file_size(_path)) / 1e6; }
-
-private:
-    fs::path _path;
-};
-
-fs::path emptiedOutput(const Setup& setup) {
-    const auto output = setup.scratch / "out";
-    fs::remove_all(output);
-    fs::create_directories(output);
-    return output;
-}
-
-ProcessFigures timedImport(const Setup& setup, const std::string& plan) {
-    const auto figures =
-        timedRun({setup.program, "--template-path", setup.kdzxTemplate, plan, emptiedOutput(setup).string()});
-    if (figures.exitStatus != 0) {
-        fmt::print("    import ended with exit status {}\n", figures.exitStatus);
-        allTargetsMet = false;
-    }
-    return figures;
+bool isWanted(const Setup& setup, std::string_view name) {
+    return name.find(setup.only) != std::string_view::npos;
 }
 
 // The sizes of the documents that the last import wrote.
@@ -138,40 +72,16 @@ void measureAgainstFloor(const Setup& setup, const Row& row) {
     }
     const auto timeRatio = median(timeRatios);
     const auto memoryRatio = median(importMemory) / median(floorMemory);
-    fmt::print("{:>9} tasks, {:<24} {:7.1f} MB  import {:6.2f} s  floor {:6.2f} s  ratio {:4.2f}   "
-               "import {:6.0f} MiB  floor {:6.0f} MiB  ratio {:4.2f}\n",
-               row.options.tasks, row.name, plan.megabytes(), median(importSeconds), median(floorSeconds), timeRatio,
-               median(importMemory), median(floorMemory), memoryRatio);
+    fmt::print(
+        "{:>9} tasks, {:<24} {:7.1f} MB  import {:6.2f} s  floor {:6.2f} s  ratio {:4.2f}   "
+        "import {:6.0f} MiB  floor {:6.0f} MiB  ratio {:4.2f}\n",
+        row.options.tasks, row.name, plan.megabytes(), median(importSeconds), median(floorSeconds), timeRatio,
+        median(importMemory), median(floorMemory), memoryRatio);
     verdict(timeRatio <= row.maxTimeRatio, fmt::format("time at most {} times the floor", row.maxTimeRatio));
     if (row.maxMemoryRatio > 0) {
-        verdict(memoryRatio <= row.maxMemoryRatio, fmt::format("memory at most {} times the floor", row.maxMemoryRatio));
+        verdict(memoryRatio <= row.maxMemoryRatio,
+                fmt::format("memory at most {} times the floor", row.maxMemoryRatio));
     }
-}
-
-// Process start-up is no growth: it is taken off, measured with a plan of no tasks.
-void measureGrowth(const Setup& setup, std::string_view name, PlanOptions options) {
-    std::vector<double> sizes;
-    std::vector<double> seconds;
-    const auto fastestOf = [&](std::int64_t tasks, int runs) {
-        options.tasks = tasks;
-        const PlanFile plan(setup, options);
-        double fastest = timedImport(setup, plan.path()).seconds;
-        for (int run = 1; run < runs; ++run) {
-            fastest = std::min(fastest, timedImport(setup, plan.path()).seconds);
-        }
-        return fastest;
-    };
-    const auto startUp = fastestOf(1, 9);
-    std::string line;
-    for (const auto size : growthSizes) {
-        const auto fastest = fastestOf(size, size <= 10'000 ? 7 : 3) - startUp;
-        sizes.push_back(static_cast<double>(size));
-        seconds.push_back(std::max(fastest, 1e-6));
-        line += fmt::format(" {:.3f}", fastest);
-    }
-    const auto exponent = growthExponent(sizes, seconds);
-    fmt::print("growth, {:<24} seconds for 1k 3k 10k 30k 100k 300k:{}  exponent {:.3f}\n", name, line, exponent);
-    verdict(exponent <= maxGrowthExponent, fmt::format("growth exponent at most {}", maxGrowthExponent));
 }
 
 void measureHugePlan(const Setup& setup) {
@@ -221,8 +131,9 @@ void measureSmallPlan(const Setup& setup) {
         linked.push_back(timedRun({setup.linkedOnly}).seconds);
         ratios.push_back(import.back() / linked.back());
     }
-    fmt::print("one plan of 30 tasks: {:.2f} ms, a program that only links the same libraries {:.2f} ms, ratio {:.2f}\n",
-               1000 * median(import), 1000 * median(linked), median(ratios));
+    fmt::print(
+        "one plan of 30 tasks: {:.2f} ms, a program that only links the same libraries {:.2f} ms, ratio {:.2f}\n",
+        1000 * median(import), 1000 * median(linked), median(ratios));
     verdict(median(ratios) <= 4, "at most 4 times a program that only links the same libraries");
 }
 
@@ -238,14 +149,7 @@ void measureAll(const Setup& setup) {
     if (isWanted(setup, "small")) {
         measureSmallPlan(setup);
     }
-    if (isWanted(setup, "growth")) {
-        for (const auto& row : floorRows) {
-            measureGrowth(setup, row.name, row.options);
-        }
-        for (const auto name : hostileShapes) {
-            measureGrowth(setup, name, {.shape = *planShapeNamed(name)});
-        }
-    }
+    measureAllGrowth(setup, floorRows);
     if (setup.isHuge) {
         measureHugePlan(setup);
     }
@@ -258,7 +162,7 @@ int main(int argc, char** argv) {
     if (arguments.size() < 6) {
         fmt::print(stderr,
                    "Usage: import-bench <program> <template> <floor> <linked-only> <scratch folder> [--pairs N] "
-                   "[--only TEXT] [--huge]\n");
+                   "[--only TEXT] [--largest TASKS] [--huge]\n");
         return 2;
     }
     Setup setup{.program = arguments[1],
@@ -275,11 +179,13 @@ int main(int argc, char** argv) {
             setup.pairs = std::atoi(arguments[++i]);
         } else if (option == "--only" && i + 1 < arguments.size()) {
             setup.only = arguments[++i];
+        } else if (option == "--largest" && i + 1 < arguments.size()) {
+            setup.largestSize = std::atoll(arguments[++i]);
         }
     }
     fs::create_directories(setup.scratch);
     measureAll(setup);
     fs::remove_all(setup.scratch);
-    fmt::print("{}\n", allTargetsMet ? "All targets met." : "Some targets were missed.");
-    return allTargetsMet ? 0 : 1;
+    fmt::print("{}\n", areAllTargetsMet() ? "All targets met." : "Some targets were missed.");
+    return areAllTargetsMet() ? 0 : 1;
 }

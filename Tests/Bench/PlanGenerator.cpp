@@ -257,6 +257,9 @@ private:
     }
 
     [[nodiscard]] std::int64_t definitionCount() const {
+        if (_options.definitions > 0) {
+            return _options.definitions;
+        }
         return _options.shape == PlanShape::ManyCustomFields ? 10000 : 5;
     }
 
@@ -366,7 +369,8 @@ private:
 
     void addNotes() {
         if (_random.below(10) == 0) {
-            add("\t\t\t<Notes>First line of a note\nSecond line with &amp; and &lt;brackets&gt;\n\nLast line</Notes>\n");
+            add("\t\t\t<Notes>First line of a note\nSecond line with &amp; and &lt;brackets&gt;\n\nLast "
+                "line</Notes>\n");
         }
     }
 
@@ -408,7 +412,8 @@ private:
         for (std::int64_t r = 1; r <= resourceCount(); ++r) {
             add("\t\t<Resource>\n\t\t\t<UID>{0}</UID>\n\t\t\t<ID>{0}</ID>\n\t\t\t<Name>Resource {0}</Name>\n"
                 "\t\t\t<Type>{1}</Type>\n\t\t\t<IsNull>0</IsNull>\n\t\t\t<Initials>R</Initials>\n"
-                "\t\t\t<MaxUnits>1.00</MaxUnits>\n\t\t\t<PeakUnits>1.00</PeakUnits>\n\t\t\t<OverAllocated>0</OverAllocated>\n"
+                "\t\t\t<MaxUnits>1.00</MaxUnits>\n\t\t\t<PeakUnits>1.00</PeakUnits>\n\t\t\t<OverAllocated>0</"
+                "OverAllocated>\n"
                 "\t\t\t<CanLevel>1</CanLevel>\n\t\t\t<AccrueAt>3</AccrueAt>\n\t\t\t<Work>PT0H0M0S</Work>\n"
                 "\t\t\t<StandardRate>50</StandardRate>\n\t\t\t<StandardRateFormat>2</StandardRateFormat>\n"
                 "\t\t\t<Cost>0</Cost>\n\t\t\t<OvertimeRate>0</OvertimeRate>\n\t\t\t<CostPerUse>0</CostPerUse>\n"
@@ -430,15 +435,15 @@ private:
     }
 
     void addAssignment(std::int64_t uid, std::int64_t task) {
-        const auto resource =
-            _options.shape == PlanShape::MaterialPerTask ? task : 1 + _random.below(resourceCount());
+        const auto resource = _options.shape == PlanShape::MaterialPerTask ? task : 1 + _random.below(resourceCount());
         constexpr std::int64_t busyTask = 2;
         add("\t\t<Assignment>\n\t\t\t<UID>{}</UID>\n\t\t\t<TaskUID>{}</TaskUID>\n\t\t\t<ResourceUID>{}</ResourceUID>\n",
             uid, _options.shape == PlanShape::OneBusyTask ? busyTask : task, resource);
         addIdleFields(idleAssignmentFields);
         add("\t\t\t<Units>1</Units>\n\t\t\t<Work>PT16H0M0S</Work>\n");
         for (std::int64_t number = 0; number < _options.baselines; ++number) {
-            add("\t\t\t<Baseline><Number>{}</Number><Start>2012-02-01T08:00:00</Start><Finish>2012-03-01T17:00:00</Finish>"
+            add("\t\t\t<Baseline><Number>{}</Number><Start>2012-02-01T08:00:00</Start><Finish>2012-03-01T17:00:00</"
+                "Finish>"
                 "<Work>PT16H0M0S</Work><Cost>0</Cost><BCWS>0.00</BCWS><BCWP>0.00</BCWP></Baseline>\n",
                 number);
         }
@@ -449,7 +454,8 @@ private:
     // One record a day from Monday 2012-01-02 on; an interrupted task pauses for a working day before its last record.
     void addTimephasedData(std::int64_t uid) {
         const bool isAllSplit = _options.shape == PlanShape::AllSplit;
-        const auto records = isAllSplit ? std::max<std::int64_t>(_options.timephasedRecords, 2) : _options.timephasedRecords;
+        const auto records =
+            isAllSplit ? std::max<std::int64_t>(_options.timephasedRecords, 2) : _options.timephasedRecords;
         const bool isSplit = isAllSplit || _random.below(100) < _options.splitPercent;
         for (std::int64_t record = 0; record < records; ++record) {
             const auto pause = isSplit && record + 1 == records ? 1 : 0;

@@ -15,7 +15,7 @@ enum class PlanShape {
     OneResource,          // one resource on every assignment
     OneBusyTask,          // every assignment on one task
     ReversedAssignments,  // assignments in the reverse order of their tasks
-    ManyCustomFields,     // 10,000 definitions, and a value of the last one on every task
+    ManyCustomFields,     // 10,000 definitions by default, and a value of the last one on every task
     MaterialPerTask,      // a material resource for every task
     DuplicateUIDs,        // all tasks but the root have one UID
     AlternateBaselines,   // baseline 0 on every second task
@@ -26,11 +26,12 @@ enum class PlanShape {
 [[nodiscard]] std::optional<PlanShape> planShapeNamed(std::string_view name);
 
 struct PlanOptions {
-    std::int64_t tasks = 1000;               // beside the root task
-    std::uint64_t seed = 1;                  // the same options give the same plan, byte by byte
-    std::int64_t timephasedRecords = 0;      // per assignment
-    std::int64_t splitPercent = 0;           // of the tasks; needs at least two timephased records
-    std::int64_t baselines = 0;              // 0 to 11: baselines 0 to n - 1 on every task and assignment
+    std::int64_t tasks = 1000;           // beside the root task
+    std::uint64_t seed = 1;              // the same options give the same plan, byte by byte
+    std::int64_t timephasedRecords = 0;  // per assignment
+    std::int64_t splitPercent = 0;       // of the tasks; needs at least two timephased records
+    std::int64_t baselines = 0;          // 0 to 11: baselines 0 to n - 1 on every task and assignment
+    std::int64_t definitions = 0;        // of custom fields; 0 for as many as the shape has
     PlanShape shape = PlanShape::Ordinary;
 };
 

@@ -89,11 +89,15 @@ TEST(MSPCXMLNode, anEmptyHandleAnswersNothingAndChangesNothing) {
                  none.nextSiblingElement("a"));
     none.setStringValue("x");
     none.removeAttribute("a");
-    EXPECT_FALSE(none.findOrAddAttribute("a") || none.appendElement("a") || none.insertElement("a", 0) ||
-                 none.appendComment("a") || none.insertComment("a", 0));
+    EXPECT_FALSE(none.findOrAddAttribute("a") || none.setAttribute("a", "b") || none.appendElement("a") ||
+                 none.appendElement("a", "b") || none.insertElement("a", 0) || none.appendComment("a") ||
+                 none.insertComment("a", 0));
     EXPECT_FALSE(none.newElement("a") || none.newCopyOf(none) || none.detach());
     EXPECT_EQ(none.nodesForXPath("//a"), std::vector<MSPCXMLNode>());
     EXPECT_TRUE(none.namespaceDeclarations().empty());
+    EXPECT_TRUE(none.childElements().empty() && none.childElements("a").empty());
+    EXPECT_FALSE(none.lastChildElement("a").element);
+    EXPECT_EQ(none.lastChildElement("a").count, 0U);
 }
 
 TEST(MSPCXMLNode, tellsItsKind) {
@@ -127,6 +131,16 @@ TEST(MSPCXMLNode, attributesAreFoundAddedAndRemoved) {
     EXPECT_FALSE(element.attribute("b"));
 }
 
+TEST(MSPCXMLNode, settingAnAttributeAddsItOrReplacesItsValue) {
+    const auto document = xmlDocument("<a b='1' c='2'>t</a>");
+    auto element = document.root();
+    EXPECT_EQ(element.setAttribute("b", "<3>"), element.attribute("b"));
+    EXPECT_EQ(element.setAttribute("d", "four").stringValue(), "four");
+    EXPECT_EQ(element.setAttribute("c", "").stringValue(), "");
+    EXPECT_EQ(bodyOf(document), "<a b=\"&lt;3&gt;\" c=\"\" d=\"four\">t</a>");
+    EXPECT_FALSE(element.attribute("b").setAttribute("e", "5") || element.firstChild().setAttribute("e", "5"));
+}
+
 TEST(MSPCXMLNode, namesMatchAsWrittenWithoutAnyNamespace) {
     const auto document = xmlDocument("<p:a xmlns='urn:one' xmlns:p='urn:two' xmlnsx='3'><b/><p:b/></p:a>");
     EXPECT_EQ(document.root().name(), "p:a");
@@ -149,6 +163,67 @@ TEST(MSPCXMLNode, childElementsAreFoundByNamesOfAnyLength) {
     EXPECT_FALSE(first.nextSiblingElement("b").nextSiblingElement("b"));
     EXPECT_EQ(document.root().firstChildElement(longName).name(), longName);
     EXPECT_FALSE(document.root().firstChildElement(longName + "n"));
+}
+
+TEST(MSPCXMLNode, theLastChildElementOfANameComesWithTheirNumber) {
+    const auto document = xmlDocument("<a><b>1</b><?b no element?>t<c/><b>2<b>3</b></b><!--b--><b>4</b><bb/></a>");
+    const auto last = document.root().lastChildElement("b");
+    EXPECT_EQ(last.element.stringValue(), "4");
+    EXPECT_EQ(last.count, 3U);
+    EXPECT_EQ(document.root().lastChildElement("c").count, 1U);
+    EXPECT_EQ(document.root().lastChildElement("d").count, 0U);
+    EXPECT_FALSE(document.root().lastChildElement("d").element);
+    const auto all = document.root().childElements("b");
+    ASSERT_EQ(all.size(), 3U);
+    EXPECT_EQ(all[0].stringValue(), "1");
+    EXPECT_EQ(all[1].stringValue(), "23");
+    EXPECT_EQ(all[2], last.element);
+    EXPECT_TRUE(document.root().childElements("d").empty());
+    EXPECT_EQ(document.root().parent().lastChildElement("a").element, document.root());
+}
+
+TEST(MSPCXMLNode, freeElementsAreNoChildElementsOfTheDocument) {
+    const auto document = xmlDocument("<a/>");
+    const auto free = document.root().newElement("a");
+    const auto top = document.root().parent();
+    EXPECT_EQ(top.lastChildElement("a").count, 1U);
+    ASSERT_EQ(top.childElements().size(), 1U);
+    EXPECT_EQ(top.childElements().front().element, document.root());
+    EXPECT_EQ(free.node().lastChildElement("a").count, 0U);
+}
+
+TEST(MSPCXMLNode, anElementIsAppendedWithItsText) {
+    const auto document = xmlDocument("<a>t</a>");
+    auto element = document.root();
+    const auto added = element.appendElement("b", "x < y");
+    EXPECT_EQ(added.parent(), element);
+    EXPECT_EQ(added.stringValue(), "x < y");
+    EXPECT_FALSE(element.appendElement("c", "").firstChild());
+    EXPECT_EQ(bodyOf(document), "<a>t<b>x &lt; y</b><c/></a>");
+    EXPECT_FALSE(element.firstChild().appendElement("d", "z"));
+}
+
+TEST(MSPCXMLNode, anElementsOnlyTextIsReplacedInPlace) {
+    for (const std::string_view text : {"x", "2012-01-05T08:00:00", "a < b"}) {
+        const auto document = xmlDocument("<r><a n='1'>2012-01-02T08:00:00</a><b/></r>", MSPCXMLContent::DataOnly);
+        auto element = document.root().firstChildElement("a");
+        EXPECT_FALSE(element.replaceOnlyText(""));
+        EXPECT_TRUE(element.replaceOnlyText(text));
+        EXPECT_EQ(element.stringValue(), text);
+        EXPECT_FALSE(element.firstChild());
+        EXPECT_TRUE(element.replaceOnlyText("2012-01-02T08:00:00"));
+        EXPECT_EQ(bodyOf(document), "<r><a n=\"1\">2012-01-02T08:00:00</a><b/></r>");
+    }
+}
+
+TEST(MSPCXMLNode, onlyAnOnlyTextIsReplacedInPlace) {
+    constexpr std::string_view markup = "<r><a>t<i/></a><b/><c><!--x-->t</c><d><![CDATA[t]]></d><?f t?></r>";
+    auto document = xmlDocument(markup);
+    for (auto child = document.root().firstChild(); child; child = child.nextSibling()) {
+        EXPECT_FALSE(child.replaceOnlyText("new")) << child.name();
+    }
+    EXPECT_FALSE(MSPCXMLNode().replaceOnlyText("new"));
+    EXPECT_EQ(bodyOf(document), markup);
 }
 
 TEST(MSPCXMLNode, elementsAndCommentsAreInsertedByPosition) {

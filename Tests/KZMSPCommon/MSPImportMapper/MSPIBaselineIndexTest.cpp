@@ -100,7 +100,10 @@ TEST(MSPIBaselineIndex, GivesEachElementTheLastBaselineOfTheNumber) {
         "</Baseline></Assignment></Assignments></Project>");
     const auto idOf = [](const MSPCXMLNode& node) { return node.attribute("id").stringValue(); };
     std::string found;
-    for (const auto& [element, baseline] : MSPIBaselineIndex(document.root()).targets(4)) {
+    const MSPIBaselineIndex index(document.root());
+    for (const auto& [element, baseline, children] : index.targets(4)) {
+        EXPECT_EQ(children.size(), baseline ? 1U : 0U);  // a Number, which the element does not have
+        EXPECT_FALSE(baseline && children.front().element);
         found += idOf(element) + "=" + idOf(baseline) + " ";
     }
     EXPECT_EQ(found, "3=c 1=b 2= ");

@@ -45,13 +45,13 @@ class TreeFixture {
 public:
     Entry entry(std::int64_t outlineLevel, bool isSummary) {
         const auto task = addChildElementWithName(_document.root(), "task");
-        return {task, task, outlineLevel, isSummary};
+        return {task, task, {}, outlineLevel, isSummary};
     }
     // An entry whose target has the given type; none for an empty one.
     Entry typed(std::string_view type, bool isSummary) {
         auto result = entry(1, isSummary);
         if (!type.empty()) {
-            addChildElementWithNameStringValue(result.kdzxTask, "type", type);
+            result.kdzxType = addChildElementWithNameStringValue(result.kdzxTask, "type", type);
         }
         return result;
     }
@@ -146,8 +146,10 @@ TEST(MSPITaskTree, refusesParentsThatCannotBeGroups) {
     for (const auto* tree : {&older, &newer}) {
         EXPECT_RAISES(tree->groupOfParent(fixture.typed("", true)), MSPCInternalInconsistency,
                       "Parent task was not assigned a type.");
-        EXPECT_RAISES(tree->groupOfParent(Entry{{}, fixture.typed("group", true).kdzxTask, 1, true}),
-                      MSPCInternalInconsistency, "Failed to find msp 'Task' for given kdzx 'Task' in dictionary.");
+        auto unknown = fixture.typed("group", true);
+        unknown.mspTask = {};
+        EXPECT_RAISES(tree->groupOfParent(unknown), MSPCInternalInconsistency,
+                      "Failed to find msp 'Task' for given kdzx 'Task' in dictionary.");
     }
     EXPECT_RAISES(newer.groupOfParent(fixture.typed("group", false)), MSPCInternalInconsistency,
                   "Candidate for parent group must be a Summary Task in MSPDI.");
@@ -157,15 +159,16 @@ TEST(MSPITaskTree, refusesParentsThatCannotBeGroups) {
 
 TEST(MSPITaskTree, wantsGroupsFromSummaryTasksAndOnlyFromThem) {
     TreeFixture fixture;
-    MSPITaskTree::checkKind(fixture.typed("group", true).kdzxTask, true);
-    MSPITaskTree::checkKind(fixture.typed("task", false).kdzxTask, false);
-    MSPITaskTree::checkKind(fixture.typed("", false).kdzxTask, false);
+    for (const auto& [type, isSummary] : {std::pair("group", true), {"task", false}, {"", false}}) {
+        const auto task = fixture.typed(type, isSummary);
+        EXPECT_EQ(MSPITaskTree::checkedType(task.kdzxTask, isSummary), task.kdzxType);
+    }
     const struct {
         const char* type;
         bool isSummary;
     } mismatches[] = {{"group", false}, {"task", true}, {"milestone", true}, {"Group", true}, {"", true}};
     for (const auto& [type, isSummary] : mismatches) {
-        EXPECT_RAISES(MSPITaskTree::checkKind(fixture.typed(type, isSummary).kdzxTask, isSummary),
+        EXPECT_RAISES(MSPITaskTree::checkedType(fixture.typed(type, isSummary).kdzxTask, isSummary),
                       MSPCInternalInconsistency, "MSPDI Summary Task must be mapped to KDZX Group Task.");
     }
 }

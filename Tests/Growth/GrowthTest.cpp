@@ -1,0 +1,128 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "CountedWork.h"
+#include "FuzzWorld.h"
+#include "MSPIXMLImporter.h"
+#include "PlanGenerator.h"
+#include "ProcessTiming.h"
+
+// Twice the plan, twice the work. The work of whole imports is counted instead of timed, so these tests say the same on
+// every machine, however busy it is; the seconds are the benchmarks' business.
+
+namespace {
+
+std::string contentsOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+CountedWork workOfImporting(const PlanOptions& options) {
+    std::string plan;
+    generatePlan(options, [&plan](std::string_view piece) { plan += piece; });
+    FuzzWorld world;
+    for (const std::string name : {"Actual.xml", "__TOC.xml"}) {
+        world.fileSystem.addFile("/share/Empty.kdzx/" + name, contentsOf(KZMSP_TEMPLATE "/" + name));
+    }
+    world.fileSystem.addFile("/home/me/Plan.xml", std::move(plan));
+    MSPIImportInfo info;
+    info.mspdiProjectName = "Plan";
+    info.kdzxTemplateURL = MSPCURL::fileURL("/share/Empty.kdzx", true);
+    const auto before = countedWork();
+    EXPECT_TRUE(MSPIXMLImporter(info, world.services)
+                    .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL("/home/me/Plan.xml", false),
+                                                       MSPCURL::fileURL("/home/me/Plan.kdzx", true)));
+    const auto after = countedWork();
+    return {after.steps - before.steps, after.bytes - before.bytes};
+}
+
+struct Kind {
+    std::string name;
+    PlanOptions options;
+    std::int64_t fewestTasks = 1024;
+
+    friend std::ostream& operator<<(std::ostream& stream, const Kind& kind) { return stream << kind.name; }
+};
+
+class GrowthOf : public testing::TestWithParam<Kind> {
+protected:
+    static CountedWork workOf(std::int64_t tasks) {
+        auto options = GetParam().options;
+        options.tasks = tasks;
+        if (options.shape == PlanShape::ManyCustomFields) {
+            options.definitions = tasks;
+        }
+        return workOfImporting(options);
+    }
+};
+
+// How often the first step from a size to its double fits into the second one; what does not grow at all drops out.
+// Exactly linear growth gives 2, longer numbers in the texts hardly more. A walk over the brothers and sisters of each
+// of the tasks gives 2.19 at these sizes.
+void expectLinear(std::uint64_t small, std::uint64_t middle, std::uint64_t large) {
+    constexpr double mostPerDoubling = 2.02;
+    EXPECT_LE(static_cast<double>(large - middle) / static_cast<double>(middle - small), mostPerDoubling)
+        << small << ", " << middle << ", " << large;
+}
+
+TEST_P(GrowthOf, isLinearInTheNumberOfTasks) {
+    const auto fewest = GetParam().fewestTasks;
+    const auto small = workOf(fewest);
+    const auto middle = workOf(2 * fewest);
+    const auto large = workOf(4 * fewest);
+    expectLinear(small.steps, middle.steps, large.steps);
+    expectLinear(small.bytes, middle.bytes, large.bytes);
+}
+
+const Kind kinds[] = {
+    {"ActualScenario", {}},
+    {"TimephasedDataAndSplits", {.timephasedRecords = 5, .splitPercent = 5}},
+    {"ElevenBaselines", {.baselines = 11}, 256},
+    {"Flat", {.shape = PlanShape::Flat}},
+    {"LateNesting", {.shape = PlanShape::LateNesting}},
+    {"StarLinks", {.shape = PlanShape::StarLinks}},
+    {"OneResource", {.shape = PlanShape::OneResource}},
+    {"OneBusyTask", {.shape = PlanShape::OneBusyTask}},
+    {"ReversedAssignments", {.shape = PlanShape::ReversedAssignments}},
+    {"ManyCustomFields", {.shape = PlanShape::ManyCustomFields}},
+    {"MaterialPerTask", {.shape = PlanShape::MaterialPerTask}},
+    {"DuplicateUIDs", {.shape = PlanShape::DuplicateUIDs}},
+    {"AlternateBaselines", {.shape = PlanShape::AlternateBaselines}},
+    {"AllSplit", {.shape = PlanShape::AllSplit}},
+};
+INSTANTIATE_TEST_SUITE_P(Plans, GrowthOf, testing::ValuesIn(kinds), [](const auto& kind) { return kind.param.name; });
+
+TEST(Growth, isLinearInTheNumberOfBaselines) {
+    constexpr double maxExponent = 1.05;
+    const auto workOf = [](std::int64_t baselines) { return workOfImporting({.tasks = 300, .baselines = baselines}); };
+    const auto without = workOf(0);
+    std::vector<double> counts;
+    std::vector<double> steps;
+    std::vector<double> bytes;
+    for (const std::int64_t baselines : {1, 3, 6, 11}) {
+        const auto work = workOf(baselines);
+        counts.push_back(static_cast<double>(baselines));
+        steps.push_back(static_cast<double>(work.steps - without.steps));
+        bytes.push_back(static_cast<double>(work.bytes - without.bytes));
+    }
+    EXPECT_LE(growthExponent(counts, steps), maxExponent);
+    EXPECT_LE(growthExponent(counts, bytes), maxExponent);
+}
+
+TEST(CountedWork, countsStepsAndBytes) {
+    const auto before = countedWork();
+    const auto work = workOfImporting({.tasks = 100});
+    const auto more = workOfImporting({.tasks = 100});
+    EXPECT_GT(work.steps, 100'000U);
+    EXPECT_GT(work.bytes, 100'000U);
+    EXPECT_GT(countedWork().steps, before.steps + work.steps);
+    EXPECT_NEAR(static_cast<double>(more.steps), static_cast<double>(work.steps),
+                0.001 * static_cast<double>(work.steps));
+}
+
+}  // namespace
