@@ -6,19 +6,19 @@ target_compile_options(kzmsp_options INTERFACE
 if(KZMSP_WERROR)
     target_compile_options(kzmsp_options INTERFACE -Werror)
 endif()
+# Numbers too large for the integer they become are undefined too, but only on request.
+set(kzmsp_sanitizers -fsanitize=address,undefined,float-cast-overflow)
 if(KZMSP_SANITIZE)
     target_compile_options(kzmsp_options INTERFACE
-        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_link_options(kzmsp_options INTERFACE -fsanitize=address,undefined)
+        ${kzmsp_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kzmsp_options INTERFACE ${kzmsp_sanitizers})
     # With the sanitizers g++ 12 sees uninitialised values in the standard library's own headers.
     target_compile_options(kzmsp_options INTERFACE -Wno-maybe-uninitialized)
 endif()
 if(KZMSP_FUZZ)
-    # Numbers too large for the integer they become are undefined too, but only on request.
-    set(kzmsp_fuzz_sanitizers -fsanitize=address,undefined,float-cast-overflow,fuzzer-no-link)
     target_compile_options(kzmsp_options INTERFACE
-        ${kzmsp_fuzz_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_link_options(kzmsp_options INTERFACE ${kzmsp_fuzz_sanitizers})
+        ${kzmsp_sanitizers} -fsanitize=fuzzer-no-link -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kzmsp_options INTERFACE ${kzmsp_sanitizers} -fsanitize=fuzzer-no-link)
 endif()
 if(KZMSP_COVERAGE)
     target_compile_options(kzmsp_options INTERFACE --coverage -O0)

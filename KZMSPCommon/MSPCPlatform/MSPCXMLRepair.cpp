@@ -1,11 +1,15 @@
 #include "MSPCXMLRepair.h"
 
+#include <libxml/SAX2.h>
+#include <libxml/hash.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
+#include <algorithm>
 #include <climits>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -35,8 +39,15 @@ using ParserPtr = std::unique_ptr<xmlParserCtxt, Freer<xmlFreeParserCtxt>>;
 // What the parser has reported, filled in while it runs.
 struct Report {
     std::optional<MSPCXMLRepair> firstError;
-    bool hasEntityFlood = false;
+    bool hasFlood = false;  // out of all proportion to the bytes
 };
+
+// What the parser looks for one by one, for each attribute or element again.
+constexpr int MostAttributesOfATag = 1'000;
+constexpr int MostOpenNamespaces = 1'000;
+constexpr std::size_t LongestName = 1'000;  // each error about an element copies its name
+// Where entities can make markup that is not seen in the bytes, only this many of them may be about that.
+constexpr std::ptrdiff_t MostBytesOfDeclarations = 64 * 1'024;
 
 void* orThrow(void* memory) {
     if (memory == nullptr) {
@@ -91,7 +102,87 @@ void noteError(void* context, xmlErrorPtr error) {
     if (!report->firstError) {
         report->firstError = MSPCXMLRepair{error->line, withoutLineEnd(error->message)};
     }
-    report->hasEntityFlood = report->hasEntityFlood || error->code == XML_ERR_ENTITY_LOOP;
+    report->hasFlood = report->hasFlood || error->code == XML_ERR_ENTITY_LOOP;
+    if (parser->recovery == 0) {
+        // Nobody wants the rest, in which each error may cost a copy of all that it is about. This state ends the
+        // parser's loops; xmlStopParser() would take away bytes that the one under way still looks at.
+        parser->disableSAX = 1;
+        parser->instate = XML_PARSER_EOF;
+    }
+}
+
+void stop(xmlParserCtxt& parser) {
+    static_cast<Report*>(parser._private)->hasFlood = true;
+    xmlStopParser(&parser);
+}
+
+// How many quoted texts stand between a "<" and the end of what it may begin.
+int quotedTextsOf(std::string_view tag) {
+    constexpr std::string_view notable = "\"'>";
+    int count = 0;
+    for (auto at = tag.find_first_of(notable); at != std::string_view::npos && tag[at] != '>'; ++count) {
+        const auto closing = tag.find(tag[at], at + 1);
+        at = closing == std::string_view::npos ? closing : tag.find_first_of(notable, closing + 1);
+    }
+    return count;
+}
+
+// The parser sees at most as many attributes as there are quoted texts: to it a tag ends before the next "<" in any case.
+bool holdsMonstrousTag(std::string_view bytes) {
+    for (auto start = bytes.find('<'); start != std::string_view::npos;) {
+        const auto next = bytes.find('<', start + 1);
+        const auto tag = bytes.substr(start, next == std::string_view::npos ? next : next - start);
+        const bool mayStartElement = tag.find_first_of("!?/") != 1;
+        const auto nameSize = std::min(tag.find_first_of(" \t\r\n/>"), tag.size());
+        if (mayStartElement && (quotedTextsOf(tag) > MostAttributesOfATag || nameSize > LongestName)) {
+            return true;
+        }
+        start = next;
+    }
+    return false;
+}
+
+void startElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* /*uri*/, int namespaceCount,
+                  const xmlChar** namespaces, int attributeCount, int defaultedCount, const xmlChar** attributes) {
+    auto& parser = *static_cast<xmlParserCtxt*>(context);
+    if (parser.nsNr > 2 * MostOpenNamespaces) {  // two entries for each
+        stop(parser);
+        return;
+    }
+    // With the URI of a prefix the tree would be searched upwards for it each time. Without, prefix and name become one
+    // name, which is written the same.
+    constexpr int entriesOfAttribute = 5;
+    constexpr int uriOfAttribute = 2;
+    for (int i = 0; i < attributeCount; ++i) {
+        attributes[i * entriesOfAttribute + uriOfAttribute] = nullptr;
+    }
+    xmlSAX2StartElementNs(context, name, prefix, nullptr, namespaceCount, namespaces, attributeCount, defaultedCount,
+                          attributes);
+    // Attributes that the document type gives to elements multiply with these. Only the root's mean something: it may
+    // get its namespace that way.
+    if (parser.nodeNr == 1 && parser.attsDefault != nullptr) {
+        xmlHashFree(parser.attsDefault, xmlHashDefaultDeallocator);
+        parser.attsDefault = nullptr;
+    }
+}
+
+void stopAtTooManyDeclarations(xmlParserCtxt& parser) {
+    const auto& input = *parser.inputTab[0];
+    if (input.cur - input.base + static_cast<std::ptrdiff_t>(input.consumed) > MostBytesOfDeclarations) {
+        stop(parser);
+    }
+}
+
+void declareEntity(void* context, const xmlChar* name, int type, const xmlChar* publicId, const xmlChar* systemId,
+                   xmlChar* content) {
+    xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
+    stopAtTooManyDeclarations(*static_cast<xmlParserCtxt*>(context));
+}
+
+void declareAttribute(void* context, const xmlChar* element, const xmlChar* name, int type, int defaultKind,
+                      const xmlChar* defaultValue, xmlEnumerationPtr values) {
+    xmlSAX2AttributeDecl(context, element, name, type, defaultKind, defaultValue, values);
+    stopAtTooManyDeclarations(*static_cast<xmlParserCtxt*>(context));
 }
 
 DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
@@ -99,8 +190,15 @@ DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
     if (!parser || bytes.size() > INT_MAX) {
         return nullptr;
     }
+    if (holdsMonstrousTag(bytes)) {
+        report.hasFlood = true;
+        return nullptr;
+    }
     parser->_private = &report;
     parser->sax->serror = noteError;
+    parser->sax->startElementNs = startElement;
+    parser->sax->entityDecl = declareEntity;
+    parser->sax->attributeDecl = declareAttribute;
     try {
         return DocumentPtr(
             xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8", options));
@@ -156,7 +254,7 @@ int optionsFor(bool hasInternalSubset) {
 bool isWellFormedXML(std::string_view bytes) {
     prepareParserOnce();
     Report report;
-    return parsed(bytes, optionsFor(false), report) && !report.firstError;
+    return parsed(bytes, optionsFor(false), report) && !report.firstError && !report.hasFlood;
 }
 
 std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalSubset,
@@ -164,10 +262,10 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     prepareParserOnce();
     const int options = optionsFor(hasInternalSubset);
     Report report;
-    if (auto sound = parsed(bytes, options, report); sound && !report.firstError) {
+    if (auto sound = parsed(bytes, options, report); sound && !report.firstError && !report.hasFlood) {
         return mended(std::move(sound), std::nullopt);
     }
-    if (repairableRoot.empty() || report.hasEntityFlood) {
+    if (repairableRoot.empty() || report.hasFlood) {
         return std::nullopt;
     }
     const auto escaped =
@@ -175,7 +273,7 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     const auto mendable = withMendableText(escaped ? std::string_view(*escaped) : bytes);
     Report recoveryReport;
     auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
-    if (!hasRootNamed(recovered, repairableRoot) || recoveryReport.hasEntityFlood) {
+    if (!hasRootNamed(recovered, repairableRoot) || recoveryReport.hasFlood) {
         return std::nullopt;
     }
     return mended(std::move(recovered), std::move(report.firstError));

@@ -189,8 +189,8 @@ std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXM
 std::string withMendableText(std::string_view bytes) {
     std::string mendable;
     std::size_t copied = 0;
-    bool hasSubset = false;
-    auto sectionEnd = endOfProlog(bytes, hasSubset);
+    std::size_t sectionEnd = 0;
+    auto commentStart = npos;
     const auto write = [&](std::size_t index, std::string_view replacement) {
         mendable.append(bytes, copied, index - copied).append(replacement);
         copied = index + 1;
@@ -201,6 +201,9 @@ std::string withMendableText(std::string_view bytes) {
             write(index, "\xEF\xBF\xBD");
         } else if (character == '<' && index >= sectionEnd) {
             sectionEnd = endOfSection(bytes, index);
+            commentStart = bytes.substr(index).starts_with("<!--") ? index + 4 : npos;
+        } else if (character == '-' && index >= commentStart && index + 3 < sectionEnd && bytes[index + 1] == '-') {
+            write(index, " ");  // each of these errors would cost a copy of the comment
         } else if (character == '>' && index >= sectionEnd && bytes.substr(0, index).ends_with("]]")) {
             write(index, "&gt;");
         }

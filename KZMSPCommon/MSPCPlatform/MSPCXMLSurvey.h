@@ -26,6 +26,7 @@ enum class MSPCXMLEntities {
 // when there is nothing to mend.
 [[nodiscard]] std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXMLEntities entities);
 
-// The same bytes with characters that XML forbids as U+FFFD, and with each "]]>" outside sections as "]]&gt;": a mending
-// parser would end the document at the one, and lose the text around the other.
+// The same bytes with characters that XML forbids as U+FFFD, each "]]>" outside sections as "]]&gt;", and no "--" within a
+// comment: a mending parser would end the document at the first, lose the text around the second, and copy the comment
+// for each of the third.
 [[nodiscard]] std::string withMendableText(std::string_view bytes);

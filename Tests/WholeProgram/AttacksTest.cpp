@@ -119,6 +119,18 @@ TEST(Attacks, fiveMillionChildren) {
     }
 }
 
+// Each line becomes a paragraph: no other text of a plan grows as much.
+TEST(Attacks, aNoteOfAMillionEmptyLines) {
+    const PlanImport import("empty-lines", planEndingWith([](std::ostream& file) {
+                                file << "<Tasks><Task><UID>1</UID><Notes>";
+                                repeat(file, "\n", Many);
+                                file << "</Notes></Task></Tasks>";
+                            }));
+    EXPECT_EQ(import.status(), 0);
+    EXPECT_EQ(import.texts("lit").size(), static_cast<std::size_t>(Many));
+    expectWithin(import, 5, 400);
+}
+
 // In an encoding that is read as a whole, where unknown names are kept too.
 TEST(Attacks, aBaselineOfManyNamesIsNotLookedUpOneByOne) {
     const auto values = [](std::ostream& file, int value) {

@@ -54,6 +54,8 @@ TEST(MSPCXMLSurvey, writesWhatStopsAMendingParserAnew) {
         {"<!--]]>--><a b=\"]]>\"/>", "<!--]]>--><a b=\"]]&gt;\"/>"},
         {"]]>", "]]&gt;"},
         {"", ""},
+        {"<!--a--b----><a>--</a><!--", "<!--a -b  --><a>--</a><!--"},
+        {"<!---->--<!--->a--b-->--", "<!---->--<!--->a -b-->--"},
     };
     for (const auto& [text, mendable] : cases) {
         EXPECT_EQ(withMendableText(text), mendable);
