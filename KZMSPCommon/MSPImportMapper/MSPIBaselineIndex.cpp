@@ -15,23 +15,15 @@ MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLNode& mspProject) {
 void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, std::string_view path,
                                 std::size_t MSPIBaselineCounts::*count) {
     for (const auto& element : nodesForXQuery(mspProject, path)) {
-        _elements.push_back({element, 0});
+        _elements.push_back(element);
         if (const auto baseline = element.firstChildElement("Baseline")) {
-            addChildrenNamedBy(baseline, element);
-            addBaselines(baseline, count);
+            addBaselines(baseline, element, count);
         }
-        _elements.back().endOfChildren = _children.size();
     }
 }
 
-void MSPIBaselineIndex::addChildrenNamedBy(const MSPCXMLNode& baseline, const MSPCXMLNode& element) {
-    const MSPCFields fields(element);
-    for (const auto& value : baseline.childElements()) {
-        _children.push_back({value.name, fields.singleObject(value.name)});
-    }
-}
-
-void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, std::size_t MSPIBaselineCounts::*count) {
+void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& element,
+                                     std::size_t MSPIBaselineCounts::*count) {
     const auto position = _elements.size() - 1;
     std::string buffer;
     for (; baseline; baseline = baseline.nextSiblingElement("Baseline")) {
@@ -41,13 +33,15 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, std::size_t MSPIBasel
             if (number != static_cast<double>(whole)) {
                 continue;
             }
-            auto& [counts, entries] = _byNumber[whole];
-            if (entries.empty() || entries.back().elementPosition != position) {
-                entries.push_back({position, baseline});
-                ++(counts.*count);
+            auto& [counts, entries, values] = _byNumber[whole];
+            if (!entries.empty() && entries.back().elementPosition == position) {
+                values.resize(entries.back().startOfValues);  // the last of several counts
+                entries.pop_back();
             } else {
-                entries.back().baseline = baseline;  // the last of several counts
+                ++(counts.*count);
             }
+            entries.push_back({position, baseline, values.size()});
+            appendBaselineValues(element, baseline, values);
         }
     }
 }
@@ -55,13 +49,16 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, std::size_t MSPIBasel
 std::vector<MSPIBaselineIndex::Target> MSPIBaselineIndex::targets(std::int32_t number) const {
     std::vector<Target> targets;
     targets.reserve(_elements.size());
-    std::size_t startOfChildren = 0;
-    for (const auto& [node, endOfChildren] : _elements) {
-        targets.push_back({node, {}, std::span(_children).subspan(startOfChildren, endOfChildren - startOfChildren)});
-        startOfChildren = endOfChildren;
+    for (const auto& element : _elements) {
+        targets.push_back({element, {}, {}});
     }
-    for (const auto& [position, baseline] : of(number).entries) {
-        targets[position].baseline = baseline;
+    const auto& [counts, entries, values] = of(number);
+    auto endOfValues = values.size();
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        auto& target = targets[entry->elementPosition];
+        target.baseline = entry->baseline;
+        target.values = std::span(values).subspan(entry->startOfValues, endOfValues - entry->startOfValues);
+        endOfValues = entry->startOfValues;
     }
     return targets;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "MSPCXMLNode.h"
+#include "MSPIBaselinePatch.h"
 
 // How many tasks, resources and assignments carry data for one of MSPDI's baselines.
 struct MSPIBaselineCounts {
@@ -25,12 +26,11 @@ public:
     static constexpr std::int32_t BaselineCount = 11;  // numbers 0 to 10
 
     // An assignment, resource or task; `baseline` is its `Baseline` child of the number asked for, the last of several,
-    // and empty when it has none. `children` are those of the element that its first baseline names, in the order in
-    // which it does; an empty handle where there is none of a name.
+    // and empty when it has none. `values` are what the baseline has for the element's children.
     struct Target {
         MSPCXMLNode element;
         MSPCXMLNode baseline;
-        std::span<const MSPCXMLNamedElement> children;
+        std::span<const MSPIBaselineValue> values;
     };
 
     explicit MSPIBaselineIndex(const MSPCXMLNode& mspProject);
@@ -40,28 +40,26 @@ public:
     [[nodiscard]] std::vector<Target> targets(std::int32_t number) const;
 
 private:
-    struct Element {
-        MSPCXMLNode node;
-        std::size_t endOfChildren;  // in _children, where this element's children end and the next one's begin
-    };
     struct Entry {
         std::size_t elementPosition;  // in _elements
         MSPCXMLNode baseline;
+        std::size_t startOfValues;  // in `values`; they end where those of the next entry start
     };
     struct OfNumber {
         MSPIBaselineCounts counts;
         std::vector<Entry> entries;  // in the order of _elements, at most one for each
+        // Of all entries, one after the other: reading them while the index is made, all baselines of an element at once,
+        // spares a walk over the whole document for each baseline.
+        std::vector<MSPIBaselineValue> values;
     };
 
     void addList(const MSPCXMLNode& mspProject, std::string_view path, std::size_t MSPIBaselineCounts::*count);
     // `baseline` is the first one of the element added last.
-    void addBaselines(MSPCXMLNode baseline, std::size_t MSPIBaselineCounts::*count);
-    void addChildrenNamedBy(const MSPCXMLNode& baseline, const MSPCXMLNode& element);
+    void addBaselines(MSPCXMLNode baseline, const MSPCFields& element, std::size_t MSPIBaselineCounts::*count);
     [[nodiscard]] const OfNumber& of(std::int32_t number) const {
         return _byNumber.at(static_cast<std::size_t>(number));
     }
 
-    std::vector<Element> _elements;
-    std::vector<MSPCXMLNamedElement> _children;  // of all elements, one after the other
+    std::vector<MSPCXMLNode> _elements;
     std::array<OfNumber, BaselineCount> _byNumber;
 };

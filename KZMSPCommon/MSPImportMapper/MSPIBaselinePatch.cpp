@@ -1,11 +1,9 @@
 #include "MSPIBaselinePatch.h"
 
-#include <optional>
-#include <ranges>
+#include <algorithm>
 #include <utility>
 
 #include "MSPCException.h"
-#include "MSPCFields.h"
 #include "MSPIXPathNumber.h"
 
 namespace {
@@ -22,43 +20,32 @@ MSPCXMLNode baselineOf(const MSPCXMLNode& target, std::int32_t number) {
     return found;
 }
 
-// The last child of a name, of those that a baseline names from its last to its first. The baselines of an element name
-// the same ones in the same order, so that most are known from another one.
-class ChildrenByName {
-public:
-    ChildrenByName(const MSPCXMLNode& element, std::span<const MSPCXMLNamedElement> known)
-        : _element(element), _known(known) {
-    }
-
-    MSPCXMLNode named(std::string_view name) {
-        while (!_known.empty()) {
-            const auto& candidate = _known.back();
-            _known = _known.first(_known.size() - 1);
-            if (candidate.name == name) {
-                return candidate.element;
-            }
-        }
-        if (!_fields) {
-            _fields.emplace(_element);
-        }
-        return _fields->singleObject(name);
-    }
-
-private:
-    MSPCXMLNode _element;
-    std::span<const MSPCXMLNamedElement> _known;  // those that may still come
-    std::optional<MSPCFields> _fields;
-};
-
 }  // namespace
 
+void appendBaselineValues(const MSPCFields& element, const MSPCXMLNode& baseline, std::vector<MSPIBaselineValue>& values) {
+    const MSPCFields fields(baseline);
+    for (const auto& [name, value] : fields.elements()) {
+        // Of several of one name, which timephased data gives by the hundred, the last one is what shows.
+        if (name == "Number" || value != fields.singleObject(name)) {
+            continue;
+        }
+        if (const auto child = element.singleObject(name)) {
+            values.push_back({child, value});
+        }
+    }
+}
+
 MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber)
-    : MSPIBaselinePatch(target, baselineOf(target, baselineNumber)) {
+    : _target(target), _baseline(baselineOf(target, baselineNumber)) {
+    if (_baseline) {
+        appendBaselineValues(MSPCFields(target), _baseline, _ownValues);
+        _values = _ownValues;
+    }
 }
 
 MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline,
-                                     std::span<const MSPCXMLNamedElement> children)
-    : _target(target), _baseline(baseline), _children(children) {
+                                     std::span<const MSPIBaselineValue> values)
+    : _target(target), _baseline(baseline), _values(values) {
 }
 
 void MSPIBaselinePatch::apply() {
@@ -67,7 +54,8 @@ void MSPIBaselinePatch::apply() {
     }
     _isPatched = true;
     if (_baseline) {
-        showBaseline(_baseline);
+        _replacements.reserve(_values.size());
+        std::for_each(_values.begin(), _values.end(), [this](const auto& value) { show(value); });
     } else {
         removeTarget();
     }
@@ -95,24 +83,10 @@ void MSPIBaselinePatch::revert() {
     _isPatched = false;
 }
 
-// Of several values of one name, which timephased data gives by the hundred, the last one is what shows.
-void MSPIBaselinePatch::showBaseline(const MSPCXMLNode& baseline) {
-    ChildrenByName children(_target, _children);
-    const MSPCFields values(baseline);
-    _replacements.reserve(values.elements().size());
-    for (const auto& [name, value] : std::views::reverse(values.elements())) {
-        if (name == "Number" || value != values.singleObject(name)) {
-            continue;
-        }
-        if (const auto child = children.named(name)) {
-            show(value, child);
-        }
-    }
-}
-
 // A child that is one text gets another one and stays where it is. Any other child, and a text that is or becomes empty,
 // gives way to a new element.
-void MSPIBaselinePatch::show(const MSPCXMLNode& value, MSPCXMLNode child) {
+void MSPIBaselinePatch::show(MSPIBaselineValue shown) {
+    auto& [child, value] = shown;
     std::string buffer;
     const auto text = value.stringValue(buffer);
     std::string originalBuffer;

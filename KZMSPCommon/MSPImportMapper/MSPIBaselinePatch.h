@@ -6,7 +6,18 @@
 #include <string>
 #include <vector>
 
+#include "MSPCFields.h"
 #include "MSPCXMLNode.h"
+
+// A child of a task, resource or assignment, and the child of a baseline whose text it is to show.
+struct MSPIBaselineValue {
+    MSPCXMLNode child;
+    MSPCXMLNode value;
+};
+
+// Appends what a baseline has for the children of the element it belongs to: for each child that is the last of its name,
+// the last value of that name. "Number" is none.
+void appendBaselineValues(const MSPCFields& element, const MSPCXMLNode& baseline, std::vector<MSPIBaselineValue>& values);
 
 // Makes one MSPDI `Task`, `Resource` or `Assignment` show the values of one of its baselines for a while: its children
 // take the texts of the baseline's children of the same names, or the whole element leaves the document when it has no
@@ -15,10 +26,9 @@ class MSPIBaselinePatch {
 public:
     // Changes nothing yet. The document outlives the patch.
     MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber);
-    // For a baseline that has been looked up already; empty where the target has none. `children` may name children of
-    // the target, each the last of its name, in the order in which a baseline is likely to name them: they need no
-    // look-up. Read while the patch is applied.
-    MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline, std::span<const MSPCXMLNamedElement> children = {});
+    // For a baseline that has been looked up already, with its values; empty where the target has none. The values outlive
+    // the patch.
+    MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline, std::span<const MSPIBaselineValue> values);
 
     // Raises `MSPCInternalInconsistency` "Can not apply patch to already patched target. Must revert first.".
     void apply();
@@ -38,13 +48,13 @@ private:
         MSPCXMLNewElement keptChild;
     };
 
-    void showBaseline(const MSPCXMLNode& baseline);
-    void show(const MSPCXMLNode& value, MSPCXMLNode child);
+    void show(MSPIBaselineValue shown);
     void removeTarget();
 
     MSPCXMLNode _target;
     MSPCXMLNode _baseline;
-    std::span<const MSPCXMLNamedElement> _children;
+    std::vector<MSPIBaselineValue> _ownValues;  // where the patch has looked for them itself
+    std::span<const MSPIBaselineValue> _values;
     bool _isPatched = false;
     MSPCXMLNewElement _removedTarget;
     MSPCXMLNode _parentOfRemoved;

@@ -92,8 +92,8 @@ bool MSPIMapper::applyBaseline() {
     log().log(fmt::format("  Baseline Tasks: {}", counts.tasks));
     log().log(fmt::format("  Baseline Resources: {}", counts.resources));
     log().log(fmt::format("  Baseline Assignments: {}", counts.assignments));
-    for (const auto& [element, baseline, children] : baselines->targets(baselineNumber())) {
-        _patches.emplace_back(element, baseline, children);
+    for (const auto& [element, baseline, values] : baselines->targets(baselineNumber())) {
+        _patches.emplace_back(element, baseline, values);
     }
     // From the last to the first, and back the other way: each removed element finds its place again.
     for (auto patch = _patches.rbegin(); patch != _patches.rend(); ++patch) {
