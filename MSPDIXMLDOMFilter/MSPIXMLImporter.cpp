@@ -12,11 +12,11 @@
 #include "MSPCPath.h"
 #include "MSPIBundleNaming.h"
 #include "MSPIElementsRead.h"
+#include "MSPIKdzxNamespace.h"
 #include "MSPIScenarioCheck.h"
 
 namespace {
 
-constexpr std::string_view KdzxNamespace = "urn:kadenza:document:2";
 constexpr int LastBaselineNumber = 10;
 
 void checkSource(const std::optional<MSPCURL>& source) {
@@ -156,7 +156,7 @@ bool MSPIXMLImporter::importScenario(std::optional<int> baselineNumber, Document
         return false;
     }
     // Deliberate: the verdict changes nothing; an odd scenario is written like any other.
-    static_cast<void>(MSPIScenarioCheck(*scenario, KdzxNamespace));
+    static_cast<void>(MSPIScenarioCheck(*scenario, MSPIKdzxNamespace));
     const auto fileName = MSPIScenarioFileName(*_info.kdzxScenarioName);
     writeDocument(*scenario, pathByAppendingComponent(bundlePath, fileName));
     return true;

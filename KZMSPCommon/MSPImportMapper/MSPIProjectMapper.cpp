@@ -9,20 +9,19 @@
 #include "MSPCPath.h"
 #include "MSPIAssignmentMapper.h"
 #include "MSPICalendarMapper.h"
+#include "MSPIKdzxNamespace.h"
 #include "MSPIResourceMapper.h"
 
 namespace {
 
-// The namespace of scenarios where the template's own root names none.
-constexpr std::string_view targetNamespace = "urn:kadenza:document:2";
-
+// The default namespace of the template's root, where it names one.
 std::string targetNamespaceOf(const MSPCXMLNode& templateRoot) {
     for (const auto& declaration : templateRoot.namespaceDeclarations()) {
         if (declaration.prefix.empty()) {
             return std::string(declaration.uri);
         }
     }
-    return std::string(targetNamespace);
+    return std::string(MSPIKdzxNamespace);
 }
 
 // A file-name extension holds no blank: "Release 1.5 final" has none.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -20,10 +21,11 @@ fs::path corpusFolder() {
     return named != nullptr ? fs::path(named) : fs::path(KZMSP_SOURCE).parent_path() / "shared" / "corpus";
 }
 
-std::vector<std::string> corpusPlans() {
+// The names of the plans in a folder.
+std::vector<std::string> plansIn(const fs::path& folder) {
     std::vector<std::string> plans;
-    if (fs::is_directory(corpusFolder())) {
-        for (const auto& entry : fs::directory_iterator(corpusFolder())) {
+    if (fs::is_directory(folder)) {
+        for (const auto& entry : fs::directory_iterator(folder)) {
             if (entry.path().extension() == ".xml") {
                 plans.push_back(entry.path().filename().string());
             }
@@ -41,6 +43,41 @@ std::size_t countOf(const std::string& piece, const std::string& text) {
     return count;
 }
 
+std::vector<std::string> corpusPlans() {
+    return plansIn(corpusFolder());
+}
+
+ProgramResult importOf(const fs::path& plan, const fs::path& scratch) {
+    fs::remove_all(scratch);
+    fs::create_directories(scratch);
+    return runProgram({"--template-path", KZMSP_TEMPLATE, plan.string(), "."}, scratch,
+                      {{"TZ", "Europe/Berlin"}, {"LC_ALL", "C"}, {"HOME", scratch.string()}});
+}
+
+// The line below "Exception: <name>", or "(imported)".
+std::string outcomeOf(const ProgramResult& result) {
+    const auto& log = result.standardError;
+    const auto name = log.find("Exception: ");
+    if (name == std::string::npos) {
+        return result.status == 0 ? "(imported)" : "(no reason)";
+    }
+    const auto start = log.find('\n', name) + 1;
+    return log.substr(start, log.find('\n', start) - start);
+}
+
+// How many plans of a folder end with which outcome.
+using Outcomes = std::map<std::string, int>;
+
+Outcomes outcomesIn(const fs::path& folder) {
+    const auto scratch = fs::path(KZMSP_SCRATCH) / "corpus-outcomes";
+    Outcomes outcomes;
+    for (const auto& plan : plansIn(folder)) {
+        ++outcomes[outcomeOf(importOf(folder / plan, scratch))];
+    }
+    fs::remove_all(scratch);
+    return outcomes;
+}
+
 class Corpus : public testing::TestWithParam<std::string> {};
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Corpus);
 
@@ -52,15 +89,29 @@ TEST(CorpusFolder, isThere) {
     }
 }
 
+// A plan that fails for another reason than it did, or no longer, is worth a look. Some assertions have no text.
+TEST(CorpusFolder, failsForTheKnownReasonsOnly) {
+    const auto folder = fs::path(KZMSP_SOURCE).parent_path() / "shared" / "corpus";
+    if (corpusFolder() != folder || plansIn(folder).empty()) {
+        GTEST_SKIP() << "the known plans are those of " << folder;
+    }
+    EXPECT_EQ(outcomesIn(folder), (Outcomes{{"(imported)", 224},
+                                            {"This does not seem like a MS Project root task.", 46},
+                                            {"MS Project 'Standard' Calendar not found.", 10},
+                                            {"Duplicate tasks with UID=0 found in the source document.", 1},
+                                            {"Parent task was not assigned a type.", 1},
+                                            {"", 1}}));
+    EXPECT_EQ(outcomesIn(folder / "bad"),
+              (Outcomes{{"MSPIMapper.map: Source XML DOM is not a valid MSPDI document.", 4},
+                        {"MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.", 3}}));
+}
+
 TEST_P(Corpus, endsWithOneVerdictAndWellFormedDocuments) {
     const auto plan = corpusFolder() / GetParam();
     const auto before = bytesOf(plan);
     const auto scratch = fs::path(KZMSP_SCRATCH) / "corpus" / GetParam();
-    fs::remove_all(scratch);
-    fs::create_directories(scratch);
 
-    const auto result = runProgram({"--template-path", KZMSP_TEMPLATE, plan.string(), "."}, scratch,
-                                   {{"TZ", "Europe/Berlin"}, {"LC_ALL", "C"}, {"HOME", scratch.string()}});
+    const auto result = importOf(plan, scratch);
 
     const auto& log = result.standardError;
     ASSERT_EQ(result.signal, 0) << log;

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <stdlib.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <ctime>
+#include <future>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -105,6 +107,36 @@ TEST_F(MSPCStandardErrorLogTest, collectsLinesAndLosesNone) {
         ASSERT_NE(at, std::string::npos) << line;
     }
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), count);
+}
+
+TEST_F(MSPCStandardErrorLogTest, writesOnceForManyLines) {
+    // Each write of the log is one message of the socket.
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends.data()), 0);
+    auto sizesOfWrites = std::async(std::launch::async, [reader = ends[1]] {
+        std::vector<std::ptrdiff_t> sizes;
+        std::vector<char> message(128 * 1024);
+        for (auto size = ::read(reader, message.data(), message.size()); size > 0;
+             size = ::read(reader, message.data(), message.size())) {
+            sizes.push_back(size);
+        }
+        return sizes;
+    });
+    {
+        const ScopedDescriptor standardError(STDERR_FILENO, ends[0]);
+        MSPCStandardErrorLog log("MSPDIImport");
+        for (int line = 0; line < 10'000; ++line) {
+            log.log("a line");
+        }
+    }
+    ::close(ends[0]);
+    auto sizes = sizesOfWrites.get();
+    ::close(ends[1]);
+    ASSERT_GT(sizes.size(), 5U);
+    sizes.pop_back();  // the rest, at the end
+    for (const auto size : sizes) {
+        EXPECT_GT(size, 65'000);
+    }
 }
 
 TEST_F(MSPCStandardErrorLogTest, writesALineThatIsLargerThanItsBlock) {
