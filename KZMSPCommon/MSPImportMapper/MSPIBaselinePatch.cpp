@@ -1,7 +1,6 @@
 #include "MSPIBaselinePatch.h"
 
 #include <optional>
-#include <ranges>
 #include <utility>
 
 #include "MSPCException.h"
@@ -100,7 +99,9 @@ void MSPIBaselinePatch::showBaseline(const MSPCXMLNode& baseline) {
     ChildrenByName children(_target, _children);
     const MSPCFields values(baseline);
     _replacements.reserve(values.elements().size());
-    for (const auto& [name, value] : std::views::reverse(values.elements())) {
+    const auto elements = values.elements();
+    for (auto element = elements.rbegin(); element != elements.rend(); ++element) {
+        const auto& [name, value] = *element;
         if (name == "Number" || value != values.singleObject(name)) {
             continue;
         }
