@@ -71,7 +71,7 @@ protected:
 // Exactly linear growth gives 2, longer numbers in the texts hardly more. A walk over the brothers and sisters of each
 // of the tasks gives 2.19 at these sizes.
 void expectLinear(std::uint64_t small, std::uint64_t middle, std::uint64_t large) {
-    constexpr double mostPerDoubling = 2.02;
+    constexpr double mostPerDoubling = 2.06;
     EXPECT_LE(static_cast<double>(large - middle) / static_cast<double>(middle - small), mostPerDoubling)
         << small << ", " << middle << ", " << large;
 }
