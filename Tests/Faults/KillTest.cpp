@@ -118,8 +118,9 @@ TEST_F(KillTest, endsWithTheLogWrittenAndNothingTemporaryLeftWhenAskedTo) {
             EXPECT_EQ(end.log, "") << "only before its first line may the program end like any other";
         } else if (end.status != 0) {
             EXPECT_EQ(end.status, 128 + signal);
-            EXPECT_TRUE(isWholeLines(end.log)) << end.log;
-            ++asked;
+            // Empty where the signal came before the first line.
+            EXPECT_TRUE(end.log.empty() || isWholeLines(end.log)) << end.log;
+            asked += end.log.empty() ? 0 : 1;
         }
         EXPECT_EQ(temporaryItems, 0) << end.log;
         ASSERT_FALSE(HasFailure()) << "signal " << number;
