@@ -127,9 +127,27 @@ int quotedTextsOf(std::string_view tag) {
     return count;
 }
 
+// Whether the parser takes a comment or CDATA section for one to its end: it gives up at a character that XML forbids, and
+// goes on with what follows as markup.
+bool isPassedOver(std::string_view section) {
+    return !section.starts_with("<?") && std::all_of(section.begin(), section.end(), [](char character) {
+        return (character >= ' ' && character <= '~') || character == '\t' || character == '\n' || character == '\r';
+    });
+}
+
 // The parser sees at most as many attributes as there are quoted texts: to it a tag ends before the next "<" in any case.
+// What only looks like a tag within a comment or CDATA section does not count, unless a document type may have the
+// parser see sections elsewhere than we do.
 bool holdsMonstrousTag(std::string_view bytes) {
+    bool mayHoldSections = bytes.find("<!DOCTYPE") == std::string_view::npos;
     for (auto start = bytes.find('<'); start != std::string_view::npos;) {
+        const auto sectionEnd = mayHoldSections ? endOfXMLSection(bytes, start) : start;
+        if (sectionEnd == bytes.size()) {
+            mayHoldSections = false;  // one without an end: the parser may go on behind its beginning
+        } else if (sectionEnd > start && isPassedOver(bytes.substr(start, sectionEnd - start))) {
+            start = bytes.find('<', sectionEnd);
+            continue;
+        }
         const auto next = bytes.find('<', start + 1);
         const auto tag = bytes.substr(start, next == std::string_view::npos ? next : next - start);
         const bool mayStartElement = tag.find_first_of("!?/") != 1;

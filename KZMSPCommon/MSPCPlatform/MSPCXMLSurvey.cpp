@@ -64,24 +64,6 @@ FoundReference referenceAt(std::string_view bytes, std::size_t ampersand, MSPCXM
     return kind == Reference::Stray ? FoundReference{} : FoundReference{kind, end + 2};
 }
 
-// The end of a comment, CDATA section, processing instruction or document type that starts at `start`; the end of the
-// bytes for one without an end; `start` itself when none starts there.
-std::size_t endOfSection(std::string_view bytes, std::size_t start) {
-    struct Section {
-        std::string_view opening;
-        std::string_view closing;
-    };
-    constexpr Section sections[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
-    const auto rest = bytes.substr(start);
-    for (const auto& section : sections) {
-        if (rest.starts_with(section.opening)) {
-            const auto closing = bytes.find(section.closing, start + section.opening.size());
-            return closing == npos ? bytes.size() : closing + section.closing.size();
-        }
-    }
-    return start;
-}
-
 // The offset behind a document type; `hasSubset` tells whether it holds declarations, and the offset is then that of
 // their bracket.
 std::size_t endOfDocumentType(std::string_view bytes, std::size_t start, bool& hasSubset) {
@@ -106,7 +88,7 @@ std::size_t endOfProlog(std::string_view bytes, bool& hasSubset) {
     for (;;) {
         index = std::min(bytes.find_first_not_of(" \t\r\n", index), bytes.size());
         const auto next = bytes.substr(index).starts_with("<!DOCTYPE") ? endOfDocumentType(bytes, index, hasSubset)
-                                                                       : endOfSection(bytes, index);
+                                                                       : endOfXMLSection(bytes, index);
         if (next == index || hasSubset) {
             return next;
         }
@@ -146,6 +128,22 @@ bool holdsBareAmpersand(std::string_view bytes, std::size_t start, std::size_t e
 
 }  // namespace
 
+std::size_t endOfXMLSection(std::string_view bytes, std::size_t start) {
+    struct Section {
+        std::string_view opening;
+        std::string_view closing;
+    };
+    constexpr Section sections[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+    const auto rest = bytes.substr(start);
+    for (const auto& section : sections) {
+        if (rest.starts_with(section.opening)) {
+            const auto closing = bytes.find(section.closing, start + section.opening.size());
+            return closing == npos ? bytes.size() : closing + section.closing.size();
+        }
+    }
+    return start;
+}
+
 MSPCXMLSurvey surveyXML(std::string_view bytes) {
     // A block at a time, so that the three searches over it find it in the cache.
     constexpr std::size_t blockSize = std::size_t{1} << 16;
@@ -171,7 +169,7 @@ std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXM
     while (index != npos) {
         auto next = index + 1;
         if (bytes[index] == '<') {
-            next = std::max(next, endOfSection(bytes, index));
+            next = std::max(next, endOfXMLSection(bytes, index));
         } else if (const auto reference = referenceAt(bytes, index, entities); reference.kind != Reference::Good) {
             escaped += bytes.substr(copied, index - copied);
             escaped += reference.kind == Reference::Stray ? "&amp;" : "\xEF\xBF\xBD";
@@ -200,7 +198,7 @@ std::string withMendableText(std::string_view bytes) {
         if (const auto code = static_cast<unsigned char>(character); code < ' ' && !isXMLCharacter(code)) {
             write(index, "\xEF\xBF\xBD");
         } else if (character == '<' && index >= sectionEnd) {
-            sectionEnd = endOfSection(bytes, index);
+            sectionEnd = endOfXMLSection(bytes, index);
             commentStart = bytes.substr(index).starts_with("<!--") ? index + 4 : npos;
         } else if (character == '-' && index >= commentStart && index + 3 < sectionEnd && bytes[index + 1] == '-') {
             write(index, " ");  // each of these errors would cost a copy of the comment

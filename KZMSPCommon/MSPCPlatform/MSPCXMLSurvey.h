@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,10 @@ struct MSPCXMLSurvey {
 };
 
 [[nodiscard]] MSPCXMLSurvey surveyXML(std::string_view bytes);
+
+// The end of a comment, CDATA section or processing instruction that starts at `start`; the end of the bytes for one
+// without an end; `start` itself when none starts there.
+[[nodiscard]] std::size_t endOfXMLSection(std::string_view bytes, std::size_t start);
 
 // Whether a text without sections holds an "&" that begins no reference, or a reference to a forbidden character.
 [[nodiscard]] bool hasStrayAmpersand(std::string_view text);

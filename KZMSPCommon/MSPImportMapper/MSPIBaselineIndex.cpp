@@ -34,6 +34,9 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& ele
                 continue;
             }
             auto& [counts, entries, values] = _byNumber[whole];
+            if (!entries.empty() && entries.back().baseline == baseline) {
+                continue;  // said twice
+            }
             if (!entries.empty() && entries.back().elementPosition == position) {
                 values.resize(entries.back().startOfValues);  // the last of several counts
                 entries.pop_back();

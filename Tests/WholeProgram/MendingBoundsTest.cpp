@@ -77,6 +77,33 @@ TEST(MendingBounds, timeGrowsWithTheSizeOfABrokenPlan) {
     }
 }
 
+// What looks like a monstrous tag in a comment or CDATA section is text, as far as the parser agrees where that ends.
+TEST(MendingBounds, textInSectionsIsNoTag) {
+    const auto longName = "<" + std::string(1'100, 'x');
+    const auto manyQuotes = textOf({{"<b "}, {"\"q\" ", 1'001}});
+    struct Case {
+        std::string_view name;
+        std::string content;
+        bool isMended;
+    };
+    const Case cases[] = {
+        {"a long name in a CDATA section", "&<Notes><![CDATA[a " + longName + "]]></Notes>", true},
+        {"a long name in a comment", "&<!-- " + longName + " -->", true},
+        {"quoted words in a CDATA section", "&<Notes><![CDATA[" + manyQuotes + "]]></Notes>", true},
+        {"behind a forbidden character", "&<Notes><![CDATA[\xEF\xBF\xBE" + manyQuotes + "/>]]></Notes>", false},
+        {"in an instruction without a name", "&<? " + manyQuotes + "/> ?>", false},
+        {"in a comment without an end", "&<!-- " + manyQuotes + "/>", false},
+        {"in the content", "&" + manyQuotes + "/>", false},
+    };
+    for (const auto& [name, content, isMended] : cases) {
+        SCOPED_TRACE(name);
+        const PlanImport import("sections", planOf({content, "", ""}));
+        EXPECT_EQ(import.status(), isMended ? 0 : 1);
+        EXPECT_TRUE(import.logHolds(isMended ? "WARNING: Repaired malformed XML in '" : Refusal)) << import.log();
+        EXPECT_EQ(import.complaints(), "");
+    }
+}
+
 TEST(MendingBounds, hyphensInACommentBeforeTheRootAreMended) {
     const PlanImport import("prolog", planOf({"<Title>a & b</Title>", "", textOf({{"<!--"}, {"--x", Many}, {"-->"}})}));
     EXPECT_EQ(import.texts("title", "__TOC.xml"), std::vector<std::string>{"a & b"}) << import.log();
