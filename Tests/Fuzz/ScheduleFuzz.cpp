@@ -1,5 +1,5 @@
 // A working-time calendar: a line with two dates in seconds since 1970 and a duration, then the schedule's markup. Every
-// question ends, and working time between two dates is never more than the time between them where no periods overlap.
+// question ends, and working time is never negative, nor any before the first date.
 
 #include <algorithm>
 #include <cmath>

@@ -254,6 +254,7 @@ TEST(Attacks, workingTimesThatMakeNoSense) {
     for (const auto& times : timesOfMonday) {
         const PlanImport import("monday", planWithMonday(times));
         EXPECT_TRUE(import.status() == 0 || import.logHolds("Exception: MSPCInternalInconsistency\n")) << import.log();
+        EXPECT_EQ(import.complaints(), "");
         expectWithin(import, 2, 100);
     }
 }

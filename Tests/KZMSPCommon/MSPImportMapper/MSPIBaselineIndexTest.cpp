@@ -108,6 +108,24 @@ TEST(MSPIBaselineIndex, GivesEachElementTheLastBaselineOfTheNumber) {
     EXPECT_EQ(found, "3=c 1=b 2= ");
 }
 
+// A walk over the baseline for each of its numbers would take minutes here.
+TEST(MSPIBaselineIndex, ReadsABaselineOnceThatRepeatsItsNumbers) {
+    std::string numbers;
+    for (int i = 0; i < 50'000; ++i) {
+        numbers += "<Number>4</Number><Number>5</Number>";
+    }
+    const auto document = documentFromXML("<Project><Tasks><Task><Start>a</Start><Baseline>" + numbers +
+                                          "<Start>b</Start></Baseline></Task></Tasks></Project>");
+    const MSPIBaselineIndex index(document.root());
+    for (const int number : {4, 5}) {
+        EXPECT_EQ(index.counts(number).tasks, 1U);
+        const auto targets = index.targets(number);
+        ASSERT_EQ(targets.size(), 1U);
+        ASSERT_EQ(targets.front().values.size(), 1U);
+        EXPECT_EQ(targets.front().values.front().value.stringValue(), "b");
+    }
+}
+
 TEST(MSPIBaselineIndex, EqualTheQueriesOnGeneratedProjects) {
     std::mt19937 random(20120110);
     std::size_t found = 0;
