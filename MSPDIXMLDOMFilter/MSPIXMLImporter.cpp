@@ -97,7 +97,8 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     if (!importScenario(std::nullopt, documents, bundlePath)) {
         return false;
     }
-    _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi.root());
+    _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi);
+    documents.mspdi.dropAsides();
     for (int number = 0; number <= LastBaselineNumber; ++number) {
         importScenario(number, documents, bundlePath);
     }

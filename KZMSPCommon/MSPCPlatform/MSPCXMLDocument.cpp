@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "MSPCStringSink.h"
+#include "MSPCXMLAsides.h"
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLFilter.h"
 #include "MSPCXMLReader.h"
@@ -46,10 +47,12 @@ public:
     }
 
     [[nodiscard]] pugi::xml_document& document() noexcept { return _document; }
+    [[nodiscard]] MSPCXMLAsides& asides() noexcept { return _asides; }
 
 private:
     std::string _bytes;
     pugi::xml_document _document;
+    MSPCXMLAsides _asides;
 };
 
 MSPCXMLDocument::MSPCXMLDocument() : _tree(std::make_unique<Tree>()) {
@@ -89,7 +92,11 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
 std::optional<MSPCXMLDocument> MSPCXMLDocument::readFiltered(MSPCXMLFiltered filtered) {
     // What is known about the whole document decides, so that the answers are those of the whole document.
     auto tree = Tree::load(std::move(filtered.bytes), {MSPCXMLContent::DataOnly, filtered.hasSections, false});
-    return tree ? std::optional(MSPCXMLDocument(std::move(tree))) : std::nullopt;
+    if (!tree) {
+        return std::nullopt;
+    }
+    tree->asides() = std::move(filtered.asides);
+    return MSPCXMLDocument(std::move(tree));
 }
 
 std::optional<MSPCXMLDocument> MSPCXMLDocument::readMended(const std::string& utf8, bool hasInternalSubset,
@@ -104,6 +111,14 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::readMended(const std::string& ut
         *repair = std::move(mended->repair);
     }
     return MSPCXMLDocument(std::move(tree));
+}
+
+const MSPCXMLAsides& MSPCXMLDocument::asides() const noexcept {
+    return _tree->asides();
+}
+
+void MSPCXMLDocument::dropAsides() {
+    _tree->asides() = {};
 }
 
 MSPCXMLNode MSPCXMLDocument::root() const noexcept {

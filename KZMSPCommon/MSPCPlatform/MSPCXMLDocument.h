@@ -9,6 +9,7 @@
 #include "MSPCXMLNode.h"
 
 class MSPCByteSink;
+class MSPCXMLAsides;
 struct MSPCXMLFiltered;
 
 // What a reader keeps beside elements, attributes and text.
@@ -51,6 +52,11 @@ public:
 
     // The document of a selection; none when it is not well-formed after all.
     [[nodiscard]] static std::optional<MSPCXMLDocument> readFiltered(MSPCXMLFiltered filtered);
+
+    // What the selection sets aside; nothing of a document that was read as a whole, where it stands in the tree.
+    [[nodiscard]] const MSPCXMLAsides& asides() const noexcept;
+    // Frees it, when nobody is going to ask any more.
+    void dropAsides();
 
     // The root element; empty for a document without one.
     [[nodiscard]] MSPCXMLNode root() const noexcept;

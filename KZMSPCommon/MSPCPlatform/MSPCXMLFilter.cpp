@@ -79,7 +79,7 @@ public:
         _window.resize(std::clamp(expectedSize + 1, smallestWindow, largestWindow));
         // Costs address space only: pages that stay untouched are never there.
         _kept.bytes.reserve(expectedSize);
-        _open.push_back({0, &selection});
+        _open.push_back({0, &selection, &_kept.bytes, nullptr});
     }
 
     std::optional<MSPCXMLFiltered> run() {
@@ -106,6 +106,8 @@ private:
     struct OpenElement {
         std::size_t nameStart;  // in _names
         const MSPCXMLSelection* selection;
+        std::string* sink;            // for its content and its end tag
+        MSPCXMLAsides::List* asides;  // for its children that are set aside, where it may have some
     };
 
     [[nodiscard]] std::string_view rest() const { return std::string_view(_window).substr(_at, _end - _at); }
@@ -193,11 +195,11 @@ private:
         const auto* const selection = selectionOf(name);
         const auto* const textEnd = skip(nameEnd + 1, PlainText);
         const bool holdsText = selection == nullptr || selection->isWhole();
-        if (holdsText && isEndTag(textEnd, name)) {
-            take(tag, textEnd + endTagSize(name), selection);
-        } else {
-            open(name, selection);
-            take(tag, nameEnd + 1, selection);
+        const bool isLeaf = holdsText && isEndTag(textEnd, name);
+        auto& sink = sinkOf(selection);
+        take(tag, isLeaf ? textEnd + endTagSize(name) : nameEnd + 1, selection, sink);
+        if (!isLeaf) {
+            open(name, selection, sink);
         }
         return true;
     }
@@ -207,7 +209,7 @@ private:
         if (!isEndTag(tag, name)) {
             return false;
         }
-        take(tag, tag + endTagSize(name), _open.back().selection);
+        take(tag, tag + endTagSize(name), _open.back().selection, *_open.back().sink);
         close();
         return true;
     }
@@ -222,16 +224,32 @@ private:
     }
 
     // Goes on behind a piece of the window, and keeps it if it is selected.
-    void take(const char* begin, const char* end, const MSPCXMLSelection* selection) {
+    void take(const char* begin, const char* end, const MSPCXMLSelection* selection, std::string& sink) {
         if (selection != nullptr) {
-            _kept.bytes.append(begin, end);
+            sink.append(begin, end);
         }
         _at = static_cast<std::size_t>(end - _window.data());
     }
 
-    void open(std::string_view name, const MSPCXMLSelection* selection) {
-        _open.push_back({_names.size(), selection});
+    void open(std::string_view name, const MSPCXMLSelection* selection, std::string& sink) {
+        _open.push_back({_names.size(), selection, &sink, asidesOfNew(selection)});
         _names += name;
+    }
+
+    // Where the markup of a new child of the innermost open element goes.
+    [[nodiscard]] std::string& sinkOf(const MSPCXMLSelection* selection) {
+        const auto& parent = _open.back();
+        const bool isSetAside = parent.asides != nullptr && selection != nullptr && selection->isSetAside();
+        return isSetAside ? parent.asides->sinkForChild() : *parent.sink;
+    }
+
+    MSPCXMLAsides::List* asidesOfNew(const MSPCXMLSelection* selection) {
+        if (selection == nullptr || !selection->setsChildrenAside()) {
+            return nullptr;
+        }
+        auto& list = _kept.asides.listAt(selection->path());
+        list.addParent();
+        return &list;
     }
 
     void close() {
@@ -253,7 +271,7 @@ private:
             return false;
         }
         if (keepsContent()) {
-            _kept.bytes += text;
+            *_open.back().sink += text;
         }
         _at += text.size();
         return true;
@@ -305,13 +323,20 @@ private:
     // Leaves out a comment or an instruction of that size.
     bool skipSection(std::size_t size) {
         // A carriage return before it would become one line end with a line feed behind it.
-        const bool splitsLineEnd = keepsContent() && _kept.bytes.ends_with('\r');
+        const bool splitsLineEnd = keepsContent() && _open.back().sink->ends_with('\r');
         if (splitsLineEnd || !hasNoNul(rest().substr(0, size))) {
             return false;
         }
-        _kept.hasSections = _kept.hasSections || _hasRoot;
+        if (_hasRoot) {
+            setHasSections();
+        }
         _at += size;
         return true;
+    }
+
+    void setHasSections() {
+        _kept.hasSections = true;
+        _kept.asides.setHasSections();
     }
 
     bool takeCommentOrCData() {
@@ -328,9 +353,9 @@ private:
         }
         const auto section = rest().substr(0, *end + 3);
         if (keepsContent()) {
-            _kept.bytes += section;
+            *_open.back().sink += section;
         }
-        _kept.hasSections = true;
+        setHasSections();
         _at += section.size();
         return true;
     }
@@ -348,12 +373,19 @@ private:
         if (name.empty() || (_open.size() == 1 && _hasRoot) || (hasAttributes && !isPlainAttributes(tag, selection))) {
             return false;
         }
+        auto& sink = sinkOf(selection);
+        // What is set aside is not looked at by a parser before it is wanted, and then it must be sound.
+        if (hasAttributes && &sink != &_kept.bytes) {
+            return false;
+        }
         _hasRoot = true;
         if (selection != nullptr) {
-            _kept.bytes += tag;
+            sink += tag;
         }
         if (!isEmptyElement(tag)) {
-            open(name, selection);
+            open(name, selection, sink);
+        } else {
+            asidesOfNew(selection);
         }
         _at += tag.size();
         return true;
@@ -388,7 +420,7 @@ private:
             return false;
         }
         if (_open.back().selection != nullptr) {
-            _kept.bytes += tag;
+            *_open.back().sink += tag;
         }
         close();
         _at += tag.size();

@@ -6,10 +6,17 @@ namespace {
 
 constexpr std::string_view delimiters = " \n()";
 
+bool takeMark(std::string_view text, std::size_t& at, char mark) {
+    const bool isThere = text[at] == mark;
+    at += isThere ? 1 : 0;
+    return isThere;
+}
+
 }  // namespace
 
 MSPCXMLSelection MSPCXMLSelection::fromText(std::string_view text) {
     MSPCXMLSelection document;
+    document._isDocument = true;
     readChildren(text, 0, document);
     return document;
 }
@@ -22,12 +29,13 @@ std::size_t MSPCXMLSelection::readChildren(std::string_view text, std::size_t at
             ++at;
             continue;
         }
-        const bool takesSiblingNames = text[at] == '*';
-        at += takesSiblingNames ? 1 : 0;
+        MSPCXMLSelection selection;
+        selection._isSetAside = takeMark(text, at, '~');
+        selection._takesSiblingNames = takeMark(text, at, '*');
         const auto end = std::min(text.find_first_of(delimiters, at), text.size());
         const auto name = text.substr(at, end - at);
-        MSPCXMLSelection selection;
-        selection._takesSiblingNames = takesSiblingNames;
+        selection._path = parent._isDocument ? "" : parent._path + (parent._path.empty() ? "" : "/") + std::string(name);
+        parent._setsChildrenAside = parent._setsChildrenAside || selection._isSetAside;
         at = end < text.size() && text[end] == '(' ? readChildren(text, end + 1, selection) : end;
         parent.add(name, std::move(selection));
     }

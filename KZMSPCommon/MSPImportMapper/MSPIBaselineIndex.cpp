@@ -4,19 +4,24 @@
 
 #include "MSPCExtensions.h"
 #include "MSPCFields.h"
+#include "MSPCXMLAsides.h"
 #include "MSPIXPathNumber.h"
 
-MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLNode& mspProject) {
-    addList(mspProject, "Assignments/Assignment", &MSPIBaselineCounts::assignments);
-    addList(mspProject, "Resources/Resource", &MSPIBaselineCounts::resources);
-    addList(mspProject, "Tasks/Task", &MSPIBaselineCounts::tasks);
+MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument) {
+    addList(mspDocument, "Assignments/Assignment", &MSPIBaselineCounts::assignments);
+    addList(mspDocument, "Resources/Resource", &MSPIBaselineCounts::resources);
+    addList(mspDocument, "Tasks/Task", &MSPIBaselineCounts::tasks);
 }
 
-void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, std::string_view path,
+void MSPIBaselineIndex::addList(const MSPCXMLDocument& mspDocument, const std::string& path,
                                 std::size_t MSPIBaselineCounts::*count) {
-    for (const auto& element : nodesForXQuery(mspProject, path)) {
+    auto asides = mspDocument.asides().walk(path);
+    for (const auto& element : nodesForXQuery(mspDocument.root(), path)) {
         _elements.push_back(element);
-        if (const auto baseline = element.firstChildElement("Baseline")) {
+        // A document has its baselines in one place or the other.
+        const auto setAside = asides.next();
+        const auto& parent = setAside ? setAside->root() : element;
+        if (const auto baseline = parent.firstChildElement("Baseline")) {
             addBaselines(baseline, element, count);
         }
     }
@@ -34,17 +39,18 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& ele
                 continue;
             }
             auto& [counts, entries, values] = _byNumber[whole];
-            if (!entries.empty() && entries.back().baseline == baseline) {
+            const bool hasEntry = !entries.empty() && entries.back().elementPosition == position;
+            if (hasEntry && entries.back().baseline == baseline) {
                 continue;  // said twice
             }
-            if (!entries.empty() && entries.back().elementPosition == position) {
-                values.resize(entries.back().startOfValues);  // the last of several counts
+            if (hasEntry) {
+                values.shrink(entries.back().startOfValues);  // the last of several counts
                 entries.pop_back();
             } else {
                 ++(counts.*count);
             }
             entries.push_back({position, baseline, values.size()});
-            appendBaselineValues(element, baseline, values);
+            values.append(element, baseline);
         }
     }
 }
@@ -53,14 +59,14 @@ std::vector<MSPIBaselineIndex::Target> MSPIBaselineIndex::targets(std::int32_t n
     std::vector<Target> targets;
     targets.reserve(_elements.size());
     for (const auto& element : _elements) {
-        targets.push_back({element, {}, {}});
+        targets.push_back({element, false, {}});
     }
     const auto& [counts, entries, values] = of(number);
     auto endOfValues = values.size();
     for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
         auto& target = targets[entry->elementPosition];
-        target.baseline = entry->baseline;
-        target.values = std::span(values).subspan(entry->startOfValues, endOfValues - entry->startOfValues);
+        target.hasBaseline = true;
+        target.values = values.all().subspan(entry->startOfValues, endOfValues - entry->startOfValues);
         endOfValues = entry->startOfValues;
     }
     return targets;

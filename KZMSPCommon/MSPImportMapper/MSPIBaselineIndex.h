@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
-#include "MSPIBaselinePatch.h"
+#include "MSPIBaselineValues.h"
 
 // How many tasks, resources and assignments carry data for one of MSPDI's baselines.
 struct MSPIBaselineCounts {
@@ -25,15 +27,16 @@ class MSPIBaselineIndex {
 public:
     static constexpr std::int32_t BaselineCount = 11;  // numbers 0 to 10
 
-    // An assignment, resource or task; `baseline` is its `Baseline` child of the number asked for, the last of several,
-    // and empty when it has none. `values` are what the baseline has for the element's children.
+    // An assignment, resource or task; `values` are what its `Baseline` child of the number asked for, the last of
+    // several, has for the element's children.
     struct Target {
         MSPCXMLNode element;
-        MSPCXMLNode baseline;
+        bool hasBaseline = false;
         std::span<const MSPIBaselineValue> values;
     };
 
-    explicit MSPIBaselineIndex(const MSPCXMLNode& mspProject);
+    // With the baselines that the document has in its tree, and those that were set aside when it was loaded.
+    explicit MSPIBaselineIndex(const MSPCXMLDocument& mspDocument);
 
     [[nodiscard]] const MSPIBaselineCounts& counts(std::int32_t number) const { return of(number).counts; }
     // All assignments, then all resources, then all tasks, in document order. Valid as long as this index.
@@ -42,7 +45,7 @@ public:
 private:
     struct Entry {
         std::size_t elementPosition;  // in _elements
-        MSPCXMLNode baseline;
+        MSPCXMLNode baseline;         // to tell it from others of the element; may be gone later
         std::size_t startOfValues;  // in `values`; they end where those of the next entry start
     };
     struct OfNumber {
@@ -50,11 +53,11 @@ private:
         std::vector<Entry> entries;  // in the order of _elements, at most one for each
         // Of all entries, one after the other: reading them while the index is made, all baselines of an element at once,
         // spares a walk over the whole document for each baseline.
-        std::vector<MSPIBaselineValue> values;
+        MSPIBaselineValues values;
     };
 
-    void addList(const MSPCXMLNode& mspProject, std::string_view path, std::size_t MSPIBaselineCounts::*count);
-    // `baseline` is the first one of the element added last.
+    void addList(const MSPCXMLDocument& mspDocument, const std::string& path, std::size_t MSPIBaselineCounts::*count);
+    // `baseline` is the first one of the element added last, or the first of a part of them.
     void addBaselines(MSPCXMLNode baseline, const MSPCFields& element, std::size_t MSPIBaselineCounts::*count);
     [[nodiscard]] const OfNumber& of(std::int32_t number) const {
         return _byNumber.at(static_cast<std::size_t>(number));

@@ -1,23 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
-#include <string>
-#include <vector>
 
-#include "MSPCFields.h"
 #include "MSPCXMLNode.h"
-
-// A child of a task, resource or assignment, and the child of a baseline whose text it is to show.
-struct MSPIBaselineValue {
-    MSPCXMLNode child;
-    MSPCXMLNode value;
-};
-
-// Appends what a baseline has for the children of the element it belongs to: for each child that is the last of its name,
-// the last value of that name. "Number" is none.
-void appendBaselineValues(const MSPCFields& element, const MSPCXMLNode& baseline, std::vector<MSPIBaselineValue>& values);
+#include "MSPIBaselineJournal.h"
+#include "MSPIBaselineValues.h"
 
 // Makes one MSPDI `Task`, `Resource` or `Assignment` show the values of one of its baselines for a while: its children
 // take the texts of the baseline's children of the same names, or the whole element leaves the document when it has no
@@ -26,9 +15,10 @@ class MSPIBaselinePatch {
 public:
     // Changes nothing yet. The document outlives the patch.
     MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber);
-    // For a baseline that has been looked up already, with its values; empty where the target has none. The values outlive
-    // the patch.
-    MSPIBaselinePatch(MSPCXMLNode target, MSPCXMLNode baseline, std::span<const MSPIBaselineValue> values);
+    // For a baseline that has been looked up already, with its values. They and the journal, which patches of one
+    // document share, outlive the patch.
+    MSPIBaselinePatch(MSPCXMLNode target, bool hasBaseline, std::span<const MSPIBaselineValue> values,
+                      MSPIBaselineJournal& journal);
 
     // Raises `MSPCInternalInconsistency` "Can not apply patch to already patched target. Must revert first.".
     void apply();
@@ -39,26 +29,21 @@ public:
     [[nodiscard]] bool isTargetRemoved() const { return static_cast<bool>(_removedTarget); }
 
 private:
-    // A child of the target that shows the text of a baseline's child: either in the place of its own, which is kept at
-    // the end of _originalTexts, or by a new element in its place, while the child itself is kept here.
-    struct Replacement {
-        MSPCXMLNode child;
-        std::size_t originalTextSize;
-        MSPCXMLNode standIn;
-        MSPCXMLNewElement keptChild;
+    // What a patch needs that has looked for the baseline itself.
+    struct Own {
+        MSPIBaselineValues values;
+        MSPIBaselineJournal journal;
     };
 
-    void show(MSPIBaselineValue shown);
     void removeTarget();
 
     MSPCXMLNode _target;
-    MSPCXMLNode _baseline;
-    std::vector<MSPIBaselineValue> _ownValues;  // where the patch has looked for them itself
+    std::unique_ptr<Own> _own;
     std::span<const MSPIBaselineValue> _values;
+    MSPIBaselineJournal* _journal = nullptr;
+    bool _hasBaseline = false;
     bool _isPatched = false;
     MSPCXMLNewElement _removedTarget;
     MSPCXMLNode _parentOfRemoved;
     MSPCXMLNode _siblingAfterRemoved;
-    std::vector<Replacement> _replacements;
-    std::string _originalTexts;  // one after the other, in the order of the replacements
 };

@@ -2,7 +2,8 @@
 
 namespace {
 
-// A baseline shows its values in the children of its owner that bear the same names.
+// A baseline shows its values in the children of its owner that bear the same names. All of them are read once, for all
+// scenarios together.
 constexpr const char* elementsRead = R"(
 Project(
     SaveVersion Name Title ScheduleFromStart StartDate FinishDate
@@ -21,14 +22,14 @@ Project(
         Start Finish Duration Work PercentComplete PercentWorkComplete FixedCost
         ConstraintType ConstraintDate PreLeveledStart PreLeveledFinish Pinned PinnedStart
         Notes ExtendedAttribute(FieldID Value) PredecessorLink(PredecessorUID Type)
-        *Baseline(Number)))
+        ~*Baseline(Number)))
     Resources(Resource(
         UID Name Type IsCostResource Notes ExtendedAttribute(FieldID Value)
         CostPerUse StandardRate MaxUnits CalendarUID EmailAddress
-        *Baseline(Number)))
+        ~*Baseline(Number)))
     Assignments(Assignment(
         TaskUID ResourceUID Units Work TimephasedData(Type Start Finish Value)
-        *Baseline(Number)))))";
+        ~*Baseline(Number)))))";
 
 }  // namespace
 

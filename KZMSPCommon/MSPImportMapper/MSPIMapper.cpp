@@ -82,9 +82,8 @@ void MSPIMapper::validateSource() {
 }
 
 bool MSPIMapper::applyBaseline() {
-    const auto baselines =
-        _info.baselines ? _info.baselines : std::make_shared<const MSPIBaselineIndex>(mspProject());
-    const auto& counts = baselines->counts(baselineNumber());
+    _baselines = _info.baselines ? _info.baselines : std::make_shared<const MSPIBaselineIndex>(_mspDocument);
+    const auto& counts = _baselines->counts(baselineNumber());
     if (counts.areZero()) {
         return false;
     }
@@ -92,8 +91,8 @@ bool MSPIMapper::applyBaseline() {
     log().log(fmt::format("  Baseline Tasks: {}", counts.tasks));
     log().log(fmt::format("  Baseline Resources: {}", counts.resources));
     log().log(fmt::format("  Baseline Assignments: {}", counts.assignments));
-    for (const auto& [element, baseline, values] : baselines->targets(baselineNumber())) {
-        _patches.emplace_back(element, baseline, values);
+    for (const auto& [element, hasBaseline, values] : _baselines->targets(baselineNumber())) {
+        _patches.emplace_back(element, hasBaseline, values, _journal);
     }
     // From the last to the first, and back the other way: each removed element finds its place again.
     for (auto patch = _patches.rbegin(); patch != _patches.rend(); ++patch) {

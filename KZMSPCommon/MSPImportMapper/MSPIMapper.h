@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -48,6 +49,8 @@ private:
     const MSPIImportInfo& _info;
     std::string _mspProjectName;
     MSPIProjectSettings _settings;
+    std::shared_ptr<const MSPIBaselineIndex> _baselines;  // has the values that the patches show
+    MSPIBaselineJournal _journal;
     std::deque<MSPIBaselinePatch> _patches;  // in the order of the document: assignments, resources, tasks
     bool _userDataChanged = false;
     MSPIUserDataTOCElements _userDataTOCElements;

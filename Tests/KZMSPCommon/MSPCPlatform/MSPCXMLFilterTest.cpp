@@ -297,3 +297,70 @@ TEST(MSPCXMLFilter, nestsAMillionLevelsDeep) {
     ASSERT_TRUE(result);
     EXPECT_EQ(result->bytes, "<Plan><Title>b</Title></Plan>");
 }
+
+namespace {
+
+// What is set aside of the elements at "Task", one line for each of the first `parents`.
+std::string setAsideOf(const std::string& text, int parents) {
+    static const auto selection = MSPCXMLSelection::fromText("Plan(Title Task(UID ~*Baseline(Number) ~Log))");
+    std::string all;
+    for (const auto pieceSize : pieceSizes) {
+        const auto result = filteredXML(piecewiseReader(text, pieceSize), text.size(), selection);
+        std::string found = "(refused)";
+        if (result) {
+            found = "kept ";
+            found += result->bytes;
+        }
+        auto walk = result ? result->asides.walk("Task") : MSPCXMLAsides().walk("Task");
+        for (int parent = 0; parent < parents; ++parent) {
+            const auto document = walk.next();
+            found.append("\n").append(document ? document->root().markup() : "none");
+        }
+        all = all.empty() ? found : all;
+        EXPECT_EQ(found, all) << pieceSize << " bytes at a time: " << text;
+    }
+    return all;
+}
+
+}  // namespace
+
+TEST(MSPCXMLFilter, setsElementsAsideByTheElementTheyWereIn) {
+    EXPECT_EQ(setAsideOf("<Plan><Task><UID>1</UID><Baseline><Number>0</Number><Cost>9</Cost><UID>7</UID></Baseline>"
+                         "<Name>n</Name>\n<Baseline ><Number>1</Number ></Baseline></Task><Task/><Task><UID>3</UID></Task>"
+                         "<Title>t</Title><Task><Log> a &amp; b </Log><Baseline/></Task></Plan>",
+                         5),
+              "kept <Plan><Task><UID>1</UID></Task><Task/><Task><UID>3</UID></Task><Title>t</Title><Task></Task></Plan>\n"
+              "<asides><Baseline><Number>0</Number><UID>7</UID></Baseline><Baseline><Number>1</Number></Baseline>"
+              "</asides>\nnone\nnone\n<asides><Log> a &amp; b </Log><Baseline/></asides>\nnone");
+}
+
+TEST(MSPCXMLFilter, keepsSectionsOfWhatIsSetAside) {
+    EXPECT_EQ(setAsideOf("<Plan><Task><Log>a<![CDATA[<b>]]><!--c-->d</Log></Task></Plan>", 1),
+              "kept <Plan><Task></Task></Plan>\n<asides><Log>a<![CDATA[<b>]]>d</Log></asides>");
+}
+
+TEST(MSPCXMLFilter, leavesAttributesOfWhatIsSetAsideToTheParser) {
+    EXPECT_EQ(setAsideOf("<Plan><Task><Baseline a=\"1\"/></Task></Plan>", 0), "(refused)");
+    EXPECT_EQ(setAsideOf("<Plan><Task><Log><b c=\"1\"/></Log></Task></Plan>", 0), "(refused)");
+    EXPECT_EQ(setAsideOf("<Plan><Task a=\"1\"><Log/></Task></Plan>", 1),
+              "kept <Plan><Task a=\"1\"></Task></Plan>\n<asides><Log/></asides>");
+}
+
+// More than fits into one block of memory, by the million and each alone.
+TEST(MSPCXMLFilter, setsAnyNumberAndSizeAside) {
+    static const auto selection = MSPCXMLSelection::fromText("Plan(Task(~Log))");
+    std::string text = "<Plan>";
+    for (int task = 0; task < 20'000; ++task) {
+        text += "<Task><Log>" + std::to_string(task) + "</Log><Log>of that task</Log></Task>";
+    }
+    text += "<Task><Log>" + std::string(3'000'000, 'x') + "</Log></Task><Task><Log>last</Log></Task></Plan>";
+    const auto result = filteredXML(piecewiseReader(text, 100'000), text.size(), selection);
+    ASSERT_TRUE(result);
+    auto walk = result->asides.walk("Task");
+    for (int task = 0; task < 20'000; ++task) {
+        ASSERT_EQ(walk.next()->root().stringValue(), std::to_string(task) + "of that task");
+    }
+    EXPECT_EQ(walk.next()->root().stringValue(), std::string(3'000'000, 'x'));
+    EXPECT_EQ(walk.next()->root().stringValue(), "last");
+    EXPECT_FALSE(walk.next());
+}

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "MSPCXMLAsides.h"
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLFilter.h"
 #include "PiecewiseReader.h"
@@ -16,7 +17,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::string_view elementsKept = "Project(Name Task(UID Name Notes *Baseline(Number)) Empty())";
+constexpr std::string_view elementsKept = "Project(Name Task(UID Name Notes ~*Baseline(Number)) Empty())";
 
 // Documents of the names that the selection knows and of some that look like them, with everything that may stand in a
 // document; sound ones and damaged ones.
@@ -137,7 +138,7 @@ void describeAttributes(const MSPCXMLNode& element, std::string& text) {
     }
 }
 
-// Everything that can be asked of what a selection keeps below an element.
+// Everything that can be asked of what a selection keeps below an element, but for what it sets aside.
 void describe(const MSPCXMLNode& element, const MSPCXMLSelection& selection, bool isFiltered, std::string& text) {
     text.append("<").append(element.name());
     describeAttributes(element, text);
@@ -150,7 +151,7 @@ void describe(const MSPCXMLNode& element, const MSPCXMLSelection& selection, boo
             continue;
         }
         const auto* childSelection = selection.isWhole() ? &selection : selection.child(child.name());
-        if (childSelection != nullptr) {
+        if (childSelection != nullptr && !childSelection->isSetAside()) {
             describe(child, *childSelection, isFiltered, text);
         } else if (isFiltered) {
             text += "(not selected)";
@@ -159,9 +160,28 @@ void describe(const MSPCXMLNode& element, const MSPCXMLSelection& selection, boo
     text += "</>";
 }
 
+// The children of that name of each `Task` of the root.
+void describeSetAside(const MSPCXMLDocument& document, const MSPCXMLSelection& rootSelection, bool isFiltered,
+                      std::string& text) {
+    auto walk = document.asides().walk("Task");
+    for (const auto& task : document.root().childElements("Task")) {
+        const auto setAside = walk.next();
+        EXPECT_TRUE(isFiltered || !setAside);
+        text += "Task:";
+        for (const auto& baseline : (setAside ? setAside->root() : task).childElements("Baseline")) {
+            describe(baseline, *rootSelection.child("Task")->child("Baseline"), isFiltered, text);
+        }
+    }
+    EXPECT_FALSE(walk.next());
+}
+
 std::string described(const MSPCXMLDocument& document, const MSPCXMLSelection& selection, bool isFiltered) {
     std::string text;
-    describe(document.root(), *selection.child(document.root().name()), isFiltered, text);
+    const auto& rootSelection = *selection.child(document.root().name());
+    describe(document.root(), rootSelection, isFiltered, text);
+    if (rootSelection.child("Task") != nullptr) {
+        describeSetAside(document, rootSelection, isFiltered, text);
+    }
     return text;
 }
 

@@ -70,3 +70,24 @@ TEST(MSPCXMLSelection, keepsChildrenWithTheNamesOfSiblingsWholeBelowAStarredName
     EXPECT_THAT(baseline->child("Data")->childNames(), UnorderedElementsAre("Value"));
     EXPECT_THAT(at(selection, {"Task", "Data"})->childNames(), UnorderedElementsAre("Type"));
 }
+
+TEST(MSPCXMLSelection, setsElementsOfANameWithATildeAside) {
+    const auto selection = MSPCXMLSelection::fromText("Plan(Tasks(Task(UID ~*Baseline(Number) ~Note)) ~Log)");
+    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task", "Baseline"})->isSetAside());
+    EXPECT_THAT(at(selection, {"Plan", "Tasks", "Task", "Baseline"})->childNames(),
+                UnorderedElementsAre("Number", "UID", "Note", "Baseline"));
+    EXPECT_FALSE(at(selection, {"Plan", "Tasks", "Task", "Baseline", "Note"})->isSetAside());
+    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task", "Note"})->isSetAside());
+    EXPECT_TRUE(at(selection, {"Plan", "Log"})->isSetAside());
+    EXPECT_FALSE(at(selection, {"Plan", "Tasks", "Task", "UID"})->isSetAside());
+    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task"})->setsChildrenAside());
+    EXPECT_TRUE(at(selection, {"Plan"})->setsChildrenAside());
+    EXPECT_FALSE(at(selection, {"Plan", "Tasks"})->setsChildrenAside());
+}
+
+TEST(MSPCXMLSelection, knowsThePathOfANameFromBelowTheRoot) {
+    const auto selection = MSPCXMLSelection::fromText("Plan(Tasks(Task(UID)))");
+    EXPECT_EQ(at(selection, {"Plan"})->path(), "");
+    EXPECT_EQ(at(selection, {"Plan", "Tasks"})->path(), "Tasks");
+    EXPECT_EQ(at(selection, {"Plan", "Tasks", "Task", "UID"})->path(), "Tasks/Task/UID");
+}

@@ -2,17 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "MSPCXMLAsides.h"
+#include "MSPCXMLFilter.h"
 #include "MappingFixture.h"
 
 namespace {
 
 // The counts of baselines 0 to 10.
-std::vector<MSPIBaselineCounts> countsOf(const MSPCXMLNode& project) {
-    const MSPIBaselineIndex index(project);
+std::vector<MSPIBaselineCounts> countsOf(const MSPCXMLDocument& document) {
+    const MSPIBaselineIndex index(document);
     std::vector<MSPIBaselineCounts> counts;
     for (std::int32_t number = 0; number <= 10; ++number) {
         counts.push_back(index.counts(number));
@@ -21,8 +24,7 @@ std::vector<MSPIBaselineCounts> countsOf(const MSPCXMLNode& project) {
 }
 
 std::vector<MSPIBaselineCounts> countsOf(const std::string& projectContent) {
-    const auto document = documentFromXML("<Project>" + projectContent + "</Project>");
-    return countsOf(document.root());
+    return countsOf(documentFromXML("<Project>" + projectContent + "</Project>"));
 }
 
 std::string baseline(const std::string& number) {
@@ -75,11 +77,16 @@ std::string randomProject(std::mt19937& random) {
         std::string content;
         for (auto count = some(8); count > 0; --count) {
             content += "<" + name + ">";
+            for (auto values = some(3); values > 0; --values) {
+                content += some(2) == 0 ? "<Start>now</Start>" : "<Work>long</Work>";
+            }
             for (auto baselines = some(4); baselines > 0; --baselines) {
                 content += "<Baseline>";
                 for (auto count2 = some(3); count2 > 0; --count2) {
                     content += std::string("<Number>") + numbers[some(std::size(numbers))] + "</Number>";
                 }
+                content += some(2) == 0 ? "<Start>then " + std::to_string(some(100)) + "</Start>" : "";
+                content += some(2) == 0 ? "<Work><![CDATA[ & ]]>" + std::to_string(some(100)) + "</Work>" : "<Work/>";
                 content += "</Baseline>";
             }
             content += "</" + name + ">";
@@ -93,19 +100,36 @@ std::string randomProject(std::mt19937& random) {
     return project;
 }
 
+// For each element its id and what its baseline of a number has for it, "1:Start=b Work= 2-".
+std::string targetsOf(const MSPIBaselineIndex& index, std::int32_t number) {
+    std::string text;
+    for (const auto& [element, hasBaseline, values] : index.targets(number)) {
+        text += element.attribute("id").stringValue() + (hasBaseline ? ":" : "-");
+        for (const auto& [child, shown] : values) {
+            EXPECT_EQ(child.parent(), element);
+            text.append(child.name()).append("=").append(shown).append(" ");
+        }
+    }
+    return text;
+}
+
 TEST(MSPIBaselineIndex, GivesEachElementTheLastBaselineOfTheNumber) {
     const auto document = documentFromXML(
-        "<Project><Tasks><Task id='1'><Baseline id='a'><Number>4</Number></Baseline><Baseline id='b'><Number>4</Number>"
-        "</Baseline></Task><Task id='2'/></Tasks><Assignments><Assignment id='3'><Baseline id='c'><Number>4</Number>"
-        "</Baseline></Assignment></Assignments></Project>");
-    const auto idOf = [](const MSPCXMLNode& node) { return node.attribute("id").stringValue(); };
-    std::string found;
-    const MSPIBaselineIndex index(document.root());
-    for (const auto& [element, baseline, values] : index.targets(4)) {
-        EXPECT_TRUE(values.empty());  // a Number is none
-        found += idOf(element) + "=" + idOf(baseline) + " ";
-    }
-    EXPECT_EQ(found, "3=c 1=b 2= ");
+        "<Project><Tasks><Task id='1'><Start>x</Start><Baseline><Number>4</Number><Start>a</Start></Baseline><Baseline>"
+        "<Number>4</Number><Start>b</Start></Baseline></Task><Task id='2'><Start>y</Start></Task></Tasks><Assignments>"
+        "<Assignment id='3'><Baseline><Number>4</Number></Baseline></Assignment></Assignments></Project>");
+    EXPECT_EQ(targetsOf(MSPIBaselineIndex(document), 4), "3:1:Start=b 2-");
+    EXPECT_EQ(targetsOf(MSPIBaselineIndex(document), 5), "3-1-2-");
+}
+
+TEST(MSPIBaselineIndex, TakesTheLastValueOfANameForTheLastChildOfThatName) {
+    const auto document = documentFromXML(
+        "<Project><Tasks><Task id='1'><Start>w</Start><Start>x</Start><Work/><Baseline><Number>4</Number>"
+        "<Start>a</Start><Work>b</Work><Start>c<!--x-->d</Start><Finish>e</Finish></Baseline></Task></Tasks></Project>");
+    const MSPIBaselineIndex index(document);
+    EXPECT_EQ(targetsOf(index, 4), "1:Work=b Start=cd ");
+    const auto start = document.root().firstChildElement("Tasks").firstChildElement("Task").childElements("Start");
+    EXPECT_EQ(index.targets(4).front().values.back().child, start.back());
 }
 
 // A walk over the baseline for each of its numbers would take minutes here.
@@ -116,14 +140,50 @@ TEST(MSPIBaselineIndex, ReadsABaselineOnceThatRepeatsItsNumbers) {
     }
     const auto document = documentFromXML("<Project><Tasks><Task><Start>a</Start><Baseline>" + numbers +
                                           "<Start>b</Start></Baseline></Task></Tasks></Project>");
-    const MSPIBaselineIndex index(document.root());
+    const MSPIBaselineIndex index(document);
     for (const int number : {4, 5}) {
         EXPECT_EQ(index.counts(number).tasks, 1U);
         const auto targets = index.targets(number);
         ASSERT_EQ(targets.size(), 1U);
         ASSERT_EQ(targets.front().values.size(), 1U);
-        EXPECT_EQ(targets.front().values.front().value.stringValue(), "b");
+        EXPECT_EQ(targets.front().values.front().text, "b");
     }
+}
+
+// The same as the loader reads it, with the baselines set aside.
+MSPCXMLDocument documentWithAsides(const std::string& markup) {
+    static const auto selection = MSPCXMLSelection::fromText(
+        "Project(Tasks(Task(Start Work ~*Baseline(Number))) Resources(Resource(Start Work ~*Baseline(Number)))"
+        " Assignments(Assignment(Start Work ~*Baseline(Number))))");
+    std::size_t at = 0;
+    const auto read = [&](char* buffer, std::size_t capacity) {
+        const auto count = markup.copy(buffer, capacity, at);
+        at += count;
+        return count;
+    };
+    auto filtered = filteredXML(read, markup.size(), selection);
+    EXPECT_TRUE(filtered) << markup;
+    auto document = MSPCXMLDocument::readFiltered(std::move(*filtered));
+    EXPECT_EQ(document->serialized().find("<Baseline"), std::string::npos) << markup;
+    return std::move(*document);
+}
+
+TEST(MSPIBaselineIndex, FindsBaselinesThatWereSetAsideLikeThoseInTheTree) {
+    std::mt19937 random(20120111);
+    std::string all;
+    for (int run = 0; run < 300; ++run) {
+        const auto markup = "<Project>" + randomProject(random) + "</Project>";
+        const auto tree = documentFromXML(markup);
+        const auto filtered = documentWithAsides(markup);
+        const MSPIBaselineIndex ofTree(tree);
+        const MSPIBaselineIndex ofAsides(filtered);
+        for (std::int32_t number = 0; number <= 10; ++number) {
+            ASSERT_EQ(ofAsides.counts(number), ofTree.counts(number)) << number << " " << markup;
+            ASSERT_EQ(targetsOf(ofAsides, number), targetsOf(ofTree, number)) << number << " " << markup;
+            all += targetsOf(ofTree, number);
+        }
+    }
+    EXPECT_GT(std::count(all.begin(), all.end(), '='), 1000);
 }
 
 TEST(MSPIBaselineIndex, EqualTheQueriesOnGeneratedProjects) {
@@ -132,7 +192,7 @@ TEST(MSPIBaselineIndex, EqualTheQueriesOnGeneratedProjects) {
     for (int run = 0; run < 300; ++run) {
         const auto markup = "<Project>" + randomProject(random) + "</Project>";
         const auto document = documentFromXML(markup, MSPCXMLContent::Everything);
-        const auto counts = countsOf(document.root());
+        const auto counts = countsOf(document);
         for (std::size_t n = 0; n < counts.size(); ++n) {
             const auto matches = [&](const std::string& path) {
                 return document.root().nodesForXPath(path + "[Baseline[Number=" + std::to_string(n) + "]]")->size();

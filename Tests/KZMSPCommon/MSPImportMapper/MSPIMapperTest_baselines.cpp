@@ -60,12 +60,12 @@ TEST(MSPIMapper, ProducesNothingForABaselineWithoutData) {
 
 TEST(MSPIMapper, UsesTheBaselinesItIsGiven) {
     ProjectImport import(framed(tasks(task(1, baseline(1)))));
-    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(import.project.root());
+    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(import.project);
     EXPECT_EQ(import.mapBaseline(0), "(none)");
     EXPECT_THAT(import.mapBaseline(1), HasSubstr("<task id=\"t1\">"));
     // What is given counts, even where it is that of a project without baselines.
     const auto empty = documentFromXML("<Project/>");
-    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(empty.root());
+    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(empty);
     EXPECT_EQ(import.mapBaseline(1), "(none)");
     import.log.ignoreLines();
 }

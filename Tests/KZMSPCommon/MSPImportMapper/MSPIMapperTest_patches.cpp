@@ -73,7 +73,7 @@ public:
     PatchedImport() : ProjectImport(planOfAllShapes()) {}
     ~PatchedImport() { log.ignoreLines(); }
 
-    void shareIndex() { info.baselines = std::make_shared<const MSPIBaselineIndex>(project.root()); }
+    void shareIndex() { info.baselines = std::make_shared<const MSPIBaselineIndex>(project); }
     std::string mapped(int number) {
         randomSource = ListedRandomSource{0x0100000000000000};
         return mapBaseline(number);

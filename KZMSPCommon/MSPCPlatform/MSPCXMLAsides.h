@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class MSPCXMLDocument;
+
+// The elements that the selection of a document sets aside. A tree of what is read once, or by few, would make every walk
+// over the rest of the document longer, and the document several times as large. They are kept as markup, by the elements
+// they were children of.
+class MSPCXMLAsides {
+public:
+    // Those of all elements at one path.
+    class List {
+    public:
+        // Starts with the next element at the path.
+        void addParent() { ++_parentCount; }
+        // Where the markup of a child of the element added last goes; stays in its place until the child has ended.
+        [[nodiscard]] std::string& sinkForChild();
+
+    private:
+        friend class MSPCXMLAsides;
+
+        // The children of one element, one after the other, up to those of the next one or the end of the block.
+        struct Family {
+            std::size_t parentPosition;
+            std::size_t block;
+            std::size_t start;
+        };
+
+        [[nodiscard]] std::string_view markupOf(std::size_t family) const;
+
+        std::size_t _parentCount = 0;
+        std::vector<Family> _families;
+        std::deque<std::string> _blocks;
+    };
+
+    // Goes from element to element of those at one path.
+    class Walk {
+    public:
+        // The children of the next element that were set aside: the child elements of the document's root. None where
+        // there are none.
+        [[nodiscard]] std::optional<MSPCXMLDocument> next();
+
+    private:
+        friend class MSPCXMLAsides;
+        Walk(const List* list, bool hasSections) : _list(list), _hasSections(hasSections) {}
+
+        const List* _list;
+        bool _hasSections;
+        std::size_t _parentPosition = 0;
+        std::size_t _family = 0;
+    };
+
+    // The list for a path below the root such as "Tasks/Task"; made when it is missing. Stays in its place.
+    [[nodiscard]] List& listAt(const std::string& path) { return _lists[path]; }
+    // Says that the document had CDATA sections, comments or processing instructions in its content.
+    void setHasSections() { _hasSections = true; }
+
+    // Starts before the first element at a path, in document order. Valid as long as the list.
+    [[nodiscard]] Walk walk(const std::string& path) const;
+
+private:
+    std::map<std::string, List> _lists;
+    bool _hasSections = false;
+};
