@@ -13,9 +13,9 @@ MSPCFields::MSPCFields(const MSPCXMLNode& element) : _fields(element.childElemen
         fillSlots();
         return;
     }
-    for (const auto& field : _fields) {
-        auto& match = _matchesByName[field.name];
-        match = {field.element, match.count + 1};
+    for (std::size_t position = 0; position < _fields.size(); ++position) {
+        auto& match = _matchesByName[_fields[position].name];
+        match = {position, match.count + 1};
     }
 }
 
@@ -36,16 +36,16 @@ void MSPCFields::fillSlots() {
 template <typename Visit>
 void MSPCFields::visit(std::string_view name, const Visit& visit) const {
     if (_fields.size() > MostFieldsInSlots) {
-        for (const auto& field : _fields) {
-            if (field.name == name) {
-                visit(field.element);
+        for (std::size_t position = 0; position < _fields.size(); ++position) {
+            if (_fields[position].name == name) {
+                visit(position);
             }
         }
         return;
     }
     for (auto position = _firstInSlot[slotOf(name)]; position != EndOfSlot; position = _nextInSlot[position]) {
         if (_fields[position].name == name) {
-            visit(_fields[position].element);
+            visit(position);
         }
     }
 }
@@ -56,14 +56,19 @@ MSPCFields::Match MSPCFields::matchOf(std::string_view name) const {
         return found == _matchesByName.end() ? Match() : found->second;
     }
     Match match;
-    visit(name, [&](const MSPCXMLNode& field) { match = {field, match.count + 1}; });
+    visit(name, [&](std::size_t position) { match = {position, match.count + 1}; });
     return match;
 }
 
 MSPCXMLNode MSPCFields::singleObject(std::string_view name, Error* error) const {
     const auto match = matchOf(name);
     reportMatches(match.count, error);
-    return match.last;
+    return match.count == 0 ? MSPCXMLNode() : _fields[match.last].element;
+}
+
+std::size_t MSPCFields::lastPosition(std::string_view name) const {
+    const auto match = matchOf(name);
+    return match.count == 0 ? _fields.size() : match.last;
 }
 
 std::optional<std::string> MSPCFields::stringValue(std::string_view name, Error* error) const {
@@ -86,6 +91,6 @@ bool MSPCFields::boolValue(std::string_view name, Error* error) const { return b
 
 std::vector<MSPCXMLNode> MSPCFields::nodes(std::string_view name) const {
     std::vector<MSPCXMLNode> nodes;
-    visit(name, [&](const MSPCXMLNode& node) { nodes.push_back(node); });
+    visit(name, [&](std::size_t position) { nodes.push_back(_fields[position].element); });
     return nodes;
 }

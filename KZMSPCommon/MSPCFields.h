@@ -49,6 +49,8 @@ public:
     [[nodiscard]] std::int64_t intValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] double floatValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] bool boolValue(std::string_view name, Error* error = nullptr) const;
+    // The position among `elements` of the last field of that name; `elements().size()` where there is none.
+    [[nodiscard]] std::size_t lastPosition(std::string_view name) const;
     // All of them, in order. Valid as long as this object.
     [[nodiscard]] std::span<const MSPCXMLNamedElement> elements() const { return _fields; }
     // All children of that name, in order.
@@ -56,7 +58,7 @@ public:
 
 private:
     struct Match {
-        MSPCXMLNode last;
+        std::size_t last = 0;  // position in _fields, where there is one
         std::size_t count = 0;
     };
 
@@ -70,7 +72,7 @@ private:
     void fillSlots();
     [[nodiscard]] Match matchOf(std::string_view name) const;
     template <typename Visit>
-    void visit(std::string_view name, const Visit& visit) const;  // of all fields of that name, in order
+    void visit(std::string_view name, const Visit& visit) const;  // positions of all fields of that name, in order
 
     // Room for the fields of any real task, so that none is asked of the heap for each.
     static constexpr std::size_t RoomSize = 4096;

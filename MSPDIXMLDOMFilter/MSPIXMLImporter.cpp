@@ -94,6 +94,7 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     const auto bundlePath = copyTemplate(source, destination);
     // From here on the bundle exists; nothing is rolled back.
     auto documents = loadDocuments(source, bundlePath);
+    _info.index = std::make_shared<MSPIProjectIndex>(documents.mspdi.root());
     if (!importScenario(std::nullopt, documents, bundlePath)) {
         return false;
     }

@@ -117,6 +117,11 @@ public:
         if (_latest != nullptr && _latest->contains(seconds)) {
             return *_latest;
         }
+        // Questions about the present and about the dates of a plan take turns.
+        std::swap(_latest, _latestBefore);
+        if (_latest != nullptr && _latest->contains(seconds)) {
+            return *_latest;
+        }
         const auto next = _intervals.upper_bound(seconds);
         if (next != _intervals.begin() && std::prev(next)->second.contains(seconds)) {
             _latest = &std::prev(next)->second;
@@ -132,6 +137,7 @@ private:
     std::unique_ptr<const icu::BasicTimeZone> _zone;
     mutable std::map<std::int64_t, Interval> _intervals;
     mutable const Interval* _latest = nullptr;
+    mutable const Interval* _latestBefore = nullptr;
 };
 
 MSPCTimeZone::MSPCTimeZone(std::shared_ptr<const Rules> rules) : _rules(std::move(rules)) {

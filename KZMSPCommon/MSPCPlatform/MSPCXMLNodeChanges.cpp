@@ -144,10 +144,19 @@ MSPCXMLNewElement MSPCXMLNode::detach() {
     return MSPCXMLNewElement(handleOf(sideRoom(node.root()).append_move(node)));
 }
 
-bool MSPCXMLNode::replaceOnlyText(std::string_view text) {
+bool MSPCXMLNode::replaceOnlyText(std::string_view text, std::string* former) {
     const auto node = treeNode(*this);
-    const bool isOneText = isElement() && !isThere(node.first_child()) && *node.value() != '\0';
-    return isOneText && !text.empty() && node.text().set(text.data(), text.size());
+    if (text.empty() || !isElement() || isThere(node.first_child())) {
+        return false;
+    }
+    const std::string_view present = node.value();
+    if (present.empty()) {
+        return false;
+    }
+    if (former != nullptr) {
+        *former += present;
+    }
+    return node.text().set(text.data(), text.size());
 }
 
 MSPCXMLNewElement::MSPCXMLNewElement(MSPCXMLNewElement&& other) noexcept : _element(other.release()) {

@@ -1,42 +1,38 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <unordered_map>
+#include <memory>
 #include <vector>
 
 #include "MSPCXMLNode.h"
+#include "MSPIAssignmentKeys.h"
 
-// The assignments of the project that no task has taken yet. Read once, when the first task asks; each assignment is
-// handed out at most once.
+// The assignments of the project that no task of a scenario has taken yet. Each is handed out at most once.
 class MSPIAssignmentPool {
 public:
-    explicit MSPIAssignmentPool(std::vector<MSPCXMLNode> mspAssignments);
+    // The keys may serve other pools too.
+    explicit MSPIAssignmentPool(std::shared_ptr<MSPIAssignmentKeys> keys);
 
     // Whether every assignment has been handed out.
     [[nodiscard]] bool isEmpty() const { return _remaining == 0; }
 
     // Takes the assignments whose integer `TaskUID` is that of the task and whose integer `ResourceUID` is 0 or more,
     // in document order. With `isReportingErrors` one that has no or several `TaskUID` or `ResourceUID` children does not
-    // match; without, the value read counts (0 for a missing one, the last of several). Raises
-    // `MSPCInternalInconsistency` "Expected NSXMLNodeProxy as a Assignment object." for an empty handle and what the
-    // integer getter raises for texts that are no numbers.
+    // match; without, the value read counts (0 for a missing one, the last of several), and from then on errors of this
+    // task are not reported any more. Raises `MSPCInternalInconsistency` "Expected NSXMLNodeProxy as a Assignment
+    // object." for an empty handle and what the integer getter raises for texts that are no numbers.
     [[nodiscard]] std::vector<MSPCXMLNode> takeAssignmentsOfTask(std::int64_t taskUID, bool isReportingErrors);
 
 private:
-    struct Candidate {
-        MSPCXMLNode assignment;
-        bool hasTaskUIDError = false;
-    };
-    // The assignments with one TaskUID. Those at the front up to `examined` did not match while errors were reported and
-    // are looked at again only when errors no longer count.
-    struct Bucket {
-        std::vector<Candidate> candidates;
-        std::size_t examined = 0;
-    };
+    // Nothing that is left of a task's assignments can match any more.
+    static constexpr auto AllSettled = static_cast<std::size_t>(-1);
 
-    void readTaskUIDs();
+    [[nodiscard]] bool hasErrorAt(std::size_t position);
 
-    std::vector<MSPCXMLNode> _unread;
+    std::shared_ptr<MSPIAssignmentKeys> _keys;
     std::size_t _remaining;
-    std::unordered_map<std::int64_t, Bucket> _byTaskUID;
+    // By the position of a task's first assignment: how many of them have been looked at while errors were reported.
+    // Those that had one are looked at again when errors no longer count.
+    std::vector<std::size_t> _examined;
 };

@@ -18,6 +18,7 @@ void MSPIBaselineIndex::addList(const MSPCXMLDocument& mspDocument, const std::s
     auto asides = mspDocument.asides().walk(path);
     for (const auto& element : nodesForXQuery(mspDocument.root(), path)) {
         _elements.push_back(element);
+        ++(_elementCounts.*count);
         // A document has its baselines in one place or the other.
         const auto setAside = asides.next();
         const auto& parent = setAside ? setAside->root() : element;
@@ -53,6 +54,12 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& ele
             values.append(element, baseline);
         }
     }
+}
+
+MSPIUnchangedLists MSPIBaselineIndex::unchangedLists(std::int32_t number) const {
+    const auto& [counts, entries, values] = of(number);
+    return {.tasks = !values.haveUID() && counts.tasks == _elementCounts.tasks,
+            .assignments = !values.haveUID() && counts.assignments == _elementCounts.assignments};
 }
 
 std::vector<MSPIBaselineIndex::Target> MSPIBaselineIndex::targets(std::int32_t number) const {

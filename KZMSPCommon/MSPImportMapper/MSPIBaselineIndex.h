@@ -10,6 +10,7 @@
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
 #include "MSPIBaselineValues.h"
+#include "MSPIProjectIndex.h"
 
 // How many tasks, resources and assignments carry data for one of MSPDI's baselines.
 struct MSPIBaselineCounts {
@@ -39,6 +40,8 @@ public:
     explicit MSPIBaselineIndex(const MSPCXMLDocument& mspDocument);
 
     [[nodiscard]] const MSPIBaselineCounts& counts(std::int32_t number) const { return of(number).counts; }
+    // Which lists have all their elements, under the numbers they were loaded with, while the baseline shows.
+    [[nodiscard]] MSPIUnchangedLists unchangedLists(std::int32_t number) const;
     // All assignments, then all resources, then all tasks, in document order. Valid as long as this index.
     [[nodiscard]] std::vector<Target> targets(std::int32_t number) const;
 
@@ -63,6 +66,7 @@ private:
         return _byNumber.at(static_cast<std::size_t>(number));
     }
 
+    MSPIBaselineCounts _elementCounts;
     std::vector<MSPCXMLNode> _elements;
     std::array<OfNumber, BaselineCount> _byNumber;
 };

@@ -6,31 +6,27 @@
 // gives way to a new element.
 void MSPIBaselineJournal::show(MSPCXMLNode target, const MSPIBaselineValue& value) {
     auto child = value.child;
-    std::string buffer;
-    const auto originalText = child.stringValue(buffer);
-    _originalTexts += originalText;
-    _originalSizes.push_back(originalText.size());
-    if (child.replaceOnlyText(value.text)) {
+    const auto start = _originalTexts.size();
+    if (child.replaceOnlyText(value.text, &_originalTexts)) {
+        _starts.push_back(start);
         return;
     }
-    _originalTexts.resize(_originalTexts.size() - _originalSizes.back());
-    _originalSizes.back() = ByStandIn;
+    _starts.push_back(ByStandIn);
     auto standIn = target.insertChildBefore(target.newElement(child.name()), child);
     standIn.setStringValue(value.text);
     _standIns.push_back({standIn, child.detach()});
 }
 
 void MSPIBaselineJournal::takeBack(MSPCXMLNode target, const MSPIBaselineValue& value) {
-    const auto originalSize = _originalSizes.back();
-    _originalSizes.pop_back();
-    if (originalSize == ByStandIn) {
+    const auto start = _starts.back();
+    _starts.pop_back();
+    if (start == ByStandIn) {
         auto& [standIn, keptChild] = _standIns.back();
         target.insertChildBefore(std::move(keptChild), standIn);
         static_cast<void>(standIn.detach());
         _standIns.pop_back();
         return;
     }
-    const auto start = _originalTexts.size() - originalSize;
     auto child = value.child;
     child.replaceOnlyText(std::string_view(_originalTexts).substr(start));
     _originalTexts.resize(start);

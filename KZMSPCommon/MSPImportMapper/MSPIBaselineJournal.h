@@ -24,7 +24,7 @@ private:
     };
     static constexpr auto ByStandIn = std::string::npos;
 
-    std::vector<std::size_t> _originalSizes;  // for each value, of the text that was replaced, or ByStandIn
-    std::string _originalTexts;               // one after the other
+    std::vector<std::size_t> _starts;  // for each value, of the text that was replaced, or ByStandIn
+    std::string _originalTexts;        // one after the other
     std::vector<StandIn> _standIns;
 };

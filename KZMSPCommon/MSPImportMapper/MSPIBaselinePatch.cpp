@@ -64,6 +64,18 @@ void MSPIBaselinePatch::revert() {
     _isPatched = false;
 }
 
+void MSPIBaselinePatch::prefetch() const {
+    for (const auto& value : _values) {
+        value.child.prefetch();
+    }
+}
+
+void MSPIBaselinePatch::prefetchTexts() const {
+    for (const auto& value : _values) {
+        value.child.prefetchText();
+    }
+}
+
 void MSPIBaselinePatch::removeTarget() {
     _parentOfRemoved = _target.parent();
     _siblingAfterRemoved = _target.nextSibling();

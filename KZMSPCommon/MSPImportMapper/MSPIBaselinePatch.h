@@ -25,6 +25,10 @@ public:
     // Restores the element exactly. Raises "Can not revert patch at non-patched target. Must apply patch first.".
     void revert();
 
+    // Has the processor fetch the children that change, or their texts, which makes changing them soon cheaper.
+    void prefetch() const;
+    void prefetchTexts() const;
+
     [[nodiscard]] bool isPatched() const { return _isPatched; }
     [[nodiscard]] bool isTargetRemoved() const { return static_cast<bool>(_removedTarget); }
 

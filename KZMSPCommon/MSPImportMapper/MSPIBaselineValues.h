@@ -26,6 +26,8 @@ public:
     void shrink(std::size_t size) { _values.resize(size); }
 
     [[nodiscard]] std::size_t size() const { return _values.size(); }
+    // Whether any value that was ever appended is for a number by which elements are looked up ("UID", "TaskUID" …).
+    [[nodiscard]] bool haveUID() const { return _haveUID; }
     // Valid until values are appended.
     [[nodiscard]] std::span<const MSPIBaselineValue> all() const { return _values; }
 
@@ -33,5 +35,12 @@ private:
     [[nodiscard]] std::string_view kept(std::string_view text);
 
     std::vector<MSPIBaselineValue> _values;
+    bool _haveUID = false;
     std::pmr::monotonic_buffer_resource _texts;
+
+    // For the baseline that is being appended: the element's fields that show a value so far, and by field its position
+    // in _values or None.
+    static constexpr auto None = static_cast<std::size_t>(-1);
+    std::vector<std::size_t> _fieldsShown;
+    std::vector<std::size_t> _positionByField;
 };

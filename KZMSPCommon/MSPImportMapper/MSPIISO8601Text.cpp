@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include "MSPCException.h"
@@ -15,66 +17,84 @@ std::optional<MSPCUnitFlags> unitsOrMalformed(MSPCDateComponents& components, st
     return scanned ? scanned : matchISODateTime(components, text);
 }
 
-// Appends a separator to a text that holds something already, so a year without month and day prints as "2012--".
-void separate(fmt::memory_buffer& text, char separator) {
-    if (text.size() > 0) {
-        text.push_back(separator);
+// A date-time on its way to its text. Two of them are written for each task, so no formatter is asked for the usual
+// fields.
+class DateTimeText {
+public:
+    // Goes between two fields, so a year without month and day prints as "2012--"; not to the front.
+    void separate(char separator) {
+        if (_size > 0) {
+            append(separator);
+        }
     }
-}
 
-void appendTwoDigits(fmt::memory_buffer& text, std::int64_t field) {
-    const auto value = MSPCDefinedOrZero(field);
-    if (value < 0 || value > 99) {
-        fmt::format_to(fmt::appender(text), "{:02}", value);
-        return;
+    void append(char character) { _text[_size++] = character; }
+
+    void appendNumber(std::int64_t number) {
+        const fmt::format_int digits(number);
+        std::copy_n(digits.data(), digits.size(), &_text[_size]);
+        _size += digits.size();
     }
-    // Six times per date: worth not going through the formatter.
-    text.push_back(static_cast<char>('0' + value / 10));
-    text.push_back(static_cast<char>('0' + value % 10));
-}
 
-void appendDate(fmt::memory_buffer& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+    void appendTwoDigits(std::int64_t number) {
+        if (number >= 0 && number <= 99) {
+            append(static_cast<char>('0' + number / 10));
+            append(static_cast<char>('0' + number % 10));
+            return;
+        }
+        appendNumber(number);
+    }
+
+    [[nodiscard]] std::string text() const { return {_text.data(), _size}; }
+
+private:
+    static constexpr std::size_t MostFields = 8;
+    static constexpr std::size_t LongestField = 21;  // with its separator or sign
+
+    std::array<char, MostFields * (LongestField + 1)> _text;
+    std::size_t _size = 0;
+};
+
+void appendDate(DateTimeText& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
     if (units & MSPCUnit::Year) {
-        const fmt::format_int year(MSPCDefinedOrZero(components.year));
-        text.append(year.data(), year.data() + year.size());
+        text.appendNumber(MSPCDefinedOrZero(components.year));
     }
-    separate(text, '-');
+    text.separate('-');
     if (units & MSPCUnit::Month) {
-        appendTwoDigits(text, components.month);
+        text.appendTwoDigits(MSPCDefinedOrZero(components.month));
     }
-    separate(text, '-');
+    text.separate('-');
     if (units & MSPCUnit::Day) {
-        appendTwoDigits(text, components.day);
+        text.appendTwoDigits(MSPCDefinedOrZero(components.day));
     }
 }
 
-void appendTime(fmt::memory_buffer& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+void appendTime(DateTimeText& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
     if (units & MSPCUnit::Hour) {
-        appendTwoDigits(text, components.hour);
+        text.appendTwoDigits(MSPCDefinedOrZero(components.hour));
     }
-    separate(text, ':');
+    text.separate(':');
     if (units & MSPCUnit::Minute) {
-        appendTwoDigits(text, components.minute);
+        text.appendTwoDigits(MSPCDefinedOrZero(components.minute));
     }
-    separate(text, ':');
+    text.separate(':');
     if (units & MSPCUnit::Second) {
-        appendTwoDigits(text, components.second);
+        text.appendTwoDigits(MSPCDefinedOrZero(components.second));
     }
 }
 
 // West of Greenwich hour and minute can both be negative, and the hour can be 0: the one sign belongs to both.
-void appendZone(fmt::memory_buffer& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
+void appendZone(DateTimeText& text, const MSPCDateComponents& components, MSPCUnitFlags units) {
     if ((units & MSPCUnit::ZoneIsZ) && components.isUTC) {
-        text.push_back('Z');
+        text.append('Z');
         return;
     }
     const auto hour = units & MSPCUnit::ZoneHour ? components.timeZoneHour : 0;
     const auto minute = units & MSPCUnit::ZoneMinute ? components.timeZoneMinute : 0;
-    const char sign = hour < 0 || minute < 0 ? '-' : '+';
-    text.push_back(sign);
-    appendTwoDigits(text, std::abs(hour));
-    text.push_back(':');
-    appendTwoDigits(text, std::abs(minute));
+    text.append(hour < 0 || minute < 0 ? '-' : '+');
+    text.appendTwoDigits(std::abs(hour));
+    text.append(':');
+    text.appendTwoDigits(std::abs(minute));
 }
 
 }  // namespace
@@ -112,12 +132,12 @@ std::optional<std::string> stringFromComponentsUnitFlags(const MSPCDateComponent
     if (units == MSPCUnit::NotFound) {
         return std::nullopt;
     }
-    fmt::memory_buffer text;
+    DateTimeText text;
     if (units & MSPCUnit::Date) {
         appendDate(text, components, units);
     }
     if (units & (MSPCUnit::Time | MSPCUnit::Zone)) {
-        separate(text, 'T');
+        text.separate('T');
     }
     if (units & MSPCUnit::Time) {
         appendTime(text, components, units);
@@ -125,7 +145,7 @@ std::optional<std::string> stringFromComponentsUnitFlags(const MSPCDateComponent
     if (units & MSPCUnit::Zone) {
         appendZone(text, components, units);
     }
-    return fmt::to_string(text);
+    return text.text();
 }
 
 std::optional<MSPCInstant> dateFromComponents(const MSPCDateComponents& components,

@@ -6,6 +6,7 @@
 
 #include "MSPCURL.h"
 #include "MSPIBaselineIndex.h"
+#include "MSPIProjectIndex.h"
 
 // What the runner, the importer and the mappers tell each other about one import. A field without a value is absent. The
 // key in each comment is the name under which the value is known.
@@ -23,6 +24,8 @@ struct MSPIImportInfo {
     // What the project holds for each baseline, found once for all scenarios by the importer; a mapper that is not told
     // looks for itself.
     std::shared_ptr<const MSPIBaselineIndex> baselines;
+    // The look-ups in the project as it was loaded, for all scenarios; a mapper that is not told makes its own.
+    std::shared_ptr<MSPIProjectIndex> index;
     // InfoMPPTemplateUrl: the template of a sibling importer for the binary format; nothing here sets or reads it.
     std::optional<MSPCURL> mppTemplateURL;
 };

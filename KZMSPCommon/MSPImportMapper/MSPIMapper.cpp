@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cstddef>
+
 #include "MSPCClock.h"
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
@@ -32,6 +34,23 @@ std::string_view productYearOfSaveVersion(std::int64_t saveVersion) {
     }
 }
 
+// Calls `visit` with each patch. What patches change lies scattered over a document that no cache holds; the processor
+// fetches it some patches ahead, first the elements, then the texts that they point to.
+template <typename Iterator, typename Visit>
+void visitFetchingAhead(Iterator patch, Iterator end, const Visit& visit) {
+    constexpr std::ptrdiff_t elementsAhead = 16;
+    constexpr std::ptrdiff_t textsAhead = 8;
+    for (; patch != end; ++patch) {
+        if (end - patch > elementsAhead) {
+            patch[elementsAhead].prefetch();
+        }
+        if (end - patch > textsAhead) {
+            patch[textsAhead].prefetchTexts();
+        }
+        visit(*patch);
+    }
+}
+
 }  // namespace
 
 MSPIMapper::MSPIMapper(MSPCXMLDocument& mspDocument, const MSPCXMLDocument& kdzxTemplateXmlDoc,
@@ -57,6 +76,7 @@ void MSPIMapper::map() {
         log().log("Mapping active scenario ...");
     }
     // From here until the patches are reverted the input shows the baseline.
+    shareIndex(_info.index, isBaselineScenario() ? _baselines->unchangedLists(baselineNumber()) : MSPIUnchangedLists());
     setImportedProjectName(_info.mspdiProjectName.value_or("MS Project project"));
     _settings = MSPIProjectSettings::ofProject(mspProject());
     setMspSaveVersion(_settings.saveVersion);
@@ -95,16 +115,12 @@ bool MSPIMapper::applyBaseline() {
         _patches.emplace_back(element, hasBaseline, values, _journal);
     }
     // From the last to the first, and back the other way: each removed element finds its place again.
-    for (auto patch = _patches.rbegin(); patch != _patches.rend(); ++patch) {
-        patch->apply();
-    }
+    visitFetchingAhead(_patches.rbegin(), _patches.rend(), [](auto& patch) { patch.apply(); });
     return true;
 }
 
 void MSPIMapper::revertBaseline() {
-    for (auto& patch : _patches) {
-        patch.revert();
-    }
+    visitFetchingAhead(_patches.begin(), _patches.end(), [](auto& patch) { patch.revert(); });
     _patches.clear();
 }
 

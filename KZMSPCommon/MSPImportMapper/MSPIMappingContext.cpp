@@ -10,6 +10,14 @@ void MSPIMappingContext::setMspProject(MSPCXMLNode project) {
     _index = MSPIProjectIndex(project);
 }
 
+std::optional<MSPCInstant> MSPIMappingContext::instantOfProjectDate(std::string_view mspdiDate) {
+    if (mspdiDate != _latestProjectDate) {
+        _latestProjectInstant = _conversions.mspdiToMppDateTime(mspdiDate);
+        _latestProjectDate = mspdiDate;
+    }
+    return _latestProjectInstant;
+}
+
 std::string MSPIMappingContext::getTempSplitTaskID() {
     return fmt::format("split-{}", ++_splitTaskID);
 }

@@ -39,6 +39,10 @@ public:
     // Tasks, assignments, calendars and definitions of the project by their keys. Built by the first look-up of each
     // kind; from then on the project's lists must not change.
     [[nodiscard]] MSPIProjectIndex& index() { return _index; }
+    // Looks up what has not changed since the project was loaded in an index that outlives this scenario.
+    void shareIndex(std::shared_ptr<MSPIProjectIndex> asLoaded, MSPIUnchangedLists unchanged) {
+        _index = MSPIProjectIndex(_mspProject, std::move(asLoaded), unchanged);
+    }
 
     // MSPDI `SaveVersion`; 9 (2003) where the project has none.
     [[nodiscard]] std::int64_t mspSaveVersion() const { return _mspSaveVersion; }
@@ -66,6 +70,10 @@ public:
     void setMspStartDate(std::string mspdiDate) { _mspStartDate = std::move(mspdiDate); }
     [[nodiscard]] const std::string& mspFinishDate() const { return _mspFinishDate; }
     void setMspFinishDate(std::string mspdiDate) { _mspFinishDate = std::move(mspdiDate); }
+
+    // The instant of one of them, as `mspdiToMppDateTime` gives it. Every task is compared with the same one, so the
+    // latest is remembered.
+    [[nodiscard]] std::optional<MSPCInstant> instantOfProjectDate(std::string_view mspdiDate);
 
     [[nodiscard]] const MSPIIdMapper& idMapper() const { return _idMapper; }
     void setIdMapper(MSPIIdMapper idMapper) { _idMapper = idMapper; }
@@ -98,6 +106,8 @@ private:
     bool _mspScheduleFromStart = false;
     std::string _mspStartDate;
     std::string _mspFinishDate;
+    std::string _latestProjectDate;
+    std::optional<MSPCInstant> _latestProjectInstant;
     MSPIIdMapper _idMapper;
     std::optional<MSPEScheduleCalendar> _scheduleCalendar;
     std::int64_t _splitTaskID = 0;

@@ -84,22 +84,36 @@ const Index& builtOnce(std::optional<Index>& index, const MSPCXMLNode& project, 
 
 }  // namespace
 
+MSPIProjectIndex::MSPIProjectIndex(const MSPCXMLNode& project, std::shared_ptr<MSPIProjectIndex> asLoaded,
+                                   MSPIUnchangedLists unchanged)
+    : _project(project), _asLoaded(std::move(asLoaded)), _unchanged(unchanged) {}
+
 const MSPINumberIndex& MSPIProjectIndex::tasksByUID() {
-    return builtOnce(_tasksByUID, _project, "Tasks/Task", "UID");
+    return builtOnce(holderOf(_unchanged.tasks)._tasksByUID, _project, "Tasks/Task", "UID");
 }
 
 const MSPINumberIndex& MSPIProjectIndex::calendarsByUID() {
-    return builtOnce(_calendarsByUID, _project, "Calendars/Calendar", "UID");
+    return builtOnce(holderOf(true)._calendarsByUID, _project, "Calendars/Calendar", "UID");
 }
 
 const MSPINumberIndex& MSPIProjectIndex::assignmentsByTaskUID() {
-    return builtOnce(_assignmentsByTaskUID, _project, "Assignments/Assignment", "TaskUID");
+    return builtOnce(holderOf(_unchanged.assignments)._assignmentsByTaskUID, _project, "Assignments/Assignment",
+                     "TaskUID");
 }
 
 const MSPINumberIndex& MSPIProjectIndex::assignmentsByResourceUID() {
-    return builtOnce(_assignmentsByResourceUID, _project, "Assignments/Assignment", "ResourceUID");
+    return builtOnce(holderOf(_unchanged.assignments)._assignmentsByResourceUID, _project, "Assignments/Assignment",
+                     "ResourceUID");
 }
 
 const MSPITextIndex& MSPIProjectIndex::definitionsByFieldID() {
-    return builtOnce(_definitionsByFieldID, _project, "ExtendedAttributes/ExtendedAttribute", "FieldID");
+    return builtOnce(holderOf(true)._definitionsByFieldID, _project, "ExtendedAttributes/ExtendedAttribute", "FieldID");
+}
+
+std::shared_ptr<MSPIAssignmentKeys> MSPIProjectIndex::assignmentKeys() {
+    auto& keys = holderOf(_unchanged.assignments)._assignmentKeys;
+    if (!keys) {
+        keys = std::make_shared<MSPIAssignmentKeys>(nodesForXQuery(_project, "Assignments/Assignment"));
+    }
+    return keys;
 }

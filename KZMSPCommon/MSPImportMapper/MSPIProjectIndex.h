@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "MSPCError.h"
 #include "MSPCXMLNode.h"
+#include "MSPIAssignmentKeys.h"
 
 // The elements of one list of the project by the number in one of their children, with the meaning of the XPath
 // predicate `[child=number]`: texts count as XPath reads them (" 12 " and "012" are 12, "12h" is no number), and an
@@ -39,12 +41,22 @@ private:
     std::vector<std::pair<std::string, MSPCXMLNode>> _entries;  // ascending, stable
 };
 
+// Lists of a project in which a baseline, while it shows, removes no element and changes no number.
+struct MSPIUnchangedLists {
+    bool tasks = true;
+    bool assignments = true;
+};
+
 // The look-ups by key that mapping makes for every task, resource or assignment, each list read once, when it is first
 // needed. The lists must not change between a first look-up and the last.
 class MSPIProjectIndex {
 public:
     MSPIProjectIndex() = default;
     explicit MSPIProjectIndex(const MSPCXMLNode& project) : _project(project) {}
+    // Of a project of which a baseline shows: what the baseline leaves as it is, is looked up in the index of the
+    // project as it was loaded.
+    MSPIProjectIndex(const MSPCXMLNode& project, std::shared_ptr<MSPIProjectIndex> asLoaded,
+                     MSPIUnchangedLists unchanged);
 
     // "Tasks/Task[UID=<uid>]"
     [[nodiscard]] const MSPINumberIndex& tasksByUID();
@@ -56,12 +68,20 @@ public:
     [[nodiscard]] const MSPINumberIndex& assignmentsByResourceUID();
     // "ExtendedAttributes/ExtendedAttribute[FieldID='<id>']"
     [[nodiscard]] const MSPITextIndex& definitionsByFieldID();
+    // "Assignments/Assignment", for handing them out to tasks.
+    [[nodiscard]] std::shared_ptr<MSPIAssignmentKeys> assignmentKeys();
 
 private:
+    // The index that holds lists of a kind: this one, unless they are as they were loaded.
+    [[nodiscard]] MSPIProjectIndex& holderOf(bool isUnchanged) { return _asLoaded && isUnchanged ? *_asLoaded : *this; }
+
     MSPCXMLNode _project;
+    std::shared_ptr<MSPIProjectIndex> _asLoaded;
+    MSPIUnchangedLists _unchanged;
     std::optional<MSPINumberIndex> _tasksByUID;
     std::optional<MSPINumberIndex> _calendarsByUID;
     std::optional<MSPINumberIndex> _assignmentsByTaskUID;
     std::optional<MSPINumberIndex> _assignmentsByResourceUID;
     std::optional<MSPITextIndex> _definitionsByFieldID;
+    std::shared_ptr<MSPIAssignmentKeys> _assignmentKeys;
 };

@@ -58,8 +58,8 @@ MSPCXMLNewElement MSPIProjectMapper::newScenarioFromMSPProject(const MSPCXMLNode
     const auto mspTasks = nodesForXQuery(mspProject, "Tasks/Task");
     _mapper.log().log(fmt::format("Mapping {} Tasks ...", mspTasks.size()));
     if (!mspTasks.empty()) {
-        buildMspTasksMspAssignmentsScenarioTopGroupTask(
-            mspTasks, nodesForXQuery(mspProject, "Assignments/Assignment"), scenario, topGroupTask);
+        buildMspTasksMspAssignmentsScenarioTopGroupTask(mspTasks, _mapper.index().assignmentKeys(), scenario,
+                                                        topGroupTask);
     }
 
     addComment(scenario, "  Critical Path  ");

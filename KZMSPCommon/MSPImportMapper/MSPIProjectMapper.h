@@ -40,7 +40,7 @@ public:
     // "Candidate for parent group must be a Summary Task in MSPDI.", "Parent task was not assigned a type.",
     // "Candidate for parent group must be a Group Task in KDZX.".
     void buildMspTasksMspAssignmentsScenarioTopGroupTask(std::span<const MSPCXMLNode> mspTasks,
-                                                         std::vector<MSPCXMLNode> mspAssignments,
+                                                         std::shared_ptr<MSPIAssignmentKeys> mspAssignments,
                                                          const MSPCXMLNode& scenario, const MSPCXMLNode& topGroupTask);
 
     // Title, else name without file-name extension, else the imported file's name.

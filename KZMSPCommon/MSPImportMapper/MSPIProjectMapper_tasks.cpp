@@ -22,7 +22,7 @@ std::string idOf(const MSPCXMLNode& element) { return element.attribute("id").st
 }  // namespace
 
 void MSPIProjectMapper::buildMspTasksMspAssignmentsScenarioTopGroupTask(std::span<const MSPCXMLNode> mspTasks,
-                                                                        std::vector<MSPCXMLNode> mspAssignments,
+                                                                        std::shared_ptr<MSPIAssignmentKeys> mspAssignments,
                                                                         const MSPCXMLNode& scenario,
                                                                         const MSPCXMLNode& topGroupTask) {
     TaskRun run{.tree = MSPITaskTree(mspTasks.size(), _mapper.isSavedBy2007OrLater()),
@@ -59,7 +59,7 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
     _userDataChanged = _userDataChanged || taskMapper.userDataChanged();
 
     const bool isSummary = fields.boolValue("Summary");
-    const auto type = MSPITaskTree::checkedType(newTask.node(), isSummary);
+    MSPITaskTree::checkType(taskMapper.kdzxType(), isSummary);
     if (isRoot) {
         takeOverRootTask(newTask.node(), isSummary, outlineLevel, run);
         return;
@@ -67,7 +67,7 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
     const auto task = run.scenario.appendChild(std::move(newTask));
     const bool hasPieces = addSplitPieces(fields, task, run);
     // Pieces take the place of the owner's type.
-    run.tree.record(idOf(task), {mspTask, task, hasPieces ? MSPCXMLNode() : type, outlineLevel, isSummary});
+    run.tree.record(idOf(task), {mspTask, task, hasPieces ? MSPCXMLNode() : taskMapper.kdzxType(), outlineLevel, isSummary});
     if (!isSummary || hasPieces) {
         addMspAssignmentsForMspdiTaskToTask(fields, task, run);
     }

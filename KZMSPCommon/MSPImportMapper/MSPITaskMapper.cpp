@@ -115,12 +115,13 @@ void MSPITaskMapper::addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& t
     _mapper.log().log(fmt::format(FMT_COMPILE("  Mapping Task UID='{}' name='{}' ..."), *uid, *name));
 }
 
-void MSPITaskMapper::addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const {
+void MSPITaskMapper::addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) {
     if (const auto duration = mspTask.text("Duration")) {
         facts.durationSeconds = MSPIUtilities::mspdiDurationInSecs(*duration);
     }
     facts.isSummary = mspTask.boolValue("Summary");
-    addChild(task, "type", facts.isSummary ? "group" : facts.durationSeconds == 0 ? "milestone" : "task");
+    const std::string_view type = facts.isSummary ? "group" : facts.durationSeconds == 0 ? "milestone" : "task";
+    _kdzxType = addChildElementWithNameStringValue(task, "type", type);
 
     Error error;
     const auto constraintType = mspTask.intValue("ConstraintType", &error);
@@ -193,7 +194,7 @@ void MSPITaskMapper::addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts
     const auto isBeyond = [fromStart = _mspScheduleFromStart](MSPCInstant date, MSPCInstant bound) {
         return fromStart ? date < bound : date > bound;
     };
-    const auto projectBound = conversions.mspdiToMppDateTime(projectDate);
+    const auto projectBound = _mapper.instantOfProjectDate(projectDate);
     auto locked = conversions.mspdiToMppDateTime(*taskDate);
     if (!projectBound || !locked || !isBeyond(*locked, *projectBound)) {
         return;

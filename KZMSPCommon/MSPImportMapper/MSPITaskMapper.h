@@ -22,6 +22,8 @@ public:
 
     // The task's UID, 0 for a UID text that is no number; -1 until a task has been mapped.
     [[nodiscard]] std::int64_t mspTaskUID() const { return _mspTaskUID; }
+    // The `type` element of the task that has been mapped.
+    [[nodiscard]] MSPCXMLNode kdzxType() const { return _kdzxType; }
     // Whether user-data keys were recorded.
     [[nodiscard]] bool userDataChanged() const { return _userDataChanged; }
 
@@ -43,7 +45,7 @@ private:
     };
 
     void addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& task);
-    void addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const;
+    void addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts);
     void addLeveledStartBeforeLeveling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const;
     void addLeveledStartOfConstraint(const MSPCXMLNode& task, Facts& facts) const;
     void addEffort(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const;
@@ -55,6 +57,7 @@ private:
     void addPrerequisites(const MSPCFields& mspTask, const MSPCXMLNode& task) const;
 
     std::int64_t _mspTaskUID = -1;
+    MSPCXMLNode _kdzxType;
     MSPIUserDataTOCElements& _userDataTOCElements;
     bool _mspScheduleFromStart;
     std::int64_t& _mspTaskMaxId;

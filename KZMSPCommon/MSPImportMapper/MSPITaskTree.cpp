@@ -4,7 +4,6 @@
 #include <bit>
 
 #include "MSPCException.h"
-#include "MSPCExtensions.h"
 
 MSPITaskTree::MSPITaskTree(std::size_t capacity, bool onlySummaryParents)
     : _onlySummaryParents(onlySummaryParents),
@@ -14,13 +13,11 @@ MSPITaskTree::MSPITaskTree(std::size_t capacity, bool onlySummaryParents)
     _positions.reserve(capacity);
 }
 
-MSPCXMLNode MSPITaskTree::checkedType(const MSPCXMLNode& kdzxTask, bool isSummary) {
-    const auto type = singleObjectForXQuery(kdzxTask, "type");
+void MSPITaskTree::checkType(const MSPCXMLNode& kdzxType, bool isSummary) {
     std::string buffer;
-    if ((type.stringValue(buffer) == "group") != isSummary) {
+    if ((kdzxType.stringValue(buffer) == "group") != isSummary) {
         throw MSPCInternalInconsistency("MSPDI Summary Task must be mapped to KDZX Group Task.");
     }
-    return type;
 }
 
 void MSPITaskTree::record(const std::string& kdzxId, const Entry& entry) {

@@ -31,10 +31,9 @@ public:
     // be recorded.
     MSPITaskTree(std::size_t capacity, bool onlySummaryParents);
 
-    // The `type` element of a freshly mapped task; empty when it has none. Raises `MSPCInternalInconsistency` "MSPDI
-    // Summary Task must be mapped to KDZX Group Task." unless it is "group" exactly where the task comes from a Summary
-    // task.
-    static MSPCXMLNode checkedType(const MSPCXMLNode& kdzxTask, bool isSummary);
+    // Raises `MSPCInternalInconsistency` "MSPDI Summary Task must be mapped to KDZX Group Task." unless the `type` of a
+    // freshly mapped task is "group" exactly where the task comes from a Summary task.
+    static void checkType(const MSPCXMLNode& kdzxType, bool isSummary);
 
     // Records the newest task under its target id.
     void record(const std::string& kdzxId, const Entry& entry);

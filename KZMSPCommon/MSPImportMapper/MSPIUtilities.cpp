@@ -69,6 +69,10 @@ MSPIUtilities::MSPIUtilities(const MSPCServices& services)
 }
 
 bool MSPIUtilities::isIsoiDateTime(std::string_view text) const {
+    // Without one of these there is neither a date nor a time, which most values are soon known by.
+    if (text.find_first_of("-:") == std::string_view::npos) {
+        return false;
+    }
     const auto units = unitsOfISODateTime(text);
     return units != MSPCUnit::NotFound && units != 0;
 }
@@ -79,7 +83,12 @@ bool MSPIUtilities::isKdzxDateTime(std::string_view text) const {
 }
 
 bool MSPIUtilities::isMspdiDateTime(std::string_view text) const {
-    return isIsoiDateTime(text) && !isKdzxDateTime(text);
+    // Without one of these there is neither a date nor a time, which most values are soon known by.
+    if (text.find_first_of("-:") == std::string_view::npos) {
+        return false;
+    }
+    const auto units = unitsOfISODateTime(text);
+    return units != MSPCUnit::NotFound && units != 0 && (units & MSPCUnit::Zone) == 0;
 }
 
 std::optional<std::string> MSPIUtilities::mspdiToKdzxDateTime(std::string_view mspdi) const {
@@ -91,7 +100,8 @@ std::optional<std::string> MSPIUtilities::mspdiToKdzxDateTime(std::string_view m
         raiseNoComponents("MSPDI", mspdi);
     }
     if ((units & MSPCUnit::Zone) == 0) {
-        units = components.forceSystemTimezoneforDate(std::nullopt, _gregorian.timeZone(), _clock);
+        const auto date = _gregorian.instantFrom(components);
+        units = components.forceSystemTimezoneforDate(date, _gregorian.timeZone(), _clock);
     }
     return stringFromComponentsUnitFlags(components, units | MSPCUnit::Zone);
 }

@@ -130,6 +130,9 @@ TEST(MSPCFields, answerAsTheQueriesDo) {
         for (const auto name : names) {
             EXPECT_EQ(fields.nodes(name), nodesForXQuery(element, name)) << text;
             EXPECT_EQ(fields.singleObject(name), singleObjectForXQuery(element, name)) << text;
+            const auto last = fields.lastPosition(name);
+            const bool isThere = last < fields.elements().size();
+            EXPECT_EQ(isThere ? fields.elements()[last].element : MSPCXMLNode(), fields.singleObject(name)) << text;
             EXPECT_EQ(
                 outcomeOf([&](Error* error) { return fields.stringValue(name, error).value_or("(none)"); }),
                 outcomeOf([&](Error* error) { return stringValueForXQuery(element, name, error).value_or("(none)"); }))
@@ -165,4 +168,7 @@ TEST(MSPCFields, ofVeryManyFieldsTheLastOfAName) {
     EXPECT_EQ(fields.stringValue("n1000", &error), std::nullopt);
     EXPECT_EQ(error.code, MSPCXQueryNoMatch);
     EXPECT_EQ(fields.nodes("Name").size(), 2U);
+    EXPECT_EQ(fields.lastPosition("n0"), 1U);
+    EXPECT_EQ(fields.lastPosition("Name"), 1001U);
+    EXPECT_EQ(fields.lastPosition("n1000"), 1002U);
 }

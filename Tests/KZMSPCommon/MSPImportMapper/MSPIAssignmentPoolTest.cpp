@@ -68,6 +68,10 @@ std::vector<std::size_t> positionsOf(const std::vector<MSPCXMLNode>& taken, cons
     return positions;
 }
 
+MSPIAssignmentPool poolOf(std::vector<MSPCXMLNode> assignments) {
+    return MSPIAssignmentPool(std::make_shared<MSPIAssignmentKeys>(std::move(assignments)));
+}
+
 using Positions = std::vector<std::size_t>;
 
 }  // namespace
@@ -80,7 +84,7 @@ TEST(MSPIAssignmentPool, givesEveryTaskWhatTheWalkOverTheRestGives) {
         SCOPED_TRACE(fmt::format("seed {}: {}", seed, xml));
         MappingFixture fixture(xml);
         const auto all = assignmentsOf(fixture);
-        MSPIAssignmentPool pool(all);
+        auto pool = poolOf(all);
         PlainPool plainPool(all);
         const auto tasks = 1 + random() % 20;
         const auto firstNestedTask = random() % (tasks + 1);
@@ -101,7 +105,7 @@ TEST(MSPIAssignmentPool, givesEachAssignmentOnceToTheTaskThatAsksFirst) {
         "<Assignment><TaskUID>2</TaskUID><ResourceUID>1</ResourceUID></Assignment>"
         "<Assignment><TaskUID> 01</TaskUID><ResourceUID>0</ResourceUID></Assignment></Assignments>");
     const auto all = assignmentsOf(fixture);
-    MSPIAssignmentPool pool(all);
+    auto pool = poolOf(all);
     EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, true), all), (Positions{0, 2}));
     EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, true), all), Positions{});
     EXPECT_FALSE(pool.isEmpty());
@@ -112,7 +116,7 @@ TEST(MSPIAssignmentPool, givesEachAssignmentOnceToTheTaskThatAsksFirst) {
 TEST(MSPIAssignmentPool, keepsWorkThatIsAssignedToNobody) {
     MappingFixture fixture(
         "<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>-65535</ResourceUID></Assignment></Assignments>");
-    MSPIAssignmentPool pool(assignmentsOf(fixture));
+    auto pool = poolOf(assignmentsOf(fixture));
     for (const bool isReportingErrors : {true, false}) {
         EXPECT_TRUE(pool.takeAssignmentsOfTask(1, isReportingErrors).empty());
         EXPECT_FALSE(pool.isEmpty());
@@ -127,26 +131,58 @@ TEST(MSPIAssignmentPool, givesWhatIsIncompleteOrAmbiguousOnlyWhenErrorsDoNotCoun
         "<Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID><ResourceUID>-1</ResourceUID></Assignment>"
         "<Assignment><ResourceUID>1</ResourceUID></Assignment></Assignments>");
     const auto all = assignmentsOf(fixture);
-    MSPIAssignmentPool pool(all);
+    auto pool = poolOf(all);
     EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, true), all), Positions{});
     EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, false), all), (Positions{0, 1, 2}));
     EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(0, false), all), Positions{4});
     EXPECT_FALSE(pool.isEmpty());
 }
 
+TEST(MSPIAssignmentPool, takesNothingFromAnotherPoolOfTheSameKeys) {
+    MappingFixture fixture(
+        "<Assignments><Assignment><TaskUID>2</TaskUID><ResourceUID>1</ResourceUID></Assignment>"
+        "<Assignment><TaskUID>1</TaskUID></Assignment></Assignments>");
+    const auto all = assignmentsOf(fixture);
+    const auto keys = std::make_shared<MSPIAssignmentKeys>(all);
+    for (int scenario = 0; scenario < 3; ++scenario) {
+        MSPIAssignmentPool pool(keys);
+        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, true), all), Positions{});
+        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(2, true), all), Positions{0});
+        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, false), all), Positions{1});
+        EXPECT_TRUE(pool.isEmpty());
+    }
+}
+
+// Walking over them again for each task of the same UID would take minutes.
+TEST(MSPIAssignmentPool, examinesManyAssignmentsOfManyTasksOfOneUIDOnce) {
+    std::string xml = "<Assignments>";
+    for (int i = 0; i < 50'000; ++i) {
+        xml += "<Assignment><TaskUID>1</TaskUID></Assignment>";
+    }
+    MappingFixture fixture(xml + "</Assignments>");
+    auto pool = poolOf(assignmentsOf(fixture));
+    for (int task = 0; task < 50'000; ++task) {
+        ASSERT_TRUE(pool.takeAssignmentsOfTask(1, true).empty());
+    }
+    EXPECT_EQ(pool.takeAssignmentsOfTask(1, false).size(), 50'000U);
+    for (int task = 0; task < 50'000; ++task) {
+        ASSERT_TRUE(pool.takeAssignmentsOfTask(1, false).empty());
+    }
+}
+
 TEST(MSPIAssignmentPool, ofNothingIsEmpty) {
-    MSPIAssignmentPool pool({});
+    auto pool = poolOf({});
     EXPECT_TRUE(pool.isEmpty());
     EXPECT_TRUE(pool.takeAssignmentsOfTask(1, false).empty());
 }
 
 TEST(MSPIAssignmentPool, refusesWhatIsNoNodeOrNoNumber) {
-    EXPECT_RAISES(MSPIAssignmentPool({MSPCXMLNode()}).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
+    EXPECT_RAISES(poolOf({MSPCXMLNode()}).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
                   "Expected NSXMLNodeProxy as a Assignment object.");
     MappingFixture task("<Assignments><Assignment><TaskUID>abc</TaskUID></Assignment></Assignments>");
-    EXPECT_RAISES(MSPIAssignmentPool(assignmentsOf(task)).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
+    EXPECT_RAISES(poolOf(assignmentsOf(task)).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
                   "Failed to get int value from XML node: <TaskUID>abc</TaskUID>");
     MappingFixture resource("<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID/></Assignment></Assignments>");
-    EXPECT_RAISES(MSPIAssignmentPool(assignmentsOf(resource)).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
+    EXPECT_RAISES(poolOf(assignmentsOf(resource)).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
                   "Failed to get int value from XML node: <ResourceUID/>");
 }

@@ -127,9 +127,35 @@ TEST(MSPIBaselineIndex, TakesTheLastValueOfANameForTheLastChildOfThatName) {
         "<Project><Tasks><Task id='1'><Start>w</Start><Start>x</Start><Work/><Baseline><Number>4</Number>"
         "<Start>a</Start><Work>b</Work><Start>c<!--x-->d</Start><Finish>e</Finish></Baseline></Task></Tasks></Project>");
     const MSPIBaselineIndex index(document);
-    EXPECT_EQ(targetsOf(index, 4), "1:Work=b Start=cd ");
+    EXPECT_EQ(targetsOf(index, 4), "1:Start=cd Work=b ");
     const auto start = document.root().firstChildElement("Tasks").firstChildElement("Task").childElements("Start");
-    EXPECT_EQ(index.targets(4).front().values.back().child, start.back());
+    EXPECT_EQ(index.targets(4).front().values.front().child, start.back());
+}
+
+TEST(MSPIBaselineIndex, TellsWhichListsABaselineLeavesAsTheyWereLoaded) {
+    const auto document = documentFromXML(
+        "<Project><Tasks><Task><UID>1</UID><Start>x</Start>" + baseline("0") + baseline("1") +
+        "<Baseline><Number>2</Number><UID>7</UID></Baseline><Baseline><Number>3</Number><Start>a</Start></Baseline>"
+        "</Task><Task><UID>2</UID>" + baseline("0") + baseline("2") + baseline("3") + "</Task></Tasks>"
+        "<Resources><Resource/></Resources><Assignments><Assignment><TaskUID>1</TaskUID>" + baseline("0") +
+        baseline("1") + baseline("2") + "</Assignment></Assignments></Project>");
+    const MSPIBaselineIndex index(document);
+    const struct {
+        const char* behaviour;
+        std::int32_t number;
+        bool tasks;
+        bool assignments;
+    } table[] = {
+        {"all elements have the baseline", 0, true, true},
+        {"a task leaves the plan", 1, false, true},
+        {"a task has another UID", 2, false, false},
+        {"an assignment leaves the plan, a task has other dates", 3, true, false},
+        {"nothing has the baseline", 4, false, false},
+    };
+    for (const auto& [behaviour, number, tasks, assignments] : table) {
+        EXPECT_EQ(index.unchangedLists(number).tasks, tasks) << behaviour;
+        EXPECT_EQ(index.unchangedLists(number).assignments, assignments) << behaviour;
+    }
 }
 
 // A walk over the baseline for each of its numbers would take minutes here.

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -146,6 +148,98 @@ TEST(MSPIMapper, RefusesNumbersThatNoBaselineHas) {
                   "Unexpected baseline number in info dictionary: 11");
     EXPECT_RAISES(import.mapBaseline(-1), MSPCInternalInconsistency,
                   "Unexpected baseline number in info dictionary: -1");
+}
+
+// One after the other from one loaded plan, with look-ups shared between the scenarios.
+std::vector<std::string> mappedTogether(const std::string& plan, const std::vector<std::optional<int>>& numbers) {
+    ProjectImport import(plan);
+    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(import.project);
+    import.info.index = std::make_shared<MSPIProjectIndex>(import.project.root());
+    std::vector<std::string> scenarios;
+    for (const auto& number : numbers) {
+        import.randomSource = ListedRandomSource{0x0100000000000000};
+        scenarios.push_back(number ? import.mapBaseline(*number) : import.mapActual());
+    }
+    import.log.ignoreLines();
+    return scenarios;
+}
+
+TEST(MSPIMapper, LooksUpByTheNumbersThatABaselineShows) {
+    // Task 1 is 5 in baseline 1, its assignment belongs to task 2 there, and the resource of it is another one.
+    const auto plan = framed(
+        tasks(task(1, baseline(0) + baseline(1, "<UID>5</UID>")) +
+              task(2, "<PredecessorLink><PredecessorUID>1</PredecessorUID></PredecessorLink>" + baseline(0) + baseline(1)) +
+              task(3, "<PredecessorLink><PredecessorUID>5</PredecessorUID></PredecessorLink>" + baseline(0) + baseline(1))) +
+        "<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID>" + baseline(0) +
+        baseline(1, "<TaskUID>2</TaskUID><ResourceUID>2</ResourceUID>") + "</Assignment></Assignments>");
+    const auto scenarios = mappedTogether(plan, {std::nullopt, 0, 1, 0});
+    for (const std::size_t asLoaded : {0U, 1U, 3U}) {
+        EXPECT_THAT(scenarios[asLoaded], HasSubstr("<task id=\"t1\">"));
+        EXPECT_THAT(scenarios[asLoaded], HasSubstr("<assignment idref=\"r1\"/></task><task id=\"t2\">"));
+        EXPECT_THAT(scenarios[asLoaded], HasSubstr("<prerequisite-task idref=\"t1\"/></task><task id=\"t3\">"));
+        EXPECT_THAT(scenarios[asLoaded], Not(HasSubstr("idref=\"t5\"")));
+    }
+    EXPECT_THAT(scenarios[2], HasSubstr("<task id=\"t5\">"));
+    EXPECT_THAT(scenarios[2], HasSubstr("<assignment idref=\"r2\"/></task><task id=\"t3\">"));
+    EXPECT_THAT(scenarios[2], HasSubstr("<prerequisite-task idref=\"t5\"/></task><!--  Critical Path  -->"));
+    EXPECT_THAT(scenarios[2], Not(HasSubstr("idref=\"t1\"")));
+}
+
+TEST(MSPIMapper, LooksNothingUpThatABaselineRemoves) {
+    const auto plan = framed(
+        tasks(task(1) + task(2, "<PredecessorLink><PredecessorUID>1</PredecessorUID></PredecessorLink>" + baseline(0))) +
+        "<Assignments><Assignment><TaskUID>2</TaskUID><ResourceUID>1</ResourceUID></Assignment></Assignments>");
+    for (const auto& numbers : {std::vector<std::optional<int>>{std::nullopt, 0, std::nullopt}, {0, std::nullopt, 0}}) {
+        const auto scenarios = mappedTogether(plan, numbers);
+        for (std::size_t at = 0; at < numbers.size(); ++at) {
+            for (const std::string reference : {"<prerequisite-task idref=\"t1\"/>", "<assignment idref=\"r1\"/>"}) {
+                EXPECT_EQ(scenarios[at].find(reference) == std::string::npos, numbers[at].has_value()) << at;
+            }
+        }
+    }
+}
+
+// Plans whose baselines change any number and leave out any element.
+std::string randomPlan(std::mt19937& random) {
+    const auto some = [&](std::size_t count) { return random() % count; };
+    const auto number = [&](const std::string& name) { return "<" + name + ">" + std::to_string(1 + some(6)) + "</" + name + ">"; };
+    const auto baselines = [&](std::initializer_list<std::string> keys) {
+        std::string content;
+        for (int n = 0; n < 4; ++n) {
+            std::string values;
+            for (const auto& key : keys) {
+                values += n == 3 && some(3) == 0 ? number(key) : "";
+            }
+            content += n > 0 && some(4) == 0 ? "" : baseline(n, values);
+        }
+        return content;
+    };
+    std::string tasksOfPlan;
+    std::string assignments;
+    for (int uid = 1; uid <= 6; ++uid) {
+        tasksOfPlan += task(uid, "<PredecessorLink>" + number("PredecessorUID") + "</PredecessorLink>" +
+                                     (some(2) == 0 ? baselines({"UID"}) : baselines({})));
+        assignments += "<Assignment>" + number("TaskUID") + number("ResourceUID") + "<Units>0.5</Units>" +
+                       baselines({"TaskUID", "ResourceUID"}) + "</Assignment>";
+    }
+    return framed(tasks(tasksOfPlan) + "<Resources><Resource>" + number("UID") + "<Name>r</Name><Type>1</Type>" + baselines({}) +
+                  "</Resource></Resources><Assignments>" + assignments + "</Assignments>");
+}
+
+TEST(MSPIMapper, GivesForScenariosOfOnePlanTogetherWhatEachGivesAlone) {
+    for (unsigned seed = 0; seed < 200 && !testing::Test::HasFailure(); ++seed) {
+        std::mt19937 random(seed);
+        const auto plan = randomPlan(random);
+        std::vector<std::optional<int>> numbers = {std::nullopt, 0, 1, 2, 3, std::nullopt};
+        std::shuffle(numbers.begin(), numbers.end(), random);
+        const auto together = mappedTogether(plan, numbers);
+        for (std::size_t at = 0; at < numbers.size(); ++at) {
+            ProjectImport alone(plan);
+            EXPECT_EQ(together[at], numbers[at] ? alone.mapBaseline(*numbers[at]) : alone.mapActual())
+                << "seed " << seed << " " << plan;
+            alone.log.ignoreLines();
+        }
+    }
 }
 
 }  // namespace

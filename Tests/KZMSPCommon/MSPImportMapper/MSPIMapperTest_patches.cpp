@@ -73,7 +73,10 @@ public:
     PatchedImport() : ProjectImport(planOfAllShapes()) {}
     ~PatchedImport() { log.ignoreLines(); }
 
-    void shareIndex() { info.baselines = std::make_shared<const MSPIBaselineIndex>(project); }
+    void shareIndex() {
+        info.baselines = std::make_shared<const MSPIBaselineIndex>(project);
+        info.index = std::make_shared<MSPIProjectIndex>(project.root());
+    }
     std::string mapped(int number) {
         randomSource = ListedRandomSource{0x0100000000000000};
         return mapBaseline(number);

@@ -104,9 +104,10 @@ TEST(MSPIProjectMapperTasks, mustBeNodes) {
     ScenarioMapping mapping("");
     const auto scenario = mapping.fixture.context.newElement("scenario");
     const MSPCXMLNode nothing[] = {MSPCXMLNode()};
-    EXPECT_RAISES(
-        mapping.mapper.buildMspTasksMspAssignmentsScenarioTopGroupTask(nothing, {}, scenario.node(), scenario.node()),
-        MSPCInternalInconsistency, "Expected NSXMLNodeProxy as a Task object.");
+    const auto assignments = mapping.fixture.context.index().assignmentKeys();
+    EXPECT_RAISES(mapping.mapper.buildMspTasksMspAssignmentsScenarioTopGroupTask(nothing, assignments, scenario.node(),
+                                                                                 scenario.node()),
+                  MSPCInternalInconsistency, "Expected NSXMLNodeProxy as a Task object.");
 }
 
 TEST(MSPIProjectMapperTasks, haveOneRootWhoseDatesTheGroupTaskTakes) {

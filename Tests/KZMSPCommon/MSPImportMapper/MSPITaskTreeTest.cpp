@@ -161,14 +161,14 @@ TEST(MSPITaskTree, wantsGroupsFromSummaryTasksAndOnlyFromThem) {
     TreeFixture fixture;
     for (const auto& [type, isSummary] : {std::pair("group", true), {"task", false}, {"", false}}) {
         const auto task = fixture.typed(type, isSummary);
-        EXPECT_EQ(MSPITaskTree::checkedType(task.kdzxTask, isSummary), task.kdzxType);
+        EXPECT_NO_THROW(MSPITaskTree::checkType(task.kdzxType, isSummary));
     }
     const struct {
         const char* type;
         bool isSummary;
     } mismatches[] = {{"group", false}, {"task", true}, {"milestone", true}, {"Group", true}, {"", true}};
     for (const auto& [type, isSummary] : mismatches) {
-        EXPECT_RAISES(MSPITaskTree::checkedType(fixture.typed(type, isSummary).kdzxTask, isSummary),
+        EXPECT_RAISES(MSPITaskTree::checkType(fixture.typed(type, isSummary).kdzxType, isSummary),
                       MSPCInternalInconsistency, "MSPDI Summary Task must be mapped to KDZX Group Task.");
     }
 }
