@@ -10,6 +10,7 @@
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
 #include "MSPCPath.h"
+#include "MSPCXMLAsides.h"
 #include "MSPIBundleNaming.h"
 #include "MSPIElementsRead.h"
 #include "MSPIKdzxNamespace.h"
@@ -98,8 +99,7 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     if (!importScenario(std::nullopt, documents, bundlePath)) {
         return false;
     }
-    _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi);
-    documents.mspdi.dropAsides();
+    _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi, documents.mspdi.takeAsides());
     for (int number = 0; number <= LastBaselineNumber; ++number) {
         importScenario(number, documents, bundlePath);
     }

@@ -28,22 +28,29 @@ std::string_view MSPCXMLAsides::List::markupOf(std::size_t family) const {
     return std::string_view(_blocks[block]).substr(start, end - start);
 }
 
-MSPCXMLAsides::Walk MSPCXMLAsides::walk(const std::string& path) const {
-    const auto found = _lists.find(path);
-    return {found == _lists.end() ? nullptr : &found->second, _hasSections};
+void MSPCXMLAsides::List::freeBlocksBefore(std::size_t family) {
+    const auto block = family < _families.size() ? _families[family].block : _blocks.size();
+    for (; _freedBlocks < block; ++_freedBlocks) {
+        _blocks[_freedBlocks] = std::string();
+    }
+}
+
+MSPCXMLAsides::Walk MSPCXMLAsides::take(const std::string& path) {
+    return {std::exchange(listAt(path), List()), _hasSections};
 }
 
 std::optional<MSPCXMLDocument> MSPCXMLAsides::Walk::next() {
     const auto parentPosition = _parentPosition++;
-    if (_list == nullptr || _family == _list->_families.size() ||
-        _list->_families[_family].parentPosition != parentPosition) {
+    const auto& families = _list._families;
+    if (_family == families.size() || families[_family].parentPosition != parentPosition) {
         return std::nullopt;
     }
     constexpr std::string_view startTag = "<asides>";
     constexpr std::string_view endTag = "</asides>";
-    const auto markup = _list->markupOf(_family++);
+    const auto markup = _list.markupOf(_family++);
     std::string bytes;
     bytes.reserve(startTag.size() + markup.size() + endTag.size());
     bytes.append(startTag).append(markup).append(endTag);
+    _list.freeBlocksBefore(_family);
     return MSPCXMLDocument::readFiltered({std::move(bytes), _hasSections, {}});
 }

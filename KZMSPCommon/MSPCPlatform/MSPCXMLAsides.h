@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 class MSPCXMLDocument;
@@ -34,13 +35,15 @@ public:
         };
 
         [[nodiscard]] std::string_view markupOf(std::size_t family) const;
+        void freeBlocksBefore(std::size_t family);
 
         std::size_t _parentCount = 0;
         std::vector<Family> _families;
         std::deque<std::string> _blocks;
+        std::size_t _freedBlocks = 0;
     };
 
-    // Goes from element to element of those at one path.
+    // Goes from element to element of those at one path. What it has passed is freed.
     class Walk {
     public:
         // The children of the next element that were set aside: the child elements of the document's root. None where
@@ -49,9 +52,9 @@ public:
 
     private:
         friend class MSPCXMLAsides;
-        Walk(const List* list, bool hasSections) : _list(list), _hasSections(hasSections) {}
+        Walk(List list, bool hasSections) : _list(std::move(list)), _hasSections(hasSections) {}
 
-        const List* _list;
+        List _list;
         bool _hasSections;
         std::size_t _parentPosition = 0;
         std::size_t _family = 0;
@@ -62,8 +65,8 @@ public:
     // Says that the document had CDATA sections, comments or processing instructions in its content.
     void setHasSections() { _hasSections = true; }
 
-    // Starts before the first element at a path, in document order. Valid as long as the list.
-    [[nodiscard]] Walk walk(const std::string& path) const;
+    // Takes the list for a path out. The walk starts before the first element at the path, in document order.
+    [[nodiscard]] Walk take(const std::string& path);
 
 private:
     std::map<std::string, List> _lists;

@@ -117,8 +117,8 @@ const MSPCXMLAsides& MSPCXMLDocument::asides() const noexcept {
     return _tree->asides();
 }
 
-void MSPCXMLDocument::dropAsides() {
-    _tree->asides() = {};
+MSPCXMLAsides MSPCXMLDocument::takeAsides() {
+    return std::exchange(_tree->asides(), {});
 }
 
 MSPCXMLNode MSPCXMLDocument::root() const noexcept {

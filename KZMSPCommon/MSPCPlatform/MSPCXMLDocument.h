@@ -55,8 +55,8 @@ public:
 
     // What the selection sets aside; nothing of a document that was read as a whole, where it stands in the tree.
     [[nodiscard]] const MSPCXMLAsides& asides() const noexcept;
-    // Frees it, when nobody is going to ask any more.
-    void dropAsides();
+    // The same, which the document has no more afterwards.
+    [[nodiscard]] MSPCXMLAsides takeAsides();
 
     // The root element; empty for a document without one.
     [[nodiscard]] MSPCXMLNode root() const noexcept;

@@ -7,20 +7,24 @@
 #include "MSPCXMLAsides.h"
 #include "MSPIXPathNumber.h"
 
-MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument) {
-    addList(mspDocument, "Assignments/Assignment", &MSPIBaselineCounts::assignments);
-    addList(mspDocument, "Resources/Resource", &MSPIBaselineCounts::resources);
-    addList(mspDocument, "Tasks/Task", &MSPIBaselineCounts::tasks);
+MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument)
+    : MSPIBaselineIndex(mspDocument, mspDocument.asides()) {}
+
+MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLAsides asides) {
+    const auto project = mspDocument.root();
+    addList(project, asides, "Assignments/Assignment", &MSPIBaselineCounts::assignments);
+    addList(project, asides, "Resources/Resource", &MSPIBaselineCounts::resources);
+    addList(project, asides, "Tasks/Task", &MSPIBaselineCounts::tasks);
 }
 
-void MSPIBaselineIndex::addList(const MSPCXMLDocument& mspDocument, const std::string& path,
+void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, MSPCXMLAsides& asides, const std::string& path,
                                 std::size_t MSPIBaselineCounts::*count) {
-    auto asides = mspDocument.asides().walk(path);
-    for (const auto& element : nodesForXQuery(mspDocument.root(), path)) {
+    auto asidesOfElements = asides.take(path);
+    for (const auto& element : nodesForXQuery(mspProject, path)) {
         _elements.push_back(element);
         ++(_elementCounts.*count);
         // A document has its baselines in one place or the other.
-        const auto setAside = asides.next();
+        const auto setAside = asidesOfElements.next();
         const auto& parent = setAside ? setAside->root() : element;
         if (const auto baseline = parent.firstChildElement("Baseline")) {
             addBaselines(baseline, element, count);
@@ -45,13 +49,11 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& ele
                 continue;  // said twice
             }
             if (hasEntry) {
-                values.shrink(entries.back().startOfValues);  // the last of several counts
-                entries.pop_back();
+                entries.pop_back();  // the last of several counts
             } else {
                 ++(counts.*count);
             }
-            entries.push_back({position, baseline, values.size()});
-            values.append(element, baseline);
+            entries.push_back({position, baseline, values.append(element, baseline)});
         }
     }
 }
@@ -68,13 +70,10 @@ std::vector<MSPIBaselineIndex::Target> MSPIBaselineIndex::targets(std::int32_t n
     for (const auto& element : _elements) {
         targets.push_back({element, false, {}});
     }
-    const auto& [counts, entries, values] = of(number);
-    auto endOfValues = values.size();
-    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
-        auto& target = targets[entry->elementPosition];
+    for (const auto& entry : of(number).entries) {
+        auto& target = targets[entry.elementPosition];
         target.hasBaseline = true;
-        target.values = values.all().subspan(entry->startOfValues, endOfValues - entry->startOfValues);
-        endOfValues = entry->startOfValues;
+        target.values = entry.values;
     }
     return targets;
 }

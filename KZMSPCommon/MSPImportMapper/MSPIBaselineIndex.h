@@ -36,8 +36,10 @@ public:
         std::span<const MSPIBaselineValue> values;
     };
 
-    // With the baselines that the document has in its tree, and those that were set aside when it was loaded.
+    // Of the baselines that the document has in its tree, and those that were set aside when it was loaded.
     explicit MSPIBaselineIndex(const MSPCXMLDocument& mspDocument);
+    // With what was set aside taken out of the document, which is then freed on the way.
+    MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLAsides asides);
 
     [[nodiscard]] const MSPIBaselineCounts& counts(std::int32_t number) const { return of(number).counts; }
     // Which lists have all their elements, under the numbers they were loaded with, while the baseline shows.
@@ -49,7 +51,7 @@ private:
     struct Entry {
         std::size_t elementPosition;  // in _elements
         MSPCXMLNode baseline;         // to tell it from others of the element; may be gone later
-        std::size_t startOfValues;  // in `values`; they end where those of the next entry start
+        std::span<const MSPIBaselineValue> values;
     };
     struct OfNumber {
         MSPIBaselineCounts counts;
@@ -59,7 +61,8 @@ private:
         MSPIBaselineValues values;
     };
 
-    void addList(const MSPCXMLDocument& mspDocument, const std::string& path, std::size_t MSPIBaselineCounts::*count);
+    void addList(const MSPCXMLNode& mspProject, MSPCXMLAsides& asides, const std::string& path,
+                 std::size_t MSPIBaselineCounts::*count);
     // `baseline` is the first one of the element added last, or the first of a part of them.
     void addBaselines(MSPCXMLNode baseline, const MSPCFields& element, std::size_t MSPIBaselineCounts::*count);
     [[nodiscard]] const OfNumber& of(std::int32_t number) const {

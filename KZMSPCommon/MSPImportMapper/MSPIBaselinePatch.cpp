@@ -25,8 +25,7 @@ MSPCXMLNode baselineOf(const MSPCXMLNode& target, std::int32_t number) {
 MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber) : _target(target) {
     if (const auto baseline = baselineOf(target, baselineNumber)) {
         _own = std::make_unique<Own>();
-        _own->values.append(MSPCFields(target), baseline);
-        _values = _own->values.all();
+        _values = _own->values.append(MSPCFields(target), baseline);
         _journal = &_own->journal;
         _hasBaseline = true;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <memory_resource>
 #include <span>
 #include <string_view>
@@ -19,27 +20,24 @@ struct MSPIBaselineValue {
 // which they are shown: the baselines themselves are scattered over the whole document.
 class MSPIBaselineValues {
 public:
-    // Appends the values of one baseline: for each child of the element that is the last of its name, the last value of
-    // that name. "Number" is none.
-    void append(const MSPCFields& element, const MSPCXMLNode& baseline);
-    // Takes the last ones back, down to that number.
-    void shrink(std::size_t size) { _values.resize(size); }
+    // Appends the values of one baseline, and gives them: for each child of the element that is the last of its name, the
+    // last value of that name. "Number" is none. Valid as long as this object.
+    std::span<const MSPIBaselineValue> append(const MSPCFields& element, const MSPCXMLNode& baseline);
 
-    [[nodiscard]] std::size_t size() const { return _values.size(); }
     // Whether any value that was ever appended is for a number by which elements are looked up ("UID", "TaskUID" …).
     [[nodiscard]] bool haveUID() const { return _haveUID; }
-    // Valid until values are appended.
-    [[nodiscard]] std::span<const MSPIBaselineValue> all() const { return _values; }
 
 private:
+    [[nodiscard]] std::vector<MSPIBaselineValue>& blockWithRoomFor(std::size_t count);
     [[nodiscard]] std::string_view kept(std::string_view text);
 
-    std::vector<MSPIBaselineValue> _values;
+    // None ever grows beyond its room, so that values stay in their places.
+    std::deque<std::vector<MSPIBaselineValue>> _blocks;
     bool _haveUID = false;
     std::pmr::monotonic_buffer_resource _texts;
 
     // For the baseline that is being appended: the element's fields that show a value so far, and by field its position
-    // in _values or None.
+    // in the last block or None.
     static constexpr auto None = static_cast<std::size_t>(-1);
     std::vector<std::size_t> _fieldsShown;
     std::vector<std::size_t> _positionByField;

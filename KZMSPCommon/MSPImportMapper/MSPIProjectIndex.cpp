@@ -46,7 +46,12 @@ MSPINumberIndex::MSPINumberIndex(const MSPCXMLNode& project, std::string_view pa
 }
 
 std::span<const MSPCXMLNode> MSPINumberIndex::nodesWithKey(std::int64_t number) const {
-    const auto [first, last] = std::equal_range(_keys.begin(), _keys.end(), static_cast<double>(number));
+    const auto key = static_cast<double>(number);
+    const auto first = std::lower_bound(_keys.begin(), _keys.end(), key);
+    // Mostly there is one; a second search finds the end of any number of them.
+    const auto next = first == _keys.end() ? first : std::next(first);
+    const bool isOne = first != next && *first == key && (next == _keys.end() || *next != key);
+    const auto last = isOne ? next : std::upper_bound(first, _keys.end(), key);
     return std::span(_nodes).subspan(static_cast<std::size_t>(first - _keys.begin()),
                                      static_cast<std::size_t>(last - first));
 }

@@ -69,8 +69,10 @@ MSPCXMLNode MSPITaskTree::groupOfParent(const Entry& parent) const {
 void MSPITaskTree::setLevel(std::size_t position, std::int64_t level) {
     auto at = _leafCount + position;
     _lowest[at] = level;
-    while (at > 1) {
+    for (bool isChanged = true; at > 1 && isChanged;) {
         at /= 2;
-        _lowest[at] = std::min(_lowest[2 * at], _lowest[2 * at + 1]);
+        const auto lowest = std::min(_lowest[2 * at], _lowest[2 * at + 1]);
+        isChanged = lowest != _lowest[at];
+        _lowest[at] = lowest;
     }
 }

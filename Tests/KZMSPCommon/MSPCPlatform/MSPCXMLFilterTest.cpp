@@ -305,13 +305,13 @@ std::string setAsideOf(const std::string& text, int parents) {
     static const auto selection = MSPCXMLSelection::fromText("Plan(Title Task(UID ~*Baseline(Number) ~Log))");
     std::string all;
     for (const auto pieceSize : pieceSizes) {
-        const auto result = filteredXML(piecewiseReader(text, pieceSize), text.size(), selection);
+        auto result = filteredXML(piecewiseReader(text, pieceSize), text.size(), selection);
         std::string found = "(refused)";
         if (result) {
             found = "kept ";
             found += result->bytes;
         }
-        auto walk = result ? result->asides.walk("Task") : MSPCXMLAsides().walk("Task");
+        auto walk = result ? result->asides.take("Task") : MSPCXMLAsides().take("Task");
         for (int parent = 0; parent < parents; ++parent) {
             const auto document = walk.next();
             found.append("\n").append(document ? document->root().markup() : "none");
@@ -354,9 +354,9 @@ TEST(MSPCXMLFilter, setsAnyNumberAndSizeAside) {
         text += "<Task><Log>" + std::to_string(task) + "</Log><Log>of that task</Log></Task>";
     }
     text += "<Task><Log>" + std::string(3'000'000, 'x') + "</Log></Task><Task><Log>last</Log></Task></Plan>";
-    const auto result = filteredXML(piecewiseReader(text, 100'000), text.size(), selection);
+    auto result = filteredXML(piecewiseReader(text, 100'000), text.size(), selection);
     ASSERT_TRUE(result);
-    auto walk = result->asides.walk("Task");
+    auto walk = result->asides.take("Task");
     for (int task = 0; task < 20'000; ++task) {
         ASSERT_EQ(walk.next()->root().stringValue(), std::to_string(task) + "of that task");
     }

@@ -163,7 +163,8 @@ void describe(const MSPCXMLNode& element, const MSPCXMLSelection& selection, boo
 // The children of that name of each `Task` of the root.
 void describeSetAside(const MSPCXMLDocument& document, const MSPCXMLSelection& rootSelection, bool isFiltered,
                       std::string& text) {
-    auto walk = document.asides().walk("Task");
+    auto asides = document.asides();
+    auto walk = asides.take("Task");
     for (const auto& task : document.root().childElements("Task")) {
         const auto setAside = walk.next();
         EXPECT_TRUE(isFiltered || !setAside);
