@@ -396,9 +396,11 @@ private:
     static bool isEmptyElement(std::string_view tag) { return tag.size() > 2 && tag[tag.size() - 2] == '/'; }
 
     // Attributes are left to the parser: it sees those of kept elements, provided that the tag ends where it seems to.
+    // One that says what blanks mean may hold for elements that are set aside, whose parser does not see it.
     static bool isPlainAttributes(std::string_view tag, const MSPCXMLSelection* selection) {
         const auto quotes = std::count(tag.begin(), tag.end(), '"');
-        return selection != nullptr && quotes % 2 == 0 && tag.find('\'') == std::string_view::npos &&
+        const bool saysWhatBlanksMean = tag.find("xml:space") != std::string_view::npos;
+        return selection != nullptr && (selection->isWhole() || !saysWhatBlanksMean) && quotes % 2 == 0 && tag.find('\'') == std::string_view::npos &&
                tag.find('<', 1) == std::string_view::npos && isPlainText(tag);
     }
 

@@ -37,13 +37,14 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& ele
     const auto position = _elements.size() - 1;
     std::string buffer;
     for (; baseline; baseline = baseline.nextSiblingElement("Baseline")) {
+        const OfNumber* read = nullptr;  // where the values of this baseline are, once they have been read
         for (auto child = baseline.firstChildElement("Number"); child; child = child.nextSiblingElement("Number")) {
             const auto number = xpathNumber(child.stringValue(buffer));
             const auto whole = number && *number >= 0 && *number < BaselineCount ? static_cast<std::size_t>(*number) : 0;
             if (number != static_cast<double>(whole)) {
                 continue;
             }
-            auto& [counts, entries, values] = _byNumber[whole];
+            auto& [counts, entries, showsUID, values] = _byNumber[whole];
             const bool hasEntry = !entries.empty() && entries.back().elementPosition == position;
             if (hasEntry && entries.back().baseline == baseline) {
                 continue;  // said twice
@@ -53,15 +54,18 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& ele
             } else {
                 ++(counts.*count);
             }
-            entries.push_back({position, baseline, values.append(element, baseline)});
+            const auto shown = read != nullptr ? read->entries.back().values : values.append(element, baseline);
+            entries.push_back({position, baseline, shown});
+            showsUID = showsUID || (read != nullptr ? read->showsUID : values.haveUID());
+            read = &_byNumber[whole];
         }
     }
 }
 
 MSPIUnchangedLists MSPIBaselineIndex::unchangedLists(std::int32_t number) const {
-    const auto& [counts, entries, values] = of(number);
-    return {.tasks = !values.haveUID() && counts.tasks == _elementCounts.tasks,
-            .assignments = !values.haveUID() && counts.assignments == _elementCounts.assignments};
+    const auto& baseline = of(number);
+    return {.tasks = !baseline.showsUID && baseline.counts.tasks == _elementCounts.tasks,
+            .assignments = !baseline.showsUID && baseline.counts.assignments == _elementCounts.assignments};
 }
 
 std::vector<MSPIBaselineIndex::Target> MSPIBaselineIndex::targets(std::int32_t number) const {

@@ -56,7 +56,8 @@ private:
     struct OfNumber {
         MSPIBaselineCounts counts;
         std::vector<Entry> entries;  // in the order of _elements, at most one for each
-        // Of all entries, one after the other: reading them while the index is made, all baselines of an element at once,
+        bool showsUID = false;  // or a number by which assignments are looked up
+        // Of the entries, one after the other, but for those of baselines with several numbers, which the first has: reading them while the index is made, all baselines of an element at once,
         // spares a walk over the whole document for each baseline.
         MSPIBaselineValues values;
     };

@@ -23,6 +23,14 @@ void MSPIGrowthBounds::addRepeatedText(std::uint64_t bytes) {
     _repeatedText += bytes;
 }
 
+void MSPIGrowthBounds::addRepeatedPieces(std::uint64_t count) {
+    if (count > MostRepeatedPieces - _repeatedPieces) {
+        throw MSPCInternalInconsistency(
+            fmt::format("Too many pieces of split tasks with the same UID: more than {}.", MostRepeatedPieces));
+    }
+    _repeatedPieces += count;
+}
+
 void MSPIGrowthBounds::checkWorkingTimesOfWeek(const MSPEScheduleCalendar& calendar) {
     std::int64_t count = 0;
     for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {

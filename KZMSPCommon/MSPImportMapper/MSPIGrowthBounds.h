@@ -16,15 +16,21 @@ public:
     // than 1073741824 bytes." above that number.
     void addRepeatedText(std::uint64_t bytes);
 
+    // Pieces of split tasks that bear the UID of a task before them. Raises `MSPCInternalInconsistency` "Too many pieces of
+    // split tasks with the same UID: more than 1000000." above that number.
+    void addRepeatedPieces(std::uint64_t count);
+
     // Working times of the project's own week, all of which count for every stretch of split work. Raises
     // `MSPCInternalInconsistency` "Too many working times in the project's week: more than 10080." above one per minute.
     static void checkWorkingTimesOfWeek(const MSPEScheduleCalendar& calendar);
 
     static constexpr std::uint64_t MostScheduleElements = 1'000'000;
     static constexpr std::uint64_t MostRepeatedText = std::uint64_t{1} << 30U;
+    static constexpr std::uint64_t MostRepeatedPieces = 1'000'000;
     static constexpr std::int64_t MostWorkingTimesOfWeek = 10'080;
 
 private:
     std::uint64_t _scheduleElements = 0;
     std::uint64_t _repeatedText = 0;
+    std::uint64_t _repeatedPieces = 0;
 };

@@ -13,6 +13,7 @@
 #include "MSPIGrowthBounds.h"
 #include "MSPIIdMapper.h"
 #include "MSPIProjectIndex.h"
+#include "MSPIStretchCache.h"
 #include "MSPIUtilities.h"
 
 // What the mappers of one scenario share: the MSPDI project they read, the scenario document they build, the settings
@@ -89,6 +90,9 @@ public:
     // What the scenario may still grow by.
     [[nodiscard]] MSPIGrowthBounds& growthBounds() { return _growthBounds; }
 
+    // What is known about the stretches of split tasks.
+    [[nodiscard]] MSPIStretchCache& stretchCache() { return _stretchCache; }
+
     // The scenario document under construction, and a free element of it.
     [[nodiscard]] MSPCXMLDocument& kdzxDocument() { return _kdzxDocument; }
     [[nodiscard]] MSPCXMLNewElement newElement(std::string_view name) { return _kdzxDocument.newElement(name); }
@@ -112,5 +116,6 @@ private:
     std::optional<MSPEScheduleCalendar> _scheduleCalendar;
     std::int64_t _splitTaskID = 0;
     MSPIGrowthBounds _growthBounds;
+    MSPIStretchCache _stretchCache;
     MSPCXMLDocument _kdzxDocument;
 };

@@ -13,9 +13,13 @@ namespace {
 // document order within one key.
 template <typename Key, typename KeyOf>
 std::vector<std::pair<Key, MSPCXMLNode>> entriesByKey(const MSPCXMLNode& project, std::string_view path,
-                                                      std::string_view name, const KeyOf& keyOf) {
+                                                      std::string_view name, std::string_view required,
+                                                      const KeyOf& keyOf) {
     std::vector<std::pair<Key, MSPCXMLNode>> entries;
     for (const auto& node : nodesForXQuery(project, path)) {
+        if (!required.empty() && !node.firstChildElement(required)) {
+            continue;
+        }
         for (auto child = node.firstChildElement(name); child; child = child.nextSiblingElement(name)) {
             if (auto key = keyOf(child)) {
                 entries.emplace_back(std::move(*key), node);
@@ -32,9 +36,10 @@ std::vector<std::pair<Key, MSPCXMLNode>> entriesByKey(const MSPCXMLNode& project
 
 }  // namespace
 
-MSPINumberIndex::MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key) {
+MSPINumberIndex::MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key,
+                                 std::string_view required) {
     std::string buffer;
-    const auto entries = entriesByKey<double>(project, path, key, [&](const MSPCXMLNode& child) {
+    const auto entries = entriesByKey<double>(project, path, key, required, [&](const MSPCXMLNode& child) {
         return xpathNumber(child.stringValue(buffer));
     });
     _keys.reserve(entries.size());
@@ -63,7 +68,7 @@ MSPCXMLNode MSPINumberIndex::singleNodeWithKey(std::int64_t number, Error* error
 }
 
 MSPITextIndex::MSPITextIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key)
-    : _entries(entriesByKey<std::string>(project, path, key, [](const MSPCXMLNode& child) {
+    : _entries(entriesByKey<std::string>(project, path, key, {}, [](const MSPCXMLNode& child) {
           return std::optional(child.stringValue());
       })) {}
 
@@ -78,11 +83,10 @@ MSPCXMLNode MSPITextIndex::singleNodeWithKey(std::string_view text, Error* error
 
 namespace {
 
-template <typename Index>
-const Index& builtOnce(std::optional<Index>& index, const MSPCXMLNode& project, std::string_view path,
-                       std::string_view key) {
+template <typename Index, typename... Names>
+const Index& builtOnce(std::optional<Index>& index, const MSPCXMLNode& project, const Names&... names) {
     if (!index) {
-        index.emplace(project, path, key);
+        index.emplace(project, names...);
     }
     return *index;
 }
@@ -104,6 +108,11 @@ const MSPINumberIndex& MSPIProjectIndex::calendarsByUID() {
 const MSPINumberIndex& MSPIProjectIndex::assignmentsByTaskUID() {
     return builtOnce(holderOf(_unchanged.assignments)._assignmentsByTaskUID, _project, "Assignments/Assignment",
                      "TaskUID");
+}
+
+const MSPINumberIndex& MSPIProjectIndex::timephasedAssignmentsByTaskUID() {
+    return builtOnce(holderOf(_unchanged.assignments)._timephasedAssignmentsByTaskUID, _project,
+                     "Assignments/Assignment", "TaskUID", "TimephasedData");
 }
 
 const MSPINumberIndex& MSPIProjectIndex::assignmentsByResourceUID() {

@@ -17,8 +17,10 @@
 // element with several such children is found by each of them.
 class MSPINumberIndex {
 public:
-    // The elements at `path` below `project`, by their children named `key`.
-    MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key);
+    // The elements at `path` below `project`, by their children named `key`; with `required` only those that have a child
+    // of that name.
+    MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key,
+                    std::string_view required = {});
 
     // The elements with that number, in document order. Valid as long as the index.
     [[nodiscard]] std::span<const MSPCXMLNode> nodesWithKey(std::int64_t number) const;
@@ -64,6 +66,8 @@ public:
     [[nodiscard]] const MSPINumberIndex& calendarsByUID();
     // "Assignments/Assignment[TaskUID=<uid>]"
     [[nodiscard]] const MSPINumberIndex& assignmentsByTaskUID();
+    // "Assignments/Assignment[TimephasedData][TaskUID=<uid>]"
+    [[nodiscard]] const MSPINumberIndex& timephasedAssignmentsByTaskUID();
     // "Assignments/Assignment[ResourceUID=<uid>]"
     [[nodiscard]] const MSPINumberIndex& assignmentsByResourceUID();
     // "ExtendedAttributes/ExtendedAttribute[FieldID='<id>']"
@@ -81,6 +85,7 @@ private:
     std::optional<MSPINumberIndex> _tasksByUID;
     std::optional<MSPINumberIndex> _calendarsByUID;
     std::optional<MSPINumberIndex> _assignmentsByTaskUID;
+    std::optional<MSPINumberIndex> _timephasedAssignmentsByTaskUID;
     std::optional<MSPINumberIndex> _assignmentsByResourceUID;
     std::optional<MSPITextIndex> _definitionsByFieldID;
     std::shared_ptr<MSPIAssignmentKeys> _assignmentKeys;

@@ -45,31 +45,38 @@ void scaleToAssignedWork(MSPITimephasedSpans& spans, MSPCTimeInterval assignedWo
 
 std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiTask(const MSPCFields& mspTask) {
     std::vector<MSPCXMLNewElement> pieces;
-    for (const auto& stretch : stretchesOfSpans(spansOfTask(mspTask))) {
-        pieces.push_back(newTaskFromStretch(stretch));
-        _taskEndDate = std::max(_taskEndDate, stretch.endDate());
+    Error error;
+    const auto uid = mspTask.intValue("UID", &error);
+    if (error || _mapper.index().timephasedAssignmentsByTaskUID().nodesWithKey(uid).empty()) {
+        return pieces;
+    }
+    const auto taskName = mspTask.text("Name");
+    const auto addPieces = [&](const MSPITimephasedSpans& stretches) {
+        for (const auto& stretch : stretches) {
+            pieces.push_back(newTaskFromStretch(stretch, *taskName));
+            _taskEndDate = std::max(_taskEndDate, stretch.endDate());
+        }
+    };
+    auto& known = _mapper.stretchCache();
+    if (const auto* stretches = known.find(uid)) {
+        _mapper.growthBounds().addRepeatedPieces(stretches->size());
+        addPieces(*stretches);
+    } else {
+        const auto found = stretchesOfSpans(spansOfTask(uid, *taskName));
+        known.add(uid, found);
+        addPieces(found);
     }
     return pieces;
 }
 
-MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(const MSPCFields& mspTask) const {
+MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std::string_view taskName) const {
     MSPITimephasedSpans spans;
-    Error error;
-    const auto uid = mspTask.intValue("UID", &error);
-    if (error) {
-        return spans;
-    }
-    const auto assignments = _mapper.index().assignmentsByTaskUID().nodesWithKey(uid);
-    if (assignments.empty()) {
-        return spans;
-    }
-    const auto taskName = mspTask.text("Name");
     MSPIGrowthBounds boundsOfTask;
-    for (const auto& assignment : assignments) {
-        collectSpansOfAssignment(assignment, *taskName, boundsOfTask, spans);
+    for (const auto& assignment : _mapper.index().timephasedAssignmentsByTaskUID().nodesWithKey(uid)) {
+        collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans);
     }
     if (!spans.empty()) {
-        scaleToAssignedWork(spans, assignedWorkOf(assignments));
+        scaleToAssignedWork(spans, assignedWorkOf(_mapper.index().assignmentsByTaskUID().nodesWithKey(uid)));
     }
     return spans;
 }
@@ -126,7 +133,8 @@ MSPITimephasedSpans MSPITimephasedDataMapper::stretchesOfSpans(MSPITimephasedSpa
     return stretches;
 }
 
-MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimephasedDataInfo& stretch) const {
+MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimephasedDataInfo& stretch,
+                                                                std::string_view taskName) const {
     auto newTask = _mapper.newElement("task");
     const auto task = newTask.node();
     const auto addChild = [&task](std::string_view name, std::string_view text) {
@@ -134,8 +142,8 @@ MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimepha
     };
     const auto& conversions = _mapper.conversions();
     setAttributeWithNameStringValue(task, "id", _mapper.getTempSplitTaskID());
-    _mapper.growthBounds().addRepeatedText(stretch.taskName().size());
-    addChild("title", stretch.taskName());
+    _mapper.growthBounds().addRepeatedText(taskName.size());
+    addChild("title", taskName);
     const auto scale = stretch.workScale() != 0 ? stretch.workScale() : 1.0;
     addChild("effort", MSPIUtilities::mppToKdzxDuration(stretch.duration() * scale));
     if (const auto start = conversions.mppToKdzxDateTime(stretch.startDate())) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "MSPCFields.h"
@@ -22,11 +24,11 @@ public:
     [[nodiscard]] std::optional<MSPCInstant> taskEndDate() const { return _taskEndDate; }
 
 private:
-    MSPITimephasedSpans spansOfTask(const MSPCFields& mspTask) const;
+    MSPITimephasedSpans spansOfTask(std::int64_t uid, std::string_view taskName) const;
     void collectSpansOfAssignment(const MSPCXMLNode& assignment, std::string_view taskName,
                                   MSPIGrowthBounds& boundsOfTask, MSPITimephasedSpans& spans) const;
     MSPITimephasedSpans stretchesOfSpans(MSPITimephasedSpans spans) const;
-    MSPCXMLNewElement newTaskFromStretch(const MSPITimephasedDataInfo& stretch) const;
+    MSPCXMLNewElement newTaskFromStretch(const MSPITimephasedDataInfo& stretch, std::string_view taskName) const;
 
     std::optional<MSPCInstant> _taskEndDate;
 };

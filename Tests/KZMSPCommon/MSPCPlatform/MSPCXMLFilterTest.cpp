@@ -346,6 +346,13 @@ TEST(MSPCXMLFilter, leavesAttributesOfWhatIsSetAsideToTheParser) {
               "kept <Plan><Task a=\"1\"></Task></Plan>\n<asides><Log/></asides>");
 }
 
+TEST(MSPCXMLFilter, leavesDocumentsThatSayWhatBlanksMeanToTheParser) {
+    EXPECT_EQ(setAsideOf("<Plan><Task xml:space=\"preserve\"><Log> <b>c</b> </Log></Task></Plan>", 0), "(refused)");
+    EXPECT_EQ(setAsideOf("<Plan xml:space=\"preserve\"><Task><Log> <b>c</b> </Log></Task></Plan>", 0), "(refused)");
+    EXPECT_EQ(setAsideOf("<Plan><Title xml:space=\"preserve\"> a </Title></Plan>", 0),
+              "kept <Plan><Title xml:space=\"preserve\"> a </Title></Plan>");
+}
+
 // More than fits into one block of memory, by the million and each alone.
 TEST(MSPCXMLFilter, setsAnyNumberAndSizeAside) {
     static const auto selection = MSPCXMLSelection::fromText("Plan(Task(~Log))");

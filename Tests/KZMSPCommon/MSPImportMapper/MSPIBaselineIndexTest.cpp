@@ -132,6 +132,22 @@ TEST(MSPIBaselineIndex, TakesTheLastValueOfANameForTheLastChildOfThatName) {
     EXPECT_EQ(index.targets(4).front().values.front().child, start.back());
 }
 
+TEST(MSPIBaselineIndex, KeepsAValueOnceHoweverManyNumbersItsBaselineHas) {
+    std::string numbers;
+    for (int number = 0; number <= 10; ++number) {
+        numbers += "<Number>" + std::to_string(number) + "</Number>";
+    }
+    const auto document = documentFromXML("<Project><Tasks><Task><UID>1</UID><Notes>n</Notes><Baseline>" + numbers +
+                                          "<Notes>long</Notes><UID>2</UID></Baseline></Task></Tasks></Project>");
+    const MSPIBaselineIndex index(document);
+    const auto* const text = index.targets(0).front().values.front().text.data();
+    for (int number = 0; number <= 10; ++number) {
+        EXPECT_EQ(targetsOf(index, number), ":Notes=long UID=2 ");
+        EXPECT_EQ(index.targets(number).front().values.front().text.data(), text);
+        EXPECT_FALSE(index.unchangedLists(number).tasks);
+    }
+}
+
 TEST(MSPIBaselineIndex, TellsWhichListsABaselineLeavesAsTheyWereLoaded) {
     const auto document = documentFromXML(
         "<Project><Tasks><Task><UID>1</UID><Start>x</Start>" + baseline("0") + baseline("1") +

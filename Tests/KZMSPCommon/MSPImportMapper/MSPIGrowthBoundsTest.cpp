@@ -13,6 +13,7 @@ namespace {
 
 constexpr const char* tooManyElements =
     "Too many working times and calendar events in all schedules together: more than 1000000.";
+constexpr const char* tooManyPieces = "Too many pieces of split tasks with the same UID: more than 1000000.";
 constexpr const char* tooMuchText = "Too much text in repeated names: more than 1073741824 bytes.";
 
 }  // namespace
@@ -32,10 +33,19 @@ TEST(MSPIGrowthBounds, aGigabyteOfRepeatedTextIsAllowedOneByteMoreIsNot) {
     EXPECT_RAISES(bounds.addRepeatedText(1), MSPCInternalInconsistency, tooMuchText);
 }
 
-TEST(MSPIGrowthBounds, theTwoBoundsAreCountedApart) {
+TEST(MSPIGrowthBounds, aMillionRepeatedPiecesAreAllowedOneMoreIsNot) {
+    MSPIGrowthBounds bounds;
+    bounds.addRepeatedPieces(999'999);
+    bounds.addRepeatedPieces(1);
+    EXPECT_RAISES(bounds.addRepeatedPieces(1), MSPCInternalInconsistency, tooManyPieces);
+}
+
+TEST(MSPIGrowthBounds, theBoundsAreCountedApart) {
     MSPIGrowthBounds bounds;
     bounds.addScheduleElements(1'000'000);
     bounds.addRepeatedText(1'073'741'824);
+    bounds.addRepeatedPieces(1'000'000);
+    EXPECT_RAISES(bounds.addRepeatedPieces(1), MSPCInternalInconsistency, tooManyPieces);
     EXPECT_RAISES(bounds.addScheduleElements(1), MSPCInternalInconsistency, tooManyElements);
     EXPECT_RAISES(bounds.addRepeatedText(1), MSPCInternalInconsistency, tooMuchText);
 }
@@ -47,6 +57,8 @@ TEST(MSPIGrowthBounds, noNumberIsTooLargeToBeRefused) {
     bounds.addRepeatedText(1);
     EXPECT_RAISES(bounds.addScheduleElements(largest), MSPCInternalInconsistency, tooManyElements);
     EXPECT_RAISES(bounds.addRepeatedText(largest), MSPCInternalInconsistency, tooMuchText);
+    bounds.addRepeatedPieces(1);
+    EXPECT_RAISES(bounds.addRepeatedPieces(largest), MSPCInternalInconsistency, tooManyPieces);
 }
 
 TEST(MSPIGrowthBounds, aWeekMayHaveAWorkingTimePerMinute) {

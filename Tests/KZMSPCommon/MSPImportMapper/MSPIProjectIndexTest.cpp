@@ -48,7 +48,7 @@ std::string numberText(std::mt19937& random) {
 std::string elementList(std::mt19937& random, std::string_view list, std::string_view element, std::string_view key) {
     auto xml = fmt::format("<{}>", list);
     for (auto count = random() % 12; count > 0; --count) {
-        xml += fmt::format("<{}>", element);
+        xml += fmt::format("<{}>{}", element, random() % 2 == 0 ? "<TimephasedData/>" : "");
         for (auto keys = std::array{0u, 1u, 1u, 1u, 1u, 1u, 2u, 3u}[random() % 8]; keys > 0; --keys) {
             xml += fmt::format("<{0}>{1}</{0}><Other>{1}</Other>", key, numberText(random));
         }
@@ -103,6 +103,8 @@ TEST(MSPIProjectIndex, findsWhatTheQueriesFind) {
             expectSameAsQuery(index.tasksByUID(), project, "Tasks/Task[UID={}]", number);
             expectSameAsQuery(index.calendarsByUID(), project, "Calendars/Calendar[UID={}]", number);
             expectSameAsQuery(index.assignmentsByTaskUID(), project, "Assignments/Assignment[TaskUID={}]", number);
+            expectSameAsQuery(index.timephasedAssignmentsByTaskUID(), project,
+                              "Assignments/Assignment[TimephasedData][TaskUID={}]", number);
             expectSameAsQuery(index.assignmentsByResourceUID(), project, "Assignments/Assignment[ResourceUID={}]",
                               number);
         }

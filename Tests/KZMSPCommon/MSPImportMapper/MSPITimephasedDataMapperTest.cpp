@@ -223,6 +223,49 @@ TEST(MSPITimephasedDataMapper, countsProvisionalIdsOverAllTasksOfAScenario) {
     EXPECT_EQ(mapping.pieces(), (Pieces{dayPiece(3, 5), dayPiece(4, 7)}));
 }
 
+TEST(MSPITimephasedDataMapper, givesEachOfSeveralTasksOfOneUIDTheSamePiecesUnderItsOwnName) {
+    SplitMapping mapping(assignment(day(5) + day(7)));
+    int number = 1;
+    for (const std::string name : {"Dig", "Dig deeper", "Dig", "Dig on"}) {
+        const auto task = documentFromXML("<Task><UID>7</UID><Name>" + name + "</Name></Task>");
+        MSPITimephasedDataMapper mapper(mapping.fixture.context);
+        Pieces pieces;
+        for (auto& piece : mapper.newSplitTasksFromMspdiTask(task.root())) {
+            pieces.push_back(markupOf(std::move(piece)));
+        }
+        const auto title = "<title>" + name + "</title>";
+        const auto pieceOf = [&](int dayOfMarch) {
+            return piece(number++, "28800.00", fmt::format("{:02}T08:00", dayOfMarch),
+                         fmt::format("{:02}T17:00", dayOfMarch), "28800.00", title);
+        };
+        const auto first = pieceOf(5);
+        EXPECT_EQ(pieces, (Pieces{first, pieceOf(7)}));
+        EXPECT_EQ(mapper.taskEndDate(), mapping.fixture.context.conversions().mspdiToMppDateTime("2012-03-07T17:00:00"));
+    }
+}
+
+// Finding the stretches of each of them again would take minutes.
+TEST(MSPITimephasedDataMapper, findsTheStretchesOfManyTasksOfOneUIDOnce) {
+    std::string records;
+    for (int i = 0; i < 20'000; ++i) {
+        records += assignment(day(5 + i % 3));
+    }
+    SplitMapping mapping(records);
+    for (int task = 0; task < 20'000; ++task) {
+        ASSERT_EQ(mapping.mapper.newSplitTasksFromMspdiTask(mapping.fixture.node("Tasks/Task")).size(), 0U);
+    }
+}
+
+TEST(MSPITimephasedDataMapper, refusesPiecesWithoutNumberForManyTasksOfOneUID) {
+    SplitMapping mapping(assignment(day(5) + day(7)));
+    EXPECT_EQ(mapping.pieces().size(), 2U);
+    EXPECT_EQ(mapping.pieces().size(), 2U);
+    mapping.fixture.context.growthBounds().addRepeatedPieces(999'998);
+    EXPECT_EQ(mapping.pieces().size(), 2U);
+    EXPECT_RAISES(mapping.pieces(), MSPCInternalInconsistency,
+                  "Too many pieces of split tasks with the same UID: more than 1000000.");
+}
+
 TEST(MSPITimephasedDataMapper, givesPiecesOfANamelessTaskAnEmptyTitle) {
     const auto pieces = SplitMapping(assignment(day(5) + day(7)), "<UID>7</UID>").pieces();
     ASSERT_EQ(pieces.size(), 2u);
