@@ -59,6 +59,21 @@ private:
     MSPCProgress& _progress;
 };
 
+// Lets go of what was found out about the documents of one import, before the documents themselves.
+class FindingsOfImport {
+public:
+    explicit FindingsOfImport(MSPIImportInfo& info) : _info(info) {}
+    ~FindingsOfImport() {
+        _info.baselines.reset();
+        _info.index.reset();
+    }
+    FindingsOfImport(const FindingsOfImport&) = delete;
+    FindingsOfImport& operator=(const FindingsOfImport&) = delete;
+
+private:
+    MSPIImportInfo& _info;
+};
+
 }  // namespace
 
 // The three documents of one import.
@@ -95,6 +110,7 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     const auto bundlePath = copyTemplate(source, destination);
     // From here on the bundle exists; nothing is rolled back.
     auto documents = loadDocuments(source, bundlePath);
+    const FindingsOfImport findings(_info);
     _info.index = std::make_shared<MSPIProjectIndex>(documents.mspdi.root());
     if (!importScenario(std::nullopt, documents, bundlePath)) {
         return false;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <optional>
 #include <utility>
 
 class MSPCStandardErrorLog::Sink {
@@ -37,7 +38,7 @@ private:
     std::string _origin;
     // Most lines of a long import come within the second of the line before.
     spdlog::pattern_formatter _formatter{"%Y-%m-%d %H:%M:%S", spdlog::pattern_time_type::local, ""};
-    std::chrono::time_point<spdlog::log_clock, std::chrono::seconds> _second{};
+    std::optional<std::chrono::time_point<spdlog::log_clock, std::chrono::seconds>> _second;
     spdlog::memory_buf_t _timeOfSecond;
     spdlog::memory_buf_t _line;
 };

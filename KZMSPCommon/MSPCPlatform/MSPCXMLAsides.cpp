@@ -1,5 +1,6 @@
 #include "MSPCXMLAsides.h"
 
+#include "MSPCException.h"
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLFilter.h"
 
@@ -52,5 +53,9 @@ std::optional<MSPCXMLDocument> MSPCXMLAsides::Walk::next() {
     bytes.reserve(startTag.size() + markup.size() + endTag.size());
     bytes.append(startTag).append(markup).append(endTag);
     _list.freeBlocksBefore(_family);
-    return MSPCXMLDocument::readFiltered({std::move(bytes), _hasSections, {}});
+    auto document = MSPCXMLDocument::readFiltered({std::move(bytes), _hasSections, {}});
+    if (!document) {
+        throw MSPCInternalInconsistency("Failed to read elements that were set aside.");
+    }
+    return document;
 }

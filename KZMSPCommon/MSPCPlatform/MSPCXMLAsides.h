@@ -47,7 +47,8 @@ public:
     class Walk {
     public:
         // The children of the next element that were set aside: the child elements of the document's root. None where
-        // there are none.
+        // there are none. Raises `MSPCInternalInconsistency` "Failed to read elements that were set aside." for markup
+        // that is not sound, which would otherwise be missing without a word.
         [[nodiscard]] std::optional<MSPCXMLDocument> next();
 
     private:

@@ -56,7 +56,7 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& ele
             }
             const auto shown = read != nullptr ? read->entries.back().values : values.append(element, baseline);
             entries.push_back({position, baseline, shown});
-            showsUID = showsUID || (read != nullptr ? read->showsUID : values.haveUID());
+            showsUID = showsUID || (read != nullptr ? read->showsUID : values.showUID());
             read = &_byNumber[whole];
         }
     }

@@ -36,7 +36,7 @@ public:
         std::span<const MSPIBaselineValue> values;
     };
 
-    // Of the baselines that the document has in its tree, and those that were set aside when it was loaded.
+    // Of the baselines that the document has in its tree, and a copy of those that were set aside when it was loaded.
     explicit MSPIBaselineIndex(const MSPCXMLDocument& mspDocument);
     // With what was set aside taken out of the document, which is then freed on the way.
     MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLAsides asides);

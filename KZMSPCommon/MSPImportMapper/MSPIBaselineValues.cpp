@@ -20,9 +20,8 @@ std::span<const MSPIBaselineValue> MSPIBaselineValues::append(const MSPCFields& 
     if (_positionByField.size() < fields.size()) {
         _positionByField.resize(fields.size(), None);
     }
-    auto& values = blockWithRoomFor(childCountOf(baseline));
+    auto& values = blockWithRoomFor(std::min(fields.size(), childCountOf(baseline)));
     const auto start = values.size();
-    std::string buffer;
     for (auto child = baseline.firstChild(); child; child = child.nextSibling()) {
         const auto name = child.name();
         const auto field = element.lastPosition(name);
@@ -34,15 +33,18 @@ std::span<const MSPIBaselineValue> MSPIBaselineValues::append(const MSPCFields& 
         if (position == None) {
             position = values.size();
             values.push_back({fields[field].element, {}});
-            _fieldsShown.push_back(field);
-            _haveUID = _haveUID || name.ends_with("UID");
+            _shown.push_back({field, child});
+            _showUID = _showUID || name.ends_with("UID");
+        } else {
+            _shown[position - start].value = child;
         }
-        values[position].text = kept(child.stringValue(buffer));
     }
-    for (const auto field : _fieldsShown) {
-        _positionByField[field] = None;
+    std::string buffer;
+    for (std::size_t index = 0; index < _shown.size(); ++index) {
+        values[start + index].text = kept(_shown[index].value.stringValue(buffer));
+        _positionByField[_shown[index].field] = None;
     }
-    _fieldsShown.clear();
+    _shown.clear();
     return std::span(values).subspan(start);
 }
 

@@ -25,20 +25,26 @@ public:
     std::span<const MSPIBaselineValue> append(const MSPCFields& element, const MSPCXMLNode& baseline);
 
     // Whether any value that was ever appended is for a number by which elements are looked up ("UID", "TaskUID" …).
-    [[nodiscard]] bool haveUID() const { return _haveUID; }
+    [[nodiscard]] bool showUID() const { return _showUID; }
 
 private:
+    // A field of the element, and the last child of the baseline that bears its name.
+    struct Shown {
+        std::size_t field;
+        MSPCXMLNode value;
+    };
+
     [[nodiscard]] std::vector<MSPIBaselineValue>& blockWithRoomFor(std::size_t count);
     [[nodiscard]] std::string_view kept(std::string_view text);
 
     // None ever grows beyond its room, so that values stay in their places.
     std::deque<std::vector<MSPIBaselineValue>> _blocks;
-    bool _haveUID = false;
+    bool _showUID = false;
     std::pmr::monotonic_buffer_resource _texts;
 
-    // For the baseline that is being appended: the element's fields that show a value so far, and by field its position
-    // in the last block or None.
+    // For the baseline that is being appended: what it shows so far, and by field the position of the value in the last
+    // block or None.
     static constexpr auto None = static_cast<std::size_t>(-1);
-    std::vector<std::size_t> _fieldsShown;
+    std::vector<Shown> _shown;
     std::vector<std::size_t> _positionByField;
 };

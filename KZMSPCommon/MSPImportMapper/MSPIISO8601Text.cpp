@@ -49,9 +49,9 @@ public:
 
 private:
     static constexpr std::size_t MostFields = 8;
-    static constexpr std::size_t LongestField = 21;  // with its separator or sign
+    static constexpr std::size_t LongestField = 22;  // 20 digits and signs, with what stands before and behind
 
-    std::array<char, MostFields * (LongestField + 1)> _text;
+    std::array<char, MostFields * LongestField> _text;
     std::size_t _size = 0;
 };
 
@@ -89,8 +89,8 @@ void appendZone(DateTimeText& text, const MSPCDateComponents& components, MSPCUn
         text.append('Z');
         return;
     }
-    const auto hour = units & MSPCUnit::ZoneHour ? components.timeZoneHour : 0;
-    const auto minute = units & MSPCUnit::ZoneMinute ? components.timeZoneMinute : 0;
+    const auto hour = units & MSPCUnit::ZoneHour ? MSPCDefinedOrZero(components.timeZoneHour) : 0;
+    const auto minute = units & MSPCUnit::ZoneMinute ? MSPCDefinedOrZero(components.timeZoneMinute) : 0;
     text.append(hour < 0 || minute < 0 ? '-' : '+');
     text.appendTwoDigits(std::abs(hour));
     text.append(':');

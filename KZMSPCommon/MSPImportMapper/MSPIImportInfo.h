@@ -21,6 +21,7 @@ struct MSPIImportInfo {
     // InfoKDZXScenarioName: "Actual", "Baseline" (of number 0) or "Baseline1" to "Baseline10". Set by the importer, read
     // by the mapper.
     std::optional<std::string> kdzxScenarioName;
+    // The next two belong to the document that the mapper is given, and are of no use after it.
     // What the project holds for each baseline, found once for all scenarios by the importer; a mapper that is not told
     // looks for itself.
     std::shared_ptr<const MSPIBaselineIndex> baselines;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "MSPCXMLDocument.h"
+#include "MSPIBaselineJournal.h"
 #include "MSPIBaselinePatch.h"
 #include "MSPIImportInfo.h"
 #include "MSPIMappingContext.h"

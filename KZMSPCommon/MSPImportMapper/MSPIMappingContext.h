@@ -40,7 +40,8 @@ public:
     // Tasks, assignments, calendars and definitions of the project by their keys. Built by the first look-up of each
     // kind; from then on the project's lists must not change.
     [[nodiscard]] MSPIProjectIndex& index() { return _index; }
-    // Looks up what has not changed since the project was loaded in an index that outlives this scenario.
+    // Looks up what has not changed since the project was loaded in an index of the same document that outlives this
+    // scenario; a null pointer is none.
     void shareIndex(std::shared_ptr<MSPIProjectIndex> asLoaded, MSPIUnchangedLists unchanged) {
         _index = MSPIProjectIndex(_mspProject, std::move(asLoaded), unchanged);
     }

@@ -50,13 +50,14 @@ struct MSPIUnchangedLists {
 };
 
 // The look-ups by key that mapping makes for every task, resource or assignment, each list read once, when it is first
-// needed. The lists must not change between a first look-up and the last.
+// needed: whoever looks something up must find the list as it was then. Keys of tasks and assignments are children whose
+// names end in "UID"; what baselines show is watched for these names.
 class MSPIProjectIndex {
 public:
     MSPIProjectIndex() = default;
     explicit MSPIProjectIndex(const MSPCXMLNode& project) : _project(project) {}
     // Of a project of which a baseline shows: what the baseline leaves as it is, is looked up in the index of the
-    // project as it was loaded.
+    // project as it was loaded, where there is one.
     MSPIProjectIndex(const MSPCXMLNode& project, std::shared_ptr<MSPIProjectIndex> asLoaded,
                      MSPIUnchangedLists unchanged);
 

@@ -69,10 +69,6 @@ MSPIUtilities::MSPIUtilities(const MSPCServices& services)
 }
 
 bool MSPIUtilities::isIsoiDateTime(std::string_view text) const {
-    // Without one of these there is neither a date nor a time, which most values are soon known by.
-    if (text.find_first_of("-:") == std::string_view::npos) {
-        return false;
-    }
     const auto units = unitsOfISODateTime(text);
     return units != MSPCUnit::NotFound && units != 0;
 }

@@ -353,7 +353,7 @@ TEST(MSPCXMLFilter, leavesDocumentsThatSayWhatBlanksMeanToTheParser) {
               "kept <Plan><Title xml:space=\"preserve\"> a </Title></Plan>");
 }
 
-// More than fits into one block of memory, by the million and each alone.
+// More than fits into one block of memory, by the thousand and each alone.
 TEST(MSPCXMLFilter, setsAnyNumberAndSizeAside) {
     static const auto selection = MSPCXMLSelection::fromText("Plan(Task(~Log))");
     std::string text = "<Plan>";

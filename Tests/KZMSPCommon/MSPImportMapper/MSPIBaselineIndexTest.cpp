@@ -148,6 +148,27 @@ TEST(MSPIBaselineIndex, KeepsAValueOnceHoweverManyNumbersItsBaselineHas) {
     }
 }
 
+TEST(MSPIBaselineIndex, KeepsTheValuesOfManyElementsApart) {
+    constexpr int tasks = 3'000;
+    std::string content;
+    for (int task = 0; task < tasks; ++task) {
+        const auto text = std::to_string(task);
+        content += "<Task><Name>n</Name><Start>s</Start><Work>w</Work><Baseline><Number>1</Number><Name>Task " + text +
+                   "</Name><Start>at " + text + "</Start><Work>of " + text + "</Work></Baseline></Task>";
+    }
+    const auto document = documentFromXML("<Project><Tasks>" + content + "</Tasks></Project>");
+    const MSPIBaselineIndex index(document);
+    const auto targets = index.targets(1);
+    ASSERT_EQ(targets.size(), static_cast<std::size_t>(tasks));
+    for (int task = 0; task < tasks; ++task) {
+        const auto& values = targets[static_cast<std::size_t>(task)].values;
+        ASSERT_EQ(values.size(), 3U);
+        ASSERT_EQ(values[0].text, "Task " + std::to_string(task));
+        ASSERT_EQ(values[1].text, "at " + std::to_string(task));
+        ASSERT_EQ(values[2].text, "of " + std::to_string(task));
+    }
+}
+
 TEST(MSPIBaselineIndex, TellsWhichListsABaselineLeavesAsTheyWereLoaded) {
     const auto document = documentFromXML(
         "<Project><Tasks><Task><UID>1</UID><Start>x</Start>" + baseline("0") + baseline("1") +
