@@ -11,9 +11,9 @@
 
 class MSPCXMLDocument;
 
-// The elements that the selection of a document sets aside. A tree of what is read once, or by few, would make every walk
-// over the rest of the document longer, and the document several times as large. They are kept as markup, by the elements
-// they were children of.
+// The elements that the selection of a document sets aside. A tree of what is read once, or by few, would make every
+// walk over the rest of the document longer, and the document several times as large. They are kept as markup, by the
+// elements they were children of.
 class MSPCXMLAsides {
 public:
     // Those of all elements at one path.

@@ -400,8 +400,9 @@ private:
     static bool isPlainAttributes(std::string_view tag, const MSPCXMLSelection* selection) {
         const auto quotes = std::count(tag.begin(), tag.end(), '"');
         const bool saysWhatBlanksMean = tag.find("xml:space") != std::string_view::npos;
-        return selection != nullptr && (selection->isWhole() || !saysWhatBlanksMean) && quotes % 2 == 0 && tag.find('\'') == std::string_view::npos &&
-               tag.find('<', 1) == std::string_view::npos && isPlainText(tag);
+        return selection != nullptr && (selection->isWhole() || !saysWhatBlanksMean) && quotes % 2 == 0 &&
+               tag.find('\'') == std::string_view::npos && tag.find('<', 1) == std::string_view::npos &&
+               isPlainText(tag);
     }
 
     // What a new element below the innermost open one is; a null pointer when it is left out.

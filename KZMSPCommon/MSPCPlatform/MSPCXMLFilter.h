@@ -19,8 +19,8 @@ struct MSPCXMLFiltered {
 
 // Reads a document in pieces and keeps the elements that are selected: start tags, text, CDATA sections and end tags as
 // they stand. None for a document that is not plain: another encoding than UTF-8, a document type, attributes on
-// elements that are left out or set aside, text in elements of which only children are kept, or anything that a parser might refuse
-// or would have to mend. Such documents must be read as a whole. Takes a little more memory than the bytes it keeps.
-// `expectedSize` is that of the whole document in bytes.
+// elements that are left out or set aside, text in elements of which only children are kept, or anything that a parser
+// might refuse or would have to mend. Such documents must be read as a whole. Takes a little more memory than the bytes
+// it keeps. `expectedSize` is that of the whole document in bytes.
 [[nodiscard]] std::optional<MSPCXMLFiltered> filteredXML(const MSPCByteReader& read, std::size_t expectedSize,
                                                          const MSPCXMLSelection& selection);

@@ -41,8 +41,8 @@ public:
     [[nodiscard]] explicit operator bool() const noexcept { return _node != nullptr; }
     friend bool operator==(const MSPCXMLNode&, const MSPCXMLNode&) noexcept = default;
 
-    // Has the processor fetch what a look at the node, or at its own text, is going to need. Worth it some nodes ahead of
-    // a walk that jumps about in a large document; the second looks at the node.
+    // Has the processor fetch what a look at the node, or at its own text, is going to need. Worth it some nodes ahead
+    // of a walk that jumps about in a large document; the second looks at the node.
     void prefetch() const noexcept { __builtin_prefetch(_node); }
     void prefetchText() const noexcept;
 

@@ -34,7 +34,8 @@ std::size_t MSPCXMLSelection::readChildren(std::string_view text, std::size_t at
         selection._takesSiblingNames = takeMark(text, at, '*');
         const auto end = std::min(text.find_first_of(delimiters, at), text.size());
         const auto name = text.substr(at, end - at);
-        selection._path = parent._isDocument ? "" : parent._path + (parent._path.empty() ? "" : "/") + std::string(name);
+        selection._path =
+            parent._isDocument ? "" : parent._path + (parent._path.empty() ? "" : "/") + std::string(name);
         parent._setsChildrenAside = parent._setsChildrenAside || selection._isSetAside;
         at = end < text.size() && text[end] == '(' ? readChildren(text, end + 1, selection) : end;
         parent.add(name, std::move(selection));

@@ -17,18 +17,17 @@ MSPIAssignmentKeys::Number numberOf(const MSPCXMLNode& assignment, std::string_v
 }  // namespace
 
 MSPIAssignmentKeys::MSPIAssignmentKeys(std::vector<MSPCXMLNode> mspAssignments)
-    : _unread(std::move(mspAssignments)), _count(_unread.size()) {}
+    : _unread(std::move(mspAssignments)), _count(_unread.size()) {
+}
 
 MSPIAssignmentKeys::Range MSPIAssignmentKeys::rangeOfTask(std::int64_t taskUID) {
     if (!_unread.empty()) {
         readTaskUIDs();
     }
-    const auto first = std::lower_bound(_entries.begin(), _entries.end(), taskUID, [](const Entry& entry, auto uid) {
-        return entry.taskUID.value < uid;
-    });
-    const auto last = std::upper_bound(first, _entries.end(), taskUID, [](auto uid, const Entry& entry) {
-        return uid < entry.taskUID.value;
-    });
+    const auto first = std::lower_bound(_entries.begin(), _entries.end(), taskUID,
+                                        [](const Entry& entry, auto uid) { return entry.taskUID.value < uid; });
+    const auto last = std::upper_bound(first, _entries.end(), taskUID,
+                                       [](auto uid, const Entry& entry) { return uid < entry.taskUID.value; });
     return {static_cast<std::size_t>(first - _entries.begin()), static_cast<std::size_t>(last - _entries.begin())};
 }
 

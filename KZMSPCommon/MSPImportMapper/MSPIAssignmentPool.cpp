@@ -1,7 +1,8 @@
 #include "MSPIAssignmentPool.h"
 
 MSPIAssignmentPool::MSPIAssignmentPool(std::shared_ptr<MSPIAssignmentKeys> keys)
-    : _keys(std::move(keys)), _remaining(_keys->count()), _examined(_keys->count(), 0) {}
+    : _keys(std::move(keys)), _remaining(_keys->count()), _examined(_keys->count(), 0) {
+}
 
 std::vector<MSPCXMLNode> MSPIAssignmentPool::takeAssignmentsOfTask(std::int64_t taskUID, bool isReportingErrors) {
     std::vector<MSPCXMLNode> taken;

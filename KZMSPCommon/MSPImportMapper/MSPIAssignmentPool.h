@@ -18,9 +18,9 @@ public:
     [[nodiscard]] bool isEmpty() const { return _remaining == 0; }
 
     // Takes the assignments whose integer `TaskUID` is that of the task and whose integer `ResourceUID` is 0 or more,
-    // in document order. With `isReportingErrors` one that has no or several `TaskUID` or `ResourceUID` children does not
-    // match; without, the value read counts (0 for a missing one, the last of several), and from then on errors of this
-    // task are not reported any more. Raises `MSPCInternalInconsistency` "Expected NSXMLNodeProxy as a Assignment
+    // in document order. With `isReportingErrors` one that has no or several `TaskUID` or `ResourceUID` children does
+    // not match; without, the value read counts (0 for a missing one, the last of several), and from then on errors of
+    // this task are not reported any more. Raises `MSPCInternalInconsistency` "Expected NSXMLNodeProxy as a Assignment
     // object." for an empty handle and what the integer getter raises for texts that are no numbers.
     [[nodiscard]] std::vector<MSPCXMLNode> takeAssignmentsOfTask(std::int64_t taskUID, bool isReportingErrors);
 

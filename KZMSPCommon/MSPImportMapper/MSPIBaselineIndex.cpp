@@ -8,7 +8,8 @@
 #include "MSPIXPathNumber.h"
 
 MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument)
-    : MSPIBaselineIndex(mspDocument, mspDocument.asides()) {}
+    : MSPIBaselineIndex(mspDocument, mspDocument.asides()) {
+}
 
 MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLAsides asides) {
     const auto project = mspDocument.root();

@@ -56,9 +56,10 @@ private:
     struct OfNumber {
         MSPIBaselineCounts counts;
         std::vector<Entry> entries;  // in the order of _elements, at most one for each
-        bool showsUID = false;  // or a number by which assignments are looked up
-        // Of the entries, one after the other, but for those of baselines with several numbers, which the first has: reading them while the index is made, all baselines of an element at once,
-        // spares a walk over the whole document for each baseline.
+        bool showsUID = false;       // or a number by which assignments are looked up
+        // Of the entries, one after the other, but for those of baselines with several numbers, which the first has:
+        // reading them while the index is made, all baselines of an element at once, spares a walk over the whole
+        // document for each baseline.
         MSPIBaselineValues values;
     };
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-// A child that is one text gets another one and stays where it is. Any other child, and a text that is or becomes empty,
-// gives way to a new element.
+// A child that is one text gets another one and stays where it is. Any other child, and a text that is or becomes
+// empty, gives way to a new element.
 void MSPIBaselineJournal::show(MSPCXMLNode target, const MSPIBaselineValue& value) {
     auto child = value.child;
     const auto start = _originalTexts.size();

@@ -20,8 +20,8 @@ struct MSPIBaselineValue {
 // which they are shown: the baselines themselves are scattered over the whole document.
 class MSPIBaselineValues {
 public:
-    // Appends the values of one baseline, and gives them: for each child of the element that is the last of its name, the
-    // last value of that name. "Number" is none. Valid as long as this object.
+    // Appends the values of one baseline, and gives them: for each child of the element that is the last of its name,
+    // the last value of that name. "Number" is none. Valid as long as this object.
     std::span<const MSPIBaselineValue> append(const MSPCFields& element, const MSPCXMLNode& baseline);
 
     // Whether any value that was ever appended is for a number by which elements are looked up ("UID", "TaskUID" …).

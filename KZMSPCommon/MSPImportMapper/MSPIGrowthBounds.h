@@ -16,8 +16,8 @@ public:
     // than 1073741824 bytes." above that number.
     void addRepeatedText(std::uint64_t bytes);
 
-    // Pieces of split tasks that bear the UID of a task before them. Raises `MSPCInternalInconsistency` "Too many pieces of
-    // split tasks with the same UID: more than 1000000." above that number.
+    // Pieces of split tasks that bear the UID of a task before them. Raises `MSPCInternalInconsistency` "Too many
+    // pieces of split tasks with the same UID: more than 1000000." above that number.
     void addRepeatedPieces(std::uint64_t count);
 
     // Working times of the project's own week, all of which count for every stretch of split work. Raises

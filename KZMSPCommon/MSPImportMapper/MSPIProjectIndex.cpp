@@ -39,9 +39,8 @@ std::vector<std::pair<Key, MSPCXMLNode>> entriesByKey(const MSPCXMLNode& project
 MSPINumberIndex::MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key,
                                  std::string_view required) {
     std::string buffer;
-    const auto entries = entriesByKey<double>(project, path, key, required, [&](const MSPCXMLNode& child) {
-        return xpathNumber(child.stringValue(buffer));
-    });
+    const auto entries = entriesByKey<double>(
+        project, path, key, required, [&](const MSPCXMLNode& child) { return xpathNumber(child.stringValue(buffer)); });
     _keys.reserve(entries.size());
     _nodes.reserve(entries.size());
     for (const auto& [number, node] : entries) {
@@ -68,9 +67,9 @@ MSPCXMLNode MSPINumberIndex::singleNodeWithKey(std::int64_t number, Error* error
 }
 
 MSPITextIndex::MSPITextIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key)
-    : _entries(entriesByKey<std::string>(project, path, key, {}, [](const MSPCXMLNode& child) {
-          return std::optional(child.stringValue());
-      })) {}
+    : _entries(entriesByKey<std::string>(project, path, key, {},
+                                         [](const MSPCXMLNode& child) { return std::optional(child.stringValue()); })) {
+}
 
 MSPCXMLNode MSPITextIndex::singleNodeWithKey(std::string_view text, Error* error) const {
     const auto first = std::lower_bound(_entries.begin(), _entries.end(), text,
@@ -95,7 +94,8 @@ const Index& builtOnce(std::optional<Index>& index, const MSPCXMLNode& project, 
 
 MSPIProjectIndex::MSPIProjectIndex(const MSPCXMLNode& project, std::shared_ptr<MSPIProjectIndex> asLoaded,
                                    MSPIUnchangedLists unchanged)
-    : _project(project), _asLoaded(std::move(asLoaded)), _unchanged(unchanged) {}
+    : _project(project), _asLoaded(std::move(asLoaded)), _unchanged(unchanged) {
+}
 
 const MSPINumberIndex& MSPIProjectIndex::tasksByUID() {
     return builtOnce(holderOf(_unchanged.tasks)._tasksByUID, _project, "Tasks/Task", "UID");

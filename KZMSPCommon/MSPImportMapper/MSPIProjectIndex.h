@@ -17,8 +17,8 @@
 // element with several such children is found by each of them.
 class MSPINumberIndex {
 public:
-    // The elements at `path` below `project`, by their children named `key`; with `required` only those that have a child
-    // of that name.
+    // The elements at `path` below `project`, by their children named `key`; with `required` only those that have a
+    // child of that name.
     MSPINumberIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key,
                     std::string_view required = {});
 
@@ -50,8 +50,8 @@ struct MSPIUnchangedLists {
 };
 
 // The look-ups by key that mapping makes for every task, resource or assignment, each list read once, when it is first
-// needed: whoever looks something up must find the list as it was then. Keys of tasks and assignments are children whose
-// names end in "UID"; what baselines show is watched for these names.
+// needed: whoever looks something up must find the list as it was then. Keys of tasks and assignments are children
+// whose names end in "UID"; what baselines show is watched for these names.
 class MSPIProjectIndex {
 public:
     MSPIProjectIndex() = default;

@@ -21,10 +21,9 @@ std::string idOf(const MSPCXMLNode& element) { return element.attribute("id").st
 
 }  // namespace
 
-void MSPIProjectMapper::buildMspTasksMspAssignmentsScenarioTopGroupTask(std::span<const MSPCXMLNode> mspTasks,
-                                                                        std::shared_ptr<MSPIAssignmentKeys> mspAssignments,
-                                                                        const MSPCXMLNode& scenario,
-                                                                        const MSPCXMLNode& topGroupTask) {
+void MSPIProjectMapper::buildMspTasksMspAssignmentsScenarioTopGroupTask(
+    std::span<const MSPCXMLNode> mspTasks, std::shared_ptr<MSPIAssignmentKeys> mspAssignments,
+    const MSPCXMLNode& scenario, const MSPCXMLNode& topGroupTask) {
     TaskRun run{.tree = MSPITaskTree(mspTasks.size(), _mapper.isSavedBy2007OrLater()),
                 .assignments = MSPIAssignmentPool(std::move(mspAssignments)),
                 .scenario = scenario,
@@ -67,7 +66,8 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
     const auto task = run.scenario.appendChild(std::move(newTask));
     const bool hasPieces = addSplitPieces(fields, task, run);
     // Pieces take the place of the owner's type.
-    run.tree.record(idOf(task), {mspTask, task, hasPieces ? MSPCXMLNode() : taskMapper.kdzxType(), outlineLevel, isSummary});
+    run.tree.record(idOf(task),
+                    {mspTask, task, hasPieces ? MSPCXMLNode() : taskMapper.kdzxType(), outlineLevel, isSummary});
     if (!isSummary || hasPieces) {
         addMspAssignmentsForMspdiTaskToTask(fields, task, run);
     }

@@ -134,7 +134,7 @@ MSPITimephasedSpans MSPITimephasedDataMapper::stretchesOfSpans(MSPITimephasedSpa
 }
 
 MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimephasedDataInfo& stretch,
-                                                                std::string_view taskName) const {
+                                                               std::string_view taskName) const {
     auto newTask = _mapper.newElement("task");
     const auto task = newTask.node();
     const auto addChild = [&task](std::string_view name, std::string_view text) {

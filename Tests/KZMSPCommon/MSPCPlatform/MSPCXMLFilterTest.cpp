@@ -325,13 +325,14 @@ std::string setAsideOf(const std::string& text, int parents) {
 }  // namespace
 
 TEST(MSPCXMLFilter, setsElementsAsideByTheElementTheyWereIn) {
-    EXPECT_EQ(setAsideOf("<Plan><Task><UID>1</UID><Baseline><Number>0</Number><Cost>9</Cost><UID>7</UID></Baseline>"
-                         "<Name>n</Name>\n<Baseline ><Number>1</Number ></Baseline></Task><Task/><Task><UID>3</UID></Task>"
-                         "<Title>t</Title><Task><Log> a &amp; b </Log><Baseline/></Task></Plan>",
-                         5),
-              "kept <Plan><Task><UID>1</UID></Task><Task/><Task><UID>3</UID></Task><Title>t</Title><Task></Task></Plan>\n"
-              "<asides><Baseline><Number>0</Number><UID>7</UID></Baseline><Baseline><Number>1</Number></Baseline>"
-              "</asides>\nnone\nnone\n<asides><Log> a &amp; b </Log><Baseline/></asides>\nnone");
+    EXPECT_EQ(
+        setAsideOf("<Plan><Task><UID>1</UID><Baseline><Number>0</Number><Cost>9</Cost><UID>7</UID></Baseline>"
+                   "<Name>n</Name>\n<Baseline ><Number>1</Number ></Baseline></Task><Task/><Task><UID>3</UID></Task>"
+                   "<Title>t</Title><Task><Log> a &amp; b </Log><Baseline/></Task></Plan>",
+                   5),
+        "kept <Plan><Task><UID>1</UID></Task><Task/><Task><UID>3</UID></Task><Title>t</Title><Task></Task></Plan>\n"
+        "<asides><Baseline><Number>0</Number><UID>7</UID></Baseline><Baseline><Number>1</Number></Baseline>"
+        "</asides>\nnone\nnone\n<asides><Log> a &amp; b </Log><Baseline/></asides>\nnone");
 }
 
 TEST(MSPCXMLFilter, keepsSectionsOfWhatIsSetAside) {

@@ -125,7 +125,8 @@ TEST(MSPIBaselineIndex, GivesEachElementTheLastBaselineOfTheNumber) {
 TEST(MSPIBaselineIndex, TakesTheLastValueOfANameForTheLastChildOfThatName) {
     const auto document = documentFromXML(
         "<Project><Tasks><Task id='1'><Start>w</Start><Start>x</Start><Work/><Baseline><Number>4</Number>"
-        "<Start>a</Start><Work>b</Work><Start>c<!--x-->d</Start><Finish>e</Finish></Baseline></Task></Tasks></Project>");
+        "<Start>a</Start><Work>b</Work><Start>c<!--x-->d</Start><Finish>e</Finish></Baseline></Task></Tasks></"
+        "Project>");
     const MSPIBaselineIndex index(document);
     EXPECT_EQ(targetsOf(index, 4), "1:Start=cd Work=b ");
     const auto start = document.root().firstChildElement("Tasks").firstChildElement("Task").childElements("Start");
@@ -173,9 +174,11 @@ TEST(MSPIBaselineIndex, TellsWhichListsABaselineLeavesAsTheyWereLoaded) {
     const auto document = documentFromXML(
         "<Project><Tasks><Task><UID>1</UID><Start>x</Start>" + baseline("0") + baseline("1") +
         "<Baseline><Number>2</Number><UID>7</UID></Baseline><Baseline><Number>3</Number><Start>a</Start></Baseline>"
-        "</Task><Task><UID>2</UID>" + baseline("0") + baseline("2") + baseline("3") + "</Task></Tasks>"
-        "<Resources><Resource/></Resources><Assignments><Assignment><TaskUID>1</TaskUID>" + baseline("0") +
-        baseline("1") + baseline("2") + "</Assignment></Assignments></Project>");
+        "</Task><Task><UID>2</UID>" +
+        baseline("0") + baseline("2") + baseline("3") +
+        "</Task></Tasks>"
+        "<Resources><Resource/></Resources><Assignments><Assignment><TaskUID>1</TaskUID>" +
+        baseline("0") + baseline("1") + baseline("2") + "</Assignment></Assignments></Project>");
     const MSPIBaselineIndex index(document);
     const struct {
         const char* behaviour;

@@ -166,12 +166,14 @@ std::vector<std::string> mappedTogether(const std::string& plan, const std::vect
 
 TEST(MSPIMapper, LooksUpByTheNumbersThatABaselineShows) {
     // Task 1 is 5 in baseline 1, its assignment belongs to task 2 there, and the resource of it is another one.
-    const auto plan = framed(
-        tasks(task(1, baseline(0) + baseline(1, "<UID>5</UID>")) +
-              task(2, "<PredecessorLink><PredecessorUID>1</PredecessorUID></PredecessorLink>" + baseline(0) + baseline(1)) +
-              task(3, "<PredecessorLink><PredecessorUID>5</PredecessorUID></PredecessorLink>" + baseline(0) + baseline(1))) +
-        "<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID>" + baseline(0) +
-        baseline(1, "<TaskUID>2</TaskUID><ResourceUID>2</ResourceUID>") + "</Assignment></Assignments>");
+    const auto plan =
+        framed(tasks(task(1, baseline(0) + baseline(1, "<UID>5</UID>")) +
+                     task(2, "<PredecessorLink><PredecessorUID>1</PredecessorUID></PredecessorLink>" + baseline(0) +
+                                 baseline(1)) +
+                     task(3, "<PredecessorLink><PredecessorUID>5</PredecessorUID></PredecessorLink>" + baseline(0) +
+                                 baseline(1))) +
+               "<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID>" + baseline(0) +
+               baseline(1, "<TaskUID>2</TaskUID><ResourceUID>2</ResourceUID>") + "</Assignment></Assignments>");
     const auto scenarios = mappedTogether(plan, {std::nullopt, 0, 1, 0});
     for (const std::size_t asLoaded : {0U, 1U, 3U}) {
         EXPECT_THAT(scenarios[asLoaded], HasSubstr("<task id=\"t1\">"));
@@ -186,9 +188,10 @@ TEST(MSPIMapper, LooksUpByTheNumbersThatABaselineShows) {
 }
 
 TEST(MSPIMapper, LooksNothingUpThatABaselineRemoves) {
-    const auto plan = framed(
-        tasks(task(1) + task(2, "<PredecessorLink><PredecessorUID>1</PredecessorUID></PredecessorLink>" + baseline(0))) +
-        "<Assignments><Assignment><TaskUID>2</TaskUID><ResourceUID>1</ResourceUID></Assignment></Assignments>");
+    const auto plan =
+        framed(tasks(task(1) +
+                     task(2, "<PredecessorLink><PredecessorUID>1</PredecessorUID></PredecessorLink>" + baseline(0))) +
+               "<Assignments><Assignment><TaskUID>2</TaskUID><ResourceUID>1</ResourceUID></Assignment></Assignments>");
     for (const auto& numbers : {std::vector<std::optional<int>>{std::nullopt, 0, std::nullopt}, {0, std::nullopt, 0}}) {
         const auto scenarios = mappedTogether(plan, numbers);
         for (std::size_t at = 0; at < numbers.size(); ++at) {
@@ -202,7 +205,9 @@ TEST(MSPIMapper, LooksNothingUpThatABaselineRemoves) {
 // Plans whose baselines change any number and leave out any element.
 std::string randomPlan(std::mt19937& random) {
     const auto some = [&](std::size_t count) { return random() % count; };
-    const auto number = [&](const std::string& name) { return "<" + name + ">" + std::to_string(1 + some(6)) + "</" + name + ">"; };
+    const auto number = [&](const std::string& name) {
+        return "<" + name + ">" + std::to_string(1 + some(6)) + "</" + name + ">";
+    };
     const auto baselines = [&](std::initializer_list<std::string> keys) {
         std::string content;
         for (int n = 0; n < 4; ++n) {
@@ -222,8 +227,8 @@ std::string randomPlan(std::mt19937& random) {
         assignments += "<Assignment>" + number("TaskUID") + number("ResourceUID") + "<Units>0.5</Units>" +
                        baselines({"TaskUID", "ResourceUID"}) + "</Assignment>";
     }
-    return framed(tasks(tasksOfPlan) + "<Resources><Resource>" + number("UID") + "<Name>r</Name><Type>1</Type>" + baselines({}) +
-                  "</Resource></Resources><Assignments>" + assignments + "</Assignments>");
+    return framed(tasks(tasksOfPlan) + "<Resources><Resource>" + number("UID") + "<Name>r</Name><Type>1</Type>" +
+                  baselines({}) + "</Resource></Resources><Assignments>" + assignments + "</Assignments>");
 }
 
 TEST(MSPIMapper, GivesForScenariosOfOnePlanTogetherWhatEachGivesAlone) {

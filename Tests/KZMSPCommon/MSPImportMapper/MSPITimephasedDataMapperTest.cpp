@@ -240,7 +240,8 @@ TEST(MSPITimephasedDataMapper, givesEachOfSeveralTasksOfOneUIDTheSamePiecesUnder
         };
         const auto first = pieceOf(5);
         EXPECT_EQ(pieces, (Pieces{first, pieceOf(7)}));
-        EXPECT_EQ(mapper.taskEndDate(), mapping.fixture.context.conversions().mspdiToMppDateTime("2012-03-07T17:00:00"));
+        EXPECT_EQ(mapper.taskEndDate(),
+                  mapping.fixture.context.conversions().mspdiToMppDateTime("2012-03-07T17:00:00"));
     }
 }
 
