@@ -65,7 +65,7 @@ private:
 
     void addList(const MSPCXMLNode& mspProject, MSPCXMLAsides& asides, const std::string& path,
                  std::size_t MSPIBaselineCounts::*count);
-    // `baseline` is the first one of the element added last, or the first of a part of them.
+    // `baseline` is the first one of the element added last; it need not stand in the element's own document.
     void addBaselines(MSPCXMLNode baseline, const MSPCFields& element, std::size_t MSPIBaselineCounts::*count);
     [[nodiscard]] const OfNumber& of(std::int32_t number) const {
         return _byNumber.at(static_cast<std::size_t>(number));

@@ -16,8 +16,8 @@ public:
     using MSPIObjectMapperBase::MSPIObjectMapperBase;
 
     // The pieces, owned by the caller, in order of time, with provisional ids; none for a task that is not split. Raises
-    // what `mergedSpans` and `joinedStretches` raise, what `MSPIGrowthBounds` raises for a long name in many
-    // spans, and what the value getters raise for unreadable numbers.
+    // what `mergedSpans` and `joinedStretches` raise, what `MSPIGrowthBounds` raises for a long name in many spans and
+    // for many pieces of tasks that share a UID, and what the value getters raise for unreadable numbers.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newSplitTasksFromMspdiTask(const MSPCFields& mspTask);
 
     // The latest end of all pieces this mapper has made; none while there are none.
