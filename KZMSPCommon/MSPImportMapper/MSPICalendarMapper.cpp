@@ -17,6 +17,11 @@ constexpr std::int64_t Monday = 2;
 constexpr std::int64_t Friday = 6;
 constexpr std::int64_t Saturday = 7;
 
+// An empty element says as little as a missing one.
+bool isAbsent(const std::optional<std::string>& text) {
+    return !text || text->empty();
+}
+
 // The instant of a time of day on the wall clocks, a number of calendar days after a date.
 MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCDateFields date, std::int64_t daysLater,
                          const MSPCDateFields& timeOfDay) {
@@ -162,8 +167,11 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
     std::vector<MSPCXMLNewElement>& collection) const {
     const auto& conversions = _mapper.conversions();
-    const auto fromDay = conversions.mspdiToDateFields(fromDate.value_or(""));
-    const auto toDay = conversions.mspdiToDateFields(toDate.value_or(""));
+    if (isAbsent(fromDate) || isAbsent(toDate)) {
+        return;  // the other date is not looked at, however odd it is
+    }
+    const auto fromDay = conversions.mspdiToDateFields(*fromDate);
+    const auto toDay = conversions.mspdiToDateFields(*toDate);
     if (!fromDay || !toDay) {
         return;
     }
@@ -175,8 +183,8 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     if (days > 0 && static_cast<std::uint64_t>(days) / MSPELastWeekday + collection.size() >= MaximumEvents) {
         throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
     }
-    const auto startTime = conversions.mspdiToTimeOfDay(fromTime.value_or("00:00:00"));
-    const auto endTime = conversions.mspdiToTimeOfDay(toTime.value_or("23:59:59"));
+    const auto startTime = conversions.mspdiToTimeOfDay(isAbsent(fromTime) ? "00:00:00" : *fromTime);
+    const auto endTime = conversions.mspdiToTimeOfDay(isAbsent(toTime) ? "23:59:59" : *toTime);
 
     for (std::int64_t day = 0; day < days;) {
         const auto daysToSaturday = Saturday - written.weekdayOf(written.instantByAddingDays(firstDay, day));
