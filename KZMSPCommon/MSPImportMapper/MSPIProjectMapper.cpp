@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <map>
+
 #include "MSPCClock.h"
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
@@ -9,6 +11,7 @@
 #include "MSPCPath.h"
 #include "MSPIAssignmentMapper.h"
 #include "MSPICalendarMapper.h"
+#include "MSPIISO8601Text.h"
 #include "MSPIKdzxNamespace.h"
 #include "MSPIResourceMapper.h"
 
@@ -24,6 +27,17 @@ std::string targetNamespaceOf(const MSPCXMLNode& templateRoot) {
     return std::string(MSPIKdzxNamespace);
 }
 
+// Declares on an element the prefixes that are used in it and were declared around the one it is a copy of. The
+// scenario's root declares one namespace only.
+void declarePrefixes(const std::map<std::string_view, std::string_view>& urisByPrefix, MSPCXMLNode copy) {
+    for (const auto prefix : copy.usedPrefixes()) {
+        const auto declaration = fmt::format("xmlns:{}", prefix);
+        if (const auto found = urisByPrefix.find(prefix); found != urisByPrefix.end() && !copy.attribute(declaration)) {
+            copy.setAttribute(declaration, found->second);
+        }
+    }
+}
+
 // A file-name extension holds no blank: "Release 1.5 final" has none.
 std::string withoutFileExtension(const std::string& name) {
     const bool holdsBlank = pathExtension(name).find_first_of(" \t\r\n") != std::string::npos;
@@ -37,7 +51,8 @@ MSPIProjectMapper::MSPIProjectMapper(MSPIMappingContext& mapper, std::int64_t& m
     : MSPIObjectMapperBase(mapper),
       _mspTaskMaxId(mspTaskMaxId),
       _mspResourceMaxId(mspResourceMaxId),
-      _userDataTOCElements(userDataTOCElements) {}
+      _userDataTOCElements(userDataTOCElements) {
+}
 
 MSPCXMLNewElement MSPIProjectMapper::newScenarioFromMSPProject(const MSPCXMLNode& mspProject) {
     auto newScenario = newScenarioElement();
@@ -70,8 +85,8 @@ MSPCXMLNewElement MSPIProjectMapper::newScenarioFromMSPProject(const MSPCXMLNode
 MSPCXMLNewElement MSPIProjectMapper::newScenarioElement() const {
     const auto templateRoot = _mapper.kdzxTemplateRoot();
     if (templateRoot.name() != "scenario") {
-        throw MSPCInternalInconsistency(fmt::format(
-            "*** ERROR: Invalid root element of template: '{}'. Must be 'scenario'.", templateRoot.name()));
+        throw MSPCInternalInconsistency(
+            fmt::format("*** ERROR: Invalid root element of template: '{}'. Must be 'scenario'.", templateRoot.name()));
     }
     auto scenario = _mapper.newElement("scenario");
     setAttributeWithNameStringValue(scenario.node(), "xmlns", targetNamespaceOf(templateRoot));
@@ -110,17 +125,17 @@ void MSPIProjectMapper::addProjectDate(const MSPCXMLNode& mspProject, const MSPC
     }
 }
 
-// The project's own date, or the first or last second of today where it has none.
+// The project's own date, or the first or last second of today on the machine's clocks where it has none.
 std::string MSPIProjectMapper::projectDate(const MSPCXMLNode& mspProject) const {
     if (auto date = stringValueForXQuery(mspProject, _mspScheduleFromStart ? "StartDate" : "FinishDate")) {
         return std::move(*date);
     }
-    const auto& conversions = _mapper.conversions();
-    auto today = conversions.gregorian().fieldsOf(_mapper.services().clock.now());
-    today.hour = _mspScheduleFromStart ? 0 : 23;
-    today.minute = _mspScheduleFromStart ? 0 : 59;
-    today.second = _mspScheduleFromStart ? 0 : 59;
-    return conversions.mppToMspdiDateTime(conversions.gregorian().instantFrom(today)).value_or("");
+    // Written out, not converted back from its form in the document: that has the summer offset twice in summer, and
+    // the day before would come back.
+    const auto now = _mapper.services().clock.now();
+    const auto today = stringFromComponentsUnitFlags(
+        MSPCDateComponents(_mapper.conversions().gregorian().fieldsOf(now)), MSPCUnit::Date);
+    return today.value_or("") + (_mspScheduleFromStart ? "T00:00:00" : "T23:59:59");
 }
 
 // MSPDI work formats: 1 minutes, 2 hours, 3 days, 4 weeks, 5 months.
@@ -201,7 +216,12 @@ MSPCXMLNode MSPIProjectMapper::addTopTaskToScenario(MSPCXMLNode scenario) const 
 }
 
 void MSPIProjectMapper::addCriticalPath(MSPCXMLNode scenario) const {
-    for (const auto& criticalPath : nodesForXQuery(_mapper.kdzxTemplateRoot(), "critical-path")) {
-        scenario.appendChild(scenario.newCopyOf(criticalPath));
+    const auto templateRoot = _mapper.kdzxTemplateRoot();
+    std::map<std::string_view, std::string_view> urisByPrefix;
+    for (const auto& [prefix, uri] : templateRoot.namespaceDeclarations()) {
+        urisByPrefix.emplace(prefix, uri);
+    }
+    for (const auto& criticalPath : nodesForXQuery(templateRoot, "critical-path")) {
+        declarePrefixes(urisByPrefix, scenario.appendChild(scenario.newCopyOf(criticalPath)));
     }
 }

@@ -144,6 +144,20 @@ TEST(MSPIProjectMapper, takesTodayInItsOwnZone) {
     EXPECT_EQ(mapping.mapper.mspStartDate(), "2012-01-11T00:00:00");
 }
 
+// The offset that summer dates get twice in summer belongs to the document; today stays today.
+TEST(MSPIProjectMapper, startsOrEndsAProjectWithoutDatesTodayInSummerToo) {
+    const auto mapInJuly = [](ScenarioMapping& mapping) {
+        mapping.fixture.clock = FixedClock{MSPCInstant{1341914400}};  // 2012-07-10T10:00:00Z
+        return mapping.markup();
+    };
+    ScenarioMapping fromStart("");
+    EXPECT_EQ(mapInJuly(fromStart), scenarioOf("><start-date>2012-07-10T00:00:00+03:00</start-date>"));
+    EXPECT_EQ(fromStart.mapper.mspStartDate(), "2012-07-10T00:00:00");
+    ScenarioMapping fromEnd("<ScheduleFromStart>0</ScheduleFromStart>");
+    EXPECT_EQ(mapInJuly(fromEnd), scenarioOf(" fixed-end=\"yes\"><end-date>2012-07-10T23:59:59+03:00</end-date>"));
+    EXPECT_EQ(fromEnd.mapper.mspFinishDate(), "2012-07-10T23:59:59");
+}
+
 TEST(MSPIProjectMapper, refusesEmptyOrUnreadableProjectDates) {
     EXPECT_RAISES(ScenarioMapping("<StartDate/>").map(), MSPCInternalInconsistency,
                   "Failed to find start date for the project scheduled from start.");
@@ -205,6 +219,22 @@ TEST(MSPIProjectMapper, copiesEveryCriticalPathOfTheTemplate) {
     EXPECT_EQ(markup.substr(markup.find(comment) + comment.size()),
               "<critical-path><enabled/></critical-path><critical-path a=\"b\"><!--c--></critical-path></scenario>");
     EXPECT_EQ(markupOf(mapping.templateDocument.root().newCopyOf(mapping.templateDocument.root())), templateXML);
+}
+
+TEST(MSPIProjectMapper, declaresThePrefixesThatACriticalPathTakesFromTheTemplatesRoot) {
+    const auto templateXML =
+        "<scenario xmlns='urn:x' xmlns:a='urn:a' xmlns:b='urn:b&amp;' xmlns:c='urn:c' xmlns:d='urn:d' xmlns:e='urn:e'>"
+        "<critical-path xml:lang='en'><p b:q='1'><a:r/></p></critical-path>"
+        "<critical-path xmlns:c='urn:own' c:s=''><t xmlns:d='urn:deep'><d:u/></t><d:v/></critical-path>"
+        "<critical-path><w>e:text</w></critical-path></scenario>";
+    ScenarioMapping mapping(startDate, 9, standardCalendarXML, templateXML);
+    const auto markup = mapping.markup();
+    const std::string comment = "<!--  Critical Path  -->";
+    EXPECT_EQ(markup.substr(markup.find(comment) + comment.size()),
+              "<critical-path xml:lang=\"en\" xmlns:a=\"urn:a\" xmlns:b=\"urn:b&amp;\"><p b:q=\"1\"><a:r/></p>"
+              "</critical-path><critical-path xmlns:c=\"urn:own\" c:s=\"\" xmlns:d=\"urn:d\"><t xmlns:d=\"urn:deep\">"
+              "<d:u/></t><d:v/></critical-path><critical-path><w>e:text</w></critical-path></scenario>");
+    EXPECT_TRUE(markup.starts_with("<scenario xmlns=\"urn:x\"><start-date>"));
 }
 
 TEST(MSPIProjectMapper, takesTheCalendarWithUID1ElseTheOneNamedStandard) {
