@@ -7,8 +7,8 @@
 
 namespace {
 
-// The days of ten thousand years: far more than a walk that leaps has to step.
-constexpr std::int64_t MaximumSteps = 3'652'425;
+// Far more days than a walk that leaps has to step, unless results are given up again and again at other places.
+constexpr std::int64_t MaximumSteps = 250'000;
 // Fifty-three weeks: every weekday came up, whichever the clock changes left out.
 constexpr std::int64_t StepsBetweenChecks = 371;
 // Seconds from 1970 within which a double tells one second from the next.

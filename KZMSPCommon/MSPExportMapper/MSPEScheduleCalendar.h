@@ -77,12 +77,17 @@ public:
     // Deliberate: the move looks at most 7 days ahead, counted from the beginning of the walk; later than that the
     // last stretch of the duration is worked off a second time, from the next day on.
     //
-    // None when working time does not begin within 7 days, when the duration is not a number or above 2^53, or when it
-    // is never used up: in weeks whose periods add up to nothing or less, where every result falls on an edge that the
-    // search above gives up, and beyond 10,000 years in weeks that hold reversed periods. Raises
-    // `MSPCInternalInconsistency` "Date to advance from not specified." without a date, "Duration can not be negative.
-    // To specify backward advance use argument forward=NO.", and, where periods lie outside their day, "No time period
-    // specified to start duration countdown from." and "Working day has no or too few working time periods.".
+    // None when working time does not begin within 7 days, when the duration is not a number or above 2^53, when the
+    // date lies farther than 2^53 seconds from 1970, and when the duration is never used up: where periods add up to
+    // nothing or less, reversed ones being negative, and where every result falls on an edge that the search above
+    // gives up. Given up after hundreds of years where such results do not repeat, or periods reach thousands of years
+    // beyond their day.
+    //
+    // Deliberate: a day is compared with the period at which the working day before it was begun, and fails where it
+    // has less. Raises `MSPCInternalInconsistency` then, "Working day has no or too few working time periods.", and
+    // "Date to advance from not specified." without a date, "Duration can not be negative. To specify backward advance
+    // use argument forward=NO.", and, where the walk comes backward to a working day without periods, "No time period
+    // specified to start duration countdown from.".
     [[nodiscard]] std::optional<MSPCInstant> dateAdvanceByDurationForwardAllowEdgeTime(std::optional<MSPCInstant> date,
                                                                                        MSPCTimeInterval duration,
                                                                                        MSPEDirection direction,
