@@ -49,7 +49,7 @@ void MSPEDayWalk::leap(double days) {
     _date = _isForward ? _date + time : _date - time;
     if (days <= _daysBeforeChange) {
         _daysBeforeChange -= days;
-        moveWeekday(static_cast<std::int64_t>(std::fmod(days, MSPEDaysOfWeek)));
+        moveWeekday(static_cast<std::int64_t>(days - std::floor(days / MSPEDaysOfWeek) * MSPEDaysOfWeek));
     } else {
         lookAtClocks();
     }
