@@ -72,11 +72,17 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
 MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std::string_view taskName) const {
     MSPITimephasedSpans spans;
     MSPIGrowthBounds boundsOfTask;
-    for (const auto& assignment : _mapper.index().timephasedAssignmentsByTaskUID().nodesWithKey(uid)) {
+    const auto& timephased = _mapper.index().timephasedAssignmentsByTaskUID();
+    for (const auto& assignment : timephased.nodesWithKey(uid)) {
+        _mapper.assignmentLooks().lookAt(assignment, timephased, _mapper.growthBounds());
         collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans);
     }
     if (!spans.empty()) {
-        scaleToAssignedWork(spans, assignedWorkOf(_mapper.index().assignmentsByTaskUID().nodesWithKey(uid)));
+        const auto& byTaskUID = _mapper.index().assignmentsByTaskUID();
+        for (const auto& assignment : byTaskUID.nodesWithKey(uid)) {
+            _mapper.assignmentLooks().lookAt(assignment, byTaskUID, _mapper.growthBounds());
+        }
+        scaleToAssignedWork(spans, assignedWorkOf(byTaskUID.nodesWithKey(uid)));
     }
     return spans;
 }
@@ -96,7 +102,7 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         const auto start = stringValueForXQuery(record, "Start").value_or("");
         const auto finish = stringValueForXQuery(record, "Finish").value_or("");
         const auto value = stringValueForXQuery(record, "Value").value_or("");
-        boundsOfTask.addRepeatedText(taskName.size());
+        boundsOfTask.addRepeatedName(taskName.size());
         spans.emplace_back(std::string(taskName), type, conversions.mspdiToMppDateTime(start),
                            conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
     }
@@ -142,7 +148,7 @@ MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimepha
     };
     const auto& conversions = _mapper.conversions();
     setAttributeWithNameStringValue(task, "id", _mapper.getTempSplitTaskID());
-    _mapper.growthBounds().addRepeatedText(taskName.size());
+    _mapper.growthBounds().addRepeatedName(taskName.size());
     addChild("title", taskName);
     const auto scale = stretch.workScale() != 0 ? stretch.workScale() : 1.0;
     addChild("effort", MSPIUtilities::mppToKdzxDuration(stretch.duration() * scale));

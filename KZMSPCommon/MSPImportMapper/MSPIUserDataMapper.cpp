@@ -16,19 +16,15 @@ std::string displayFormOf(std::string value, const MSPIUtilities& conversions) {
     return display ? std::move(*display) : value;
 }
 
-MSPIUserDataValue valueOf(const MSPCXMLNode& extendedAttribute, const MSPCXMLNode& definition,
+MSPIUserDataValue valueOf(const MSPCXMLNode& extendedAttribute, MSPICustomField& field,
                           const MSPIMappingContext& mapper) {
     auto value = stringValueForXQuery(extendedAttribute, "Value");
     if (!value) {
         return MSPINullValue{};
     }
-    if (mapper.isSavedBy2007OrLater()) {
-        // The type is not used: where one is given, the value's form is known and stays.
-        Error error;
-        static_cast<void>(intValueForXQuery(definition, "CFType", &error));
-        if (error) {
-            return displayFormOf(std::move(*value), mapper.conversions());
-        }
+    // The type is not used: where one is given, the value's form is known and stays.
+    if (mapper.isSavedBy2007OrLater() && !field.hasType()) {
+        return displayFormOf(std::move(*value), mapper.conversions());
     }
     return std::move(*value);
 }
@@ -45,13 +41,10 @@ MSPIUserData userDataFromExtendedAttributes(std::span<const MSPCXMLNode> extende
         if (!definition) {
             continue;
         }
-        auto name = stringValueForXQuery(definition, "Alias");
-        if (!name) {
-            name = stringValueForXQuery(definition, "FieldName");
-        }
-        if (name) {
-            mapper.growthBounds().addRepeatedText(name->size());
-            userData.set(std::move(name), valueOf(attribute, definition, mapper));
+        auto& field = mapper.customFields().ofDefinition(definition);
+        if (const auto& name = field.name()) {
+            mapper.growthBounds().addRepeatedName(name->size());
+            userData.set(name, valueOf(attribute, field, mapper));
         }
     }
     return userData;
