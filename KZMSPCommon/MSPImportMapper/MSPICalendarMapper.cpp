@@ -34,7 +34,9 @@ std::uint64_t saturdaysWithin(std::int64_t weekday, std::int64_t days) {
 std::uint64_t countOfElements(const MSPCXMLNode& schedule) {
     std::uint64_t count = 0;
     for (auto child = schedule.firstChild(); child; child = child.nextSibling()) {
-        count += child.name() == "schedule-day" ? 1 : 0;
+        if (child.name() == "schedule-day") {
+            ++count;
+        }
         for (auto element = child.firstChild(); element; element = element.nextSibling()) {
             ++count;
         }

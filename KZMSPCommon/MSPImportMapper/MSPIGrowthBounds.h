@@ -32,7 +32,7 @@ public:
     void addRepeatedPieces(std::uint64_t count);
 
     // Children of assignments that are looked at once more, for another task or resource. Raises
-    // `MSPCInternalInconsistency` "Too much to look at in assignments of several tasks or resources: more than 100000
+    // `MSPCInternalInconsistency` "Too much to look at in assignments of several tasks or resources: more than 10000
     // elements." above that number.
     void addRepeatedLooks(std::uint64_t count);
 
@@ -45,7 +45,7 @@ public:
     static constexpr std::uint64_t LongestFreeName = 256;
     static constexpr std::uint64_t MostRepeatedText = std::uint64_t{1} << 30U;
     static constexpr std::uint64_t MostRepeatedPieces = 1'000'000;
-    static constexpr std::uint64_t MostRepeatedLooks = 100'000;
+    static constexpr std::uint64_t MostRepeatedLooks = 10'000;
     static constexpr std::int64_t MostWorkingTimesOfWeek = 10'080;
 
 private:
