@@ -2,14 +2,11 @@
 
 #include "MSPCExtensions.h"
 
-const std::optional<std::string>& MSPICustomField::name() {
+MSPICustomField::MSPICustomField(const MSPCXMLNode& definition)
+    : _definition(definition), _name(stringValueForXQuery(definition, "Alias")) {
     if (!_name) {
-        _name = stringValueForXQuery(_definition, "Alias");
-        if (!*_name) {
-            _name = stringValueForXQuery(_definition, "FieldName");
-        }
+        _name = stringValueForXQuery(definition, "FieldName");
     }
-    return *_name;
 }
 
 bool MSPICustomField::hasType() {
@@ -19,4 +16,13 @@ bool MSPICustomField::hasType() {
         _hasType = !error;
     }
     return *_hasType;
+}
+
+MSPICustomField& MSPICustomFields::ofDefinition(const MSPCXMLNode& definition) {
+    const auto [known, isNew] = _fields.try_emplace(definition, definition);
+    auto& field = known->second;
+    if (isNew && field.name()) {
+        field.setNameNumber(_nameNumbers.try_emplace(*field.name(), _nameNumbers.size() + 1).first->second);
+    }
+    return field;
 }

@@ -7,10 +7,10 @@
 
 class MSPEScheduleCalendar;
 
-// Bounds for what a small plan could make a document grow to: a name that thousands of elements refer to, a calendar that
-// each resource has, a day off of thousands of years. Far above what plans hold, far below what fills a machine. What the
-// plan itself holds is not counted, however much it is; only what is made of it once more is, in all scenarios of a plan
-// together.
+// Bounds for what a small plan could make a document grow to: a name that thousands of elements refer to, a calendar
+// that each resource has, a day off of thousands of years. Far above what plans hold, far below what fills a machine.
+// What the plan itself holds is not counted, however much it is; only what is made of it once more is, in all scenarios
+// of a plan together.
 class MSPIGrowthBounds {
 public:
     // Elements of schedules (days, working times, events) beyond those that a plan holds. Raises
@@ -20,15 +20,15 @@ public:
     // Events that a range of days of that calendar makes beyond its first one; they are elements of schedules too.
     // Answers false, and counts nothing, where the ranges of this one calendar would come to more than a million.
     [[nodiscard]] bool addEventsOfRange(const MSPCXMLNode& mspCalendar, std::uint64_t count);
-    // Bytes of a text that is copied once more. Raises `MSPCInternalInconsistency` "Too much text in repeated names: more
-    // than 1073741824 bytes." above that number.
+    // Bytes of a text that is copied once more. Raises `MSPCInternalInconsistency` "Too much text in repeated names:
+    // more than 1073741824 bytes." above that number.
     void addRepeatedText(std::uint64_t bytes);
     // The same of a name, unless it is so short that the element that asks for it is hardly shorter: that multiplies
     // nothing.
     void addRepeatedName(std::uint64_t bytes);
 
-    // Pieces of split tasks that are those of a task before them. Raises `MSPCInternalInconsistency` "Too many pieces of
-    // split tasks with the same UID: more than 1000000." above that number.
+    // Pieces of split tasks that are those of a task before them. Raises `MSPCInternalInconsistency` "Too many pieces
+    // of split tasks with the same UID: more than 1000000." above that number.
     void addRepeatedPieces(std::uint64_t count);
 
     // Children of assignments that are looked at once more, for another task or resource. Raises
@@ -37,7 +37,8 @@ public:
     void addRepeatedLooks(std::uint64_t count);
 
     // Working times of the project's own week, all of which count for every stretch of split work. Raises
-    // `MSPCInternalInconsistency` "Too many working times in the project's week: more than 10080." above one per minute.
+    // `MSPCInternalInconsistency` "Too many working times in the project's week: more than 10080." above one per
+    // minute.
     static void checkWorkingTimesOfWeek(const MSPEScheduleCalendar& calendar);
 
     static constexpr std::uint64_t MostScheduleElements = 10'000'000;

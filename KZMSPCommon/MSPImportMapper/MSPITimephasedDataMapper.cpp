@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include "MSPCExtensions.h"
 
@@ -71,11 +72,11 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
 
 MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std::string_view taskName) const {
     MSPITimephasedSpans spans;
-    MSPIGrowthBounds boundsOfTask;
+    const auto sharedName = std::make_shared<const std::string>(taskName);
     const auto& timephased = _mapper.index().timephasedAssignmentsByTaskUID();
     for (const auto& assignment : timephased.nodesWithKey(uid)) {
         _mapper.assignmentLooks().lookAt(assignment, timephased, _mapper.growthBounds());
-        collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans);
+        collectSpansOfAssignment(assignment, sharedName, spans);
     }
     if (!spans.empty()) {
         const auto& byTaskUID = _mapper.index().assignmentsByTaskUID();
@@ -87,8 +88,8 @@ MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std:
     return spans;
 }
 
-void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment, std::string_view taskName,
-                                                        MSPIGrowthBounds& boundsOfTask,
+void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment,
+                                                        const std::shared_ptr<const std::string>& taskName,
                                                         MSPITimephasedSpans& spans) const {
     const auto& conversions = _mapper.conversions();
     for (auto record = assignment.firstChildElement("TimephasedData"); record;
@@ -102,8 +103,7 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         const auto start = stringValueForXQuery(record, "Start").value_or("");
         const auto finish = stringValueForXQuery(record, "Finish").value_or("");
         const auto value = stringValueForXQuery(record, "Value").value_or("");
-        boundsOfTask.addRepeatedName(taskName.size());
-        spans.emplace_back(std::string(taskName), type, conversions.mspdiToMppDateTime(start),
+        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start),
                            conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
     }
 }
