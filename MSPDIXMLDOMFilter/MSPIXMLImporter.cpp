@@ -66,6 +66,7 @@ public:
     ~FindingsOfImport() {
         _info.baselines.reset();
         _info.index.reset();
+        _info.growthBounds.reset();
     }
     FindingsOfImport(const FindingsOfImport&) = delete;
     FindingsOfImport& operator=(const FindingsOfImport&) = delete;
@@ -112,6 +113,7 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     auto documents = loadDocuments(source, bundlePath);
     const FindingsOfImport findings(_info);
     _info.index = std::make_shared<MSPIProjectIndex>(documents.mspdi.root());
+    _info.growthBounds = std::make_shared<MSPIGrowthBounds>();
     if (!importScenario(std::nullopt, documents, bundlePath)) {
         return false;
     }

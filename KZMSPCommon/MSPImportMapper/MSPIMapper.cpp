@@ -77,6 +77,7 @@ void MSPIMapper::map() {
     }
     // From here until the patches are reverted the input shows the baseline.
     shareIndex(_info.index, isBaselineScenario() ? _baselines->unchangedLists(baselineNumber()) : MSPIUnchangedLists());
+    shareGrowthBounds(_info.growthBounds);
     setImportedProjectName(_info.mspdiProjectName.value_or("MS Project project"));
     _settings = MSPIProjectSettings::ofProject(mspProject());
     setMspSaveVersion(_settings.saveVersion);
@@ -86,7 +87,9 @@ void MSPIMapper::map() {
     if (auto newScenario = newScenarioElement()) {
         const auto scenarioId = makeScenarioDocument(std::move(newScenario));
         updateTOC(scenarioId, currency);
-        _userDataTOCElements.clear();  // what it still holds belongs to the document that is handed over
+        // What these still hold belongs to the document that is handed over.
+        _userDataTOCElements.clear();
+        calendarSchedules().clear();
         _kdzxXmlDoc.emplace(std::move(kdzxDocument()));
     }
     revertBaseline();

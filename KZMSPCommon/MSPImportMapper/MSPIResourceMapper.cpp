@@ -96,13 +96,7 @@ void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNo
         if (error) {
             return;
         }
-        // As much as all assignments together take; a text that is no number counts nothing.
-        std::string buffer;
-        for (const auto& assignment : _mapper.index().assignmentsByResourceUID().nodesWithKey(uid)) {
-            for (auto child = assignment.firstChildElement("Units"); child; child = child.nextSiblingElement("Units")) {
-                units += scanDouble(child.stringValue(buffer)).value_or(0);
-            }
-        }
+        units = _mapper.assignedUnits().ofResource(uid, _mapper);
     }
     addChildElementWithNameStringValue(resource, "units-available", fmt::format("{:f}", units));
 }

@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "CountedWork.h"
-#include "FuzzWorld.h"
-#include "MSPIXMLImporter.h"
+#include "ImportWork.h"
 #include "PlanGenerator.h"
 #include "ProcessTiming.h"
 
@@ -17,28 +14,12 @@
 
 namespace {
 
-std::string contentsOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 CountedWork workOfImporting(const PlanOptions& options) {
     std::string plan;
     generatePlan(options, [&plan](std::string_view piece) { plan += piece; });
-    FuzzWorld world;
-    for (const std::string name : {"Actual.xml", "__TOC.xml"}) {
-        world.fileSystem.addFile("/share/Empty.kdzx/" + name, contentsOf(KZMSP_TEMPLATE "/" + name));
-    }
-    world.fileSystem.addFile("/home/me/Plan.xml", std::move(plan));
-    MSPIImportInfo info;
-    info.mspdiProjectName = "Plan";
-    info.kdzxTemplateURL = MSPCURL::fileURL("/share/Empty.kdzx", true);
-    const auto before = countedWork();
-    EXPECT_TRUE(MSPIXMLImporter(info, world.services)
-                    .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL("/home/me/Plan.xml", false),
-                                                       MSPCURL::fileURL("/home/me/Plan.kdzx", true)));
-    const auto after = countedWork();
-    return {after.steps - before.steps, after.bytes - before.bytes};
+    const auto [work, succeeded] = workOfImporting(std::move(plan));
+    EXPECT_TRUE(succeeded);
+    return work;
 }
 
 struct Kind {

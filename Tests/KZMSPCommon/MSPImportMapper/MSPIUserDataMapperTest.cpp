@@ -250,6 +250,78 @@ TEST(MSPIUserDataMapper, ReplacesWhatWasRecordedUnderTheSameTag) {
     EXPECT_EQ(fixture.recorded("resource-user-data-keys"), "<user-data><key>A</key><null/></user-data>");
 }
 
+// Tasks one after the other; what is recorded is that of the last one.
+class TasksWithFields {
+public:
+    TasksWithFields() : fixture(definitions) {}
+
+    std::string markupAfter(const std::string& attributes) {
+        _tasks.push_back(documentFromXML("<Task>" + attributes + "</Task>"));
+        auto task = fixture.context.newElement("task");
+        EXPECT_TRUE(addUserDataOfExtendedAttributesToElement(*_tasks.back().root().nodesForXPath("ExtendedAttribute"),
+                                                             task.node(), MSPITaskUserDataKeysTag, elements,
+                                                             fixture.context));
+        return markupOf(std::move(task));
+    }
+    std::string recorded() {
+        const auto copy = elements.at("task-user-data-keys").node();
+        return markupOf(copy.newCopyOf(copy));
+    }
+
+    MappingFixture fixture;
+    MSPIUserDataTOCElements elements;
+
+private:
+    std::vector<MSPCXMLDocument> _tasks;
+};
+
+TEST(MSPIUserDataOfTasks, RecordsTheKeysOfTheLastTaskWhicheverItsFields) {
+    TasksWithFields tasks;
+    const auto noValue = [](const std::string& id) {
+        return "<ExtendedAttribute><FieldID>" + id + "</FieldID></ExtendedAttribute>";
+    };
+    EXPECT_EQ(tasks.markupAfter(attribute("1", "a") + noValue("2")),
+              "<task><user-data><key>Region</key><string>a</string></user-data></task>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Region</key><null/><key>Text2</key><null/></user-data>");
+    EXPECT_EQ(tasks.markupAfter(noValue("1") + attribute("2", "b")),
+              "<task><user-data><key>Text2</key><string>b</string></user-data></task>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Region</key><null/><key>Text2</key><null/></user-data>");
+    EXPECT_EQ(tasks.markupAfter(noValue("2") + noValue("1")), "<task/>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Text2</key><null/><key>Region</key><null/></user-data>");
+    EXPECT_EQ(tasks.markupAfter(noValue("3")), "<task/>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Site</key><null/></user-data>");
+    EXPECT_EQ(tasks.markupAfter(noValue("3")), "<task/>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Site</key><null/></user-data>");
+}
+
+TEST(MSPIUserDataOfTasks, RecordsWhatIsRecordedElsewhereAnew) {
+    TasksWithFields tasks;
+    EXPECT_EQ(tasks.markupAfter(attribute("1", "a")),
+              "<task><user-data><key>Region</key><string>a</string></user-data></task>");
+    MSPIUserData other;
+    other.set("Other", "x");
+    MSPIUserDataMapper(tasks.elements, tasks.fixture.context.kdzxDocument())
+        .setUserDataTOCElementsForTagFromDictionary(MSPITaskUserDataKeysTag, other);
+    static_cast<void>(tasks.markupAfter(attribute("1", "b")));
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Region</key><null/></user-data>");
+}
+
+TEST(MSPIUserDataOfTasks, OfTwoFieldsOfOneNameTheLastValueCounts) {
+    TasksWithFields tasks;
+    tasks.fixture.node("ExtendedAttributes/ExtendedAttribute[FieldID=2]/FieldName").setStringValue("Region");
+    EXPECT_EQ(tasks.markupAfter(attribute("1", "a") + attribute("3", "s") + attribute("2", "b")),
+              "<task><user-data><key>Region</key><string>b</string><key>Site</key><string>s</string></user-data></task>");
+}
+
+// Thousands of values may refer to one definition.
+TEST(MSPIUserDataOfTasks, ADefinitionIsReadOnce) {
+    TasksWithFields tasks;
+    static_cast<void>(tasks.markupAfter(attribute("1", "a")));
+    tasks.fixture.node("ExtendedAttributes/ExtendedAttribute[FieldID=1]/Alias").setStringValue("Changed");
+    EXPECT_EQ(tasks.markupAfter(attribute("1", "b")),
+              "<task><user-data><key>Region</key><string>b</string></user-data></task>");
+}
+
 TEST(MSPIUserDataMapper, RecordsNothingWithoutKeys) {
     UserDataMapperFixture fixture;
     EXPECT_FALSE(fixture.mapper.setUserDataTOCElementsForTagFromDictionary(MSPITaskUserDataKeysTag, MSPIUserData()));
