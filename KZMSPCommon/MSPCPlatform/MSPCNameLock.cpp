@@ -24,13 +24,13 @@ constexpr std::array<std::uint32_t, 10> localFileSystems{
     EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC,     F2FS_SUPER_MAGIC,  zfsMagic,
     TMPFS_MAGIC,      RAMFS_MAGIC,     OVERLAYFS_SUPER_MAGIC, MSDOS_SUPER_MAGIC, EXFAT_SUPER_MAGIC};
 
-bool isLocal(int folder) noexcept {
+}  // namespace
+
+bool MSPCNameLock::isLocal(int folder) noexcept {
     struct statfs status {};
     return ::fstatfs(folder, &status) == 0 &&
            std::ranges::find(localFileSystems, static_cast<std::uint32_t>(status.f_type)) != localFileSystems.end();
 }
-
-}  // namespace
 
 bool MSPCNameLock::lock(const MSPCFileDescriptor& item) noexcept {
     return ::flock(item.number(), LOCK_EX | LOCK_NB) == 0;
@@ -64,15 +64,20 @@ MSPCNameLock::Answer MSPCNameLock::keep(const std::string& name) {
 int MSPCNameLock::openLocked(const char* name) {
     _file = MSPCFileDescriptor(
         ::openat(_folder, name, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    struct stat status {};
-    if (!_file.isOpen() || ::fstat(_file.number(), &status) != 0) {
+    if (!_file.isOpen()) {
         return errno;
     }
-    if (!S_ISREG(status.st_mode) || status.st_uid != ::geteuid()) {
+    struct stat status {};
+    const bool isKnown = ::fstat(_file.number(), &status) == 0;
+    if (isKnown && (!S_ISREG(status.st_mode) || status.st_uid != ::geteuid())) {
         return EPERM;
     }
-    if (!lock(_file)) {
-        return errno;
+    if (!isKnown || !lock(_file)) {
+        const int error = errno;
+        if (error != EWOULDBLOCK) {
+            ::unlinkat(_folder, name, 0);  // what cannot be locked is of no use to anybody
+        }
+        return error;
     }
     return isNamed(_folder, name, _file) ? 0 : ESTALE;
 }

@@ -127,8 +127,12 @@ int MSPCNewDiskFolder::openStage(const char* name) {
     }
     // Until it is locked, it looks like one of a dead run.
     const bool isLocked = MSPCNameLock::lock(_folder) || errno != EWOULDBLOCK;
-    const bool isOurs = !_lock.isKept() || MSPCNameLock::isNamed(_parent.number(), name, _folder);
-    return isLocked && isOurs ? 0 : EEXIST;
+    return isLocked && isOurs(name) ? 0 : EEXIST;
+}
+
+// Whether the hidden name still stands for what was made, as far as that can be told.
+bool MSPCNewDiskFolder::isOurs(const char* stage) const {
+    return MSPCNameLock::isNamed(_parent.number(), stage, _folder) || !MSPCNameLock::isLocal(_parent.number());
 }
 
 std::optional<std::string> MSPCNewDiskFolder::readFile(const std::string& path, std::string* failure) const {
@@ -143,7 +147,10 @@ std::optional<std::string> MSPCNewDiskFolder::writeAtomically(const std::string&
 }
 
 std::optional<std::string> MSPCNewDiskFolder::appear(bool& isTaken) {
-    const int error = _replacesOld ? replaceOld() : takeFreeName();
+    int error = isOurs(_stage.path().c_str()) ? 0 : ESTALE;
+    if (error == 0) {
+        error = _replacesOld ? replaceOld() : takeFreeName();
+    }
     const bool isFixed = error == EPERM || error == EACCES || error == EBUSY;
     isTaken = error == EEXIST || (_replacesOld && isFixed);
     return error == 0 ? std::nullopt : std::optional(MSPCSystemErrorText(error));

@@ -32,6 +32,7 @@ private:
     void removeLeftoversOfDeadRun() const;
     [[nodiscard]] int makeStage(unsigned mode);
     [[nodiscard]] int openStage(const char* name);
+    [[nodiscard]] bool isOurs(const char* stage) const;
     [[nodiscard]] int takeFreeName();
     [[nodiscard]] int takeFreeNameByAFolder();
     [[nodiscard]] int replaceOld();

@@ -81,9 +81,9 @@ TEST_F(MSPCNewDiskFolderTest, isOutOfSightUntilItAppears) {
 }
 
 TEST_F(MSPCNewDiskFolderTest, leavesNothingBesideIt) {
-    const auto begun = begin();
+    auto begun = begin();
     EXPECT_EQ(appear(*begun), "");
-    const_cast<std::unique_ptr<MSPCNewFolder>&>(begun).reset();
+    begun.reset();
     EXPECT_EQ(folder.listing("out"), "Plan.kdzx ");
     EXPECT_EQ(folder.listing("out/Plan.kdzx"), "Actual.xml ");
 }
@@ -154,6 +154,8 @@ TEST_F(MSPCNewDiskFolderTest, theHiddenFolderSwappedForALinkLeadsNothingAstray) 
     EXPECT_EQ(write(*begun, "Actual.xml", "new"), "");
     EXPECT_EQ(folder.contents("victim/Actual.xml"), "precious");
     EXPECT_EQ(folder.contents("out/moved/Actual.xml"), "new");
+    EXPECT_EQ(appear(*begun), "Stale file handle") << "somebody else's link is not given the name";
+    EXPECT_FALSE(fs::exists(fs::symlink_status(folder / "out/Plan.kdzx")));
 }
 
 TEST_F(MSPCNewDiskFolderTest, theFolderAroundItMayGetAnotherName) {
