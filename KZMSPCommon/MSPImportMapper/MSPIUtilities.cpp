@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "MSPCException.h"
+#include "MSPCInstantText.h"
 #include "MSPCTextScanner.h"
 #include "MSPEDateExtensions.h"
 #include "MSPIISO8601Text.h"
@@ -22,6 +23,11 @@ ParsedDateTime parsed(std::string_view text) {
     ParsedDateTime result;
     result.units = updateDateTimeComponentsFromISODateTime(result.components, text);
     return result;
+}
+
+// The same, but nothing is found where that raises.
+ParsedDateTime parsedQuietly(std::string_view text) {
+    return unitsOfISODateTime(text) == MSPCUnit::NotFound ? ParsedDateTime{} : parsed(text);
 }
 
 [[noreturn]] void raiseNoComponents(std::string_view form, std::string_view text) {
@@ -122,9 +128,7 @@ std::optional<std::string> MSPIUtilities::mspdiDateTimeToString(std::string_view
     if (!instant) {
         return std::nullopt;
     }
-    const auto fields = MSPCGregorianCalendar(MSPCTimeZone::fixed(0)).fieldsOf(*instant);
-    return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02} +0000", fields.year, fields.month, fields.day, fields.hour,
-                       fields.minute, fields.second);
+    return displayText(*instant, _gregorian);
 }
 
 std::optional<MSPCInstant> MSPIUtilities::mspdiToMppDateTime(std::string_view mspdi) const {
@@ -132,6 +136,15 @@ std::optional<MSPCInstant> MSPIUtilities::mspdiToMppDateTime(std::string_view ms
         return std::nullopt;
     }
     return dateFromComponents(parsedLocalMspdi(mspdi).components, _gregorian);
+}
+
+std::optional<MSPCDateFields> MSPIUtilities::mspdiToDateFields(std::string_view mspdi) const {
+    if (mspdi.empty()) {
+        return std::nullopt;
+    }
+    const auto& written = MSPCGregorianCalendar::utc();
+    const auto date = dateFromComponents(parsedLocalMspdi(mspdi).components, written);
+    return date ? std::optional(written.fieldsOf(*date)) : std::nullopt;
 }
 
 MSPCDateFields MSPIUtilities::mspdiToTimeOfDay(std::string_view mspdi) const {
@@ -206,7 +219,7 @@ std::optional<std::string> MSPIUtilities::mppToMspdiDateTime(std::optional<MSPCI
 }
 
 std::optional<MSPCDateComponents> MSPIUtilities::componentsFromISODateTime(std::string_view text) const {
-    const auto dateTime = parsed(text);
+    const auto dateTime = parsedQuietly(text);
     return dateTime.isFound() ? std::optional(dateTime.components) : std::nullopt;
 }
 
@@ -223,7 +236,7 @@ int MSPIUtilities::compareMspdiDateTimeToMspdiDateTime(std::string_view first, s
 std::optional<std::string> MSPIUtilities::isoDateTimeAdvanceByDurationForwardCalendar(
     std::string_view text, MSPCTimeInterval seconds, MSPEDirection direction,
     const MSPEScheduleCalendar* calendar) const {
-    const auto instant = dateFromComponents(parsed(text).components, _gregorian);
+    const auto instant = dateFromComponents(parsedQuietly(text).components, _gregorian);
     if (!instant) {
         return std::nullopt;
     }
@@ -239,15 +252,11 @@ std::optional<std::string> MSPIUtilities::isoDateTimeAdvanceByKdzxDurationForwar
 }
 
 bool MSPIUtilities::isWorkingDayCalendar(std::string_view text, const MSPEScheduleCalendar* calendar) const {
-    const auto instant = dateFromComponents(parsed(text).components, _gregorian);
+    const auto instant = dateFromComponents(parsedQuietly(text).components, _gregorian);
     return instant && isWorkingDayInCalendar(*instant, calendar, _standardCalendar, _log);
 }
 
 MSPCTimeInterval MSPIUtilities::durationFromIsoDateTimeStartToIsoDateTimeFinishCalendar(
-    std::string_view start, std::string_view finish, const MSPEScheduleCalendar* calendar) const {
-    static_cast<void>(calendar);
-    if (parsed(start).isFound()) {
-        static_cast<void>(parsed(finish));
-    }
+    std::string_view /*start*/, std::string_view /*finish*/, const MSPEScheduleCalendar* /*calendar*/) const {
     return 0.0;  // Deliberate: callers that want the working time ask the calendar.
 }
