@@ -69,6 +69,25 @@ std::set<std::string> namesIn(const fs::path& folder) {
     return names;
 }
 
+bool linkTo(const fs::path& target, const fs::path& link) {
+    std::error_code error;
+    fs::create_directory_symlink(target, link, error);
+    return !error;
+}
+
+// Moves away the folders whose names begin so and puts links in their places; whether there was any.
+bool swapForLinks(const fs::path& folder, const std::string& nameBegin, const fs::path& target) {
+    bool isSwapped = false;
+    for (const auto& name : namesIn(folder)) {
+        std::error_code error;
+        if (name.starts_with(nameBegin) && fs::is_directory(fs::symlink_status(folder / name, error))) {
+            fs::rename(folder / name, folder / ("moved" + name), error);
+            isSwapped = (!error && linkTo(target, folder / name)) || isSwapped;
+        }
+    }
+    return isSwapped;
+}
+
 }  // namespace
 
 // Several imports of one plan into one folder, started together: each takes a name of its own and completes its bundle.
@@ -180,36 +199,28 @@ TEST(RunsAtOnce, areNotLedElsewhereByLinks) {
     writeBytes(victim / "Actual.xml", "precious");
     const auto toc = bytesOf(victim / "__TOC.xml");
     std::string plan;
-    generatePlan({.tasks = 5'000}, [&plan](std::string_view piece) { plan += piece; });
+    generatePlan({.tasks = 20'000}, [&plan](std::string_view piece) { plan += piece; });
     writeBytes(scratch / "Plan.xml", plan);
-    for (int attack = 0; attack < 4; ++attack) {
-        fs::remove_all(out);
-        fs::create_directories(out);
-        auto run = startImport(scratch / "Plan.xml", scratch / "run", scratch / "none");
-        const bool swapsHidden = attack % 2 == 1;
-        int swaps = 0;
-        while (run.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready && swaps < 1 + attack * 3) {
-            std::error_code ignored;
-            for (const auto& item : fs::directory_iterator(out, ignored)) {
-                const auto name = item.path().filename().native();
-                const bool isMeant = swapsHidden ? name.starts_with(".MSPDIImport-") : name == "Plan.kdzx";
-                if (isMeant && !item.is_symlink(ignored)) {
-                    fs::rename(item.path(), out / ("moved" + std::to_string(swaps++)), ignored);
-                    fs::create_directory_symlink(victim, item.path(), ignored);
-                }
+    for (const bool swapsHidden : {false, true}) {
+        for (const int delay : {0, 30, 100}) {
+            SCOPED_TRACE(std::to_string(delay) + (swapsHidden ? " ms, hidden folder" : " ms, document"));
+            fs::remove_all(out);
+            fs::create_directories(out);
+            auto run = startImport(scratch / "Plan.xml", scratch / "run", scratch / "none");
+            std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+            bool isSwapped = false;
+            while (!isSwapped && run.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+                isSwapped = swapsHidden ? swapForLinks(out, ".MSPDIImport-", victim)
+                                        : swapForLinks(out, "Plan.kdzx", victim) || linkTo(victim, out / "Plan.kdzx");
             }
-            if (!swapsHidden && !fs::exists(fs::symlink_status(out / "Plan.kdzx"))) {
-                fs::create_directory_symlink(victim, out / "Plan.kdzx", ignored);
-                ++swaps;
+            const auto result = run.get();
+            EXPECT_EQ(bytesOf(victim / "Actual.xml"), "precious") << result.standardError;
+            EXPECT_EQ(bytesOf(victim / "__TOC.xml"), toc);
+            EXPECT_EQ(namesIn(victim), namesIn(KZMSP_TEMPLATE));
+            if (!swapsHidden && isSwapped) {
+                EXPECT_EQ(result.status, 0) << "a link has the name, so the bundle takes the next one";
+                EXPECT_EQ(complaintAboutMixture(out / "Plan-1.kdzx"), "");
             }
-        }
-        const auto result = run.get();
-        EXPECT_EQ(bytesOf(victim / "Actual.xml"), "precious") << result.standardError;
-        EXPECT_EQ(bytesOf(victim / "__TOC.xml"), toc);
-        EXPECT_EQ(namesIn(victim), namesIn(KZMSP_TEMPLATE));
-        if (!swapsHidden) {
-            EXPECT_EQ(result.status, 0) << "a link has the name, so the bundle takes the next one";
-            EXPECT_EQ(complaintAboutMixture(out / "Plan-1.kdzx"), "");
         }
     }
 }
