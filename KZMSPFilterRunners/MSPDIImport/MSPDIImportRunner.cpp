@@ -102,9 +102,6 @@ void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& tem
 
     const auto folder = MSPDIOutputFolder(inputPath, arguments.outputFolder, _services.fileSystem);
     const auto bundlePath = MSPDIBundlePath(folder, inputPath, _includesInputExtension);
-    if (_overwritesTarget) {
-        removeOldBundle(bundlePath, templateURL.path(), inputPath);
-    }
     const auto destination = MSPCURL::fileURL(bundlePath, true);
     _services.log.log(fmt::format("### Write to URL (bundle): '{}'", destination.absoluteString()));
 
@@ -112,6 +109,8 @@ void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& tem
     MSPIImportInfo info;
     info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(inputPath));
     info.kdzxTemplateURL = templateURL;
+    info.replacesOldBundle = _overwritesTarget && mayBeReplaced(bundlePath, templateURL.path(), inputPath);
+    info.bundleNumbers = _bundleNumbers;
     _lastResult = _importFile(info, _services, source, destination);
     _services.log.log(fmt::format("### Importer {}.", _lastResult ? "SUCCEEDED" : "FAILED"));
 }
@@ -131,14 +130,10 @@ std::string MSPDIImportRunner::checkedInputPath(const std::string& entry) const 
     return path;
 }
 
-void MSPDIImportRunner::removeOldBundle(const std::string& bundlePath, const std::string& templatePath,
-                                        const std::string& inputPath) const {
-    auto& fileSystem = _services.fileSystem;
-    // Removing the template or the input would leave nothing to import; the import then takes a free numbered name.
-    const bool isKept = !fileSystem.exists(bundlePath) || MSPDIWouldBeRemoved(templatePath, bundlePath, fileSystem) ||
-                        MSPDIWouldBeRemoved(inputPath, bundlePath, fileSystem);
-    if (!isKept) {
-        // What cannot be removed is in the way like a bundle that is not overwritten.
-        static_cast<void>(fileSystem.remove(bundlePath));
-    }
+bool MSPDIImportRunner::mayBeReplaced(const std::string& bundlePath, const std::string& templatePath,
+                                      const std::string& inputPath) const {
+    // Without the template or the input nothing is left to import; the import then takes a free numbered name.
+    const auto& fileSystem = _services.fileSystem;
+    return !fileSystem.exists(bundlePath) || (!MSPDIWouldBeRemoved(templatePath, bundlePath, fileSystem) &&
+                                              !MSPDIWouldBeRemoved(inputPath, bundlePath, fileSystem));
 }

@@ -273,62 +273,61 @@ TEST_F(MSPDIImportRunnerTest, keepsAnExistingBundleByDefault) {
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
     log.ignoreLines();
     EXPECT_EQ(files.contents("/out/a.kdzx/old"), "");
-    EXPECT_EQ(files.calls(), Lines{});
+    EXPECT_FALSE(asked.at(0).info.replacesOldBundle);
 }
 
-TEST_F(MSPDIImportRunnerTest, removesAnExistingBundleWhereSet) {
+TEST_F(MSPDIImportRunnerTest, letsAnExistingBundleBeReplacedWhereSetAndRemovesNothingItself) {
     settings.set("OverwriteFilterTarget", true);
     files.addFile("/out/a.kdzx/old");
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
     log.ignoreLines();
-    EXPECT_FALSE(files.exists("/out/a.kdzx"));
-    EXPECT_EQ(files.calls(), Lines{"remove /out/a.kdzx"});
+    EXPECT_TRUE(files.exists("/out/a.kdzx/old"));
     EXPECT_EQ(asked.at(0).destination, "file:///out/a.kdzx/");
+    EXPECT_TRUE(asked.at(0).info.replacesOldBundle);
 }
 
-TEST_F(MSPDIImportRunnerTest, removesAFileOrADeadLinkInThePlaceToo) {
+TEST_F(MSPDIImportRunnerTest, replacesAFileOrADeadLinkInThePlaceToo) {
     settings.set("OverwriteFilterTarget", true);
     files.addFile("/out/a.kdzx");
     files.addLink("/out/b.kdzx", "/nowhere");
     EXPECT_EQ(runList("/in/a.xml\n/in/b.mspxml"), 0);
     log.ignoreLines();
-    EXPECT_EQ(files.calls(), (Lines{"readFile /list", "remove /out/a.kdzx", "remove /out/b.kdzx"}));
+    EXPECT_TRUE(asked.at(0).info.replacesOldBundle);
+    EXPECT_TRUE(asked.at(1).info.replacesOldBundle);
 }
 
-TEST_F(MSPDIImportRunnerTest, removesNothingWhereNothingIs) {
+TEST_F(MSPDIImportRunnerTest, replacesWhatAppearsMeanwhileWhereNothingIsYet) {
     settings.set("OverwriteFilterTarget", true);
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
     log.ignoreLines();
-    EXPECT_EQ(files.calls(), Lines{});
+    EXPECT_TRUE(asked.at(0).info.replacesOldBundle);
 }
 
-TEST_F(MSPDIImportRunnerTest, importsEvenIfTheOldBundleCannotBeRemoved) {
-    settings.set("OverwriteFilterTarget", true);
-    files.addFolder("/out/a.kdzx");
-    files.failAlways("remove", "Permission denied");
-    EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
-    EXPECT_EQ(log.takeLines().back(), "### Importer SUCCEEDED.");
-    EXPECT_TRUE(files.exists("/out/a.kdzx"));
-}
-
-TEST_F(MSPDIImportRunnerTest, neverRemovesTheTemplate) {
+TEST_F(MSPDIImportRunnerTest, neverReplacesTheTemplate) {
     settings.set("OverwriteFilterTarget", true);
     files.addFolder("/out/a.kdzx/inner/T.kdzx");
     files.addLink("/L.kdzx", "/out/a.kdzx");
     for (const auto* templatePath : {"/out/a.kdzx", "/out/a.kdzx/inner/T.kdzx", "/L.kdzx"}) {
         EXPECT_EQ(run({"x", "--template-path", templatePath, "/in/a.xml", "/out"}), 0);
         log.ignoreLines();
+        EXPECT_FALSE(asked.back().info.replacesOldBundle) << templatePath;
     }
-    EXPECT_EQ(files.calls(), Lines{});
     EXPECT_EQ(asked.at(0).destination, "file:///out/a.kdzx/");
 }
 
-TEST_F(MSPDIImportRunnerTest, neverRemovesTheInput) {
+TEST_F(MSPDIImportRunnerTest, neverReplacesTheInput) {
     settings.set("OverwriteFilterTarget", true);
     files.addFile("/out/a.kdzx/a.xml");
     EXPECT_EQ(runWith({"/out/a.kdzx/a.xml", "/out"}), 0);
     log.ignoreLines();
-    EXPECT_EQ(files.calls(), Lines{});
+    EXPECT_FALSE(asked.at(0).info.replacesOldBundle);
+}
+
+TEST_F(MSPDIImportRunnerTest, allImportsOfARunCountTheirNumbersTogether) {
+    EXPECT_EQ(runList("/in/a.xml\n/in/b.mspxml"), 0);
+    log.ignoreLines();
+    ASSERT_TRUE(asked.at(0).info.bundleNumbers);
+    EXPECT_EQ(asked.at(0).info.bundleNumbers, asked.at(1).info.bundleNumbers);
 }
 
 TEST_F(MSPDIImportRunnerTest, statusFollowsTheLastFileOnly) {
