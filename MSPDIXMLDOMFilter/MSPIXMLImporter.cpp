@@ -95,8 +95,7 @@ bool MSPIXMLImporter::importFromMspdiURLToKdzxBundleURL(const std::optional<MSPC
         checkDestination(destination);
         return importChecked(*source, *destination);
     } catch (const MSPCException& exception) {
-        _services.log.log(
-            fmt::format("Exception: {}\n{}\n{}", exception.name(), exception.reason(), exception.userInfo()));
+        _services.log.log("Exception: {}\n{}\n{}", exception.name(), exception.message(), exception.userInfo());
         return false;
     } catch (const std::bad_alloc&) {
         // A plan that does not fit into the memory is no reason to let the other plans of a list down. By now all that
@@ -128,8 +127,8 @@ std::string MSPIXMLImporter::copyTemplate(const MSPCURL& source, const MSPCURL& 
     MSPIBundleNaming naming(destination.path());
     naming.advanceToFreePath(_services.fileSystem);
     _services.log.log("MSPIXMLImporter: Importing XML (MSPDI) file to KZ 2 document bundle...");
-    _services.log.log(fmt::format("Input:  '{}'", source.path()));
-    _services.log.log(fmt::format("Output: '{}'", naming.path()));
+    _services.log.log("Input:  '{}'", source.path());
+    _services.log.log("Output: '{}'", naming.path());
     if (!_info.kdzxTemplateURL) {
         throw MSPCInternalInconsistency("URL of Template kdzx document not specified.");
     }
@@ -144,7 +143,7 @@ std::string MSPIXMLImporter::copyTemplate(const MSPCURL& source, const MSPCURL& 
         }
         // Another run took the name since it was found free.
         naming.advanceToFreePath(_services.fileSystem);
-        _services.log.log(fmt::format("Output: '{}'", naming.path()));
+        _services.log.log("Output: '{}'", naming.path());
     }
     return naming.path();
 }
@@ -188,7 +187,6 @@ void MSPIXMLImporter::writeDocument(const MSPCXMLDocument& document, const std::
         throw KZMPPImporterException(fmt::format("Failed to write '{}': {}", path, *failure));
     }
     if (replacedCount > 0) {
-        _services.log.log(
-            fmt::format("WARNING: Replaced {} characters that XML cannot hold in '{}'.", replacedCount, path));
+        _services.log.log("WARNING: Replaced {} characters that XML cannot hold in '{}'.", replacedCount, path);
     }
 }

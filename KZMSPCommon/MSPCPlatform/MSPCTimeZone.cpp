@@ -167,7 +167,7 @@ MSPCTimeZone MSPCTimeZone::fromEnvironment(const char* tz, MSPCLog& log) {
         return *std::move(zone);
     }
     if (tz != nullptr) {
-        log.log(fmt::format("WARNING: Unknown time zone in TZ: '{}'. UTC is used instead.", value));
+        log.log("WARNING: Unknown time zone in TZ: '{}'. UTC is used instead.", value);
     }
     return MSPCTimeZone(std::make_shared<const Rules>("UTC", 0));
 }
@@ -191,12 +191,16 @@ MSPCTimeSpan MSPCTimeZone::steadySpanAt(MSPCInstant instant) const {
     const auto seconds = MSPCWholeSeconds(instant);
     const auto shift = cyclesShift(seconds);
     const auto& interval = _rules->intervalAt(seconds - shift);
-    const auto shifted = [shift](std::int64_t bound) { return static_cast<double>(bound) + static_cast<double>(shift); };
+    const auto shifted = [shift](std::int64_t bound) {
+        return static_cast<double>(bound) + static_cast<double>(shift);
+    };
     return {{interval.start == std::numeric_limits<std::int64_t>::min() ? -unbounded : shifted(interval.start)},
             {interval.end == std::numeric_limits<std::int64_t>::max() ? unbounded : shifted(interval.end)}};
 }
 
-MSPCInstant MSPCTimeZone::startOfCycles() { return {static_cast<double>(EndOfLookups - ::GregorianCycle)}; }
+MSPCInstant MSPCTimeZone::startOfCycles() {
+    return {static_cast<double>(EndOfLookups - ::GregorianCycle)};
+}
 
 MSPCInstant MSPCTimeZone::instantFromWallClock(std::int64_t wallClockSeconds) const {
     const auto reachable = std::clamp(wallClockSeconds, -MSPCFarthestSecond, MSPCFarthestSecond);

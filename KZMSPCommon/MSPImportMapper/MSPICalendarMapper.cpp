@@ -45,8 +45,8 @@ void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_
 MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
     const auto name = stringValueForXQuery(mspCalendar, "Name").value_or("");
     _mapper.growthBounds().addRepeatedText(name.size());
-    _mapper.log().log(fmt::format("  Mapping Calendar UID='{}' name='{}' ...",
-                                  stringValueForXQuery(mspCalendar, "UID").value_or(""), name));
+    _mapper.log().log("  Mapping Calendar UID='{}' name='{}' ...",
+                      stringValueForXQuery(mspCalendar, "UID").value_or(""), name);
     auto schedule = _mapper.newElement("schedule");
     for (auto& day : newScheduleDaysFromMSPCalendar(mspCalendar)) {
         schedule.node().appendChild(std::move(day));

@@ -107,10 +107,10 @@ bool MSPIMapper::applyBaseline() {
     if (counts.areZero()) {
         return false;
     }
-    log().log(fmt::format("Searching for data for baseline {}", baselineNumber()));
-    log().log(fmt::format("  Baseline Tasks: {}", counts.tasks));
-    log().log(fmt::format("  Baseline Resources: {}", counts.resources));
-    log().log(fmt::format("  Baseline Assignments: {}", counts.assignments));
+    log().log("Searching for data for baseline {}", baselineNumber());
+    log().log("  Baseline Tasks: {}", counts.tasks);
+    log().log("  Baseline Resources: {}", counts.resources);
+    log().log("  Baseline Assignments: {}", counts.assignments);
     for (const auto& [element, hasBaseline, values] : _baselines->targets(baselineNumber())) {
         _patches.emplace_back(element, hasBaseline, values, _journal);
     }

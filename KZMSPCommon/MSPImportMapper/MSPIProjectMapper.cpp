@@ -37,7 +37,8 @@ MSPIProjectMapper::MSPIProjectMapper(MSPIMappingContext& mapper, std::int64_t& m
     : MSPIObjectMapperBase(mapper),
       _mspTaskMaxId(mspTaskMaxId),
       _mspResourceMaxId(mspResourceMaxId),
-      _userDataTOCElements(userDataTOCElements) {}
+      _userDataTOCElements(userDataTOCElements) {
+}
 
 MSPCXMLNewElement MSPIProjectMapper::newScenarioFromMSPProject(const MSPCXMLNode& mspProject) {
     auto newScenario = newScenarioElement();
@@ -50,13 +51,13 @@ MSPCXMLNewElement MSPIProjectMapper::newScenarioFromMSPProject(const MSPCXMLNode
     addComment(scenario, "  Resources  ");
     const auto topGroupResource = addTopResourceToScenario(mspProject, scenario);
     const auto mspResources = nodesForXQuery(mspProject, "Resources/Resource");
-    _mapper.log().log(fmt::format("Mapping {} Resources ...", mspResources.size()));
+    _mapper.log().log("Mapping {} Resources ...", mspResources.size());
     addMspResourcesToScenarioTopGroupResource(mspResources, scenario, topGroupResource);
 
     addComment(scenario, "  Tasks  ");
     const auto topGroupTask = addTopTaskToScenario(scenario);
     const auto mspTasks = nodesForXQuery(mspProject, "Tasks/Task");
-    _mapper.log().log(fmt::format("Mapping {} Tasks ...", mspTasks.size()));
+    _mapper.log().log("Mapping {} Tasks ...", mspTasks.size());
     if (!mspTasks.empty()) {
         buildMspTasksMspAssignmentsScenarioTopGroupTask(mspTasks, _mapper.index().assignmentKeys(), scenario,
                                                         topGroupTask);
@@ -70,8 +71,8 @@ MSPCXMLNewElement MSPIProjectMapper::newScenarioFromMSPProject(const MSPCXMLNode
 MSPCXMLNewElement MSPIProjectMapper::newScenarioElement() const {
     const auto templateRoot = _mapper.kdzxTemplateRoot();
     if (templateRoot.name() != "scenario") {
-        throw MSPCInternalInconsistency(fmt::format(
-            "*** ERROR: Invalid root element of template: '{}'. Must be 'scenario'.", templateRoot.name()));
+        throw MSPCInternalInconsistency(
+            fmt::format("*** ERROR: Invalid root element of template: '{}'. Must be 'scenario'.", templateRoot.name()));
     }
     auto scenario = _mapper.newElement("scenario");
     setAttributeWithNameStringValue(scenario.node(), "xmlns", targetNamespaceOf(templateRoot));

@@ -23,10 +23,13 @@ using MSPDIFileImport = std::function<bool(const MSPIImportInfo&, const MSPCServ
 // `OverwriteFilterTarget` removes an existing destination first, unless that would take the template or the input away.
 // Both are off when absent.
 //
+// Where neither the list nor the argument names a plan (it is empty, or there are only comments) no import runs, and
+// the log says "WARNING: Nothing to import: '<argument>' names no plan.".
+//
 // The first failed check ends the run with the log line "Exception: <name>\n<reason>". A failed import does not: the
 // run goes on with the next file. Foreign exceptions pass, after everything that the run holds has been released.
-// When all files are done, what was written is brought to the disk, once for the whole run. Where that fails the log says
-// "WARNING: Failed to bring the bundles to the disk: '<folder>': <the system's description>" and the run has not
+// When all files are done, what was written is brought to the disk, once for the whole run. Where that fails the log
+// says "WARNING: Failed to bring the bundles to the disk: '<folder>': <the system's description>" and the run has not
 // succeeded.
 //
 // Failures raised here (the others are told where they are raised):
