@@ -3,21 +3,21 @@ PLAN ?= examples/HouseBuilding.xml
 OUT ?= out
 export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 
-# The program alone: build/MSPDIImport.
+# The programs alone: build/MSPDIImport and build/mspdi.
 .PHONY: build
 build: configure
-	cmake --build --preset release --target MSPDIImport
+	cmake --build --preset release --target MSPDIImport mspdi
 
 # Imports PLAN into a new bundle in the folder OUT.
 .PHONY: import
 import: build
 	@tools/import-plan "$(PLAN)" "$(OUT)"
 
-# Installs below PREFIX (and DESTDIR, if given): program, template, man page, completions, examples, documents.
+# Installs below PREFIX (and DESTDIR, if given): programs, template, man pages, completions, examples, documents.
 PREFIX ?= /usr/local
 .PHONY: install
 install: configure
-	cmake --build --preset release --target MSPDIImport documents
+	cmake --build --preset release --target MSPDIImport mspdi documents
 	cmake --install build --prefix "$(PREFIX)"
 
 # A Debian package in build/package.
@@ -25,7 +25,7 @@ install: configure
 package: deps
 	@tools/install-dependencies dpkg-dev file gzip
 	cmake --preset release
-	cmake --build --preset release --target MSPDIImport documents
+	cmake --build --preset release --target MSPDIImport mspdi documents
 	cpack --config build/CPackConfig.cmake
 
 # Builds everything and runs all tests.

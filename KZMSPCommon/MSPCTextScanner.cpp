@@ -11,9 +11,49 @@ bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-std::string_view withoutLeadingBlanks(std::string_view text) {
-    while (!text.empty() && isBlank(text.front())) {
-        text.remove_prefix(1);
+// Blank, tab, LF, VT, FF, CR.
+bool isASCIIWhiteSpace(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+// The others with Unicode's property White_Space. In UTF-8 none of them is found within another character.
+constexpr std::string_view OtherWhiteSpace[] = {"\u0085", "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003",
+                                                "\u2004", "\u2005", "\u2006", "\u2007", "\u2008", "\u2009", "\u200A",
+                                                "\u2028", "\u2029", "\u202F", "\u205F", "\u3000"};
+
+bool isASCII(char character) {
+    return (static_cast<unsigned char>(character) & 0x80U) == 0;
+}
+
+// The bytes of the white space character that begins a text; 0 where none does.
+std::size_t whiteSpaceAtStart(std::string_view text) {
+    if (text.empty() || isASCII(text.front())) {
+        return !text.empty() && isASCIIWhiteSpace(text.front()) ? 1 : 0;
+    }
+    for (const auto space : OtherWhiteSpace) {
+        if (text.starts_with(space)) {
+            return space.size();
+        }
+    }
+    return 0;
+}
+
+// The bytes of the one that ends it.
+std::size_t whiteSpaceAtEnd(std::string_view text) {
+    if (text.empty() || isASCII(text.back())) {
+        return !text.empty() && isASCIIWhiteSpace(text.back()) ? 1 : 0;
+    }
+    for (const auto space : OtherWhiteSpace) {
+        if (text.ends_with(space)) {
+            return space.size();
+        }
+    }
+    return 0;
+}
+
+std::string_view withoutLeadingWhiteSpace(std::string_view text) {
+    while (const auto bytes = whiteSpaceAtStart(text)) {
+        text.remove_prefix(bytes);
     }
     return text;
 }
@@ -25,7 +65,7 @@ struct Signed {
 };
 
 Signed splitSign(std::string_view text) {
-    const auto trimmedText = withoutLeadingBlanks(text);
+    const auto trimmedText = withoutLeadingWhiteSpace(text);
     const bool isNegative = trimmedText.starts_with('-');
     const bool hasSign = isNegative || trimmedText.starts_with('+');
     return {isNegative, trimmedText.substr(hasSign ? 1 : 0)};
@@ -88,9 +128,9 @@ std::optional<double> scanDouble(std::string_view text) {
 }
 
 std::string_view trimmed(std::string_view text) {
-    text = withoutLeadingBlanks(text);
-    while (!text.empty() && isBlank(text.back())) {
-        text.remove_suffix(1);
+    text = withoutLeadingWhiteSpace(text);
+    while (const auto bytes = whiteSpaceAtEnd(text)) {
+        text.remove_suffix(bytes);
     }
     return text;
 }

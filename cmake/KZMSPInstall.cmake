@@ -21,24 +21,27 @@ set(CPACK_PACKAGE_CONTACT "The MSPDIImport maintainers <maintainers@kadenza.inva
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 kzmsp_compressed(docs/MSPDIImport.1 MSPDIImport.1.gz)
 kzmsp_compressed(docs/MSPDIImport-many.1 MSPDIImport-many.1.gz)
+kzmsp_compressed(docs/mspdi.1 mspdi.1.gz)
 kzmsp_compressed(CHANGELOG.md changelog.gz)
 kzmsp_compressed(packaging/changelog.Debian changelog.Debian.gz)
 get_property(compressed GLOBAL PROPERTY kzmsp_compressed_files)
 add_custom_target(documents ALL DEPENDS ${compressed})
 
-install(TARGETS MSPDIImport RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS MSPDIImport mspdi RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(PROGRAMS tools/MSPDIImport-many DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY share/kadenza2 DESTINATION ${CMAKE_INSTALL_DATADIR})
-install(FILES ${documents}/MSPDIImport.1.gz ${documents}/MSPDIImport-many.1.gz
+install(FILES ${documents}/MSPDIImport.1.gz ${documents}/MSPDIImport-many.1.gz ${documents}/mspdi.1.gz
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES completions/MSPDIImport.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         RENAME MSPDIImport)
+install(FILES completions/mspdi.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME mspdi)
+install(FILES completions/mspdi.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 # Debian's zsh looks for its packages' completions in a folder of their own.
 install(CODE "set(zsh_folder site-functions)
 if(CMAKE_INSTALL_PREFIX STREQUAL \"/usr\")
     set(zsh_folder vendor-completions)
 endif()
-file(INSTALL \"${CMAKE_SOURCE_DIR}/completions/_MSPDIImport\"
+file(INSTALL \"${CMAKE_SOURCE_DIR}/completions/_MSPDIImport\" \"${CMAKE_SOURCE_DIR}/completions/_mspdi\"
      DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}/zsh/\${zsh_folder}\")")
 # The documents lie side by side where they are installed, and the links of the README lead there too.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS README.md)

@@ -6,6 +6,8 @@
 
 // One worked stretch of a day, as wall-clock times. Nothing is checked: the end may lie before the start, and fields
 // may hold any number. Times derived from them are therefore computed in floating point, where no value overflows.
+// Deliberate: midnight is the beginning of the day, at the end of a period as well. A day worked round the clock, which
+// plans write as 00:00:00-00:00:00, and a shift until midnight, 17:00:00-00:00:00, count no work.
 struct MSPETimePeriod {
     std::int64_t fromHour = 0;
     std::int64_t fromMinute = 0;

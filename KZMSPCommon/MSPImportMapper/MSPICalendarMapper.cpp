@@ -17,6 +17,11 @@ constexpr std::int64_t Monday = 2;
 constexpr std::int64_t Friday = 6;
 constexpr std::int64_t Saturday = 7;
 
+// An empty element says as little as a missing one.
+bool isAbsent(const std::optional<std::string>& text) {
+    return !text || text->empty();
+}
+
 // The instant of a time of day on the wall clocks of an instant's day.
 MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCInstant day, const MSPCDateFields& timeOfDay) {
     auto fields = gregorian.fieldsOf(day);
@@ -162,8 +167,11 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     std::vector<MSPCXMLNewElement>& collection) const {
     const auto& conversions = _mapper.conversions();
     const auto& gregorian = conversions.gregorian();
-    const auto fromDay = conversions.mspdiToMppDateTime(fromDate.value_or(""));
-    const auto toDay = conversions.mspdiToMppDateTime(toDate.value_or(""));
+    if (isAbsent(fromDate) || isAbsent(toDate)) {
+        return;  // the other date is not looked at, however odd it is
+    }
+    const auto fromDay = conversions.mspdiToMppDateTime(*fromDate);
+    const auto toDay = conversions.mspdiToMppDateTime(*toDate);
     if (!fromDay || !toDay) {
         return;
     }
@@ -171,8 +179,10 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     if (days > 0 && static_cast<std::uint64_t>(days) / MSPELastWeekday + collection.size() >= MaximumEvents) {
         throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
     }
-    const auto first = instantOnDay(gregorian, *fromDay, conversions.mspdiToTimeOfDay(fromTime.value_or("00:00:00")));
-    const auto last = instantOnDay(gregorian, *toDay, conversions.mspdiToTimeOfDay(toTime.value_or("23:59:59")));
+    const auto first =
+        instantOnDay(gregorian, *fromDay, conversions.mspdiToTimeOfDay(isAbsent(fromTime) ? "00:00:00" : *fromTime));
+    const auto last =
+        instantOnDay(gregorian, *toDay, conversions.mspdiToTimeOfDay(isAbsent(toTime) ? "23:59:59" : *toTime));
     const auto begin = gregorian.fieldsOf(first);
     const auto end = gregorian.fieldsOf(last);
 

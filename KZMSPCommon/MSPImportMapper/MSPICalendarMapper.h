@@ -13,8 +13,8 @@
 // "Overtime". Recurring exceptions, days of the older kind (DayType 0) and the base calendar are not carried over.
 //
 // All new elements belong to the scenario document and are owned by the caller. A query that fails counts as one that
-// matches nothing; texts of numbers, dates and times that cannot be read raise as the node queries and conversions do. What
-// is mapped counts in the scenario's `MSPIGrowthBounds`, which raise where schedules grow beyond all measure.
+// matches nothing; texts of numbers, dates and times that cannot be read raise as the node queries and conversions do.
+// What is mapped counts in the scenario's `MSPIGrowthBounds`, which raise where schedules grow beyond all measure.
 class MSPICalendarMapper : public MSPIObjectMapperBase {
 public:
     using MSPIObjectMapperBase::MSPIObjectMapperBase;
@@ -40,8 +40,9 @@ public:
 
     // Appends one `event` per calendar week (Sunday to Saturday) that a range of days touches, from the week's first
     // day in the range at `fromTime` to its last day at `toTime`, wall clock. Dates are MSPDI date-times whose time of
-    // day plays no part in the events; times are MSPDI times, 00:00:00 and 23:59:59 where absent. Nothing happens when
-    // a date is absent or empty, or when the range ends a day or more before it begins. Thursday 2010-01-07 to Tuesday
+    // day plays no part in the events; times are MSPDI times, 00:00:00 and 23:59:59 where absent or empty. Nothing
+    // happens when a date is absent or empty, whatever the other one is, or when the range ends a day or more before it
+    // begins. Thursday 2010-01-07 to Tuesday
     // 2010-01-12 gives Thursday 00:00:00 to Saturday 23:59:59 and Sunday 00:00:00 to Tuesday 23:59:59. Raises
     // `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to '<toDate>'." when the list would grow
     // above 1,000,000 events, as many as 19,000 years have weeks.

@@ -24,6 +24,11 @@ ParsedDateTime parsed(std::string_view text) {
     return result;
 }
 
+// The same, but nothing is found where that raises.
+ParsedDateTime parsedQuietly(std::string_view text) {
+    return unitsOfISODateTime(text) == MSPCUnit::NotFound ? ParsedDateTime{} : parsed(text);
+}
+
 [[noreturn]] void raiseNoComponents(std::string_view form, std::string_view text) {
     throw MSPCInternalInconsistency(
         fmt::format("Failed to make MSPCDateComponents from {} date-time: '{}'.", form, text));
@@ -206,7 +211,7 @@ std::optional<std::string> MSPIUtilities::mppToMspdiDateTime(std::optional<MSPCI
 }
 
 std::optional<MSPCDateComponents> MSPIUtilities::componentsFromISODateTime(std::string_view text) const {
-    const auto dateTime = parsed(text);
+    const auto dateTime = parsedQuietly(text);
     return dateTime.isFound() ? std::optional(dateTime.components) : std::nullopt;
 }
 
@@ -223,7 +228,7 @@ int MSPIUtilities::compareMspdiDateTimeToMspdiDateTime(std::string_view first, s
 std::optional<std::string> MSPIUtilities::isoDateTimeAdvanceByDurationForwardCalendar(
     std::string_view text, MSPCTimeInterval seconds, MSPEDirection direction,
     const MSPEScheduleCalendar* calendar) const {
-    const auto instant = dateFromComponents(parsed(text).components, _gregorian);
+    const auto instant = dateFromComponents(parsedQuietly(text).components, _gregorian);
     if (!instant) {
         return std::nullopt;
     }
@@ -239,15 +244,11 @@ std::optional<std::string> MSPIUtilities::isoDateTimeAdvanceByKdzxDurationForwar
 }
 
 bool MSPIUtilities::isWorkingDayCalendar(std::string_view text, const MSPEScheduleCalendar* calendar) const {
-    const auto instant = dateFromComponents(parsed(text).components, _gregorian);
+    const auto instant = dateFromComponents(parsedQuietly(text).components, _gregorian);
     return instant && isWorkingDayInCalendar(*instant, calendar, _standardCalendar, _log);
 }
 
 MSPCTimeInterval MSPIUtilities::durationFromIsoDateTimeStartToIsoDateTimeFinishCalendar(
-    std::string_view start, std::string_view finish, const MSPEScheduleCalendar* calendar) const {
-    static_cast<void>(calendar);
-    if (parsed(start).isFound()) {
-        static_cast<void>(parsed(finish));
-    }
+    std::string_view /*start*/, std::string_view /*finish*/, const MSPEScheduleCalendar* /*calendar*/) const {
     return 0.0;  // Deliberate: callers that want the working time ask the calendar.
 }

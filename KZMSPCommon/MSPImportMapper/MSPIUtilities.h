@@ -20,8 +20,9 @@
 //   Mpp      an instant                         seconds, with fractions  seconds, with fractions
 //
 // Conversions raise `MSPCInternalInconsistency`. "Failed to make MSPCDateComponents from MSPDI date-time: '<text>'."
-// (or "KDZX") means a text that cannot be read at all; operations that parse date-times, the recognisers excepted,
-// raise with an empty reason for a date that is followed by a time but not by "T" and the time.
+// (or "KDZX") means a text that cannot be read at all; conversions of date-times raise with an empty reason for a date
+// that is followed by a time but not by "T" and the time. The recognisers, `componentsFromISODateTime` and the
+// questions to the calendar answer such texts quietly, as they answer an empty one.
 class MSPIUtilities {
 public:
     explicit MSPIUtilities(const MSPCServices& services);
@@ -71,7 +72,7 @@ public:
     [[nodiscard]] std::optional<std::string> mppToKdzxDateTime(std::optional<MSPCInstant> mpp) const;
     // The instant's Kdzx text converted back by `kdzxToMspdiDateTime`.
     [[nodiscard]] std::optional<std::string> mppToMspdiDateTime(std::optional<MSPCInstant> mpp) const;
-    // What a date-time text holds; fields that it does not hold are undefined.
+    // What a date-time text holds; fields that it does not hold are undefined. None for a text that cannot be read.
     [[nodiscard]] std::optional<MSPCDateComponents> componentsFromISODateTime(std::string_view text) const;
     // -1, 0 or 1: whether the first date is earlier, the same or later. Empty texts, and texts without year, month or
     // day, come before every other.

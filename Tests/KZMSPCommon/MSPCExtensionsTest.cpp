@@ -115,6 +115,16 @@ TEST(MSPCExtensions, booleansAreWordsOrIntegers) {
                   "Failed to get boolean value from XML node: <v>truely</v>");
 }
 
+TEST(MSPCExtensions, whiteSpaceOfAllOfUnicodeIsSkipped) {
+    EXPECT_EQ(intValueForXQuery(withValue("\u00A042").root(), "v"), 42);
+    EXPECT_EQ(intValueForXQuery(withValue("&#160;&#x3000;42").root(), "v"), 42);
+    EXPECT_EQ(floatValueForXQuery(withValue("\u2003-1.5").root(), "v"), -1.5);
+    EXPECT_TRUE(boolValueForXQuery(withValue("\u00A0Yes\u2028\u00A0").root(), "v"));
+    EXPECT_TRUE(boolValueForXQuery(withValue("\u00851\u3000").root(), "v"));
+    EXPECT_RAISES(boolValueForXQuery(withValue("\u00A0").root(), "v"), MSPCInternalInconsistency,
+                  "Failed to get boolean value from XML node: <v>\u00A0</v>");
+}
+
 TEST(MSPCExtensions, aQueryNeedsANode) {
     const MSPCXMLNode none;
     EXPECT_RAISES(singleObjectForXQuery(none, "a"), MSPCInternalInconsistency, NoNode);

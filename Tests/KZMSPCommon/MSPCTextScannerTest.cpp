@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cmath>
 #include <limits>
+#include <set>
 #include <string>
 
 namespace {
@@ -13,6 +14,18 @@ constexpr auto Highest64 = std::numeric_limits<std::int64_t>::max();
 constexpr auto Lowest64 = std::numeric_limits<std::int64_t>::min();
 constexpr auto Highest32 = std::numeric_limits<std::int32_t>::max();
 constexpr auto Lowest32 = std::numeric_limits<std::int32_t>::min();
+
+// Of a character of the basic plane.
+std::string utf8Of(char32_t character) {
+    const auto byte = [](char32_t value) { return static_cast<char>(static_cast<unsigned char>(value)); };
+    if (character < 0x80) {
+        return {byte(character)};
+    }
+    if (character < 0x800) {
+        return {byte(0xC0 | character >> 6), byte(0x80 | (character & 0x3F))};
+    }
+    return {byte(0xE0 | character >> 12), byte(0x80 | (character >> 6 & 0x3F)), byte(0x80 | (character & 0x3F))};
+}
 
 TEST(MSPCTextScanner, readsIntegersAtTheStart) {
     struct Case {
@@ -43,9 +56,6 @@ TEST(MSPCTextScanner, readsIntegersAtTheStart) {
         {"+-5", std::nullopt},
         {"- 5", std::nullopt},
         {".5", std::nullopt},
-        {"\xC2\xA0"
-         "5",
-         std::nullopt},
     };
     for (const auto& [text, value] : cases) {
         EXPECT_EQ(scanInteger64(text), value) << text;
@@ -104,11 +114,53 @@ TEST(MSPCTextScanner, numbersReadAlikeInEveryLocale) {
     std::setlocale(LC_ALL, former.c_str());
 }
 
-TEST(MSPCTextScanner, trimsBlanksAtBothEnds) {
-    EXPECT_EQ(trimmed(" \t\n\v\f\ra b\r\n "), "a b");
-    EXPECT_EQ(trimmed("a"), "a");
-    EXPECT_EQ(trimmed("  "), "");
-    EXPECT_EQ(trimmed(""), "");
+TEST(MSPCTextScanner, skipsWhiteSpaceOfAllOfUnicode) {
+    EXPECT_EQ(scanInteger64("\u00A05"), 5);                   // no-break space
+    EXPECT_EQ(scanInteger32("\u3000\u2009\u0085-12h"), -12);  // ideographic and thin space, next line
+    EXPECT_EQ(scanDouble(" \u202F\u2028\u20291.5"), 1.5);     // narrow no-break space, line and paragraph separator
+    // No white space: zero width space, byte order mark, the lone first byte of a no-break space.
+    for (const std::string_view text : {"\u200B5", "\uFEFF5", "\xC2",
+                                        "\xC2"
+                                        "5"}) {
+        EXPECT_EQ(scanInteger64(text), std::nullopt) << text;
+        EXPECT_EQ(scanDouble(text), std::nullopt) << text;
+    }
+}
+
+TEST(MSPCTextScanner, trimsWhiteSpaceAtBothEnds) {
+    const struct {
+        std::string_view text;
+        std::string_view trimmed;
+    } table[] = {
+        {" \t\n\v\f\ra b\r\n ", "a b"},
+        {"\u00A0\u3000a\u2003b\u2028\u0085", "a\u2003b"},
+        {"\u00A0 \u00E4 \u00A0", "\u00E4"},
+        {"a", "a"},
+        {"  ", ""},
+        {"\u2029 ", ""},
+        {"", ""},
+        {"\x7F\x1F", "\x7F\x1F"},
+        {"\u200Ba\uFEFF", "\u200Ba\uFEFF"},
+        // Bytes that are no UTF-8, though they are part of a blank's.
+        {"\xC2 a \xA0", "\xC2 a \xA0"},
+        {"\xE3\x80", "\xE3\x80"},
+    };
+    for (const auto& row : table) {
+        EXPECT_EQ(trimmed(row.text), row.trimmed) << row.text;
+    }
+}
+
+// Unicode's list: White_Space in PropList.txt.
+TEST(MSPCTextScanner, whiteSpaceIsWhatUnicodeCallsIt) {
+    const std::set<char32_t> whiteSpace{0x09,   0x0A,   0x0B,   0x0C,   0x0D,   0x20,   0x85,   0xA0,   0x1680,
+                                        0x2000, 0x2001, 0x2002, 0x2003, 0x2004, 0x2005, 0x2006, 0x2007, 0x2008,
+                                        0x2009, 0x200A, 0x2028, 0x2029, 0x202F, 0x205F, 0x3000};
+    for (char32_t character = 0; character <= 0xFFFF; ++character) {
+        if (character < 0xD800 || character > 0xDFFF) {
+            EXPECT_EQ(trimmed(utf8Of(character)).empty(), whiteSpace.contains(character))
+                << static_cast<unsigned>(character);
+        }
+    }
 }
 
 }  // namespace

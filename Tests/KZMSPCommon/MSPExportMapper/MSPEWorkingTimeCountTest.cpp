@@ -91,6 +91,17 @@ TEST(MSPEWorkingTimeCount, overlappingPeriods_countTwice) {
     EXPECT_EQ(workBetween(calendar, "2012-03-05T00:00:00", "2012-03-05T11:00:00"), 4 * Hour);
 }
 
+// Deliberate: midnight is the beginning of the day, at the end of a period as well.
+TEST(MSPEWorkingTimeCount, periodsUntilMidnight_countNoWork) {
+    MSPEScheduleCalendar calendar(gregorianIn("UTC"));
+    calendar.addWorkingTimePeriodWeekday({0, 0, 0, 0, 0, 0}, Sunday);
+    calendar.addWorkingTimePeriodWeekday({17, 0, 0, 0, 0, 0}, Monday);
+    EXPECT_EQ(workBetween(calendar, "2012-03-01T00:00:00", "2012-05-03T00:00:00"), 0);
+    EXPECT_EQ(workBetween(calendar, "2012-03-05T16:00:00", "2012-03-05T23:00:00"), 0);
+    calendar.addWorkingTimePeriodWeekday({17, 0, 0, 24, 0, 0}, Monday);
+    EXPECT_EQ(workBetween(calendar, "2012-03-05T16:00:00", "2012-03-05T23:00:00"), 6 * Hour);
+}
+
 TEST(MSPEWorkingTimeCount, periodsOfAnySize_countTheirDay) {
     MSPEScheduleCalendar calendar(gregorianIn("Europe/Berlin"));
     calendar.addWorkingTimePeriodWeekday({-huge, -huge, -huge, huge, huge, huge}, Monday);

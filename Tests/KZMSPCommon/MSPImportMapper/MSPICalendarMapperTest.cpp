@@ -96,6 +96,16 @@ TEST(MSPICalendarMapper, workingDays_keepTheirOrderAndAreNotMerged) {
               "end-time=\"43200\"/></schedule-day></schedule>");
 }
 
+// Deliberate: midnight is the beginning of the day, so these count no work.
+TEST(MSPICalendarMapper, workingTimesUntilMidnight_endAtTheDaysBeginning) {
+    const std::string workingTimes =
+        "<WorkingTime><FromTime>00:00:00</FromTime><ToTime>00:00:00</ToTime></WorkingTime>"
+        "<WorkingTime><FromTime>17:00:00</FromTime><ToTime>00:00:00</ToTime></WorkingTime>";
+    EXPECT_EQ(scheduleMarkup(weekDays(true, weekDay("2", "1", workingTimes))),
+              "<schedule><schedule-day day-of-week=\"monday\"><time-span start-time=\"0\" end-time=\"0\"/>"
+              "<time-span start-time=\"61200\" end-time=\"0\"/></schedule-day></schedule>");
+}
+
 TEST(MSPICalendarMapper, everyDayType_hasItsName) {
     const char* names[] = {"sunday", "monday", "tuesday", "wednesday", "thursday", "friday", "saturday"};
     for (int dayType = 1; dayType <= 7; ++dayType) {

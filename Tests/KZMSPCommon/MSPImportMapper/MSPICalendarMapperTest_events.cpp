@@ -74,6 +74,32 @@ TEST(MSPICalendarMapperEvents, oneDay_isOneEvent) {
     }
 }
 
+TEST(MSPICalendarMapperEvents, missingDate_givesNoEventsWhateverTheOtherDateIs) {
+    for (const auto* otherDate : {"2010-01-07T00:00:00", "2010-01-07 08:00:00", "2010-01-07T08:00:00Z", "tomorrow"}) {
+        for (const auto& missing : {Text(), Text("")}) {
+            EXPECT_EQ(eventsFrom(otherDate, missing), Events{}) << otherDate;
+            EXPECT_EQ(eventsFrom(missing, otherDate), Events{}) << otherDate;
+        }
+    }
+}
+
+TEST(MSPICalendarMapperEvents, emptyTimes_areTheDefaults) {
+    EXPECT_EQ(eventsFrom("2010-01-07T00:00:00", "2010-01-07T00:00:00", "08:00:00", ""),
+              (Events{{"2010-01-07T08:00:00+01:00", "2010-01-07T23:59:59+01:00"}}));
+    EXPECT_EQ(eventsFrom("2010-01-07T00:00:00", "2010-01-07T00:00:00", "", "08:00:00"),
+              (Events{{"2010-01-07T00:00:00+01:00", "2010-01-07T08:00:00+01:00"}}));
+    EXPECT_EQ(eventsFrom("2010-01-07T00:00:00", "2010-01-07T00:00:00", "", ""),
+              (Events{{"2010-01-07T00:00:00+01:00", "2010-01-07T23:59:59+01:00"}}));
+}
+
+TEST(MSPICalendarMapperEvents, exceptionWithoutAToDate_isLeftOutThoughItsFromDateIsUnreadable) {
+    EXPECT_EQ(scheduleWith(exception("0", "1", "<TimePeriod><FromDate>tomorrow</FromDate></TimePeriod>") +
+                           exception("1", "1",
+                                     "<TimePeriod><FromDate>tomorrow</FromDate><ToDate/></TimePeriod>"
+                                     "<WorkingTimes><WorkingTime/></WorkingTimes>")),
+              "<schedule/>");
+}
+
 TEST(MSPICalendarMapperEvents, saturdayToTheNextSunday_isTwoEvents) {
     EXPECT_EQ(eventsFrom("2010-01-09T00:00:00", "2010-01-10T23:59:00"),
               (Events{{"2010-01-09T00:00:00+01:00", "2010-01-09T23:59:59+01:00"},

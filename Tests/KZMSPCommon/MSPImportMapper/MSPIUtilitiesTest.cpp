@@ -289,11 +289,28 @@ TEST(MSPIUtilities, dateWithoutTBeforeItsTimeRaisesWhereverItIsReadAsADate) {
     constexpr std::string_view text = "2012-01-05 08:00:00";
     EXPECT_RAISES(utilities.mspdiToKdzxTimeOnly(text), MSPCInternalInconsistency, "");
     EXPECT_RAISES(utilities.kdzxToMspdiDateOnly(text), MSPCInternalInconsistency, "");
-    EXPECT_RAISES(utilities.componentsFromISODateTime(text), MSPCInternalInconsistency, "");
-    EXPECT_RAISES(utilities.isWorkingDayCalendar(text, nullptr), MSPCInternalInconsistency, "");
-    EXPECT_RAISES(
-        utilities.isoDateTimeAdvanceByDurationForwardCalendar(text, 3600, MSPEDirection::Forward, nullptr),
-        MSPCInternalInconsistency, "");
+}
+
+TEST(MSPIUtilities, questionsAnswerTextThatCannotBeReadQuietly) {
+    const Conversions berlin;
+    const auto& utilities = berlin.utilities;
+    // A date must be followed by "T" and the time, or by nothing.
+    for (const std::string_view text : {"2012-01-05 08:00:00", "2012-01-05X08:00:00", "2012-01-05T8 08:00:00"}) {
+        EXPECT_EQ(utilities.componentsFromISODateTime(text), std::nullopt) << text;
+        EXPECT_FALSE(utilities.isWorkingDayCalendar(text, nullptr)) << text;
+        for (const auto direction : {MSPEDirection::Forward, MSPEDirection::Backward}) {
+            EXPECT_EQ(utilities.isoDateTimeAdvanceByDurationForwardCalendar(text, 3600, direction, nullptr),
+                      std::nullopt)
+                << text;
+            // Nor is the duration looked at.
+            EXPECT_EQ(utilities.isoDateTimeAdvanceByDurationForwardCalendar(text, -1, direction, nullptr), std::nullopt)
+                << text;
+            EXPECT_EQ(utilities.isoDateTimeAdvanceByKdzxDurationForwardCalendar(text, "3600", direction, nullptr),
+                      std::nullopt)
+                << text;
+        }
+        EXPECT_EQ(utilities.durationFromIsoDateTimeStartToIsoDateTimeFinishCalendar(text, text, nullptr), 0.0) << text;
+    }
 }
 
 TEST(MSPIUtilities, hugeYearsNeitherOverflowNorRaise) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+#include "MSPCServices.h"
+
+// The exit statuses of every subcommand.
+enum class MSPDIStatus {
+    NothingToTell = 0,
+    SomethingToTell = 1,
+    CouldNotLook = 2,  // no such file, no plan, wrong arguments
+};
+
+// What one run of the program has to do with: the outside world, where results go, and how they are to be told. Made by
+// `MSPDIProgram`; a subcommand sets the status.
+struct MSPDIRun {
+    const MSPCServices& services;
+    std::ostream& out;  // results, and nothing else
+    std::ostream& err;  // everything else
+    bool isColored = false;
+    bool isJSON = false;
+    bool isQuiet = false;
+    MSPDIStatus status = MSPDIStatus::NothingToTell;
+
+    // One line on `err`, "mspdi: <file>: <reason>", and the status for it. Line ends in either become blanks.
+    void couldNotLook(std::string_view file, std::string_view reason);
+    // The text between the codes of a terminal for bold letters, where colour is wanted; else the text itself.
+    [[nodiscard]] std::string emphasized(std::string_view text) const;
+};

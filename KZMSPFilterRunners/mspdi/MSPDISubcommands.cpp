@@ -1,0 +1,5 @@
+#include "MSPDISubcommands.h"
+
+std::span<const MSPDISubcommand> MSPDISubcommands() {
+    return {};
+}

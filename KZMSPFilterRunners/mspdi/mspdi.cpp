@@ -1,0 +1,27 @@
+#include <cstdlib>
+#include <iostream>
+#include <utility>
+
+#include "MSPCClock.h"
+#include "MSPCFileSystem.h"
+#include "MSPCLog.h"
+#include "MSPCProcessGuard.h"
+#include "MSPCRandomSource.h"
+#include "MSPCServices.h"
+#include "MSPCTerminal.h"
+#include "MSPCUserDefaults.h"
+#include "MSPDIProgram.h"
+
+int main(int argumentCount, char** arguments) {
+    MSPCStandardErrorLog log("mspdi");
+    const MSPCProcessGuard guard(log);
+    const MSPCSystemClock clock;
+    const MSPCSettingsFile settings({}, "none", log);  // it has no settings
+    MSPCDiskFileSystem fileSystem;
+    MSPCCryptoRandomSource randomSource;
+    auto timeZone = MSPCTimeZone::fromEnvironment(std::getenv("TZ"), log);
+    const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource};
+    const auto* noColor = std::getenv("NO_COLOR");
+    const bool isColored = MSPCIsStandardOutputTerminal() && (noColor == nullptr || *noColor == '\0');
+    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services, {std::cout, std::cerr, isColored});
+}

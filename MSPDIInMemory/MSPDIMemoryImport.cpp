@@ -1,0 +1,73 @@
+#include "MSPDIMemoryImport.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "MSPCLog.h"
+#include "MSPCPath.h"
+#include "MSPDIEmptyDocument.h"
+#include "MSPIXMLImporter.h"
+
+namespace {
+
+// Keeps of an import's log what nothing else tells: why it failed, and what it warned of.
+class VerdictLog final : public MSPCLog {
+public:
+    explicit VerdictLog(MSPDIMemoryImport& result) : _result(result) {}
+
+    void log(std::string_view message) override {
+        constexpr std::string_view failure = "Exception: ";
+        constexpr std::string_view warning = "WARNING: ";
+        if (message.starts_with(warning)) {
+            _result.warnings.emplace_back(message.substr(warning.size()));
+        } else if (message.starts_with(failure)) {
+            _result.refusal = refusalOf(message.substr(failure.size()));
+        }
+    }
+
+private:
+    // "<name>\n<reason>\n<user info>"
+    static MSPDIRefusal refusalOf(std::string_view text) {
+        const auto nameEnd = std::min(text.find('\n'), text.size());
+        auto reason = text.substr(std::min(nameEnd + 1, text.size()));
+        while (reason.ends_with('\n')) {
+            reason.remove_suffix(1);
+        }
+        return {std::string(text.substr(0, nameEnd)), std::string(reason)};
+    }
+
+    MSPDIMemoryImport& _result;
+};
+
+std::string inMemory(std::string_view name) {
+    return pathByAppendingComponent(MSPDIMemoryFileSystem::Folder, name);
+}
+
+}  // namespace
+
+MSPDIMemoryImport MSPDIImportInMemory(const std::string& planPath, const MSPCServices& services,
+                                      MSPDIMemoryKeeping keeping, MSPIScenarioMapping mapScenario) {
+    const auto templateFolder = inMemory("Empty.kdzx");
+    const auto bundle = inMemory("Plan.kdzx");
+    MSPDIMemoryFileSystem fileSystem(services.fileSystem, keeping);
+    for (const auto& [name, content] : MSPDIEmptyDocument()) {
+        fileSystem.addFile(pathByAppendingComponent(templateFolder, name), std::string(content));
+    }
+    MSPIImportInfo info;
+    info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(planPath));
+    info.kdzxTemplateURL = MSPCURL::fileURL(templateFolder, true);
+
+    MSPDIMemoryImport result;
+    VerdictLog log(result);
+    const MSPCServices ofImport{services.clock,        services.timeZone, log, services.userDefaults, fileSystem,
+                                services.randomSource, MSPCNoProgress()};
+    MSPIXMLImporter importer(std::move(info), ofImport, std::move(mapScenario));
+    const bool isImported =
+        importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(planPath, false), MSPCURL::fileURL(bundle, true));
+    if (isImported) {
+        result.bundle = fileSystem.takeFilesBelow(bundle);
+    } else if (!result.refusal) {
+        result.refusal = MSPDIRefusal{};
+    }
+    return result;
+}

@@ -1,0 +1,50 @@
+#include "MSPDIProgram.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "ServicesInMemory.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class ProgramTest : public testing::Test {
+protected:
+    int run(const std::vector<std::string>& arguments) {
+        return MSPDIProgram(arguments, world.services, {out, err, false});
+    }
+
+    ServicesInMemory world;
+    std::ostringstream out;
+    std::ostringstream err;
+};
+
+}  // namespace
+
+TEST_F(ProgramTest, printsItsVersionOnStandardOutput) {
+    EXPECT_EQ(run({"--version"}), 0);
+    EXPECT_EQ(out.str(), "mspdi " KZMSP_VERSION "\n");
+    EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(ProgramTest, printsItsHelpOnStandardOutput) {
+    EXPECT_EQ(run({"--help"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("Usage: mspdi"));
+    EXPECT_THAT(out.str(), HasSubstr("Exit status: 0 nothing to tell, 1 something to tell, 2 could not look."));
+    EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(ProgramTest, tellsWrongArgumentsInOneLineOnStandardError) {
+    for (const auto& arguments : {std::vector<std::string>{}, {"--colour"}, {"no-such-subcommand"}}) {
+        out.str("");
+        err.str("");
+        EXPECT_EQ(run(arguments), 2);
+        EXPECT_EQ(out.str(), "");
+        EXPECT_THAT(err.str(), StartsWith("mspdi: "));
+        EXPECT_EQ(err.str().find('\n'), err.str().size() - 1) << err.str();
+    }
+}

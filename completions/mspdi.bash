@@ -1,0 +1,28 @@
+# bash completion of mspdi: subcommands, their options, and plans.
+
+_mspdi_plans() {
+    local path
+    while IFS= read -r path; do
+        [[ -d $path || ${path,,} == *.xml || ${path,,} == *.mspxml ]] && COMPREPLY+=("$path")
+    done < <(compgen -f -- "$1")
+}
+
+_mspdi() {
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='' options='--help --json --quiet --version'
+    COMPREPLY=()
+    compopt -o filenames 2>/dev/null
+    if ((COMP_CWORD == 1)); then
+        mapfile -t COMPREPLY < <(compgen -W "$subcommands --help --version" -- "$word")
+        return
+    fi
+    case ${COMP_WORDS[1]} in
+        -*) return ;;
+    esac
+    if [[ $word == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+    else
+        _mspdi_plans "$word"
+    fi
+}
+
+complete -F _mspdi mspdi
