@@ -24,6 +24,12 @@ public:
     // The reason as a message shows it.
     [[nodiscard]] const MSPCMessage& message() const noexcept { return _message; }
     [[nodiscard]] const std::string& userInfo() const noexcept { return _userInfo; }
+    // Adds what was going on, behind a comma; nothing where that has been said already.
+    void addToUserInfo(std::string_view text) {
+        if (_userInfo.find(text) == std::string::npos) {
+            _userInfo.append(_userInfo.empty() ? "" : ", ").append(text);
+        }
+    }
     [[nodiscard]] const char* what() const noexcept override { return _reason.c_str(); }
 
 private:

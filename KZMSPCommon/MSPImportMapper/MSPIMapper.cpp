@@ -114,9 +114,20 @@ bool MSPIMapper::applyBaseline() {
     for (const auto& [element, hasBaseline, values] : _baselines->targets(baselineNumber())) {
         _patches.emplace_back(element, hasBaseline, values, _journal);
     }
+    setHiddenElements([this] { return hiddenElementsOfBaseline(); });
     // From the last to the first, and back the other way: each removed element finds its place again.
     visitFetchingAhead(_patches.rbegin(), _patches.rend(), [](auto& patch) { patch.apply(); });
     return true;
+}
+
+std::vector<MSPCXMLNode> MSPIMapper::hiddenElementsOfBaseline() const {
+    std::vector<MSPCXMLNode> hidden;
+    for (const auto& target : _baselines->targets(baselineNumber())) {
+        if (!target.hasBaseline) {
+            hidden.push_back(target.element);
+        }
+    }
+    return hidden;
 }
 
 void MSPIMapper::revertBaseline() {

@@ -10,6 +10,7 @@
 #include "MSPCTextScanner.h"
 #include "MSPICalendarMapper.h"
 #include "MSPINoteMapper.h"
+#include "MSPISubject.h"
 
 MSPIResourceMapper::MSPIResourceMapper(MSPIMappingContext& mapper, MSPIUserDataTOCElements& userDataTOCElements,
                                        std::int64_t& mspResourceMaxId)
@@ -116,7 +117,8 @@ void MSPIResourceMapper::addSchedule(const MSPCFields& mspResource, const MSPCXM
         return;
     }
     if (const auto calendar = _mapper.index().calendarsByUID().singleNodeWithKey(calendarUID)) {
-        auto schedule = MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar);
+        auto schedule = MSPITellingSubject(
+            "Calendar", calendar, [&] { return MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar); });
         if (schedule) {
             addComment(resource, "  Resource Schedule  ");
             MSPCXMLNode(resource).appendChild(std::move(schedule));

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "MSPCExtensions.h"
+#include "MSPISubject.h"
 
 namespace {
 
@@ -73,7 +74,8 @@ MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std:
     MSPITimephasedSpans spans;
     MSPIGrowthBounds boundsOfTask;
     for (const auto& assignment : _mapper.index().timephasedAssignmentsByTaskUID().nodesWithKey(uid)) {
-        collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans);
+        MSPITellingSubject([&] { return MSPISubjectOfAssignment(assignment, _mapper.hiddenElements()); },
+                           [&] { collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans); });
     }
     if (!spans.empty()) {
         scaleToAssignedWork(spans, assignedWorkOf(_mapper.index().assignmentsByTaskUID().nodesWithKey(uid)));
