@@ -73,7 +73,17 @@ std::vector<Failure> failures() {
                             timephased("1", "2012-01-11T08:00:00", "2012-01-11T17:00:00", "PT8H0M0S")) +
              "</Assignments>",
          "", "Parent task was not assigned a type.", "Task UID='6' name='Rafters'"},
-        {"stretchesThatTouchWithoutWork",
+        {"interruptedWorkOnASummaryTask",
+         "<SaveVersion>14</SaveVersion>" +
+             tasks(taskElement("5", "<Name>Roof</Name><Summary>1</Summary>") +
+                   "<Task><UID>6</UID><Name>Rafters</Name><OutlineLevel>2</OutlineLevel></Task>") +
+             "<Assignments>" +
+             assignment("5", "-65535",
+                        timephased("1", "2012-01-09T08:00:00", "2012-01-09T17:00:00", "PT8H0M0S") +
+                            timephased("1", "2012-01-11T08:00:00", "2012-01-11T17:00:00", "PT8H0M0S")) +
+             "</Assignments>",
+         "", "Parent task was not assigned a type.", "Task UID='6' name='Rafters'"},
+        {"workThatOverlapsWhereNobodyWorks",
          tasks(roof) + "<Assignments>" +
              assignment("5", "-65535",
                         timephased("1", "2012-01-14T08:00:00", "2012-01-14T12:00:00", "PT4H0M0S") +
