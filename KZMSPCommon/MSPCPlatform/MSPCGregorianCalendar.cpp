@@ -74,6 +74,11 @@ std::int64_t wallClockOf(const MSPCTimeZone& zone, MSPCInstant instant) {
 MSPCGregorianCalendar::MSPCGregorianCalendar(MSPCTimeZone zone) : _zone(std::move(zone)) {
 }
 
+const MSPCGregorianCalendar& MSPCGregorianCalendar::utc() {
+    static const MSPCGregorianCalendar calendar(MSPCTimeZone::fixed(0));
+    return calendar;
+}
+
 MSPCDateFields MSPCGregorianCalendar::fieldsOf(MSPCInstant instant) const {
     const auto wallClock = wallClockOf(_zone, instant);
     const auto days = floorDivide(wallClock, SecondsPerDay);

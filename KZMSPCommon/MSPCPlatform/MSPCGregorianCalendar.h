@@ -36,6 +36,8 @@ struct MSPCDateFields {
 class MSPCGregorianCalendar {
 public:
     explicit MSPCGregorianCalendar(MSPCTimeZone zone);
+    // The calendar without changes of the clocks: of Greenwich, or of dates and times as they are written.
+    [[nodiscard]] static const MSPCGregorianCalendar& utc();
 
     [[nodiscard]] const MSPCTimeZone& timeZone() const { return _zone; }
 

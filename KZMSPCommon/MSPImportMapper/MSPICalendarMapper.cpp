@@ -22,13 +22,14 @@ bool isAbsent(const std::optional<std::string>& text) {
     return !text || text->empty();
 }
 
-// The instant of a time of day on the wall clocks of an instant's day.
-MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCInstant day, const MSPCDateFields& timeOfDay) {
-    auto fields = gregorian.fieldsOf(day);
-    fields.hour = timeOfDay.hour;
-    fields.minute = timeOfDay.minute;
-    fields.second = timeOfDay.second;
-    return gregorian.instantFrom(fields).value_or(day);
+// The instant of a time of day on the wall clocks, a number of calendar days after a date.
+MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCDateFields date, std::int64_t daysLater,
+                         const MSPCDateFields& timeOfDay) {
+    date.day += daysLater;
+    date.hour = timeOfDay.hour;
+    date.minute = timeOfDay.minute;
+    date.second = timeOfDay.second;
+    return gregorian.instantFrom(date).value_or(MSPCInstant{});
 }
 
 void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_view overtime,
@@ -166,37 +167,31 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
     std::vector<MSPCXMLNewElement>& collection) const {
     const auto& conversions = _mapper.conversions();
-    const auto& gregorian = conversions.gregorian();
     if (isAbsent(fromDate) || isAbsent(toDate)) {
         return;  // the other date is not looked at, however odd it is
     }
-    const auto fromDay = conversions.mspdiToMppDateTime(*fromDate);
-    const auto toDay = conversions.mspdiToMppDateTime(*toDate);
+    const auto fromDay = conversions.mspdiToDateFields(*fromDate);
+    const auto toDay = conversions.mspdiToDateFields(*toDate);
     if (!fromDay || !toDay) {
         return;
     }
-    const auto days = gregorian.wholeDaysBetween(*fromDay, *toDay) + 1;
+    // Days are counted as they are written: on the clocks of a zone a midnight, or a whole day, can be missing.
+    const auto& written = MSPCGregorianCalendar::utc();
+    const auto firstDay = written.instantFrom(*fromDay).value_or(MSPCInstant{});
+    const auto lastDay = written.instantFrom(*toDay).value_or(MSPCInstant{});
+    const auto days = written.wholeDaysBetween(firstDay, lastDay) + 1;
     if (days > 0 && static_cast<std::uint64_t>(days) / MSPELastWeekday + collection.size() >= MaximumEvents) {
         throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
     }
-    const auto first =
-        instantOnDay(gregorian, *fromDay, conversions.mspdiToTimeOfDay(isAbsent(fromTime) ? "00:00:00" : *fromTime));
-    const auto last =
-        instantOnDay(gregorian, *toDay, conversions.mspdiToTimeOfDay(isAbsent(toTime) ? "23:59:59" : *toTime));
-    const auto begin = gregorian.fieldsOf(first);
-    const auto end = gregorian.fieldsOf(last);
+    const auto startTime = conversions.mspdiToTimeOfDay(isAbsent(fromTime) ? "00:00:00" : *fromTime);
+    const auto endTime = conversions.mspdiToTimeOfDay(isAbsent(toTime) ? "23:59:59" : *toTime);
 
-    auto cursor = gregorian.instantByAddingDays(first, -1);
     for (std::int64_t day = 0; day < days;) {
-        const auto start = gregorian.instantByAddingDays(cursor, 1);
-        const auto daysToSaturday = Saturday - gregorian.weekdayOf(start);
-        const auto moreDays = std::min(daysToSaturday, days - day - 1);
-        cursor = gregorian.instantByAddingDays(start, moreDays);
-        // Field by field, so that the event ends by the wall clock where the clocks change in between.
-        const auto eventEnd = gregorian.instantByAddingWallClock(cursor, end.hour - begin.hour,
-                                                                 end.minute - begin.minute, end.second - begin.second);
-        collection.push_back(newEvent(start, eventEnd));
-        day += moreDays + 1;
+        const auto daysToSaturday = Saturday - written.weekdayOf(written.instantByAddingDays(firstDay, day));
+        const auto lastOfWeek = day + std::min(daysToSaturday, days - day - 1);
+        collection.push_back(newEvent(instantOnDay(conversions.gregorian(), *fromDay, day, startTime),
+                                      instantOnDay(conversions.gregorian(), *fromDay, lastOfWeek, endTime)));
+        day = lastOfWeek + 1;
     }
 }
 

@@ -45,7 +45,8 @@ public:
     // begins. Thursday 2010-01-07 to Tuesday
     // 2010-01-12 gives Thursday 00:00:00 to Saturday 23:59:59 and Sunday 00:00:00 to Tuesday 23:59:59. Raises
     // `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to '<toDate>'." when the list would grow
-    // above 1,000,000 events, as many as 19,000 years have weeks.
+    // above 1,000,000 events, as many as 19,000 years have weeks. Days are counted and stepped as they are written; a
+    // start or end that a change of the clocks skips or repeats is that of `MSPCTimeZone::instantFromWallClock`.
     void addEventsFromDateToDateFromTimeToTimeToCollection(const std::optional<std::string>& fromDate,
                                                            const std::optional<std::string>& toDate,
                                                            const std::optional<std::string>& fromTime,

@@ -9,6 +9,7 @@
 #include "MSPCPath.h"
 #include "MSPIAssignmentMapper.h"
 #include "MSPICalendarMapper.h"
+#include "MSPIISO8601Text.h"
 #include "MSPIKdzxNamespace.h"
 #include "MSPIResourceMapper.h"
 #include "MSPISubject.h"
@@ -112,17 +113,17 @@ void MSPIProjectMapper::addProjectDate(const MSPCXMLNode& mspProject, const MSPC
     }
 }
 
-// The project's own date, or the first or last second of today where it has none.
+// The project's own date, or the first or last second of today on the machine's clocks where it has none.
 std::string MSPIProjectMapper::projectDate(const MSPCXMLNode& mspProject) const {
     if (auto date = stringValueForXQuery(mspProject, _mspScheduleFromStart ? "StartDate" : "FinishDate")) {
         return std::move(*date);
     }
-    const auto& conversions = _mapper.conversions();
-    auto today = conversions.gregorian().fieldsOf(_mapper.services().clock.now());
-    today.hour = _mspScheduleFromStart ? 0 : 23;
-    today.minute = _mspScheduleFromStart ? 0 : 59;
-    today.second = _mspScheduleFromStart ? 0 : 59;
-    return conversions.mppToMspdiDateTime(conversions.gregorian().instantFrom(today)).value_or("");
+    // Written out, not converted back from its form in the document: that has the summer offset twice in summer, and
+    // the day before would come back.
+    const auto now = _mapper.services().clock.now();
+    const auto today = stringFromComponentsUnitFlags(
+        MSPCDateComponents(_mapper.conversions().gregorian().fieldsOf(now)), MSPCUnit::Date);
+    return today.value_or("") + (_mspScheduleFromStart ? "T00:00:00" : "T23:59:59");
 }
 
 // MSPDI work formats: 1 minutes, 2 hours, 3 days, 4 weeks, 5 months.

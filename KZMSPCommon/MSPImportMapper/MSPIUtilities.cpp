@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "MSPCException.h"
+#include "MSPCInstantText.h"
 #include "MSPCTextScanner.h"
 #include "MSPEDateExtensions.h"
 #include "MSPIISO8601Text.h"
@@ -127,9 +128,7 @@ std::optional<std::string> MSPIUtilities::mspdiDateTimeToString(std::string_view
     if (!instant) {
         return std::nullopt;
     }
-    const auto fields = MSPCGregorianCalendar(MSPCTimeZone::fixed(0)).fieldsOf(*instant);
-    return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02} +0000", fields.year, fields.month, fields.day, fields.hour,
-                       fields.minute, fields.second);
+    return displayText(*instant, _gregorian);
 }
 
 std::optional<MSPCInstant> MSPIUtilities::mspdiToMppDateTime(std::string_view mspdi) const {
@@ -137,6 +136,15 @@ std::optional<MSPCInstant> MSPIUtilities::mspdiToMppDateTime(std::string_view ms
         return std::nullopt;
     }
     return dateFromComponents(parsedLocalMspdi(mspdi).components, _gregorian);
+}
+
+std::optional<MSPCDateFields> MSPIUtilities::mspdiToDateFields(std::string_view mspdi) const {
+    if (mspdi.empty()) {
+        return std::nullopt;
+    }
+    const auto& written = MSPCGregorianCalendar::utc();
+    const auto date = dateFromComponents(parsedLocalMspdi(mspdi).components, written);
+    return date ? std::optional(written.fieldsOf(*date)) : std::nullopt;
 }
 
 MSPCDateFields MSPIUtilities::mspdiToTimeOfDay(std::string_view mspdi) const {

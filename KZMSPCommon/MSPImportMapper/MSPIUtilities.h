@@ -48,11 +48,16 @@ public:
     // Seconds since midnight of the time in the text: "2012-03-05T08:30:00" gives "30600". Raises "Failed to get time
     // only value from MSPDI date-time: '<text>'.".
     [[nodiscard]] std::optional<std::string> mspdiToKdzxTimeOnly(std::string_view mspdi) const;
-    // The instant for the eye, in UTC: "2012-03-05 07:00:00 +0000". None without year, month or day.
+    // The date for the eye, as the zone's clocks show it, with the zone's offset there: in Europe/Berlin
+    // "2012-03-05T08:00:00" gives "2012-03-05 08:00:00 +0100", in summer "+0200" whenever the import runs. A time that
+    // a change of the clocks skips is shown as the time it becomes. None without year, month or day.
     [[nodiscard]] std::optional<std::string> mspdiDateTimeToString(std::string_view mspdi) const;
     // The instant at which the zone's clocks show the date. None without year, month or day. A text with a zone, or
     // without any field, raises "Not a valid MSPDI date-time: '<text>' (time zone?).".
     [[nodiscard]] std::optional<MSPCInstant> mspdiToMppDateTime(std::string_view mspdi) const;
+    // Year to second and weekday of the date as it is written, whether or not the zone's clocks show it; what exceeds
+    // its range is carried over ("2012-01-32" is 1 February). None, and failures, as for `mspdiToMppDateTime`.
+    [[nodiscard]] std::optional<MSPCDateFields> mspdiToDateFields(std::string_view mspdi) const;
     // Hour, minute and second that a clock shows at the time in the text ("24:00:00" is 0:0:0), 0 where it has none;
     // all undefined for an empty text. The other fields are undefined. Raises as `mspdiToMppDateTime` does.
     [[nodiscard]] MSPCDateFields mspdiToTimeOfDay(std::string_view mspdi) const;

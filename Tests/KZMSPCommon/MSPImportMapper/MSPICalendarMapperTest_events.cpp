@@ -148,6 +148,48 @@ TEST(MSPICalendarMapperEvents, eventAcrossAClockChange_endsByTheWallClock) {
               (Events{{"2012-03-25T01:00:00+01:00", "2012-03-25T05:00:00+02:00"}}));
 }
 
+TEST(MSPICalendarMapperEvents, dayAfterAClockChange_keepsItsTimes) {
+    // 02:30 does not exist on the Sunday before.
+    EXPECT_EQ(eventsFrom("2026-03-30T00:00:00", "2026-03-30T23:59:00", "02:30:00", "06:00:00"),
+              (Events{{"2026-03-30T02:30:00+02:00", "2026-03-30T06:00:00+02:00"}}));
+    // In Chile midnight does not exist on Sunday 2026-09-06: the offset is -03:00 from 01:00 on.
+    EXPECT_EQ(eventsFrom("2026-09-07T00:00:00", "2026-09-07T23:59:00", {}, {}, "America/Santiago"),
+              (Events{{"2026-09-07T00:00:00-02:00", "2026-09-07T23:59:59-02:00"}}));
+    EXPECT_EQ(eventsFrom("2026-03-30T00:00:00", "2026-03-30T23:59:00", {}, {}, "Asia/Beirut"),
+              (Events{{"2026-03-30T00:00:00+03:00", "2026-03-30T23:59:59+03:00"}}));
+}
+
+TEST(MSPICalendarMapperEvents, rangeAcrossAClockChange_keepsItsTimesInEveryWeek) {
+    EXPECT_EQ(eventsFrom("2026-03-26T00:00:00", "2026-04-07T23:59:00", "02:30:00", "06:00:00"),
+              (Events{{"2026-03-26T02:30:00+01:00", "2026-03-28T06:00:00+01:00"},
+                      {"2026-03-29T03:30:00+02:00", "2026-04-04T06:00:00+02:00"},
+                      {"2026-04-05T02:30:00+02:00", "2026-04-07T06:00:00+02:00"}}));
+    EXPECT_EQ(eventsFrom("2026-03-28T00:00:00", "2026-04-05T23:59:00", {}, {}, "Asia/Beirut"),
+              (Events{{"2026-03-28T00:00:00+02:00", "2026-03-28T23:59:59+02:00"},
+                      {"2026-03-29T01:00:00+03:00", "2026-04-04T23:59:59+03:00"},
+                      {"2026-04-05T00:00:00+03:00", "2026-04-05T23:59:59+03:00"}}));
+}
+
+TEST(MSPICalendarMapperEvents, rangeFromADayWithoutMidnight_countsItsDaysAsTheyAreWritten) {
+    EXPECT_EQ(eventsFrom("2026-03-29T00:00:00", "2026-03-30T00:00:00", {}, {}, "Asia/Beirut"),
+              (Events{{"2026-03-29T01:00:00+03:00", "2026-03-30T23:59:59+03:00"}}));
+}
+
+TEST(MSPICalendarMapperEvents, hourThatOccursTwice_isItsLaterOne) {
+    EXPECT_EQ(eventsFrom("2012-10-28T00:00:00", "2012-10-28T00:00:00", "02:30:00", "02:30:00"),
+              (Events{{"2012-10-28T02:30:00+01:00", "2012-10-28T02:30:00+01:00"}}));
+}
+
+// Samoa went from Thursday 2011-12-29 to Saturday 2011-12-31, from -10:00 to +14:00, in its summer; the import runs in
+// a summer too, so that its offset stands there twice.
+TEST(MSPICalendarMapperEvents, rangeOverADayThatDoesNotExist_beginsAndEndsAtItsDays) {
+    EXPECT_EQ(eventsFrom("2011-12-25T00:00:00", "2012-01-02T23:59:00", {}, {}, "Pacific/Apia"),
+              (Events{{"2011-12-25T00:00:00+15:00", "2011-12-31T23:59:59+15:00"},
+                      {"2012-01-01T00:00:00+15:00", "2012-01-02T23:59:59+15:00"}}));
+    EXPECT_EQ(eventsFrom("2011-12-30T00:00:00", "2011-12-31T23:59:00", {}, {}, "Pacific/Apia"),
+              (Events{{"2011-12-31T00:00:00+15:00", "2011-12-31T23:59:59+15:00"}}));
+}
+
 TEST(MSPICalendarMapperEvents, wholeDaysAreTruncated_soTimesOfDayCount) {
     // From 17:00 to 08:00 of the next day there is no whole day: one event of one day, spanning its two times.
     EXPECT_EQ(eventsFrom("2010-01-04T17:00:00", "2010-01-05T08:00:00"),

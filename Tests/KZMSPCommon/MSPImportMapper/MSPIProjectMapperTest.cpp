@@ -144,6 +144,20 @@ TEST(MSPIProjectMapper, takesTodayInItsOwnZone) {
     EXPECT_EQ(mapping.mapper.mspStartDate(), "2012-01-11T00:00:00");
 }
 
+// The offset that summer dates get twice in summer belongs to the document; today stays today.
+TEST(MSPIProjectMapper, startsOrEndsAProjectWithoutDatesTodayInSummerToo) {
+    const auto mapInJuly = [](ScenarioMapping& mapping) {
+        mapping.fixture.clock = FixedClock{MSPCInstant{1341914400}};  // 2012-07-10T10:00:00Z
+        return mapping.markup();
+    };
+    ScenarioMapping fromStart("");
+    EXPECT_EQ(mapInJuly(fromStart), scenarioOf("><start-date>2012-07-10T00:00:00+03:00</start-date>"));
+    EXPECT_EQ(fromStart.mapper.mspStartDate(), "2012-07-10T00:00:00");
+    ScenarioMapping fromEnd("<ScheduleFromStart>0</ScheduleFromStart>");
+    EXPECT_EQ(mapInJuly(fromEnd), scenarioOf(" fixed-end=\"yes\"><end-date>2012-07-10T23:59:59+03:00</end-date>"));
+    EXPECT_EQ(fromEnd.mapper.mspFinishDate(), "2012-07-10T23:59:59");
+}
+
 TEST(MSPIProjectMapper, refusesEmptyOrUnreadableProjectDates) {
     EXPECT_RAISES(ScenarioMapping("<StartDate/>").map(), MSPCInternalInconsistency,
                   "Failed to find start date for the project scheduled from start.");

@@ -133,10 +133,10 @@ TEST(MSPIExtendedAttributes, ShowDatesOfFilesFrom2007OnInTheirDisplayForm) {
         std::string shown;
     };
     const Case cases[] = {
-        {"2012-03-05T08:00:00", "2012-03-05 07:00:00 +0000"},  // winter in Berlin
-        {"2012-07-05T08:00:00", "2012-07-05 06:00:00 +0000"},  // summer
-        {"2012-01-01T00:30:00", "2011-12-31 23:30:00 +0000"},
-        {"2012-03-05", "2012-03-04 23:00:00 +0000"},
+        {"2012-03-05T08:00:00", "2012-03-05 08:00:00 +0100"},  // winter in Berlin
+        {"2012-07-05T08:00:00", "2012-07-05 08:00:00 +0200"},  // summer
+        {"2012-01-01T00:30:00", "2012-01-01 00:30:00 +0100"},
+        {"2012-03-05", "2012-03-05 00:00:00 +0100"},
         {"2012-03-05T08:00:00Z", "2012-03-05T08:00:00Z"},  // a zone makes it no MSPDI date
         {"2012-03-05T08:00:00+01:00", "2012-03-05T08:00:00+01:00"},
         {"2012-03-05 08:00:00", "2012-03-05 08:00:00"},  // no "T"
@@ -158,13 +158,13 @@ TEST(MSPIExtendedAttributes, ShowDatesOfFilesFrom2007OnInTheirDisplayForm) {
 
 TEST(MSPIExtendedAttributes, TakeADateForWallClockTimeOfTheMachine) {
     EXPECT_EQ(userDataOf(definitionWithCFType(""), attribute("1", "2012-07-05T08:00:00"), 12, "America/New_York"),
-              "V=2012-07-05 12:00:00 +0000;");
+              "V=2012-07-05 08:00:00 -0400;");
 }
 
 TEST(MSPIExtendedAttributes, TakeATypeGivenTwiceForNone) {
     EXPECT_EQ(userDataOf(definitionWithCFType("<CFType>4</CFType><CFType>4</CFType>"),
                          attribute("1", "2012-03-05T08:00:00"), 12),
-              "V=2012-03-05 07:00:00 +0000;");
+              "V=2012-03-05 08:00:00 +0100;");
 }
 
 TEST(MSPIExtendedAttributes, RaiseForATypeThatIsNoNumber) {

@@ -132,7 +132,7 @@ TEST(MSPIUtilities, undefinedTimeCountsAndPrintsAs0) {
     EXPECT_EQ(berlin.utilities.mspdiToKdzxDateTime("2008-12-04T17:-0:00"), "2008-12-04T00:00:00+01:00");
     EXPECT_EQ(berlin.utilities.mspdiToKdzxDateTime("2008-12-04"), "2008-12-04T00:00:00+01:00");
     EXPECT_EQ(berlin.utilities.mspdiToMppDateTime("2008-12-04T17:-0:00"), utcInstant(2008, 12, 3, 23));
-    EXPECT_EQ(berlin.utilities.mspdiDateTimeToString("2008-12-04"), "2008-12-03 23:00:00 +0000");
+    EXPECT_EQ(berlin.utilities.mspdiDateTimeToString("2008-12-04"), "2008-12-04 00:00:00 +0100");
 }
 
 TEST(MSPIUtilities, textWithoutAWholeDateRaisesIsNoneOrYieldsNothing) {
@@ -195,11 +195,39 @@ TEST(MSPIUtilities, timeOnlyIsSecondsSinceMidnight) {
     EXPECT_EQ(berlin.utilities.mspdiToKdzxTimeOnly(":30:"), "1800");
 }
 
-TEST(MSPIUtilities, displayFormIsUTC) {
-    EXPECT_EQ(Conversions().utilities.mspdiDateTimeToString("2012-07-05T01:30:15"), "2012-07-04 23:30:15 +0000");
+TEST(MSPIUtilities, displayFormIsWhatTheMachinesClocksShow) {
+    const Conversions berlin;
+    EXPECT_EQ(berlin.utilities.mspdiDateTimeToString("2012-03-05"), "2012-03-05 00:00:00 +0100");
+    EXPECT_EQ(berlin.utilities.mspdiDateTimeToString("2012-07-05T01:30:15"), "2012-07-05 01:30:15 +0200");
+    EXPECT_EQ(berlin.utilities.mspdiDateTimeToString("2012-03-25T02:30:00"), "2012-03-25 03:30:00 +0200");  // skipped
+    EXPECT_EQ(berlin.utilities.mspdiDateTimeToString("2012-10-28T02:30:00"), "2012-10-28 02:30:00 +0100");  // twice
     EXPECT_EQ(Conversions("America/St_Johns").utilities.mspdiDateTimeToString("2012-01-05T08:00:00"),
-              "2012-01-05 11:30:00 +0000");
+              "2012-01-05 08:00:00 -0330");
+    EXPECT_EQ(Conversions("Asia/Kolkata").utilities.mspdiDateTimeToString("2012-01-05T08:00:00"),
+              "2012-01-05 08:00:00 +0530");
     EXPECT_EQ(Conversions("UTC").utilities.mspdiDateTimeToString("999-1-5"), "0999-01-05 00:00:00 +0000");
+}
+
+TEST(MSPIUtilities, dateFieldsAreThoseWrittenWhateverTheClocksDo) {
+    const auto fieldsOf = [](std::string_view text) {
+        return Conversions("Pacific/Apia").utilities.mspdiToDateFields(text);
+    };
+    MSPCDateFields expected;
+    expected.year = 2011;
+    expected.month = 12;
+    expected.day = 30;  // a day that Samoa left out
+    expected.hour = 8;
+    expected.minute = 15;
+    expected.second = 30;
+    expected.weekday = 6;
+    EXPECT_EQ(fieldsOf("2011-12-30T08:15:30"), expected);
+    EXPECT_EQ(fieldsOf("2011-11-60T08:15:30"), expected);
+    EXPECT_EQ(fieldsOf("08:15:30"), std::nullopt);
+    EXPECT_EQ(fieldsOf(""), std::nullopt);
+    EXPECT_RAISES(fieldsOf("2011-12-30T08:15:30Z"), MSPCInternalInconsistency,
+                  "Not a valid MSPDI date-time: '2011-12-30T08:15:30Z' (time zone?).");
+    EXPECT_RAISES(fieldsOf(Unreadable), MSPCInternalInconsistency,
+                  withUnreadable("Failed to make MSPCDateComponents from MSPDI date-time: '", "'."));
 }
 
 TEST(MSPIUtilities, mspdiDateIsTheInstantOnTheMachinesWallClock) {
