@@ -3,12 +3,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory_resource>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "MSPCError.h"
@@ -31,10 +31,10 @@ private:
     std::string _joined;
 };
 
-// The child elements of one element, seen in one walk: for reading many of them without walking again for each. Answers as
-// the queries of `MSPCExtensions` do for a plain child name: the last child of that name, `MSPCXQueryNoMatch` and
-// `MSPCXQueryMoreThanOneMatch` through `error`, and the same failures for texts that hold no number or boolean. Children
-// that are added or removed later are not seen; the element must live as long as this object.
+// The child elements of one element, seen in one walk: for reading many of them without walking again for each. Answers
+// as the queries of `MSPCExtensions` do for a plain child name: the last child of that name, `MSPCXQueryNoMatch` and
+// `MSPCXQueryMoreThanOneMatch` through `error`, and the same failures for texts that hold no number or boolean.
+// Children that are added or removed later are not seen; the element must live as long as this object.
 class MSPCFields {
 public:
     // Raises what a query on an empty handle raises. Implicit, so that whoever takes fields can be given an element.
@@ -80,7 +80,8 @@ private:
     std::array<std::byte, RoomSize> _room;
     std::pmr::monotonic_buffer_resource _memory{_room.data(), _room.size()};
     std::pmr::vector<MSPCXMLNamedElement> _fields;
-    std::array<std::uint16_t, SlotCount> _firstInSlot;          // positions in _fields, in order
+    std::array<std::uint16_t, SlotCount> _firstInSlot;         // positions in _fields, in order
     std::array<std::uint16_t, MostFieldsInSlots> _nextInSlot;  // by position in _fields
-    std::unordered_map<std::string_view, Match> _matchesByName;  // filled instead where the fields are too many
+    // Filled instead where the fields are too many. Names can be chosen so that hashes of them are all equal.
+    std::map<std::string_view, Match> _matchesByName;
 };

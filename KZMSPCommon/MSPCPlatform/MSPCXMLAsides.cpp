@@ -37,7 +37,7 @@ void MSPCXMLAsides::List::freeBlocksBefore(std::size_t family) {
 }
 
 MSPCXMLAsides::Walk MSPCXMLAsides::take(const std::string& path) {
-    return {std::exchange(listAt(path), List()), _hasSections};
+    return {std::exchange(listAt(path), List()), _hasSections, _hasMixedContent};
 }
 
 std::optional<MSPCXMLDocument> MSPCXMLAsides::Walk::next() {
@@ -53,7 +53,11 @@ std::optional<MSPCXMLDocument> MSPCXMLAsides::Walk::next() {
     bytes.reserve(startTag.size() + markup.size() + endTag.size());
     bytes.append(startTag).append(markup).append(endTag);
     _list.freeBlocksBefore(_family);
-    auto document = MSPCXMLDocument::readFiltered({std::move(bytes), _hasSections, {}});
+    auto document = MSPCXMLDocument::readFiltered({.bytes = std::move(bytes),
+                                                   .hasSections = _hasSections,
+                                                   .hasMixedContent = _hasMixedContent,
+                                                   .hasNestedValues = false,
+                                                   .asides = {}});
     if (!document) {
         throw MSPCInternalInconsistency("Failed to read elements that were set aside.");
     }

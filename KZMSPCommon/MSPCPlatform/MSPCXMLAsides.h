@@ -53,10 +53,12 @@ public:
 
     private:
         friend class MSPCXMLAsides;
-        Walk(List list, bool hasSections) : _list(std::move(list)), _hasSections(hasSections) {}
+        Walk(List list, bool hasSections, bool hasMixedContent)
+            : _list(std::move(list)), _hasSections(hasSections), _hasMixedContent(hasMixedContent) {}
 
         List _list;
         bool _hasSections;
+        bool _hasMixedContent;
         std::size_t _parentPosition = 0;
         std::size_t _family = 0;
     };
@@ -65,6 +67,8 @@ public:
     [[nodiscard]] List& listAt(const std::string& path) { return _lists[path]; }
     // Says that the document had CDATA sections, comments or processing instructions in its content.
     void setHasSections() { _hasSections = true; }
+    // Says that the document had text beside elements in what is kept.
+    void setHasMixedContent() { _hasMixedContent = true; }
 
     // Takes the list for a path out. The walk starts before the first element at the path, in document order.
     [[nodiscard]] Walk take(const std::string& path);
@@ -72,4 +76,5 @@ public:
 private:
     std::map<std::string, List> _lists;
     bool _hasSections = false;
+    bool _hasMixedContent = false;
 };

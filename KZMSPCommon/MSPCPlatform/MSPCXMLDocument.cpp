@@ -77,7 +77,9 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
     if (!survey.hasInternalSubset && !survey.hasStrayAmpersand && isSound) {
         const bool mayRepair = !repairableRoot.empty();
         auto original = mayRepair && !readAgain ? utf8 : std::nullopt;
-        if (auto tree = Tree::load(std::move(*utf8), {content, survey.hasSections, false})) {
+        if (auto tree = Tree::load(
+                std::move(*utf8),
+                {.content = content, .hasSections = survey.hasSections, .hasMixedContent = survey.hasMixedContent})) {
             return MSPCXMLDocument(std::move(tree));
         }
         if (mayRepair && readAgain) {
@@ -91,7 +93,10 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
 
 std::optional<MSPCXMLDocument> MSPCXMLDocument::readFiltered(MSPCXMLFiltered filtered) {
     // What is known about the whole document decides, so that the answers are those of the whole document.
-    auto tree = Tree::load(std::move(filtered.bytes), {MSPCXMLContent::DataOnly, filtered.hasSections, false});
+    auto tree = Tree::load(std::move(filtered.bytes), {.content = MSPCXMLContent::DataOnly,
+                                                       .hasSections = filtered.hasSections,
+                                                       .hasMixedContent = filtered.hasMixedContent,
+                                                       .hasNestedValues = filtered.hasNestedValues});
     if (!tree) {
         return std::nullopt;
     }
@@ -103,7 +108,7 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::readMended(const std::string& ut
                                                            MSPCXMLContent content, std::string_view repairableRoot,
                                                            std::optional<MSPCXMLRepair>* repair) {
     auto mended = mendedXML(utf8, hasInternalSubset, repairableRoot);
-    auto tree = mended ? Tree::load(std::move(mended->bytes), {content, true, true}) : nullptr;
+    auto tree = mended ? Tree::load(std::move(mended->bytes), {.content = content, .isMended = true}) : nullptr;
     if (!tree) {
         return std::nullopt;
     }

@@ -22,8 +22,8 @@ enum CharacterClass : unsigned char {
 constexpr std::array<unsigned char, 256> characterClasses = [] {
     std::array<unsigned char, 256> classes = {};
     for (std::size_t byte = 0; byte < classes.size(); ++byte) {
-        const bool isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_' ||
-                              byte == ':' || byte >= 0x80;
+        const bool isLetter =
+            (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_' || byte == ':' || byte >= 0x80;
         const bool isLater = (byte >= '0' && byte <= '9') || byte == '-' || byte == '.';
         const bool isBlank = byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
         const bool isPlain = byte != '<' && byte != '&' && byte != '\0';
@@ -65,10 +65,14 @@ bool isAllBlank(std::string_view text) {
 }
 
 // The document ends at a NUL for the tree library, wherever it stands.
-bool hasNoNul(std::string_view text) { return text.find('\0') == std::string_view::npos; }
+bool hasNoNul(std::string_view text) {
+    return text.find('\0') == std::string_view::npos;
+}
 
 // Text that any parser takes as it is: references are good, and there is no NUL.
-bool isPlainText(std::string_view text) { return hasNoNul(text) && !hasStrayAmpersand(text); }
+bool isPlainText(std::string_view text) {
+    return hasNoNul(text) && !hasStrayAmpersand(text);
+}
 
 // Walks over a document with a window onto its bytes that slides and, for a single long token, grows.
 class Filter {
@@ -108,6 +112,8 @@ private:
         const MSPCXMLSelection* selection;
         std::string* sink;            // for its content and its end tag
         MSPCXMLAsides::List* asides;  // for its children that are set aside, where it may have some
+        bool holdsText = false;       // other than blanks; told for elements that are kept whole
+        bool holdsElements = false;
     };
 
     [[nodiscard]] std::string_view rest() const { return std::string_view(_window).substr(_at, _end - _at); }
@@ -272,9 +278,21 @@ private:
         }
         if (keepsContent()) {
             *_open.back().sink += text;
+            noteContent(!isAllBlank(text), false);
         }
         _at += text.size();
         return true;
+    }
+
+    // Looks at what stands in an element that is kept whole: mostly that is a text and nothing else.
+    void noteContent(bool isText, bool isElement) {
+        auto& owner = _open.back();
+        owner.holdsText = owner.holdsText || isText;
+        owner.holdsElements = owner.holdsElements || isElement;
+        _kept.hasNestedValues = _kept.hasNestedValues || (isElement && owner.sink == &_kept.bytes);
+        if (owner.holdsText && owner.holdsElements) {
+            setHasMixedContent();
+        }
     }
 
     [[nodiscard]] bool keepsContent() const {
@@ -339,6 +357,11 @@ private:
         _kept.asides.setHasSections();
     }
 
+    void setHasMixedContent() {
+        _kept.hasMixedContent = true;
+        _kept.asides.setHasMixedContent();
+    }
+
     bool takeCommentOrCData() {
         constexpr std::string_view cdata = "<![CDATA[";
         if (hasAtLeast(4) && rest().starts_with("<!--")) {
@@ -379,8 +402,14 @@ private:
             return false;
         }
         _hasRoot = true;
+        if (keepsContent()) {
+            noteContent(false, true);
+        }
         if (selection != nullptr) {
             sink += tag;
+        }
+        if (hasAttributes && saysWhatBlanksMean(tag)) {
+            setHasMixedContent();
         }
         if (!isEmptyElement(tag)) {
             open(name, selection, sink);
@@ -395,12 +424,13 @@ private:
     static std::size_t tagClosing(std::string_view tag) { return tag.size() - (isEmptyElement(tag) ? 2 : 1); }
     static bool isEmptyElement(std::string_view tag) { return tag.size() > 2 && tag[tag.size() - 2] == '/'; }
 
+    static bool saysWhatBlanksMean(std::string_view tag) { return tag.find("xml:space") != std::string_view::npos; }
+
     // Attributes are left to the parser: it sees those of kept elements, provided that the tag ends where it seems to.
     // One that says what blanks mean may hold for elements that are set aside, whose parser does not see it.
     static bool isPlainAttributes(std::string_view tag, const MSPCXMLSelection* selection) {
         const auto quotes = std::count(tag.begin(), tag.end(), '"');
-        const bool saysWhatBlanksMean = tag.find("xml:space") != std::string_view::npos;
-        return selection != nullptr && (selection->isWhole() || !saysWhatBlanksMean) && quotes % 2 == 0 &&
+        return selection != nullptr && (selection->isWhole() || !saysWhatBlanksMean(tag)) && quotes % 2 == 0 &&
                tag.find('\'') == std::string_view::npos && tag.find('<', 1) == std::string_view::npos &&
                isPlainText(tag);
     }

@@ -14,6 +14,8 @@ using MSPCByteReader = std::function<std::size_t(char* buffer, std::size_t capac
 struct MSPCXMLFiltered {
     std::string bytes;         // UTF-8 without declaration, comments and processing instructions
     bool hasSections = false;  // the document had CDATA sections, comments or processing instructions in its content
+    bool hasMixedContent = false;  // text beside elements, or blanks that are said to count, in what is kept whole
+    bool hasNestedValues = false;  // elements in what is kept whole and not set aside
     MSPCXMLAsides asides;
 };
 

@@ -232,3 +232,22 @@ std::vector<MSPCXMLNamespace> MSPCXMLNode::namespaceDeclarations() const {
     }
     return declarations;
 }
+
+std::set<std::string_view> MSPCXMLNode::usedPrefixes() const {
+    std::set<std::string_view> prefixes;
+    const auto addPrefixOf = [&](std::string_view name) {
+        if (const auto colon = name.find(':'); colon != std::string_view::npos) {
+            prefixes.insert(name.substr(0, colon));
+        }
+    };
+    const auto top = nodeWithChildren(*this);
+    for (auto node = top; isThere(node); node = nextBelow(node, top)) {
+        if (node.type() == pugi::node_element) {
+            addPrefixOf(node.name());
+            for (const auto& attribute : node.attributes()) {
+                addPrefixOf(attribute.name());
+            }
+        }
+    }
+    return prefixes;
+}

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory_resource>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -92,6 +93,9 @@ public:
     [[nodiscard]] MSPCXMLNode attribute(std::string_view name) const noexcept;
     // The namespace declarations of this element itself, in order. Views are valid as long as the element.
     [[nodiscard]] std::vector<MSPCXMLNamespace> namespaceDeclarations() const;
+    // The prefixes in the names of this element, of the elements below it, and of all their attributes. Views are valid
+    // as long as these.
+    [[nodiscard]] std::set<std::string_view> usedPrefixes() const;
 
     // Appends an attribute with an empty value, or gives the one that is there.
     MSPCXMLNode findOrAddAttribute(std::string_view name);

@@ -35,6 +35,16 @@ MSPCXMLNode addCommentNode(const MSPCXMLNode& parent, std::string_view text, con
     return handleOf(comment);
 }
 
+// Whether one text is all of an element's content, in the element itself or in a node of its own.
+bool holdsOnlyText(const pugi::xml_node& element) {
+    const auto first = element.first_child();
+    if (!isThere(first)) {
+        return *element.value() != '\0';
+    }
+    return first.type() == pugi::node_pcdata && !isThere(first.next_sibling()) && *first.value() != '\0' &&
+           *element.value() == '\0';
+}
+
 pugi::xml_attribute attributeOf(pugi::xml_node element, std::string_view name) {
     const MSPCXMLTerminatedName terminated(name);
     const auto found = element.attribute(terminated.text());
@@ -146,17 +156,14 @@ MSPCXMLNewElement MSPCXMLNode::detach() {
 
 bool MSPCXMLNode::replaceOnlyText(std::string_view text, std::string* former) {
     const auto node = treeNode(*this);
-    if (text.empty() || !isElement() || isThere(node.first_child())) {
+    if (text.empty() || !isElement() || !holdsOnlyText(node)) {
         return false;
     }
-    const std::string_view present = node.value();
-    if (present.empty()) {
-        return false;
-    }
+    auto present = node.text();
     if (former != nullptr) {
-        *former += present;
+        *former += present.get();
     }
-    return node.text().set(text.data(), text.size());
+    return present.set(text.data(), text.size());
 }
 
 MSPCXMLNewElement::MSPCXMLNewElement(MSPCXMLNewElement&& other) noexcept : _element(other.release()) {

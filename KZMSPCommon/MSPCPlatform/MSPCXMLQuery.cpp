@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
 #include <pugixml.hpp>
-#include <unordered_map>
 
 #include "MSPCXMLChildPath.h"
 #include "MSPCXMLNode.h"
@@ -29,11 +29,6 @@ bool isNameCharacter(char character) {
     }();
     return kinds[static_cast<unsigned char>(character)];
 }
-
-struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>()(text); }
-};
 
 // Compiled queries by their text, null for malformed ones. Texts with ids in them would let it grow without end.
 class QueryCache {
@@ -61,7 +56,7 @@ private:
         }
     }
 
-    std::unordered_map<std::string, std::unique_ptr<pugi::xpath_query>, TextHash, std::equal_to<>> _queries;
+    std::map<std::string, std::unique_ptr<pugi::xpath_query>, std::less<>> _queries;
 };
 
 bool endsWithOperatorName(std::string_view text) {

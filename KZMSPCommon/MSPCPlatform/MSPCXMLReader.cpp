@@ -1,16 +1,20 @@
 #include "MSPCXMLReader.h"
 
 #include <pugixml.hpp>
+#include <set>
 #include <string_view>
-#include <unordered_set>
+#include <vector>
 
 #include "MSPCXMLTree.h"
 
 namespace {
 
-// Text stands in its element instead of in a node of its own, and blanks between elements are never stored. Without
-// sections an element's text is in one piece, so nothing of it is lost that way.
-constexpr unsigned FastOptions = pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
+// Blanks between elements are never stored. Without sections and mixed content an element's text is in one piece and
+// alone, so nothing that counts is lost that way.
+constexpr unsigned FastOptions = pugi::parse_default | pugi::parse_ws_pcdata_single;
+// Text stands in its element instead of in a node of its own. The library's queries do not see it in elements within
+// the one they ask for.
+constexpr unsigned FastestOptions = FastOptions | pugi::parse_embed_pcdata;
 constexpr unsigned CompleteOptions =
     pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_comments | pugi::parse_pi | pugi::parse_doctype;
 
@@ -32,23 +36,31 @@ bool tidyTopLevel(pugi::xml_document& document) {
     return elements == 1;
 }
 
-// Keeps the first of each name; says whether that was all.
-bool removeRepeatedAttributes(pugi::xml_node element) {
+// The attributes that bear the name of one before them on the same element.
+std::vector<pugi::xml_attribute> repeatedAttributes(const pugi::xml_node& element) {
+    std::vector<pugi::xml_attribute> repeated;
     const auto first = element.first_attribute();
     if (!first || !first.next_attribute()) {
-        return true;
+        return repeated;
     }
-    bool wasAll = true;
-    std::unordered_set<std::string_view> names;
-    for (auto attribute = first; attribute;) {
-        const auto following = attribute.next_attribute();
+    std::set<std::string_view> names;  // ordered, since names can be chosen so that hashed ones all collide
+    for (auto attribute = first; attribute; attribute = attribute.next_attribute()) {
         if (!names.insert(attribute.name()).second) {
-            element.remove_attribute(attribute);
-            wasAll = false;
+            repeated.push_back(attribute);
         }
-        attribute = following;
     }
-    return wasAll;
+    return repeated;
+}
+
+// What to do about attributes that an element has twice.
+enum class RepeatedAttributes { Keep, Refuse, Remove };
+
+RepeatedAttributes repeatedAttributesIn(const MSPCXMLReading& reading) {
+    if (reading.isMended) {
+        return RepeatedAttributes::Remove;
+    }
+    const bool isLookedAt = reading.content == MSPCXMLContent::Everything || reading.hasSections;
+    return isLookedAt ? RepeatedAttributes::Refuse : RepeatedAttributes::Keep;
 }
 
 bool isSpacePreserved(const pugi::xml_node& element) {
@@ -58,19 +70,34 @@ bool isSpacePreserved(const pugi::xml_node& element) {
 // Brings a complete tree into the form that the contents ask for.
 class TreeTidier {
 public:
-    explicit TreeTidier(MSPCXMLContent content) : _dropsComments(content == MSPCXMLContent::DataOnly) {}
+    explicit TreeTidier(const MSPCXMLReading& reading)
+        : _dropsComments(reading.content == MSPCXMLContent::DataOnly),
+          _repeatedAttributes(repeatedAttributesIn(reading)) {}
 
-    // Says whether each element had each attribute once.
+    // False for a tree that is refused, at the first reason for it.
     bool tidy(const pugi::xml_document& document) {
-        bool hadEachOnce = true;
         for (pugi::xml_node node = document; node; node = next(node)) {
-            hadEachOnce = removeRepeatedAttributes(node) && hadEachOnce;
+            if (_repeatedAttributes != RepeatedAttributes::Keep && !tidyAttributes(node)) {
+                return false;
+            }
             tidyChildren(node);
         }
-        return hadEachOnce;
+        return true;
     }
 
 private:
+    // Of attributes of one name the first stays. Mended tags have a bounded number of them.
+    bool tidyAttributes(pugi::xml_node element) {
+        const auto repeated = repeatedAttributes(element);
+        if (_repeatedAttributes == RepeatedAttributes::Refuse && !repeated.empty()) {
+            return false;
+        }
+        for (const auto& attribute : repeated) {
+            element.remove_attribute(attribute);
+        }
+        return true;
+    }
+
     void tidyChildren(pugi::xml_node parent) {
         if (_dropsComments) {
             removeChildren(parent, [](const pugi::xml_node& child) {
@@ -123,17 +150,24 @@ private:
     }
 
     bool _dropsComments;
+    RepeatedAttributes _repeatedAttributes;
     pugi::xml_node _verbatimTop;  // the outermost element around the walk whose blanks all count
 };
+
+unsigned optionsFor(const MSPCXMLReading& reading) {
+    const bool isPlain = reading.content == MSPCXMLContent::DataOnly && !reading.hasSections &&
+                         !reading.hasMixedContent && !reading.isMended;
+    return !isPlain ? CompleteOptions : reading.hasNestedValues ? FastOptions : FastestOptions;
+}
 
 }  // namespace
 
 bool loadXMLTree(pugi::xml_document& document, char* bytes, std::size_t size, const MSPCXMLReading& reading) {
-    const bool isFast = reading.content == MSPCXMLContent::DataOnly && !reading.hasSections && !reading.isMended;
+    const auto options = optionsFor(reading);
     // As a fragment, or text around the root element would pass unnoticed.
-    const auto options = (isFast ? FastOptions : CompleteOptions) | pugi::parse_fragment;
-    if (!document.load_buffer_inplace(bytes, size, options, pugi::encoding_utf8) || !tidyTopLevel(document)) {
+    if (!document.load_buffer_inplace(bytes, size, options | pugi::parse_fragment, pugi::encoding_utf8) ||
+        !tidyTopLevel(document)) {
         return false;
     }
-    return isFast || TreeTidier(reading.content).tidy(document) || reading.isMended;
+    return options != CompleteOptions || TreeTidier(reading).tidy(document);
 }

@@ -11,8 +11,10 @@ class xml_document;
 // What is known about the bytes, and wanted from them.
 struct MSPCXMLReading {
     MSPCXMLContent content = MSPCXMLContent::Everything;
-    bool hasSections = true;  // the content may hold CDATA sections, comments or processing instructions
-    bool isMended = false;    // of an attribute that an element has twice the first is kept; else that is an error
+    bool hasSections = true;      // the content may hold CDATA sections, comments or processing instructions
+    bool hasMixedContent = true;  // text may stand beside elements, or blanks be said to count
+    bool hasNestedValues = true;  // elements whose text queries ask for may hold elements
+    bool isMended = false;        // of an attribute that an element has twice the first is kept; else that is an error
 };
 
 // Builds the tree from UTF-8 bytes, in place: the bytes are changed, and must live as long as the document. Says

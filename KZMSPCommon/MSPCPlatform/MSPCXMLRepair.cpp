@@ -38,8 +38,11 @@ using ParserPtr = std::unique_ptr<xmlParserCtxt, Freer<xmlFreeParserCtxt>>;
 
 // What the parser has reported, filled in while it runs.
 struct Report {
+    std::size_t size = 0;  // of the document
     std::optional<MSPCXMLRepair> firstError;
-    bool hasFlood = false;  // out of all proportion to the bytes
+    bool hasFlood = false;        // out of all proportion to the bytes
+    std::size_t entityText = 0;   // made of entities that are text
+    xmlEntity textOfEntity = {};  // the last of these
 };
 
 // What the parser looks for one by one, for each attribute or element again.
@@ -48,6 +51,9 @@ constexpr int MostOpenNamespaces = 1'000;
 constexpr std::size_t LongestName = 1'000;  // each error about an element copies its name
 // Where entities can make markup that is not seen in the bytes, only this many of them may be about that.
 constexpr std::ptrdiff_t MostBytesOfDeclarations = 64 * 1'024;
+// As the parser bounds what other entities make.
+constexpr std::size_t MostEntityText = 10'000'000;
+constexpr std::size_t MostEntityTextPerByte = 10;
 
 void* orThrow(void* memory) {
     if (memory == nullptr) {
@@ -96,7 +102,12 @@ std::string withoutLineEnd(const char* message) {
 void noteError(void* context, xmlErrorPtr error) {
     auto* parser = static_cast<xmlParserCtxt*>(context);
     auto* report = static_cast<Report*>(parser->_private);
-    if (report == nullptr || error->level != XML_ERR_FATAL) {
+    if (report == nullptr) {
+        return;
+    }
+    // A single text beyond the parser's measure, which it says like this.
+    report->hasFlood = report->hasFlood || (error->code == XML_ERR_NO_MEMORY && report->entityText > 0);
+    if (error->level != XML_ERR_FATAL) {
         return;
     }
     if (!report->firstError) {
@@ -127,17 +138,17 @@ int quotedTextsOf(std::string_view tag) {
     return count;
 }
 
-// Whether the parser takes a comment or CDATA section for one to its end: it gives up at a character that XML forbids, and
-// goes on with what follows as markup.
+// Whether the parser takes a comment or CDATA section for one to its end: it gives up at a character that XML forbids,
+// and goes on with what follows as markup.
 bool isPassedOver(std::string_view section) {
     return !section.starts_with("<?") && std::all_of(section.begin(), section.end(), [](char character) {
         return (character >= ' ' && character <= '~') || character == '\t' || character == '\n' || character == '\r';
     });
 }
 
-// The parser sees at most as many attributes as there are quoted texts: to it a tag ends before the next "<" in any case.
-// What only looks like a tag within a comment or CDATA section does not count, unless a document type may have the
-// parser see sections elsewhere than we do.
+// The parser sees at most as many attributes as there are quoted texts: to it a tag ends before the next "<" in any
+// case. What only looks like a tag within a comment or CDATA section does not count, unless a document type may have
+// the parser see sections elsewhere than we do.
 bool holdsMonstrousTag(std::string_view bytes) {
     bool mayHoldSections = bytes.find("<!DOCTYPE") == std::string_view::npos;
     for (auto start = bytes.find('<'); start != std::string_view::npos;) {
@@ -203,6 +214,31 @@ void declareAttribute(void* context, const xmlChar* element, const xmlChar* name
     stopAtTooManyDeclarations(*static_cast<xmlParserCtxt*>(context));
 }
 
+bool isOnlyText(const xmlEntity* entity) {
+    const auto* content = entity == nullptr ? nullptr : entity->children;
+    return content != nullptr && content->type == XML_TEXT_NODE && content->next == nullptr;
+}
+
+// The parser would add a copy of an entity's content as a node, and join text with text by looking for the end of all
+// that is there. Entities like "&amp;" it adds where it knows the end to be, so one that turned out to be text passes
+// for such.
+xmlEntityPtr entityNamed(void* context, const xmlChar* name) {
+    auto& parser = *static_cast<xmlParserCtxt*>(context);
+    auto* const entity = xmlSAX2GetEntity(context, name);
+    auto* const report = static_cast<Report*>(parser._private);
+    if (report == nullptr || parser.instate != XML_PARSER_CONTENT || !isOnlyText(entity)) {
+        return entity;
+    }
+    report->textOfEntity = *entity;
+    report->textOfEntity.etype = XML_INTERNAL_PREDEFINED_ENTITY;
+    report->textOfEntity.content = entity->children->content;
+    report->entityText += std::strlen(reinterpret_cast<const char*>(entity->children->content));
+    if (report->entityText > std::max(MostEntityText, MostEntityTextPerByte * report->size)) {
+        stop(parser);
+    }
+    return &report->textOfEntity;
+}
+
 DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
     ParserPtr parser(xmlNewParserCtxt());
     if (!parser || bytes.size() > INT_MAX) {
@@ -212,9 +248,11 @@ DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
         report.hasFlood = true;
         return nullptr;
     }
+    report.size = bytes.size();
     parser->_private = &report;
     parser->sax->serror = noteError;
     parser->sax->startElementNs = startElement;
+    parser->sax->getEntity = entityNamed;
     parser->sax->entityDecl = declareEntity;
     parser->sax->attributeDecl = declareAttribute;
     try {

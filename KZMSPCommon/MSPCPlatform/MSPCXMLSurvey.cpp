@@ -126,6 +126,30 @@ bool holdsBareAmpersand(std::string_view bytes, std::size_t start, std::size_t e
     return false;
 }
 
+bool isAllBlank(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char character) {
+        return character == ' ' || character == '\n' || character == '\t' || character == '\r';
+    });
+}
+
+// Whether text other than blanks stands anywhere but between a start tag and the end tag behind it. Says yes in doubt.
+bool mayMixContent(std::string_view bytes) {
+    for (auto tag = bytes.find('<'); tag != npos;) {
+        const auto tagEnd = bytes.find('>', tag);
+        if (tagEnd == npos) {
+            return true;
+        }
+        const bool behindStartTag = bytes[tag + 1] != '/' && bytes[tagEnd - 1] != '/';
+        const auto next = std::min(bytes.find('<', tagEnd), bytes.size());
+        const bool beforeEndTag = next + 1 < bytes.size() && bytes[next + 1] == '/';
+        if (!(behindStartTag && beforeEndTag) && !isAllBlank(bytes.substr(tagEnd + 1, next - tagEnd - 1))) {
+            return true;
+        }
+        tag = next < bytes.size() ? next : npos;
+    }
+    return bytes.find("xml:space") != npos;
+}
+
 }  // namespace
 
 std::size_t endOfXMLSection(std::string_view bytes, std::size_t start) {
@@ -149,17 +173,22 @@ MSPCXMLSurvey surveyXML(std::string_view bytes) {
     constexpr std::size_t blockSize = std::size_t{1} << 16;
     MSPCXMLSurvey survey;
     bool suspicious = false;
-    for (auto start = endOfProlog(bytes, survey.hasInternalSubset); start < bytes.size(); start += blockSize) {
+    const auto root = endOfProlog(bytes, survey.hasInternalSubset);
+    for (auto start = root; start < bytes.size(); start += blockSize) {
         const auto end = std::min(start + blockSize, bytes.size());
         survey.hasSections =
             survey.hasSections || holdsAfter(bytes, start, end, '!', '<') || holdsAfter(bytes, start, end, '?', '<');
         suspicious = suspicious || holdsBareAmpersand(bytes, start, end);
     }
+    // Where there are sections, contents are looked at one by one anyway.
+    survey.hasMixedContent = !survey.hasSections && mayMixContent(bytes.substr(root));
     survey.hasStrayAmpersand = suspicious && escapedStrayAmpersands(bytes, MSPCXMLEntities::Predefined).has_value();
     return survey;
 }
 
-bool hasStrayAmpersand(std::string_view text) { return holdsBareAmpersand(text, 0, text.size()); }
+bool hasStrayAmpersand(std::string_view text) {
+    return holdsBareAmpersand(text, 0, text.size());
+}
 
 std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXMLEntities entities) {
     std::string escaped;

@@ -10,6 +10,7 @@ struct MSPCXMLSurvey {
     bool hasInternalSubset = false;  // the document type brings declarations of its own, entities perhaps
     bool hasStrayAmpersand = false;  // an "&" that begins no reference, outside CDATA sections and comments
     bool hasSections = false;        // CDATA sections, comments or processing instructions in the content
+    bool hasMixedContent = false;    // text beside elements perhaps, or "xml:space"; looked for without sections only
 };
 
 [[nodiscard]] MSPCXMLSurvey surveyXML(std::string_view bytes);
@@ -31,7 +32,7 @@ enum class MSPCXMLEntities {
 // when there is nothing to mend.
 [[nodiscard]] std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, MSPCXMLEntities entities);
 
-// The same bytes with characters that XML forbids as U+FFFD, each "]]>" outside sections as "]]&gt;", and no "--" within a
-// comment: a mending parser would end the document at the first, lose the text around the second, and copy the comment
-// for each of the third.
+// The same bytes with characters that XML forbids as U+FFFD, each "]]>" outside sections as "]]&gt;", and no "--"
+// within a comment: a mending parser would end the document at the first, lose the text around the second, and copy the
+// comment for each of the third.
 [[nodiscard]] std::string withMendableText(std::string_view bytes);

@@ -72,6 +72,10 @@ MSPITextIndex::MSPITextIndex(const MSPCXMLNode& project, std::string_view path, 
 }
 
 MSPCXMLNode MSPITextIndex::singleNodeWithKey(std::string_view text, Error* error) const {
+    if (text.find('\'') != std::string_view::npos) {
+        reportMatches(0, error);  // the query would end there, and find nothing
+        return {};
+    }
     const auto first = std::lower_bound(_entries.begin(), _entries.end(), text,
                                         [](const auto& entry, std::string_view key) { return entry.first < key; });
     const auto last = std::upper_bound(first, _entries.end(), text,

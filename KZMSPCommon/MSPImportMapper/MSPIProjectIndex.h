@@ -28,11 +28,11 @@ public:
     [[nodiscard]] MSPCXMLNode singleNodeWithKey(std::int64_t number, Error* error = nullptr) const;
 
 private:
-    std::vector<double> _keys;          // ascending
+    std::vector<double> _keys;        // ascending
     std::vector<MSPCXMLNode> _nodes;  // of the same position, in document order within one key
 };
 
-// The same by text, with the meaning of `[child='text']`.
+// The same by text, with the meaning of `[child='text']`: a text with an apostrophe finds nothing.
 class MSPITextIndex {
 public:
     MSPITextIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key);

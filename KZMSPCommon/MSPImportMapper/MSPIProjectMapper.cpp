@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <map>
+
 #include "MSPCClock.h"
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
@@ -24,6 +26,17 @@ std::string targetNamespaceOf(const MSPCXMLNode& templateRoot) {
         }
     }
     return std::string(MSPIKdzxNamespace);
+}
+
+// Declares on an element the prefixes that are used in it and were declared around the one it is a copy of. The
+// scenario's root declares one namespace only.
+void declarePrefixes(const std::map<std::string_view, std::string_view>& urisByPrefix, MSPCXMLNode copy) {
+    for (const auto prefix : copy.usedPrefixes()) {
+        const auto declaration = fmt::format("xmlns:{}", prefix);
+        if (const auto found = urisByPrefix.find(prefix); found != urisByPrefix.end() && !copy.attribute(declaration)) {
+            copy.setAttribute(declaration, found->second);
+        }
+    }
 }
 
 // A file-name extension holds no blank: "Release 1.5 final" has none.
@@ -214,7 +227,12 @@ MSPCXMLNode MSPIProjectMapper::addTopTaskToScenario(MSPCXMLNode scenario) const 
 }
 
 void MSPIProjectMapper::addCriticalPath(MSPCXMLNode scenario) const {
-    for (const auto& criticalPath : nodesForXQuery(_mapper.kdzxTemplateRoot(), "critical-path")) {
-        scenario.appendChild(scenario.newCopyOf(criticalPath));
+    const auto templateRoot = _mapper.kdzxTemplateRoot();
+    std::map<std::string_view, std::string_view> urisByPrefix;
+    for (const auto& [prefix, uri] : templateRoot.namespaceDeclarations()) {
+        urisByPrefix.emplace(prefix, uri);
+    }
+    for (const auto& criticalPath : nodesForXQuery(templateRoot, "critical-path")) {
+        declarePrefixes(urisByPrefix, scenario.appendChild(scenario.newCopyOf(criticalPath)));
     }
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_map>
-#include <unordered_set>
+#include <map>
+#include <set>
 
 #include "MSPITimephasedSpans.h"
 
@@ -25,6 +25,6 @@ public:
     }
 
 private:
-    std::unordered_set<std::int64_t> _taskUIDs;
-    std::unordered_map<std::int64_t, MSPITimephasedSpans> _stretches;
+    std::set<std::int64_t> _taskUIDs;  // hashes of numbers could all be made equal
+    std::map<std::int64_t, MSPITimephasedSpans> _stretches;
 };

@@ -10,7 +10,6 @@ MSPITaskTree::MSPITaskTree(std::size_t capacity, bool onlySummaryParents)
       _leafCount(std::bit_ceil(std::max<std::size_t>(capacity, 1))),
       _lowest(2 * _leafCount, NoCandidate) {
     _entries.reserve(capacity);
-    _positions.reserve(capacity);
 }
 
 void MSPITaskTree::checkType(const MSPCXMLNode& kdzxType, bool isSummary) {

@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "MSPCXMLNode.h"
@@ -27,8 +27,8 @@ public:
         bool isSummary = false;
     };
 
-    // With `onlySummaryParents` tasks that are no Summary tasks are passed over as parents. At most `capacity` tasks can
-    // be recorded.
+    // With `onlySummaryParents` tasks that are no Summary tasks are passed over as parents. At most `capacity` tasks
+    // can be recorded.
     MSPITaskTree(std::size_t capacity, bool onlySummaryParents);
 
     // Raises `MSPCInternalInconsistency` "MSPDI Summary Task must be mapped to KDZX Group Task." unless the `type` of a
@@ -53,8 +53,9 @@ private:
     void setLevel(std::size_t position, std::int64_t level);
 
     bool _onlySummaryParents;
-    std::size_t _leafCount;                // a power of two
-    std::vector<std::int64_t> _lowest;   // tree of minima over the candidates' levels; leaves from _leafCount on
+    std::size_t _leafCount;             // a power of two
+    std::vector<std::int64_t> _lowest;  // tree of minima over the candidates' levels; leaves from _leafCount on
     std::vector<Entry> _entries;
-    std::unordered_map<std::string, std::size_t> _positions;  // of the newest entry of each id
+    // Of the newest entry of each id. Ids can be chosen so that hashes of them are all equal.
+    std::map<std::string, std::size_t> _positions;
 };

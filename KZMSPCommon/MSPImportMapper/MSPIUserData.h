@@ -1,9 +1,9 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -31,5 +31,5 @@ public:
 
 private:
     std::vector<Entry> _entries;
-    std::unordered_map<std::string, std::size_t> _positions;  // of the names in _entries
+    std::map<std::string, std::size_t> _positions;  // of the names in _entries; hashes of names could all be made equal
 };

@@ -66,9 +66,8 @@ TEST(MendingBounds, timeGrowsWithTheSizeOfABrokenPlan) {
     };
     for (const auto& [name, markup, isMended] : cases) {
         SCOPED_TRACE(name);
-        const PlanImport import("broken", planEndingWith([&pieces = markup](std::ostream& file) {
-                                    write(file, pieces);
-                                }));
+        const PlanImport import("broken",
+                                planEndingWith([&pieces = markup](std::ostream& file) { write(file, pieces); }));
         EXPECT_EQ(import.status(), isMended ? 0 : 1);
         EXPECT_TRUE(import.logHolds(isMended ? "WARNING: Repaired malformed XML in '" : Refusal))
             << import.log().substr(0, 2000);
@@ -133,4 +132,53 @@ TEST(MendingBounds, theRootMayHaveItsNamespaceFromTheDocumentType) {
     replaceAll(plan, "<Project xmlns=\"http://schemas.microsoft.com/project\">", "<Project>");
     const PlanImport import("namespace", plan);
     EXPECT_EQ(import.texts("title"), std::vector<std::string>{"a"}) << import.log();
+}
+
+TEST(MendingBounds, timeGrowsWithTheTextThatEntitiesMake) {
+    struct Case {
+        std::string_view name;
+        std::string_view value;
+        std::string_view piece;
+        std::string_view text;
+    };
+    constexpr Case cases[] = {
+        {"an entity", "x", "&e;", "x"},
+        {"an entity beside text", "x", "y&e;", "yx"},
+        {"an entity that holds a reference", "x&#38;amp;", "y&e;", "yx&"},
+        {"an entity that holds an entity", "x&f;", "y&e;", "yxz"},
+    };
+    for (const auto& [name, value, piece, text] : cases) {
+        SCOPED_TRACE(name);
+        const auto plan = planWithDeclarations(
+            "<!ENTITY f 'z'><!ENTITY e '" + std::string(value) + "'>",
+            "<Tasks>" + taskElement("1", "<Name>" + textOf({{piece, Many}}) + "</Name>") + "</Tasks>");
+        const PlanImport import("text-of-entities", plan);
+        EXPECT_EQ(import.status(), 0) << import.log().substr(0, 2000);
+        EXPECT_TRUE(import.texts("title") == std::vector<std::string>{textOf({{text, Many}})});
+        expectWithin(import, 5, static_cast<long>(16 + 64 * plan.size() / 1024 / 1024));
+    }
+}
+
+TEST(MendingBounds, entitiesMakeTenMegabytesAtMostOfASmallPlan) {
+    for (const std::string& piece : {std::string(900, 'x'), textOf({{"<b/>", 225}})}) {
+        const auto planWith = [&piece](int references) {
+            return planWithDeclarations("<!ENTITY e '" + piece + "'>", "<X>" + textOf({{"&e;", references}}) + "</X>");
+        };
+        const PlanImport inside("entities", planWith(9'000));
+        EXPECT_EQ(inside.status(), 0) << inside.log();
+        expectWithin(inside, 3, 16 + 64 * 8);
+        const PlanImport beyond("entities", planWith(12'000));
+        EXPECT_EQ(beyond.status(), 1);
+        EXPECT_TRUE(beyond.logHolds(Refusal)) << beyond.log();
+        expectWithin(beyond, 3, 16 + 64 * 10);
+    }
+}
+
+TEST(MendingBounds, memoryGrowsWithWhatEntitiesMake) {
+    const std::string elements = "<b/><b/><b/><b/><b/><b/><b/>";
+    constexpr int references = 100'000;
+    const PlanImport import("elements", planWithDeclarations("<!ENTITY e '" + elements + "'>",
+                                                             "<X>" + textOf({{"&e;", references}}) + "</X>"));
+    EXPECT_EQ(import.status(), 0) << import.log();
+    expectWithin(import, 3, static_cast<long>(16 + 64 * elements.size() * references / 1024 / 1024));
 }

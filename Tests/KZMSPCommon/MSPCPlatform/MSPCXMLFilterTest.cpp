@@ -125,6 +125,31 @@ TEST(MSPCXMLFilter, tellsWhetherTheContentHadSections) {
     EXPECT_TRUE(filtered("<Plan/><!--a-->")->hasSections);
 }
 
+TEST(MSPCXMLFilter, tellsWhatValuesHoldBesideText) {
+    struct Case {
+        const char* document;
+        bool hasNestedValues;
+        bool hasMixedContent;
+    };
+    constexpr Case cases[] = {
+        {"<Plan><Title>a</Title> <Title> </Title></Plan>", false, false},
+        {"<Plan><Other>a<b/></Other></Plan>", false, false},
+        {"<Plan><Title><b/></Title></Plan>", true, false},
+        {"<Plan><Title> <b>a</b> </Title></Plan>", true, false},
+        {"<Plan><Title>a<b/></Title></Plan>", true, true},
+        {"<Plan><Title><b/>a</Title></Plan>", true, true},
+        {"<Plan><Title><b><c>a</c>b</b></Title></Plan>", true, true},
+        {"<Plan><Title>&#32;<b/></Title></Plan>", true, true},
+        {"<Plan><Title xml:space=\"preserve\"> </Title></Plan>", false, true},
+    };
+    for (const auto& [document, hasNestedValues, hasMixedContent] : cases) {
+        const auto result = filtered(document);
+        ASSERT_TRUE(result) << document;
+        EXPECT_EQ(result->hasNestedValues, hasNestedValues) << document;
+        EXPECT_EQ(result->hasMixedContent, hasMixedContent) << document;
+    }
+}
+
 TEST(MSPCXMLFilter, skipsTheMarkAndTheDeclarationOfUtf8) {
     expectKept({
         {"a byte-order mark", "\xEF\xBB\xBF<Plan/>", "<Plan/>"},

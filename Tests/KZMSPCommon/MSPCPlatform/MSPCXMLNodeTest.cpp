@@ -207,13 +207,15 @@ TEST(MSPCXMLNode, anElementsOnlyTextIsReplacedInPlace) {
     for (const std::string_view text : {"x", "2012-01-05T08:00:00", "a < b"}) {
         const auto document = xmlDocument("<r><a n='1'>2012-01-02T08:00:00</a><b/></r>", MSPCXMLContent::DataOnly);
         auto element = document.root().firstChildElement("a");
+        const auto piece = element.firstChild();
         std::string former = "before ";
         EXPECT_FALSE(element.replaceOnlyText("", &former));
         EXPECT_EQ(former, "before ");
         EXPECT_TRUE(element.replaceOnlyText(text, &former));
         EXPECT_EQ(former, "before 2012-01-02T08:00:00");
         EXPECT_EQ(element.stringValue(), text);
-        EXPECT_FALSE(element.firstChild());
+        EXPECT_EQ(element.firstChild(), piece);
+        EXPECT_FALSE(piece.nextSibling());
         EXPECT_TRUE(element.replaceOnlyText("2012-01-02T08:00:00"));
         EXPECT_EQ(bodyOf(document), "<r><a n=\"1\">2012-01-02T08:00:00</a><b/></r>");
     }

@@ -29,6 +29,20 @@ TEST(MSPCXMLSurvey, findsWhatStandsFarInside) {
     }
 }
 
+TEST(MSPCXMLSurvey, seesTextBesideElements) {
+    for (const std::string_view mixed :
+         {"<a>t<b/></a>", "<a><b/>t</a>", "<a><b></b>t</a>", "<a><b> </b>\n t</a>", "<a>t<b>u</b></a>",
+          "<a>&#32;<b>u</b></a>", "<a xml:space='preserve'> <b/> </a>", "<a/>t", "<a>t<b",
+          "<a><b c='/'>t<d/></b></a>"}) {
+        EXPECT_TRUE(surveyXML(mixed).hasMixedContent) << mixed;
+    }
+    for (const std::string_view plain :
+         {"<a/>", "<a>t</a>", "<a> </a>", "<a> <b>t</b>\r\n\t<c/> </a> ", "<a><b c='>'>t</b></a>",
+          "<?p q?>\n<a>t</a>\n", "<a><b><c>&#32;</c></b></a>", ""}) {
+        EXPECT_FALSE(surveyXML(plain).hasMixedContent) << plain;
+    }
+}
+
 TEST(MSPCXMLSurvey, findsAnInternalSubsetOnlyInTheDocumentType) {
     for (const std::string_view with : {"<!DOCTYPE a [<!ENTITY b 'c'>]><a/>",
                                         "\xEF\xBB\xBF<?xml version='1.0'?>\n<!--[--> <!DOCTYPE a SYSTEM '>' []><a/>"}) {
@@ -47,7 +61,9 @@ TEST(MSPCXMLSurvey, writesWhatStopsAMendingParserAnew) {
     };
     const Case cases[] = {
         {"<a>b\t\r\n</a>", "<a>b\t\r\n</a>"},
-        {std::string("<a>b\0c\x01</a>", 11), "<a>b\xEF\xBF\xBD" "c\xEF\xBF\xBD</a>"},
+        {std::string("<a>b\0c\x01</a>", 11),
+         "<a>b\xEF\xBF\xBD"
+         "c\xEF\xBF\xBD</a>"},
         {"<a>]]>b]]]>]></a>", "<a>]]&gt;b]]]&gt;]></a>"},
         {"<a><![CDATA[b]]>]]></a>", "<a><![CDATA[b]]>]]&gt;</a>"},
         {"<a><!--]]>--><?p ]]>?>]]></a>", "<a><!--]]>--><?p ]]>?>]]&gt;</a>"},

@@ -138,12 +138,15 @@ TEST(MSPIProjectIndex, comparesLargeNumbersAsTheQueriesDo) {
     EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(3));
 }
 
-TEST(MSPIProjectIndex, findsATextWithQuotes) {
+TEST(MSPIProjectIndex, findsATextWithQuotesButNoneWithAnApostropheWhichWouldEndTheQuery) {
     MappingFixture fixture(
-        "<ExtendedAttributes><ExtendedAttribute><FieldID>a'b\"c</FieldID></ExtendedAttribute></ExtendedAttributes>");
+        "<ExtendedAttributes><ExtendedAttribute><FieldID>a\"b</FieldID></ExtendedAttribute>"
+        "<ExtendedAttribute><FieldID>a'b</FieldID></ExtendedAttribute></ExtendedAttributes>");
     MSPIProjectIndex index(fixture.document.root());
-    EXPECT_TRUE(index.definitionsByFieldID().singleNodeWithKey("a'b\"c"));
-    EXPECT_FALSE(index.definitionsByFieldID().singleNodeWithKey("a'b"));
+    EXPECT_TRUE(index.definitionsByFieldID().singleNodeWithKey("a\"b"));
+    Error error;
+    EXPECT_FALSE(index.definitionsByFieldID().singleNodeWithKey("a'b", &error));
+    EXPECT_EQ(error.code, MSPCXQueryNoMatch);
 }
 
 TEST(MSPIProjectIndex, ofAProjectWithoutListsFindsNothing) {

@@ -221,6 +221,22 @@ TEST(MSPIProjectMapper, copiesEveryCriticalPathOfTheTemplate) {
     EXPECT_EQ(markupOf(mapping.templateDocument.root().newCopyOf(mapping.templateDocument.root())), templateXML);
 }
 
+TEST(MSPIProjectMapper, declaresThePrefixesThatACriticalPathTakesFromTheTemplatesRoot) {
+    const auto templateXML =
+        "<scenario xmlns='urn:x' xmlns:a='urn:a' xmlns:b='urn:b&amp;' xmlns:c='urn:c' xmlns:d='urn:d' xmlns:e='urn:e'>"
+        "<critical-path xml:lang='en'><p b:q='1'><a:r/></p></critical-path>"
+        "<critical-path xmlns:c='urn:own' c:s=''><t xmlns:d='urn:deep'><d:u/></t><d:v/></critical-path>"
+        "<critical-path><w>e:text</w></critical-path></scenario>";
+    ScenarioMapping mapping(startDate, 9, standardCalendarXML, templateXML);
+    const auto markup = mapping.markup();
+    const std::string comment = "<!--  Critical Path  -->";
+    EXPECT_EQ(markup.substr(markup.find(comment) + comment.size()),
+              "<critical-path xml:lang=\"en\" xmlns:a=\"urn:a\" xmlns:b=\"urn:b&amp;\"><p b:q=\"1\"><a:r/></p>"
+              "</critical-path><critical-path xmlns:c=\"urn:own\" c:s=\"\" xmlns:d=\"urn:d\"><t xmlns:d=\"urn:deep\">"
+              "<d:u/></t><d:v/></critical-path><critical-path><w>e:text</w></critical-path></scenario>");
+    EXPECT_TRUE(markup.starts_with("<scenario xmlns=\"urn:x\"><start-date>"));
+}
+
 TEST(MSPIProjectMapper, takesTheCalendarWithUID1ElseTheOneNamedStandard) {
     const auto base = [](std::string_view content) {
         return fmt::format("<Calendar>{}<IsBaseCalendar>1</IsBaseCalendar></Calendar>", content);
