@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "MSPCTimeZone.h"
@@ -19,10 +21,9 @@ namespace {
 const std::string database = "/usr/share/zoneinfo";
 constexpr std::int64_t SixHours = 6 * 3600;
 
-bool isZone(const std::filesystem::path& file) {
-    std::array<char, 4> start{};
-    std::ifstream(file, std::ios::binary).read(start.data(), start.size());
-    return std::string_view(start.data(), start.size()) == "TZif";
+std::string bytesOf(const std::string& zone) {
+    std::ifstream file(database + "/" + zone, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 // "Europe/Berlin", "posix/Europe/Berlin", "right/Europe/Berlin" and so on.
@@ -30,8 +31,9 @@ std::vector<std::string> zoneNames() {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(
              database, std::filesystem::directory_options::follow_directory_symlink)) {
-        if (entry.is_regular_file() && isZone(entry.path())) {
-            names.push_back(entry.path().lexically_relative(database).string());
+        auto name = entry.path().lexically_relative(database).string();
+        if (entry.is_regular_file() && bytesOf(name).starts_with("TZif")) {
+            names.push_back(std::move(name));
         }
     }
     return names;
@@ -66,9 +68,13 @@ std::vector<std::int64_t> offsetsOf(const MSPCTimeZone& zone) {
 TEST(MSPCTimeZoneDatabase, everyZone_hasTheOffsetsOfTheCLibrary) {
     const auto names = zoneNames();
     ASSERT_GT(names.size(), 400U);
+    std::set<std::string> compared;  // most zones have several names
     for (const auto& name : names) {
         const auto zone = MSPCTimeZone::named(name);
         ASSERT_TRUE(zone) << name;
+        if (!compared.insert(bytesOf(name)).second) {
+            continue;
+        }
         ASSERT_EQ(offsetsOf(*zone), offsetsOfTheCLibrary(name)) << name;
     }
     ::tzset();
