@@ -70,12 +70,12 @@ MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNo
     if (auto* const shared = _mapper.calendarSchedules().use(mspCalendar)) {
         return newCopyOfSharedSchedule(mspCalendar, *shared);
     }
-    _mapper.log().log(logLineOf(mspCalendar, stringValueForXQuery(mspCalendar, "Name").value_or("")));
+    _mapper.log().log("{}", logLineOf(mspCalendar, stringValueForXQuery(mspCalendar, "Name").value_or("")));
     return newSchedule(mspCalendar, _mapper.growthBounds());
 }
 
-std::string MSPICalendarMapper::logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const {
-    return fmt::format("  Mapping Calendar UID='{}' name='{}' ...",
+MSPCMessage MSPICalendarMapper::logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const {
+    return MSPCMessage("  Mapping Calendar UID='{}' name='{}' ...",
                        stringValueForXQuery(mspCalendar, "UID").value_or(""), name);
 }
 
@@ -91,7 +91,7 @@ MSPCXMLNewElement MSPICalendarMapper::newCopyOfSharedSchedule(const MSPCXMLNode&
     }
     _mapper.growthBounds().addRepeatedName(shared.nameSize);
     _mapper.growthBounds().addScheduleElements(shared.elementCount);
-    _mapper.log().log(shared.logLine);
+    _mapper.log().log("{}", *shared.logLine);
     return shared.schedule.node().newCopyOf(shared.schedule.node());
 }
 

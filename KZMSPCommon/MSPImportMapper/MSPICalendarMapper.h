@@ -72,7 +72,7 @@ private:
 
     [[nodiscard]] MSPCXMLNewElement newCopyOfSharedSchedule(const MSPCXMLNode& mspCalendar,
                                                             MSPICalendarSchedules::Shared& shared) const;
-    [[nodiscard]] std::string logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const;
+    [[nodiscard]] MSPCMessage logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const;
     [[nodiscard]] MSPCXMLNewElement newSchedule(const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds) const;
     [[nodiscard]] std::vector<MSPCXMLNewElement> newTimeOffEvents(const MSPCXMLNode& mspCalendar,
                                                                   MSPIGrowthBounds& bounds) const;

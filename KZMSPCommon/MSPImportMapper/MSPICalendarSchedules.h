@@ -2,8 +2,9 @@
 
 #include <cstdint>
 #include <map>
-#include <string>
+#include <optional>
 
+#include "MSPCMessage.h"
 #include "MSPCXMLNode.h"
 
 // The schedules of calendars that several resources of one scenario share: each is kept once, to be copied for every
@@ -11,7 +12,7 @@
 class MSPICalendarSchedules {
 public:
     struct Shared {
-        std::string logLine;         // what is told each time the calendar is mapped
+        std::optional<MSPCMessage> logLine;  // what is told each time the calendar is mapped
         std::uint64_t nameSize = 0;  // bytes of the calendar's name in it
         MSPCXMLNewElement schedule;
         std::uint64_t elementCount = 0;  // days, working times and events

@@ -110,16 +110,27 @@ bool MSPIMapper::applyBaseline() {
     if (counts.areZero()) {
         return false;
     }
-    log().log(fmt::format("Searching for data for baseline {}", baselineNumber()));
-    log().log(fmt::format("  Baseline Tasks: {}", counts.tasks));
-    log().log(fmt::format("  Baseline Resources: {}", counts.resources));
-    log().log(fmt::format("  Baseline Assignments: {}", counts.assignments));
+    log().log("Searching for data for baseline {}", baselineNumber());
+    log().log("  Baseline Tasks: {}", counts.tasks);
+    log().log("  Baseline Resources: {}", counts.resources);
+    log().log("  Baseline Assignments: {}", counts.assignments);
     for (const auto& [element, hasBaseline, values] : _baselines->targets(baselineNumber())) {
         _patches.emplace_back(element, hasBaseline, values, _journal);
     }
+    setHiddenElements([this] { return hiddenElementsOfBaseline(); });
     // From the last to the first, and back the other way: each removed element finds its place again.
     visitFetchingAhead(_patches.rbegin(), _patches.rend(), [](auto& patch) { patch.apply(); });
     return true;
+}
+
+std::vector<MSPCXMLNode> MSPIMapper::hiddenElementsOfBaseline() const {
+    std::vector<MSPCXMLNode> hidden;
+    for (const auto& target : _baselines->targets(baselineNumber())) {
+        if (!target.hasBaseline) {
+            hidden.push_back(target.element);
+        }
+    }
+    return hidden;
 }
 
 void MSPIMapper::revertBaseline() {

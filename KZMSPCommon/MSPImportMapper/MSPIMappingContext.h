@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "MSPCServices.h"
 #include "MSPCXMLDocument.h"
@@ -60,6 +63,12 @@ public:
     [[nodiscard]] std::int32_t baselineNumber() const { return _baselineNumber; }
     void setBaselineNumber(std::int32_t number) { _baselineNumber = number; }
     [[nodiscard]] bool isBaselineScenario() const { return _baselineNumber >= 0; }
+
+    // The tasks, resources and assignments that the baseline being mapped does not show, for naming them all the same.
+    [[nodiscard]] std::vector<MSPCXMLNode> hiddenElements() const {
+        return _findHiddenElements ? _findHiddenElements() : std::vector<MSPCXMLNode>();
+    }
+    void setHiddenElements(std::function<std::vector<MSPCXMLNode>()> find) { _findHiddenElements = std::move(find); }
 
     // The name of the imported file, for projects that do not name themselves.
     [[nodiscard]] const std::string& importedProjectName() const { return _importedProjectName; }
@@ -124,6 +133,7 @@ private:
     MSPIProjectIndex _index;
     std::int64_t _mspSaveVersion = 9;
     std::int32_t _baselineNumber = -1;
+    std::function<std::vector<MSPCXMLNode>()> _findHiddenElements;
     std::string _importedProjectName;
     std::int64_t _mspStandardCalendarUID = -1;
     bool _mspScheduleFromStart = false;

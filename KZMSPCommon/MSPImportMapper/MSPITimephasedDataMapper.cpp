@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "MSPCExtensions.h"
+#include "MSPISubject.h"
 
 namespace {
 
@@ -76,7 +77,8 @@ MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std:
     const auto& timephased = _mapper.index().timephasedAssignmentsByTaskUID();
     for (const auto& assignment : timephased.nodesWithKey(uid)) {
         _mapper.assignmentLooks().lookAt(assignment, timephased, _mapper.growthBounds());
-        collectSpansOfAssignment(assignment, sharedName, spans);
+        MSPITellingSubject([&] { return MSPISubjectOfAssignment(assignment, _mapper.hiddenElements()); },
+                           [&] { collectSpansOfAssignment(assignment, sharedName, spans); });
     }
     if (!spans.empty()) {
         const auto& byTaskUID = _mapper.index().assignmentsByTaskUID();

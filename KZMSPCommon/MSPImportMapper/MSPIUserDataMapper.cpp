@@ -11,7 +11,8 @@
 
 namespace {
 
-// A date-time in its display form; any other text, or a date-time that has none, as it is. Nothing a value holds may
+// A date-time in its display form; any other text, or a date-time that has none, as it is. Deliberate: a text that looks
+// like a date becomes one, the phone number "555-123-4567" too, for the plan does not tell what it is. Nothing a value holds may
 // end the import, so only what is known to be a date is converted.
 std::string displayFormOf(std::string value, const MSPIUtilities& conversions) {
     if (!conversions.isMspdiDateTime(value)) {

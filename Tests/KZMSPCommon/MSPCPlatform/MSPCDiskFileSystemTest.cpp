@@ -111,7 +111,8 @@ TEST_F(MSPCDiskFileSystem_queries, neverCutAPathAtAZeroByte) {
     EXPECT_EQ(files.resolvedPath(path), "");
     EXPECT_EQ(files.createFolder(folder / "new" + std::string("\0x", 2)), "No such file or directory");
     EXPECT_EQ(files.writeAtomically(path, [](MSPCByteSink&) {}), "No such file or directory");
-    EXPECT_EQ(files.copyFolder(folder.path(), path), "No such file or directory");
+    EXPECT_EQ(files.newFolder(path, false)->copyContent(folder.path()),
+              "'" + path + "': No such file or directory");
 }
 
 TEST_F(MSPCDiskFileSystem_queries, knowOneFileUnderTwoNames) {
@@ -152,28 +153,6 @@ TEST_F(MSPCDiskFileSystem_readFile, readsWhatTellsNoSize) {
     const auto text = files.readFile("/proc/self/status");
     ASSERT_TRUE(text);
     EXPECT_NE(text->find("Pid:"), std::string::npos);
-}
-
-using MSPCDiskFileSystem_remove = MSPCDiskFileSystemTest;
-
-TEST_F(MSPCDiskFileSystem_remove, takesFilesAndWholeFolders) {
-    const auto file = folder.addFile("a");
-    folder.addFile("b/c/d");
-    EXPECT_EQ(files.remove(file), std::nullopt);
-    EXPECT_EQ(files.remove(folder / "b"), std::nullopt);
-    EXPECT_EQ(folder.listing(), "");
-}
-
-TEST_F(MSPCDiskFileSystem_remove, takesALinkAndLeavesItsTarget) {
-    folder.addFile("real/a", "kept");
-    std::filesystem::create_symlink("real", folder / "link");
-    EXPECT_EQ(files.remove(folder / "link"), std::nullopt);
-    EXPECT_EQ(folder.contents("real/a"), "kept");
-    EXPECT_EQ(folder.listing(), "real ");
-}
-
-TEST_F(MSPCDiskFileSystem_remove, failsWhereNothingIs) {
-    EXPECT_EQ(files.remove(folder / "none"), "No such file or directory");
 }
 
 using MSPCDiskFileSystem_createFolder = MSPCDiskFileSystemTest;

@@ -122,6 +122,14 @@ std::string definitionWithCFType(const std::string& type) {
            "<Alias>V</Alias></ExtendedAttribute></ExtendedAttributes>";
 }
 
+TEST(MSPIExtendedAttributes, TakeAPhoneNumberForADate) {
+    // Year 555, month 123, day 4567: 4,566 days after 1 March 565.
+    const auto shown = userDataOf(definitionWithCFType(""), attribute("1", "555-123-4567"), 14);
+    EXPECT_TRUE(shown.starts_with("V=0577-08-3")) << shown;
+    EXPECT_EQ(userDataOf(definitionWithCFType("<CFType>4</CFType>"), attribute("1", "555-123-4567"), 14),
+              "V=555-123-4567;");
+}
+
 TEST(MSPIExtendedAttributes, ShowDatesOfFilesFrom2007OnInTheirDisplayForm) {
     struct Case {
         std::string value;
