@@ -88,13 +88,16 @@ TEST(MSPIExtendedAttributes, CompareFieldIDsAsTexts) {
     EXPECT_EQ(userDataOf(definitions, attribute("1.0", "x")), "");
 }
 
-TEST(MSPIExtendedAttributes, FindFieldIDsThatHoldQuotes) {
-    EXPECT_EQ(userDataOf("<ExtendedAttributes>"
-                         "<ExtendedAttribute><FieldID>a'b\"c</FieldID><Alias>Quoted</Alias></ExtendedAttribute>"
-                         "<ExtendedAttribute><FieldID>a' or '1'='1</FieldID><Alias>All</Alias></ExtendedAttribute>"
-                         "</ExtendedAttributes>",
-                         attribute("a'b\"c", "x")),
-              "Quoted=x;");
+TEST(MSPIExtendedAttributes, FindFieldIDsThatHoldQuotesButNoApostrophes) {
+    constexpr std::string_view quotedDefinitions =
+        "<ExtendedAttributes>"
+        "<ExtendedAttribute><FieldID>a\"c</FieldID><Alias>Quoted</Alias></ExtendedAttribute>"
+        "<ExtendedAttribute><FieldID>a'c</FieldID><Alias>Apostrophe</Alias></ExtendedAttribute>"
+        "<ExtendedAttribute><FieldID>a' or '1'='1</FieldID><Alias>All</Alias></ExtendedAttribute>"
+        "</ExtendedAttributes>";
+    EXPECT_EQ(userDataOf(quotedDefinitions, attribute("a\"c", "x")), "Quoted=x;");
+    EXPECT_EQ(userDataOf(quotedDefinitions, attribute("a'c", "x")), "");
+    EXPECT_EQ(userDataOf(quotedDefinitions, attribute("a' or '1'='1", "x")), "");
 }
 
 TEST(MSPIExtendedAttributes, ReplaceAnEarlierValueOfTheSameName) {
