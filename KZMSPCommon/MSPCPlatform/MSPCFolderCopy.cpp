@@ -23,7 +23,7 @@ Failure failureAt(const std::string& path, int error) {
 }
 
 int copyBytes(const MSPCFileDescriptor& source, const MSPCFileDescriptor& target, std::size_t size) {
-    std::array<char, 64 * 1024> buffer;
+    std::array<char, 8 * 1024> buffer;  // the stack may be small
     for (std::size_t count = 1; size > 0 && count > 0; size -= count) {
         int error = source.read(buffer.data(), std::min(buffer.size(), size), count);
         error = error != 0 ? error : target.write({buffer.data(), count});
