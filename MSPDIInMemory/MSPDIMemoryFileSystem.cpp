@@ -40,8 +40,16 @@ std::string MSPDIMemoryFileSystem::standardizedPath(std::string_view path) const
     return isInMemory(path) ? std::string(path) : _readOnly.standardizedPath(path);
 }
 
+std::string MSPDIMemoryFileSystem::absolutePath(std::string_view path) const {
+    return isInMemory(path) ? std::string(path) : _readOnly.absolutePath(path);
+}
+
 bool MSPDIMemoryFileSystem::exists(const std::string& path) const {
     return isInMemory(path) ? _files.contains(path) || isDirectory(path) : _readOnly.exists(path);
+}
+
+bool MSPDIMemoryFileSystem::leadsToAnything(const std::string& path) const {
+    return isInMemory(path) ? exists(path) : _readOnly.leadsToAnything(path);
 }
 
 bool MSPDIMemoryFileSystem::isDirectory(const std::string& path) const {

@@ -27,7 +27,9 @@ public:
     [[nodiscard]] std::map<std::string, std::string> takeFilesBelow(const std::string& folder);
 
     [[nodiscard]] std::string standardizedPath(std::string_view path) const override;
+    [[nodiscard]] std::string absolutePath(std::string_view path) const override;
     [[nodiscard]] bool exists(const std::string& path) const override;
+    [[nodiscard]] bool leadsToAnything(const std::string& path) const override;
     [[nodiscard]] bool isDirectory(const std::string& path) const override;
     [[nodiscard]] std::string resolvedPath(const std::string& path) const override;
     [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;

@@ -85,6 +85,10 @@ bool MSPCDiskFileSystem::exists(const std::string& path) const {
     return !isCutOff(path) && ::lstat(path.c_str(), &status) == 0;
 }
 
+bool MSPCDiskFileSystem::leadsToAnything(const std::string& path) const {
+    return statusOf(path).has_value();
+}
+
 bool MSPCDiskFileSystem::isDirectory(const std::string& path) const {
     const auto status = statusOf(path);
     return status && S_ISDIR(status->st_mode);

@@ -66,12 +66,16 @@ public:
 // optional text give none on success and the system's description of the failure otherwise.
 class MSPCFileSystem : public MSPCFileReader {
 public:
-    // An absolute path with "~", "~user", "." and ".." components resolved and double or trailing slashes removed;
-    // links are not followed. A relative path is taken in the current folder. "~user" of an unknown user is an ordinary
-    // name; an empty path names nothing and stays empty.
+    // A path with "~", "~user", "." and ".." components resolved and double or trailing slashes removed; links are not
+    // followed. A relative path stays relative: "./a/../b" is "b", "../b" stays, and what leads to the current folder
+    // is ".". "~user" of an unknown user is an ordinary name; an empty path names nothing and stays empty.
     [[nodiscard]] virtual std::string standardizedPath(std::string_view path) const = 0;
+    // The same, with a relative path taken in the current folder.
+    [[nodiscard]] virtual std::string absolutePath(std::string_view path) const = 0;
     // Whether anything has that path: file, folder, or a link, even one that points nowhere.
     [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
+    // Whether the path leads to anything, through links too.
+    [[nodiscard]] virtual bool leadsToAnything(const std::string& path) const = 0;
     // Whether the path leads to a folder, through links too.
     [[nodiscard]] virtual bool isDirectory(const std::string& path) const = 0;
     // The absolute path of what a path leads to, without any link in it; empty when it leads nowhere.
@@ -103,7 +107,9 @@ public:
 class MSPCDiskFileSystem final : public MSPCFileSystem {
 public:
     [[nodiscard]] std::string standardizedPath(std::string_view path) const override;
+    [[nodiscard]] std::string absolutePath(std::string_view path) const override;
     [[nodiscard]] bool exists(const std::string& path) const override;
+    [[nodiscard]] bool leadsToAnything(const std::string& path) const override;
     [[nodiscard]] bool isDirectory(const std::string& path) const override;
     [[nodiscard]] std::string resolvedPath(const std::string& path) const override;
     [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;

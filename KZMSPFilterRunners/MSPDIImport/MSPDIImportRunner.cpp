@@ -71,7 +71,7 @@ MSPCURL MSPDIImportRunner::checkedTemplateURL(const std::string& templatePath) c
     if (!_services.fileSystem.isDirectory(path)) {
         throw FileNotFoundException(fmt::format("KDZX template doc folder not found: {}", path));
     }
-    return MSPCURL::fileURL(path, true);
+    return MSPCURL::fileURL(_services.fileSystem.absolutePath(path), true);
 }
 
 std::vector<std::string> MSPDIImportRunner::inputFiles(const MSPDIImportArguments& arguments) const {
@@ -100,11 +100,12 @@ std::vector<std::string> MSPDIImportRunner::listedInputFiles(const MSPDIImportAr
 
 void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& templateURL,
                                     const MSPDIImportArguments& arguments) {
-    const auto inputPath = checkedInputPath(entry);
+    const auto checkedPath = checkedInputPath(entry);
+    const auto inputPath = _services.fileSystem.absolutePath(checkedPath);
     const auto source = MSPCURL::fileURL(inputPath, false);
     _services.log.log("### Import from URL: '{}'", source.absoluteString());
 
-    const auto folder = MSPDIOutputFolder(inputPath, arguments.outputFolder, _services.fileSystem);
+    const auto folder = MSPDIOutputFolder(checkedPath, arguments.outputFolder, _services.fileSystem);
     const auto bundlePath = MSPDIBundlePath(folder, inputPath, _includesInputExtension);
     const auto destination = MSPCURL::fileURL(bundlePath, true);
     _services.log.log("### Write to URL (bundle): '{}'", destination.absoluteString());
@@ -125,7 +126,7 @@ std::string MSPDIImportRunner::checkedInputPath(const std::string& entry) const 
         throw CommandLineArgumentException(fmt::format("Input file is not XML: '{}'", entry));
     }
     auto path = _services.fileSystem.standardizedPath(entry);
-    if (!_services.fileSystem.exists(path)) {
+    if (!_services.fileSystem.leadsToAnything(path)) {
         throw FileNotFoundException(fmt::format("Input file not found: {}", path));
     }
     if (_services.fileSystem.isDirectory(path)) {

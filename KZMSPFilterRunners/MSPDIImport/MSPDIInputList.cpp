@@ -56,7 +56,7 @@ bool MSPDIIsInputEntry(std::string_view line) {
 }
 
 std::vector<std::string> MSPDIReadInputList(const std::string& path, const MSPCFileSystem& fileSystem) {
-    if (!fileSystem.exists(path) || fileSystem.isDirectory(path)) {
+    if (!fileSystem.leadsToAnything(path) || fileSystem.isDirectory(path)) {
         throw FileNotFoundException(fmt::format("Input list not found or it is a directory: {}", path));
     }
     const auto text = fileSystem.readFile(path);

@@ -56,18 +56,21 @@ public:
         if (whole == "~" || whole.starts_with("~/")) {
             whole = "/home/me" + whole.substr(1);
         }
-        if (!whole.starts_with('/')) {
-            whole = "/home/me/" + whole;
-        }
         return withoutDots(whole);
     }
+    [[nodiscard]] std::string absolutePath(std::string_view path) const override {
+        const auto whole = standardizedPath(path);
+        return whole.empty() || whole.starts_with('/') ? whole : withoutDots("/home/me/" + whole);
+    }
+    [[nodiscard]] bool leadsToAnything(const std::string& path) const override { return !resolvedPath(path).empty(); }
     [[nodiscard]] bool exists(const std::string& path) const override { return find(path) != nullptr; }
     [[nodiscard]] bool isDirectory(const std::string& path) const override {
-        const auto* node = find(resolvedPath(path));
+        const auto resolved = resolvedPath(path);
+        const auto* node = resolved.empty() ? nullptr : find(resolved);
         return node && node->kind == Kind::Folder;
     }
     [[nodiscard]] std::string resolvedPath(const std::string& path) const override {
-        auto result = path;
+        auto result = absolutePath(path);
         for (int links = 0; links <= 40; ++links) {
             const auto next = withFirstLinkFollowed(result);
             if (next == result) {
@@ -254,11 +257,12 @@ private:
             }
             start = end + 1;
         }
+        const bool isAbsolute = path.starts_with('/');
         std::string result;
         for (const auto& component : components) {
-            result += "/" + component;
+            result += (isAbsolute || !result.empty() ? "/" : "") + component;
         }
-        return result.empty() ? "/" : result;
+        return result.empty() ? (isAbsolute ? "/" : ".") : result;
     }
 
     void add(const std::string& path, Node node) {

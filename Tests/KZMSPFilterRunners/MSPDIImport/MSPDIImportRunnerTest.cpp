@@ -161,8 +161,7 @@ TEST_F(MSPDIImportRunnerTest, templateMustBeAFolder) {
     files.addFile("/home/me/Empty.kdzx");
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "Empty.kdzx", "/in/a.xml"}),
               (Lines{start,
-                     "Exception: FileNotFoundException\nKDZX template doc folder not found: "
-                     "/home/me/Empty.kdzx"}));
+                     "Exception: FileNotFoundException\nKDZX template doc folder not found: Empty.kdzx"}));
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "/none/../N.kdzx", "/in/a.xml"}),
               (Lines{start, "Exception: FileNotFoundException\nKDZX template doc folder not found: /N.kdzx"}));
 }
@@ -269,6 +268,57 @@ TEST_F(MSPDIImportRunnerTest, outputFolderMustExist) {
                "Exception: FileNotFoundException\nOutput directoty not found: /none"}));
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "/in/a.xml", "/in/notes.txt"}).back(),
               "Exception: FileNotFoundException\nOutput directoty not found: /in/notes.txt");
+}
+
+TEST_F(MSPDIImportRunnerTest, messagesShowRelativePathsAsRelativeOnes) {
+    files.addFolder("/home/me/folder.xml");
+    files.addFile("/home/me/a.xml");
+    const struct {
+        Arguments afterTemplate;
+        const char* message;
+    } table[] = {
+        {{"in/./x/../none.xml"}, "Input file not found: in/none.xml"},
+        {{"../none.xml"}, "Input file not found: ../none.xml"},
+        {{"~/none.xml"}, "Input file not found: /home/me/none.xml"},
+        {{"./folder.xml/"}, "Input file is a directory: folder.xml"},
+        {{"a.xml", "./none/"}, "Output directoty not found: none"},
+        {{"a.xml", "a.xml"}, "Output directoty not found: a.xml"},
+        {{"--input-list", "lists//none"}, "Input list not found or it is a directory: lists/none"},
+        {{"--input-list", "."}, "Input list not found or it is a directory: ."},
+    };
+    for (const auto& row : table) {
+        Arguments arguments{"x", "--template-path", "/T.kdzx"};
+        arguments.insert(arguments.end(), row.afterTemplate.begin(), row.afterTemplate.end());
+        EXPECT_EQ(linesOfFailure(arguments).back(), std::string("Exception: FileNotFoundException\n") + row.message);
+    }
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "none/../Empty.kdzx", "/in/a.xml"}).back(),
+              "Exception: FileNotFoundException\nKDZX template doc folder not found: Empty.kdzx");
+}
+
+TEST_F(MSPDIImportRunnerTest, relativePathsLeadToTheSameAsAbsoluteOnes) {
+    files.addFile("/home/me/plans/a.xml");
+    files.addFile("/home/me/list", "plans/a.xml\n../../in/a.xml\n");
+    files.addFolder("/home/me/out");
+    files.addFile("/home/me/E.kdzx/Actual.xml");
+    EXPECT_EQ(run({"x", "--template-path", "E.kdzx", "--input-list", "list", "out"}), 0);
+    EXPECT_EQ(run({"x", "--template-path", "E.kdzx", "plans/a.xml"}), 0);
+    log.ignoreLines();
+    EXPECT_EQ(sources(), (Lines{"/home/me/plans/a.xml", "/in/a.xml", "/home/me/plans/a.xml"}));
+    EXPECT_EQ(asked.at(1).destination, "file:///home/me/out/a.kdzx/");
+    EXPECT_EQ(asked.at(2).destination, "file:///home/me/plans/a.kdzx/");
+    EXPECT_EQ(asked.at(2).info.kdzxTemplateURL->absoluteString(), "file:///home/me/E.kdzx/");
+}
+
+TEST_F(MSPDIImportRunnerTest, aLinkThatLeadsNowhereDoesNotExist) {
+    files.addLink("/in/dead.xml", "/nowhere");
+    files.addLink("/dead-list", "/nowhere");
+    files.addLink("/in/live.xml", "/in/a.xml");
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "/in/dead.xml", "/out"}).back(),
+              "Exception: FileNotFoundException\nInput file not found: /in/dead.xml");
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "--input-list", "/dead-list"}).back(),
+              "Exception: FileNotFoundException\nInput list not found or it is a directory: /dead-list");
+    EXPECT_EQ(runWith({"/in/live.xml", "/out"}), 0);
+    log.ignoreLines();
 }
 
 TEST_F(MSPDIImportRunnerTest, includesTheInputsExtensionWhereSet) {
