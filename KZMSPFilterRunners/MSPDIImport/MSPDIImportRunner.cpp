@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "MSPCException.h"
@@ -24,6 +25,9 @@ int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
         importAll(MSPDIParseArguments(arguments));
     } catch (const MSPCException& exception) {
         _services.log.log("Exception: {}\n{}", exception.name(), exception.message());
+    } catch (const std::bad_alloc&) {
+        _services.log.log("Exception: std::bad_alloc\nNot enough memory.");
+        _lastResult = false;
     } catch (...) {
         // Nobody above catches it, and without any handler the stack need not be unwound: temporary files would stay.
         throw;
