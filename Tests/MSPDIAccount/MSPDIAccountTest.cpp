@@ -1,0 +1,5 @@
+#include "MSPDIAccount.h"
+
+#include <gtest/gtest.h>
+
+TEST(MSPDIAccountTest, x) {}
