@@ -68,8 +68,8 @@ void lookAt(const std::string& planPath, const MSPCServices& services, const MSP
     account.refusal = import.refusal;
     facts.conclude();
     NoLog log;
-    const auto plan = newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly,
-                                       services.fileSystem, log);
+    const auto plan =
+        newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly, services.fileSystem, log);
     MSPDILeafWalk walk(facts, options, account);
     walk.walk(plan.root());
     walk.finish();
@@ -78,7 +78,9 @@ void lookAt(const std::string& planPath, const MSPCServices& services, const MSP
 
 }  // namespace
 
-std::size_t MSPDIAccount::total() const { return std::accumulate(leaves.begin(), leaves.end(), std::size_t(0)); }
+std::size_t MSPDIAccount::total() const {
+    return std::accumulate(leaves.begin(), leaves.end(), std::size_t(0));
+}
 
 MSPDIAccount MSPDIAccountOfPlan(const std::string& planPath, const MSPCServices& services,
                                 const MSPDIAccountOptions& options) {

@@ -9,8 +9,14 @@ MSPDIJudgement lostUnlessDefault(const MSPDILeaf& leaf) {
     return saysNothing ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, leaf.element.kind);
 }
 
-MSPDIJudgement saysNothing(const MSPDILeaf& /*leaf*/) { return MSPDIFate::Default; }
+MSPDIJudgement saysNothing(const MSPDILeaf& /*leaf*/) {
+    return MSPDIFate::Default;
+}
 
-MSPDIJudgement derivedFromOthers(const MSPDILeaf& /*leaf*/) { return MSPDIFate::Derived; }
+MSPDIJudgement derivedFromOthers(const MSPDILeaf& /*leaf*/) {
+    return MSPDIFate::Derived;
+}
 
-MSPDIJudgement shapesOthers(const MSPDILeaf& /*leaf*/) { return MSPDIFate::Shaping; }
+MSPDIJudgement shapesOthers(const MSPDILeaf& /*leaf*/) {
+    return MSPDIFate::Shaping;
+}

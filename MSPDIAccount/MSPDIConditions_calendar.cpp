@@ -12,12 +12,18 @@ const MSPDICalendarFacts& calendarOf(const MSPDILeaf& leaf) {
     return leaf.item.facts.calendars[leaf.item.position];
 }
 
-bool isBase(const MSPDILeaf& leaf) { return MSPDIIsTrueField(leaf.item.fields, "IsBaseCalendar"); }
+bool isBase(const MSPDILeaf& leaf) {
+    return MSPDIIsTrueField(leaf.item.fields, "IsBaseCalendar");
+}
 
-MSPDIJudgement repeated() { return {MSPDIFate::Lost, "repeated-element"}; }
+MSPDIJudgement repeated() {
+    return {MSPDIFate::Lost, "repeated-element"};
+}
 
 // Nothing that arrives goes by this calendar; that it is lost is told once, with its name.
-MSPDIJudgement ofUnusedCalendar() { return MSPDIFate::Default; }
+MSPDIJudgement ofUnusedCalendar() {
+    return MSPDIFate::Default;
+}
 
 bool hasNumberBetween(const MSPCXMLNode& element, std::string_view name, double least, double most) {
     std::string buffer;
@@ -30,10 +36,13 @@ bool hasNumberBetween(const MSPCXMLNode& element, std::string_view name, double 
     return false;
 }
 
-bool isDayOfWeek(const MSPCXMLNode& weekDay) { return hasNumberBetween(weekDay, "DayType", 1, 7); }
+bool isDayOfWeek(const MSPCXMLNode& weekDay) {
+    return hasNumberBetween(weekDay, "DayType", 1, 7);
+}
 
 bool hasWorkingTime(const MSPCXMLNode& owner) {
-    for (auto times = owner.firstChildElement("WorkingTimes"); times; times = times.nextSiblingElement("WorkingTimes")) {
+    for (auto times = owner.firstChildElement("WorkingTimes"); times;
+         times = times.nextSiblingElement("WorkingTimes")) {
         if (times.firstChildElement("WorkingTime")) {
             return true;
         }
@@ -62,7 +71,9 @@ MSPDIJudgement timeOfDay(const MSPDILeaf& leaf) {
     return endsAtMidnight ? MSPDIJudgement(MSPDIFate::Changed, "overnight-time") : MSPDIFate::Carried;
 }
 
-MSPCXMLNode ownerOfTime(const MSPDILeaf& leaf) { return leaf.node.parent().parent().parent(); }
+MSPCXMLNode ownerOfTime(const MSPDILeaf& leaf) {
+    return leaf.node.parent().parent().parent();
+}
 
 enum class ExceptionUse { None, TimeOff, Overtime };
 
@@ -78,7 +89,9 @@ ExceptionUse useOf(const MSPCXMLNode& exception) {
 }
 
 // The day of a date-time text, which is compared as text: "2012-01-05".
-std::string_view dayOf(std::string_view dateTime) { return dateTime.substr(0, dateTime.find('T')); }
+std::string_view dayOf(std::string_view dateTime) {
+    return dateTime.substr(0, dateTime.find('T'));
+}
 
 // Whether an exception gives events: it is of a kind that is read, and its last period is no shorter than nothing.
 bool givesEvents(const MSPCXMLNode& exception) {
@@ -91,9 +104,11 @@ bool givesEvents(const MSPCXMLNode& exception) {
     return !from.empty() && !to.empty() && (dayOf(from) <= dayOf(to));
 }
 
-// It is read, but its period ends before it begins, or there is none; whether that gives events after all is a matter of
-// hours.
-bool mayGiveEvents(const MSPCXMLNode& exception) { return useOf(exception) != ExceptionUse::None; }
+// It is read, but its period ends before it begins, or there is none; whether that gives events after all is a matter
+// of hours.
+bool mayGiveEvents(const MSPCXMLNode& exception) {
+    return useOf(exception) != ExceptionUse::None;
+}
 
 bool isOnlyNumber(const MSPCXMLNode& exception) {
     return MSPDICount(exception, "Type") <= 1 && MSPDICount(exception, "DayWorking") <= 1;
@@ -162,7 +177,11 @@ MSPDIJudgement weekDayTime(const MSPDILeaf& leaf) {
     if (isWritten(leaf, weekDay) && isWorking(weekDay)) {
         return timeOfDay(leaf);
     }
+    const auto from = weekDay.lastChildElement("TimePeriod").element.lastChildElement("FromDate").element.stringValue();
     const bool isException = !isDayOfWeek(weekDay) && !leaf.text.empty();
+    if (isException && calendarOf(leaf).exceptionStarts.contains(from)) {
+        return MSPDIFate::Derived;
+    }
     return isException ? MSPDIJudgement(MSPDIFate::Lost, "exception-2003") : MSPDIJudgement(MSPDIFate::Default);
 }
 
@@ -170,6 +189,9 @@ MSPDIJudgement weekDayPeriod(const MSPDILeaf& leaf) {
     const auto weekDay = leaf.node.parent().parent();
     if (!calendarOf(leaf).isMapped()) {
         return ofUnusedCalendar();
+    }
+    if (calendarOf(leaf).exceptionStarts.contains(std::string(leaf.text))) {
+        return MSPDIFate::Derived;  // the same exception in the older form
     }
     const bool isTold = !isDayOfWeek(weekDay) && leaf.name() == "FromDate" && !leaf.text.empty();
     return isTold ? MSPDIJudgement(MSPDIFate::Lost, "exception-2003") : MSPDIJudgement(MSPDIFate::Default);
@@ -214,8 +236,9 @@ MSPDIJudgement exceptionDate(const MSPDILeaf& leaf) {
         return MSPDIFate::Shaping;
     }
     const bool isTold = !leaf.text.empty() && leaf.name() == "FromDate";
-    return isTold ? MSPDIJudgement(MSPDIFate::Lost, isRecurring(exception) ? "recurring-exception" : "calendar-exception")
-                  : MSPDIJudgement(MSPDIFate::Default);
+    return isTold
+               ? MSPDIJudgement(MSPDIFate::Lost, isRecurring(exception) ? "recurring-exception" : "calendar-exception")
+               : MSPDIJudgement(MSPDIFate::Default);
 }
 
 MSPDIJudgement exceptionTime(const MSPDILeaf& leaf) {

@@ -6,7 +6,9 @@
 
 namespace {
 
-MSPDIJudgement repeated() { return {MSPDIFate::Lost, "repeated-element"}; }
+MSPDIJudgement repeated() {
+    return {MSPDIFate::Lost, "repeated-element"};
+}
 
 MSPDIJudgement dated(const MSPDILeaf& leaf) {
     return leaf.item.facts.isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time") : MSPDIFate::Carried;
@@ -24,7 +26,9 @@ const MSPDIDefinitionFacts& definitionOf(const MSPDILeaf& leaf) {
     return leaf.item.facts.definitions[leaf.item.position];
 }
 
-bool counts(const MSPDIDefinitionFacts& definition) { return definition.isLast && definition.isUsed; }
+bool counts(const MSPDIDefinitionFacts& definition) {
+    return definition.isLast && definition.isUsed;
+}
 
 }  // namespace
 
@@ -123,5 +127,5 @@ MSPDIJudgement fieldName(const MSPDILeaf& leaf) {
 
 MSPDIJudgement fieldType(const MSPDILeaf& leaf) {
     return counts(definitionOf(leaf)) && leaf.item.facts.isSavedBy2007OrLater() ? MSPDIFate::Shaping
-                                                                               : MSPDIFate::Derived;
+                                                                                : MSPDIFate::Derived;
 }

@@ -15,7 +15,9 @@ const MSPDIAssignmentFacts& assignmentOf(const MSPDILeaf& leaf) {
     return leaf.item.facts.assignments[leaf.item.position];
 }
 
-MSPDIJudgement repeated() { return {MSPDIFate::Lost, "repeated-element"}; }
+MSPDIJudgement repeated() {
+    return {MSPDIFate::Lost, "repeated-element"};
+}
 
 // The facts of the task that an assignment is looked up for; none where no task that arrives asks for it.
 const MSPDITaskFacts* taskOf(const MSPDILeaf& leaf) {

@@ -7,9 +7,13 @@
 
 namespace {
 
-const MSPDITaskFacts& factsOf(const MSPDILeaf& leaf) { return leaf.item.facts.tasks[leaf.item.position]; }
+const MSPDITaskFacts& factsOf(const MSPDILeaf& leaf) {
+    return leaf.item.facts.tasks[leaf.item.position];
+}
 
-MSPDIJudgement repeated() { return {MSPDIFate::Lost, "repeated-element"}; }
+MSPDIJudgement repeated() {
+    return {MSPDIFate::Lost, "repeated-element"};
+}
 
 // A rule's answer that nothing arrives, with what the line says about it.
 MSPDIJudgement told(const MSPDIJudgement& judgement, const MSPDILeaf& leaf) {
@@ -26,7 +30,7 @@ MSPDIJudgement ofEmptyRow(const MSPDILeaf& leaf) {
 MSPDIJudgement ofRoot(const MSPDILeaf& leaf) {
     const auto name = leaf.name();
     if (name == "Start" || name == "Finish") {
-        return leaf.text.empty() ? MSPDIJudgement(MSPDIFate::Default)
+        return leaf.text.empty()             ? MSPDIJudgement(MSPDIFate::Default)
                : leaf.item.facts.isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time")
                                              : MSPDIJudgement(MSPDIFate::Carried);
     }
@@ -242,8 +246,8 @@ MSPDIJudgement linkLag(const MSPDILeaf& leaf) {
 
 MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {
     const auto& facts = factsOf(leaf);
-    const bool hasNoDuration = MSPDISeconds(*leaf.item.fields.text("Duration")).value_or(0) == 0 ||
-                               !leaf.item.fields.singleObject("Duration");
+    const bool hasNoDuration =
+        MSPDISeconds(*leaf.item.fields.text("Duration")).value_or(0) == 0 || !leaf.item.fields.singleObject("Duration");
     const bool isOne = MSPDIIsTrue(leaf.text);
     const bool becomesOne = facts.state == MSPDITaskState::Mapped && hasNoDuration && !facts.isSummary;
     const bool isTold = facts.state == MSPDITaskState::Mapped && !facts.isSummary && isOne != becomesOne;

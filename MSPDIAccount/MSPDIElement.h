@@ -22,7 +22,8 @@ struct MSPDIJudgement {
     [[nodiscard]] bool arrives() const { return fate <= MSPDIFate::Shaping; }
 };
 
-// What a leaf belongs to: an element of one of the project's lists (a task, a resource, a calendar, ...), or the project.
+// What a leaf belongs to: an element of one of the project's lists (a task, a resource, a calendar, ...), or the
+// project.
 struct MSPDIItem {
     const MSPDIPlanFacts& facts;
     MSPCXMLNode node;
@@ -56,11 +57,11 @@ using MSPDITaskRule = MSPDIJudgement (*)(const MSPDITaskView& task, std::string_
 
 // A line of the table: what becomes of the leaves of these names below these parents.
 struct MSPDIElement {
-    std::string_view parent;      // below the project: "Tasks/Task"; empty for the project itself
-    std::string_view names;       // with blanks between them
-    MSPDICondition condition;     // decides, by what this line says and by where the leaf stands
-    std::string_view defaults{};  // values that say nothing, "|" between them; an empty text says nothing anyway
-    std::string_view kind{};      // of the loss
+    std::string_view parent;       // below the project: "Tasks/Task"; empty for the project itself
+    std::string_view names;        // with blanks between them
+    MSPDICondition condition;      // decides, by what this line says and by where the leaf stands
+    std::string_view defaults{};   // values that say nothing, "|" between them; an empty text says nothing anyway
+    std::string_view kind{};       // of the loss
     MSPDITaskRule rule = nullptr;  // for fields of tasks that are read
     MSPDIReading reading = MSPDIReading::Last;
 };

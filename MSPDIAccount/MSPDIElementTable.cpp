@@ -1,5 +1,9 @@
-#include "MSPDIConditions.h"
 #include "MSPDIElementTable.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "MSPDIConditions.h"
 #include "MSPDITaskView.h"
 
 namespace {
@@ -160,7 +164,7 @@ constexpr MSPDIElement elements[] = {
     {task, "Manual", lostUnlessDefault, "0", "manual-task"},
     {task, "Active", lostUnlessDefault, "1", "inactive-task"},
     {task, "CalendarUID", lostUnlessDefault, "-1", "task-calendar"},
-    {task, "IgnoreResourceCalendar", lostUnlessDefault, "0", "task-calendar"},
+    {task, "IgnoreResourceCalendar", saysNothing},
     {task, "ActualStart ActualFinish", lostUnlessDefault, "NA", "actual-dates"},
     {task, "Hyperlink HyperlinkAddress HyperlinkSubAddress", lostUnlessDefault, "", "hyperlink"},
     {task, "DurationFormat", elapsedDuration},
@@ -311,4 +315,14 @@ constexpr MSPDIElement elements[] = {
 
 }  // namespace
 
-std::span<const MSPDIElement> MSPDIElements() { return elements; }
+std::span<const MSPDIElement> MSPDIElements() {
+    return elements;
+}
+
+bool MSPDIMayArrive(const MSPDIElement& element) {
+    static constexpr MSPDICondition neverRead[] = {
+        lostUnlessDefault, saysNothing,   derivedFromOthers, projectCalendar,    elapsedDuration,
+        linkLag,           taskMilestone, taskWBS,           calendarBase,       resourceRateFormat,
+        ofFurtherRate,     ofCalendar,    weekDayPeriod,     exceptionRecurrence};
+    return std::find(std::begin(neverRead), std::end(neverRead), element.condition) == std::end(neverRead);
+}

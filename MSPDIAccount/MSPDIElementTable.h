@@ -11,6 +11,9 @@
 // The table of element paths: what becomes of every leaf that plans are known to have.
 [[nodiscard]] std::span<const MSPDIElement> MSPDIElements();
 
+// Whether anything of the leaves of a line may reach the document, wherever they stand.
+[[nodiscard]] bool MSPDIMayArrive(const MSPDIElement& element);
+
 // The table as a tree of names.
 class MSPDIElementTree {
 public:

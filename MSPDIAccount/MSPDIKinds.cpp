@@ -38,7 +38,7 @@ constexpr MSPDIKind kinds[] = {
     {"calendar-exception", "exceptions of calendars without a day"},
     {"work-weeks", "work weeks: other working times for some weeks"},
     {"overnight-time", "working time that ends at midnight, which becomes 0 o'clock"},
-    {"unused-calendar", "calendars that nobody has"},
+    {"unused-calendar", "calendars that do not arrive, since no resource has them"},
     {"calendar-name", "names of calendars"},
     {"exception-name", "names of holidays and other exceptions"},
     {"actual-dates", "actual starts and finishes"},
@@ -106,7 +106,9 @@ constexpr MSPDIKind kinds[] = {
 
 }  // namespace
 
-std::span<const MSPDIKind> MSPDIKinds() { return kinds; }
+std::span<const MSPDIKind> MSPDIKinds() {
+    return kinds;
+}
 
 std::size_t MSPDIKindIndex(std::string_view name) {
     static const auto indexes = [] {

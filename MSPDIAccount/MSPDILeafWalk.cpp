@@ -18,7 +18,9 @@ MSPCXMLNode nextElement(MSPCXMLNode node) {
     return node;
 }
 
-bool isLeaf(const MSPCXMLNode& node) { return !nextElement(node.firstChild()); }
+bool isLeaf(const MSPCXMLNode& node) {
+    return !nextElement(node.firstChild());
+}
 
 std::string_view withoutPrefix(std::string_view name) {
     const auto colon = name.rfind(':');
@@ -32,7 +34,14 @@ bool isItem(const MSPDIElementTree* known) {
     return known != nullptr && std::find(std::begin(items), std::end(items), known->path()) != std::end(items);
 }
 
-bool isListOf(const MSPDIItem& item, std::string_view name) { return item.node.name() == name; }
+// "Tasks/Task" of "Tasks/Task/Baseline".
+std::string_view ownerPath(std::string_view path) {
+    return path.substr(0, path.rfind('/'));
+}
+
+bool isListOf(const MSPDIItem& item, std::string_view name) {
+    return item.node.name() == name;
+}
 
 }  // namespace
 
@@ -124,13 +133,19 @@ MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& it
     return isBlank ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, unknownElement);
 }
 
-// What stands in an element that is read as text adds to that text.
+// A baseline's value of any name hides what its owner has by that name; what stands in an element that is read as text
+// adds to that text.
 MSPDIJudgement MSPDILeafWalk::judgeUnknown(const MSPCXMLNode& node, const MSPDIItem& item) const {
     auto ancestor = node;
     auto step = _steps.rbegin();
     while (step->known == nullptr) {
         ancestor = ancestor.parent();
         ++step;
+    }
+    if (ancestor == node.parent() && ancestor.name() == "Baseline") {
+        const auto* const hidden = MSPDIElementAt(ownerPath(step->known->path()), node.name());
+        const bool hides = hidden != nullptr && MSPDIMayArrive(*hidden) && item.fields.singleObject(node.name());
+        return hides ? MSPDIJudgement(MSPDIFate::Shaping) : MSPDIJudgement(MSPDIFate::Lost, unknownElement);
     }
     const auto* const element = step->known->element();
     if (element != nullptr && !step->known->hasChildren()) {

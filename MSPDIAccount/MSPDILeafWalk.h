@@ -24,9 +24,9 @@ public:
 private:
     // An element on the way down to the leaves: what is known about it, and its children so far.
     struct Step {
-        const MSPDIElementTree* known;  // a null pointer below what the table does not know
-        std::string_view name;          // without prefix
-        std::size_t number;             // among those of its name, from 1
+        const MSPDIElementTree* known;                             // a null pointer below what the table does not know
+        std::string_view name;                                     // without prefix
+        std::size_t number;                                        // among those of its name, from 1
         std::unordered_map<std::string_view, std::size_t> counts;  // of its children, by name without prefix
     };
 

@@ -103,7 +103,10 @@ void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
     std::optional<std::size_t> standard;
     for (const auto& node : nodesForXQuery(project, "Calendars/Calendar")) {
         const auto position = calendars.size();
-        calendars.emplace_back();
+        auto& calendar = calendars.emplace_back();
+        for (const auto& period : nodesForXQuery(node, "Exceptions/Exception[Type=1]/TimePeriod")) {
+            calendar.exceptionStarts.insert(lastText(period, "FromDate"));
+        }
         for (const auto uid : numbersOf(node, "UID")) {
             _calendarByUID[uid] = position;
         }
@@ -151,7 +154,8 @@ void MSPDIPlanFacts::readDefinitions(const MSPCXMLNode& project) {
 void MSPDIPlanFacts::readValues(const MSPCXMLNode& owner, bool isShown, bool isTask) {
     for (auto value = owner.firstChildElement("ExtendedAttribute"); value;
          value = value.nextSiblingElement("ExtendedAttribute")) {
-        const auto position = value.firstChildElement("FieldID") ? definitionOf(lastText(value, "FieldID")) : std::nullopt;
+        const auto position =
+            value.firstChildElement("FieldID") ? definitionOf(lastText(value, "FieldID")) : std::nullopt;
         if (position && definitions[*position].hasName) {
             auto& definition = definitions[*position];
             const bool arrives = isShown && value.firstChildElement("Value");
@@ -315,4 +319,6 @@ bool MSPDIPlanFacts::isProjectName(std::string_view text) const {
     return std::find(_projectNames.begin(), _projectNames.end(), text) != _projectNames.end();
 }
 
-bool MSPDIPlanFacts::isMissingInTOC(std::string_view field) const { return _hasTOC && !_taskKeys.contains(field); }
+bool MSPDIPlanFacts::isMissingInTOC(std::string_view field) const {
+    return _hasTOC && !_taskKeys.contains(field);
+}

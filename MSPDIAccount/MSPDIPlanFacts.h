@@ -15,8 +15,8 @@
 #include "MSPIImportInfo.h"
 #include "MSPIUtilities.h"
 
-// What the fate of a leaf depends on beside its own task, resource, assignment or calendar: found in the documents of one
-// import as they pass, so that it is what the importer itself went by. The elements of one kind are told by their
+// What the fate of a leaf depends on beside its own task, resource, assignment or calendar: found in the documents of
+// one import as they pass, so that it is what the importer itself went by. The elements of one kind are told by their
 // positions in the document, from 0.
 
 enum class MSPDITaskState : std::uint8_t {
@@ -28,11 +28,11 @@ enum class MSPDITaskState : std::uint8_t {
 struct MSPDITaskFacts {
     MSPDITaskState state = MSPDITaskState::Mapped;
     bool isSummary = false;
-    bool isReachable = true;              // from the group of all tasks
-    bool hasUnequalShares = false;        // its resources have different amounts of its work
-    std::uint16_t splitScenarios = 0;     // bit 0: split in the plan itself; bit n+1: in its baseline n
+    bool isReachable = true;                // from the group of all tasks
+    bool hasUnequalShares = false;          // its resources have different amounts of its work
+    std::uint16_t splitScenarios = 0;       // bit 0: split in the plan itself; bit n+1: in its baseline n
     std::uint16_t timephasedScenarios = 0;  // the same bits: there are two or more records that it could be split by
-    std::uint32_t assignmentCount = 0;    // that arrive
+    std::uint32_t assignmentCount = 0;      // that arrive
 };
 
 struct MSPDIResourceFacts {
@@ -49,17 +49,18 @@ struct MSPDIAssignmentFacts {
 };
 
 struct MSPDICalendarFacts {
-    bool isProjects = false;          // the schedule of the document is made from it
-    std::vector<std::size_t> resources;  // positions of those whose schedule is made from it
+    bool isProjects = false;                // the schedule of the document is made from it
+    std::vector<std::size_t> resources;     // positions of those whose schedule is made from it
+    std::set<std::string> exceptionStarts;  // of exceptions of one date range
     [[nodiscard]] bool isMapped() const { return isProjects || !resources.empty(); }
 };
 
 struct MSPDIDefinitionFacts {
-    std::string name;         // under which values of this field arrive
+    std::string name;  // under which values of this field arrive
     bool hasName = false;
-    bool isLast = false;      // of several with its FieldID
-    bool isUsed = false;      // by a task or resource
-    bool isShown = false;     // a value of it arrives
+    bool isLast = false;   // of several with its FieldID
+    bool isUsed = false;   // by a task or resource
+    bool isShown = false;  // a value of it arrives
     bool isShownByTask = false;
 };
 
@@ -129,9 +130,9 @@ private:
     std::set<std::string, std::less<>> _taskKeys;  // of custom fields in the table of contents
     std::vector<std::string> _projectNames;
     std::map<std::pair<std::size_t, int>, std::string> _splitEnds;  // by task and scenario
-    std::vector<double> _taskUIDs;                             // of all tasks, sorted
-    std::unordered_map<std::int64_t, std::size_t> _taskByUID;  // the first mapped one
-    std::map<double, std::size_t> _calendarByUID;              // the last one
+    std::vector<double> _taskUIDs;                                  // of all tasks, sorted
+    std::unordered_map<std::int64_t, std::size_t> _taskByUID;       // the first mapped one
+    std::map<double, std::size_t> _calendarByUID;                   // the last one
     std::map<double, std::vector<std::size_t>> _materialByUID;
     std::map<std::string, std::size_t, std::less<>> _definitionByFieldID;
     std::vector<Share> _shares;  // of the assignments

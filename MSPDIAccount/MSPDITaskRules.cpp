@@ -32,10 +32,12 @@ std::int64_t effortSeconds(const MSPDITaskView& task) {
     return task.has("Duration") ? MSPDISeconds(task.text("Duration")).value_or(0) : 0;
 }
 
-bool hasEffortDone(const MSPDITaskView& task) { return task.singleInteger("PercentWorkComplete").value_or(0) > 0; }
+bool hasEffortDone(const MSPDITaskView& task) {
+    return task.singleInteger("PercentWorkComplete").value_or(0) > 0;
+}
 
-// Where a task begins before its project, or ends behind one that is scheduled from its end, its own date is locked: the
-// date of a constraint of that kind arrives only where it lies still further out.
+// Where a task begins before its project, or ends behind one that is scheduled from its end, its own date is locked:
+// the date of a constraint of that kind arrives only where it lies still further out.
 MSPDIJudgement lockedDate(const MSPDITaskView& task, std::string_view text, bool isStart) {
     const auto& plan = task.plan();
     if (isStart != plan.isScheduledFromStart || task.facts().isSummary || !plan.projectDate) {
@@ -56,14 +58,16 @@ MSPDIJudgement lockedDate(const MSPDITaskView& task, std::string_view text, bool
 }  // namespace
 
 bool MSPDITaskView::hides(std::string_view name) const {
-    return _baseline && name != "Number" && name != _leftOut && _task.fields.singleObject(name) && _baseline.firstChildElement(name);
+    return _baseline && name != "Number" && name != _leftOut && _task.fields.singleObject(name) &&
+           _baseline.firstChildElement(name);
 }
 
-bool MSPDITaskView::has(std::string_view name) const { return static_cast<bool>(_task.fields.singleObject(name)); }
+bool MSPDITaskView::has(std::string_view name) const {
+    return static_cast<bool>(_task.fields.singleObject(name));
+}
 
 std::string MSPDITaskView::text(std::string_view name) const {
-    return hides(name) ? _baseline.lastChildElement(name).element.stringValue()
-                       : std::string(*_task.fields.text(name));
+    return hides(name) ? _baseline.lastChildElement(name).element.stringValue() : std::string(*_task.fields.text(name));
 }
 
 std::optional<std::int64_t> MSPDITaskView::singleInteger(std::string_view name) const {
@@ -85,7 +89,8 @@ std::optional<int> MSPDIBaselineNumber(const MSPCXMLNode& baseline) {
 
 bool MSPDICountsAsBaseline(const MSPCXMLNode& baseline) {
     const auto number = MSPDIBaselineNumber(baseline);
-    for (auto next = baseline.nextSiblingElement("Baseline"); next && number; next = next.nextSiblingElement("Baseline")) {
+    for (auto next = baseline.nextSiblingElement("Baseline"); next && number;
+         next = next.nextSiblingElement("Baseline")) {
         if (hasChildWithNumber(next, "Number", *number)) {
             return false;
         }
@@ -95,9 +100,13 @@ bool MSPDICountsAsBaseline(const MSPCXMLNode& baseline) {
 
 namespace MSPDITaskRules {
 
-MSPDIJudgement carried(const MSPDITaskView& /*task*/, std::string_view /*text*/) { return MSPDIFate::Carried; }
+MSPDIJudgement carried(const MSPDITaskView& /*task*/, std::string_view /*text*/) {
+    return MSPDIFate::Carried;
+}
 
-MSPDIJudgement shaping(const MSPDITaskView& /*task*/, std::string_view /*text*/) { return MSPDIFate::Shaping; }
+MSPDIJudgement shaping(const MSPDITaskView& /*task*/, std::string_view /*text*/) {
+    return MSPDIFate::Shaping;
+}
 
 MSPDIJudgement outlineLevel(const MSPDITaskView& task, std::string_view /*text*/) {
     return task.facts().isReachable ? MSPDIJudgement(MSPDIFate::Shaping)
@@ -182,7 +191,8 @@ MSPDIJudgement constraintDate(const MSPDITaskView& task, std::string_view text) 
     }
     const bool isAtEnd = type == mustFinishOn || type == finishNoEarlier || type == finishNoLater;
     if (isAtEnd && task.isSplit()) {
-        const auto judgement = type == mustFinishOn ? lockedDate(task, text, false) : MSPDIJudgement(MSPDIFate::Carried);
+        const auto judgement =
+            type == mustFinishOn ? lockedDate(task, text, false) : MSPDIJudgement(MSPDIFate::Carried);
         return judgement.arrives() ? MSPDIJudgement(MSPDIFate::Changed, "split-end") : judgement;
     }
     if (type == mustStartOn || type == mustFinishOn) {

@@ -50,7 +50,9 @@ JSON jsonOf(const MSPDILoss& loss) {
             {"where", std::move(where)}};
 }
 
-JSON reasonOf(const MSPDIAccount& account) { return account.refusal ? JSON(account.refusal->reason) : JSON(nullptr); }
+JSON reasonOf(const MSPDIAccount& account) {
+    return account.refusal ? JSON(account.refusal->reason) : JSON(nullptr);
+}
 
 }  // namespace
 

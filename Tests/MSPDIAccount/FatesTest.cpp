@@ -8,7 +8,8 @@
 #include <random>
 
 #include "ChangedPlan.h"
-#include "MSPCTextScanner.h"
+#include "MangledPlan.h"
+#include "OtherValue.h"
 
 // What is said of each leaf is true: what is called lost, default or derived can be taken out of the plan and the
 // document stays the same; what is called carried gives another document with another value. Plans of many programs are
@@ -44,61 +45,6 @@ std::string bytesOf(const fs::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-bool isDigits(std::string_view text) {
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
-// Another value that a plan may have at that place.
-std::string otherValue(const ChangedPlan& plan, const std::string& path, const std::string& value) {
-    const auto element = withoutNumbers(path);
-    const auto name = element.substr(element.rfind('/') + 1);
-    const auto number = scanInteger64(value).value_or(0);
-    const auto otherOf = [&](const std::string& at) {
-        for (const auto& other : plan.valuesAt(at)) {
-            if (other != value && isDigits(other)) {
-                return other;
-            }
-        }
-        return std::to_string(number + 1);
-    };
-    if (element == "Tasks/Task/PredecessorLink/PredecessorUID") {
-        return otherOf("Tasks/Task/UID");
-    }
-    if (element == "Assignments/Assignment/ResourceUID") {
-        return otherOf("Resources/Resource/UID");
-    }
-    if (element == "Tasks/Task/PredecessorLink/Type" || name == "CurrencySymbolPosition") {
-        return std::to_string((number + 1) % 4);
-    }
-    if (name == "WorkFormat") {
-        return "3";
-    }
-    if (name == "CurrencyDigits") {
-        return std::to_string(number == 0 ? 2 : number - 1);
-    }
-    if (name.starts_with("Percent")) {
-        return std::to_string(number == 100 ? 99 : number + 1);
-    }
-    if (value.size() > 10 && value[4] == '-' && value[10] == 'T') {
-        return std::to_string(number + 1) + value.substr(4);  // a year later
-    }
-    if (value.starts_with("PT")) {
-        const auto hours = scanInteger64(std::string_view(value).substr(2)).value_or(0);
-        const auto rest = value.find('H');
-        return "PT" + std::to_string(hours + 1) + (rest == std::string::npos ? "H0M0S" : value.substr(rest));
-    }
-    if (value.size() == 8 && value[2] == ':') {
-        return value.substr(0, 3) + (value.substr(3, 2) == "17" ? "18" : "17") + value.substr(5);
-    }
-    if (isDigits(value)) {
-        return std::to_string(number + 1);
-    }
-    if (scanDouble(value) && value.find_first_not_of("0123456789.") == std::string::npos) {
-        return std::to_string(*scanDouble(value) + 1);
-    }
-    return value + "x";
-}
-
 bool isRemovable(MSPDIFate fate) {
     return fate == MSPDIFate::Default || fate == MSPDIFate::Derived || fate == MSPDIFate::Lost;
 }
@@ -117,25 +63,8 @@ void findCulprits(const ChangedPlan& plan, const std::vector<std::string>& paths
     findCulprits(plan, {middle, paths.end()}, culprits);
 }
 
-class Fates : public testing::TestWithParam<std::string> {};
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Fates);
-
-std::string nameOfTest(std::string name) {
-    std::replace_if(
-        name.begin(), name.end(), [](unsigned char character) { return std::isalnum(character) == 0; }, '_');
-    return name;
-}
-
-}  // namespace
-
-TEST(FatesFolder, isThere) {
-    if (corpusPlans().empty()) {
-        GTEST_SKIP() << "no plans in " << corpusFolder() << "; KZMSP_CORPUS names another folder";
-    }
-}
-
-TEST_P(Fates, areTrue) {
-    const ChangedPlan plan(bytesOf(corpusFolder() / GetParam()));
+// Every leaf that may be removed at once, and some of them and of those that are carried one by one.
+void expectTrueFates(const ChangedPlan& plan, std::size_t count) {
     const auto leaves = plan.leaves();
     ASSERT_EQ(plan.fates().size(), leaves.size());
     std::vector<std::string> removable;
@@ -159,8 +88,8 @@ TEST_P(Fates, areTrue) {
     std::mt19937 random(seed);
     std::shuffle(removable.begin(), removable.end(), random);
     std::shuffle(carried.begin(), carried.end(), random);
-    removable.resize(std::min(removable.size(), leavesOfEachPlan / 4));
-    carried.resize(std::min(carried.size(), leavesOfEachPlan - leavesOfEachPlan / 4));
+    removable.resize(std::min(removable.size(), count / 4));
+    carried.resize(std::min(carried.size(), count - count / 4));
     for (const auto& path : removable) {
         EXPECT_TRUE(plan.isSameWithout({path})) << path << " = " << plan.textAt(path);
     }
@@ -171,5 +100,66 @@ TEST_P(Fates, areTrue) {
     }
 }
 
+class Fates : public testing::TestWithParam<std::string> {};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Fates);
+
+std::string nameOfTest(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char character) { return std::isalnum(character) == 0; }, '_');
+    return name;
+}
+
+}  // namespace
+
+TEST(FatesFolder, isThere) {
+    if (corpusPlans().empty()) {
+        GTEST_SKIP() << "no plans in " << corpusFolder() << "; KZMSP_CORPUS names another folder";
+    }
+}
+
+TEST_P(Fates, areTrue) {
+    expectTrueFates(ChangedPlan(bytesOf(corpusFolder() / GetParam())), leavesOfEachPlan);
+}
+
 INSTANTIATE_TEST_SUITE_P(Plans, Fates, testing::ValuesIn(corpusPlans()),
                          [](const auto& plan) { return nameOfTest(plan.param); });
+
+// Plans that nobody has saved like that: leaves repeated, emptied, taken out, exchanged, and put where they are not
+// expected. KZMSP_MANGLED says how many of each plan; those kept beside the checkout come in only then.
+class MangledFates : public testing::TestWithParam<fs::path> {};
+
+namespace {
+
+std::vector<fs::path> plansToMangle() {
+    std::vector<fs::path> plans;
+    for (const auto& entry : fs::directory_iterator(fs::path(KZMSP_SOURCE) / "examples")) {
+        plans.push_back(entry.path());
+    }
+    if (std::getenv("KZMSP_MANGLED") != nullptr) {
+        for (const auto& plan : corpusPlans()) {
+            plans.push_back(corpusFolder() / plan);
+        }
+    }
+    std::sort(plans.begin(), plans.end());
+    return plans;
+}
+
+}  // namespace
+
+TEST_P(MangledFates, areTrue) {
+    const auto* wanted = std::getenv("KZMSP_MANGLED");
+    const unsigned count = wanted != nullptr ? static_cast<unsigned>(std::stoul(wanted)) : 5;
+    const auto bytes = bytesOf(GetParam());
+    for (unsigned number = 1; number <= count; ++number) {
+        SCOPED_TRACE("mangled with " + std::to_string(number));
+        const auto mangled = mangledPlan(bytes, number);
+        expectTrueFates(ChangedPlan(mangled), 16);
+        if (HasFailure()) {
+            std::ofstream(testing::TempDir() + "mangled.xml") << mangled;
+            break;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Plans, MangledFates, testing::ValuesIn(plansToMangle()),
+                         [](const auto& plan) { return nameOfTest(plan.param.filename().string()); });
