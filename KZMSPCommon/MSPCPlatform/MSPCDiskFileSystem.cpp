@@ -42,11 +42,16 @@ int readAll(const MSPCFileDescriptor& file, std::string& bytes) {
     if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) {
         return ENOTSUP;
     }
+    // A pipe may never end either.
+    constexpr std::size_t mostOfPipe = 64 * 1024 * 1024;
     // One byte more than a file's size, so that its end shows without growing. Pipes tell no size.
     constexpr std::size_t smallest = 64 * 1024;
     bytes.resize(std::max(smallest, static_cast<std::size_t>(status.st_size) + 1));
     std::size_t used = 0;
     for (std::size_t count = 1; count != 0; used += count) {
+        if (S_ISFIFO(status.st_mode) && used > mostOfPipe) {
+            return EFBIG;
+        }
         if (used == bytes.size()) {
             bytes.resize(2 * bytes.size());
         }

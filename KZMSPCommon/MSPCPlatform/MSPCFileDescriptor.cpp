@@ -4,33 +4,45 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 #include <utility>
 
 namespace {
 
-constexpr int patienceInMilliseconds = 5'000;
-
-// Waits for bytes of a pipe. The answer is 0 or an error number; ETIMEDOUT when nothing comes.
-int waitUntilReadable(int file) noexcept {
-    pollfd request{file, POLLIN, 0};
-    const int ready = ::poll(&request, 1, patienceInMilliseconds);
-    if (ready < 0) {
-        return errno == EINTR ? 0 : errno;
-    }
-    return ready > 0 ? 0 : ETIMEDOUT;
-}
+constexpr std::chrono::milliseconds patienceForNextByte{5'000};
+constexpr std::chrono::milliseconds patienceForAll{15'000};
 
 }  // namespace
 
 MSPCFileDescriptor::MSPCFileDescriptor(MSPCFileDescriptor&& other) noexcept
-    : _number(std::exchange(other._number, -1)) {
+    : _number(std::exchange(other._number, -1)), _waited(other._waited) {
 }
 
 MSPCFileDescriptor& MSPCFileDescriptor::operator=(MSPCFileDescriptor&& other) noexcept {
     std::swap(_number, other._number);
+    std::swap(_waited, other._waited);
     return *this;
+}
+
+// Waits for bytes of a pipe. The answer is 0 or an error number; ETIMEDOUT when nothing comes, or when all the waiting
+// together has been too long: a byte now and then would hold the program for ever.
+int MSPCFileDescriptor::waitUntilReadable() const noexcept {
+    using namespace std::chrono;
+    const auto patience = std::min(patienceForNextByte, patienceForAll - _waited);
+    if (patience <= milliseconds::zero()) {
+        return ETIMEDOUT;
+    }
+    const auto start = steady_clock::now();
+    pollfd request{_number, POLLIN, 0};
+    const int ready = ::poll(&request, 1, static_cast<int>(patience.count()));
+    const int error = errno;
+    _waited += ceil<milliseconds>(steady_clock::now() - start);
+    if (ready < 0) {
+        return error == EINTR ? 0 : error;
+    }
+    return ready > 0 ? 0 : ETIMEDOUT;
 }
 
 int MSPCFileDescriptor::write(std::string_view bytes) const noexcept {
@@ -54,7 +66,7 @@ int MSPCFileDescriptor::read(char* buffer, std::size_t capacity, std::size_t& co
             count = static_cast<std::size_t>(got);
             return 0;
         }
-        const int error = errno == EAGAIN ? waitUntilReadable(_number) : errno;
+        const int error = errno == EAGAIN ? waitUntilReadable() : errno;
         if (error != 0 && error != EINTR) {
             return error;
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -19,7 +20,7 @@ public:
     // Writes all the bytes.
     [[nodiscard]] int write(std::string_view bytes) const noexcept;
     // Reads up to `capacity` bytes; `count` is 0 at the end of the file. A pipe opened with O_NONBLOCK is given five
-    // seconds for its next byte, then the answer is ETIMEDOUT.
+    // seconds for its next byte and fifteen for all of them together, then the answer is ETIMEDOUT.
     [[nodiscard]] int read(char* buffer, std::size_t capacity, std::size_t& count) const noexcept;
     // Brings everything to the disk that was written to the file system which holds this file.
     [[nodiscard]] int syncFileSystem() const noexcept;
@@ -27,7 +28,10 @@ public:
     int close() noexcept;
 
 private:
+    [[nodiscard]] int waitUntilReadable() const noexcept;
+
     int _number;
+    mutable std::chrono::milliseconds _waited{0};  // for a pipe's bytes, so far
 };
 
 // The system's description of an error number: "No space left on device".

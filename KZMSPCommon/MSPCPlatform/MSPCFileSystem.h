@@ -44,7 +44,8 @@ public:
     [[nodiscard]] virtual bool isSameFile(const std::string& first, const std::string& second) const = 0;
 
     // All bytes of a file; none when it cannot be read, is a folder or a device, or is a pipe whose writer keeps it
-    // waiting for five seconds, with the reason in `failure` if that is given. A pipe without a writer is empty.
+    // waiting for five seconds, or for fifteen altogether, or writes more than 64 MB, with the reason in `failure` if
+    // that is given. A pipe without a writer is empty.
     [[nodiscard]] virtual std::optional<std::string> readFile(const std::string& path,
                                                               std::string* failure = nullptr) const = 0;
 

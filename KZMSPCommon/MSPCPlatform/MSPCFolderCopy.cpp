@@ -23,7 +23,7 @@ Failure failureAt(const std::string& path, int error) {
 }
 
 int copyBytes(const MSPCFileDescriptor& source, const MSPCFileDescriptor& target) {
-    std::array<char, 64 * 1024> buffer;
+    std::array<char, 8 * 1024> buffer;  // the stack may be small
     for (std::size_t count = 0;;) {
         int error = source.read(buffer.data(), buffer.size(), count);
         if (error != 0 || count == 0) {
@@ -114,8 +114,7 @@ std::optional<std::string> MSPCFolderCopy::addItem(const std::string& path, cons
 }
 
 std::optional<std::string> MSPCFolderCopy::takeName() {
-    const int error =
-        _takenName.create(_to, [](const char* path) { return ::mkdir(path, 0777) == 0 ? 0 : errno; });
+    const int error = _takenName.create(_to, [](const char* path) { return ::mkdir(path, 0777) == 0 ? 0 : errno; });
     _existedAlready = error == EEXIST;
     return failureAt(_to, error);
 }

@@ -1,11 +1,17 @@
 #include "MSPCProcessGuard.h"
 
+#include <cxxabi.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <cstdlib>
+#include <exception>
+#include <new>
+#include <string_view>
+#include <typeinfo>
 
 #include "MSPCLog.h"
 #include "MSPCUnfinishedItem.h"
@@ -40,6 +46,25 @@ void passOn(int signal) {
     ::raise(signal);
 }
 
+std::terminate_handler usualEnd = std::abort;
+
+// Asks for no memory. Without an exception the process ends like this when there was no room for one.
+bool isLackOfMemory() {
+    const auto* type = abi::__cxa_current_exception_type();
+    return type == nullptr || *type == typeid(std::bad_alloc);
+}
+
+void endOrAbort() {
+    if (!isLackOfMemory()) {
+        usualEnd();
+    }
+    constexpr std::string_view reason = "Exception: std::bad_alloc\nNot enough memory.\n";
+    writeOutLog();
+    static_cast<void>(!::write(STDERR_FILENO, reason.data(), reason.size()));
+    MSPCUnfinishedItem::removeAll();
+    ::_exit(1);
+}
+
 bool isIgnored(int signal) {
     struct sigaction action {};
     return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
@@ -66,6 +91,10 @@ void openStandardDescriptors() {
 }
 
 }  // namespace
+
+void MSPCProcessGuard::endAtLackOfMemory() {
+    usualEnd = std::set_terminate(endOrAbort);
+}
 
 MSPCProcessGuard::MSPCProcessGuard(MSPCStandardErrorLog& log) {
     openStandardDescriptors();

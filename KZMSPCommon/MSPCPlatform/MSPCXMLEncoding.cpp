@@ -1,6 +1,7 @@
 #include "MSPCXMLEncoding.h"
 
 #include <unicode/ucnv.h>
+#include <unicode/udata.h>
 
 #include <algorithm>
 #include <memory>
@@ -53,8 +54,29 @@ bool meansUtf8(std::string_view encoding) {
 
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
+// A name of an encoding as XML allows it. To the library others could be paths or options.
+bool isEncodingName(std::string_view name) {
+    const auto isLetter = [](char character) {
+        return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
+    };
+    return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), [&](char character) {
+        return isLetter(character) || (character >= '0' && character <= '9') || character == '.' || character == '_' ||
+               character == '-';
+    });
+}
+
 Converter openConverter(const std::string& encoding) {
+    // The library knows the encodings that it brings along. Others it would look for in files, where the environment
+    // says.
+    static const bool looksForNoFiles = [] {
+        UErrorCode ignored = U_ZERO_ERROR;
+        udata_setFileAccess(UDATA_NO_FILES, &ignored);
+        return U_SUCCESS(ignored);
+    }();
     UErrorCode problem = U_ZERO_ERROR;
+    if (!looksForNoFiles || !isEncodingName(encoding) || ucnv_countAliases(encoding.c_str(), &problem) == 0) {
+        return {nullptr, &ucnv_close};
+    }
     Converter converter(ucnv_open(encoding.c_str(), &problem), &ucnv_close);
     return U_SUCCESS(problem) ? std::move(converter) : Converter(nullptr, &ucnv_close);
 }
@@ -100,4 +122,6 @@ std::optional<std::string> xmlBytesAsUtf8(std::string bytes) {
     return encoding == "UTF-8" ? std::move(bytes) : converted(std::string_view(bytes).substr(markSize), encoding);
 }
 
-bool isDeclaredUtf8(std::string_view declaration) { return meansUtf8(declaredEncoding(declaration)); }
+bool isDeclaredUtf8(std::string_view declaration) {
+    return meansUtf8(declaredEncoding(declaration));
+}

@@ -1,39 +1,18 @@
 #include "MSPEScheduleAdvance.h"
 
 #include <cmath>
-#include <limits>
 
 #include "MSPCException.h"
 #include "MSPEScheduleDays.h"
-#include "MSPEWeekday.h"
 
 namespace {
 
-// Ten thousand Gregorian years.
-constexpr std::int64_t MaximumSteps = 3'652'425;
-// Fifty-three weeks: every weekday came up, whichever the clock changes left out. What remains as long as it did then
-// will remain for ever: the periods add up to nothing, or each day's end falls on an edge that the search gave up.
+// Far more days than a walk that leaps has to step, unless results are given up again and again at other places.
+constexpr std::int64_t MaximumSteps = 250'000;
+// Fifty-three weeks: every weekday came up, whichever the clock changes left out.
 constexpr std::int64_t StepsBetweenChecks = 371;
 // Seconds from 1970 within which a double tells one second from the next.
 constexpr double Reach = 0x1p53;
-// Far more than the periods of a real week hold, far less than where sums of seconds are rounded.
-constexpr MSPCTimeInterval MaximumWorkOfWeek = 0x1p40;
-
-// The seconds that a week's periods hold together; -1 where one is reversed or they are too long.
-MSPCTimeInterval workOfOrderedWeek(const MSPEScheduleCalendar& calendar) {
-    MSPCTimeInterval work = 0;
-    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
-        const auto& day = calendar.workingDay(weekday);
-        for (std::size_t i = 0; day.isWorkingDay && i < day.timePeriods.size(); ++i) {
-            const auto& period = day.timePeriods[i];
-            if (period.duration() < 0 || std::abs(period.startTime()) > MaximumWorkOfWeek) {
-                return -1;
-            }
-            work += period.duration();
-        }
-    }
-    return work <= MaximumWorkOfWeek ? work : -1;
-}
 
 }  // namespace
 
@@ -41,15 +20,21 @@ MSPEScheduleAdvance::MSPEScheduleAdvance(const MSPEScheduleCalendar& calendar, c
                                          MSPEDirection direction, MSPEEdgeTime edgeTime)
     : _calendar(calendar),
       _start(start),
+      _direction(direction),
       _isForward(direction == MSPEDirection::Forward),
       _edgeTime(edgeTime),
       // The start's time may lie outside its day, so the walk begins on the day of the instant it makes.
-      _dayStart(calendar.gregorian().midnightOf(start.date)) {
+      _walk(calendar.gregorian(), calendar.gregorian().midnightOf(start.date), direction),
+      _timePeriod(start.timePeriod) {
+}
+
+MSPEScheduleAdvance::~MSPEScheduleAdvance() {
+    _calendar.addStepsTaken(_walk.moves() + _walkedPeriods);
 }
 
 std::optional<MSPCInstant> MSPEScheduleAdvance::dateAfter(MSPCTimeInterval duration) {
     if (duration < 1) {
-        return _dayStart + _start.timeOfDay;
+        return _walk.date() + _start.timeOfDay;
     }
     if (_start.timePeriod < 0) {
         throw MSPCInternalInconsistency("No time period specified to start duration countdown from.");
@@ -59,50 +44,59 @@ std::optional<MSPCInstant> MSPEScheduleAdvance::dateAfter(MSPCTimeInterval durat
     }
     _remaining = duration;
     _remainingAtCheck = duration;
-    while (_remaining > 0 && _makesProgress && _steppedDays <= MaximumSteps &&
-           std::abs(_dayStart.secondsSince1970) <= Reach) {
-        const auto day = weekday();
-        if (_calendar.isWorkingDayWeekday(day)) {
-            leapDays(duration);
-            if (walkDay(day) == Day::EndsHere) {
-                return _dayStart + _offset;
-            }
+    while (_remaining > 0 && mayGoOn()) {
+        if (_calendar.isWorkingDayWeekday(_walk.weekday()) && walkDay() == Day::EndsHere) {
+            return _walk.date() + _offset;
         }
         stepDay();
     }
     return std::nullopt;
 }
 
-// Leaps over weeks at whose beginnings more than another week's work remains. Only where no period is reversed: there
-// each day works off whole seconds of the remaining duration, which is exact in any order, fractions included. Not in
-// the first seven days, within which the rule for edges counts steps.
-void MSPEScheduleAdvance::leapDays(MSPCTimeInterval duration) {
-    if (!_hasConsumed || _steppedDays < MSPEDaysOfWeek) {
-        return;
+bool MSPEScheduleAdvance::mayGoOn() const {
+    return !_isEndless && _steppedDays <= MaximumSteps && std::abs(_walk.date().secondsSince1970) <= Reach;
+}
+
+MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkDay() {
+    const auto weekday = _walk.weekday();
+    // Deliberate: a day is compared with the period at which the working day before it was begun, though it will begin
+    // at its own first one. A duration that begins in a day's third period fails where the next working day has but
+    // one, and so does one that goes back from a day with three periods to a day with one.
+    if (_calendar.timePeriodsInWeekday(weekday) < _timePeriod) {
+        throw MSPCInternalInconsistency("Working day has no or too few working time periods.");
     }
-    if (!_workOfWeek) {
-        _workOfWeek = workOfOrderedWeek(_calendar);
-        if (*_workOfWeek >= 0) {
-            const auto direction = _isForward ? MSPEDirection::Forward : MSPEDirection::Backward;
-            _leaps.emplace(_calendar.gregorian().timeZone(), direction, *_workOfWeek);
+    if (_steppedDays > 0) {
+        _timePeriod = firstTimePeriod(weekday);
+    }
+    // Not in the first seven days, within which the rule for edges counts steps.
+    if (_hasConsumed && _steppedDays >= MSPEDaysOfWeek) {
+        leapDays();
+        if (_isEndless || _leaps->passesDay(weekday, _remaining)) {
+            _remaining -= _calendar.workingDayIndex(weekday).duration();
+            return Day::UsedUp;
         }
     }
-    if (_leaps) {
-        const MSPELeap limit{std::numeric_limits<double>::infinity(), _remaining - *_workOfWeek - 1};
-        const auto leap = _leaps->leapFrom(_dayStart, duration - _remaining, limit);
-        _dayStart = _isForward ? _dayStart + leap.time : _dayStart - leap.time;
+    return walkTimePeriods(weekday);
+}
+
+void MSPEScheduleAdvance::leapDays() {
+    if (!_leaps) {
+        _leaps.emplace(_calendar, _direction);
+    }
+    for (auto leap = _leaps->leapFrom(_walk, _remaining); leap.days > 0; leap = _leaps->leapFrom(_walk, _remaining)) {
+        if (std::isinf(leap.days)) {
+            _isEndless = true;
+            return;
+        }
+        _walk.leap(leap.days);
         _remaining -= leap.work;
     }
 }
 
-MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkDay(std::int64_t weekday) {
-    const auto count = _calendar.timePeriodsInWeekday(weekday);
-    const auto first = _steppedDays > 0 ? firstTimePeriod(weekday) : _start.timePeriod;
-    if (count < first) {
-        throw MSPCInternalInconsistency("Working day has no or too few working time periods.");
-    }
-    const auto last = _isForward ? count - 1 : 0;
-    for (auto i = first; _isForward ? i <= last : i >= last; i += _isForward ? 1 : -1) {
+MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkTimePeriods(std::int64_t weekday) {
+    const auto last = _isForward ? _calendar.timePeriodsInWeekday(weekday) - 1 : 0;
+    for (auto i = _timePeriod; _isForward ? i <= last : i >= last; i += _isForward ? 1 : -1) {
+        ++_walkedPeriods;
         const auto near = _hasConsumed ? nearEdge(i, weekday) : _start.timeOfDay;
         const auto far = farEdge(i, weekday);
         const auto candidate = _isForward ? near + _remaining : near - _remaining;
@@ -127,11 +121,14 @@ bool MSPEScheduleAdvance::moveOverEdge(std::int64_t timePeriod, std::int64_t las
     }
     while (_steppedDays < MSPEDaysOfWeek) {
         stepDay();
-        const auto day = this->weekday();
+        const auto day = _walk.weekday();
         if (_calendar.isWorkingDayWeekday(day) && _calendar.timePeriodsInWeekday(day) > 0) {
             _offset = nearEdge(firstTimePeriod(day), day);
             return true;
         }
+    }
+    if (_leaps) {
+        _leaps->resultWasGivenUp();
     }
     return false;
 }
@@ -151,9 +148,10 @@ MSPCTimeInterval MSPEScheduleAdvance::farEdge(std::int64_t timePeriod, std::int6
 }
 
 void MSPEScheduleAdvance::stepDay() {
-    _dayStart = _isForward ? _dayStart + MSPESecondsPerDay : _dayStart - MSPESecondsPerDay;
-    if (++_steppedDays % StepsBetweenChecks == 0) {
-        _makesProgress = _remaining < _remainingAtCheck;
+    _walk.step();
+    if (++_steppedDays % StepsBetweenChecks == 0 && !(_leaps && _leaps->isExact())) {
+        // Nothing was ever met, or times are so large that only their sum tells that it will go on for ever.
+        _isEndless = !(_remaining < _remainingAtCheck);
         _remainingAtCheck = _remaining;
     }
 }

@@ -48,6 +48,7 @@ void MSPEScheduleCalendar::addWorkingTimePeriodWeekday(const MSPETimePeriod& per
     auto& day = _workingDays[static_cast<std::size_t>(weekday)];
     day.timePeriods.push_back(period);
     day.isWorkingDay = true;
+    _indexes[static_cast<std::size_t>(weekday)].reset();
 }
 
 std::string MSPEScheduleCalendar::description() const {
@@ -113,19 +114,17 @@ std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startDateStartDurationSta
 
 std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startInFirstDay(std::int64_t weekday, MSPCTimeInterval timeOfDay,
                                                                        MSPEDirection direction) const {
-    const auto& periods = workingDay(weekday).timePeriods;
+    const auto& index = workingDayIndex(weekday);
     if (direction == MSPEDirection::Forward) {
-        const auto found = std::find_if(periods.begin(), periods.end(),
-                                        [&](const auto& period) { return period.endTime() > timeOfDay; });
-        return found == periods.end() ? std::nullopt
-                                      : std::optional(MSPEScheduleStart{
-                                            {}, std::max(timeOfDay, found->startTime()), found - periods.begin()});
+        const auto found = index.firstEndingAfter(timeOfDay);
+        return found ? std::optional(MSPEScheduleStart{
+                           {}, std::max(timeOfDay, startTimeForTimePeriodWeekday(*found, weekday)), *found})
+                     : std::nullopt;
     }
-    const auto found = std::find_if(periods.rbegin(), periods.rend(),
-                                    [&](const auto& period) { return period.startTime() < timeOfDay; });
-    return found == periods.rend() ? std::nullopt
-                                   : std::optional(MSPEScheduleStart{
-                                         {}, std::min(timeOfDay, found->endTime()), periods.rend() - found - 1});
+    const auto found = index.lastStartingBefore(timeOfDay);
+    return found ? std::optional(
+                       MSPEScheduleStart{{}, std::min(timeOfDay, endTimeForTimePeriodWeekday(*found, weekday)), *found})
+                 : std::nullopt;
 }
 
 MSPEScheduleStart MSPEScheduleCalendar::startOfLaterDay(std::int64_t weekday, MSPEDirection direction) const {
@@ -151,6 +150,16 @@ bool MSPEScheduleCalendar::isWorkingDayWeekday(std::int64_t weekday) const {
 const MSPEWorkingDay& MSPEScheduleCalendar::workingDay(std::int64_t weekday) const {
     checkWeekday(weekday);
     return _workingDays[static_cast<std::size_t>(weekday)];
+}
+
+const MSPEWorkingDayIndex& MSPEScheduleCalendar::workingDayIndex(std::int64_t weekday) const {
+    const auto& day = workingDay(weekday);
+    auto& index = _indexes[static_cast<std::size_t>(weekday)];
+    if (!index) {
+        index.emplace(day.timePeriods);
+        addStepsTaken(day.timePeriods.size());
+    }
+    return *index;
 }
 
 std::int64_t MSPEScheduleCalendar::timePeriodsInWeekday(std::int64_t weekday) const {

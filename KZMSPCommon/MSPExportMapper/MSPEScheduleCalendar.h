@@ -11,6 +11,7 @@
 #include "MSPEDirection.h"
 #include "MSPETimePeriod.h"
 #include "MSPEWorkingDay.h"
+#include "MSPEWorkingDayIndex.h"
 
 // A clock time as three fields.
 struct MSPEHourMinuteSecond {
@@ -32,7 +33,8 @@ struct MSPEScheduleStart {
 // working time in the zone of its Gregorian calendar. Weekdays are numbered 1 = Sunday ... 7 = Saturday.
 //
 // Periods are walked in the order in which they were added, so they must be added in ascending order of time. A
-// calendar is filled when it is made and not changed by any question; copies are independent.
+// calendar is filled when it is made and not changed by any question; copies are independent. It remembers what it
+// added up and what that cost, so it is not for several threads at once.
 //
 // Days are stepped by exactly 86,400 seconds from a midnight. Deliberate: after a change of the clocks the stepped
 // "midnight" is 01:00, or 23:00 of the day before, whose weekday counts, and results shift by the change. In
@@ -75,12 +77,17 @@ public:
     // Deliberate: the move looks at most 7 days ahead, counted from the beginning of the walk; later than that the
     // last stretch of the duration is worked off a second time, from the next day on.
     //
-    // None when working time does not begin within 7 days, when the duration is not a number or above 2^53, or when it
-    // is never used up: in weeks whose periods add up to nothing or less, where every result falls on an edge that the
-    // search above gives up, and beyond 10,000 years in weeks that hold reversed periods. Raises
-    // `MSPCInternalInconsistency` "Date to advance from not specified." without a date, "Duration can not be negative.
-    // To specify backward advance use argument forward=NO.", and, where periods lie outside their day, "No time period
-    // specified to start duration countdown from." and "Working day has no or too few working time periods.".
+    // None when working time does not begin within 7 days, when the duration is not a number or above 2^53, when the
+    // date lies farther than 2^53 seconds from 1970, and when the duration is never used up: where periods add up to
+    // nothing or less, reversed ones being negative, and where every result falls on an edge that the search above
+    // gives up. Given up after hundreds of years where such results do not repeat, or periods reach thousands of years
+    // beyond their day.
+    //
+    // Deliberate: a day is compared with the period at which the working day before it was begun, and fails where it
+    // has less. Raises `MSPCInternalInconsistency` then, "Working day has no or too few working time periods.", and
+    // "Date to advance from not specified." without a date, "Duration can not be negative. To specify backward advance
+    // use argument forward=NO.", and, where the walk comes backward to a working day without periods, "No time period
+    // specified to start duration countdown from.".
     [[nodiscard]] std::optional<MSPCInstant> dateAdvanceByDurationForwardAllowEdgeTime(std::optional<MSPCInstant> date,
                                                                                        MSPCTimeInterval duration,
                                                                                        MSPEDirection direction,
@@ -103,6 +110,11 @@ public:
     // dropped, and what a period holds outside 00:00 to 24:00 does not count.
     [[nodiscard]] MSPCTimeInterval workingTimeFromDateToDate(MSPCInstant from, MSPCInstant to) const;
 
+    // What these answers cost so far, in days and periods walked and periods indexed: a measure that is the same on
+    // every machine. It grows with the calendar's periods and, for one answer, not beyond all measure with the dates.
+    [[nodiscard]] std::uint64_t stepsTaken() const { return _stepsTaken; }
+    void addStepsTaken(std::uint64_t steps) const { _stepsTaken += steps; }
+
     // Whether the date's weekday is worked.
     [[nodiscard]] bool isWorkingDay(MSPCInstant date) const;
     [[nodiscard]] bool isWorkingDayWeekday(std::int64_t weekday) const;
@@ -110,6 +122,8 @@ public:
     [[nodiscard]] const MSPCGregorianCalendar& gregorian() const { return _gregorian; }
     // The weekday's slot, valid as long as the calendar is not changed.
     [[nodiscard]] const MSPEWorkingDay& workingDay(std::int64_t weekday) const;
+    // What the weekday's periods answer together, made when it is first asked for; valid as the slot is.
+    [[nodiscard]] const MSPEWorkingDayIndex& workingDayIndex(std::int64_t weekday) const;
     // The number of the weekday's periods.
     [[nodiscard]] std::int64_t timePeriodsInWeekday(std::int64_t weekday) const;
 
@@ -159,4 +173,6 @@ private:
 
     MSPCGregorianCalendar _gregorian;
     WorkingDays _workingDays;
+    mutable std::array<std::optional<MSPEWorkingDayIndex>, 8> _indexes;
+    mutable std::uint64_t _stepsTaken = 0;
 };

@@ -31,10 +31,6 @@ std::optional<MSPEScheduleStop> MSPEScheduleIterator::nextTimePeriodTimePeriodIn
     return stop;
 }
 
-void MSPEScheduleIterator::leap(MSPCTimeInterval time) {
-    _nextDate = _direction == MSPEDirection::Forward ? _nextDate + time : _nextDate - time;
-}
-
 void MSPEScheduleIterator::prepareNextIteration() {
     _found = false;
     _flags = 0;

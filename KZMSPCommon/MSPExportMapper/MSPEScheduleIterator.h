@@ -32,10 +32,6 @@ public:
     // The next period; none when the walk has ended.
     [[nodiscard]] std::optional<MSPEScheduleStop> nextTimePeriodTimePeriodIndexDateFlag();
 
-    // Moves the stops to come by a time in the direction of the walk. The caller sees to it that they then have the
-    // same weekdays, as after whole weeks without a change of the clocks.
-    void leap(MSPCTimeInterval time);
-
 private:
     void prepareNextIteration();
     void enterDay();

@@ -2,69 +2,175 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <utility>
 
 #include "MSPEScheduleDays.h"
+#include "MSPEWeekday.h"
 
 namespace {
 
-constexpr MSPCTimeInterval Week = MSPEDaysOfWeek * MSPESecondsPerDay;
-constexpr MSPCTimeInterval Cycle = MSPCTimeZone::GregorianCycle;
+// Far more seconds than the periods of a real day hold together, far less than where sums of seconds are rounded.
+constexpr MSPCTimeInterval MostSecondsOfDay = 0x1p40;
+// More than a comparison of times of that size is off by, where seconds have fractions.
+constexpr MSPCTimeInterval Margin = 0x1p-8;
 
-MSPELeap repeated(const MSPELeap& once, double times) {
-    return {once.time * times, once.work > 0 ? once.work * times : 0};
+bool addsUpExactly(const MSPEScheduleCalendar& calendar, std::int64_t weekday) {
+    const auto count = static_cast<double>(calendar.timePeriodsInWeekday(weekday));
+    return calendar.workingDayIndex(weekday).farthestTime() * count <= MostSecondsOfDay;
 }
 
-// How often a stretch fits into the limits; endless when nothing bounds it.
-double repetitions(const MSPELeap& once, const MSPELeap& limit) {
-    const auto byTime = std::floor(limit.time / once.time);
-    const auto byWork = once.work > 0 ? std::floor(limit.work / once.work) : std::numeric_limits<double>::infinity();
-    return std::max(0.0, std::min(byTime, byWork));
+// How often a week or cycle that works something off passes without a result.
+double timesPassed(MSPCTimeInterval remaining, MSPCTimeInterval most, MSPCTimeInterval work) {
+    return std::floor((remaining - most - Margin) / work);
+}
+
+MSPELeap repeated(double times, double days, MSPCTimeInterval work) {
+    if (!(times >= 1)) {
+        return {};
+    }
+    return {times * days, std::isinf(times) ? 0 : times * work};
 }
 
 }  // namespace
 
-MSPEScheduleLeaps::MSPEScheduleLeaps(MSPCTimeZone zone, MSPEDirection direction, MSPCTimeInterval workOfWeek)
-    : _zone(std::move(zone)), _isForward(direction == MSPEDirection::Forward), _workOfWeek(workOfWeek) {
+MSPEScheduleLeaps::MSPEScheduleLeaps(const MSPEScheduleCalendar& calendar, MSPEDirection direction)
+    : _calendar(calendar), _direction(direction) {
+    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
+        if (calendar.isWorkingDayWeekday(weekday)) {
+            _isExact = _isExact && addsUpExactly(calendar, weekday);
+        }
+    }
+    _mayLeap = _isExact && periodsAreEnoughOnEachDay();
+    if (_mayLeap) {
+        addUpWeeks();
+    }
 }
 
-MSPELeap MSPEScheduleLeaps::leapFrom(MSPCInstant midnight, MSPCTimeInterval workDone, const MSPELeap& limit) {
-    if (limit.time < Week || limit.work < 0) {
+std::int64_t MSPEScheduleLeaps::nextWeekday(std::int64_t weekday) const {
+    if (_direction == MSPEDirection::Forward) {
+        return weekday == MSPELastWeekday ? MSPEFirstWeekday : weekday + 1;
+    }
+    return weekday == MSPEFirstWeekday ? MSPELastWeekday : weekday - 1;
+}
+
+// Whether no working day of a week raises because the one before left it at a period that it has not. Forward each day
+// is left at its first period.
+bool MSPEScheduleLeaps::periodsAreEnoughOnEachDay() const {
+    if (_direction == MSPEDirection::Forward) {
+        return true;
+    }
+    std::int64_t countBefore = 0;
+    auto weekday = MSPELastWeekday;
+    for (int day = 0; day < 2 * MSPEDaysOfWeek; ++day, weekday = nextWeekday(weekday)) {
+        if (_calendar.isWorkingDayWeekday(weekday)) {
+            const auto count = _calendar.timePeriodsInWeekday(weekday);
+            if (count < countBefore - 1) {
+                return false;
+            }
+            countBefore = count;
+        }
+    }
+    return true;
+}
+
+void MSPEScheduleLeaps::addUpWeeks() {
+    for (auto first = MSPEFirstWeekday; first <= MSPELastWeekday; ++first) {
+        MSPCTimeInterval work = 0;
+        auto& most = _mostOfWeekFrom[static_cast<std::size_t>(first)];
+        auto weekday = first;
+        for (int day = 0; day < MSPEDaysOfWeek; ++day, weekday = nextWeekday(weekday)) {
+            if (_calendar.isWorkingDayWeekday(weekday)) {
+                const auto& index = _calendar.workingDayIndex(weekday);
+                most = std::max(most, work + index.mostDuration(_direction));
+                work += index.duration();
+            }
+        }
+        _workOfWeek = work;
+    }
+}
+
+double MSPEScheduleLeaps::Mark::daysUntil(const MSPEDayWalk& walk) const {
+    return std::abs(walk.date() - date) / MSPESecondsPerDay;
+}
+
+bool MSPEScheduleLeaps::passesDay(std::int64_t weekday, MSPCTimeInterval remaining) const {
+    return _isExact && remaining > _calendar.workingDayIndex(weekday).mostDuration(_direction) + Margin;
+}
+
+MSPELeap MSPEScheduleLeaps::leapFrom(const MSPEDayWalk& walk, MSPCTimeInterval remaining) {
+    if (!_mayLeap) {
         return {};
     }
-    auto weekLimit = limit;
-    if (_cycleStart) {
-        // The walk must come by the end of the cycle being measured.
-        weekLimit.time = std::min(limit.time, Cycle - std::abs(midnight - _cycleStart->midnight));
+    if (const auto cycles = leapOverCycles(walk, remaining); cycles.days > 0) {
+        return cycles;
     }
-    const MSPELeap week{Week, _workOfWeek};
-    const auto weeks = std::min(weeksBeforeChange(midnight), repetitions(week, weekLimit));
-    return weeks >= 1 ? repeated(week, weeks) : leapOverCycles(midnight, workDone, limit);
+    auto mostDays = walk.daysBeforeChange();
+    if (_cycleMark) {
+        // The walk must come by the end of the cycle that began at the mark.
+        mostDays = std::min(mostDays, MSPEDayWalk::DaysOfCycle - _cycleMark->daysUntil(walk));
+    }
+    const auto mostOfWeek = _mostOfWeekFrom[static_cast<std::size_t>(walk.weekday())];
+    const auto leap = remaining > mostOfWeek + Margin ? leapOverWeeks(walk.weekday(), remaining, mostDays)
+                                                      : leapOverEqualWeeks(walk, remaining, mostDays);
+    noteMostOfCycle(walk.weekday(), remaining, leap);
+    return leap;
 }
 
-double MSPEScheduleLeaps::weeksBeforeChange(MSPCInstant midnight) const {
-    const auto span = _zone.steadySpanAt(midnight);
-    const auto ahead = _isForward ? span.end - midnight : midnight - span.start;
-    return std::floor(ahead / Week) - 1;
+MSPELeap MSPEScheduleLeaps::leapOverWeeks(std::int64_t weekday, MSPCTimeInterval remaining, double mostDays) const {
+    auto weeks = std::floor(mostDays / MSPEDaysOfWeek);
+    if (_workOfWeek > 0) {
+        const auto most = _mostOfWeekFrom[static_cast<std::size_t>(weekday)];
+        weeks = std::min(weeks, timesPassed(remaining, most, _workOfWeek));
+    }
+    return repeated(weeks, MSPEDaysOfWeek, _workOfWeek);
 }
 
-MSPELeap MSPEScheduleLeaps::leapOverCycles(MSPCInstant midnight, MSPCTimeInterval workDone, MSPELeap limit) {
-    const auto sinceCyclesBegin = midnight - MSPCTimeZone::startOfCycles();
-    if (!_isForward) {
-        limit.time = std::min(limit.time, sinceCyclesBegin - Week);
-    }
-    if (sinceCyclesBegin < 0 || limit.time < Cycle) {
+// Weeks in which results are given up can leave as much as there was, and then go on doing so. The distance of the days
+// compared grows, so that any number of weeks is found after which they do.
+MSPELeap MSPEScheduleLeaps::leapOverEqualWeeks(const MSPEDayWalk& walk, MSPCTimeInterval remaining, double mostDays) {
+    if (!_weekMark || _weekMark->steadySpan != walk.steadySpan()) {
+        _weekMark = Mark{walk.date(), remaining, walk.steadySpan(), MSPEDaysOfWeek};
         return {};
     }
-    const auto elapsed = _cycleStart ? std::abs(midnight - _cycleStart->midnight) : 0;
-    if (_cycleStart && elapsed >= Cycle) {
-        const MSPELeap cycle{elapsed, workDone - _cycleStart->workDone};
-        _cycleStart.reset();
-        return repeated(cycle, repetitions(cycle, limit));
+    const auto days = _weekMark->daysUntil(walk);
+    if (days > 0 && std::fmod(days, MSPEDaysOfWeek) == 0 && remaining == _weekMark->remaining) {
+        _hasGivenUpInCycle = true;  // as in the weeks that these are like
+        return repeated(std::floor(mostDays / days), days, 0);
     }
-    if (!_cycleStart) {
-        _cycleStart = CycleStart{midnight, workDone};
+    if (days >= _weekMark->patience) {
+        _weekMark = Mark{walk.date(), remaining, walk.steadySpan(), 2 * _weekMark->patience};
     }
     return {};
+}
+
+MSPELeap MSPEScheduleLeaps::leapOverCycles(const MSPEDayWalk& walk, MSPCTimeInterval remaining) {
+    const auto ahead = walk.cyclesAhead();
+    if (!_cycleMark) {
+        if (ahead >= 1) {
+            _cycleMark = Mark{walk.date(), remaining, 0, 0};
+            _mostOfCycle = 0;
+            _hasGivenUpInCycle = false;
+        }
+        return {};
+    }
+    if (_cycleMark->daysUntil(walk) < MSPEDayWalk::DaysOfCycle) {
+        return {};
+    }
+    const auto work = _cycleMark->remaining - remaining;
+    _cycleMark.reset();
+    if (_hasGivenUpInCycle) {
+        return repeated(work == 0 ? ahead : 0, MSPEDayWalk::DaysOfCycle, 0);
+    }
+    const auto cycles = work > 0 ? std::min(ahead, timesPassed(remaining, _mostOfCycle, work)) : ahead;
+    return repeated(cycles, MSPEDayWalk::DaysOfCycle, work);
+}
+
+void MSPEScheduleLeaps::noteMostOfCycle(std::int64_t weekday, MSPCTimeInterval remaining, const MSPELeap& leap) {
+    if (!_cycleMark) {
+        return;
+    }
+    const auto workedOff = _cycleMark->remaining - remaining;
+    const auto most = leap.days > 0 ? _mostOfWeekFrom[static_cast<std::size_t>(weekday)] +
+                                          std::max(0.0, leap.work - std::max(0.0, _workOfWeek))
+                                    : _calendar.workingDayIndex(weekday).mostDuration(_direction);
+    _mostOfCycle = std::max(_mostOfCycle, workedOff + most);
 }

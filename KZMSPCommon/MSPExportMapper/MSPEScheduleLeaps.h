@@ -1,41 +1,69 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <optional>
 
 #include "MSPCInstant.h"
-#include "MSPCTimeZone.h"
+#include "MSPEDayWalk.h"
 #include "MSPEDirection.h"
+#include "MSPEScheduleCalendar.h"
 
-// A part of a walk over working days that need not be walked.
+// A part of an advance that need not be walked. Infinite days tell that the advance never comes to an end.
 struct MSPELeap {
-    MSPCTimeInterval time = 0;  // in the direction of the walk
-    MSPCTimeInterval work = 0;  // seconds of work that the walk would have met
+    double days = 0;
+    MSPCTimeInterval work = 0;  // seconds worked off by it; negative where reversed periods add to what remains
 };
 
-// Tells a walk that steps from day to day how far it may leap because the days ahead repeat: by whole weeks as long as
-// the clocks do not change, and by cycles of 400 years, of which one is walked and the others are like it. The walk
-// then meets the same days, and as work is whole seconds, adding many weeks at once gives the same sum.
+// Tells an advance through working time how far it may leap because the days ahead repeat: by whole weeks as long as
+// the clocks do not change, and by cycles of 400 years, of which one is walked and the others are like it. What is
+// leapt over has no result, because more remains there than those days ever work off, or because they leave everything
+// as it was. The calendar must outlive it.
 class MSPEScheduleLeaps {
 public:
-    // `workOfWeek` is what the walk meets in seven days of different weekdays, in whole seconds.
-    MSPEScheduleLeaps(MSPCTimeZone zone, MSPEDirection direction, MSPCTimeInterval workOfWeek);
+    MSPEScheduleLeaps(const MSPEScheduleCalendar& calendar, MSPEDirection direction);
 
-    // The leap from the beginning of a working day, where the walk has met `workDone` so far: within both limits, and
-    // such that the days of the week behind its end still follow their weekdays. No time and no work when the walk must
-    // go on step by step. To be asked on each working day, since a cycle is measured from one question to a later one.
-    [[nodiscard]] MSPELeap leapFrom(MSPCInstant midnight, MSPCTimeInterval workDone, const MSPELeap& limit);
+    // Whether the calendar's times are such that sums of them are exact. Where they are not, nothing is leapt over.
+    [[nodiscard]] bool isExact() const { return _isExact; }
+
+    // The leap from the beginning of a working day on which so many seconds remain. No days when the walk must go on
+    // step by step. To be asked on each working day, since what repeats is seen from one question to a later one.
+    [[nodiscard]] MSPELeap leapFrom(const MSPEDayWalk& walk, MSPCTimeInterval remaining);
+
+    // Whether a day on which so many seconds remain when it begins is worked off to its end without a result.
+    [[nodiscard]] bool passesDay(std::int64_t weekday, MSPCTimeInterval remaining) const;
+
+    // To be told when a result on an edge was given up: what remains is then not what the days have left over.
+    void resultWasGivenUp() { _hasGivenUpInCycle = true; }
 
 private:
-    struct CycleStart {
-        MSPCInstant midnight;
-        MSPCTimeInterval workDone = 0;
+    // The state of the walk on a day that later ones are compared with.
+    struct Mark {
+        MSPCInstant date;
+        MSPCTimeInterval remaining = 0;
+        std::int64_t steadySpan = 0;
+        double patience = 0;  // the days after which a later mark takes its place
+
+        [[nodiscard]] double daysUntil(const MSPEDayWalk& walk) const;
     };
 
-    [[nodiscard]] double weeksBeforeChange(MSPCInstant midnight) const;
-    [[nodiscard]] MSPELeap leapOverCycles(MSPCInstant midnight, MSPCTimeInterval workDone, MSPELeap limit);
+    [[nodiscard]] std::int64_t nextWeekday(std::int64_t weekday) const;
+    [[nodiscard]] bool periodsAreEnoughOnEachDay() const;
+    void addUpWeeks();
+    [[nodiscard]] MSPELeap leapOverWeeks(std::int64_t weekday, MSPCTimeInterval remaining, double mostDays) const;
+    [[nodiscard]] MSPELeap leapOverEqualWeeks(const MSPEDayWalk& walk, MSPCTimeInterval remaining, double mostDays);
+    [[nodiscard]] MSPELeap leapOverCycles(const MSPEDayWalk& walk, MSPCTimeInterval remaining);
+    void noteMostOfCycle(std::int64_t weekday, MSPCTimeInterval remaining, const MSPELeap& leap);
 
-    MSPCTimeZone _zone;
-    bool _isForward;
-    MSPCTimeInterval _workOfWeek;
-    std::optional<CycleStart> _cycleStart;
+    const MSPEScheduleCalendar& _calendar;
+    MSPEDirection _direction;
+    bool _isExact = true;
+    bool _mayLeap = false;
+    MSPCTimeInterval _workOfWeek = 0;
+    // The most that has been worked off at any place in a week that begins on a weekday.
+    std::array<MSPCTimeInterval, 8> _mostOfWeekFrom{};
+    std::optional<Mark> _weekMark;
+    std::optional<Mark> _cycleMark;
+    MSPCTimeInterval _mostOfCycle = 0;  // worked off at any place since the cycle's mark
+    bool _hasGivenUpInCycle = false;
 };

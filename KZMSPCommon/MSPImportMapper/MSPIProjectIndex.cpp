@@ -73,7 +73,8 @@ MSPITextIndex::MSPITextIndex(const MSPCXMLNode& project, std::string_view path, 
 
 MSPCXMLNode MSPITextIndex::singleNodeWithKey(std::string_view text, Error* error) const {
     if (text.find('\'') != std::string_view::npos) {
-        reportMatches(0, error);  // the query would end there, and find nothing
+        // Deliberate: the query ends there and finds nothing.
+        reportMatches(0, error);
         return {};
     }
     const auto first = std::lower_bound(_entries.begin(), _entries.end(), text,

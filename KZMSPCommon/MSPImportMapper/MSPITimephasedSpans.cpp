@@ -1,25 +1,47 @@
 #include "MSPITimephasedSpans.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "MSPCException.h"
 
 namespace {
 
-void mergeInto(MSPITimephasedDataInfo& kept, const MSPITimephasedDataInfo& span, const MSPIWorkingTime& workingTime) {
-    if (*kept.startDate() > *span.startDate()) {
-        throw MSPCInternalInconsistency("Unexpected order of time span start dates.");
+// A span into which others are merged. The working time of what overlaps is counted once, when nothing more comes:
+// counted anew for each of many spans it would be walked as often as there are spans.
+class MergedSpan {
+public:
+    explicit MergedSpan(MSPITimephasedDataInfo first) : _span(std::move(first)) {}
+
+    [[nodiscard]] MSPCInstant endDate() const { return *_span.endDate(); }
+
+    void merge(const MSPITimephasedDataInfo& span) {
+        if (*_span.startDate() > *span.startDate()) {
+            throw MSPCInternalInconsistency("Unexpected order of time span start dates.");
+        }
+        if (endDate() > *span.startDate()) {
+            _overlapEnd = span.endDate();
+            _touchingDuration = 0;
+        } else if (endDate() == *span.startDate()) {
+            _touchingDuration += span.duration();
+        } else {
+            throw MSPCInternalInconsistency("Unexpected order of time span dates.");
+        }
+        _span.setEndDate(span.endDate());
     }
-    const auto keptEnd = *kept.endDate();
-    kept.setEndDate(span.endDate());
-    if (keptEnd > *span.startDate()) {
-        kept.setDuration(workingTime(*kept.startDate(), *kept.endDate()));
-    } else if (keptEnd == *span.startDate()) {
-        kept.setDuration(kept.duration() + span.duration());
-    } else {
-        throw MSPCInternalInconsistency("Unexpected order of time span dates.");
+
+    [[nodiscard]] MSPITimephasedDataInfo finished(const MSPIWorkingTime& workingTime) && {
+        const auto ownDuration = _overlapEnd ? workingTime(*_span.startDate(), *_overlapEnd) : _span.duration();
+        _span.setDuration(ownDuration + _touchingDuration);
+        return std::move(_span);
     }
-}
+
+private:
+    MSPITimephasedDataInfo _span;
+    std::optional<MSPCInstant> _overlapEnd;  // of the span merged last that overlapped
+    MSPCTimeInterval _touchingDuration = 0;  // of those that touched since then
+};
 
 MSPCTimeInterval checkedGap(const MSPITimephasedDataInfo& earlier, const MSPITimephasedDataInfo& later,
                             const MSPIWorkingTime& workingTime) {
@@ -42,20 +64,26 @@ void sortSpans(MSPITimephasedSpans& spans) {
 }
 
 MSPITimephasedSpans mergedSpans(MSPITimephasedSpans sortedSpans, const MSPIWorkingTime& workingTime) {
-    MSPITimephasedSpans kept;
+    MSPITimephasedSpans finished;
+    std::optional<MergedSpan> latest;
+    const auto finishLatest = [&] {
+        if (latest) {
+            finished.push_back(std::move(*latest).finished(workingTime));
+        }
+    };
     for (auto& span : sortedSpans) {
         if (span.duration() == 0) {
             continue;
         }
-        if (kept.empty() || *kept.back().endDate() < *span.startDate()) {
-            if (span.duration() > 0) {
-                kept.push_back(std::move(span));
-            }
-        } else {
-            mergeInto(kept.back(), span, workingTime);
+        if (latest && !(latest->endDate() < *span.startDate())) {
+            latest->merge(span);
+        } else if (span.duration() > 0) {
+            finishLatest();
+            latest.emplace(std::move(span));
         }
     }
-    return kept;
+    finishLatest();
+    return finished;
 }
 
 MSPITimephasedSpans joinedStretches(const MSPITimephasedSpans& spans, const MSPIWorkingTime& workingTime) {

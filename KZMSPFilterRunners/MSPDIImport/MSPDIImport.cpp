@@ -14,7 +14,8 @@
 [[gnu::used]] static const char identification[] = "@(#)MSPDIImport " KZMSP_VERSION;
 
 int main(int argumentCount, char** arguments) {
-    MSPCStandardErrorLog log("MSPDIImport");
+    MSPCProcessGuard::endAtLackOfMemory();
+    static MSPCStandardErrorLog log("MSPDIImport");  // large, and the stack may be small
     const MSPCProcessGuard guard(log);
     const MSPCSystemClock clock;
     const auto settingsFolder = MSPCSettingsFolder(std::getenv("XDG_CONFIG_HOME"), std::getenv("HOME"));

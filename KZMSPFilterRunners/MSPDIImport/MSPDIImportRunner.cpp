@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <new>
 #include <utility>
 
 #include "MSPCException.h"
@@ -23,6 +24,9 @@ int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
         importAll(MSPDIParseArguments(arguments));
     } catch (const MSPCException& exception) {
         _services.log.log(fmt::format("Exception: {}\n{}", exception.name(), exception.reason()));
+    } catch (const std::bad_alloc&) {
+        _services.log.log("Exception: std::bad_alloc\nNot enough memory.");
+        _lastResult = false;
     } catch (...) {
         // Nobody above catches it, and without any handler the stack need not be unwound: temporary files would stay.
         throw;

@@ -13,7 +13,8 @@
 #include "MSPDIProgram.h"
 
 int main(int argumentCount, char** arguments) {
-    MSPCStandardErrorLog log("mspdi");
+    MSPCProcessGuard::endAtLackOfMemory();
+    static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
     const MSPCProcessGuard guard(log);
     const MSPCSystemClock clock;
     const MSPCSettingsFile settings({}, "none", log);  // it has no settings

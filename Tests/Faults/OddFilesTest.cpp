@@ -1,6 +1,11 @@
 // File names, templates and input files that no careful person would make.
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
 
 #include "FaultFixture.h"
 #include "ProgramRun.h"
@@ -47,15 +52,15 @@ constexpr const char* loadReason = "MSPEXMLExporter.newXmlDocFromUrl: Failed to 
 
 }  // namespace
 
-#define SKIP_WITHOUT_ORDINARY_USER(end)                                       \
-    if ((end).status == 126 || (end).status == 127) {                         \
-        GTEST_SKIP() << "an ordinary user cannot start the program here";     \
+#define SKIP_WITHOUT_ORDINARY_USER(end)                                   \
+    if ((end).status == 126 || (end).status == 127) {                     \
+        GTEST_SKIP() << "an ordinary user cannot start the program here"; \
     }
 
 TEST_F(OddFilesTest, namesOfPlansAreBytesLikeAnyOther) {
     for (const std::string name :
-         {"a..b", "..", "..a", "line\nfeed", "carriage\rreturn", "quote\"and'more", "back\\slash", "\xFF\xFE\x80", "%41 %",
-          "a--b", "&lt;<b>", "~root", "-n", "\x01", " "}) {
+         {"a..b", "..", "..a", "line\nfeed", "carriage\rreturn", "quote\"and'more", "back\\slash", "\xFF\xFE\x80",
+          "%41 %", "a--b", "&lt;<b>", "~root", "-n", "\x01", " "}) {
         SCOPED_TRACE(name);
         resetOutput();
         fs::copy_file(folder / "Plan.xml", folder / (name + ".xml"));
@@ -128,6 +133,54 @@ TEST_F(OddFilesTest, aPipeInTheTemplateFailsTheImport) {
 TEST_F(OddFilesTest, aPipeAsPlanFailsAtOnce) {
     ASSERT_EQ(mkfifo((folder / "pipe.xml").c_str(), 0600), 0);
     expectFailed(SpawnedProgram(importOf("pipe.xml")).wait(), loadReason);
+}
+
+// Somebody who writes to a pipe, a piece now and then, as long as this lives.
+class PipeFeeder {
+public:
+    PipeFeeder(const fs::path& pipe, std::string piece, std::chrono::milliseconds pause) {
+        EXPECT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        _end = open(pipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        _feeding = std::thread([this, piece = std::move(piece), pause] {
+            while (!_isDone) {
+                static_cast<void>(!write(_end, piece.data(), piece.size()));
+                std::this_thread::sleep_for(pause);
+            }
+        });
+    }
+    ~PipeFeeder() {
+        _isDone = true;
+        _feeding.join();
+        close(_end);
+    }
+    PipeFeeder(const PipeFeeder&) = delete;
+    PipeFeeder& operator=(const PipeFeeder&) = delete;
+
+private:
+    int _end;
+    std::atomic<bool> _isDone = false;
+    std::thread _feeding;
+};
+
+TEST_F(OddFilesTest, aPipeThatGivesAByteNowAndThenIsNoPlanAndNoList) {
+    using namespace std::chrono_literals;
+    const PipeFeeder plan(folder / "pipe.xml", " ", 1s);
+    const PipeFeeder list(folder / "pipe", "a", 1s);
+    SpawnedProgram planImport(importOf("pipe.xml"));
+    const auto listEnd = runWith({"--template-path", "Empty.kdzx", "--input-list", "pipe", "out"});
+    EXPECT_EQ(listEnd.status, 1);
+    EXPECT_NE(listEnd.log.find("Input list file could not be read or empty: "), std::string::npos) << listEnd.log;
+    expectFailed(planImport.wait(), loadReason);
+}
+
+TEST_F(OddFilesTest, aPipeWithoutEndIsNoPlanAndNoList) {
+    using namespace std::chrono_literals;
+    const PipeFeeder plan(folder / "pipe.xml", std::string(64 * 1024, ' '), 0s);
+    expectFailed(SpawnedProgram(importOf("pipe.xml")).wait(), loadReason);
+    const PipeFeeder list(folder / "pipe", std::string(64 * 1024, '\n'), 0s);
+    const auto listEnd = runWith({"--template-path", "Empty.kdzx", "--input-list", "pipe", "out"});
+    EXPECT_EQ(listEnd.status, 1);
+    EXPECT_NE(listEnd.log.find("Input list file could not be read or empty: "), std::string::npos) << listEnd.log;
 }
 
 TEST_F(OddFilesTest, aDeviceAsPlanFailsAtOnce) {

@@ -1,7 +1,9 @@
-// A working-time calendar: a line with two dates in seconds since 1970 and a duration, then the schedule's markup. Every
-// question ends, and working time is never negative, nor any before the first date.
+// A working-time calendar: a line with two dates in seconds since 1970 and a duration, then the schedule's markup.
+// Every question ends after steps that grow with the input's bytes and nothing else, working time is never negative,
+// nor any before the first date, and both ways of computing, plain and with leaps, agree where the plain one ends soon.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "FuzzWorld.h"
@@ -10,6 +12,7 @@
 #include "MSPCXMLDocument.h"
 #include "MSPEScheduleCalendar.h"
 #include "MSPEScheduleIterator.h"
+#include "PlainWorkingTime.h"
 
 namespace {
 
@@ -25,6 +28,16 @@ Question questionFrom(std::string_view line) {
     const auto from = number();
     const auto to = number();
     return {{from}, {to}, number()};
+}
+
+// Zones whose clocks change at night, at midnight, by half an hour, and never: inputs of every size have another one.
+const MSPCGregorianCalendar& gregorianFor(std::size_t size) {
+    static const auto gregorianIn = [](const char* zone) {
+        return MSPCGregorianCalendar(MSPCTimeZone::named(zone).value());
+    };
+    static const std::array calendars{gregorianIn("Europe/Berlin"), gregorianIn("Asia/Beirut"),
+                                      gregorianIn("Australia/Lord_Howe"), gregorianIn("UTC")};
+    return calendars[size % calendars.size()];
 }
 
 template <typename Operation>
@@ -56,6 +69,44 @@ void workingTimeIsSound(const MSPEScheduleCalendar& calendar, const Question& qu
     const auto work = calendar.workingTimeFromDateToDate(question.from, question.to);
     require(work >= 0, "working time is not negative");
     require(question.from < question.to || work == 0, "no working time before the first date");
+    if (question.to - question.from < 100 * PlainDay && std::abs(question.from.secondsSince1970) < 0x1p50) {
+        require(work == plainCount(calendar, question.from, question.to), "working time is that of the iterator");
+    }
+}
+
+// Sums of such durations are exact in any order.
+bool addsUpExactly(const Question& question) {
+    return question.duration >= 1 && question.duration < 0x1p40 && std::fmod(question.duration * 1024, 1) == 0 &&
+           std::abs(question.from.secondsSince1970) < 0x1p40;
+}
+
+void advanceIsThatOfAPlainWalk(const MSPEScheduleCalendar& calendar, const Question& question, MSPEDirection direction,
+                               MSPEEdgeTime edgeTime) {
+    constexpr std::int64_t days = 60;
+    const auto start = plainStart(calendar, question.from, direction);
+    if (!addsUpExactly(question) || (start && start->timePeriod < 0)) {
+        return;
+    }
+    const auto plain = plainAdvance(calendar, question.from, question.duration, direction, edgeTime, days);
+    if (plain.isUnfinished) {
+        return;
+    }
+    auto hasRaised = false;
+    std::optional<MSPCInstant> date;
+    try {
+        date =
+            calendar.dateAdvanceByDurationForwardAllowEdgeTime(question.from, question.duration, direction, edgeTime);
+    } catch (const MSPCException&) {
+        hasRaised = true;
+    }
+    require(hasRaised == plain.hasRaised && date == plain.date, "an advance ends where a plain walk ends");
+}
+
+// Days and periods walked: at most those between the changes of the clocks in 400 years and all history, some times
+// over.
+void stepsGrowWithTheInput(std::uint64_t steps, std::uint64_t mostSteps, std::uint64_t stepsPerByte,
+                           std::size_t bytes) {
+    require(steps <= mostSteps + stepsPerByte * bytes, "steps grow with the input");
 }
 
 void advancesEnd(const MSPEScheduleCalendar& calendar, const Question& question) {
@@ -65,6 +116,7 @@ void advancesEnd(const MSPEScheduleCalendar& calendar, const Question& question)
                 return calendar.dateAdvanceByDurationForwardAllowEdgeTime(question.from, question.duration, direction,
                                                                           edgeTime);
             });
+            advanceIsThatOfAPlainWalk(calendar, question, direction, edgeTime);
         }
         endsProperly([&] { return calendar.startDateForDateForward(question.to, direction); });
         MSPEScheduleIterator iterator(calendar, question.from, direction);
@@ -84,11 +136,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     if (!document) {
         return 0;
     }
-    const FuzzWorld world;
-    const MSPCGregorianCalendar gregorian(world.services.timeZone);
-    const MSPEScheduleCalendar calendar(gregorian, document->root());
+    const MSPEScheduleCalendar calendar(gregorianFor(size), document->root());
     questionsOfDaysEnd(calendar, question);
     workingTimeIsSound(calendar, question);
+    stepsGrowWithTheInput(calendar.stepsTaken(), 50'000, 1, size);
     advancesEnd(calendar, question);
+    stepsGrowWithTheInput(calendar.stepsTaken(), 2'000'000, 2'000, size);
     return 0;
 }

@@ -3,6 +3,7 @@
 #include <netinet/in.h>
 #include <sys/inotify.h>
 #include <sys/socket.h>
+#include <unicode/utypes.h>
 #include <unistd.h>
 
 #include <array>
@@ -93,16 +94,15 @@ constexpr Reference References[] = {
     {"an entity that is no XML", "<!DOCTYPE $ [<!NOTATION n SYSTEM \"@\"><!ENTITY stolen SYSTEM \"@\" NDATA n>]>", ""},
     {"a parameter entity", "<!DOCTYPE $ [<!ENTITY % all SYSTEM \"@\"> %all;]>", "&stolen;"},
     {"a public parameter entity", "<!DOCTYPE $ [<!ENTITY % all PUBLIC \"-//x//y\" \"@\"> %all;]>", "&stolen;"},
-    {"a parameter entity made by another",
-     "<!DOCTYPE $ [<!ENTITY % p \"<!ENTITY &#37; all SYSTEM '@'>\"> %p; %all;]>", "&stolen;"},
+    {"a parameter entity made by another", "<!DOCTYPE $ [<!ENTITY % p \"<!ENTITY &#37; all SYSTEM '@'>\"> %p; %all;]>",
+     "&stolen;"},
     {"an external subset", "<!DOCTYPE $ SYSTEM \"@\">", "&stolen;"},
     {"a public external subset", "<!DOCTYPE $ PUBLIC \"-//x//y\" \"@\">", "&stolen;"},
     {"an external subset beside an internal one", "<!DOCTYPE $ SYSTEM \"@\" [<!ENTITY a \"b\">]>", "&stolen;"},
     {"an inclusion", "", R"(<i:include xmlns:i="http://www.w3.org/2001/XInclude" href="@"/>)"},
     {"an inclusion of text", "", R"(<i:include xmlns:i="http://www.w3.org/2001/XInclude" href="@" parse="text"/>)"},
     {"a style sheet", R"(<?xml-stylesheet type="text/xsl" href="@"?>)", ""},
-    {"a schema", "",
-     R"(<a xmlns:x="http://www.w3.org/2001/XMLSchema-instance" x:schemaLocation="urn:a @"/>)"},
+    {"a schema", "", R"(<a xmlns:x="http://www.w3.org/2001/XMLSchema-instance" x:schemaLocation="urn:a @"/>)"},
     {"a schema without namespace", "",
      R"(<a xmlns:x="http://www.w3.org/2001/XMLSchema-instance" x:noNamespaceSchemaLocation="@"/>)"},
     {"a catalog", R"(<?oasis-xml-catalog catalog="@"?><!DOCTYPE $ PUBLIC "-//x//y" "@">)", "&stolen;"},
@@ -112,7 +112,8 @@ constexpr Reference References[] = {
 class ExternalReferences : public testing::Test {
 protected:
     ExternalReferences() {
-        folder.addFile("run/canary.txt", "<!ENTITY stolen \"" + std::string(CanaryText) + "\">" + std::string(CanaryText));
+        folder.addFile("run/canary.txt",
+                       "<!ENTITY stolen \"" + std::string(CanaryText) + "\">" + std::string(CanaryText));
         fs::create_directory(run / "out");
         fs::copy(KZMSP_TEMPLATE, run / "Empty.kdzx", fs::copy_options::recursive);
         canary = std::make_unique<CanaryFile>(run / "canary.txt");
@@ -131,8 +132,9 @@ protected:
         SCOPED_TRACE(what);
         fs::remove_all(run / "out");
         fs::create_directory(run / "out");
-        const auto result = runProgram({"--template-path", "Empty.kdzx", "Plan.xml", "out"}, run,
-                                       {{"TZ", "UTC"}, {"XML_CATALOG_FILES", "canary.txt"}});
+        const auto result =
+            runProgram({"--template-path", "Empty.kdzx", "Plan.xml", "out"}, run,
+                       {{"TZ", "UTC"}, {"XML_CATALOG_FILES", "canary.txt"}, {"ICU_DATA", (run / "data").native()}});
         EXPECT_EQ(result.signal, 0) << result.standardError;
         EXPECT_FALSE(canary->wasOpened());
         EXPECT_FALSE(host.wasAsked());
@@ -166,13 +168,12 @@ TEST_F(ExternalReferences, ofAPlanAreNotFollowed) {
         for (const auto& target : targets) {
             for (const auto& reader : readers) {
                 const auto content = filled(reference.content, "Project", target);
-                folder.addFile("run/Plan.xml", planOf({"<Title>" + content + "</Title>" + std::string(reader.markup) +
-                                                       "<Tasks>" +
-                                                       taskElement("1", "<Name>x" + content + "y</Name>") + content +
-                                                       "</Tasks>",
-                                                   "",
-                                                   std::string(reader.xmlDeclaration) +
-                                                       filled(reference.declaration, "Project", target)}));
+                folder.addFile(
+                    "run/Plan.xml",
+                    planOf({"<Title>" + content + "</Title>" + std::string(reader.markup) + "<Tasks>" +
+                                taskElement("1", "<Name>x" + content + "y</Name>") + content + "</Tasks>",
+                            "",
+                            std::string(reader.xmlDeclaration) + filled(reference.declaration, "Project", target)}));
                 expectNothingFetched(std::string(reference.name) + " to " + target + " " +
                                      std::string(reader.xmlDeclaration) + std::string(reader.markup));
                 ASSERT_FALSE(HasFailure());
@@ -194,12 +195,31 @@ TEST_F(ExternalReferences, ofATemplateAreNotFollowed) {
         for (const auto& reference : References) {
             for (const auto& target : targets) {
                 folder.addFile("run/Empty.kdzx/" + file, place(original, filled(reference.declaration, "root", target),
-                                                           filled(reference.content, "root", target)));
+                                                               filled(reference.content, "root", target)));
                 expectNothingFetched(file + ": " + std::string(reference.name) + " to " + target);
                 ASSERT_FALSE(HasFailure());
             }
         }
         folder.addFile("run/Empty.kdzx/" + file, original);
+    }
+    EXPECT_GT(documents, 0);
+}
+
+// Whoever may set the environment of a server shall not choose what the encodings of other people's plans mean.
+TEST_F(ExternalReferences, toAnEncodingAreNoPaths) {
+    const auto encodings = run / "data" / U_ICUDATA_NAME;
+    fs::create_directories(encodings / "sub");
+    for (const std::string name : {"mine", "sub/mine", "ibm-5348_P100-1997", "cnvalias"}) {
+        fs::create_symlink(run / "canary.txt", encodings / (name + ".cnv"));
+    }
+    fs::create_symlink(run / "canary.txt", encodings / "cnvalias.icu");
+    fs::create_symlink(run / "canary.txt", run / "data" / (U_ICUDATA_NAME ".dat"));
+    fs::create_symlink(run / "canary.txt", run / "canary.cnv");
+    for (const auto& encoding : std::vector<std::string>{"mine", "sub/mine", "../../canary", (run / "canary").native(),
+                                                         "mine,version=1", "windows-1252"}) {
+        folder.addFile("run/Plan.xml", planOf({"<Tasks>" + taskElement("1", "<Name>x</Name>") + "</Tasks>", "",
+                                               "<?xml version=\"1.0\" encoding=\"" + encoding + "\"?>"}));
+        expectNothingFetched(encoding);
     }
     EXPECT_GT(documents, 0);
 }
@@ -215,8 +235,8 @@ TEST_F(ExternalReferences, wouldBeNoticed) {
     EXPECT_TRUE(host.wasAsked());
     EXPECT_FALSE(host.wasAsked());
 
-    const PlanImport inside("inside", planOf({"<Tasks>" + taskElement("1", "<Name>&told;</Name>") + "</Tasks>", "",
-                                              "<!DOCTYPE Project [<!ENTITY told \"" + std::string(CanaryText) +
-                                                  "\">]>"}));
+    const PlanImport inside("inside",
+                            planOf({"<Tasks>" + taskElement("1", "<Name>&told;</Name>") + "</Tasks>", "",
+                                    "<!DOCTYPE Project [<!ENTITY told \"" + std::string(CanaryText) + "\">]>"}));
     EXPECT_EQ(inside.texts("title"), std::vector<std::string>{std::string(CanaryText)});
 }

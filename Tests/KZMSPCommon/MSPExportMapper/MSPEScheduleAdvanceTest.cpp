@@ -225,6 +225,53 @@ TEST(MSPEScheduleAdvance, periodsOfAnySize_endWithoutOverflow) {
     }
 }
 
+// Deliberate: a day is compared with the period at which the working day before it was begun.
+TEST(MSPEScheduleAdvance, workingDayAfterOneBegunAtALaterPeriodThanItHas_raises) {
+    MSPEScheduleCalendar calendar(utc());
+    for (const std::int64_t hour : {8, 10, 12}) {
+        calendar.addWorkingTimePeriodWeekday({hour, 0, 0, hour + 1, 0, 0}, Monday);
+    }
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, Tuesday);
+    const auto begunInTheThirdPeriod = instantAt("2012-03-05T12:00:00", utc());
+    EXPECT_RAISES(calendar.dateAdvanceByDurationForward(begunInTheThirdPeriod, 2 * Hour, Forward),
+                  MSPCInternalInconsistency, "Working day has no or too few working time periods.");
+    // One period too few passes, and the day is then begun at its first one.
+    expectAdvanced(calendar, {{"2012-03-05T10:00:00", 3 * Hour, Forward, Allowed, "2012-03-06T09:00:00"}});
+    // From Tuesday on every day is begun at its first period, and any number of periods is enough.
+    expectAdvanced(calendar, {{"2012-03-06T08:00:00", 5 * Hour, Forward, Allowed, "2012-03-13T09:00:00"}});
+    // Ended within the day, or before the failing day is reached.
+    expectAdvanced(calendar, {{"2012-03-05T12:00:00", Hour, Forward, Allowed, "2012-03-05T13:00:00"}});
+}
+
+TEST(MSPEScheduleAdvance, workingDayBeforeOneWithTwoMorePeriods_raises) {
+    MSPEScheduleCalendar calendar(utc());
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, Monday);
+    for (const std::int64_t hour : {8, 10, 12}) {
+        calendar.addWorkingTimePeriodWeekday({hour, 0, 0, hour + 1, 0, 0}, Tuesday);
+    }
+    const auto monday = instantAt("2012-03-05T09:00:00", utc());
+    EXPECT_RAISES(calendar.dateAdvanceByDurationForward(instantAt("2012-03-06T13:00:00", utc()), 4 * Hour, Backward),
+                  MSPCInternalInconsistency, "Working day has no or too few working time periods.");
+    // A walk that begins on the day with one period comes to the same two days a week later.
+    EXPECT_RAISES(calendar.dateAdvanceByDurationForward(monday, 5 * Hour, Backward), MSPCInternalInconsistency,
+                  "Working day has no or too few working time periods.");
+    expectAdvanced(calendar, {{"2012-03-05T09:00:00", 4 * Hour, Backward, Allowed, "2012-02-28T08:00:00"}});
+    calendar.addWorkingTimePeriodWeekday({10, 0, 0, 11, 0, 0}, Monday);
+    expectAdvanced(calendar, {{"2012-03-06T13:00:00", 4 * Hour, Backward, Allowed, "2012-03-05T10:00:00"}});
+}
+
+// Far more weeks than the walk steps through: the failure is met all the same.
+TEST(MSPEScheduleAdvance, workingDayWithTooFewPeriods_raisesInALongWalkToo) {
+    MSPEScheduleCalendar calendar(utc());
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, Monday);
+    for (const std::int64_t hour : {8, 10, 12}) {
+        calendar.addWorkingTimePeriodWeekday({hour, 0, 0, hour + 1, 0, 0}, Tuesday);
+    }
+    EXPECT_RAISES(calendar.dateAdvanceByDurationForward(instantAt("2012-03-05T09:00:00", utc()), 1e9, Backward),
+                  MSPCInternalInconsistency, "Working day has no or too few working time periods.");
+    EXPECT_TRUE(calendar.dateAdvanceByDurationForward(instantAt("2012-03-05T08:00:00", utc()), 1e9, Forward));
+}
+
 TEST(MSPEScheduleAdvance, periodsThatAddUpToNothing_giveNone) {
     MSPEScheduleCalendar reversed(gregorianIn("Europe/Berlin"));
     reversed.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, Monday);
@@ -233,4 +280,48 @@ TEST(MSPEScheduleAdvance, periodsThatAddUpToNothing_giveNone) {
     MSPEScheduleCalendar point(gregorianIn("Europe/Berlin"));
     point.addWorkingTimePeriodWeekday({8, 0, 0, 8, 0, 0}, Monday);
     expectAdvanced(point, {{"2012-03-05T07:00:00", 9 * Hour, Forward, Allowed, "none"}});
+}
+
+// Tuesdays work 30,201 s off and Sundays, reversed, add 30,000: 201 s are left of a week. In autumn a Sunday is met
+// twice, in spring none, and so a year and some days can add more than they work off. Still the 314 weeks to Tuesday
+// 2018-10-09 leave 93,156 - 314 * 201 = 30,042 s, the first number below 30,201: eight hours, 20 minutes and 42
+// seconds.
+TEST(MSPEScheduleAdvance, weekOfASmallSum_isWorkedOffHoweverLongItTakes) {
+    for (const auto* zone : {"Europe/Berlin", "UTC"}) {
+        MSPEScheduleCalendar calendar(gregorianIn(zone));
+        calendar.addWorkingTimePeriodWeekday({8, 0, 0, 16, 23, 21}, Tuesday);
+        calendar.addWorkingTimePeriodWeekday({16, 23, 20, 8, 3, 20}, 1);
+        expectAdvanced(calendar, {{"2012-10-02T08:00:00", 93'156, Forward, Allowed, "2018-10-09T16:20:42"}});
+    }
+}
+
+// One second a week, for 19,165 years.
+TEST(MSPEScheduleAdvance, weekOfOneSecond_isWorkedOffOverThousandsOfYears) {
+    MSPEScheduleCalendar calendar(utc());
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 1}, Monday);
+    calendar.addWorkingTimePeriodWeekday({12, 0, 0, 8, 0, 0}, Tuesday);
+    const auto monday = instantAt("2012-03-05T08:00:00", utc());
+    // After a million weeks 14,401 s are left, which that Monday has.
+    EXPECT_EQ(calendar.dateAdvanceByDurationForward(monday, 1'014'401, Forward),
+              monday + (1'000'000 * 7 * 86'400.0 + 14'401));
+    EXPECT_EQ(calendar.dateAdvanceByDurationForward(monday, 1'014'400.5, Forward),
+              monday + (1'000'000 * 7 * 86'400.0 + 14'400.5));
+}
+
+// What remains of 2^53 s, at 42,912 s a week, is worked off only beyond the dates that can be told apart.
+TEST(MSPEScheduleAdvance, reversedPeriodsInAWalkBeyondAllDates_giveNoneInFewSteps) {
+    MSPEScheduleCalendar calendar(gregorianIn("Europe/Berlin"));
+    calendar.addWorkingTimePeriodWeekday({0, 0, 0, 0, 0, 0}, Monday);
+    calendar.addWorkingTimePeriodWeekday({0, 4, 48, 0, 0, 0}, Monday);
+    calendar.addWorkingTimePeriodWeekday({13, 0, 0, 17, 0, 0}, Monday);
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 6);
+    calendar.addWorkingTimePeriodWeekday({0, 0, 0, 0, 0, 0}, 6);
+    calendar.addWorkingTimePeriodWeekday({13, 0, 0, 17, 0, 0}, 6);
+    for (const auto direction : {Forward, Backward}) {
+        for (const auto edge : {Allowed, NotAllowed}) {
+            EXPECT_EQ(calendar.dateAdvanceByDurationForwardAllowEdgeTime(MSPCInstant{1000}, 0x1p53, direction, edge),
+                      std::nullopt);
+        }
+    }
+    EXPECT_LT(calendar.stepsTaken(), 200'000);
 }

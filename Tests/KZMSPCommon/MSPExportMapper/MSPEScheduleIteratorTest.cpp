@@ -121,13 +121,3 @@ TEST_F(MSPEScheduleIteratorTest, workingDayWithoutPeriods_raisesBackward) {
     MSPEScheduleIterator iterator(calendar, monday, Forward);
     EXPECT_EQ(nextText(iterator, gregorian), "2012-03-05T00:00:00 0 0-0 0");
 }
-
-TEST_F(MSPEScheduleIteratorTest, leap_movesTheStopsToCome) {
-    MSPEScheduleIterator forward(standard, instantAt("2012-03-05T00:00:00", gregorian), Forward);
-    EXPECT_EQ(nextText(forward, gregorian), "2012-03-05T00:00:00 0 8-12 0");
-    forward.leap(14 * 86400.0);
-    EXPECT_EQ(nextText(forward, gregorian), "2012-03-19T00:00:00 1 13-17 0");
-    MSPEScheduleIterator backward(standard, instantAt("2012-03-05T00:00:00", gregorian), Backward);
-    backward.leap(7 * 86400.0);
-    EXPECT_EQ(nextText(backward, gregorian), "2012-02-27T00:00:00 1 13-17 0");
-}

@@ -90,6 +90,28 @@ TEST(MSPITimephasedSpans, thatOverlapTakeTheWorkingTimeOfTheirUnion) {
     EXPECT_EQ(merged({{1, 3, 2}, {1, 3, 2}}), (List{{1, 3, 2}}));
 }
 
+TEST(MSPITimephasedSpans, thatTouchAfterAnOverlapAddTheirDurations) {
+    EXPECT_EQ(merged({{1, 3, 9}, {2, 5, 9}, {5, 6, 0.5}, {6, 7, 0.25}}), (List{{1, 7, 4.75}}));
+    // What touched before an overlap is part of the union.
+    EXPECT_EQ(merged({{1, 3, 9}, {3, 5, 9}, {4, 6, 9}}), (List{{1, 6, 5}}));
+    EXPECT_EQ(merged({{1, 3, 9}, {2, 5, 9}, {5, 6, 9}, {5.5, 8, 9}, {8, 9, 0.5}}), (List{{1, 9, 7.5}}));
+}
+
+// Counted anew for each span, long stretches would cost as many counts as they have spans.
+TEST(MSPITimephasedSpans, countTheWorkingTimeOfAStretchOnce) {
+    std::vector<Hours> hours;
+    for (int i = 0; i < 1'000; ++i) {
+        hours.push_back({i / 500 * 10'000.0 + i, i / 500 * 10'000.0 + i + 2, 1});
+    }
+    int counts = 0;
+    const auto stretches = mergedSpans(spansOf(hours), [&counts](MSPCInstant from, MSPCInstant to) {
+        ++counts;
+        return to - from;
+    });
+    EXPECT_EQ(hoursOf(stretches), (List{{0, 501, 501}, {10'500, 11'001, 501}}));
+    EXPECT_EQ(counts, 2);
+}
+
 TEST(MSPITimephasedSpans, endWhereTheOneMergedLastEnds) {
     EXPECT_EQ(merged({{1, 9, 8}, {2, 3, 1}}), (List{{1, 3, 2}}));
     EXPECT_EQ(merged({{1, 9, 8}, {2, 3, 1}, {4, 5, 1}}), (List{{1, 3, 2}, {4, 5, 1}}));
