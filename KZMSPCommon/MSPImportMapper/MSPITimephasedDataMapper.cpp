@@ -14,14 +14,6 @@ namespace {
 // MSPDI types of timephased work of an assignment's baselines 0 to 10.
 constexpr std::array<std::int64_t, 11> baselineWorkTypes = {4, 16, 22, 28, 34, 40, 46, 52, 58, 64, 70};
 
-bool isTypeOfScenario(std::int64_t type, std::int32_t baselineNumber) {
-    if (baselineNumber < 0) {
-        return type >= 1 && type <= 3;  // remaining work, actual work, actual overtime work
-    }
-    const auto number = static_cast<std::size_t>(baselineNumber);
-    return number < baselineWorkTypes.size() && type == baselineWorkTypes[number];
-}
-
 MSPCTimeInterval assignedWorkOf(std::span<const MSPCXMLNode> assignments) {
     MSPCTimeInterval work = 0;
     for (const auto& assignment : assignments) {
@@ -44,6 +36,14 @@ void scaleToAssignedWork(MSPITimephasedSpans& spans, MSPCTimeInterval assignedWo
 }
 
 }  // namespace
+
+bool MSPIIsTimephasedTypeOfScenario(std::int64_t type, std::int32_t baselineNumber) {
+    if (baselineNumber < 0) {
+        return type >= 1 && type <= 3;  // remaining work, actual work, actual overtime work
+    }
+    const auto number = static_cast<std::size_t>(baselineNumber);
+    return number < baselineWorkTypes.size() && type == baselineWorkTypes[number];
+}
 
 std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiTask(const MSPCFields& mspTask) {
     std::vector<MSPCXMLNewElement> pieces;
@@ -99,7 +99,7 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         Error error;
         const auto type = intValueForXQuery(record, "Type", &error);
         // Deliberate: a record without a type counts in every scenario.
-        if (!error && !isTypeOfScenario(type, _mapper.baselineNumber())) {
+        if (!error && !MSPIIsTimephasedTypeOfScenario(type, _mapper.baselineNumber())) {
             continue;
         }
         const auto start = stringValueForXQuery(record, "Start").value_or("");

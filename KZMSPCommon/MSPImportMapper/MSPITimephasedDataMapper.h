@@ -10,6 +10,9 @@
 #include "MSPIObjectMapperBase.h"
 #include "MSPITimephasedSpans.h"
 
+// Whether timephased data of an MSPDI type counts in a scenario: the number of a baseline, or -1 for the plan itself.
+[[nodiscard]] bool MSPIIsTimephasedTypeOfScenario(std::int64_t type, std::int32_t baselineNumber);
+
 // Finds the stretches of an interrupted task from the timephased work of its assignments and makes one target `task`
 // of each.
 class MSPITimephasedDataMapper : public MSPIObjectMapperBase {
