@@ -17,7 +17,7 @@ namespace {
 CountedWork workOfPlan(const PlanOptions& options) {
     std::string plan;
     generatePlan(options, [&plan](std::string_view piece) { plan += piece; });
-    const auto [work, succeeded] = workOfImporting(std::move(plan));
+    const auto [work, succeeded] = ::workOfImporting(std::move(plan));
     EXPECT_TRUE(succeeded);
     return work;
 }
