@@ -136,8 +136,11 @@ MSPCTimeZone MSPCTimeZone::ofProcess(MSPCLog& log) {
 MSPCTimeZone MSPCTimeZone::ofSetting(std::optional<std::string> setting, const char* tz, MSPCLog& log,
                                      const MSPCZoneFiles& files) {
     if (!setting) {
-        log.log(tz == nullptr ? fmt::format("WARNING: No time zone in '{}'. UTC is used instead.", files.machineZone)
-                              : fmt::format("WARNING: Unknown time zone in TZ: '{}'. UTC is used instead.", tz));
+        if (tz == nullptr) {
+            log.log("WARNING: No time zone in '{}'. UTC is used instead.", files.machineZone);
+        } else {
+            log.log("WARNING: Unknown time zone in TZ: '{}'. UTC is used instead.", tz);
+        }
         return MSPCTimeZone(std::make_shared<const Rules>("UTC", 0));
     }
     std::string name = tz == nullptr ? files.machineZone : tz + (*tz == ':' ? 1 : 0);
