@@ -67,11 +67,14 @@ void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_
 }  // namespace
 
 MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
-    if (auto* const shared = _mapper.calendarSchedules().use(mspCalendar)) {
-        return newCopyOfSharedSchedule(mspCalendar, *shared);
+    auto& schedules = _mapper.calendarSchedules();
+    if (auto* const known = schedules.find(mspCalendar)) {
+        return newCopyOfSchedule(mspCalendar, *known);
     }
     _mapper.log().log("{}", logLineOf(mspCalendar, stringValueForXQuery(mspCalendar, "Name").value_or("")));
-    return newSchedule(mspCalendar, _mapper.growthBounds());
+    auto schedule = newSchedule(mspCalendar);
+    schedules.keep(mspCalendar, schedule.node());
+    return schedule;
 }
 
 MSPCMessage MSPICalendarMapper::logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const {
@@ -79,29 +82,27 @@ MSPCMessage MSPICalendarMapper::logLineOf(const MSPCXMLNode& mspCalendar, std::s
                        stringValueForXQuery(mspCalendar, "UID").value_or(""), name);
 }
 
-MSPCXMLNewElement MSPICalendarMapper::newCopyOfSharedSchedule(const MSPCXMLNode& mspCalendar,
-                                                              MSPICalendarSchedules::Shared& shared) const {
-    if (!shared.schedule) {
+MSPCXMLNewElement MSPICalendarMapper::newCopyOfSchedule(const MSPCXMLNode& mspCalendar,
+                                                        MSPICalendarSchedules::Schedule& schedule) const {
+    if (!schedule.logLine) {
         const auto name = stringValueForXQuery(mspCalendar, "Name").value_or("");
-        shared.logLine = logLineOf(mspCalendar, name);
-        shared.nameSize = name.size();
-        MSPIGrowthBounds boundsOfFirstUse;  // what its ranges make has been counted there
-        shared.schedule = newSchedule(mspCalendar, boundsOfFirstUse);
-        shared.elementCount = countOfElements(shared.schedule.node());
+        schedule.logLine = logLineOf(mspCalendar, name);
+        schedule.nameSize = name.size();
+        schedule.elementCount = countOfElements(schedule.element);
     }
-    _mapper.growthBounds().addRepeatedName(shared.nameSize);
-    _mapper.growthBounds().addScheduleElements(shared.elementCount);
-    _mapper.log().log("{}", *shared.logLine);
-    return shared.schedule.node().newCopyOf(shared.schedule.node());
+    _mapper.growthBounds().addRepeatedName(schedule.nameSize);
+    _mapper.growthBounds().addScheduleElements(schedule.elementCount);
+    _mapper.log().log("{}", *schedule.logLine);
+    return schedule.element.newCopyOf(schedule.element);
 }
 
-MSPCXMLNewElement MSPICalendarMapper::newSchedule(const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds) const {
+MSPCXMLNewElement MSPICalendarMapper::newSchedule(const MSPCXMLNode& mspCalendar) const {
     auto schedule = _mapper.newElement("schedule");
     for (auto& day : newScheduleDaysFromMSPCalendar(mspCalendar)) {
         schedule.node().appendChild(std::move(day));
     }
-    addNestedCalendar(schedule.node(), "Time Off", "no", newTimeOffEvents(mspCalendar, bounds));
-    addNestedCalendar(schedule.node(), "Overtime", "yes", newOvertimeEvents(mspCalendar, bounds));
+    addNestedCalendar(schedule.node(), "Time Off", "no", newTimeOffCalenarEventsFromMSPCalendar(mspCalendar));
+    addNestedCalendar(schedule.node(), "Overtime", "yes", newOvertimeCalenarEventsFromMSPCalendar(mspCalendar));
     return schedule;
 }
 
@@ -171,20 +172,13 @@ void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optiona
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
-    return newTimeOffEvents(mspCalendar, _mapper.growthBounds());
-}
-
-std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffEvents(const MSPCXMLNode& mspCalendar,
-                                                                    MSPIGrowthBounds& bounds) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]")) {
         if (const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod")) {
             checkNode(timePeriod, "TimePeriod");
-            addEventsOfRange({.fromDate = stringValueForXQuery(timePeriod, "FromDate"),
-                              .toDate = stringValueForXQuery(timePeriod, "ToDate"),
-                              .fromTime = std::nullopt,
-                              .toTime = std::nullopt},
-                             mspCalendar, bounds, events);
+            addEventsFromDateToDateFromTimeToTimeToCollection(stringValueForXQuery(timePeriod, "FromDate"),
+                                                              stringValueForXQuery(timePeriod, "ToDate"), std::nullopt,
+                                                              std::nullopt, events);
         }
     }
     return events;
@@ -192,11 +186,6 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffEvents(const MSPCXM
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
-    return newOvertimeEvents(mspCalendar, _mapper.growthBounds());
-}
-
-std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeEvents(const MSPCXMLNode& mspCalendar,
-                                                                     MSPIGrowthBounds& bounds) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]")) {
         const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod");
@@ -207,11 +196,9 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeEvents(const MSPCX
         const auto fromDate = stringValueForXQuery(timePeriod, "FromDate");
         const auto toDate = stringValueForXQuery(timePeriod, "ToDate");
         for (const auto& workingTime : nodesForXQuery(exception, "WorkingTimes/WorkingTime")) {
-            addEventsOfRange({.fromDate = fromDate,
-                              .toDate = toDate,
-                              .fromTime = stringValueForXQuery(workingTime, "FromTime"),
-                              .toTime = stringValueForXQuery(workingTime, "ToTime")},
-                             mspCalendar, bounds, events);
+            addEventsFromDateToDateFromTimeToTimeToCollection(fromDate, toDate,
+                                                              stringValueForXQuery(workingTime, "FromTime"),
+                                                              stringValueForXQuery(workingTime, "ToTime"), events);
         }
     }
     return events;
@@ -221,13 +208,6 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const std::optional<std::string>& fromDate, const std::optional<std::string>& toDate,
     const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
     std::vector<MSPCXMLNewElement>& collection) const {
-    MSPIGrowthBounds boundsOfRange;
-    addEventsOfRange({fromDate, toDate, fromTime, toTime}, {}, boundsOfRange, collection);
-}
-
-void MSPICalendarMapper::addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds,
-                                          std::vector<MSPCXMLNewElement>& collection) const {
-    const auto& [fromDate, toDate, fromTime, toTime] = range;
     const auto& conversions = _mapper.conversions();
     if (isAbsent(fromDate) || isAbsent(toDate)) {
         return;  // the other date is not looked at, however odd it is
@@ -242,7 +222,7 @@ void MSPICalendarMapper::addEventsOfRange(const Range& range, const MSPCXMLNode&
     const auto firstDay = written.instantFrom(*fromDay).value_or(MSPCInstant{});
     const auto lastDay = written.instantFrom(*toDay).value_or(MSPCInstant{});
     const auto days = written.wholeDaysBetween(firstDay, lastDay) + 1;
-    if (days > 0 && !bounds.addEventsOfRange(mspCalendar, saturdaysWithin(written.weekdayOf(firstDay), days - 1))) {
+    if (days > 0 && !_mapper.growthBounds().addEventsOfRange(saturdaysWithin(written.weekdayOf(firstDay), days - 1))) {
         throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
     }
     const auto startTime = conversions.mspdiToTimeOfDay(isAbsent(fromTime) ? "00:00:00" : *fromTime);

@@ -1,11 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
-
-#include "MSPCXMLNode.h"
-
-class MSPEScheduleCalendar;
 
 // Bounds for what a small plan could make a document grow to: a name that thousands of elements refer to, a calendar
 // that each resource has, a day off of thousands of years. Far above what plans hold, far below what fills a machine.
@@ -17,9 +12,9 @@ public:
     // `MSPCInternalInconsistency` "Too many working times and calendar events in all schedules together: more than
     // 10000000." above that number.
     void addScheduleElements(std::uint64_t count);
-    // Events that a range of days of that calendar makes beyond its first one; they are elements of schedules too.
-    // Answers false, and counts nothing, where the ranges of this one calendar would come to more than a million.
-    [[nodiscard]] bool addEventsOfRange(const MSPCXMLNode& mspCalendar, std::uint64_t count);
+    // Events that a range of days makes beyond its first one; they are elements of schedules too. Answers false, and
+    // counts nothing, where the range alone has more than may be.
+    [[nodiscard]] bool addEventsOfRange(std::uint64_t count);
     // Bytes of a text that is copied once more. Raises `MSPCInternalInconsistency` "Too much text in repeated names:
     // more than 1073741824 bytes." above that number.
     void addRepeatedText(std::uint64_t bytes);
@@ -36,22 +31,14 @@ public:
     // elements." above that number.
     void addRepeatedLooks(std::uint64_t count);
 
-    // Working times of the project's own week, all of which count for every stretch of split work. Raises
-    // `MSPCInternalInconsistency` "Too many working times in the project's week: more than 10080." above one per
-    // minute.
-    static void checkWorkingTimesOfWeek(const MSPEScheduleCalendar& calendar);
-
     static constexpr std::uint64_t MostScheduleElements = 10'000'000;
-    static constexpr std::uint64_t MostEventsOfRanges = 1'000'000;
     static constexpr std::uint64_t LongestFreeName = 256;
     static constexpr std::uint64_t MostRepeatedText = std::uint64_t{1} << 30U;
     static constexpr std::uint64_t MostRepeatedPieces = 1'000'000;
     static constexpr std::uint64_t MostRepeatedLooks = 10'000;
-    static constexpr std::int64_t MostWorkingTimesOfWeek = 10'080;
 
 private:
     std::uint64_t _scheduleElements = 0;
-    std::map<MSPCXMLNode, std::uint64_t> _eventsOfRanges;  // by calendar
     std::uint64_t _repeatedText = 0;
     std::uint64_t _repeatedPieces = 0;
     std::uint64_t _repeatedLooks = 0;
