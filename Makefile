@@ -40,8 +40,7 @@ FUZZ_SECONDS ?= 60
 FUZZ_SEED ?=
 .PHONY: fuzz
 fuzz: deps
-	@tools/install-dependencies clang libclang-rt-14-dev dpkg-dev xz-utils
-	@tools/build-fuzz-libraries build-fuzz/libraries
+	@tools/install-dependencies clang libclang-rt-14-dev
 	cmake --preset fuzz
 	cmake --build --preset fuzz
 	FUZZ_SEED="$(FUZZ_SEED)" tools/fuzz "$(FUZZ_SECONDS)"
