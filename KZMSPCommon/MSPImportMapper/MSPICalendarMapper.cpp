@@ -176,9 +176,11 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMS
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]")) {
         if (const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod")) {
             checkNode(timePeriod, "TimePeriod");
-            addEventsFromDateToDateFromTimeToTimeToCollection(stringValueForXQuery(timePeriod, "FromDate"),
-                                                              stringValueForXQuery(timePeriod, "ToDate"), std::nullopt,
-                                                              std::nullopt, events);
+            addEventsOfRange({.fromDate = stringValueForXQuery(timePeriod, "FromDate"),
+                              .toDate = stringValueForXQuery(timePeriod, "ToDate"),
+                              .fromTime = std::nullopt,
+                              .toTime = std::nullopt},
+                             mspCalendar, events);
         }
     }
     return events;
@@ -196,9 +198,11 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromM
         const auto fromDate = stringValueForXQuery(timePeriod, "FromDate");
         const auto toDate = stringValueForXQuery(timePeriod, "ToDate");
         for (const auto& workingTime : nodesForXQuery(exception, "WorkingTimes/WorkingTime")) {
-            addEventsFromDateToDateFromTimeToTimeToCollection(fromDate, toDate,
-                                                              stringValueForXQuery(workingTime, "FromTime"),
-                                                              stringValueForXQuery(workingTime, "ToTime"), events);
+            addEventsOfRange({.fromDate = fromDate,
+                              .toDate = toDate,
+                              .fromTime = stringValueForXQuery(workingTime, "FromTime"),
+                              .toTime = stringValueForXQuery(workingTime, "ToTime")},
+                             mspCalendar, events);
         }
     }
     return events;
@@ -208,6 +212,12 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const std::optional<std::string>& fromDate, const std::optional<std::string>& toDate,
     const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
     std::vector<MSPCXMLNewElement>& collection) const {
+    addEventsOfRange({fromDate, toDate, fromTime, toTime}, {}, collection);
+}
+
+void MSPICalendarMapper::addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar,
+                                          std::vector<MSPCXMLNewElement>& collection) const {
+    const auto& [fromDate, toDate, fromTime, toTime] = range;
     const auto& conversions = _mapper.conversions();
     if (isAbsent(fromDate) || isAbsent(toDate)) {
         return;  // the other date is not looked at, however odd it is
@@ -222,7 +232,8 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const auto firstDay = written.instantFrom(*fromDay).value_or(MSPCInstant{});
     const auto lastDay = written.instantFrom(*toDay).value_or(MSPCInstant{});
     const auto days = written.wholeDaysBetween(firstDay, lastDay) + 1;
-    if (days > 0 && !_mapper.growthBounds().addEventsOfRange(saturdaysWithin(written.weekdayOf(firstDay), days - 1))) {
+    if (days > 0 &&
+        !_mapper.growthBounds().addEventsOfRange(mspCalendar, saturdaysWithin(written.weekdayOf(firstDay), days - 1))) {
         throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
     }
     const auto startTime = conversions.mspdiToTimeOfDay(isAbsent(fromTime) ? "00:00:00" : *fromTime);

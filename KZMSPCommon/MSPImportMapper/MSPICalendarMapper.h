@@ -46,11 +46,11 @@ public:
     // day in the range at `fromTime` to its last day at `toTime`, wall clock. Dates are MSPDI date-times whose time of
     // day plays no part in the events; times are MSPDI times, 00:00:00 and 23:59:59 where absent or empty. Nothing
     // happens when a date is absent or empty, whatever the other one is, or when the range ends a day or more before it
-    // begins. Thursday 2010-01-07 to Tuesday
-    // 2010-01-12 gives Thursday 00:00:00 to Saturday 23:59:59 and Sunday 00:00:00 to Tuesday 23:59:59. Raises
-    // `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to '<toDate>'." when the range touches
-    // more than 10,000,001 weeks, as many as 191,000 years have. Days are counted and stepped as they are written; a
-    // start or end that a change of the clocks skips or repeats is that of `MSPCTimeZone::instantFromWallClock`.
+    // begins. Thursday 2010-01-07 to Tuesday 2010-01-12 gives Thursday 00:00:00 to Saturday 23:59:59 and Sunday
+    // 00:00:00 to Tuesday 23:59:59. Raises `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to
+    // '<toDate>'." when the ranges of one calendar come to more than 1,000,000 weeks in all scenarios, as many as
+    // 19,000 years have. Days are counted and stepped as they are written; a start or end that a change of the clocks
+    // skips or repeats is that of `MSPCTimeZone::instantFromWallClock`.
     void addEventsFromDateToDateFromTimeToTimeToCollection(const std::optional<std::string>& fromDate,
                                                            const std::optional<std::string>& toDate,
                                                            const std::optional<std::string>& fromTime,
@@ -64,10 +64,17 @@ public:
     [[nodiscard]] std::optional<std::string> makeScheduleEndFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
 private:
+    // A range of days, and the times at which it begins and ends, as the plan has them.
+    struct Range {
+        std::optional<std::string> fromDate, toDate, fromTime, toTime;
+    };
+
     [[nodiscard]] MSPCXMLNewElement newCopyOfSchedule(const MSPCXMLNode& mspCalendar,
                                                       MSPICalendarSchedules::Schedule& schedule) const;
     [[nodiscard]] MSPCMessage logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const;
     [[nodiscard]] MSPCXMLNewElement newSchedule(const MSPCXMLNode& mspCalendar) const;
+    void addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar,
+                          std::vector<MSPCXMLNewElement>& collection) const;
     [[nodiscard]] std::vector<MSPCXMLNewElement> newDefaultScheduleDays() const;
     [[nodiscard]] MSPCXMLNewElement newScheduleDay(std::int64_t weekday) const;
     void addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,

@@ -13,10 +13,15 @@ void MSPIGrowthBounds::addScheduleElements(std::uint64_t count) {
     _scheduleElements += count;
 }
 
-bool MSPIGrowthBounds::addEventsOfRange(std::uint64_t count) {
-    if (count > MostScheduleElements) {
+bool MSPIGrowthBounds::addEventsOfRange(const MSPCXMLNode& mspCalendar, std::uint64_t count) {
+    if (count == 0) {
+        return true;
+    }
+    auto& ofCalendar = _eventsOfRanges[mspCalendar];
+    if (count > MostEventsOfRanges - ofCalendar) {
         return false;
     }
+    ofCalendar += count;
     addScheduleElements(count);
     return true;
 }

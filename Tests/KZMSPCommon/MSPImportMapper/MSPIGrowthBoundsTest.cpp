@@ -7,6 +7,7 @@
 
 #include "ExpectRaises.h"
 #include "MSPCException.h"
+#include "MappingFixture.h"
 
 namespace {
 
@@ -32,19 +33,23 @@ TEST(MSPIGrowthBounds, aGigabyteOfRepeatedTextIsAllowedOneByteMoreIsNot) {
     EXPECT_RAISES(bounds.addRepeatedText(1), MSPCInternalInconsistency, tooMuchText);
 }
 
-TEST(MSPIGrowthBounds, eventsOfRangesAreElementsOfSchedules) {
+TEST(MSPIGrowthBounds, aMillionEventsOfTheRangesOfOneCalendarAreAllowedOneMoreIsNot) {
+    const auto plan = documentFromXML("<Calendars><Calendar/><Calendar/></Calendars>");
+    const auto calendar = plan.root().firstChild();
     MSPIGrowthBounds bounds;
-    EXPECT_TRUE(bounds.addEventsOfRange(9'999'999));
-    EXPECT_TRUE(bounds.addEventsOfRange(0));
-    bounds.addScheduleElements(1);
-    EXPECT_RAISES(static_cast<void>(bounds.addEventsOfRange(1)), MSPCInternalInconsistency, tooManyElements);
+    EXPECT_TRUE(bounds.addEventsOfRange(calendar, 999'999));
+    EXPECT_TRUE(bounds.addEventsOfRange(calendar, 1));
+    EXPECT_TRUE(bounds.addEventsOfRange(calendar, 0));
+    EXPECT_FALSE(bounds.addEventsOfRange(calendar, 1));
+    EXPECT_TRUE(bounds.addEventsOfRange(calendar.nextSibling(), 1'000'000));
+    EXPECT_FALSE(bounds.addEventsOfRange(calendar.nextSibling(), std::numeric_limits<std::uint64_t>::max()));
 }
 
-TEST(MSPIGrowthBounds, aRangeThatAloneHasTooManyEventsIsToldAndNotCounted) {
+TEST(MSPIGrowthBounds, eventsOfRangesAreElementsOfSchedules) {
     MSPIGrowthBounds bounds;
-    EXPECT_FALSE(bounds.addEventsOfRange(10'000'001));
-    EXPECT_FALSE(bounds.addEventsOfRange(std::numeric_limits<std::uint64_t>::max()));
-    EXPECT_TRUE(bounds.addEventsOfRange(10'000'000));
+    EXPECT_TRUE(bounds.addEventsOfRange({}, 1'000'000));
+    bounds.addScheduleElements(9'000'000);
+    EXPECT_RAISES(bounds.addScheduleElements(1), MSPCInternalInconsistency, tooManyElements);
 }
 
 TEST(MSPIGrowthBounds, namesCountAsTextOnceTheyAreLongerThanWhatAsksForThem) {
