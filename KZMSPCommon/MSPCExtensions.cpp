@@ -85,8 +85,7 @@ std::optional<MSPCXMLDocument> loadedDocument(const MSPCURL& url, MSPCXMLContent
     std::optional<MSPCXMLRepair> repair;
     auto document = MSPCXMLDocument::read(std::move(*bytes), content, "Project", &repair, readFile);
     if (document && repair) {
-        log.log(fmt::format("WARNING: Repaired malformed XML in '{}' at line {}: {}", url.path(), repair->line,
-                            repair->message));
+        log.log("WARNING: Repaired malformed XML in '{}' at line {}: {}", url.path(), repair->line, repair->message);
     }
     return document;
 }

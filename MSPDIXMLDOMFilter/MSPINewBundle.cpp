@@ -59,8 +59,7 @@ void MSPINewBundle::write(const MSPCXMLDocument& document, std::string_view file
         throw KZMPPImporterException(fmt::format("Failed to write '{}': {}", path, *failure));
     }
     if (replacedCount > 0) {
-        _services.log.log(
-            fmt::format("WARNING: Replaced {} characters that XML cannot hold in '{}'.", replacedCount, path));
+        _services.log.log("WARNING: Replaced {} characters that XML cannot hold in '{}'.", replacedCount, path);
     }
 }
 
@@ -73,10 +72,9 @@ void MSPINewBundle::appear() {
         // Somebody took the name since it was found free.
         advance();
         _folder->setPath(path());
-        _services.log.log(fmt::format("Output: '{}'", path()));
+        _services.log.log("Output: '{}'", path());
     }
     if (const auto remains = _folder->remainsOfReplaced(); !remains.empty()) {
-        _services.log.log(
-            fmt::format("WARNING: Failed to remove all of the document that was replaced: '{}' is left.", remains));
+        _services.log.log("WARNING: Failed to remove all of the document that was replaced: '{}' is left.", remains);
     }
 }

@@ -67,6 +67,7 @@ public:
     ~FindingsOfImport() {
         _info.baselines.reset();
         _info.index.reset();
+        _info.growthBounds.reset();
     }
     FindingsOfImport(const FindingsOfImport&) = delete;
     FindingsOfImport& operator=(const FindingsOfImport&) = delete;
@@ -105,8 +106,7 @@ bool MSPIXMLImporter::importFromMspdiURLToKdzxBundleURL(const std::optional<MSPC
         checkDestination(destination);
         return importChecked(*source, *destination);
     } catch (const MSPCException& exception) {
-        _services.log.log(
-            fmt::format("Exception: {}\n{}\n{}", exception.name(), exception.reason(), exception.userInfo()));
+        _services.log.log("Exception: {}\n{}\n{}", exception.name(), exception.message(), exception.userInfo());
         return false;
     } catch (const std::bad_alloc&) {
         // A plan that does not fit into the memory is no reason to let the other plans of a list down. By now all that
@@ -119,8 +119,8 @@ bool MSPIXMLImporter::importFromMspdiURLToKdzxBundleURL(const std::optional<MSPC
 bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destination) {
     MSPINewBundle bundle(_info, _services, destination);
     _services.log.log("MSPIXMLImporter: Importing XML (MSPDI) file to KZ 2 document bundle...");
-    _services.log.log(fmt::format("Input:  '{}'", source.path()));
-    _services.log.log(fmt::format("Output: '{}'", bundle.path()));
+    _services.log.log("Input:  '{}'", source.path());
+    _services.log.log("Output: '{}'", bundle.path());
     bundle.copyTemplate();
     // From here on the bundle counts; nothing is rolled back.
     bool isFilled = false;
@@ -138,6 +138,7 @@ bool MSPIXMLImporter::fillBundle(const MSPCURL& source, MSPINewBundle& bundle) {
     auto documents = loadDocuments(source, bundle);
     const FindingsOfImport findings(_info);
     _info.index = std::make_shared<MSPIProjectIndex>(documents.mspdi.root());
+    _info.growthBounds = std::make_shared<MSPIGrowthBounds>();
     if (!importScenario(std::nullopt, documents, bundle)) {
         return false;
     }

@@ -91,6 +91,6 @@ void MSPCNameLock::readNote() {
 void MSPCNameLock::note(const char* item) const noexcept {
     // An aid for the next run; without it what a kill leaves is only not cleaned up.
     if (_file.isOpen() && ::ftruncate(_file.number(), 0) == 0) {
-        static_cast<void>(::pwrite(_file.number(), item, std::strlen(item), 0));
+        [[maybe_unused]] const auto written = ::pwrite(_file.number(), item, std::strlen(item), 0);
     }
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <limits>
@@ -29,12 +30,59 @@ constexpr std::int64_t secondsAtStartOf(int year) {
 
 // Older than the first change of any zone; what lies before has the same offset.
 constexpr std::int64_t FirstLookup = secondsAtStartOf(1700);
-// Every zone follows its final rule for the 400 years before; what lies behind is answered by the cycle.
-constexpr std::int64_t EndOfLookups = secondsAtStartOf(2500);
+// From 2100 on every zone follows its final rule, by which the changes of a year depend on nothing but its first
+// weekday and whether it is a leap year. The 28 years from 2101 on have them all and stand for the later ones, so that
+// no more is asked of the zone database, however far ahead the dates of a plan lie.
+constexpr int FirstYearOfRules = 2100;
+constexpr int FirstYearOfPatterns = 2101;
+constexpr int YearAfterPatterns = 2129;
+constexpr std::int64_t EndOfLookups = secondsAtStartOf(YearAfterPatterns);
 
-// How far a time is folded back by whole cycles to come before the end of the look-ups.
-std::int64_t cyclesShift(std::int64_t seconds) {
-    return seconds < EndOfLookups ? 0 : ((seconds - EndOfLookups) / GregorianCycle + 1) * GregorianCycle;
+constexpr int yearOf(std::int64_t seconds) {
+    using namespace std::chrono;
+    return static_cast<int>(year_month_day(floor<days>(sys_seconds(std::chrono::seconds(seconds)))).year());
+}
+
+constexpr bool haveSamePattern(int year, int other) {
+    using std::chrono::year_month_day;
+    const auto firstWeekday = [](int number) {
+        return std::chrono::weekday(std::chrono::sys_days(std::chrono::year(number) / std::chrono::January / 1));
+    };
+    return std::chrono::year(year).is_leap() == std::chrono::year(other).is_leap() &&
+           firstWeekday(year) == firstWeekday(other);
+}
+
+// For each year of a cycle the first one that has its pattern.
+constexpr auto PatternYears = [] {
+    std::array<int, 400> years{};
+    for (int year = YearAfterPatterns; year < YearAfterPatterns + 400; ++year) {
+        auto pattern = FirstYearOfPatterns;
+        while (!haveSamePattern(year, pattern)) {
+            ++pattern;
+        }
+        years[static_cast<std::size_t>(year - YearAfterPatterns)] = pattern;
+    }
+    return years;
+}();
+
+// The time in a year before the end of the look-ups that stands for another time: how far it is folded back, and the
+// bounds within which it stands for it.
+struct Folded {
+    std::int64_t seconds;
+    std::int64_t shift = 0;
+    std::int64_t begin = std::numeric_limits<std::int64_t>::min();
+    std::int64_t end = std::numeric_limits<std::int64_t>::max();
+};
+
+Folded folded(std::int64_t seconds) {
+    if (seconds < EndOfLookups) {
+        return {seconds};
+    }
+    const auto cycles = (seconds - EndOfLookups) / GregorianCycle * GregorianCycle;
+    const auto year = yearOf(seconds - cycles);
+    const auto pattern = PatternYears[static_cast<std::size_t>(year - YearAfterPatterns)];
+    const auto shift = cycles + secondsAtStartOf(year) - secondsAtStartOf(pattern);
+    return {seconds - shift, shift, secondsAtStartOf(pattern), secondsAtStartOf(pattern + 1)};
 }
 
 // What is asked of the zone database at once. A plan's dates lie close together.
@@ -136,8 +184,11 @@ MSPCTimeZone MSPCTimeZone::ofProcess(MSPCLog& log) {
 MSPCTimeZone MSPCTimeZone::ofSetting(std::optional<std::string> setting, const char* tz, MSPCLog& log,
                                      const MSPCZoneFiles& files) {
     if (!setting) {
-        log.log(tz == nullptr ? fmt::format("WARNING: No time zone in '{}'. UTC is used instead.", files.machineZone)
-                              : fmt::format("WARNING: Unknown time zone in TZ: '{}'. UTC is used instead.", tz));
+        if (tz == nullptr) {
+            log.log("WARNING: No time zone in '{}'. UTC is used instead.", files.machineZone);
+        } else {
+            log.log("WARNING: Unknown time zone in TZ: '{}'. UTC is used instead.", tz);
+        }
         return MSPCTimeZone(std::make_shared<const Rules>("UTC", 0));
     }
     std::string name = tz == nullptr ? files.machineZone : tz + (*tz == ':' ? 1 : 0);
@@ -150,34 +201,34 @@ const std::string& MSPCTimeZone::name() const {
 
 std::int64_t MSPCTimeZone::secondsFromGMT(MSPCInstant instant) const {
     const auto seconds = MSPCWholeSeconds(instant);
-    return _rules->stretchAt(seconds - cyclesShift(seconds)).offset;
+    return _rules->stretchAt(folded(seconds).seconds).offset;
 }
 
 std::int64_t MSPCTimeZone::daylightSavingOffset(MSPCInstant instant) const {
     const auto seconds = MSPCWholeSeconds(instant);
-    return _rules->stretchAt(seconds - cyclesShift(seconds)).daylightSaving;
+    return _rules->stretchAt(folded(seconds).seconds).daylightSaving;
 }
 
 MSPCTimeSpan MSPCTimeZone::steadySpanAt(MSPCInstant instant) const {
     constexpr auto unbounded = std::numeric_limits<double>::infinity();
-    const auto seconds = MSPCWholeSeconds(instant);
-    const auto shift = cyclesShift(seconds);
-    const auto& stretch = _rules->stretchAt(seconds - shift);
-    const auto shifted = [shift](std::int64_t bound) {
-        return static_cast<double>(bound) + static_cast<double>(shift);
+    const auto time = folded(MSPCWholeSeconds(instant));
+    const auto& stretch = _rules->stretchAt(time.seconds);
+    const auto unfolded = [&time](std::int64_t bound) {
+        return static_cast<double>(bound) + static_cast<double>(time.shift);
     };
-    return {{stretch.start == std::numeric_limits<std::int64_t>::min() ? -unbounded : shifted(stretch.start)},
-            {stretch.end == std::numeric_limits<std::int64_t>::max() ? unbounded : shifted(stretch.end)}};
+    return {{stretch.start == std::numeric_limits<std::int64_t>::min() ? -unbounded
+                                                                       : unfolded(std::max(stretch.start, time.begin))},
+            {stretch.end == std::numeric_limits<std::int64_t>::max() ? unbounded
+                                                                     : unfolded(std::min(stretch.end, time.end))}};
 }
 
 MSPCInstant MSPCTimeZone::startOfCycles() {
-    return {static_cast<double>(EndOfLookups - ::GregorianCycle)};
+    return {static_cast<double>(secondsAtStartOf(FirstYearOfRules))};
 }
 
 MSPCInstant MSPCTimeZone::instantFromWallClock(std::int64_t wallClockSeconds) const {
     const auto reachable = std::clamp(wallClockSeconds, -MSPCFarthestSecond, MSPCFarthestSecond);
-    const auto shift = cyclesShift(reachable);
-    const auto wallClock = reachable - shift;
+    const auto [wallClock, shift, begin, end] = folded(reachable);
     // Offsets are not larger, so this stretch, or one before it, is the last that can show the time. The later of two
     // stretches that show it is met first; a time that none shows lies behind the end of the one returned.
     const MSPCZoneStretch* stretch = &_rules->stretchAt(wallClock + FarthestOffset);

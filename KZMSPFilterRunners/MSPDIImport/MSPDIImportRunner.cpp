@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -23,7 +24,7 @@ int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
     try {
         importAll(MSPDIParseArguments(arguments));
     } catch (const MSPCException& exception) {
-        _services.log.log(fmt::format("Exception: {}\n{}", exception.name(), exception.reason()));
+        _services.log.log("Exception: {}\n{}", exception.name(), exception.message());
     } catch (const std::bad_alloc&) {
         _services.log.log("Exception: std::bad_alloc\nNot enough memory.");
         _lastResult = false;
@@ -37,7 +38,7 @@ int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
 
 void MSPDIImportRunner::bringToDisk() {
     if (const auto failure = _services.fileSystem.synchronize(_outputFolders)) {
-        _services.log.log(fmt::format("WARNING: Failed to bring the bundles to the disk: {}", *failure));
+        _services.log.log("WARNING: Failed to bring the bundles to the disk: {}", *failure);
         _lastResult = false;
     }
 }
@@ -49,9 +50,12 @@ void MSPDIImportRunner::readSettings() {
 
 void MSPDIImportRunner::importAll(const MSPDIImportArguments& arguments) {
     const auto templateURL = checkedTemplateURL(arguments.templatePath);
-    _services.log.log(fmt::format("KDZX Template URL: '{}'", templateURL.absoluteString()));
+    _services.log.log("KDZX Template URL: '{}'", templateURL.absoluteString());
     const auto entries = inputFiles(arguments);
     MSPDICheckInputFiles(entries);
+    if (std::ranges::none_of(entries, MSPDIIsInputEntry)) {
+        _services.log.log("WARNING: Nothing to import: '{}' names no plan.", arguments.inputPath.value_or(""));
+    }
     for (const auto& entry : entries) {
         if (MSPDIIsInputEntry(entry)) {
             importEntry(entry, templateURL, arguments);
@@ -75,7 +79,7 @@ std::vector<std::string> MSPDIImportRunner::inputFiles(const MSPDIImportArgument
         return listedInputFiles(arguments);
     }
     const auto& inputFile = *arguments.inputPath;
-    _services.log.log(fmt::format("### Import single file: \"{}\"", inputFile));
+    _services.log.log("### Import single file: \"{}\"", inputFile);
     return {inputFile};
 }
 
@@ -88,7 +92,7 @@ std::vector<std::string> MSPDIImportRunner::listedInputFiles(const MSPDIImportAr
     auto lines = MSPDIReadInputList(path, _services.fileSystem);
     for (const auto& line : lines) {
         if (MSPDIIsInputEntry(line)) {
-            _services.log.log(fmt::format("    \"{}\"", line));
+            _services.log.log("    \"{}\"", line);
         }
     }
     return lines;
@@ -99,12 +103,12 @@ void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& tem
     const auto checkedPath = checkedInputPath(entry);
     const auto inputPath = _services.fileSystem.absolutePath(checkedPath);
     const auto source = MSPCURL::fileURL(inputPath, false);
-    _services.log.log(fmt::format("### Import from URL: '{}'", source.absoluteString()));
+    _services.log.log("### Import from URL: '{}'", source.absoluteString());
 
     const auto folder = MSPDIOutputFolder(checkedPath, arguments.outputFolder, _services.fileSystem);
     const auto bundlePath = MSPDIBundlePath(folder, inputPath, _includesInputExtension);
     const auto destination = MSPCURL::fileURL(bundlePath, true);
-    _services.log.log(fmt::format("### Write to URL (bundle): '{}'", destination.absoluteString()));
+    _services.log.log("### Write to URL (bundle): '{}'", destination.absoluteString());
 
     _outputFolders.insert(folder);
     MSPIImportInfo info;
@@ -113,7 +117,7 @@ void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& tem
     info.replacesOldBundle = _overwritesTarget && mayBeReplaced(bundlePath, templateURL.path(), inputPath);
     info.bundleNumbers = _bundleNumbers;
     _lastResult = _importFile(info, _services, source, destination);
-    _services.log.log(fmt::format("### Importer {}.", _lastResult ? "SUCCEEDED" : "FAILED"));
+    _services.log.log("### Importer {}.", _lastResult ? "SUCCEEDED" : "FAILED");
 }
 
 std::string MSPDIImportRunner::checkedInputPath(const std::string& entry) const {

@@ -26,6 +26,9 @@ using MSPDIFileImport = std::function<bool(const MSPIImportInfo&, const MSPCServ
 // `OverwriteFilterTarget` lets the new bundle replace an existing destination, unless that would take the template or
 // the input away. Both are off when absent.
 //
+// Where neither the list nor the argument names a plan (it is empty, or there are only comments) no import runs, and
+// the log says "WARNING: Nothing to import: '<argument>' names no plan.".
+//
 // The first failed check ends the run with the log line "Exception: <name>\n<reason>". A failed import does not: the
 // run goes on with the next file. Foreign exceptions pass, after everything that the run holds has been released.
 // When all files are done, what was written is brought to the disk, once for the whole run. Where that fails the log

@@ -30,8 +30,8 @@ constexpr auto copyFailure =
     "Exception: KZMPPImporterException\n"
     "MSPIMPPImporter importFromMppURL:toKdzxBundleURL:Failed to copy KZ2 Template bundle to destination directory.\n";
 
-// One import of /in/Plan.xml into /out/Plan.kdzx with a mapping that writes the scenario's name into its document and an
-// entry into the table of contents, for the actual scenario and `baselinesWithData`.
+// One import of /in/Plan.xml into /out/Plan.kdzx with a mapping that writes the scenario's name into its document and
+// an entry into the table of contents, for the actual scenario and `baselinesWithData`.
 class MSPIXMLImporterTest : public testing::Test {
 protected:
     MSPIXMLImporterTest() {
@@ -222,7 +222,10 @@ TEST_F(MSPIXMLImporterTest, aNameThatAnotherRunTakesMeanwhileIsLeftToIt) {
     class RacingLog final : public MSPCLog {
     public:
         explicit RacingLog(InMemoryFileSystem& files) : _files(files) {}
-        void log(std::string_view message) override {
+        std::vector<std::string> outputs;
+
+    protected:
+        void write(std::string_view message) override {
             if (message == "Output: '/out/Plan.kdzx'") {
                 _files.addFile("/out/Plan.kdzx/Actual.xml", "another run's");
             }
@@ -230,7 +233,6 @@ TEST_F(MSPIXMLImporterTest, aNameThatAnotherRunTakesMeanwhileIsLeftToIt) {
                 outputs.emplace_back(message);
             }
         }
-        std::vector<std::string> outputs;
 
     private:
         InMemoryFileSystem& _files;

@@ -192,10 +192,11 @@ TEST_F(MSPDIImportRunnerTest, importsTheSameFromAListWithOtherLineEnds) {
     }
 }
 
-TEST_F(MSPDIImportRunnerTest, listOfCommentsOnlyImportsNothing) {
+TEST_F(MSPDIImportRunnerTest, listOfCommentsOnlyImportsNothingAndSaysSo) {
     for (const auto* list : {"", "\n\n", ":: one\n::two"}) {
         EXPECT_EQ(runList(list), 1);
-        EXPECT_EQ(log.takeLines(), (Lines{start, templateLine, "### Import files from the list:"}));
+        EXPECT_EQ(log.takeLines(), (Lines{start, templateLine, "### Import files from the list:",
+                                          "WARNING: Nothing to import: '/list' names no plan."}));
         EXPECT_TRUE(asked.empty());
     }
 }
@@ -221,9 +222,20 @@ TEST_F(MSPDIImportRunnerTest, listFileMustBeReadable) {
 
 TEST_F(MSPDIImportRunnerTest, skipsASingleFileThatLooksLikeAComment) {
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "::a.xml"}),
-              (Lines{start, templateLine, "### Import single file: \"::a.xml\""}));
-    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", ""}),
-              (Lines{start, templateLine, "### Import single file: \"\""}));
+              (Lines{start, templateLine, "### Import single file: \"::a.xml\"",
+                     "WARNING: Nothing to import: '::a.xml' names no plan."}));
+    EXPECT_EQ(
+        linesOfFailure({"x", "--template-path", "/T.kdzx", ""}),
+        (Lines{start, templateLine, "### Import single file: \"\"", "WARNING: Nothing to import: '' names no plan."}));
+}
+
+TEST_F(MSPDIImportRunnerTest, emptyPathsHaveAReason) {
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "", "/in/a.xml"}).back(),
+              "Exception: CommandLineArgumentException\nTemplate is not a valid KDZX doc folder: ''");
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "--input-list", ""}).back(),
+              "Exception: FileNotFoundException\nInput list not found or it is a directory: ");
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "/in/a.xml", ""}).back(),
+              "Exception: FileNotFoundException\nOutput directoty not found: ");
 }
 
 TEST_F(MSPDIImportRunnerTest, entryThatIsNoXMLEndsTheRun) {
@@ -416,6 +428,5 @@ TEST_F(MSPDIImportRunnerTest, bringsTheFoldersOfAllImportsToTheDiskOnceAtTheEnd)
 TEST_F(MSPDIImportRunnerTest, hasNotSucceededWhenTheDiskFailsAtTheEnd) {
     files.failAlways("synchronize", "'/out': Input/output error");
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 1);
-    EXPECT_EQ(log.takeLines().back(),
-              "WARNING: Failed to bring the bundles to the disk: '/out': Input/output error");
+    EXPECT_EQ(log.takeLines().back(), "WARNING: Failed to bring the bundles to the disk: '/out': Input/output error");
 }
