@@ -4,7 +4,7 @@
 #include "MSPCTextScanner.h"
 #include "MSPDIConditions.h"
 #include "MSPDIValues.h"
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "MSPDIValues.h"
 #include "MSPITaskTree.h"
 #include "MSPITimephasedDataMapper.h"
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include "MSPCTextScanner.h"
 #include "MSPDITaskView.h"
 #include "MSPDIValues.h"
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "MSPCPath.h"
 #include "MSPIAssignmentMapper.h"
 #include "MSPICalendarMapper.h"
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Text.h"
 #include "MSPIKdzxNamespace.h"
 #include "MSPIResourceMapper.h"
 #include "MSPISubject.h"

@@ -6,7 +6,7 @@
 #include "MSPCInstantText.h"
 #include "MSPCTextScanner.h"
 #include "MSPEDateExtensions.h"
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Text.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "MSPCException.h"
 #include "MSPCTextScanner.h"
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Text.h"
 #include "MSPIUtilities.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include "FuzzWorld.h"
 #include "MSPCException.h"
 #include "MSPCTextScanner.h"
-#include "MSPIISO8601Patterns.h"
-#include "MSPIISO8601Scanner.h"
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Patterns.h"
+#include "MSPCISO8601Scanner.h"
+#include "MSPCISO8601Text.h"
 #include "MSPIUtilities.h"
 
 namespace {

@@ -57,7 +57,7 @@ std::string withoutComments(const std::string& source) {
 const std::map<std::string, std::string>& sources() {
     static const auto texts = [] {
         std::map<std::string, std::string> found;
-        for (const auto& entry : fs::directory_iterator(KZMSP_MAPPER_SOURCES)) {
+        for (const auto& entry : fs::recursive_directory_iterator(KZMSP_MAPPER_SOURCES)) {
             const auto name = entry.path().filename().string();
             const auto extension = entry.path().extension();
             if ((extension == ".cpp" || extension == ".h") && !name.starts_with("MSPIElementsRead")) {

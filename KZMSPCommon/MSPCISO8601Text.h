@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "MSPCDateComponents.h"
-#include "MSPIISO8601Scanner.h"
+#include "MSPCISO8601Scanner.h"
 
 // ISO 8601 texts of date-times and durations, read into components and printed from them. The readers find the first
 // piece of a text that looks right, leave what the text does not hold untouched in the components and answer with the
@@ -25,7 +25,7 @@ MSPCUnitFlags updateDateTimeComponentsFromISODuration(MSPCDateComponents& compon
 
 // The duration form of MSPDI, "PTnHnMnS" with all three letters, anywhere in a text; none when it is not there. Unlike
 // the operation above it does not take "PT8H".
-[[nodiscard]] std::optional<MSPIHoursMinutesSeconds> hoursMinutesSecondsFromMSPDIDuration(std::string_view text);
+[[nodiscard]] std::optional<MSPCHoursMinutesSeconds> hoursMinutesSecondsFromMSPDIDuration(std::string_view text);
 
 // The units that the flags name, in ISO form: "2012-01-05T08:00:00+01:00". The year is not padded, undefined fields
 // print as 0. The zone prints as "Z" when that unit is asked for and the components are in UTC, else as a signed

@@ -1,4 +1,4 @@
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ struct NumberCase {
     std::optional<double> number;
 };
 
-TEST(MSPIXPathNumber, ReadsWhatXPathCallsANumber) {
+TEST(MSPCXPathNumber, ReadsWhatXPathCallsANumber) {
     const NumberCase cases[] = {
         {"0", 0},         {"12", 12},
         {" 12 ", 12},     {"012", 12},
@@ -30,7 +30,7 @@ TEST(MSPIXPathNumber, ReadsWhatXPathCallsANumber) {
     }
 }
 
-TEST(MSPIXPathNumber, FindsNoNumberInAnythingElse) {
+TEST(MSPCXPathNumber, FindsNoNumberInAnythingElse) {
     for (const std::string text : {"",
                                    " ",
                                    "12h",
@@ -57,12 +57,12 @@ TEST(MSPIXPathNumber, FindsNoNumberInAnythingElse) {
     }
 }
 
-TEST(MSPIXPathNumber, RoundsNumbersTooSmallForADoubleToZero) {
+TEST(MSPCXPathNumber, RoundsNumbersTooSmallForADoubleToZero) {
     EXPECT_EQ(xpathNumber("0." + std::string(400, '0') + "1"), 0.0);
     EXPECT_EQ(xpathNumber("-." + std::string(400, '0') + "1"), 0.0);
 }
 
-TEST(MSPIXPathNumber, HasNoneForNumbersTooLargeForADouble) {
+TEST(MSPCXPathNumber, HasNoneForNumbersTooLargeForADouble) {
     EXPECT_EQ(xpathNumber(std::string(400, '9')), std::nullopt);
     EXPECT_EQ(xpathNumber("-" + std::string(400, '9') + ".5"), std::nullopt);
 }
@@ -73,7 +73,7 @@ struct ChildCase {
     bool isThere;
 };
 
-TEST(MSPIXPathNumber, FindsAChildByItsNumber) {
+TEST(MSPCXPathNumber, FindsAChildByItsNumber) {
     const ChildCase cases[] = {
         {"<Number>3</Number>", 3, true},
         {"<Number>3</Number>", 0, false},
@@ -121,7 +121,7 @@ std::set<std::size_t> positionsOf(const MSPCXMLNode& root, const std::string& qu
     return positions;
 }
 
-TEST(MSPIXPathNumber, AnswersAsTheXPathEngineOnGeneratedTexts) {
+TEST(MSPCXPathNumber, AnswersAsTheXPathEngineOnGeneratedTexts) {
     std::mt19937 random(20120110);
     std::string markup;
     for (std::size_t at = 0; at < 20000; ++at) {

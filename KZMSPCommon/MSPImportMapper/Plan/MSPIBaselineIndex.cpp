@@ -5,7 +5,7 @@
 #include "MSPCExtensions.h"
 #include "MSPCFields.h"
 #include "MSPCXMLAsides.h"
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument)
     : MSPIBaselineIndex(mspDocument, mspDocument.asides()) {

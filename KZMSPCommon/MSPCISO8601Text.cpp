@@ -1,4 +1,4 @@
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Text.h"
 
 #include <fmt/format.h>
 
@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "MSPCException.h"
-#include "MSPIISO8601Patterns.h"
+#include "MSPCISO8601Patterns.h"
 
 namespace {
 
@@ -123,7 +123,7 @@ MSPCUnitFlags updateDateTimeComponentsFromISODuration(MSPCDateComponents& compon
     return MSPCUnit::Time;
 }
 
-std::optional<MSPIHoursMinutesSeconds> hoursMinutesSecondsFromMSPDIDuration(std::string_view text) {
+std::optional<MSPCHoursMinutesSeconds> hoursMinutesSecondsFromMSPDIDuration(std::string_view text) {
     const auto scanned = scanMSPDIDuration(text);
     return scanned ? scanned : matchMSPDIDuration(text);
 }

@@ -1,4 +1,4 @@
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Text.h"
 
 #include <gtest/gtest.h>
 
@@ -64,7 +64,7 @@ MSPCDateComponents dateTime(std::int64_t year, std::int64_t month, std::int64_t 
 
 }  // namespace
 
-TEST(MSPIISO8601Text, dateTimesAreReadWithTheUnitsTheyHold) {
+TEST(MSPCISO8601Text, dateTimesAreReadWithTheUnitsTheyHold) {
     const Case cases[] = {
         {"2012-01-05T08:00:00", {252, 2012, 1, 5, 8, 0, 0}},
         {"2012-01-05T08:00:00Z", {252 | Z, 2012, 1, 5, 8, 0, 0}},
@@ -78,7 +78,7 @@ TEST(MSPIISO8601Text, dateTimesAreReadWithTheUnitsTheyHold) {
     expectRead(updateDateTimeComponentsFromISODateTime, cases);
 }
 
-TEST(MSPIISO8601Text, offsetBehindAFractionIsDropped) {
+TEST(MSPCISO8601Text, offsetBehindAFractionIsDropped) {
     const Case cases[] = {
         {"2012-01-05T08:00:00.000+02:00", {252, 2012, 1, 5, 8, 0, 0}},
         {"2012-01-05T08:00:00.000", {252, 2012, 1, 5, 8, 0, 0}},
@@ -89,7 +89,7 @@ TEST(MSPIISO8601Text, offsetBehindAFractionIsDropped) {
     expectRead(updateDateTimeComponentsFromISODateTime, cases);
 }
 
-TEST(MSPIISO8601Text, zBehindAFractionIsKept) {
+TEST(MSPCISO8601Text, zBehindAFractionIsKept) {
     const Case cases[] = {
         {"2012-01-05T08:00:00.5Z", {252 | Z, 2012, 1, 5, 8, 0, 0}},
         {"08:00:00ZZ", {224 | Z, None, None, None, 8, 0, 0}},
@@ -97,7 +97,7 @@ TEST(MSPIISO8601Text, zBehindAFractionIsKept) {
     expectRead(updateDateTimeComponentsFromISODateTime, cases);
 }
 
-TEST(MSPIISO8601Text, signOfAnOffsetBelongsToTheHourAlone) {
+TEST(MSPCISO8601Text, signOfAnOffsetBelongsToTheHourAlone) {
     const Case cases[] = {
         {"2012-01-05T08:00:00-05:30", {252 | Offset, 2012, 1, 5, 8, 0, 0, -5, 30}},
         {"2012-01-05T08:00:00-00:30", {252 | Offset, 2012, 1, 5, 8, 0, 0, 0, 30}},
@@ -108,7 +108,7 @@ TEST(MSPIISO8601Text, signOfAnOffsetBelongsToTheHourAlone) {
     expectRead(updateDateTimeComponentsFromISODateTime, cases);
 }
 
-TEST(MSPIISO8601Text, whatATextDoesNotHoldStaysUndefined) {
+TEST(MSPCISO8601Text, whatATextDoesNotHoldStaysUndefined) {
     const Case cases[] = {
         {"2008-12-04T17:-0:00", {28, 2008, 12, 4}},  // no two colons among digits: no time
         {"2012-01-05T08:00", {28, 2012, 1, 5}},
@@ -127,7 +127,7 @@ TEST(MSPIISO8601Text, whatATextDoesNotHoldStaysUndefined) {
     expectRead(updateDateTimeComponentsFromISODateTime, cases);
 }
 
-TEST(MSPIISO8601Text, timeIsTheFirstPieceWithTwoColonsAmongDigits) {
+TEST(MSPCISO8601Text, timeIsTheFirstPieceWithTwoColonsAmongDigits) {
     const Case cases[] = {
         {"x1:2x13:4:5:6", {224, None, None, None, 13, 4, 5}},
         {"a:1b2:3:4", {224, None, None, None, 2, 3, 4}},
@@ -139,7 +139,7 @@ TEST(MSPIISO8601Text, timeIsTheFirstPieceWithTwoColonsAmongDigits) {
     expectRead(updateDateTimeComponentsFromISODateTime, cases);
 }
 
-TEST(MSPIISO8601Text, timeIsFoundWhereThePatternAloneFindsIt) {
+TEST(MSPCISO8601Text, timeIsFoundWhereThePatternAloneFindsIt) {
     const MSPCRegex pattern("([[:digit:]]*):([[:digit:]]*):([[:digit:]]*)");
     constexpr std::string_view characters = "0123:::::: x";
     std::mt19937_64 random(20'120'105);
@@ -170,7 +170,7 @@ TEST(MSPIISO8601Text, timeIsFoundWhereThePatternAloneFindsIt) {
 }
 
 // A walk over the digits for each of them would take hours.
-TEST(MSPIISO8601Text, longNumbersAreReadInOneWalk) {
+TEST(MSPCISO8601Text, longNumbersAreReadInOneWalk) {
     const std::string number(1'000'000, '1');
     const Case cases[] = {
         {number, {0}},
@@ -185,7 +185,7 @@ TEST(MSPIISO8601Text, longNumbersAreReadInOneWalk) {
     }
 }
 
-TEST(MSPIISO8601Text, numbersBecomeTheNearest32BitInteger) {
+TEST(MSPCISO8601Text, numbersBecomeTheNearest32BitInteger) {
     const Case cases[] = {
         {"99999999999-01-05", {28, 2'147'483'647, 1, 5}},
         {"2012-01-05T99999999999999999999:00:00", {252, 2012, 1, 5, 2'147'483'647, 0, 0}},
@@ -193,7 +193,7 @@ TEST(MSPIISO8601Text, numbersBecomeTheNearest32BitInteger) {
     expectRead(updateDateTimeComponentsFromISODateTime, cases);
 }
 
-TEST(MSPIISO8601Text, onlyAnEmptyDateTimeIsNotFound) {
+TEST(MSPCISO8601Text, onlyAnEmptyDateTimeIsNotFound) {
     MSPCDateComponents components;
     EXPECT_EQ(updateDateTimeComponentsFromISODateTime(components, ""), MSPCUnit::NotFound);
     EXPECT_EQ(updateDateTimeComponentsFromISODateTime(components, std::string_view("\0 08:00:00", 10)),
@@ -201,7 +201,7 @@ TEST(MSPIISO8601Text, onlyAnEmptyDateTimeIsNotFound) {
     EXPECT_EQ(components, MSPCDateComponents());
 }
 
-TEST(MSPIISO8601Text, dateThatNoTAndTimeFollowRaises) {
+TEST(MSPCISO8601Text, dateThatNoTAndTimeFollowRaises) {
     for (const char* text :
          {"2012-01-05X08:00:00", "2012-01-05 08:00:00", "2012-01-05T 08:00:00", "2012-01-05:08:00", "--08:00:00"}) {
         MSPCDateComponents components;
@@ -211,7 +211,7 @@ TEST(MSPIISO8601Text, dateThatNoTAndTimeFollowRaises) {
     EXPECT_EQ(unitsOfISODateTime("2012-01-05T08:00:00"), 252);
 }
 
-TEST(MSPIISO8601Text, fieldsThatTheTextDoesNotHoldAreLeftAlone) {
+TEST(MSPCISO8601Text, fieldsThatTheTextDoesNotHoldAreLeftAlone) {
     auto components = dateTime(1999, 12, 31);
     components.timeZoneHour = 7;
     components.isUTC = false;
@@ -222,7 +222,7 @@ TEST(MSPIISO8601Text, fieldsThatTheTextDoesNotHoldAreLeftAlone) {
     EXPECT_FALSE(components.isUTC);
 }
 
-TEST(MSPIISO8601Text, durationsAreReadWithTheUnitsTheyHold) {
+TEST(MSPCISO8601Text, durationsAreReadWithTheUnitsTheyHold) {
     const Case cases[] = {
         {"PT8H0M0S", {224, None, None, None, 8, 0, 0}},
         {"P2DT0H", {16 | 32, None, None, 2, 0}},
@@ -238,7 +238,7 @@ TEST(MSPIISO8601Text, durationsAreReadWithTheUnitsTheyHold) {
     expectRead(updateDateTimeComponentsFromISODuration, cases);
 }
 
-TEST(MSPIISO8601Text, textWithoutPAndTIsNoDuration) {
+TEST(MSPCISO8601Text, textWithoutPAndTIsNoDuration) {
     for (const char* text : {"", "8H", "P1D", "T8H", "PXT", "pt8h"}) {
         MSPCDateComponents components;
         EXPECT_EQ(updateDateTimeComponentsFromISODuration(components, text), MSPCUnit::NotFound) << text;
@@ -246,8 +246,8 @@ TEST(MSPIISO8601Text, textWithoutPAndTIsNoDuration) {
     }
 }
 
-TEST(MSPIISO8601Text, mspdiDurationNeedsAllThreeLetters) {
-    using Duration = MSPIHoursMinutesSeconds;
+TEST(MSPCISO8601Text, mspdiDurationNeedsAllThreeLetters) {
+    using Duration = MSPCHoursMinutesSeconds;
     EXPECT_EQ(hoursMinutesSecondsFromMSPDIDuration("PT8H30M15S"), (Duration{8, 30, 15}));
     EXPECT_EQ(hoursMinutesSecondsFromMSPDIDuration("P1DPT008H30M15S!"), (Duration{8, 30, 15}));
     EXPECT_EQ(hoursMinutesSecondsFromMSPDIDuration("PTHMS"), (Duration{0, 0, 0}));
@@ -257,7 +257,7 @@ TEST(MSPIISO8601Text, mspdiDurationNeedsAllThreeLetters) {
     }
 }
 
-TEST(MSPIISO8601Text, unitsArePrintedAsAskedFor) {
+TEST(MSPCISO8601Text, unitsArePrintedAsAskedFor) {
     auto inUTC = dateTime(2012, 1, 5);
     auto eastern = inUTC;
     eastern.timeZoneHour = 1;
@@ -292,17 +292,17 @@ TEST(MSPIISO8601Text, unitsArePrintedAsAskedFor) {
     EXPECT_EQ(stringFromComponentsUnitFlags(inUTC, MSPCUnit::NotFound), std::nullopt);
 }
 
-TEST(MSPIISO8601Text, yearIsPrintedWithoutPadding) {
+TEST(MSPCISO8601Text, yearIsPrintedWithoutPadding) {
     EXPECT_EQ(stringFromComponentsUnitFlags(dateTime(999, 1, 5), 28), "999-01-05");
     EXPECT_EQ(stringFromComponentsUnitFlags(dateTime(-44, 3, 15), 28), "-44-03-15");
     EXPECT_EQ(stringFromComponentsUnitFlags(dateTime(12012, 1, 5), 28), "12012-01-05");
 }
 
-TEST(MSPIISO8601Text, undefinedFieldsArePrintedAs0) {
+TEST(MSPCISO8601Text, undefinedFieldsArePrintedAs0) {
     EXPECT_EQ(stringFromComponentsUnitFlags(MSPCDateComponents(), 252), "0-00-00T00:00:00");
 }
 
-TEST(MSPIISO8601Text, offsetHasOneSignForHourAndMinute) {
+TEST(MSPCISO8601Text, offsetHasOneSignForHourAndMinute) {
     struct OffsetCase {
         std::int64_t hour;
         std::int64_t minute;
@@ -319,7 +319,7 @@ TEST(MSPIISO8601Text, offsetHasOneSignForHourAndMinute) {
     }
 }
 
-TEST(MSPIISO8601Text, printedTextsAreReadBackAsTheyWere) {
+TEST(MSPCISO8601Text, printedTextsAreReadBackAsTheyWere) {
     for (const char* text : {"2012-01-05T08:00:00Z", "2012-01-05T08:00:00-05:30", "2012-12-31T23:59:59+12:45",
                              "2012-01-05", "08:30:15", "12012-01-05T08:00:00"}) {
         MSPCDateComponents components;
@@ -328,7 +328,7 @@ TEST(MSPIISO8601Text, printedTextsAreReadBackAsTheyWere) {
     }
 }
 
-TEST(MSPIISO8601Text, instantOfComponentsIsTheCalendarsWallClockWhateverTheirOffset) {
+TEST(MSPCISO8601Text, instantOfComponentsIsTheCalendarsWallClockWhateverTheirOffset) {
     const MSPCGregorianCalendar berlin(MSPCTimeZone::named("Europe/Berlin").value());
     auto components = dateTime(2012, 1, 5);
     components.timeZoneHour = 5;

@@ -1,4 +1,4 @@
-#include "MSPIISO8601Patterns.h"
+#include "MSPCISO8601Patterns.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ const std::string Zeros(1'000'000, '0');
 
 }  // namespace
 
-TEST(MSPIISO8601Patterns, aDateOfAMillionDigitsIsTheLargestNumber) {
+TEST(MSPCISO8601Patterns, aDateOfAMillionDigitsIsTheLargestNumber) {
     MSPCDateComponents components;
     EXPECT_EQ(matchISODateTime(components, Nines + "-" + Zeros + "7-" + Nines + "T08:" + Zeros + ":30"),
               MSPCUnit::Date | MSPCUnit::Time);
@@ -24,22 +24,22 @@ TEST(MSPIISO8601Patterns, aDateOfAMillionDigitsIsTheLargestNumber) {
     EXPECT_EQ(components.second, 30);
 }
 
-TEST(MSPIISO8601Patterns, aMillionDigitsAloneAreNoDateTime) {
+TEST(MSPCISO8601Patterns, aMillionDigitsAloneAreNoDateTime) {
     MSPCDateComponents components;
     EXPECT_EQ(matchISODateTime(components, Nines), MSPCUnitFlags{0});
 }
 
-TEST(MSPIISO8601Patterns, aZoneBehindAFractionOfAMillionDigitsIsDropped) {
+TEST(MSPCISO8601Patterns, aZoneBehindAFractionOfAMillionDigitsIsDropped) {
     MSPCDateComponents components;
     EXPECT_EQ(matchISODateTime(components, "08:00:00." + Nines + "+02:00"), MSPCUnit::Time);
     EXPECT_EQ(components.timeZoneHour, 0);
 }
 
-TEST(MSPIISO8601Patterns, durationsOfAMillionDigitsAreTheLargestNumber) {
+TEST(MSPCISO8601Patterns, durationsOfAMillionDigitsAreTheLargestNumber) {
     MSPCDateComponents components;
     EXPECT_EQ(matchISODuration(components, "P" + Zeros + "3DT" + Nines + "H"), MSPCUnit::Day | MSPCUnit::Hour);
     EXPECT_EQ(components.day, 3);
     EXPECT_EQ(components.hour, Largest);
-    const MSPIHoursMinutesSeconds expected{Largest, 0, 5};
+    const MSPCHoursMinutesSeconds expected{Largest, 0, 5};
     EXPECT_EQ(matchMSPDIDuration("x PT" + Nines + "H" + Zeros + "M" + Zeros + "5S"), expected);
 }

@@ -1,4 +1,4 @@
-#include "MSPIISO8601Patterns.h"
+#include "MSPCISO8601Patterns.h"
 
 #include "MSPCRegex.h"
 #include "MSPCTextScanner.h"
@@ -132,7 +132,7 @@ MSPCUnitFlags matchISODuration(MSPCDateComponents& components, std::string_view 
            setField(components.second, groups[14], MSPCUnit::Second);
 }
 
-std::optional<MSPIHoursMinutesSeconds> matchMSPDIDuration(std::string_view text) {
+std::optional<MSPCHoursMinutesSeconds> matchMSPDIDuration(std::string_view text) {
     const auto match = hoursMinutesSecondsPattern().firstMatch(text, 4);
     if (!match) {
         return std::nullopt;
@@ -140,5 +140,5 @@ std::optional<MSPIHoursMinutesSeconds> matchMSPDIDuration(std::string_view text)
     const auto number = [&match](std::size_t group) {
         return scanInteger32((*match)[group].value_or(std::string_view())).value_or(0);
     };
-    return MSPIHoursMinutesSeconds{number(1), number(2), number(3)};
+    return MSPCHoursMinutesSeconds{number(1), number(2), number(3)};
 }

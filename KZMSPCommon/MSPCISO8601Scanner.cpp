@@ -1,4 +1,4 @@
-#include "MSPIISO8601Scanner.h"
+#include "MSPCISO8601Scanner.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -80,7 +80,7 @@ std::optional<MSPCUnitFlags> scanISODateTime(MSPCDateComponents& components, std
     return MSPCUnit::Date | MSPCUnit::Time | (isOffset ? MSPCUnit::ZoneHour | MSPCUnit::ZoneMinute : 0);
 }
 
-std::optional<MSPIHoursMinutesSeconds> scanMSPDIDuration(std::string_view text) {
+std::optional<MSPCHoursMinutesSeconds> scanMSPDIDuration(std::string_view text) {
     if (!text.starts_with("PT")) {
         return std::nullopt;
     }
@@ -91,5 +91,5 @@ std::optional<MSPIHoursMinutesSeconds> scanMSPDIDuration(std::string_view text) 
     if (!seconds || !text.empty()) {
         return std::nullopt;
     }
-    return MSPIHoursMinutesSeconds{*hours, *minutes, *seconds};
+    return MSPCHoursMinutesSeconds{*hours, *minutes, *seconds};
 }

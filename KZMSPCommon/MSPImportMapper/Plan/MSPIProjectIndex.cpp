@@ -5,7 +5,7 @@
 
 #include "MSPCExtensions.h"
 #include "MSPCNodeValues.h"
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 namespace {
 

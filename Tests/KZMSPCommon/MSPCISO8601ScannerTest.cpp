@@ -1,11 +1,11 @@
-#include "MSPIISO8601Scanner.h"
+#include "MSPCISO8601Scanner.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 
-#include "MSPIISO8601Patterns.h"
+#include "MSPCISO8601Patterns.h"
 
 namespace {
 
@@ -57,7 +57,7 @@ private:
 
 }  // namespace
 
-TEST(MSPIISO8601Scanner, readsTheUsualDateTimesAndNothingElse) {
+TEST(MSPCISO8601Scanner, readsTheUsualDateTimesAndNothingElse) {
     MSPCDateComponents components;
     EXPECT_EQ(scanISODateTime(components, "2012-01-05T08:00:00"), 252);
     EXPECT_EQ(scanISODateTime(components, "2012-01-05T08:00:00Z"), 252 | 0x800000);
@@ -71,7 +71,7 @@ TEST(MSPIISO8601Scanner, readsTheUsualDateTimesAndNothingElse) {
     EXPECT_EQ(untouched, MSPCDateComponents());
 }
 
-TEST(MSPIISO8601Scanner, answersDateTimesAsThePatternsDo) {
+TEST(MSPCISO8601Scanner, answersDateTimesAsThePatternsDo) {
     TextGenerator generator;
     int scannedTexts = 0;
     for (int i = 0; i < GeneratedTexts; ++i) {
@@ -90,7 +90,7 @@ TEST(MSPIISO8601Scanner, answersDateTimesAsThePatternsDo) {
     EXPECT_LT(scannedTexts, GeneratedTexts * 3 / 4);
 }
 
-TEST(MSPIISO8601Scanner, answersDurationsAsThePatternsDo) {
+TEST(MSPCISO8601Scanner, answersDurationsAsThePatternsDo) {
     TextGenerator generator;
     int scannedTexts = 0;
     for (int i = 0; i < GeneratedTexts; ++i) {
