@@ -6,8 +6,8 @@
 #include "MSPCDateComponents.h"
 #include "MSPCISO8601Scanner.h"
 
-// The full grammar of date-time and duration texts, as POSIX extended regular expressions that are compiled once. Numbers
-// of any length are read, a million digits as fast as any other text of that size.
+// The full grammar of date-time and duration texts, as POSIX extended regular expressions that are compiled once.
+// Numbers of any length are read, a million digits as fast as any other text of that size.
 
 // As `updateDateTimeComponentsFromISODateTime`, but none where that raises: for a date followed by a time without the
 // "T" between them.

@@ -44,7 +44,8 @@ std::optional<std::int32_t> takeNumber(std::string_view& text, char mark) {
     if (end == 0 || end == text.size() || text[end] != mark) {
         return std::nullopt;
     }
-    const auto number = end < 9 ? static_cast<std::int32_t>(digitsAt(text, 0, end)) : scanInteger32(text.substr(0, end));
+    const auto number =
+        end < 9 ? static_cast<std::int32_t>(digitsAt(text, 0, end)) : scanInteger32(text.substr(0, end));
     text.remove_prefix(end + 1);
     return number;
 }

@@ -42,9 +42,9 @@ public:
     // blanks alone is kept where it is all of an element's content. Markup that does not parse (a bare "&", a missing
     // end tag) is mended where that yields a root element named `repairableRoot`, and reported in `repair`; otherwise
     // there is no document. What is kept with
-    // `Everything` must be sound in every respect, names included, since it is written back. Internal entities are expanded within bounds; nothing outside the bytes is ever read.
-    // Reading uses the bytes up: with `readAgain` a repair fetches them from there, else it needs a copy made in
-    // advance.
+    // `Everything` must be sound in every respect, names included, since it is written back. Internal entities are
+    // expanded within bounds; nothing outside the bytes is ever read. Reading uses the bytes up: with `readAgain` a
+    // repair fetches them from there, else it needs a copy made in advance.
     [[nodiscard]] static std::optional<MSPCXMLDocument> read(std::string bytes, MSPCXMLContent content,
                                                              std::string_view repairableRoot = {},
                                                              std::optional<MSPCXMLRepair>* repair = nullptr,

@@ -8,8 +8,8 @@
 #include <limits>
 
 #include "MSPCException.h"
-#include "MSPCTextScanner.h"
 #include "MSPCISO8601Text.h"
+#include "MSPCTextScanner.h"
 #include "MSPIUtilities.h"
 
 namespace {

@@ -1,14 +1,14 @@
-// Duration, lag and number texts: every conversion answers or raises its own failure, and the quick reader reads what the
-// full grammar reads.
+// Duration, lag and number texts: every conversion answers or raises its own failure, and the quick reader reads what
+// the full grammar reads.
 
 #include <cmath>
 
 #include "FuzzWorld.h"
 #include "MSPCException.h"
-#include "MSPCTextScanner.h"
 #include "MSPCISO8601Patterns.h"
 #include "MSPCISO8601Scanner.h"
 #include "MSPCISO8601Text.h"
+#include "MSPCTextScanner.h"
 #include "MSPIUtilities.h"
 
 namespace {

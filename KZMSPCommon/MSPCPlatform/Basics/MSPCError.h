@@ -18,7 +18,7 @@ inline constexpr std::string_view MSPCGeneralErrorDomain = "org.kadenza.KZMSPFil
 inline constexpr std::string_view MSPCXQueryErrorDomain = "org.kadenza.KZMSPFilter.XQueryErrorDomain";
 
 // Codes of the XQuery error domain.
-inline constexpr int MSPCXQueryNoMatch = 1;          // nothing matched, or the query itself failed
+inline constexpr int MSPCXQueryNoMatch = 1;           // nothing matched, or the query itself failed
 inline constexpr int MSPCXQueryMoreThanOneMatch = 2;  // several nodes matched; the last one was used
 
 // Codes of the general error domain.

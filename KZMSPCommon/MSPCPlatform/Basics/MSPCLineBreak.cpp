@@ -4,8 +4,7 @@ namespace {
 
 // The length of the terminator that starts at a position; 0 when none does.
 std::size_t terminatorLength(std::string_view text) {
-    for (const std::string_view terminator :
-         {"\r\n", "\n", "\r", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
+    for (const std::string_view terminator : {"\r\n", "\n", "\r", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
         if (text.starts_with(terminator)) {
             return terminator.size();
         }

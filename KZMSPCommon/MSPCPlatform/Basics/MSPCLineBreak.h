@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
-// Where a line ends: its terminator stands at [start, end) of the text. Both are the text's size for a last line without
-// one.
+// Where a line ends: its terminator stands at [start, end) of the text. Both are the text's size for a last line
+// without one.
 struct MSPCLineBreak {
     std::size_t start = 0;
     std::size_t end = 0;

@@ -56,8 +56,8 @@ std::unique_ptr<MSPCByteSource> MSPCDiskFileSystem::openFile(const std::string& 
         return nullptr;
     }
     // Opening a pipe must not wait for somebody to write to it.
-    // Only a regular file can be read a second time, should that be needed. Anything else is not even opened: the writer
-    // of a pipe would take that for its reader.
+    // Only a regular file can be read a second time, should that be needed. Anything else is not even opened: the
+    // writer of a pipe would take that for its reader.
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return nullptr;

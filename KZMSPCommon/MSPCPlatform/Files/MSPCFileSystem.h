@@ -39,15 +39,16 @@ public:
     [[nodiscard]] virtual std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const;
 };
 
-// A folder in the making: it grows under a hidden name beside its place, and gets its own name in one step at the end, so
-// nobody ever sees a part of it under that name. What was made goes with this object unless it got its name. Nothing
-// that is put in the place of a file or folder meanwhile, a link say, leads anything astray. Operations that answer with
-// an optional text give none on success. Paths of files are those that they will have.
+// A folder in the making: it grows under a hidden name beside its place, and gets its own name in one step at the end,
+// so nobody ever sees a part of it under that name. What was made goes with this object unless it got its name. Nothing
+// that is put in the place of a file or folder meanwhile, a link say, leads anything astray. Operations that answer
+// with an optional text give none on success. Paths of files are those that they will have.
 class MSPCNewFolder : public MSPCFileReader {
 public:
-    // Fills the new folder, which is empty, with a copy of all content of another one. `from` may be a link to a folder;
-    // links inside it are copied as links. What is neither file, folder nor link is refused and never opened. Every
-    // copied file and folder is made readable and writable by its owner. Answers "'<path>': <the system's description>".
+    // Fills the new folder, which is empty, with a copy of all content of another one. `from` may be a link to a
+    // folder; links inside it are copied as links. What is neither file, folder nor link is refused and never opened.
+    // Every copied file and folder is made readable and writable by its owner. Answers "'<path>': <the system's
+    // description>".
     [[nodiscard]] virtual std::optional<std::string> copyContent(const std::string& from) = 0;
     // As `MSPCFileSystem::writeAtomically`.
     [[nodiscard]] virtual std::optional<std::string> writeAtomically(
@@ -57,8 +58,8 @@ public:
     [[nodiscard]] virtual std::optional<std::string> appear(bool& isTaken) = 0;
     // Gives it another path in the same folder, before it appears. Whatever is there is not to be replaced.
     virtual void setPath(const std::string& path) = 0;
-    // Where a part of what was replaced is still to be found under a hidden name, because it could not be removed; empty
-    // when nothing is left.
+    // Where a part of what was replaced is still to be found under a hidden name, because it could not be removed;
+    // empty when nothing is left.
     [[nodiscard]] virtual std::string remainsOfReplaced() const = 0;
 };
 
@@ -83,8 +84,8 @@ public:
     // Whether two paths lead to the same file or folder; false when either leads nowhere.
     [[nodiscard]] virtual bool isSameFile(const std::string& first, const std::string& second) const = 0;
 
-    // Begins a new folder with that path, which nothing may have: a null pointer when anything (file, folder, or a link,
-    // even one that points nowhere) is there, or another process keeps the path for a folder of its own. With
+    // Begins a new folder with that path, which nothing may have: a null pointer when anything (file, folder, or a
+    // link, even one that points nowhere) is there, or another process keeps the path for a folder of its own. With
     // `replacesOld` what is there is replaced when the new folder appears, and stands until then; a null pointer when
     // it could not be removed. Any other failure is told by the first operation on the new folder.
     [[nodiscard]] virtual std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) = 0;

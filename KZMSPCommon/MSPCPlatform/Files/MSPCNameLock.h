@@ -28,8 +28,8 @@ public:
     // What the dead process noted from which the lock was taken over; empty without one.
     [[nodiscard]] const std::string& noteOfDeadProcess() const noexcept { return _noteOfDeadProcess; }
 
-    // Whether the folder lies on a file system of this machine, where locks are seen by everybody and the numbers of items
-    // tell them apart.
+    // Whether the folder lies on a file system of this machine, where locks are seen by everybody and the numbers of
+    // items tell them apart.
     [[nodiscard]] static bool isLocal(int folder) noexcept;
     // Keeps an open item for this process, if nobody has it; false when somebody has.
     [[nodiscard]] static bool lock(const MSPCFileDescriptor& item) noexcept;

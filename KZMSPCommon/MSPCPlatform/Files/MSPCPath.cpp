@@ -28,7 +28,9 @@ std::size_t extensionPoint(std::string_view component) {
 
 }  // namespace
 
-std::string lastPathComponent(std::string_view path) { return std::string(lastComponent(path)); }
+std::string lastPathComponent(std::string_view path) {
+    return std::string(lastComponent(path));
+}
 
 std::string pathByDeletingLastComponent(std::string_view path) {
     path = withoutTrailingSlashes(path);

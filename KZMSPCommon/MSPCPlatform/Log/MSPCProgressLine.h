@@ -16,8 +16,7 @@ public:
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
     // `terminalType` is the value of TERM, a null pointer when it is not set. The log is borrowed.
-    MSPCProgressLine(MSPCStandardErrorLog& log, const char* terminalType,
-                     Clock now = std::chrono::steady_clock::now);
+    MSPCProgressLine(MSPCStandardErrorLog& log, const char* terminalType, Clock now = std::chrono::steady_clock::now);
 
     void beginScenario(std::string_view name) override;
     void tasksDone(std::size_t done, std::size_t all) override;

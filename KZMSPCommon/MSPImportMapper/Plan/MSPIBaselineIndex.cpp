@@ -41,7 +41,8 @@ void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& ele
         const OfNumber* read = nullptr;  // where the values of this baseline are, once they have been read
         for (auto child = baseline.firstChildElement("Number"); child; child = child.nextSiblingElement("Number")) {
             const auto number = xpathNumber(child.stringValue(buffer));
-            const auto whole = number && *number >= 0 && *number < BaselineCount ? static_cast<std::size_t>(*number) : 0;
+            const auto whole =
+                number && *number >= 0 && *number < BaselineCount ? static_cast<std::size_t>(*number) : 0;
             if (number != static_cast<double>(whole)) {
                 continue;
             }

@@ -9,7 +9,9 @@
 
 namespace {
 
-std::string dateText(std::optional<MSPCInstant> date) { return date ? displayText(*date) : "(null)"; }
+std::string dateText(std::optional<MSPCInstant> date) {
+    return date ? displayText(*date) : "(null)";
+}
 
 }  // namespace
 
@@ -17,12 +19,14 @@ MSPITimephasedDataInfo::MSPITimephasedDataInfo(std::string taskName, std::int64_
                                                std::optional<MSPCInstant> startDate, std::optional<MSPCInstant> endDate,
                                                MSPCTimeInterval duration)
     : MSPITimephasedDataInfo(std::make_shared<const std::string>(std::move(taskName)), type, startDate, endDate,
-                             duration) {}
+                             duration) {
+}
 
 MSPITimephasedDataInfo::MSPITimephasedDataInfo(std::shared_ptr<const std::string> taskName, std::int64_t type,
                                                std::optional<MSPCInstant> startDate, std::optional<MSPCInstant> endDate,
                                                MSPCTimeInterval duration)
-    : _taskName(std::move(taskName)), _type(type), _startDate(startDate), _endDate(endDate), _duration(duration) {}
+    : _taskName(std::move(taskName)), _type(type), _startDate(startDate), _endDate(endDate), _duration(duration) {
+}
 
 void MSPITimephasedDataInfo::addResourceUID(std::int64_t uid) {
     if (std::find(_resourceUIDs.begin(), _resourceUIDs.end(), uid) == _resourceUIDs.end()) {
@@ -30,15 +34,18 @@ void MSPITimephasedDataInfo::addResourceUID(std::int64_t uid) {
     }
 }
 
-void MSPITimephasedDataInfo::sortResourceUIDs() { std::sort(_resourceUIDs.begin(), _resourceUIDs.end()); }
+void MSPITimephasedDataInfo::sortResourceUIDs() {
+    std::sort(_resourceUIDs.begin(), _resourceUIDs.end());
+}
 
 bool MSPITimephasedDataInfo::isEqualTimeSpan(const MSPITimephasedDataInfo& other) const {
     return _startDate == other._startDate && _endDate == other._endDate;
 }
 
 std::string MSPITimephasedDataInfo::description() const {
-    auto text = fmt::format("<MSPITimephasedDataInfo>:  type={}, startDate={}, endDate={}, duration={:.2f}, resoureUIDS:",
-                            _type, dateText(_startDate), dateText(_endDate), _duration);
+    auto text = fmt::format(
+        "<MSPITimephasedDataInfo>:  type={}, startDate={}, endDate={}, duration={:.2f}, resoureUIDS:", _type,
+        dateText(_startDate), dateText(_endDate), _duration);
     for (const auto uid : _resourceUIDs) {
         text += fmt::format(" {},", uid);
     }

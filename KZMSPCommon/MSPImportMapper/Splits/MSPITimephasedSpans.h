@@ -24,5 +24,4 @@ void sortSpans(MSPITimephasedSpans& spans);
 // Joins neighbouring spans between which there is no working time. The spans are sorted and do not overlap. Raises
 // `MSPCInternalInconsistency` with an empty reason for a span whose duration is not above 0, "Unexpected order of time
 // chunk dates." and "Negative working time got for the time chunk.".
-[[nodiscard]] MSPITimephasedSpans joinedStretches(const MSPITimephasedSpans& spans,
-                                                  const MSPIWorkingTime& workingTime);
+[[nodiscard]] MSPITimephasedSpans joinedStretches(const MSPITimephasedSpans& spans, const MSPIWorkingTime& workingTime);

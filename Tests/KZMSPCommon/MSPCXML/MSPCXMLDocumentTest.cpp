@@ -97,7 +97,9 @@ TEST(MSPCXMLDocument, brokenMarkupIsMendedAndReported) {
 
 TEST(MSPCXMLDocument, mendingLosesNoTextBesideForbiddenCharactersAndSectionEnds) {
     const auto afterNul = readingOf(std::string("<Project><Name>a\0b</Name><UID>1</UID></Project>", 47));
-    EXPECT_EQ(afterNul.markup, "<Project><Name>a\xEF\xBF\xBD" "b</Name><UID>1</UID></Project>");
+    EXPECT_EQ(afterNul.markup,
+              "<Project><Name>a\xEF\xBF\xBD"
+              "b</Name><UID>1</UID></Project>");
     EXPECT_EQ(afterNul.repair, "1: Char 0x0 out of allowed range");
     EXPECT_EQ(readingOf("<Project><Name>a & \x01</Name></Project>").markup,
               "<Project><Name>a &amp; \xEF\xBF\xBD</Name></Project>");

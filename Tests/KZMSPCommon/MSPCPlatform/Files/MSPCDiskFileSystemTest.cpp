@@ -43,9 +43,18 @@ TEST_F(MSPCDiskFileSystem_standardizedPath, resolvesDotsAndSuperfluousSlashes) {
 
 TEST_F(MSPCDiskFileSystem_standardizedPath, leavesARelativePathRelative) {
     const std::pair<const char*, const char*> rows[] = {
-        {"Plan.xml", "Plan.xml"},   {"./Plan.xml", "Plan.xml"}, {"a//b/", "a/b"},     {"a/../b/", "b"},
-        {"../Plan.xml", "../Plan.xml"}, {"a/../../b", "../b"},  {"../../b/..", "../.."}, {".", "."},
-        {"./", "."},                {"a/..", "."},              {"..", ".."},         {"a/./b/../c", "a/c"},
+        {"Plan.xml", "Plan.xml"},
+        {"./Plan.xml", "Plan.xml"},
+        {"a//b/", "a/b"},
+        {"a/../b/", "b"},
+        {"../Plan.xml", "../Plan.xml"},
+        {"a/../../b", "../b"},
+        {"../../b/..", "../.."},
+        {".", "."},
+        {"./", "."},
+        {"a/..", "."},
+        {"..", ".."},
+        {"a/./b/../c", "a/c"},
     };
     for (const auto& [path, expected] : rows) {
         EXPECT_EQ(files.standardizedPath(path), expected) << path;
@@ -143,8 +152,7 @@ TEST_F(MSPCDiskFileSystem_queries, neverCutAPathAtAZeroByte) {
     EXPECT_EQ(files.resolvedPath(path), "");
     EXPECT_EQ(files.createFolder(folder / "new" + std::string("\0x", 2)), "No such file or directory");
     EXPECT_EQ(files.writeAtomically(path, [](MSPCByteSink&) {}), "No such file or directory");
-    EXPECT_EQ(files.newFolder(path, false)->copyContent(folder.path()),
-              "'" + path + "': No such file or directory");
+    EXPECT_EQ(files.newFolder(path, false)->copyContent(folder.path()), "'" + path + "': No such file or directory");
 }
 
 TEST_F(MSPCDiskFileSystem_queries, knowOneFileUnderTwoNames) {

@@ -123,8 +123,7 @@ TEST_F(MSPCFolderCopyTest, tellsOtherFailuresFromATakenName) {
 
 TEST_F(MSPCFolderCopyTest, failsWhereTheOutputFolderIsMissing) {
     folder.addFile("T.kdzx/Actual.xml");
-    EXPECT_EQ(copyTo(folder / "none/Plan.kdzx"),
-              failureAt("none/Plan.kdzx", ": No such file or directory"));
+    EXPECT_EQ(copyTo(folder / "none/Plan.kdzx"), failureAt("none/Plan.kdzx", ": No such file or directory"));
     EXPECT_FALSE(existedAlready);
 }
 

@@ -45,4 +45,6 @@ TEST(MSPCPath, appendingJoinsWithOneSeparator) {
     EXPECT_EQ(pathByAppendingComponent("", "b"), "b");
 }
 
-TEST(MSPCPath, lowerCaseTouchesAsciiOnly) { EXPECT_EQ(lowerCased("KdZx\xC3\x84"), "kdzx\xC3\x84"); }
+TEST(MSPCPath, lowerCaseTouchesAsciiOnly) {
+    EXPECT_EQ(lowerCased("KdZx\xC3\x84"), "kdzx\xC3\x84");
+}

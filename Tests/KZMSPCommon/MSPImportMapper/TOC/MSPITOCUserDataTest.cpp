@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ExpectRaises.h"
+#include "MSPIUserDataMapper.h"
 #include "MappingFixture.h"
 
 namespace {
