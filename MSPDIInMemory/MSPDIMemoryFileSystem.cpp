@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "MSPCStringSink.h"
+#include "MSPCByteStreams.h"
 
 namespace {
 

@@ -14,6 +14,7 @@
 #include "MSPCExtensions.h"
 #include "MSPCFileSystem.h"
 #include "MSPCServices.h"
+#include "MSPCXMLLoader.h"
 #include "MSPIBundleNaming.h"
 #include "MSPIElementsRead.h"
 #include "MapUserDefaults.h"
@@ -55,7 +56,9 @@ struct Outcome {
 class MSPIScenarioMappingTest : public testing::Test {
 protected:
     MSPCXMLDocument load(const fs::path& path, MSPCXMLContent content, const MSPCXMLSelection* selection = nullptr) {
-        return newXmlDocFromUrl(MSPCURL::fileURL(path.string(), false), content, _fileSystem, _log, selection);
+        const auto url = MSPCURL::fileURL(path.string(), false);
+        return selection != nullptr ? newXmlDocFromUrlSelection(url, *selection, _fileSystem, _log).document
+                                    : newXmlDocFromUrl(url, content, _fileSystem, _log);
     }
 
     Outcome outcomeOf(const fs::path& plan, const MSPCXMLSelection* selection) {

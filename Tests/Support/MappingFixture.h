@@ -33,7 +33,7 @@ public:
 
 // A document from a snippet; the test fails when the snippet is no XML.
 inline MSPCXMLDocument documentFromXML(std::string_view xml, MSPCXMLContent content = MSPCXMLContent::DataOnly) {
-    auto document = MSPCXMLDocument::read(std::string(xml), content);
+    auto document = MSPCXMLDocument::read(std::string(xml), {.content = content});
     if (!document) {
         ADD_FAILURE() << "not XML: " << xml;
         return {};

@@ -78,6 +78,21 @@ std::optional<std::string> failureText(const std::error_code& error) {
     return error ? std::optional(error.message()) : std::nullopt;
 }
 
+class DiskSource final : public MSPCByteSource {
+public:
+    DiskSource(MSPCFileDescriptor file, std::size_t size) : _file(std::move(file)), _size(size) {}
+
+    [[nodiscard]] std::optional<std::size_t> read(char* buffer, std::size_t capacity) override {
+        std::size_t count = 0;
+        return _file.read(buffer, capacity, count) == 0 ? std::optional(count) : std::nullopt;
+    }
+    [[nodiscard]] std::size_t expectedSize() const override { return _size; }
+
+private:
+    MSPCFileDescriptor _file;
+    std::size_t _size;
+};
+
 }  // namespace
 
 bool MSPCDiskFileSystem::exists(const std::string& path) const {
@@ -180,4 +195,20 @@ std::optional<std::string> MSPCDiskFileSystem::synchronize(const std::set<std::s
         }
     }
     return failure;
+}
+
+std::unique_ptr<MSPCByteSource> MSPCDiskFileSystem::openFile(const std::string& path) const {
+    // Only a regular file can be read a second time, should that be needed. Anything else is not even opened: the
+    // writer of a pipe would take that for its reader.
+    const auto found = statusOf(path);
+    if (!found || !S_ISREG(found->st_mode)) {
+        return nullptr;
+    }
+    // Should a pipe have taken the file's place, opening it must not wait for somebody to write to it.
+    MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return nullptr;
+    }
+    return std::make_unique<DiskSource>(std::move(file), static_cast<std::size_t>(status.st_size));
 }
