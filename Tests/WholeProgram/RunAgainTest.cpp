@@ -21,8 +21,8 @@ TEST(RunAgain, givesTheResultOfTheRun) {
     fs::create_directories(folder);
     const auto run = runProgram({"--template-path", "$HOME"}, folder, {{"TZ", "UTC"}});
     const auto again = folder.string() + ".again";
-    const auto command = "{ " + commandOfRun({"--template-path", "$HOME"}, folder, {{"TZ", "UTC"}}) + "; } 2>\"" +
-                         again + "\"";
+    const auto command =
+        "{ " + commandOfRun({"--template-path", "$HOME"}, folder, {{"TZ", "UTC"}}) + "; } 2>\"" + again + "\"";
     const int state = std::system(command.c_str());
     ASSERT_TRUE(WIFEXITED(state));
     EXPECT_EQ(WEXITSTATUS(state), run.status);
