@@ -27,7 +27,7 @@ class RunsOfFailures final : public testing::EmptyTestEventListener {
     }
 };
 
-std::string quoted(std::string_view word) {
+std::string inQuotes(std::string_view word) {
     std::string text = "'";
     for (const char character : word) {
         text += character == '\'' ? std::string("'\\''") : std::string(1, character);
@@ -39,13 +39,13 @@ std::string quoted(std::string_view word) {
 
 std::string commandOfRun(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
                          const std::map<std::string, std::string>& environment) {
-    std::string command = "cd " + quoted(folder.string()) + " && env -i";
+    std::string command = "cd " + inQuotes(folder.string()) + " && env -i";
     for (const auto& [name, value] : environment) {
-        command += " " + quoted(name + "=" + value);
+        command += " " + inQuotes(name + "=" + value);
     }
-    command += " " + quoted(KZMSP_PROGRAM);
+    command += " " + inQuotes(KZMSP_PROGRAM);
     for (const auto& argument : arguments) {
-        command += " " + quoted(argument);
+        command += " " + inQuotes(argument);
     }
     return command;
 }
