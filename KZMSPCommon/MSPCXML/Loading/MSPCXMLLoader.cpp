@@ -9,9 +9,9 @@
 #include "MSPCXMLLexis.h"
 #include "MSPCXMLSelectiveReader.h"
 
-using namespace MSPCXMLLexis;
-
 namespace {
+
+using namespace MSPCXMLLexis;
 
 constexpr auto npos = std::string_view::npos;
 

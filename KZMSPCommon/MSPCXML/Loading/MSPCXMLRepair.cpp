@@ -17,9 +17,9 @@
 #include <new>
 #include <utility>
 
-using namespace MSPCXMLLexis;
-
 namespace {
+
+using namespace MSPCXMLLexis;
 
 template <auto Free>
 struct Freer {
