@@ -13,17 +13,14 @@ namespace {
 constexpr MSPETimePeriod StandardMorning{8, 0, 0, 12, 0, 0};
 constexpr MSPETimePeriod StandardAfternoon{13, 0, 0, 17, 0, 0};
 
-std::size_t slotOf(MSPCWeekday weekday) {
-    if (!MSPCIsWeekday(weekday)) {
-        throw MSPCInternalInconsistency(
-            fmt::format("Incorrect value of weekdey ({}). Should be from 1 to 7.", MSPCNumberOf(weekday)));
-    }
-    return static_cast<std::size_t>(weekday);
-}
-
 }  // namespace
 
 MSPEWorkingWeek::MSPEWorkingWeek(WorkingDays workingDays) : _workingDays(std::move(workingDays)) {
+}
+
+void MSPEWorkingWeek::raiseNoWeekday(MSPCWeekday weekday) {
+    throw MSPCInternalInconsistency(
+        fmt::format("Incorrect value of weekdey ({}). Should be from 1 to 7.", MSPCNumberOf(weekday)));
 }
 
 const MSPEWorkingWeek& MSPEWorkingWeek::standardWeek() {
@@ -45,26 +42,15 @@ void MSPEWorkingWeek::addWorkingTimePeriodWeekday(const MSPETimePeriod& period, 
     _indexes[slot].reset();
 }
 
-bool MSPEWorkingWeek::isWorkingDayWeekday(MSPCWeekday weekday) const {
-    return workingDay(weekday).isWorkingDay;
-}
-
-const MSPEWorkingDay& MSPEWorkingWeek::workingDay(MSPCWeekday weekday) const {
-    return _workingDays[slotOf(weekday)];
-}
-
 const MSPEWorkingDayIndex& MSPEWorkingWeek::workingDayIndex(MSPCWeekday weekday) const {
-    const auto& day = workingDay(weekday);
-    auto& index = _indexes[slotOf(weekday)];
+    const auto slot = slotOf(weekday);
+    auto& index = _indexes[slot];
     if (!index) {
-        index.emplace(day.timePeriods);
-        addStepsTaken(day.timePeriods.size());
+        const auto& timePeriods = _workingDays[slot].timePeriods;
+        index.emplace(timePeriods);
+        addStepsTaken(timePeriods.size());
     }
     return *index;
-}
-
-std::int64_t MSPEWorkingWeek::timePeriodsInWeekday(MSPCWeekday weekday) const {
-    return static_cast<std::int64_t>(workingDay(weekday).timePeriods.size());
 }
 
 const MSPETimePeriod* MSPEWorkingWeek::findTimePeriod(std::int64_t timePeriod, MSPCWeekday weekday) const {

@@ -40,13 +40,15 @@ public:
     // Appends a period to a weekday and makes it a working day.
     void addWorkingTimePeriodWeekday(const MSPETimePeriod& period, MSPCWeekday weekday);
 
-    [[nodiscard]] bool isWorkingDayWeekday(MSPCWeekday weekday) const;
+    [[nodiscard]] bool isWorkingDayWeekday(MSPCWeekday weekday) const { return workingDay(weekday).isWorkingDay; }
     // The weekday's slot, valid as long as the week is not changed.
-    [[nodiscard]] const MSPEWorkingDay& workingDay(MSPCWeekday weekday) const;
+    [[nodiscard]] const MSPEWorkingDay& workingDay(MSPCWeekday weekday) const { return _workingDays[slotOf(weekday)]; }
     // What the weekday's periods answer together, made when it is first asked for; valid as the slot is.
     [[nodiscard]] const MSPEWorkingDayIndex& workingDayIndex(MSPCWeekday weekday) const;
     // The number of the weekday's periods.
-    [[nodiscard]] std::int64_t timePeriodsInWeekday(MSPCWeekday weekday) const;
+    [[nodiscard]] std::int64_t timePeriodsInWeekday(MSPCWeekday weekday) const {
+        return static_cast<std::int64_t>(workingDay(weekday).timePeriods.size());
+    }
 
     // A period, and its start, end and duration in seconds. None, or -1, for a period or weekday that does not exist.
     [[nodiscard]] std::optional<MSPETimePeriod> timePeriodWeekday(std::int64_t timePeriod, MSPCWeekday weekday) const;
@@ -65,6 +67,14 @@ public:
     void addStepsTaken(std::uint64_t steps) const { _stepsTaken += steps; }
 
 private:
+    // Asked some times for each working time that is counted, and therefore here.
+    [[nodiscard]] static std::size_t slotOf(MSPCWeekday weekday) {
+        if (!MSPCIsWeekday(weekday)) {
+            raiseNoWeekday(weekday);
+        }
+        return static_cast<std::size_t>(weekday);
+    }
+    [[noreturn]] static void raiseNoWeekday(MSPCWeekday weekday);
     [[nodiscard]] const MSPETimePeriod* findTimePeriod(std::int64_t timePeriod, MSPCWeekday weekday) const;
 
     WorkingDays _workingDays;
