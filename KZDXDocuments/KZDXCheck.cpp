@@ -28,7 +28,7 @@ std::string stepOf(const MSPCXMLNode& element) {
     auto step = shortened(element.name());
     for (const std::string_view name : {"id", "idref", "day-of-week", "name"}) {
         if (const auto value = KZDXAttribute(element, name)) {
-            return step + fmt::format("[@{}='{}']", name, shortened(*value));
+            return fmt::format("{}[@{}='{}']", step, name, shortened(*value));
         }
     }
     return step;
@@ -39,7 +39,7 @@ std::string pathOf(MSPCXMLNode element) {
     const auto root = element.rootElement();
     std::string path;
     for (; element && element != root; element = element.parent()) {
-        path = "/" + stepOf(element) + path;
+        path.insert(0, fmt::format("/{}", stepOf(element)));
     }
     return shortened(root.name()) + path;
 }

@@ -43,12 +43,14 @@ TEST(KZDXScenario, findsWhatAPlainSearchFinds) {
     for (int round = 0; round < 50; ++round) {
         std::string text = "<scenario>";
         for (int i = 0; i < 40; ++i) {
-            text += random() % 8 == 0 ? "<task/>" : "<task id='t" + std::to_string(random() % 30) + "'/>";
+            const auto id = std::to_string(random() % 30);
+            text += random() % 8 == 0 ? std::string("<task/>") : std::string("<task id='t").append(id).append("'/>");
         }
         const auto file = fileOf(text + "</scenario>");
         const KZDXScenario scenario(file.root());
         for (int number = 0; number < 32; ++number) {
-            const auto id = number == 31 ? std::string() : "t" + std::to_string(number);
+            auto id = number == 31 ? std::string() : std::string("t");
+            id += number == 31 ? std::string() : std::to_string(number);
             std::optional<std::size_t> expected;
             for (std::size_t i = scenario.tasks().size(); i-- > 0;) {
                 if (!id.empty() && KZDXAttribute(scenario.tasks()[i].element, "id") == id) {
