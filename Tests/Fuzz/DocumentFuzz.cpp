@@ -1,5 +1,5 @@
-// A document: its table of contents, a zero byte, its scenario. An empty one of the two stands for the delivered one. What
-// is found in it must name a file and say something.
+// A document: its table of contents, a zero byte, its scenario. An empty one of the two stands for the delivered one.
+// What is found in it must name a file and say something.
 
 #include "FuzzWorld.h"
 #include "KZDXCheck.h"

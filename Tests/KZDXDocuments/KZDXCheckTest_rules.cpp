@@ -263,11 +263,12 @@ TEST(KZDXRules, leftOut) {
                      "<task id=\"t-1\"><type>group</type><child-task idref=\"t2\"/></task>\n"
                      "<task id=\"t2\"><type>task</type><effort>0</effort>\n"
                      "<assignment idref=\"r1\"/><assignment idref=\"r7\"/></task>");
-    EXPECT_EQ(findingsOf(files),
-              (Lines{"fault unresolved-idref Baseline.xml:11 scenario/task[@id='t2']/assignment[@idref='r7']: no resource "
-                     "has the id 'r7'",
-                     "note left-out Baseline.xml:11 scenario/task[@id='t2']/assignment[@idref='r1']: 'r1' has no such "
-                     "baseline, and is left out here"}));
+    EXPECT_EQ(
+        findingsOf(files),
+        (Lines{"fault unresolved-idref Baseline.xml:11 scenario/task[@id='t2']/assignment[@idref='r7']: no resource "
+               "has the id 'r7'",
+               "note left-out Baseline.xml:11 scenario/task[@id='t2']/assignment[@idref='r1']: 'r1' has no such "
+               "baseline, and is left out here"}));
 }
 
 TEST(KZDXRules, bareAssignment) {
