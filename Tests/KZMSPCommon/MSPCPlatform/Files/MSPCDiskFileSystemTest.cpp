@@ -286,7 +286,7 @@ TEST_F(MSPCDiskFileSystem_synchronize, namesTheFolderThatIsNotThere) {
 }
 
 TEST_F(MSPCDiskFileSystemTest, namesWhatAFolderHolds) {
-    const auto path = folder.path().string();
+    const auto& path = folder.path();
     ASSERT_EQ(files.createFolder(path + "/b/inside"), std::nullopt);
     for (const auto* const name : {"c.xml", "a.xml", ".hidden"}) {
         ASSERT_EQ(files.writeAtomically(path + "/" + name, [](MSPCByteSink&) {}), std::nullopt);
