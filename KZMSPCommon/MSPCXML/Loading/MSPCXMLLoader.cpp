@@ -125,3 +125,19 @@ std::optional<MSPCXMLLoaded> MSPCXMLLoader::loadMended(const std::string& utf8, 
                            : std::nullopt;
     return document ? std::optional(MSPCXMLLoaded{std::move(*document), {}, std::move(mended->repair)}) : std::nullopt;
 }
+
+std::optional<MSPCXMLDocument> MSPCXMLLoader::loadStrictly(std::string utf8, MSPCXMLRepair& error) {
+    if (prologOf(utf8).hasInternalSubset) {
+        error = {0, "The document type declares something"};
+        return std::nullopt;
+    }
+    if (auto found = firstErrorInXML(utf8)) {
+        error = std::move(*found);
+        return std::nullopt;
+    }
+    auto document = MSPCXMLDocument::read(std::move(utf8), {.isSound = true});
+    if (!document) {
+        error = {0, "not well-formed"};
+    }
+    return document;
+}

@@ -48,6 +48,12 @@ public:
     // The document in bytes that are there already. Where markup may be mended, that takes a copy of them.
     [[nodiscard]] std::optional<MSPCXMLLoaded> loadBytes(std::string bytes) const;
 
+    // The document in UTF-8 bytes that must be well-formed in every respect, namespaces included; mends nothing and
+    // takes no declarations in a document type. Comments are kept, processing instructions are not, and blanks where
+    // they are all of an element's content. None otherwise, and `error` tells what is wrong first (the line is 0 for
+    // the document as a whole).
+    [[nodiscard]] static std::optional<MSPCXMLDocument> loadStrictly(std::string utf8, MSPCXMLRepair& error);
+
 private:
     using Bytes = std::function<std::optional<std::string>()>;
     [[nodiscard]] std::optional<MSPCXMLLoaded> loadWhole(std::string bytes, const Bytes& readAgain) const;
