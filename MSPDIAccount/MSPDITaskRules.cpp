@@ -1,8 +1,8 @@
 #include "MSPCException.h"
 #include "MSPCTextScanner.h"
+#include "MSPCXPathNumber.h"
 #include "MSPDITaskView.h"
 #include "MSPDIValues.h"
-#include "MSPIXPathNumber.h"
 
 namespace {
 
