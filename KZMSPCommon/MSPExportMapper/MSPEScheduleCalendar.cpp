@@ -49,6 +49,7 @@ void MSPEScheduleCalendar::addWorkingTimePeriodWeekday(const MSPETimePeriod& per
     day.timePeriods.push_back(period);
     day.isWorkingDay = true;
     _indexes[static_cast<std::size_t>(weekday)].reset();
+    _worksOfCycle.clear();
 }
 
 std::string MSPEScheduleCalendar::description() const {

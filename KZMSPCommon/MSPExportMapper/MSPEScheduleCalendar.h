@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -114,6 +115,11 @@ public:
     // every machine. It grows with the calendar's periods and, for one answer, not beyond all measure with the dates.
     [[nodiscard]] std::uint64_t stepsTaken() const { return _stepsTaken; }
     void addStepsTaken(std::uint64_t steps) const { _stepsTaken += steps; }
+    // For the count of working time to remember what the days of 400 years make that are stepped at a time of day, in
+    // seconds since midnight in Greenwich; none until it is set.
+    [[nodiscard]] std::optional<MSPCTimeInterval>& workOfCycleSteppedAt(MSPCTimeInterval time) const {
+        return _worksOfCycle[time];
+    }
 
     // Whether the date's weekday is worked.
     [[nodiscard]] bool isWorkingDay(MSPCInstant date) const;
@@ -174,5 +180,6 @@ private:
     MSPCGregorianCalendar _gregorian;
     WorkingDays _workingDays;
     mutable std::array<std::optional<MSPEWorkingDayIndex>, 8> _indexes;
+    mutable std::map<MSPCTimeInterval, std::optional<MSPCTimeInterval>> _worksOfCycle;  // one for each offset
     mutable std::uint64_t _stepsTaken = 0;
 };

@@ -76,18 +76,25 @@ void MSPEWorkingTimeCount::leapToLastDayOf(double days) {
     _walk.leap(weeks * MSPEDaysOfWeek + last.day);
 }
 
-// One cycle is walked, from one working day to the same one 400 years later; the others are like it.
 void MSPEWorkingTimeCount::countCycles() {
-    const auto cycles = std::floor((_toDay - _walk.date()) / MSPCTimeZone::GregorianCycle) - 1;
+    const auto cycles = std::floor((_toDay - _walk.date()) / MSPCTimeZone::GregorianCycle);
     if (_hasEnded || cycles < 1 || _walk.cyclesAhead() < 1) {
         return;
     }
-    const auto totalBefore = _total;
-    countDaysBefore(_walk.date() + MSPCTimeZone::GregorianCycle);
-    if (!_hasEnded) {
-        _total += cycles * (_total - totalBefore);
-        _walk.leap(cycles * MSPEDayWalk::DaysOfCycle);
+    // The days of any 400 years are the same ones, begun with another, unless they are stepped at another time.
+    auto& workOfCycle = _calendar.workOfCycleSteppedAt(std::fmod(_walk.date().secondsSince1970, MSPESecondsPerDay));
+    auto ahead = cycles;
+    if (!workOfCycle) {
+        const auto totalBefore = _total;
+        countDaysBefore(_walk.date() + MSPCTimeZone::GregorianCycle);
+        if (_hasEnded) {
+            return;
+        }
+        workOfCycle = _total - totalBefore;
+        --ahead;
     }
+    _total += ahead * *workOfCycle;
+    _walk.leap(ahead * MSPEDayWalk::DaysOfCycle);
 }
 
 void MSPEWorkingTimeCount::stepToWorkingDay() {

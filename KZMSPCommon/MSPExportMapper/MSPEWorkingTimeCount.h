@@ -8,7 +8,8 @@
 #include "MSPEScheduleCalendar.h"
 
 // Counts the working time of a calendar between two dates, all weeks at once between two changes of the clocks, and
-// cycle by cycle of 400 years where there are many. Made for one question; the calendar must outlive it.
+// all cycles of 400 years at once; one of them is walked for each calendar. Made for one question; the calendar must
+// outlive it.
 //
 // It meets the days that `MSPEScheduleIterator` meets: it ends early where seven days in a row are not worked.
 class MSPEWorkingTimeCount {
