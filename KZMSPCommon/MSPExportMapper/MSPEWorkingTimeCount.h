@@ -5,17 +5,18 @@
 
 #include "MSPCInstant.h"
 #include "MSPEDayWalk.h"
-#include "MSPEScheduleCalendar.h"
+#include "MSPEWorkingWeek.h"
+#include "MSPEWorksOfCycle.h"
 
-// Counts the working time of a calendar between two dates, all weeks at once between two changes of the clocks, and
-// all cycles of 400 years at once; one of them is walked for each calendar. Made for one question; the calendar must
-// outlive it.
+// Counts the working time of a week between two dates, all weeks at once between two changes of the clocks, and all
+// cycles of 400 years at once, of which one is walked. Made for one question; what it is given must outlive it.
 //
 // It meets the days that `MSPEScheduleIterator` meets: it ends early where seven days in a row are not worked.
 class MSPEWorkingTimeCount {
 public:
-    // `from` is earlier than `to`.
-    MSPEWorkingTimeCount(const MSPEScheduleCalendar& calendar, MSPCInstant from, MSPCInstant to);
+    // `from` is earlier than `to`. What has been walked of the week in this calendar is remembered in `worksOfCycle`.
+    MSPEWorkingTimeCount(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian,
+                         MSPEWorksOfCycle& worksOfCycle, MSPCInstant from, MSPCInstant to);
 
     // In seconds, 0 or more. To be asked once.
     [[nodiscard]] MSPCTimeInterval total();
@@ -33,14 +34,15 @@ private:
     void countCycles();
     void leapToLastDayOf(double days);
     void stepToWorkingDay();
-    [[nodiscard]] bool isWorkingDay() const { return _calendar.isWorkingDayWeekday(_walk.weekday()); }
-    [[nodiscard]] const MSPEWorkingDayIndex& day() const { return _calendar.workingDayIndex(_walk.weekday()); }
+    [[nodiscard]] bool isWorkingDay() const { return _week.isWorkingDayWeekday(_walk.weekday()); }
+    [[nodiscard]] const MSPEWorkingDayIndex& day() const { return _week.workingDayIndex(_walk.weekday()); }
 
-    const MSPEScheduleCalendar& _calendar;
+    const MSPEWorkingWeek& _week;
+    MSPEWorksOfCycle& _worksOfCycle;
     MSPCInstant _fromDay;
     MSPCInstant _toDay;
-    MSPCTimeInterval _fromTime;  // seconds since midnight
-    MSPCTimeInterval _toTime;
+    MSPCTimeOfDay _fromTime;
+    MSPCTimeOfDay _toTime;
     MSPEDayWalk _walk;  // stands on a working day that is not counted yet, unless it has ended
     bool _hasEnded = false;
     MSPCTimeInterval _workOfWeek = 0;
