@@ -97,7 +97,8 @@ bool MSPCDiskFileSystem::isDirectory(const std::string& path) const {
 
 std::optional<std::vector<std::string>> MSPCDiskFileSystem::namesIn(const std::string& folder,
                                                                     std::string* failure) const {
-    std::error_code error = isCutOff(folder) ? std::make_error_code(std::errc::no_such_file_or_directory) : std::error_code();
+    std::error_code error =
+        isCutOff(folder) ? std::make_error_code(std::errc::no_such_file_or_directory) : std::error_code();
     std::vector<std::string> names;
     auto entry = error ? fs::directory_iterator() : fs::directory_iterator(folder, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
