@@ -64,6 +64,7 @@ private:
 class SilentLog final : public MSPCLog {
 public:
     void log(std::string_view message) override { _characters += message.size(); }
+    [[nodiscard]] std::size_t characters() const noexcept { return _characters; }
 
 private:
     std::size_t _characters = 0;
