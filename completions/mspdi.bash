@@ -8,7 +8,7 @@ _mspdi_plans() {
 }
 
 _mspdi() {
-    local word=${COMP_WORDS[COMP_CWORD]} subcommands='' options='--help --json --quiet --version'
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses' options='--help --json --quiet --version'
     COMPREPLY=()
     compopt -o filenames 2>/dev/null
     if ((COMP_CWORD == 1)); then
@@ -16,6 +16,7 @@ _mspdi() {
         return
     fi
     case ${COMP_WORDS[1]} in
+        losses) options+=' --all' ;;
         -*) return ;;
     esac
     if [[ $word == -* ]]; then

@@ -1,7 +1,10 @@
 # fish completion of mspdi: subcommands, their options, and plans.
 
-set -l subcommands
+set -l subcommands losses
 complete -c mspdi -f
+complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a losses -d 'Tell what of a plan is lost'
+complete -c mspdi -n "__fish_seen_subcommand_from $subcommands" -a "(__fish_complete_suffix .xml)"
+complete -c mspdi -n "__fish_seen_subcommand_from losses" -l all -d 'Tell every place'
 complete -c mspdi -l help -s h -d 'Print what there is to type'
 complete -c mspdi -l version -d 'Print the version'
 complete -c mspdi -n "__fish_seen_subcommand_from $subcommands" -l json -d 'Tell it as one JSON document'

@@ -15,8 +15,8 @@ public:
     [[nodiscard]] MSPCInstant date() const { return _date; }
     [[nodiscard]] std::int64_t weekday() const { return _weekday; }
 
-    // How many days can be stepped before the clocks change; none of them lies on the change. Infinite where they never
-    // change again.
+    // How many days can be stepped before the clocks change, or as far as is known that they do not; none of them lies
+    // on the change. Infinite in zones of one offset.
     [[nodiscard]] double daysBeforeChange() const { return _daysBeforeChange; }
     // A number that is the same for two days as long as the clocks did not change between them.
     [[nodiscard]] std::int64_t steadySpan() const { return _steadySpan; }
@@ -30,11 +30,12 @@ public:
     [[nodiscard]] std::uint64_t moves() const { return _moves; }
 
     void step();
-    // Moves by whole weeks, no more days than lie before the change, or by whole cycles, no more than lie ahead.
+    // Moves by whole days, no more than lie before the change, or by whole cycles, no more than lie ahead.
     void leap(double days);
 
 private:
     void lookAtClocks();
+    void moveWeekday(std::int64_t days);
 
     const MSPCGregorianCalendar& _gregorian;
     bool _isForward;

@@ -4,21 +4,15 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include "MSPCExtensions.h"
+#include "MSPISubject.h"
 
 namespace {
 
 // MSPDI types of timephased work of an assignment's baselines 0 to 10.
 constexpr std::array<std::int64_t, 11> baselineWorkTypes = {4, 16, 22, 28, 34, 40, 46, 52, 58, 64, 70};
-
-bool isTypeOfScenario(std::int64_t type, std::int32_t baselineNumber) {
-    if (baselineNumber < 0) {
-        return type >= 1 && type <= 3;  // remaining work, actual work, actual overtime work
-    }
-    const auto number = static_cast<std::size_t>(baselineNumber);
-    return number < baselineWorkTypes.size() && type == baselineWorkTypes[number];
-}
 
 MSPCTimeInterval assignedWorkOf(std::span<const MSPCXMLNode> assignments) {
     MSPCTimeInterval work = 0;
@@ -42,6 +36,14 @@ void scaleToAssignedWork(MSPITimephasedSpans& spans, MSPCTimeInterval assignedWo
 }
 
 }  // namespace
+
+bool MSPIIsTimephasedTypeOfScenario(std::int64_t type, std::int32_t baselineNumber) {
+    if (baselineNumber < 0) {
+        return type >= 1 && type <= 3;  // remaining work, actual work, actual overtime work
+    }
+    const auto number = static_cast<std::size_t>(baselineNumber);
+    return number < baselineWorkTypes.size() && type == baselineWorkTypes[number];
+}
 
 std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiTask(const MSPCFields& mspTask) {
     std::vector<MSPCXMLNewElement> pieces;
@@ -71,18 +73,25 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
 
 MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std::string_view taskName) const {
     MSPITimephasedSpans spans;
-    MSPIGrowthBounds boundsOfTask;
-    for (const auto& assignment : _mapper.index().timephasedAssignmentsByTaskUID().nodesWithKey(uid)) {
-        collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans);
+    const auto sharedName = std::make_shared<const std::string>(taskName);
+    const auto& timephased = _mapper.index().timephasedAssignmentsByTaskUID();
+    for (const auto& assignment : timephased.nodesWithKey(uid)) {
+        _mapper.assignmentLooks().lookAt(assignment, timephased, _mapper.growthBounds());
+        MSPITellingSubject([&] { return MSPISubjectOfAssignment(assignment, _mapper.hiddenElements()); },
+                           [&] { collectSpansOfAssignment(assignment, sharedName, spans); });
     }
     if (!spans.empty()) {
-        scaleToAssignedWork(spans, assignedWorkOf(_mapper.index().assignmentsByTaskUID().nodesWithKey(uid)));
+        const auto& byTaskUID = _mapper.index().assignmentsByTaskUID();
+        for (const auto& assignment : byTaskUID.nodesWithKey(uid)) {
+            _mapper.assignmentLooks().lookAt(assignment, byTaskUID, _mapper.growthBounds());
+        }
+        scaleToAssignedWork(spans, assignedWorkOf(byTaskUID.nodesWithKey(uid)));
     }
     return spans;
 }
 
-void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment, std::string_view taskName,
-                                                        MSPIGrowthBounds& boundsOfTask,
+void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment,
+                                                        const std::shared_ptr<const std::string>& taskName,
                                                         MSPITimephasedSpans& spans) const {
     const auto& conversions = _mapper.conversions();
     for (auto record = assignment.firstChildElement("TimephasedData"); record;
@@ -90,14 +99,13 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         Error error;
         const auto type = intValueForXQuery(record, "Type", &error);
         // Deliberate: a record without a type counts in every scenario.
-        if (!error && !isTypeOfScenario(type, _mapper.baselineNumber())) {
+        if (!error && !MSPIIsTimephasedTypeOfScenario(type, _mapper.baselineNumber())) {
             continue;
         }
         const auto start = stringValueForXQuery(record, "Start").value_or("");
         const auto finish = stringValueForXQuery(record, "Finish").value_or("");
         const auto value = stringValueForXQuery(record, "Value").value_or("");
-        boundsOfTask.addRepeatedText(taskName.size());
-        spans.emplace_back(std::string(taskName), type, conversions.mspdiToMppDateTime(start),
+        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start),
                            conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
     }
 }
@@ -142,7 +150,7 @@ MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimepha
     };
     const auto& conversions = _mapper.conversions();
     setAttributeWithNameStringValue(task, "id", _mapper.getTempSplitTaskID());
-    _mapper.growthBounds().addRepeatedText(taskName.size());
+    _mapper.growthBounds().addRepeatedName(taskName.size());
     addChild("title", taskName);
     const auto scale = stretch.workScale() != 0 ? stretch.workScale() : 1.0;
     addChild("effort", MSPIUtilities::mppToKdzxDuration(stretch.duration() * scale));

@@ -1,5 +1,10 @@
 #include "MSPDISubcommands.h"
 
+#include <array>
+
+#include "MSPDILossesCommand.h"
+
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    return {};
+    static constexpr std::array<MSPDISubcommand, 1> all = {MSPDIAddLossesCommand};
+    return all;
 }

@@ -40,7 +40,8 @@ void requireSameTexts(const std::string& name, const WrittenTexts& texts, const 
 void requireStepsThatGrowWith(std::size_t bytes, std::uint64_t steps) {
     constexpr std::uint64_t mostSteps = 100'000;
     constexpr std::uint64_t stepsPerByte = 500;
-    require(steps <= mostSteps + stepsPerByte * bytes, "the steps of an import grow with the bytes it reads and writes");
+    require(steps <= mostSteps + stepsPerByte * bytes,
+            "the steps of an import grow with the bytes it reads and writes");
 }
 
 }  // namespace
@@ -75,9 +76,9 @@ void importIntoBundle(const BundleImportInput& input) {
     info.mspdiProjectName = "Plan";
     info.kdzxTemplateURL = MSPCURL::fileURL(Template, true);
     const auto stepsBefore = countedSteps();
-    const bool isComplete = MSPIXMLImporter(info, world.services, mapAndRemember)
-                                .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(Plan, false),
-                                                                   MSPCURL::fileURL(Bundle, true));
+    const bool isComplete =
+        MSPIXMLImporter(info, world.services, mapAndRemember)
+            .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(Plan, false), MSPCURL::fileURL(Bundle, true));
     const auto steps = countedSteps() - stepsBefore;
     auto size = input.plan.size() + input.actual.size() + input.toc.size() + world.log.characters();
     for (const auto& [name, texts] : mapped) {

@@ -7,12 +7,12 @@ std::uint64_t steps = 0;
 }
 
 extern "C" {
-#define KZMSP_COUNTED(call, type)                       \
-    void __real_##call(type left, type right);          \
-    void __wrap_##call(type left, type right);          \
-    void __wrap_##call(type left, type right) {         \
-        ++steps;                                        \
-        __real_##call(left, right);                     \
+#define KZMSP_COUNTED(call, type)               \
+    void __real_##call(type left, type right);  \
+    void __wrap_##call(type left, type right);  \
+    void __wrap_##call(type left, type right) { \
+        ++steps;                                \
+        __real_##call(left, right);             \
     }
 KZMSP_COUNTED(__sanitizer_cov_trace_cmp1, std::uint8_t)
 KZMSP_COUNTED(__sanitizer_cov_trace_cmp2, std::uint16_t)

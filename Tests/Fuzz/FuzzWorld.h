@@ -63,8 +63,10 @@ private:
 
 class SilentLog final : public MSPCLog {
 public:
-    void log(std::string_view message) override { _characters += message.size(); }
     [[nodiscard]] std::size_t characters() const noexcept { return _characters; }
+
+protected:
+    void write(std::string_view message) override { _characters += message.size(); }
 
 private:
     std::size_t _characters = 0;

@@ -184,7 +184,8 @@ WrittenTexts textsOf(const MSPCXMLDocument& document) {
 
 std::optional<WrittenTexts> textsOfStrictReading(std::string_view bytes) {
     StrictReading reading;
-    const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate("UTF-8"), XML_ParserFree);
+    const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate("UTF-8"),
+                                                                              XML_ParserFree);
     XML_SetUserData(parser.get(), &reading);
     // The parser is its own argument, for only it knows how many attributes the document itself gives.
     XML_UseParserAsHandlerArg(parser.get());
@@ -192,8 +193,8 @@ std::optional<WrittenTexts> textsOfStrictReading(std::string_view bytes) {
         parser.get(),
         [](void* self, const XML_Char* name, const XML_Char** attributes) {
             auto* inner = static_cast<XML_Parser>(self);
-            static_cast<StrictReading*>(XML_GetUserData(inner))->start(name, attributes,
-                                                                       XML_GetSpecifiedAttributeCount(inner));
+            static_cast<StrictReading*>(XML_GetUserData(inner))
+                ->start(name, attributes, XML_GetSpecifiedAttributeCount(inner));
         },
         [](void* self, const XML_Char*) {
             static_cast<StrictReading*>(XML_GetUserData(static_cast<XML_Parser>(self)))->end();
@@ -207,9 +208,9 @@ std::optional<WrittenTexts> textsOfStrictReading(std::string_view bytes) {
             return std::nullopt;
         }
         std::fwrite(bytes.data(), 1, bytes.size(), stderr);
-        require(false, "a written document is well-formed: " +
-                           std::string(XML_ErrorString(XML_GetErrorCode(parser.get()))) + " in line " +
-                           std::to_string(XML_GetCurrentLineNumber(parser.get())));
+        require(false,
+                "a written document is well-formed: " + std::string(XML_ErrorString(XML_GetErrorCode(parser.get()))) +
+                    " in line " + std::to_string(XML_GetCurrentLineNumber(parser.get())));
     }
     return std::move(reading).texts();
 }

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ctime>
 
 #include "MSPCTimeZone.h"
+#include "ScopedEnvironment.h"
 #include "UTCInstant.h"
 
 // Stretches of time without a change of the clocks.
@@ -48,6 +50,29 @@ TEST(MSPCTimeZoneSpans, offsetsRepeatWithTheCycle) {
                 << name << " on day " << day;
         }
     }
+}
+
+// Around the end of the years that stand for later ones, around centuries without a leap day, and much later.
+TEST(MSPCTimeZoneSpans, offsetsFarAheadAreThoseOfTheCLibrary) {
+    for (const auto* name : {"Europe/Berlin", "America/Santiago", "Australia/Lord_Howe", "Asia/Beirut", "Africa/Cairo",
+                             "Africa/Casablanca", "America/Havana", "Europe/Dublin", "Asia/Gaza"}) {
+        const auto zone = MSPCTimeZone::named(name).value();
+        const ScopedEnvironment environment("TZ", name);
+        ::tzset();
+        for (const int year : {2099, 2127, 2200, 2299, 2303, 2399, 2500, 2999, 9998}) {
+            const auto begin = utcInstant(year, 1, 1);
+            for (int half = 0; half < 3 * 366 * 2; ++half) {
+                const auto instant = begin + half * 43'200.0;
+                const auto time = static_cast<std::time_t>(instant.secondsSince1970);
+                std::tm local{};
+                ::localtime_r(&time, &local);
+                ASSERT_EQ(zone.secondsFromGMT(instant), local.tm_gmtoff) << name << " at " << time;
+                const auto span = zone.steadySpanAt(instant);
+                ASSERT_TRUE(span.start <= instant && instant < span.end) << name << " at " << time;
+            }
+        }
+    }
+    ::tzset();
 }
 
 TEST(MSPCTimeZoneSpans, offsetIsTheSameThroughoutASpan) {

@@ -18,6 +18,11 @@ constexpr std::int64_t Monday = 2;
 constexpr std::int64_t Tuesday = 3;
 constexpr MSPCTimeInterval Week = 144'000;  // of the standard calendar
 
+// A zone of one offset, in which no change of the clocks ends a leap.
+MSPCGregorianCalendar greenwich() {
+    return MSPCGregorianCalendar(MSPCTimeZone::fixed(0));
+}
+
 MSPEDayWalk walkFrom(const MSPEScheduleCalendar& calendar, const std::string& date, MSPEDirection direction = Forward) {
     return {calendar.gregorian(), instantAt(date, calendar.gregorian()), direction};
 }
@@ -25,7 +30,7 @@ MSPEDayWalk walkFrom(const MSPEScheduleCalendar& calendar, const std::string& da
 }  // namespace
 
 TEST(MSPEScheduleLeaps, areWholeWeeksThatLeaveMoreThanAWeeksWork) {
-    const auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("UTC"));
+    const auto calendar = MSPEScheduleCalendar::standardCalendar(greenwich());
     MSPEScheduleLeaps leaps(calendar, Forward);
     const auto walk = walkFrom(calendar, "2012-03-05T00:00:00");
     const auto leap = leaps.leapFrom(walk, 3.5 * Week);
@@ -49,7 +54,7 @@ TEST(MSPEScheduleLeaps, endBeforeTheClocksChange) {
 }
 
 TEST(MSPEScheduleLeaps, tellThatWeeksWhichNeverWorkOffMoreAreEndless) {
-    MSPEScheduleCalendar calendar(gregorianIn("UTC"));
+    MSPEScheduleCalendar calendar(greenwich());
     calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, Monday);
     calendar.addWorkingTimePeriodWeekday({12, 0, 0, 8, 0, 0}, Tuesday);
     MSPEScheduleLeaps leaps(calendar, Forward);
@@ -73,7 +78,7 @@ TEST(MSPEScheduleLeaps, overWeeksThatLeaveEverythingAsItWas_waitForASecondOne) {
 }
 
 TEST(MSPEScheduleLeaps, comeByTheEndOfTheCycleBeingMeasured) {
-    const auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("UTC"));
+    const auto calendar = MSPEScheduleCalendar::standardCalendar(greenwich());
     MSPEScheduleLeaps leaps(calendar, Forward);
     auto walk = walkFrom(calendar, "2150-01-05T00:00:00");
     constexpr auto workOfCycle = MSPEDayWalk::DaysOfCycle / 7 * Week;
@@ -89,14 +94,14 @@ TEST(MSPEScheduleLeaps, comeByTheEndOfTheCycleBeingMeasured) {
 }
 
 TEST(MSPEScheduleLeaps, areNotMadeWhereSumsAreRoundedOrADayHasTooFewPeriods) {
-    MSPEScheduleCalendar farAway(gregorianIn("UTC"));
+    MSPEScheduleCalendar farAway(greenwich());
     farAway.addWorkingTimePeriodWeekday({8, 0, 0, 1'000'000'000'000, 0, 0}, Monday);
     MSPEScheduleLeaps rounded(farAway, Forward);
     EXPECT_FALSE(rounded.isExact());
     EXPECT_FALSE(rounded.passesDay(Monday, 1e300));
     EXPECT_EQ(rounded.leapFrom(walkFrom(farAway, "2012-03-05T00:00:00"), 1e300).days, 0);
 
-    MSPEScheduleCalendar uneven(gregorianIn("UTC"));
+    MSPEScheduleCalendar uneven(greenwich());
     uneven.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, Monday);
     uneven.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, Tuesday);
     uneven.addWorkingTimePeriodWeekday({10, 0, 0, 11, 0, 0}, Tuesday);
@@ -107,7 +112,7 @@ TEST(MSPEScheduleLeaps, areNotMadeWhereSumsAreRoundedOrADayHasTooFewPeriods) {
 }
 
 TEST(MSPEScheduleLeaps, passDaysThatWorkOffLess) {
-    const auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("UTC"));
+    const auto calendar = MSPEScheduleCalendar::standardCalendar(greenwich());
     const MSPEScheduleLeaps leaps(calendar, Forward);
     EXPECT_TRUE(leaps.passesDay(Monday, 28'801));
     EXPECT_FALSE(leaps.passesDay(Monday, 28'800));

@@ -1,0 +1,102 @@
+#include "MSPDIAccount.h"
+
+#include <new>
+#include <numeric>
+
+#include "MSPCException.h"
+#include "MSPCExtensions.h"
+#include "MSPCFileSystem.h"
+#include "MSPCLog.h"
+#include "MSPDIKinds.h"
+#include "MSPDILeafWalk.h"
+#include "MSPDIPlanFacts.h"
+
+namespace {
+
+class NoLog final : public MSPCLog {
+protected:
+    void write(std::string_view /*message*/) override {}
+};
+
+std::optional<std::string> obstacleAt(const std::string& path, const MSPCFileSystem& fileSystem) {
+    if (!fileSystem.exists(path)) {
+        return "no such file";
+    }
+    return fileSystem.isDirectory(path) ? std::optional<std::string>("a folder, not a plan") : std::nullopt;
+}
+
+// The mapping of an import, watched.
+MSPIScenarioMapping watchedBy(MSPDIPlanFacts& facts) {
+    return [&facts](auto& mspdi, const auto& kdzxTemplate, auto& kdzxTOC, const auto& info, const auto& services) {
+        if (!info.mspdiBaselineNumber && mspdi.root().name() == "Project") {
+            facts.readPlan(mspdi.root());
+        }
+        auto scenario = MSPIMapScenario(mspdi, kdzxTemplate, kdzxTOC, info, services);
+        if (scenario) {
+            facts.readScenario(info, *scenario, kdzxTOC);
+        }
+        return scenario;
+    };
+}
+
+// What is no plan at all; a plan that is refused for what it holds can still be looked at.
+bool isNoPlan(const MSPDIMemoryImport& import, const MSPDIPlanFacts& facts) {
+    return !facts.hasPlan || (import.refusal && import.refusal->name == "MSPIMapperException");
+}
+
+void tellOfRepair(const MSPDIMemoryImport& import, const MSPDIAccountOptions& options, MSPDIAccount& account) {
+    constexpr std::string_view repaired = "Repaired malformed XML";
+    for (const auto& warning : import.warnings) {
+        if (warning.starts_with(repaired)) {
+            const auto& kind = MSPDIKinds()[MSPDIKindIndex("overwritten-by-repair")];
+            auto& loss = *account.losses.insert(account.losses.begin(), {kind.name, kind.what, "", 1, {}});
+            if (options.mostPlaces > 0) {
+                loss.where.push_back({"/Project", "", "", warning});
+            }
+        }
+    }
+}
+
+void lookAt(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options,
+            MSPDIAccount& account) {
+    MSPDIPlanFacts facts(services);
+    const auto import = MSPDIImportInMemory(planPath, services, MSPDIMemoryKeeping::Names, watchedBy(facts));
+    if (isNoPlan(import, facts)) {
+        account.obstacle = import.refusal ? import.refusal->reason : "no plan";
+        return;
+    }
+    account.refusal = import.refusal;
+    facts.conclude();
+    NoLog log;
+    const auto plan =
+        newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly, services.fileSystem, log);
+    MSPDILeafWalk walk(facts, options, account);
+    walk.walk(plan.root());
+    walk.finish();
+    tellOfRepair(import, options, account);
+}
+
+}  // namespace
+
+std::size_t MSPDIAccount::total() const {
+    return std::accumulate(leaves.begin(), leaves.end(), std::size_t(0));
+}
+
+MSPDIAccount MSPDIAccountOfPlan(const std::string& planPath, const MSPCServices& services,
+                                const MSPDIAccountOptions& options) {
+    MSPDIAccount account;
+    account.obstacle = obstacleAt(planPath, services.fileSystem);
+    if (account.obstacle) {
+        return account;
+    }
+    try {
+        lookAt(planPath, services, options, account);
+    } catch (const MSPCException& exception) {
+        account = {};
+        account.obstacle = exception.reason();
+    } catch (const std::bad_alloc&) {
+        account = {};
+        account.obstacle = "not enough memory";
+    }
+    return account;
+}

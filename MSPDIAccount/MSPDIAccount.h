@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MSPCServices.h"
+#include "MSPDIFate.h"
+#include "MSPDIMemoryImport.h"
+
+// Where something is lost.
+struct MSPDIPlace {
+    std::string path;   // "/Project/Tasks[1]/Task[4]/Name[1]": elements of one name are counted from 1
+    std::string uid;    // of the task, resource, assignment, calendar or custom field; empty where it has none
+    std::string name;   // of the same; of an assignment that of its task's UID stands in `path` only
+    std::string value;  // in the plan
+};
+
+// All losses of one kind.
+struct MSPDILoss {
+    std::string_view kind;
+    std::string_view what;  // in words
+    std::string element;    // the path of the first one without numbers: "Tasks/Task/Deadline"
+    std::size_t count = 0;
+    std::vector<MSPDIPlace> where;  // the first ones
+};
+
+// What becomes of a plan.
+struct MSPDIAccount {
+    // Why nothing can be told: it is no file, or no plan. Everything below is empty then.
+    std::optional<std::string> obstacle;
+    // Why the importer refuses the plan; what is below is then what would become of it as far as that can be told.
+    std::optional<MSPDIRefusal> refusal;
+    std::array<std::size_t, MSPDIFateNames.size()> leaves{};  // by fate
+    std::vector<MSPDILoss> losses;                            // the most important ones first
+
+    [[nodiscard]] std::size_t total() const;
+};
+
+struct MSPDIAccountOptions {
+    std::size_t mostPlaces = 3;  // of each kind
+    // Is told the path and the fate of every leaf, in the order of the document. More than once for the same leaf only
+    // after `restart`.
+    std::function<void(const std::string& path, MSPDIFate fate)> visitLeaf;
+};
+
+// Imports the plan at a path in memory and looks what becomes of each leaf. Raises nothing that the plan is to blame
+// for.
+[[nodiscard]] MSPDIAccount MSPDIAccountOfPlan(const std::string& planPath, const MSPCServices& services,
+                                              const MSPDIAccountOptions& options = {});

@@ -1,0 +1,157 @@
+// What becomes of resources and assignments.
+#include "MSPCTextScanner.h"
+#include "MSPDIConditions.h"
+#include "MSPDITaskView.h"
+#include "MSPDIValues.h"
+#include "MSPITimephasedDataMapper.h"
+
+namespace {
+
+const MSPDIResourceFacts& resourceOf(const MSPDILeaf& leaf) {
+    return leaf.item.facts.resources[leaf.item.position];
+}
+
+const MSPDIAssignmentFacts& assignmentOf(const MSPDILeaf& leaf) {
+    return leaf.item.facts.assignments[leaf.item.position];
+}
+
+MSPDIJudgement repeated() {
+    return {MSPDIFate::Lost, "repeated-element"};
+}
+
+// The facts of the task that an assignment is looked up for; none where no task that arrives asks for it.
+const MSPDITaskFacts* taskOf(const MSPDILeaf& leaf) {
+    const auto& task = assignmentOf(leaf).task;
+    return task ? &leaf.item.facts.tasks[*task] : nullptr;
+}
+
+}  // namespace
+
+MSPDIJudgement resourceText(const MSPDILeaf& leaf) {
+    if (!resourceOf(leaf).isMapped) {
+        return lostUnlessDefault(leaf);
+    }
+    return leaf.isLastOfItsName() ? MSPDIFate::Carried : repeated();
+}
+
+MSPDIJudgement resourceNumber(const MSPDILeaf& leaf) {
+    if (!resourceOf(leaf).isMapped) {
+        return lostUnlessDefault(leaf);
+    }
+    return leaf.isOnlyOfItsName() ? MSPDIFate::Carried : MSPDIFate::Shaping;
+}
+
+MSPDIJudgement resourceType(const MSPDILeaf& leaf) {
+    return resourceOf(leaf).isMapped ? MSPDIFate::Shaping : MSPDIFate::Default;
+}
+
+MSPDIJudgement resourceIsCost(const MSPDILeaf& leaf) {
+    const bool isCost = MSPDIIsTrue(leaf.text);
+    if (resourceOf(leaf).isMapped && leaf.item.facts.isSavedBy2007OrLater()) {
+        return isCost ? MSPDIJudgement(MSPDIFate::Shaping, "cost-resource") : MSPDIFate::Shaping;
+    }
+    return isCost ? MSPDIJudgement(MSPDIFate::Lost, "cost-resource") : MSPDIJudgement(MSPDIFate::Default);
+}
+
+MSPDIJudgement resourceMaxUnits(const MSPDILeaf& leaf) {
+    const auto& resource = resourceOf(leaf);
+    if (!resource.isMapped || resource.isMaterial) {
+        return lostUnlessDefault(leaf);
+    }
+    if (!leaf.isLastOfItsName()) {
+        return repeated();
+    }
+    return scanDouble(leaf.text).value_or(0) == 0 ? MSPDIFate::Default : MSPDIFate::Carried;
+}
+
+MSPDIJudgement resourceCalendar(const MSPDILeaf& leaf) {
+    const auto& resource = resourceOf(leaf);
+    if (resource.isMapped && (resource.calendar || !leaf.isOnlyOfItsName())) {
+        return MSPDIFate::Shaping;
+    }
+    return lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement resourceRateFormat(const MSPDILeaf& leaf) {
+    constexpr std::int64_t perHour = 2;
+    const auto rate = scanDouble(*leaf.item.fields.text("StandardRate")).value_or(0);
+    const bool isTold = resourceOf(leaf).isMapped && rate != 0 && scanInteger64(leaf.text).value_or(perHour) != perHour;
+    return isTold ? MSPDIJudgement(MSPDIFate::Lost, "rate-per-unit") : MSPDIJudgement(MSPDIFate::Default);
+}
+
+MSPDIJudgement ofFurtherRate(const MSPDILeaf& leaf) {
+    const auto rate = leaf.node.parent();
+    const auto table = scanInteger64(rate.lastChildElement("RateTable").element.stringValue()).value_or(0);
+    const auto from = rate.lastChildElement("RatesFrom").element.stringValue();
+    // The first rate of the first table is the resource's own.
+    const bool isOwn = table == 0 && (from.empty() || from.starts_with("1984-01-01"));
+    return isOwn ? MSPDIJudgement(MSPDIFate::Derived) : lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {
+    const auto& assignment = assignmentOf(leaf);
+    const auto uid = scanInteger64(leaf.text);
+    if (!leaf.isOnlyOfItsName()) {
+        return MSPDIFate::Shaping;
+    }
+    if (assignment.arrives) {
+        return MSPDIFate::Carried;
+    }
+    if (assignment.countsForMaterial) {
+        return MSPDIFate::Shaping;
+    }
+    if (!uid || *uid < 0) {
+        // That nobody does the work: without it the assignment would be one.
+        const bool isAsked = assignment.task && !assignment.isOfSummary;
+        return isAsked ? MSPDIFate::Shaping : MSPDIFate::Default;
+    }
+    return {MSPDIFate::Lost, assignment.isOfSummary ? "summary-assignment" : "dropped-assignment"};
+}
+
+MSPDIJudgement assignmentUnits(const MSPDILeaf& leaf) {
+    return assignmentOf(leaf).countsForMaterial ? MSPDIFate::Carried : lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement assignmentWork(const MSPDILeaf& leaf) {
+    const auto* const task = taskOf(leaf);
+    if (task != nullptr && task->timephasedScenarios != 0) {
+        return MSPDIFate::Shaping;
+    }
+    const bool isTold = task != nullptr && task->hasUnequalShares && assignmentOf(leaf).arrives;
+    return isTold ? MSPDIJudgement(MSPDIFate::Lost, "unequal-shares") : MSPDIJudgement(MSPDIFate::Derived);
+}
+
+MSPDIJudgement timephasedType(const MSPDILeaf& leaf) {
+    // One without a type counts in every scenario.
+    return taskOf(leaf) != nullptr ? MSPDIFate::Shaping : MSPDIFate::Default;
+}
+
+MSPDIJudgement timephasedValue(const MSPDILeaf& leaf) {
+    const auto* const task = taskOf(leaf);
+    const auto record = leaf.node.parent();
+    const auto type = MSPDISingleInteger(record, "Type");
+    bool counts = false;
+    bool isOfScenario = false;
+    for (int scenario = MSPDIPlanFacts::Actual; scenario <= 10 && task != nullptr; ++scenario) {
+        const bool isRead = !type || MSPIIsTimephasedTypeOfScenario(*type, scenario);
+        isOfScenario = isOfScenario || isRead;
+        counts = counts || (isRead && (task->timephasedScenarios & MSPDIPlanFacts::bitOf(scenario)) != 0);
+    }
+    if (counts) {
+        return MSPDIFate::Shaping;
+    }
+    // A single stretch says what the task's own dates say.
+    if (isOfScenario || leaf.name() != "Value") {
+        return MSPDIFate::Derived;
+    }
+    return lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement assignmentBaselineValue(const MSPDILeaf& leaf) {
+    const auto* const task = taskOf(leaf);
+    const bool mayCount = task != nullptr && task->timephasedScenarios != 0 && leaf.name() == "Work";
+    if (mayCount && leaf.item.fields.singleObject("Work")) {
+        return MSPDIFate::Shaping;
+    }
+    return MSPDIFate::Derived;
+}

@@ -1,0 +1,269 @@
+// What becomes of what a task holds.
+#include "MSPCTextScanner.h"
+#include "MSPDIConditions.h"
+#include "MSPDIElementTable.h"
+#include "MSPDITaskView.h"
+#include "MSPDIValues.h"
+
+namespace {
+
+const MSPDITaskFacts& factsOf(const MSPDILeaf& leaf) {
+    return leaf.item.facts.tasks[leaf.item.position];
+}
+
+MSPDIJudgement repeated() {
+    return {MSPDIFate::Lost, "repeated-element"};
+}
+
+// A rule's answer that nothing arrives, with what the line says about it.
+MSPDIJudgement told(const MSPDIJudgement& judgement, const MSPDILeaf& leaf) {
+    const bool isLeftToLine = judgement.fate == MSPDIFate::Lost && judgement.kind.empty();
+    return isLeftToLine ? lostUnlessDefault(leaf) : judgement;
+}
+
+MSPDIJudgement ofEmptyRow(const MSPDILeaf& leaf) {
+    const bool saysNothing = leaf.text.empty() || MSPDIIsOneOf(leaf.text, "0|1|500");
+    return saysNothing ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, "empty-row");
+}
+
+// Of the project's summary task its dates arrive; most else is computed from the tasks.
+MSPDIJudgement ofRoot(const MSPDILeaf& leaf) {
+    const auto name = leaf.name();
+    if (name == "Start" || name == "Finish") {
+        return leaf.text.empty()             ? MSPDIJudgement(MSPDIFate::Default)
+               : leaf.item.facts.isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time")
+                                             : MSPDIJudgement(MSPDIFate::Carried);
+    }
+    if (name == "Name") {
+        const bool saysNothing = leaf.text.empty() || leaf.item.facts.isProjectName(leaf.text);
+        return saysNothing ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, "summary-task");
+    }
+    if (name == "Notes" || name == "FixedCost") {
+        return lostUnlessDefault(leaf);
+    }
+    return MSPDIFate::Derived;
+}
+
+MSPDIJudgement inAnyScenario(const MSPDILeaf& leaf) {
+    const auto judgement = leaf.element.rule(MSPDITaskView(leaf.item, MSPDIPlanFacts::Actual), leaf.text);
+    if (judgement.arrives()) {
+        return judgement;
+    }
+    for (auto baseline = leaf.item.node.firstChildElement("Baseline"); baseline;
+         baseline = baseline.nextSiblingElement("Baseline")) {
+        if (!MSPDICountsAsBaseline(baseline)) {
+            continue;
+        }
+        const MSPDITaskView view(leaf.item, *MSPDIBaselineNumber(baseline), baseline);
+        if (view.hides(leaf.name())) {
+            continue;
+        }
+        const auto ofBaseline = leaf.element.rule(view, leaf.text);
+        if (ofBaseline.arrives()) {
+            return ofBaseline;
+        }
+    }
+    return told(judgement, leaf);
+}
+
+// A custom field's value by the definition that counts for it.
+struct FieldValue {
+    MSPCXMLNode owner;  // the ExtendedAttribute
+    std::optional<std::size_t> definition;
+};
+
+FieldValue fieldValueOf(const MSPDILeaf& leaf) {
+    FieldValue value{leaf.node.parent(), std::nullopt};
+    if (const auto id = value.owner.lastChildElement("FieldID").element) {
+        const auto position = leaf.item.facts.definitionOf(id.stringValue());
+        if (position && leaf.item.facts.definitions[*position].hasName) {
+            value.definition = position;
+        }
+    }
+    return value;
+}
+
+// Whether a later field of the same name takes the place of this one.
+bool isReplaced(const FieldValue& value, const MSPDIPlanFacts& facts) {
+    const auto& name = facts.definitions[*value.definition].name;
+    for (auto later = value.owner.nextSiblingElement("ExtendedAttribute"); later;
+         later = later.nextSiblingElement("ExtendedAttribute")) {
+        const auto id = later.lastChildElement("FieldID").element;
+        const auto position = id ? facts.definitionOf(id.stringValue()) : std::nullopt;
+        if (position && facts.definitions[*position].hasName && facts.definitions[*position].name == name) {
+            return true;
+        }
+    }
+    return false;
+}
+
+MSPDIJudgement valueOfField(const MSPDILeaf& leaf) {
+    if (!leaf.isLastOfItsName()) {
+        return repeated();
+    }
+    const auto value = fieldValueOf(leaf);
+    if (!value.definition) {
+        return lostUnlessDefault(leaf);
+    }
+    return isReplaced(value, leaf.item.facts) ? MSPDIJudgement(MSPDIFate::Lost, "repeated-field")
+                                              : MSPDIJudgement(MSPDIFate::Carried);
+}
+
+MSPDIJudgement idOfField(const MSPDILeaf& leaf) {
+    if (!leaf.isLastOfItsName()) {
+        return MSPDIFate::Default;
+    }
+    return fieldValueOf(leaf).definition ? MSPDIFate::Shaping : MSPDIFate::Default;
+}
+
+enum class Link { Carried, Dropped, InSomeScenario };
+
+Link linkOf(const MSPDILeaf& leaf) {
+    const auto link = leaf.node.parent();
+    const MSPCFields fields(link);
+    if (factsOf(leaf).state != MSPDITaskState::Mapped) {
+        return Link::Dropped;
+    }
+    const auto uid = MSPDISingleInteger(fields, "PredecessorUID");
+    if (!uid || *uid < 0) {
+        return MSPDICount(link, "PredecessorUID") > 1 ? Link::InSomeScenario : Link::Dropped;
+    }
+    const auto count = leaf.item.facts.tasksWithUID(*uid);
+    if (count > 1 && leaf.item.node.firstChildElement("Baseline")) {
+        return Link::InSomeScenario;  // where only one of them has the baseline
+    }
+    return count == 1 ? Link::Carried : Link::Dropped;
+}
+
+}  // namespace
+
+MSPDIJudgement taskField(const MSPDILeaf& leaf) {
+    const auto state = factsOf(leaf).state;
+    if (leaf.element.rule == MSPDITaskRules::shaping) {
+        return MSPDIFate::Shaping;
+    }
+    if (state == MSPDITaskState::EmptyRow) {
+        return leaf.element.rule == MSPDITaskRules::outlineLevel ? MSPDIJudgement(MSPDIFate::Shaping)
+                                                                 : ofEmptyRow(leaf);
+    }
+    const bool isLast = leaf.isLastOfItsName();
+    if (leaf.element.reading == MSPDIReading::Last && !isLast) {
+        return repeated();
+    }
+    if (leaf.element.reading == MSPDIReading::Single && !leaf.isOnlyOfItsName()) {
+        return MSPDIFate::Shaping;  // together they say nothing
+    }
+    if (state == MSPDITaskState::Root) {
+        return leaf.element.rule == MSPDITaskRules::outlineLevel ? MSPDIJudgement(MSPDIFate::Shaping) : ofRoot(leaf);
+    }
+    return inAnyScenario(leaf);
+}
+
+MSPDIJudgement taskBaselineValue(const MSPDILeaf& leaf) {
+    const auto baseline = leaf.node.parent();
+    const auto state = factsOf(leaf).state;
+    const auto number = MSPDIBaselineNumber(baseline);
+    const auto* const field = MSPDIElementAt("Tasks/Task", leaf.name());
+    const bool isRead = field != nullptr && field->rule != nullptr && leaf.item.fields.singleObject(leaf.name()) &&
+                        state != MSPDITaskState::EmptyRow;
+    if (!isRead || !number) {
+        return lostUnlessDefault(leaf);
+    }
+    if (!MSPDICountsAsBaseline(baseline) || !leaf.isLastOfItsName()) {
+        return repeated();
+    }
+    if (MSPDICount(baseline, "Number") > 1) {
+        return MSPDIFate::Shaping;
+    }
+    if (state == MSPDITaskState::Root) {
+        const bool hides = leaf.text.empty() && (leaf.name() == "Start" || leaf.name() == "Finish");
+        return hides ? MSPDIJudgement(MSPDIFate::Shaping) : ofRoot(leaf);
+    }
+    if (field->reading == MSPDIReading::Single && MSPDICount(leaf.item.node, leaf.name()) > 1) {
+        return lostUnlessDefault(leaf);
+    }
+    const auto judgement = field->rule(MSPDITaskView(leaf.item, *number, baseline), leaf.text);
+    if (judgement.arrives()) {
+        return judgement;
+    }
+    // It may still hide what the task has.
+    const MSPDITaskView shown(leaf.item, *number, baseline, leaf.name());
+    return field->rule(shown, shown.text(leaf.name())).arrives() ? MSPDIJudgement(MSPDIFate::Shaping)
+                                                                 : told(judgement, leaf);
+}
+
+MSPDIJudgement baselineNumber(const MSPDILeaf& leaf) {
+    const auto baseline = leaf.node.parent();
+    const bool isRead = MSPDIBaselineNumber(baseline).has_value() || !leaf.isOnlyOfItsName();
+    return isRead ? MSPDIJudgement(MSPDIFate::Shaping) : MSPDIJudgement(MSPDIFate::Lost, "further-baseline");
+}
+
+MSPDIJudgement taskFieldID(const MSPDILeaf& leaf) {
+    return factsOf(leaf).state == MSPDITaskState::EmptyRow ? MSPDIJudgement(MSPDIFate::Default) : idOfField(leaf);
+}
+
+MSPDIJudgement taskFieldValue(const MSPDILeaf& leaf) {
+    return factsOf(leaf).state == MSPDITaskState::Mapped ? valueOfField(leaf) : lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement resourceFieldID(const MSPDILeaf& leaf) {
+    return leaf.item.facts.resources[leaf.item.position].isMapped ? idOfField(leaf)
+                                                                  : MSPDIJudgement(MSPDIFate::Default);
+}
+
+MSPDIJudgement resourceFieldValue(const MSPDILeaf& leaf) {
+    return leaf.item.facts.resources[leaf.item.position].isMapped ? valueOfField(leaf) : lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement linkPredecessor(const MSPDILeaf& leaf) {
+    switch (linkOf(leaf)) {
+        case Link::Carried:
+            return MSPDIFate::Carried;
+        case Link::InSomeScenario:
+            return MSPDIFate::Shaping;
+        default:
+            return {MSPDIFate::Lost, "dropped-link"};
+    }
+}
+
+MSPDIJudgement linkType(const MSPDILeaf& leaf) {
+    constexpr std::int64_t lastType = 3;
+    const auto link = linkOf(leaf);
+    if (link == Link::InSomeScenario || (link == Link::Carried && !leaf.isOnlyOfItsName())) {
+        return MSPDIFate::Shaping;
+    }
+    if (link == Link::Dropped) {
+        return MSPDIFate::Default;
+    }
+    const auto type = scanInteger64(leaf.text).value_or(-1);
+    return type >= 0 && type <= lastType ? MSPDIJudgement(MSPDIFate::Carried)
+                                         : MSPDIJudgement(MSPDIFate::Lost, "link-type");
+}
+
+MSPDIJudgement linkLag(const MSPDILeaf& leaf) {
+    return linkOf(leaf) == Link::Dropped ? MSPDIJudgement(MSPDIFate::Default) : lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {
+    const auto& facts = factsOf(leaf);
+    const bool hasNoDuration =
+        MSPDISeconds(*leaf.item.fields.text("Duration")).value_or(0) == 0 || !leaf.item.fields.singleObject("Duration");
+    const bool isOne = MSPDIIsTrue(leaf.text);
+    const bool becomesOne = facts.state == MSPDITaskState::Mapped && hasNoDuration && !facts.isSummary;
+    const bool isTold = facts.state == MSPDITaskState::Mapped && !facts.isSummary && isOne != becomesOne;
+    return isTold ? MSPDIJudgement(MSPDIFate::Lost, "milestone") : MSPDIJudgement(MSPDIFate::Derived);
+}
+
+MSPDIJudgement taskWBS(const MSPDILeaf& leaf) {
+    const auto number = leaf.item.fields.text("OutlineNumber");
+    const bool saysTheSame = number && *number == leaf.text;
+    return saysTheSame ? MSPDIJudgement(MSPDIFate::Derived) : lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement elapsedDuration(const MSPDILeaf& leaf) {
+    const auto format = scanInteger64(leaf.text).value_or(0);
+    // Elapsed minutes, hours, days, weeks and months are the even ones; from 32 on the same ones are estimated.
+    const auto unit = format >= 35 ? format - 32 : format;
+    const bool isElapsed = (unit >= 4 && unit <= 12 && unit % 2 == 0) || unit == 20;
+    return isElapsed ? MSPDIJudgement(MSPDIFate::Lost, "elapsed-duration") : MSPDIJudgement(MSPDIFate::Default);
+}

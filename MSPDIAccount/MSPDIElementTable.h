@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "MSPDIElement.h"
+
+// The table of element paths: what becomes of every leaf that plans are known to have.
+[[nodiscard]] std::span<const MSPDIElement> MSPDIElements();
+
+// Whether anything of the leaves of a line may reach the document, wherever they stand.
+[[nodiscard]] bool MSPDIMayArrive(const MSPDIElement& element);
+
+// The table as a tree of names.
+class MSPDIElementTree {
+public:
+    // The tree of the whole table, from the project on.
+    [[nodiscard]] static const MSPDIElementTree& project();
+
+    // What is known below this element under a name; a null pointer for an element that the table does not know.
+    [[nodiscard]] const MSPDIElementTree* child(std::string_view name) const;
+    // The line for a leaf here; a null pointer where the table knows only elements with children.
+    [[nodiscard]] const MSPDIElement* element() const { return _element; }
+    [[nodiscard]] bool hasChildren() const { return !_children.empty(); }
+    // From below the project to here: "Tasks/Task/Name".
+    [[nodiscard]] const std::string& path() const { return _path; }
+
+private:
+    void add(std::string_view path, const MSPDIElement& element);
+
+    std::string _path;
+    const MSPDIElement* _element = nullptr;
+    std::unordered_map<std::string_view, std::unique_ptr<MSPDIElementTree>> _children;
+};
+
+// The line for a leaf of a name below a parent ("Tasks/Task"); a null pointer where there is none.
+[[nodiscard]] const MSPDIElement* MSPDIElementAt(std::string_view parent, std::string_view name);

@@ -1,0 +1,123 @@
+#include "MSPDIKinds.h"
+
+#include <unordered_map>
+
+namespace {
+
+constexpr MSPDIKind kinds[] = {
+    // What was read may not be what was meant.
+    {"overwritten-by-repair", "the file was damaged and mended on reading; values may be missing"},
+    // Work that is gone, or stands elsewhere.
+    {"unreachable-task", "tasks that no group leads to"},
+    {"summer-time", "dates that get another offset because the import is run in summer"},
+    {"deadline", "deadlines"},
+    {"link-lag", "the lag of links"},
+    {"dropped-link", "links to tasks that are not there, or that share a number with others"},
+    {"link-type", "links of an unknown type"},
+    {"start-no-later", "\"start no later than\", which is dropped"},
+    {"finish-no-earlier", "\"finish no earlier than\", which schedules as late as possible instead"},
+    {"locked-date", "the date of a constraint, where the task begins before its project or ends behind it"},
+    {"constraint", "constraints of an unknown type"},
+    {"manual-task", "tasks that are scheduled by hand"},
+    {"inactive-task", "inactive tasks, which become active"},
+    {"split-end", "ends of split tasks, which become those of their last pieces"},
+    {"duration-not-effort", "durations other than the work: only effort arrives"},
+    {"elapsed-duration", "elapsed durations, which count nights and weekends"},
+    {"milestone", "tasks that are milestones, or none, against their duration"},
+    {"assignment-units", "units of assignments other than 100%"},
+    {"unequal-shares", "shares of a task's work, where its resources have different ones"},
+    {"summary-assignment", "assignments of summary tasks"},
+    {"dropped-assignment", "assignments of tasks that are not there"},
+    {"assignment-delay", "delays of assignments"},
+    {"work-contour", "contours of work: how it is spread over the time"},
+    {"project-calendar", "the plan's own calendar, which is not the one taken"},
+    {"task-calendar", "calendars of tasks"},
+    {"resource-week", "working weeks of resources: base calendars, or days off of their own"},
+    {"recurring-exception", "recurring exceptions of calendars"},
+    {"exception-2003", "exceptions in the form of 2003"},
+    {"calendar-exception", "exceptions of calendars without a day"},
+    {"work-weeks", "work weeks: other working times for some weeks"},
+    {"overnight-time", "working time that ends at midnight, which becomes 0 o'clock"},
+    {"unused-calendar", "calendars that do not arrive, since no resource has them"},
+    {"calendar-name", "names of calendars"},
+    {"exception-name", "names of holidays and other exceptions"},
+    {"actual-dates", "actual starts and finishes"},
+    {"status-date", "the status date"},
+    {"completion", "completion that cannot be carried over"},
+    {"physical-progress", "physical completion"},
+    {"work", "work that cannot be carried over"},
+    {"overtime", "overtime work"},
+    {"leveling-delay", "delays by leveling"},
+    {"pinned", "pinned starts"},
+    {"timephased-data", "values spread over the time"},
+    // Costs and resources.
+    {"fixed-cost", "fixed costs"},
+    {"cost-resource", "cost resources, which become material"},
+    {"rate-per-unit", "rates that are not per hour, but are taken so"},
+    {"further-rates", "further rates, by table and date"},
+    {"overtime-rate", "rates for overtime"},
+    {"default-rates", "rates for new resources"},
+    {"availability", "when, and how much, resources are available"},
+    {"resource-units", "maximum units of resources"},
+    {"material-label", "units of material"},
+    {"booking-type", "proposed bookings"},
+    {"budget", "budgets"},
+    {"baseline-cost", "costs of baselines"},
+    {"baseline-value", "values of baselines that the task itself lacks"},
+    {"further-baseline", "baselines with another number than 0 to 10"},
+    {"baseline-calendar", "the calendar of the baseline"},
+    // What people have written.
+    {"notes", "notes that cannot be carried over"},
+    {"assignment-notes", "notes of assignments"},
+    {"hyperlink", "hyperlinks"},
+    {"wbs", "WBS codes"},
+    {"unregistered-field", "custom fields that are missing in the table of contents although tasks hold values"},
+    {"undefined-field", "values of custom fields without a definition"},
+    {"repeated-field", "values of custom fields whose name another one has too"},
+    {"assignment-fields", "custom fields of assignments"},
+    {"lookup-or-formula", "lookup tables and formulas of custom fields"},
+    {"custom-field-definition", "names of custom fields without values"},
+    {"outline-code", "outline codes"},
+    {"subproject", "subprojects and links to other files"},
+    {"recurring-task", "tasks that recur"},
+    {"contact", "contacts"},
+    {"commitment", "commitments"},
+    {"estimated", "marks of durations as estimated"},
+    {"manual-text", "dates and durations entered as text"},
+    {"task-details", "further details of tasks"},
+    {"resource-group", "groups of resources"},
+    {"resource-details", "further details of resources"},
+    {"assignment-details", "further details of assignments"},
+    {"summary-task", "the name of the project's summary task"},
+    {"unassigned-resource", "what the resource for unassigned work holds"},
+    {"empty-row", "what empty rows hold"},
+    // The file as such.
+    {"document-properties", "properties of the document: author, company, subject, ..."},
+    {"document-history", "when the document was made and saved"},
+    {"currency", "the currency"},
+    {"work-format", "the unit of work"},
+    {"calculation-settings", "settings of the calculation"},
+    {"wbs-mask", "the form of WBS codes"},
+    {"views-and-filters", "views, tables, filters, groups, reports and macros"},
+    {"display-settings", "how bars are shown"},
+    {"repeated-element", "elements that are repeated: another one counts"},
+    {"unknown-element", "elements that nobody knows"},
+};
+
+}  // namespace
+
+std::span<const MSPDIKind> MSPDIKinds() {
+    return kinds;
+}
+
+std::size_t MSPDIKindIndex(std::string_view name) {
+    static const auto indexes = [] {
+        std::unordered_map<std::string_view, std::size_t> byName;
+        for (std::size_t index = 0; index < std::size(kinds); ++index) {
+            byName[kinds[index].name] = index;
+        }
+        return byName;
+    }();
+    const auto found = indexes.find(name);
+    return found == indexes.end() ? std::size(kinds) : found->second;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+// A kind of loss, for a person.
+struct MSPDIKind {
+    std::string_view name;  // "link-lag"
+    std::string_view what;  // "the lag of links"
+};
+
+// All kinds, the most important ones first.
+[[nodiscard]] std::span<const MSPDIKind> MSPDIKinds();
+// The place of a kind among them; their number for a name that is none.
+[[nodiscard]] std::size_t MSPDIKindIndex(std::string_view name);

@@ -1,0 +1,324 @@
+#include "MSPDIPlanFacts.h"
+
+#include <algorithm>
+
+#include "MSPCClock.h"
+#include "MSPCException.h"
+#include "MSPCExtensions.h"
+#include "MSPCPath.h"
+#include "MSPCTextScanner.h"
+#include "MSPDIValues.h"
+#include "MSPITaskTree.h"
+#include "MSPITimephasedDataMapper.h"
+#include "MSPIXPathNumber.h"
+
+namespace {
+
+constexpr int BaselineCount = 11;
+
+// The numbers of all children of that name, each once, as look-ups by number see them.
+std::vector<double> numbersOf(const MSPCXMLNode& element, std::string_view name) {
+    std::vector<double> numbers;
+    std::string buffer;
+    for (auto child = element.firstChildElement(name); child; child = child.nextSiblingElement(name)) {
+        if (const auto number = xpathNumber(child.stringValue(buffer))) {
+            numbers.push_back(*number);
+        }
+    }
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    return numbers;
+}
+
+std::string lastText(const MSPCXMLNode& element, std::string_view name) {
+    return element.lastChildElement(name).element.stringValue();
+}
+
+}  // namespace
+
+MSPDIPlanFacts::MSPDIPlanFacts(const MSPCServices& services)
+    : isSummerNow(services.timeZone.daylightSavingOffset(services.clock.now()) != 0), _conversions(services) {
+}
+
+void MSPDIPlanFacts::readPlan(const MSPCXMLNode& project) {
+    hasPlan = true;
+    readSettings(project);
+    readTasks(project);
+    readCalendars(project);
+    readDefinitions(project);
+    readResources(project);
+    readAssignments(project);
+}
+
+void MSPDIPlanFacts::readSettings(const MSPCXMLNode& project) {
+    const MSPCFields fields(project);
+    saveVersion = MSPDISingleInteger(fields, "SaveVersion").value_or(saveVersion);
+    hasTitle = static_cast<bool>(fields.singleObject("Title"));
+    for (const auto* name : {"Title", "Name"}) {
+        _projectNames.emplace_back(*fields.text(name));
+        _projectNames.push_back(pathByDeletingExtension(*fields.text(name)));
+    }
+    isScheduledFromStart =
+        MSPDICount(project, "ScheduleFromStart") != 1 || MSPDIIsTrueField(fields, "ScheduleFromStart");
+    projectDate = instantOf(*fields.text(isScheduledFromStart ? "StartDate" : "FinishDate"));
+}
+
+void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
+    const auto nodes = nodesForXQuery(project, "Tasks/Task");
+    MSPITaskTree tree(2 * nodes.size(), isSavedBy2007OrLater());
+    for (const auto& node : nodes) {
+        const MSPCFields fields(node);
+        const auto uids = numbersOf(node, "UID");
+        _taskUIDs.insert(_taskUIDs.end(), uids.begin(), uids.end());
+        auto& task = tasks.emplace_back();
+        const auto uidText = fields.text("UID");
+        const auto uid = scanInteger64(*uidText).value_or(0);
+        task.isSummary = MSPDIIsTrueField(fields, "Summary");
+        if (MSPDIIsTrueField(fields, "IsNull")) {
+            task.state = MSPDITaskState::EmptyRow;
+            continue;
+        }
+        if (uid == 0) {
+            task.state = MSPDITaskState::Root;
+            continue;
+        }
+        _taskByUID.try_emplace(uid, tasks.size() - 1);
+        // In this tree only tasks that can be reached have a target.
+        const auto level = MSPDILastInteger(fields, "OutlineLevel").value_or(0);
+        const auto id = 't' + std::string(*uidText);
+        tree.record(id, {node, {}, {}, level, task.isSummary});
+        if (level != 1) {
+            const auto parent = tree.parentForLevel(level);
+            task.isReachable = parent && parent->kdzxTask;
+        }
+        if (task.isReachable) {
+            tree.record(id, {node, node, {}, level, task.isSummary});
+        }
+    }
+    std::sort(_taskUIDs.begin(), _taskUIDs.end());
+}
+
+void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
+    std::optional<std::size_t> first;
+    std::optional<std::size_t> standard;
+    for (const auto& node : nodesForXQuery(project, "Calendars/Calendar")) {
+        const auto position = calendars.size();
+        auto& calendar = calendars.emplace_back();
+        for (const auto& period : nodesForXQuery(node, "Exceptions/Exception[Type=1]/TimePeriod")) {
+            calendar.exceptionStarts.insert(lastText(period, "FromDate"));
+        }
+        for (const auto uid : numbersOf(node, "UID")) {
+            _calendarByUID[uid] = position;
+        }
+        for (auto name = node.firstChildElement("Name"); name; name = name.nextSiblingElement("Name")) {
+            standard = name.stringValue() == "Standard" ? position : standard;
+        }
+    }
+    if (const auto byUID = _calendarByUID.find(1); byUID != _calendarByUID.end()) {
+        first = byUID->second;
+    }
+    isCalendarFoundByName = !first;
+    const auto taken = first ? first : standard;
+    if (taken) {
+        calendars[*taken].isProjects = true;
+        const auto nodes = nodesForXQuery(project, "Calendars/Calendar");
+        projectCalendarUID = MSPDILastInteger(nodes[*taken], "UID");
+    }
+}
+
+void MSPDIPlanFacts::readDefinitions(const MSPCXMLNode& project) {
+    for (const auto& node : nodesForXQuery(project, "ExtendedAttributes/ExtendedAttribute")) {
+        auto& definition = definitions.emplace_back();
+        for (const auto* name : {"FieldName", "Alias"}) {
+            if (node.firstChildElement(name)) {
+                definition.hasName = true;
+                definition.name = lastText(node, name);
+            }
+        }
+        for (auto id = node.firstChildElement("FieldID"); id; id = id.nextSiblingElement("FieldID")) {
+            _definitionByFieldID[id.stringValue()] = definitions.size() - 1;
+        }
+    }
+    for (const auto& [fieldID, position] : _definitionByFieldID) {
+        definitions[position].isLast = true;
+    }
+    std::size_t position = 0;
+    for (const auto& node : nodesForXQuery(project, "Tasks/Task")) {
+        const auto state = tasks[position++].state;
+        if (state != MSPDITaskState::EmptyRow) {
+            readValues(node, state == MSPDITaskState::Mapped, true);
+        }
+    }
+}
+
+void MSPDIPlanFacts::readValues(const MSPCXMLNode& owner, bool isShown, bool isTask) {
+    for (auto value = owner.firstChildElement("ExtendedAttribute"); value;
+         value = value.nextSiblingElement("ExtendedAttribute")) {
+        const auto position =
+            value.firstChildElement("FieldID") ? definitionOf(lastText(value, "FieldID")) : std::nullopt;
+        if (position && definitions[*position].hasName) {
+            auto& definition = definitions[*position];
+            const bool arrives = isShown && value.firstChildElement("Value");
+            definition.isUsed = true;
+            definition.isShown = definition.isShown || arrives;
+            definition.isShownByTask = definition.isShownByTask || (arrives && isTask);
+        }
+    }
+}
+
+void MSPDIPlanFacts::readResources(const MSPCXMLNode& project) {
+    for (const auto& node : nodesForXQuery(project, "Resources/Resource")) {
+        const MSPCFields fields(node);
+        const auto position = resources.size();
+        auto& resource = resources.emplace_back();
+        const auto uid = MSPDISingleInteger(fields, "UID");
+        resource.isMapped = uid && *uid != 0;
+        if (!resource.isMapped) {
+            continue;
+        }
+        const bool isCost = isSavedBy2007OrLater() && MSPDICount(node, "IsCostResource") == 1 &&
+                            MSPDIIsTrueField(fields, "IsCostResource");
+        resource.isMaterial = isCost || MSPDISingleInteger(fields, "Type").value_or(1) == 0;
+        if (resource.isMaterial) {
+            _materialByUID[static_cast<double>(*uid)].push_back(position);
+        }
+        const auto calendarUID = MSPDISingleInteger(fields, "CalendarUID").value_or(-1);
+        const auto calendar = _calendarByUID.find(static_cast<double>(calendarUID));
+        if (calendarUID >= 0 && calendar != _calendarByUID.end()) {
+            resource.calendar = calendar->second;
+            calendars[calendar->second].resources.push_back(position);
+        }
+        readValues(node, true, false);
+    }
+}
+
+void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
+    for (const auto& node : nodesForXQuery(project, "Assignments/Assignment")) {
+        const MSPCFields fields(node);
+        auto& assignment = assignments.emplace_back();
+        auto& share = _shares.emplace_back();
+        const auto taskUID = MSPDILastInteger(fields, "TaskUID");
+        share.taskUID = taskUID.value_or(0);
+        share.hasTask = taskUID.has_value();
+        share.resourceUID = MSPDILastInteger(fields, "ResourceUID");
+        share.work = MSPDISeconds(*fields.text("Work"));
+        for (const auto uid : numbersOf(node, "ResourceUID")) {
+            assignment.countsForMaterial = assignment.countsForMaterial || _materialByUID.contains(uid);
+        }
+        for (auto record = node.firstChildElement("TimephasedData"); record;
+             record = record.nextSiblingElement("TimephasedData")) {
+            const auto type = MSPDISingleInteger(record, "Type");
+            for (int scenario = Actual; scenario < BaselineCount; ++scenario) {
+                if (!type || MSPIIsTimephasedTypeOfScenario(*type, scenario)) {
+                    ++share.records[static_cast<std::size_t>(scenario + 1)];
+                }
+            }
+        }
+    }
+}
+
+void MSPDIPlanFacts::readScenario(const MSPIImportInfo& info, const MSPCXMLDocument& scenario,
+                                  const MSPCXMLDocument& kdzxTOC) {
+    const auto number = info.mspdiBaselineNumber.value_or(Actual);
+    if (number == Actual) {
+        _hasTOC = true;
+        for (const auto& key : nodesForXQuery(kdzxTOC.root(), "project/task-user-data-keys/user-data/key")) {
+            _taskKeys.insert(key.stringValue());
+        }
+    }
+    std::vector<bool> isThere(tasks.size(), true);
+    if (number != Actual && info.baselines) {
+        const auto targets = info.baselines->targets(number);
+        const auto firstTask = targets.size() - tasks.size();  // tasks come last
+        for (std::size_t position = 0; position < tasks.size(); ++position) {
+            isThere[position] = targets[firstTask + position].hasBaseline;
+        }
+    }
+    auto target = scenario.root().firstChildElement("task");  // the group of all tasks
+    for (std::size_t position = 0; position < tasks.size(); ++position) {
+        if (isThere[position] && tasks[position].state == MSPDITaskState::Mapped) {
+            target = target.nextSiblingElement("task");
+            if (target.firstChildElement("split")) {
+                _splitEnds[{position, number}] = target.firstChildElement("end-date").stringValue();
+                tasks[position].splitScenarios |= bitOf(number);
+            }
+        }
+    }
+}
+
+void MSPDIPlanFacts::conclude() {
+    std::vector<std::array<std::uint32_t, BaselineCount + 1>> records(tasks.size());
+    std::vector<std::optional<std::int64_t>> firstWork(tasks.size());
+    for (std::size_t position = 0; position < assignments.size(); ++position) {
+        auto& assignment = assignments[position];
+        const auto& share = _shares[position];
+        const auto found = _taskByUID.find(share.taskUID);
+        if (!share.hasTask || found == _taskByUID.end()) {
+            continue;
+        }
+        assignment.task = found->second;
+        auto& task = tasks[found->second];
+        for (std::size_t scenario = 0; scenario <= BaselineCount; ++scenario) {
+            records[found->second][scenario] += share.records[scenario];
+        }
+        assignment.isOfSummary = task.isSummary && task.splitScenarios == 0;
+        assignment.arrives = !assignment.isOfSummary && share.resourceUID.value_or(-1) >= 0;
+        if (assignment.arrives) {
+            auto& work = firstWork[found->second];
+            work = task.assignmentCount == 0 ? share.work : work;
+            task.hasUnequalShares = task.hasUnequalShares || work != share.work;
+            ++task.assignmentCount;
+        }
+    }
+    for (std::size_t position = 0; position < tasks.size(); ++position) {
+        for (int scenario = Actual; scenario < BaselineCount; ++scenario) {
+            if (records[position][static_cast<std::size_t>(scenario + 1)] >= 2) {
+                tasks[position].timephasedScenarios |= bitOf(scenario);
+            }
+        }
+    }
+    _shares.clear();
+}
+
+std::optional<std::size_t> MSPDIPlanFacts::definitionOf(std::string_view fieldID) const {
+    const auto found = _definitionByFieldID.find(fieldID);
+    return found == _definitionByFieldID.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::size_t MSPDIPlanFacts::tasksWithUID(std::int64_t uid) const {
+    const auto [first, last] = std::equal_range(_taskUIDs.begin(), _taskUIDs.end(), static_cast<double>(uid));
+    return static_cast<std::size_t>(last - first);
+}
+
+bool MSPDIPlanFacts::isSplit(std::size_t task, int scenario) const {
+    return (tasks[task].splitScenarios & bitOf(scenario)) != 0;
+}
+
+std::string_view MSPDIPlanFacts::splitEnd(std::size_t task, int scenario) const {
+    const auto found = _splitEnds.find({task, scenario});
+    return found == _splitEnds.end() ? std::string_view() : std::string_view(found->second);
+}
+
+std::optional<MSPCInstant> MSPDIPlanFacts::instantOf(std::string_view date) const {
+    try {
+        return _conversions.mspdiToMppDateTime(date);
+    } catch (const MSPCException&) {
+        return std::nullopt;
+    }
+}
+
+std::string MSPDIPlanFacts::kdzxDateOf(std::string_view date) const {
+    try {
+        return _conversions.mspdiToKdzxDateTime(date).value_or("");
+    } catch (const MSPCException&) {
+        return {};
+    }
+}
+
+bool MSPDIPlanFacts::isProjectName(std::string_view text) const {
+    return std::find(_projectNames.begin(), _projectNames.end(), text) != _projectNames.end();
+}
+
+bool MSPDIPlanFacts::isMissingInTOC(std::string_view field) const {
+    return _hasTOC && !_taskKeys.contains(field);
+}

@@ -1,0 +1,84 @@
+#include "MSPDIValues.h"
+
+#include "MSPCError.h"
+#include "MSPCException.h"
+#include "MSPCPath.h"
+#include "MSPCTextScanner.h"
+#include "MSPIUtilities.h"
+
+namespace {
+
+// A text that is a number from its beginning to its end.
+std::optional<double> wholeNumber(std::string_view text) {
+    const bool isNumber = !text.empty() && text.find_first_not_of("0123456789.-+eE") == std::string_view::npos;
+    return isNumber ? scanDouble(text) : std::nullopt;
+}
+
+bool isNothingOfADuration(std::string_view text) {
+    return text.starts_with("PT") && text.find_first_not_of("PTHMS0.") == std::string_view::npos;
+}
+
+bool isSame(std::string_view text, std::string_view wanted) {
+    if (text == wanted) {
+        return true;
+    }
+    const auto number = wholeNumber(text);
+    if (number && number == wholeNumber(wanted)) {
+        return true;
+    }
+    if (wanted == "0" && (isNothingOfADuration(text) || lowerCased(text) == "false")) {
+        return true;
+    }
+    return wanted == "1" && lowerCased(text) == "true";
+}
+
+}  // namespace
+
+std::optional<std::int64_t> MSPDISingleInteger(const MSPCFields& fields, std::string_view name) {
+    Error error;
+    const auto text = fields.text(name, &error);
+    return text && !error ? scanInteger64(*text) : std::nullopt;
+}
+
+std::optional<std::int64_t> MSPDILastInteger(const MSPCFields& fields, std::string_view name) {
+    return scanInteger64(*fields.text(name));
+}
+
+bool MSPDIIsTrue(std::string_view text) {
+    const auto value = trimmed(text);
+    if (value.size() == 1) {
+        return value != "0" && scanInteger32(value).value_or(0) != 0;
+    }
+    const auto word = lowerCased(value);
+    return word == "true" || word == "yes" || scanInteger32(value).value_or(0) != 0;
+}
+
+bool MSPDIIsTrueField(const MSPCFields& fields, std::string_view name) {
+    return MSPDIIsTrue(*fields.text(name));
+}
+
+std::optional<std::int64_t> MSPDISeconds(std::string_view duration) {
+    try {
+        return MSPIUtilities::mspdiDurationInSecs(duration);
+    } catch (const MSPCException&) {
+        return std::nullopt;
+    }
+}
+
+std::size_t MSPDICount(const MSPCXMLNode& element, std::string_view name) {
+    return element.lastChildElement(name).count;
+}
+
+bool MSPDIIsOneOf(std::string_view text, std::string_view list) {
+    const auto value = trimmed(text);
+    for (;;) {
+        const auto end = std::min(list.find('|'), list.size());
+        if (isSame(value, list.substr(0, end))) {
+            return true;
+        }
+        if (end == list.size()) {
+            return false;
+        }
+        list.remove_prefix(end + 1);
+    }
+}

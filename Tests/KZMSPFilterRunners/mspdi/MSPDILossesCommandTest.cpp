@@ -1,0 +1,128 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "MSPDIProgram.h"
+#include "ServicesInMemory.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string planOf(const std::string& content) {
+    return R"(<Project xmlns="http://schemas.microsoft.com/project"><StartDate>2012-01-09T08:00:00</StartDate><Calendars>)"
+           R"(<Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars>)" +
+           content + "</Project>";
+}
+
+class LossesCommandTest : public testing::Test {
+protected:
+    LossesCommandTest() {
+        std::string tasks;
+        for (int uid = 1; uid <= 4; ++uid) {
+            tasks +=
+                "<Task><UID>" + std::to_string(uid) +
+                "</UID><Name>Paint</Name><OutlineLevel>1</OutlineLevel><Deadline>2012-02-01T17:00:00</Deadline></Task>";
+        }
+        world.machine.addFile("/home/me/Lossy.xml", planOf("<Tasks>" + tasks + "</Tasks>"));
+        world.machine.addFile("/home/me/Lossless.xml", planOf(""));
+        world.machine.addFile("/home/me/Other.xml", "<html/>");
+    }
+
+    int run(const std::vector<std::string>& arguments, bool isColored = false) {
+        out.str("");
+        err.str("");
+        return MSPDIProgram(arguments, world.services, {out, err, isColored});
+    }
+    [[nodiscard]] nlohmann::json told() const { return nlohmann::json::parse(out.str()); }
+
+    ServicesInMemory world;
+    std::ostringstream out;
+    std::ostringstream err;
+};
+
+}  // namespace
+
+TEST_F(LossesCommandTest, tellsKindsWithTheirFirstPlaces) {
+    EXPECT_EQ(run({"losses", "Lossy.xml"}), 1);
+    EXPECT_EQ(out.str(),
+              "4 x deadline: deadlines\n"
+              "    Paint (UID 1): 2012-02-01T17:00:00  /Project/Tasks[1]/Task[1]/Deadline[1]\n"
+              "    Paint (UID 2): 2012-02-01T17:00:00  /Project/Tasks[1]/Task[2]/Deadline[1]\n"
+              "    Paint (UID 3): 2012-02-01T17:00:00  /Project/Tasks[1]/Task[3]/Deadline[1]\n"
+              "    ... and 1 more (--all shows them)\n"
+              "Lossy.xml: 20 leaves, 5 carried, 0 changed, 10 shaping, 1 default, 0 derived, 4 lost\n");
+    EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(LossesCommandTest, hasNothingToTellOfALosslessPlan) {
+    EXPECT_EQ(run({"losses", "Lossless.xml"}), 0);
+    EXPECT_EQ(out.str(), "Lossless.xml: 4 leaves, 1 carried, 0 changed, 2 shaping, 1 default, 0 derived, 0 lost\n");
+}
+
+TEST_F(LossesCommandTest, showsEveryPlaceWithAll) {
+    EXPECT_EQ(run({"losses", "--all", "Lossy.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr("/Project/Tasks[1]/Task[4]/Deadline[1]"));
+}
+
+TEST_F(LossesCommandTest, tellsItAsJSON) {
+    EXPECT_EQ(run({"losses", "Lossy.xml", "--json"}), 1);
+    EXPECT_EQ(told()["plan"], "Lossy.xml");
+    EXPECT_EQ(told()["importable"], true);
+    EXPECT_EQ(told()["reason"], nullptr);
+    EXPECT_EQ(told()["leaves"]["lost"], 4);
+    EXPECT_EQ(told()["losses"][0]["kind"], "deadline");
+    EXPECT_EQ(told()["losses"][0]["count"], 4);
+    EXPECT_EQ(told()["losses"][0]["where"].size(), 3U);
+    EXPECT_FALSE(told().contains("fates"));
+    EXPECT_EQ(run({"losses", "Lossy.xml", "--json", "--all"}), 1);
+    EXPECT_EQ(told()["losses"][0]["where"].size(), 4U);
+    EXPECT_EQ(told()["fates"].size(), 20U);
+    EXPECT_EQ(told()["fates"]["/Project/Tasks[1]/Task[4]/Deadline[1]"], "lost");
+}
+
+TEST_F(LossesCommandTest, tellsNothingWhenQuiet) {
+    EXPECT_EQ(run({"losses", "--quiet", "Lossy.xml"}), 1);
+    EXPECT_EQ(run({"losses", "-q", "--json", "Lossy.xml"}), 1);
+    EXPECT_EQ(run({"losses", "-q", "Lossless.xml"}), 0);
+    EXPECT_EQ(out.str() + err.str(), "");
+}
+
+TEST_F(LossesCommandTest, tellsInOneLineWhatItCouldNotLookAt) {
+    for (const auto& [file, reason] :
+         {std::pair<std::string, std::string>("None.xml", "no such file"),
+          {"/home/me", "a folder, not a plan"},
+          {"Other.xml", "MSPIMapper.map: Source XML DOM is not a valid MSPDI document."}}) {
+        EXPECT_EQ(run({"losses", "--json", file}), 2);
+        EXPECT_EQ(out.str(), "");
+        EXPECT_EQ(err.str(), "mspdi: " + file + ": " + reason + "\n");
+    }
+}
+
+TEST_F(LossesCommandTest, refusesWrongArguments) {
+    for (const auto& arguments : {std::vector<std::string>{"losses"},
+                                  {"losses", "--every", "Lossy.xml"},
+                                  {"losses", "Lossy.xml", "Lossless.xml"}}) {
+        EXPECT_EQ(run(arguments), 2);
+        EXPECT_EQ(out.str(), "");
+        EXPECT_THAT(err.str(), StartsWith("mspdi: "));
+    }
+}
+
+TEST_F(LossesCommandTest, helpsAndTellsItsVersion) {
+    EXPECT_EQ(run({"losses", "--help"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("--all"));
+    EXPECT_EQ(run({"losses", "--version"}), 0);
+    EXPECT_EQ(out.str(), "mspdi " KZMSP_VERSION "\n");
+}
+
+TEST_F(LossesCommandTest, writesNoControlCharactersOfAPlan) {
+    world.machine.addFile("/home/me/Odd.xml", planOf("<Subject>a&#x9;b&#xA;c</Subject>"));
+    EXPECT_EQ(run({"losses", "Odd.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr("    a b c  /Project/Subject[1]\n"));
+    EXPECT_EQ(run({"losses", "Odd.xml"}, true), 1);
+    EXPECT_THAT(out.str(), StartsWith("\x1B[1m1 x document-properties\x1B[0m: "));
+}

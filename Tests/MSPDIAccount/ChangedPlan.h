@@ -1,0 +1,45 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "MSPCXMLDocument.h"
+#include "MSPDIFate.h"
+#include "ServicesInMemory.h"
+
+// A plan whose leaves can be taken out or given another value, imported again each time. Ids and times are the same in
+// all imports, so that documents can be compared byte by byte.
+class ChangedPlan {
+public:
+    using Bundle = std::map<std::string, std::string>;
+
+    explicit ChangedPlan(std::string bytes);
+
+    [[nodiscard]] bool isImported() const { return _original.has_value(); }
+    // The path and the fate of every leaf, in order.
+    [[nodiscard]] const std::vector<std::pair<std::string, MSPDIFate>>& fates() const { return _fates; }
+    // All leaves of the document by their paths, counted here.
+    [[nodiscard]] std::set<std::string> leaves() const;
+    [[nodiscard]] std::string textAt(const std::string& path) const;
+
+    // Whether the document is the same without these leaves.
+    [[nodiscard]] bool isSameWithout(const std::vector<std::string>& paths) const;
+    // Whether it is the same with that value in a leaf.
+    [[nodiscard]] bool isSameWith(const std::string& path, const std::string& value) const;
+    // All values of the leaves whose path without numbers is this one.
+    [[nodiscard]] const std::vector<std::string>& valuesAt(const std::string& elementPath) const;
+
+private:
+    [[nodiscard]] std::optional<Bundle> importOf(const MSPCXMLDocument& plan) const;
+    [[nodiscard]] MSPCXMLDocument copy() const;
+
+    std::string _bytes;
+    std::optional<Bundle> _original;
+    std::vector<std::pair<std::string, MSPDIFate>> _fates;
+    std::map<std::string, std::vector<std::string>> _values;
+};
+
+// "/Project/Tasks[1]/Task[4]/Name[1]" as "Tasks/Task/Name".
+[[nodiscard]] std::string withoutNumbers(const std::string& path);

@@ -1,0 +1,165 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "ChangedPlan.h"
+#include "MangledPlan.h"
+#include "OtherValue.h"
+
+// What is said of each leaf is true: what is called lost, default or derived can be taken out of the plan and the
+// document stays the same; what is called carried gives another document with another value. Plans of many programs are
+// kept beside the checkout; without them these tests are skipped.
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr unsigned seed = 20261121;
+constexpr std::size_t leavesOfEachPlan = 60;
+
+fs::path corpusFolder() {
+    const char* named = std::getenv("KZMSP_CORPUS");
+    return named != nullptr ? fs::path(named) : fs::path(KZMSP_SOURCE).parent_path() / "shared" / "corpus";
+}
+
+std::vector<std::string> corpusPlans() {
+    std::vector<std::string> plans;
+    if (fs::is_directory(corpusFolder())) {
+        for (const auto& entry : fs::directory_iterator(corpusFolder())) {
+            if (entry.path().extension() == ".xml") {
+                plans.push_back(entry.path().filename().string());
+            }
+        }
+    }
+    std::sort(plans.begin(), plans.end());
+    return plans;
+}
+
+std::string bytesOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool isRemovable(MSPDIFate fate) {
+    return fate == MSPDIFate::Default || fate == MSPDIFate::Derived || fate == MSPDIFate::Lost;
+}
+
+// Which of these leaves change the document when they are taken out, found by halves; at most a few.
+void findCulprits(const ChangedPlan& plan, const std::vector<std::string>& paths, std::vector<std::string>& culprits) {
+    if (culprits.size() >= 5 || paths.empty() || plan.isSameWithout(paths)) {
+        return;
+    }
+    if (paths.size() == 1) {
+        culprits.push_back(paths.front() + " = " + plan.textAt(paths.front()));
+        return;
+    }
+    const auto middle = paths.begin() + static_cast<std::ptrdiff_t>(paths.size() / 2);
+    findCulprits(plan, {paths.begin(), middle}, culprits);
+    findCulprits(plan, {middle, paths.end()}, culprits);
+}
+
+// Every leaf that may be removed at once, and some of them and of those that are carried one by one.
+void expectTrueFates(const ChangedPlan& plan, std::size_t count) {
+    const auto leaves = plan.leaves();
+    ASSERT_EQ(plan.fates().size(), leaves.size());
+    std::vector<std::string> removable;
+    std::vector<std::string> carried;
+    for (const auto& [path, fate] : plan.fates()) {
+        EXPECT_TRUE(leaves.contains(path)) << path;
+        if (isRemovable(fate)) {
+            removable.push_back(path);
+        } else if (fate == MSPDIFate::Carried) {
+            carried.push_back(path);
+        }
+    }
+    if (!plan.isImported()) {
+        return;
+    }
+    std::vector<std::string> culprits;
+    findCulprits(plan, removable, culprits);
+    for (const auto& culprit : culprits) {
+        ADD_FAILURE() << "another document without " << culprit;
+    }
+    std::mt19937 random(seed);
+    std::shuffle(removable.begin(), removable.end(), random);
+    std::shuffle(carried.begin(), carried.end(), random);
+    removable.resize(std::min(removable.size(), count / 4));
+    carried.resize(std::min(carried.size(), count - count / 4));
+    for (const auto& path : removable) {
+        EXPECT_TRUE(plan.isSameWithout({path})) << path << " = " << plan.textAt(path);
+    }
+    for (const auto& path : carried) {
+        const auto value = plan.textAt(path);
+        const auto other = otherValue(plan, path, value);
+        EXPECT_FALSE(plan.isSameWith(path, other)) << path << ": " << value << " -> " << other;
+    }
+}
+
+class Fates : public testing::TestWithParam<std::string> {};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Fates);
+
+std::string nameOfTest(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char character) { return std::isalnum(character) == 0; }, '_');
+    return name;
+}
+
+}  // namespace
+
+TEST(FatesFolder, isThere) {
+    if (corpusPlans().empty()) {
+        GTEST_SKIP() << "no plans in " << corpusFolder() << "; KZMSP_CORPUS names another folder";
+    }
+}
+
+TEST_P(Fates, areTrue) {
+    expectTrueFates(ChangedPlan(bytesOf(corpusFolder() / GetParam())), leavesOfEachPlan);
+}
+
+INSTANTIATE_TEST_SUITE_P(Plans, Fates, testing::ValuesIn(corpusPlans()),
+                         [](const auto& plan) { return nameOfTest(plan.param); });
+
+// Plans that nobody has saved like that: leaves repeated, emptied, taken out, exchanged, and put where they are not
+// expected. KZMSP_MANGLED says how many of each plan; those kept beside the checkout come in only then.
+class MangledFates : public testing::TestWithParam<fs::path> {};
+
+namespace {
+
+std::vector<fs::path> plansToMangle() {
+    std::vector<fs::path> plans;
+    for (const auto& entry : fs::directory_iterator(fs::path(KZMSP_SOURCE) / "examples")) {
+        plans.push_back(entry.path());
+    }
+    if (std::getenv("KZMSP_MANGLED") != nullptr) {
+        for (const auto& plan : corpusPlans()) {
+            plans.push_back(corpusFolder() / plan);
+        }
+    }
+    std::sort(plans.begin(), plans.end());
+    return plans;
+}
+
+}  // namespace
+
+TEST_P(MangledFates, areTrue) {
+    const auto* wanted = std::getenv("KZMSP_MANGLED");
+    const unsigned count = wanted != nullptr ? static_cast<unsigned>(std::stoul(wanted)) : 5;
+    const auto bytes = bytesOf(GetParam());
+    for (unsigned number = 1; number <= count; ++number) {
+        SCOPED_TRACE("mangled with " + std::to_string(number));
+        const auto mangled = mangledPlan(bytes, number);
+        expectTrueFates(ChangedPlan(mangled), 16);
+        if (HasFailure()) {
+            std::ofstream(testing::TempDir() + "mangled.xml") << mangled;
+            break;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Plans, MangledFates, testing::ValuesIn(plansToMangle()),
+                         [](const auto& plan) { return nameOfTest(plan.param.filename().string()); });

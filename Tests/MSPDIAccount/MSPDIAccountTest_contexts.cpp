@@ -1,0 +1,233 @@
+// The same element, in places where it means different things.
+#include <gtest/gtest.h>
+
+#include "AccountOfPlan.h"
+
+namespace {
+
+constexpr const char* first = "Tasks[1]/Task[1]/";
+
+std::string fateInTask(const std::string& children, const std::string& leaf) {
+    return AccountOfPlan(tasksOf(taskOf(1, children))).at(first + leaf + "[1]");
+}
+
+}  // namespace
+
+TEST(FatesInContext, aRepeatedElementCountsOnceOnly) {
+    const AccountOfPlan plan(tasksOf(taskOf(1,
+                                            "<Name>a</Name><Name>b</Name><PercentComplete>10</PercentComplete>"
+                                            "<PercentComplete>20</PercentComplete>")));
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Name[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Name[2]"), "carried");
+    EXPECT_EQ(plan.count("repeated-element"), 1U);
+    // Two percentages are none at all, and without either of them the other one would count.
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/PercentComplete[1]"), "shaping");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/PercentComplete[2]"), "shaping");
+}
+
+TEST(FatesInContext, ofAnEmptyRowNothingArrives) {
+    const AccountOfPlan plan(
+        tasksOf("<Task><UID>3</UID><IsNull>1</IsNull><Name>gone</Name><Priority>500</Priority></Task>"));
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Name[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Priority[1]"), "default");
+    EXPECT_EQ(plan.count("empty-row"), 1U);
+}
+
+TEST(FatesInContext, ofTheProjectsSummaryTaskOnlyTheDatesArrive) {
+    const AccountOfPlan plan(
+        tasksOf("<Task><UID>0</UID><Summary>1</Summary><Name>All</Name><Start>2012-01-09T08:00:00</Start>"
+                "<Work>PT8H0M0S</Work><Notes>n</Notes></Task>"));
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Start[1]"), "carried");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Work[1]"), "derived");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Notes[1]"), "lost");
+    EXPECT_EQ(plan.count("summary-task"), 1U);
+}
+
+TEST(FatesInContext, durationIsTheEffortWithoutWork) {
+    EXPECT_EQ(fateInTask("<Duration>PT8H0M0S</Duration>", "Duration"), "carried");
+    EXPECT_EQ(fateInTask("<Duration>PT8H0M0S</Duration><Work>PT0H0M0S</Work>", "Work"), "default");
+    EXPECT_EQ(fateInTask("<Duration>PT8H0M0S</Duration><Work>PT8H0M0S</Work>", "Duration"), "shaping");
+    EXPECT_EQ(fateInTask("<Duration>PT8H0M0S</Duration><Work>PT4H0M0S</Work>", "Duration"), "changed");
+    EXPECT_EQ(fateInTask("<Summary>1</Summary><Duration>PT8H0M0S</Duration><Work>PT4H0M0S</Work>", "Duration"),
+              "derived");
+    EXPECT_EQ(AccountOfPlan(tasksOf(taskOf(1, "<Duration>PT8H0M0S</Duration><Work>PT4H0M0S</Work>")))
+                  .count("duration-not-effort"),
+              1U);
+}
+
+TEST(FatesInContext, aPercentageOfNoEffortSaysNothingOfItsOwn) {
+    EXPECT_EQ(fateInTask("<Work>PT8H0M0S</Work><PercentWorkComplete>50</PercentWorkComplete>", "PercentWorkComplete"),
+              "carried");
+    EXPECT_EQ(fateInTask("<PercentWorkComplete>50</PercentWorkComplete>", "PercentWorkComplete"), "shaping");
+    EXPECT_EQ(fateInTask("<Work>PT8H0M0S</Work><PercentWorkComplete>0</PercentWorkComplete>", "PercentWorkComplete"),
+              "default");
+}
+
+TEST(FatesInContext, aConstraintsDateGoesByItsType) {
+    const auto fate = [](const std::string& type) {
+        return fateInTask(
+            "<ConstraintType>" + type + "</ConstraintType><ConstraintDate>2012-01-11T08:00:00</ConstraintDate>",
+            "ConstraintDate");
+    };
+    EXPECT_EQ(fate("0"), "default");
+    EXPECT_EQ(fate("2"), "carried");
+    EXPECT_EQ(fate("4"), "carried");
+    EXPECT_EQ(fate("5"), "lost");
+    EXPECT_EQ(fate("6"), "carried");
+    EXPECT_EQ(fate("8"), "lost");
+}
+
+TEST(FatesInContext, aTaskBeforeItsProjectIsLockedToItsOwnDate) {
+    const auto fate = [](const std::string& date) {
+        return fateInTask("<ConstraintType>2</ConstraintType><Start>2012-01-04T08:00:00</Start><ConstraintDate>" +
+                              date + "</ConstraintDate>",
+                          "ConstraintDate");
+    };
+    EXPECT_EQ(fate("2012-01-03T08:00:00"), "carried");
+    EXPECT_EQ(fate("2012-01-04T08:00:00"), "derived");
+    EXPECT_EQ(fate("2012-01-05T08:00:00"), "lost");
+}
+
+TEST(FatesInContext, aBaselinesValueArrivesWhereTheTaskHasSuchAnElement) {
+    const std::string baseline =
+        "<Baseline><Number>2</Number><Start>2012-01-10T08:00:00</Start><Work>PT0H0M0S</Work></Baseline>";
+    const AccountOfPlan without(tasksOf(taskOf(1, baseline)));
+    EXPECT_EQ(without.at("Tasks[1]/Task[1]/Baseline[1]/Start[1]"), "lost");
+    EXPECT_EQ(without.at("Tasks[1]/Task[1]/Baseline[1]/Work[1]"), "default");
+    const AccountOfPlan with(tasksOf(taskOf(1, "<Start>2012-01-11T08:00:00</Start><Work>PT8H0M0S</Work>" + baseline)));
+    EXPECT_EQ(with.at("Tasks[1]/Task[1]/Baseline[1]/Start[1]"), "carried");
+    EXPECT_EQ(with.at("Tasks[1]/Task[1]/Baseline[1]/Work[1]"), "shaping");  // hides the task's own
+    EXPECT_EQ(with.at("Tasks[1]/Task[1]/Baseline[1]/Number[1]"), "shaping");
+}
+
+TEST(FatesInContext, ofSeveralBaselinesWithOneNumberTheLastCounts) {
+    const AccountOfPlan plan(
+        tasksOf(taskOf(1,
+                       "<Start>2012-01-11T08:00:00</Start>"
+                       "<Baseline><Number>2</Number><Start>2012-01-10T08:00:00</Start></Baseline>"
+                       "<Baseline><Number>2</Number><Start>2012-01-12T08:00:00</Start></Baseline>"
+                       "<Baseline><Number>11</Number><Start>2012-01-12T08:00:00</Start></Baseline>")));
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Baseline[1]/Start[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Baseline[2]/Start[1]"), "carried");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Baseline[3]/Start[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Baseline[3]/Number[1]"), "lost");
+}
+
+TEST(FatesInContext, aLinkNeedsOneTaskOfThatNumber) {
+    const std::string link = "<PredecessorLink><PredecessorUID>2</PredecessorUID><Type>1</Type></PredecessorLink>";
+    const AccountOfPlan one(tasksOf(taskOf(1, link) + taskOf(2)));
+    EXPECT_EQ(one.at("Tasks[1]/Task[1]/PredecessorLink[1]/PredecessorUID[1]"), "carried");
+    EXPECT_EQ(one.at("Tasks[1]/Task[1]/PredecessorLink[1]/Type[1]"), "carried");
+    const AccountOfPlan none(tasksOf(taskOf(1, link)));
+    EXPECT_EQ(none.at("Tasks[1]/Task[1]/PredecessorLink[1]/PredecessorUID[1]"), "lost");
+    EXPECT_EQ(none.at("Tasks[1]/Task[1]/PredecessorLink[1]/Type[1]"), "default");
+    EXPECT_EQ(none.count("dropped-link"), 1U);
+    EXPECT_EQ(AccountOfPlan(tasksOf(taskOf(1, link) + taskOf(2) + taskOf(2))).count("dropped-link"), 1U);
+}
+
+TEST(FatesInContext, aCustomFieldNeedsADefinition) {
+    const std::string definition =
+        "<ExtendedAttributes><ExtendedAttribute><FieldID>5</FieldID><FieldName>Text1</FieldName>"
+        "<Alias>Colour</Alias></ExtendedAttribute></ExtendedAttributes>";
+    const std::string value = "<ExtendedAttribute><FieldID>5</FieldID><Value>red</Value></ExtendedAttribute>";
+    const AccountOfPlan with(definition + tasksOf(taskOf(1, value)));
+    EXPECT_EQ(with.at("Tasks[1]/Task[1]/ExtendedAttribute[1]/Value[1]"), "carried");
+    EXPECT_EQ(with.at("ExtendedAttributes[1]/ExtendedAttribute[1]/Alias[1]"), "carried");
+    EXPECT_EQ(with.at("ExtendedAttributes[1]/ExtendedAttribute[1]/FieldName[1]"), "derived");
+    const AccountOfPlan without(tasksOf(taskOf(1, value)));
+    EXPECT_EQ(without.at("Tasks[1]/Task[1]/ExtendedAttribute[1]/Value[1]"), "lost");
+    EXPECT_EQ(without.count("undefined-field"), 1U);
+    EXPECT_EQ(AccountOfPlan(definition).at("ExtendedAttributes[1]/ExtendedAttribute[1]/Alias[1]"), "lost");
+    EXPECT_EQ(AccountOfPlan(definition + tasksOf(taskOf(1, value + value)))
+                  .at("Tasks[1]/Task[1]/ExtendedAttribute[1]/Value[1]"),
+              "lost");
+}
+
+TEST(FatesInContext, onlyTheLastTasksFieldsAreRegistered) {
+    const auto definition = [](const std::string& id) {
+        return "<ExtendedAttribute><FieldID>" + id + "</FieldID><FieldName>Text" + id +
+               "</FieldName></ExtendedAttribute>";
+    };
+    const auto value = [](const std::string& id) {
+        return "<ExtendedAttribute><FieldID>" + id + "</FieldID><Value>v</Value></ExtendedAttribute>";
+    };
+    const AccountOfPlan plan("<ExtendedAttributes>" + definition("5") + definition("6") + "</ExtendedAttributes>" +
+                             tasksOf(taskOf(1, value("5")) + taskOf(2, value("6"))));
+    ASSERT_EQ(plan.count("unregistered-field"), 1U);
+    EXPECT_EQ(plan.loss("unregistered-field").where[0].uid, "5");
+    EXPECT_EQ(plan.loss("unregistered-field").where[0].value, "Text5");
+}
+
+TEST(FatesInContext, aTaskWithoutAParentIsUnreachable) {
+    const AccountOfPlan plan(
+        tasksOf("<Task><UID>1</UID><OutlineLevel>0</OutlineLevel></Task>"
+                "<Task><UID>2</UID><OutlineLevel>2</OutlineLevel></Task>" +
+                taskOf(3, "<Summary>1</Summary>") +
+                "<Task><UID>4</UID><OutlineLevel>2</OutlineLevel></Task><Task><UID>5</UID></Task>"));
+    ASSERT_EQ(plan.count("unreachable-task"), 3U);
+    EXPECT_EQ(plan.loss("unreachable-task").where[0].uid, "1");
+    EXPECT_EQ(plan.loss("unreachable-task").where[1].uid, "2");
+    EXPECT_EQ(plan.loss("unreachable-task").where[2].uid, "5");
+}
+
+TEST(FatesInContext, assignmentsGoByTheirTask) {
+    const AccountOfPlan plan(
+        tasksOf(taskOf(1, "<Summary>1</Summary>") + taskOf(2)) +
+        "<Resources><Resource><UID>1</UID></Resource><Resource><UID>2</UID><Type>0</Type></Resource></"
+        "Resources><Assignments>"
+        "<Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID></Assignment>"
+        "<Assignment><TaskUID>2</TaskUID><ResourceUID>1</ResourceUID><Units>0.5</Units><Work>PT8H0M0S</Work></"
+        "Assignment>"
+        "<Assignment><TaskUID>2</TaskUID><ResourceUID>2</ResourceUID><Units>0.5</Units><Work>PT4H0M0S</Work></"
+        "Assignment>"
+        "<Assignment><TaskUID>9</TaskUID><ResourceUID>1</ResourceUID></Assignment>"
+        "<Assignment><TaskUID>2</TaskUID><ResourceUID>-65535</ResourceUID></Assignment></Assignments>");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[1]/ResourceUID[1]"), "lost");
+    EXPECT_EQ(plan.count("summary-assignment"), 1U);
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[2]/ResourceUID[1]"), "carried");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[2]/Units[1]"), "lost");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[3]/Units[1]"), "carried");  // of material
+    EXPECT_EQ(plan.count("unequal-shares"), 2U);
+    EXPECT_EQ(plan.count("dropped-assignment"), 1U);
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[5]/ResourceUID[1]"), "shaping");
+}
+
+TEST(FatesInContext, aCalendarGoesByWhoHasIt) {
+    const auto calendar = [](int uid, const std::string& more) {
+        return "<Calendar><UID>" + std::to_string(uid) + "</UID><Name>C" + std::to_string(uid) + "</Name>" + more +
+               "</Calendar>";
+    };
+    const std::string week =
+        "<IsBaseCalendar>0</IsBaseCalendar><BaseCalendarUID>8</BaseCalendarUID><WeekDays>"
+        "<WeekDay><DayType>2</DayType><DayWorking>0</DayWorking></WeekDay>"
+        "<WeekDay><DayType>3</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime>"
+        "<FromTime>20:00:00</FromTime><ToTime>00:00:00</ToTime></WorkingTime></WorkingTimes></WeekDay></WeekDays>";
+    const AccountOfPlan plan(
+        "<Calendars>" + calendar(7, week) + calendar(8, week) +
+        "</Calendars><Resources><Resource><UID>1</UID><CalendarUID>7</CalendarUID></Resource></Resources>");
+    const std::string used = "Calendars[2]/Calendar[1]/";
+    EXPECT_EQ(plan.at(used + "WeekDays[1]/WeekDay[1]/DayWorking[1]"), "lost");
+    EXPECT_EQ(plan.at(used + "WeekDays[1]/WeekDay[2]/DayWorking[1]"), "shaping");
+    EXPECT_EQ(plan.at(used + "WeekDays[1]/WeekDay[2]/WorkingTimes[1]/WorkingTime[1]/FromTime[1]"), "carried");
+    EXPECT_EQ(plan.at(used + "WeekDays[1]/WeekDay[2]/WorkingTimes[1]/WorkingTime[1]/ToTime[1]"), "changed");
+    EXPECT_EQ(plan.at(used + "BaseCalendarUID[1]"), "lost");
+    EXPECT_EQ(plan.count("resource-week"), 2U);
+    EXPECT_EQ(plan.count("overnight-time"), 1U);
+    EXPECT_EQ(plan.at("Calendars[2]/Calendar[2]/WeekDays[1]/WeekDay[2]/WorkingTimes[1]/WorkingTime[1]/FromTime[1]"),
+              "default");
+    EXPECT_EQ(plan.count("unused-calendar"), 1U);
+}
+
+TEST(FatesInContext, theSeasonOfTheImportChangesDates) {
+    ServicesInMemory world;
+    world.clock.set(utcInstant(2012, 7, 9, 8));
+    world.machine.addFile(
+        "/p.xml",
+        R"(<Project xmlns="http://schemas.microsoft.com/project"><StartDate>2012-01-09T08:00:00</StartDate></Project>)");
+    const MSPCServices summer{world.clock,   *MSPCTimeZone::named("Europe/Berlin"),
+                              world.log,     world.settings,
+                              world.machine, world.randomSource};
+    const auto account = MSPDIAccountOfPlan("/p.xml", summer);
+    ASSERT_EQ(account.losses.size(), 1U);
+    EXPECT_EQ(account.losses[0].kind, "summer-time");
+}
