@@ -62,6 +62,9 @@ private:
 };
 
 class SilentLog final : public MSPCLog {
+public:
+    [[nodiscard]] std::size_t characters() const noexcept { return _characters; }
+
 protected:
     void write(std::string_view message) override { _characters += message.size(); }
 
