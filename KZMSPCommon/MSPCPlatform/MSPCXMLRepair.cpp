@@ -315,6 +315,9 @@ bool isWellFormedXML(std::string_view bytes) {
 
 std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalSubset,
                                        std::string_view repairableRoot) {
+    if (bytes.size() > INT_MAX) {
+        return std::nullopt;  // the parser takes no more; no copies are made for it
+    }
     prepareParserOnce();
     const int options = optionsFor(hasInternalSubset);
     Report report;

@@ -53,7 +53,10 @@ std::string pathOfName(std::string_view name, const MSPCZoneFiles& files) {
 MSPCZoneFiles MSPCZoneFiles::fromEnvironment(const char* tzdir) {
     MSPCZoneFiles files;
     if (tzdir != nullptr && *tzdir != '\0') {
-        files.database = tzdir;
+        // The C library would look for a relative path in the database once more.
+        std::error_code error;
+        const auto database = std::filesystem::absolute(tzdir, error);
+        files.database = error ? std::string(tzdir) : database.string();
     }
     return files;
 }

@@ -9,7 +9,8 @@ struct MSPCZoneFiles {
     std::string database = "/usr/share/zoneinfo";  // the zones by name
     std::string machineZone = "/etc/localtime";    // this machine's own: a link into the database, or a copy
 
-    // As the C library finds them: the value of TZDIR, unless null or empty, names another database.
+    // As the C library finds them: the value of TZDIR, unless null or empty, names another database; a relative path
+    // counts from the current folder.
     [[nodiscard]] static MSPCZoneFiles fromEnvironment(const char* tzdir);
 };
 

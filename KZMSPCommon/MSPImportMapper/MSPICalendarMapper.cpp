@@ -67,11 +67,14 @@ void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_
 }  // namespace
 
 MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
-    if (auto* const shared = _mapper.calendarSchedules().use(mspCalendar)) {
-        return newCopyOfSharedSchedule(mspCalendar, *shared);
+    auto& schedules = _mapper.calendarSchedules();
+    if (auto* const known = schedules.find(mspCalendar)) {
+        return newCopyOfSchedule(mspCalendar, *known);
     }
     _mapper.log().log("{}", logLineOf(mspCalendar, stringValueForXQuery(mspCalendar, "Name").value_or("")));
-    return newSchedule(mspCalendar, _mapper.growthBounds());
+    auto schedule = newSchedule(mspCalendar);
+    schedules.keep(mspCalendar, schedule.node());
+    return schedule;
 }
 
 MSPCMessage MSPICalendarMapper::logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const {
@@ -79,29 +82,27 @@ MSPCMessage MSPICalendarMapper::logLineOf(const MSPCXMLNode& mspCalendar, std::s
                        stringValueForXQuery(mspCalendar, "UID").value_or(""), name);
 }
 
-MSPCXMLNewElement MSPICalendarMapper::newCopyOfSharedSchedule(const MSPCXMLNode& mspCalendar,
-                                                              MSPICalendarSchedules::Shared& shared) const {
-    if (!shared.schedule) {
+MSPCXMLNewElement MSPICalendarMapper::newCopyOfSchedule(const MSPCXMLNode& mspCalendar,
+                                                        MSPICalendarSchedules::Schedule& schedule) const {
+    if (!schedule.logLine) {
         const auto name = stringValueForXQuery(mspCalendar, "Name").value_or("");
-        shared.logLine = logLineOf(mspCalendar, name);
-        shared.nameSize = name.size();
-        MSPIGrowthBounds boundsOfFirstUse;  // what its ranges make has been counted there
-        shared.schedule = newSchedule(mspCalendar, boundsOfFirstUse);
-        shared.elementCount = countOfElements(shared.schedule.node());
+        schedule.logLine = logLineOf(mspCalendar, name);
+        schedule.nameSize = name.size();
+        schedule.elementCount = countOfElements(schedule.element);
     }
-    _mapper.growthBounds().addRepeatedName(shared.nameSize);
-    _mapper.growthBounds().addScheduleElements(shared.elementCount);
-    _mapper.log().log("{}", *shared.logLine);
-    return shared.schedule.node().newCopyOf(shared.schedule.node());
+    _mapper.growthBounds().addRepeatedName(schedule.nameSize);
+    _mapper.growthBounds().addScheduleElements(schedule.elementCount);
+    _mapper.log().log("{}", *schedule.logLine);
+    return schedule.element.newCopyOf(schedule.element);
 }
 
-MSPCXMLNewElement MSPICalendarMapper::newSchedule(const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds) const {
+MSPCXMLNewElement MSPICalendarMapper::newSchedule(const MSPCXMLNode& mspCalendar) const {
     auto schedule = _mapper.newElement("schedule");
     for (auto& day : newScheduleDaysFromMSPCalendar(mspCalendar)) {
         schedule.node().appendChild(std::move(day));
     }
-    addNestedCalendar(schedule.node(), "Time Off", "no", newTimeOffEvents(mspCalendar, bounds));
-    addNestedCalendar(schedule.node(), "Overtime", "yes", newOvertimeEvents(mspCalendar, bounds));
+    addNestedCalendar(schedule.node(), "Time Off", "no", newTimeOffCalenarEventsFromMSPCalendar(mspCalendar));
+    addNestedCalendar(schedule.node(), "Overtime", "yes", newOvertimeCalenarEventsFromMSPCalendar(mspCalendar));
     return schedule;
 }
 
@@ -171,11 +172,6 @@ void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optiona
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
-    return newTimeOffEvents(mspCalendar, _mapper.growthBounds());
-}
-
-std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffEvents(const MSPCXMLNode& mspCalendar,
-                                                                    MSPIGrowthBounds& bounds) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]")) {
         if (const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod")) {
@@ -184,7 +180,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffEvents(const MSPCXM
                               .toDate = stringValueForXQuery(timePeriod, "ToDate"),
                               .fromTime = std::nullopt,
                               .toTime = std::nullopt},
-                             mspCalendar, bounds, events);
+                             mspCalendar, events);
         }
     }
     return events;
@@ -192,11 +188,6 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffEvents(const MSPCXM
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
-    return newOvertimeEvents(mspCalendar, _mapper.growthBounds());
-}
-
-std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeEvents(const MSPCXMLNode& mspCalendar,
-                                                                     MSPIGrowthBounds& bounds) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]")) {
         const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod");
@@ -211,7 +202,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeEvents(const MSPCX
                               .toDate = toDate,
                               .fromTime = stringValueForXQuery(workingTime, "FromTime"),
                               .toTime = stringValueForXQuery(workingTime, "ToTime")},
-                             mspCalendar, bounds, events);
+                             mspCalendar, events);
         }
     }
     return events;
@@ -221,11 +212,10 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const std::optional<std::string>& fromDate, const std::optional<std::string>& toDate,
     const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
     std::vector<MSPCXMLNewElement>& collection) const {
-    MSPIGrowthBounds boundsOfRange;
-    addEventsOfRange({fromDate, toDate, fromTime, toTime}, {}, boundsOfRange, collection);
+    addEventsOfRange({fromDate, toDate, fromTime, toTime}, {}, collection);
 }
 
-void MSPICalendarMapper::addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds,
+void MSPICalendarMapper::addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar,
                                           std::vector<MSPCXMLNewElement>& collection) const {
     const auto& [fromDate, toDate, fromTime, toTime] = range;
     const auto& conversions = _mapper.conversions();
@@ -242,7 +232,8 @@ void MSPICalendarMapper::addEventsOfRange(const Range& range, const MSPCXMLNode&
     const auto firstDay = written.instantFrom(*fromDay).value_or(MSPCInstant{});
     const auto lastDay = written.instantFrom(*toDay).value_or(MSPCInstant{});
     const auto days = written.wholeDaysBetween(firstDay, lastDay) + 1;
-    if (days > 0 && !bounds.addEventsOfRange(mspCalendar, saturdaysWithin(written.weekdayOf(firstDay), days - 1))) {
+    if (days > 0 &&
+        !_mapper.growthBounds().addEventsOfRange(mspCalendar, saturdaysWithin(written.weekdayOf(firstDay), days - 1))) {
         throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
     }
     const auto startTime = conversions.mspdiToTimeOfDay(isAbsent(fromTime) ? "00:00:00" : *fromTime);

@@ -25,6 +25,8 @@ public:
     // The `schedule` of a calendar, with the log line "  Mapping Calendar UID='<UID>' name='<Name>' ...". Nested
     // calendars are left out where they would hold no event. A calendar that was mapped in the scenario before is not
     // mapped again but copied.
+    // The first schedule of a calendar in a scenario is what the later ones are copied from: it must stay in the
+    // scenario's document, as it is, until the scenario is mapped.
     [[nodiscard]] MSPCXMLNewElement newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
     // A `schedule-day` per MSPDI `WeekDay` of DayType 1 (Sunday) to 7, in document order; days of one type are not
@@ -46,12 +48,11 @@ public:
     // day in the range at `fromTime` to its last day at `toTime`, wall clock. Dates are MSPDI date-times whose time of
     // day plays no part in the events; times are MSPDI times, 00:00:00 and 23:59:59 where absent or empty. Nothing
     // happens when a date is absent or empty, whatever the other one is, or when the range ends a day or more before it
-    // begins. Thursday 2010-01-07 to Tuesday
-    // 2010-01-12 gives Thursday 00:00:00 to Saturday 23:59:59 and Sunday 00:00:00 to Tuesday 23:59:59. Raises
-    // `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to '<toDate>'." when the ranges of one
-    // calendar come to more than 1,000,000 weeks in all scenarios, as many as 19,000 years have. Days are counted and
-    // stepped as they are written; a start or end that a change of the clocks skips or repeats is that of
-    // `MSPCTimeZone::instantFromWallClock`.
+    // begins. Thursday 2010-01-07 to Tuesday 2010-01-12 gives Thursday 00:00:00 to Saturday 23:59:59 and Sunday
+    // 00:00:00 to Tuesday 23:59:59. Raises `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to
+    // '<toDate>'." when the ranges of one calendar come to more than 1,000,000 weeks in all scenarios, as many as
+    // 19,000 years have. Days are counted and stepped as they are written; a start or end that a change of the clocks
+    // skips or repeats is that of `MSPCTimeZone::instantFromWallClock`.
     void addEventsFromDateToDateFromTimeToTimeToCollection(const std::optional<std::string>& fromDate,
                                                            const std::optional<std::string>& toDate,
                                                            const std::optional<std::string>& fromTime,
@@ -70,15 +71,11 @@ private:
         std::optional<std::string> fromDate, toDate, fromTime, toTime;
     };
 
-    [[nodiscard]] MSPCXMLNewElement newCopyOfSharedSchedule(const MSPCXMLNode& mspCalendar,
-                                                            MSPICalendarSchedules::Shared& shared) const;
+    [[nodiscard]] MSPCXMLNewElement newCopyOfSchedule(const MSPCXMLNode& mspCalendar,
+                                                      MSPICalendarSchedules::Schedule& schedule) const;
     [[nodiscard]] MSPCMessage logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const;
-    [[nodiscard]] MSPCXMLNewElement newSchedule(const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds) const;
-    [[nodiscard]] std::vector<MSPCXMLNewElement> newTimeOffEvents(const MSPCXMLNode& mspCalendar,
-                                                                  MSPIGrowthBounds& bounds) const;
-    [[nodiscard]] std::vector<MSPCXMLNewElement> newOvertimeEvents(const MSPCXMLNode& mspCalendar,
-                                                                   MSPIGrowthBounds& bounds) const;
-    void addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds,
+    [[nodiscard]] MSPCXMLNewElement newSchedule(const MSPCXMLNode& mspCalendar) const;
+    void addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar,
                           std::vector<MSPCXMLNewElement>& collection) const;
     [[nodiscard]] std::vector<MSPCXMLNewElement> newDefaultScheduleDays() const;
     [[nodiscard]] MSPCXMLNewElement newScheduleDay(std::int64_t weekday) const;

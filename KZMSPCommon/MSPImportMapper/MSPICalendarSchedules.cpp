@@ -1,6 +1,10 @@
 #include "MSPICalendarSchedules.h"
 
-MSPICalendarSchedules::Shared* MSPICalendarSchedules::use(const MSPCXMLNode& mspCalendar) {
-    const auto [known, isNew] = _byCalendar.try_emplace(mspCalendar);
-    return isNew ? nullptr : &known->second;
+MSPICalendarSchedules::Schedule* MSPICalendarSchedules::find(const MSPCXMLNode& mspCalendar) {
+    const auto known = _byCalendar.find(mspCalendar);
+    return known == _byCalendar.end() ? nullptr : &known->second;
+}
+
+void MSPICalendarSchedules::keep(const MSPCXMLNode& mspCalendar, const MSPCXMLNode& schedule) {
+    _byCalendar[mspCalendar].element = schedule;
 }

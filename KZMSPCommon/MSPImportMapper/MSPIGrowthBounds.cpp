@@ -3,8 +3,6 @@
 #include <fmt/format.h>
 
 #include "MSPCException.h"
-#include "MSPEScheduleCalendar.h"
-#include "MSPEWeekday.h"
 
 void MSPIGrowthBounds::addScheduleElements(std::uint64_t count) {
     if (count > MostScheduleElements - _scheduleElements) {
@@ -57,15 +55,4 @@ void MSPIGrowthBounds::addRepeatedLooks(std::uint64_t count) {
                         MostRepeatedLooks));
     }
     _repeatedLooks += count;
-}
-
-void MSPIGrowthBounds::checkWorkingTimesOfWeek(const MSPEScheduleCalendar& calendar) {
-    std::int64_t count = 0;
-    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
-        count += calendar.timePeriodsInWeekday(weekday);
-    }
-    if (count > MostWorkingTimesOfWeek) {
-        throw MSPCInternalInconsistency(
-            fmt::format("Too many working times in the project's week: more than {}.", MostWorkingTimesOfWeek));
-    }
 }

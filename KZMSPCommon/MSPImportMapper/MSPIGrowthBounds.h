@@ -5,8 +5,6 @@
 
 #include "MSPCXMLNode.h"
 
-class MSPEScheduleCalendar;
-
 // Bounds for what a small plan could make a document grow to: a name that thousands of elements refer to, a calendar
 // that each resource has, a day off of thousands of years. Far above what plans hold, far below what fills a machine.
 // What the plan itself holds is not counted, however much it is; only what is made of it once more is, in all scenarios
@@ -36,18 +34,12 @@ public:
     // elements." above that number.
     void addRepeatedLooks(std::uint64_t count);
 
-    // Working times of the project's own week, all of which count for every stretch of split work. Raises
-    // `MSPCInternalInconsistency` "Too many working times in the project's week: more than 10080." above one per
-    // minute.
-    static void checkWorkingTimesOfWeek(const MSPEScheduleCalendar& calendar);
-
     static constexpr std::uint64_t MostScheduleElements = 10'000'000;
     static constexpr std::uint64_t MostEventsOfRanges = 1'000'000;
     static constexpr std::uint64_t LongestFreeName = 256;
     static constexpr std::uint64_t MostRepeatedText = std::uint64_t{1} << 30U;
     static constexpr std::uint64_t MostRepeatedPieces = 1'000'000;
     static constexpr std::uint64_t MostRepeatedLooks = 10'000;
-    static constexpr std::int64_t MostWorkingTimesOfWeek = 10'080;
 
 private:
     std::uint64_t _scheduleElements = 0;

@@ -178,9 +178,7 @@ void MSPIProjectMapper::addProjectSchedule(const MSPCXMLNode& calendar, MSPCXMLN
     addComment(topGroupResource, "  Project Schedule  ");
     const auto schedule =
         topGroupResource.appendChild(MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar));
-    MSPEScheduleCalendar workingTimes(_mapper.conversions().gregorian(), schedule);
-    MSPIGrowthBounds::checkWorkingTimesOfWeek(workingTimes);
-    _mapper.setScheduleCalendar(std::move(workingTimes));
+    _mapper.setScheduleCalendar(MSPEScheduleCalendar(_mapper.conversions().gregorian(), schedule));
 }
 
 MSPCXMLNode MSPIProjectMapper::standardCalendarOf(const MSPCXMLNode& mspProject) const {

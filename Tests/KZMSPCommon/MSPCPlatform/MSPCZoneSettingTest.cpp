@@ -81,6 +81,7 @@ TEST(MSPCZoneSetting, databaseIsThatOfTZDIR) {
     EXPECT_EQ(MSPCZoneFiles::fromEnvironment(nullptr).database, "/usr/share/zoneinfo");
     EXPECT_EQ(MSPCZoneFiles::fromEnvironment("").database, "/usr/share/zoneinfo");
     EXPECT_EQ(MSPCZoneFiles::fromEnvironment("/zones").database, "/zones");
+    EXPECT_EQ(MSPCZoneFiles::fromEnvironment("zones").database, std::filesystem::current_path() / "zones");
 
     const ScopedTempFolder folder;
     const auto zone = folder.addFile("Moon/Base", bytesOfZone("Asia/Kolkata"));

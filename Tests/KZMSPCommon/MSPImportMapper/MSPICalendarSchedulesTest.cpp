@@ -54,19 +54,20 @@ TEST(MSPICalendarSchedules, EveryResourceHasAScheduleOfItsOwnAndALineOnTheLog) {
     EXPECT_EQ(calendar.log.takeLines(), std::vector<std::string>(3, "  Mapping Calendar UID='2' name='Site' ..."));
 }
 
-// Two mappings, one to give away and one to copy from; what is read of the plan later changes nothing.
-TEST(MSPICalendarSchedules, FromTheThirdUseOnACalendarIsNotReadAgain) {
+// What is read of the plan later changes nothing.
+TEST(MSPICalendarSchedules, FromTheSecondUseOnACalendarIsNotReadAgain) {
     SharedCalendar calendar(weekOfWork);
-    static_cast<void>(calendar.schedule());
-    const auto second = markupOf(calendar.schedule());
+    const auto first = calendar.schedule();
     static_cast<void>(calendar.node("Calendars/Calendar/WeekDays").detach());
-    EXPECT_EQ(markupOf(calendar.schedule()), second);
+    EXPECT_EQ(markupOf(calendar.schedule()),
+              "<schedule><schedule-day day-of-week=\"monday\"><time-span start-time=\"28800\" "
+              "end-time=\"43200\"/></schedule-day></schedule>");
 }
 
 TEST(MSPICalendarSchedules, WhatThePlanHoldsIsNotCountedItsCopiesAre) {
     SharedCalendar calendar(weekOfWork + dayOff("2010-01-07T00:00:00", "2010-01-07T23:59:00"));
     calendar.context.growthBounds().addScheduleElements(10'000'000 - 3);  // a day, a working time and an event
-    EXPECT_NO_THROW(static_cast<void>(calendar.schedule()));
+    const auto first = calendar.schedule();
     EXPECT_NO_THROW(static_cast<void>(calendar.schedule()));
     EXPECT_RAISES(static_cast<void>(calendar.schedule()), MSPCInternalInconsistency,
                   "Too many working times and calendar events in all schedules together: more than 10000000.");

@@ -7,7 +7,6 @@
 
 #include "ExpectRaises.h"
 #include "MSPCException.h"
-#include "MSPEScheduleCalendar.h"
 #include "MappingFixture.h"
 
 namespace {
@@ -97,15 +96,4 @@ TEST(MSPIGrowthBounds, noNumberIsTooLargeToBeRefused) {
     EXPECT_RAISES(bounds.addRepeatedText(largest), MSPCInternalInconsistency, tooMuchText);
     bounds.addRepeatedPieces(1);
     EXPECT_RAISES(bounds.addRepeatedPieces(largest), MSPCInternalInconsistency, tooManyPieces);
-}
-
-TEST(MSPIGrowthBounds, aWeekMayHaveAWorkingTimePerMinute) {
-    MSPEScheduleCalendar calendar(MSPCGregorianCalendar(MSPCTimeZone::fixed(0)));
-    for (int i = 0; i < 10'080; ++i) {
-        calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, 1 + i % 7);
-    }
-    EXPECT_NO_THROW(MSPIGrowthBounds::checkWorkingTimesOfWeek(calendar));
-    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, 7);
-    EXPECT_RAISES(MSPIGrowthBounds::checkWorkingTimesOfWeek(calendar), MSPCInternalInconsistency,
-                  "Too many working times in the project's week: more than 10080.");
 }
