@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "FuzzWorld.h"
+#include "Property.h"
 
 namespace {
 
