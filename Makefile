@@ -44,6 +44,7 @@ fuzz: deps
 	@tools/build-fuzz-libraries build-fuzz/libraries
 	cmake --preset fuzz
 	cmake --build --preset fuzz
+	build-fuzz/CountedStepsTests
 	FUZZ_SEED="$(FUZZ_SEED)" tools/fuzz "$(FUZZ_SECONDS)"
 
 # Measures single operations, then imports of generated plans against the floor of only parsing and writing the same.
