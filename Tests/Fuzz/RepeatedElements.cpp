@@ -69,7 +69,7 @@ std::string withRepeatedElement(std::string_view text, std::size_t largest, Rand
 
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* bytes, std::size_t size, std::size_t largest,
                                                unsigned seed) {
-    constexpr unsigned othersForOne = 16;
+    constexpr unsigned othersForOne = 32;
     Random random(seed);
     if (random() % othersForOne == 0) {
         const auto repeated = withRepeatedElement({reinterpret_cast<const char*>(bytes), size}, largest, random);
