@@ -27,7 +27,6 @@ void countBytes(std::size_t bytes) {
 
 }  // namespace
 
-// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 void __wrap___sanitizer_cov_trace_pc();
 void __wrap___sanitizer_cov_trace_pc() {
@@ -82,7 +81,6 @@ void* __wrap_memchr(const void* bytes, int value, std::size_t size) {
     return found;
 }
 }
-// NOLINTEND(bugprone-reserved-identifier)
 
 #endif
 
