@@ -62,7 +62,7 @@ std::uint64_t stepsForAttributes(std::string_view document) {
     return stepsOfPair * count * count;
 }
 
-// Broken markup that is mended takes most for each byte that is read: it is read three times.
+// It is broken markup, which is mended, that takes most for each byte that is read.
 void requireFewSteps(const BundleImportInput& input, std::size_t bytesWritten, std::uint64_t steps) {
     constexpr std::uint64_t ofByteWritten = 40;
     StepBound bound{200'000 + ofByteWritten * bytesWritten, 150};
