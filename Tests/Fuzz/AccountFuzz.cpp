@@ -44,10 +44,11 @@ std::size_t leavesBelow(const MSPCXMLNode& element) {
     return count;
 }
 
+// The project itself is one where it is empty.
 std::size_t leavesOfPlan(FuzzWorld& world) {
     const auto plan =
         newXmlDocFromUrl(MSPCURL::fileURL(Plan, false), MSPCXMLContent::DataOnly, world.fileSystem, world.log);
-    return leavesBelow(plan.root());
+    return std::max<std::size_t>(leavesBelow(plan.root()), 1);
 }
 
 void requireThatLeavesAddUp(const JSON& told, std::size_t leavesInPlan) {
