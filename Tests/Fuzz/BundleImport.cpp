@@ -1,11 +1,11 @@
 #include "BundleImport.h"
 
-#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <map>
 
 #include "CountedSteps.h"
+#include "DocumentSteps.h"
 #include "FuzzWorld.h"
 #include "MSPCException.h"
 #include "MSPCXMLDocument.h"
@@ -37,41 +37,17 @@ void requireSameTexts(const std::string& name, const WrittenTexts& texts, const 
     require(texts.size() == written.size(), name + " reads back as many elements, attributes and texts");
 }
 
-// The declarations of a document type multiply what stands in the document; how far they may is the importer's to
-// bound.
-bool multiplies(std::string text) {
-    std::erase(text, '\0');  // whatever the width of its characters
-    return text.find("<!ENTITY") != std::string::npos || text.find("<!ATTLIST") != std::string::npos;
-}
-
-// About as many as the tag of a document that has the most attributes, or even more.
-std::size_t mostAttributesOfATag(std::string_view text) {
-    std::size_t most = 0;
-    std::size_t count = 0;
-    for (const char character : text) {
-        count = character == '<' ? 0 : count + (character == '=' ? 1U : 0U);
-        most = std::max(most, count);
-    }
-    return most;
-}
-
-// libxml2 compares the attributes of a tag two by two, which is why it is never given one with more than a thousand.
-std::uint64_t stepsForAttributes(std::string_view document) {
-    constexpr std::uint64_t stepsOfPair = 8;
-    const auto count = std::min<std::size_t>(mostAttributesOfATag(document), 1'000);
-    return stepsOfPair * count * count;
-}
-
 // It is broken markup, which is mended, that takes most for each byte that is read.
 void requireFewSteps(const BundleImportInput& input, std::size_t bytesWritten, std::uint64_t steps) {
     constexpr std::uint64_t ofByteWritten = 40;
     StepBound bound{200'000 + ofByteWritten * bytesWritten, 150};
     std::size_t bytesRead = 0;
     for (const auto& document : {input.plan, input.actual, input.toc}) {
-        if (multiplies(document)) {
+        const auto more = stepsBeyondBytes(document);
+        if (!more) {
             return;
         }
-        bound.ofAny += stepsForAttributes(document);
+        bound.ofAny += *more;
         bytesRead += document.size();
     }
     requireStepsThatGrowWith(bytesRead, steps, bound);
