@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 
+#include "MSPCCharacters.h"
 #include "MSPCFileSystem.h"
 
 namespace {
@@ -29,37 +29,9 @@ std::string_view escapeOf(char character) {
     }
 }
 
-unsigned byteAt(std::string_view text, std::size_t index) {
-    return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
-}
-
-bool isContinuation(unsigned byte) {
-    return (byte & 0xC0U) == 0x80U;
-}
-
-// The code point that starts with the lead byte at `index`, with its number of bytes; no bytes when it is no UTF-8.
-struct CodePoint {
-    std::uint32_t value = 0;
-    std::size_t size = 0;
-};
-
-CodePoint codePointAt(std::string_view text, std::size_t index) {
-    const unsigned lead = byteAt(text, index);
-    const std::size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4) {
-        return {};
-    }
-    std::uint32_t value = lead & (0xFFU >> (size + 1));
-    for (std::size_t offset = 1; offset < size; ++offset) {
-        const unsigned byte = byteAt(text, index + offset);
-        if (!isContinuation(byte)) {
-            return {};
-        }
-        value = (value << 6U) | (byte & 0x3FU);
-    }
-    const bool isOverlong = (size == 3 && value < 0x800) || (size == 4 && value < 0x10000);
-    const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
-    return isOverlong || isSurrogate || value > 0x10FFFF ? CodePoint{} : CodePoint{value, size};
+// U+FFFE and U+FFFF are the only characters behind ASCII that UTF-8 can hold and XML cannot.
+bool isNoCharacterOfXML(std::string_view text, std::size_t length) {
+    return length == 3 && MSPCCharacterOfLength(text, length) >= 0xFFFE;
 }
 
 }  // namespace
@@ -143,12 +115,13 @@ void MSPCXMLOutput::content(std::string_view text, const ByteTable& table) {
     };
     for (auto index = table.endOfPlainRun(text, 0); index < text.size(); index = table.endOfPlainRun(text, index)) {
         const auto kind = table.kindOf(text[index]);
-        const auto point = kind == Lead ? codePointAt(text, index) : CodePoint{0, 1};
-        const auto size = std::max(point.size, std::size_t{1});
+        const auto rest = text.substr(index);
+        const auto length = kind == Lead ? MSPCLengthOfCharacter(rest) : 1;
+        const auto size = std::max(length, std::size_t{1});
         if (kind == Escaped) {
             endRun(index, size);
             raw(escapeOf(text[index]));
-        } else if (kind == Forbidden || point.size == 0 || point.value == 0xFFFE || point.value == 0xFFFF) {
+        } else if (kind == Forbidden || length == 0 || isNoCharacterOfXML(rest, length)) {
             endRun(index, size);
             replace();
         }
