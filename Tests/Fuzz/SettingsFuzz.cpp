@@ -1,7 +1,7 @@
 // A settings file: whatever it holds, the settings are read or absent.
 
 #include "FuzzWorld.h"
-#include "MSPCUserDefaults.h"
+#include "MSPCSettingsFile.h"
 #include "ScopedTempFolder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
