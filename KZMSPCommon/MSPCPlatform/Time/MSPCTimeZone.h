@@ -46,6 +46,9 @@ public:
     // behind standard time instead (Europe/Dublin), the summer counts as daylight-saving time, 3600, and the winter has
     // 0. Where that would make daylight-saving time of most of the year (Africa/Casablanca, Africa/El_Aaiun, behind
     // standard time during Ramadan only), the database's own part counts: -3600 during Ramadan, otherwise 0.
+    //
+    // Two more rules make use of clocks that change: `MSPCDateComponents::forceSystemTimezoneforDate` adds this part to
+    // the offset in force now, and `MSPEScheduleCalendar` steps days of 86,400 seconds across a change.
     [[nodiscard]] std::int64_t daylightSavingOffset(MSPCInstant instant) const;
 
     // A stretch around an instant in which the whole offset stays the same; not always the longest one.
