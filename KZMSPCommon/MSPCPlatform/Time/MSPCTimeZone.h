@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "MSPCDay.h"
 #include "MSPCInstant.h"
 #include "MSPCZoneSetting.h"
 
@@ -55,7 +56,7 @@ public:
     [[nodiscard]] MSPCTimeSpan steadySpanAt(MSPCInstant instant) const;
     // 400 years, after which the dates and weekdays of the Gregorian calendar repeat, and the instant from which on all
     // offsets repeat with them, in every zone.
-    static constexpr MSPCTimeInterval GregorianCycle = 146'097.0 * 86'400;
+    static constexpr MSPCTimeInterval GregorianCycle = MSPCDaysPerCycle * MSPCSecondsPerDay;
     [[nodiscard]] static MSPCInstant startOfCycles();
 
     // The instant at which the zone's wall clocks show `wallClockSeconds`, counted since 1970-01-01T00:00:00 as if
