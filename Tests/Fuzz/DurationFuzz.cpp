@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "CountedSteps.h"
 #include "FuzzWorld.h"
 #include "MSPCException.h"
 #include "MSPCISO8601Reader.h"
@@ -42,6 +43,7 @@ void numberConversionsEnd(double number) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const CountedSteps steps;
     const FuzzWorld world;
     const MSPIUtilities conversions(world.services);
     const auto text = textOf(bytes, size);
@@ -59,5 +61,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     numberConversionsEnd(scanDouble(text).value_or(0));
     static_cast<void>(scanInteger64(text));
     static_cast<void>(scanInteger32(text));
+    requireStepsThatGrowWith(size, steps.count(), {10'000'000, 200});
     return 0;
 }
