@@ -28,24 +28,25 @@ class RunsOfFailures final : public testing::EmptyTestEventListener {
 };
 
 std::string inQuotes(std::string_view word) {
-    std::string text = "'";
+    std::string text("'");
     for (const char character : word) {
-        text += character == '\'' ? std::string("'\\''") : std::string(1, character);
+        text.append(character == '\'' ? std::string("'\\''") : std::string(1, character));
     }
-    return text + "'";
+    return text.append("'");
 }
 
 }  // namespace
 
 std::string commandOfRun(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
                          const std::map<std::string, std::string>& environment) {
-    std::string command = "cd " + inQuotes(folder.string()) + " && env -i";
+    std::string command("cd ");
+    command.append(inQuotes(folder.string())).append(" && env -i");
     for (const auto& [name, value] : environment) {
-        command += " " + inQuotes(name + "=" + value);
+        command.append(" ").append(inQuotes(name + "=" + value));
     }
-    command += " " + inQuotes(KZMSP_PROGRAM);
+    command.append(" ").append(inQuotes(KZMSP_PROGRAM));
     for (const auto& argument : arguments) {
-        command += " " + inQuotes(argument);
+        command.append(" ").append(inQuotes(argument));
     }
     return command;
 }
