@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "MSPCByteStreams.h"
 #include "MSPCCharacters.h"
-#include "MSPCFileSystem.h"
+#include "MSPCXMLLexis.h"
 
 namespace {
-
-constexpr std::string_view Replacement = "\xEF\xBF\xBD";
 
 std::string_view escapeOf(char character) {
     switch (character) {
@@ -29,9 +28,17 @@ std::string_view escapeOf(char character) {
     }
 }
 
-// U+FFFE and U+FFFF are the only characters behind ASCII that UTF-8 can hold and XML cannot.
-bool isNoCharacterOfXML(std::string_view text, std::size_t length) {
-    return length == 3 && MSPCCharacterOfLength(text, length) >= 0xFFFE;
+// The bytes of the character at an offset, and whether a document may hold it. What is no UTF-8 is one byte that it may
+// not hold.
+struct Character {
+    std::size_t size = 1;
+    bool isAllowed = false;
+};
+
+Character characterAt(std::string_view text, std::size_t index) {
+    const auto rest = text.substr(index);
+    const auto size = MSPCLengthOfCharacter(rest);
+    return size == 0 ? Character{} : Character{size, MSPCXMLLexis::isCharacter(MSPCCharacterOfLength(rest, size))};
 }
 
 }  // namespace
@@ -41,10 +48,9 @@ struct MSPCXMLOutput::ByteTable {
 
     explicit constexpr ByteTable(std::string_view escaped) {
         for (std::size_t byte = 0; byte < kinds.size(); ++byte) {
-            kinds[byte] = byte >= 0x80 ? Lead : byte < 0x20 ? Forbidden : Plain;
-        }
-        for (const char allowed : {'\t', '\n', '\r'}) {
-            kinds[static_cast<unsigned char>(allowed)] = Plain;
+            kinds[byte] = byte >= 0x80                                                  ? Lead
+                          : MSPCXMLLexis::isCharacter(static_cast<std::uint32_t>(byte)) ? Plain
+                                                                                        : Forbidden;
         }
         for (const char character : escaped) {
             kinds[static_cast<unsigned char>(character)] = Escaped;
@@ -115,23 +121,21 @@ void MSPCXMLOutput::content(std::string_view text, const ByteTable& table) {
     };
     for (auto index = table.endOfPlainRun(text, 0); index < text.size(); index = table.endOfPlainRun(text, index)) {
         const auto kind = table.kindOf(text[index]);
-        const auto rest = text.substr(index);
-        const auto length = kind == Lead ? MSPCLengthOfCharacter(rest) : 1;
-        const auto size = std::max(length, std::size_t{1});
+        const auto character = kind == Lead ? characterAt(text, index) : Character{1, kind != Forbidden};
         if (kind == Escaped) {
-            endRun(index, size);
+            endRun(index, character.size);
             raw(escapeOf(text[index]));
-        } else if (kind == Forbidden || length == 0 || isNoCharacterOfXML(rest, length)) {
-            endRun(index, size);
+        } else if (!character.isAllowed) {
+            endRun(index, character.size);
             replace();
         }
-        index += size;
+        index += character.size;
     }
     endRun(text.size(), 0);
 }
 
 void MSPCXMLOutput::replace() {
-    raw(Replacement);
+    raw(MSPCXMLLexis::Replacement);
     ++_replaced;
 }
 

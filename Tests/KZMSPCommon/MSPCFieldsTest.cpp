@@ -157,7 +157,8 @@ TEST(MSPCFields, ofVeryManyFieldsTheLastOfAName) {
     for (int i = 0; i < 1000; ++i) {
         xml += "<n" + std::to_string(i) + ">" + std::to_string(i) + "</n" + std::to_string(i) + ">";
     }
-    const auto document = MSPCXMLDocument::read(xml + "<Name>last</Name></Task>", MSPCXMLContent::DataOnly);
+    const auto document =
+        MSPCXMLDocument::read(xml + "<Name>last</Name></Task>", {.content = MSPCXMLContent::DataOnly});
     ASSERT_TRUE(document);
     const MSPCFields fields(document->root());
     Error error;

@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <functional>
 
-#include "MSPCStringSink.h"
+#include "MSPCByteStreams.h"
+#include "MSPCXMLLoader.h"
 #include "MSPDIAccount.h"
 #include "MSPDIMemoryImport.h"
 
@@ -129,8 +130,8 @@ bool ChangedPlan::isSameWith(const std::string& path, const std::string& value) 
 }
 
 MSPCXMLDocument ChangedPlan::copy() const {
-    auto document = MSPCXMLDocument::read(_bytes, MSPCXMLContent::DataOnly, "Project");
-    return document ? std::move(*document) : MSPCXMLDocument();
+    auto loaded = MSPCXMLLoader(MSPCXMLContent::DataOnly, "Project").loadBytes(_bytes);
+    return loaded ? std::move(loaded->document) : MSPCXMLDocument();
 }
 
 std::optional<ChangedPlan::Bundle> ChangedPlan::importOf(const MSPCXMLDocument& plan) const {

@@ -131,6 +131,21 @@ std::vector<std::string_view> resolvedComponents(std::string_view path, bool isA
     return components;
 }
 
+class DiskSource final : public MSPCByteSource {
+public:
+    DiskSource(MSPCFileDescriptor file, std::size_t size) : _file(std::move(file)), _size(size) {}
+
+    [[nodiscard]] std::optional<std::size_t> read(char* buffer, std::size_t capacity) override {
+        std::size_t count = 0;
+        return _file.read(buffer, capacity, count) == 0 ? std::optional(count) : std::nullopt;
+    }
+    [[nodiscard]] std::size_t expectedSize() const override { return _size; }
+
+private:
+    MSPCFileDescriptor _file;
+    std::size_t _size;
+};
+
 }  // namespace
 
 bool MSPCDiskFileSystem::exists(const std::string& path) const {
@@ -285,4 +300,20 @@ std::string MSPCDiskFileSystem::absolutePath(std::string_view path) const {
     const auto standardized = standardizedPath(path);
     const bool isRelative = !standardized.empty() && !standardized.starts_with('/');
     return isRelative ? standardizedPath(inCurrentFolder(standardized)) : standardized;
+}
+
+std::unique_ptr<MSPCByteSource> MSPCDiskFileSystem::openFile(const std::string& path) const {
+    // Only a regular file can be read a second time, should that be needed. Anything else is not even opened: the
+    // writer of a pipe would take that for its reader.
+    const auto found = statusOf(path);
+    if (!found || !S_ISREG(found->st_mode)) {
+        return nullptr;
+    }
+    // Should a pipe have taken the file's place, opening it must not wait for somebody to write to it.
+    MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return nullptr;
+    }
+    return std::make_unique<DiskSource>(std::move(file), static_cast<std::size_t>(status.st_size));
 }

@@ -11,10 +11,10 @@
 
 class MSPCXMLDocument;
 
-// The elements that the selection of a document sets aside. A tree of what is read once, or by few, would make every
-// walk over the rest of the document longer, and the document several times as large. They are kept as markup, by the
-// elements they were children of.
-class MSPCXMLAsides {
+// The elements of a document that its selection defers. A tree of what is read once, or by few, would make every walk
+// over the rest of the document longer, and the document several times as large. They are kept as markup, by the
+// elements they were children of, until they are asked for.
+class MSPCXMLDeferredElements {
 public:
     // Those of all elements at one path.
     class List {
@@ -22,23 +22,23 @@ public:
         // Starts with the next element at the path.
         void addParent() { ++_parentCount; }
         // Where the markup of a child of the element added last goes; stays in its place until the child has ended.
-        [[nodiscard]] std::string& sinkForChild();
+        [[nodiscard]] std::string& markupForChild();
 
     private:
-        friend class MSPCXMLAsides;
+        friend class MSPCXMLDeferredElements;
 
         // The children of one element, one after the other, up to those of the next one or the end of the block.
-        struct Family {
+        struct Group {
             std::size_t parentPosition;
             std::size_t block;
             std::size_t start;
         };
 
-        [[nodiscard]] std::string_view markupOf(std::size_t family) const;
-        void freeBlocksBefore(std::size_t family);
+        [[nodiscard]] std::string_view markupOf(std::size_t group) const;
+        void freeBlocksBefore(std::size_t group);
 
         std::size_t _parentCount = 0;
-        std::vector<Family> _families;
+        std::vector<Group> _groups;
         std::deque<std::string> _blocks;
         std::size_t _freedBlocks = 0;
     };
@@ -46,13 +46,13 @@ public:
     // Goes from element to element of those at one path. What it has passed is freed.
     class Walk {
     public:
-        // The children of the next element that were set aside: the child elements of the document's root. None where
-        // there are none. Raises `MSPCInternalInconsistency` "Failed to read elements that were set aside." for markup
-        // that is not sound, which would otherwise be missing without a word.
+        // The deferred children of the next element: the child elements of the document's root. None where there are
+        // none. Raises `MSPCInternalInconsistency` "Failed to read elements that were set aside." for markup that is
+        // not sound, which would otherwise be missing unnoticed.
         [[nodiscard]] std::optional<MSPCXMLDocument> next();
 
     private:
-        friend class MSPCXMLAsides;
+        friend class MSPCXMLDeferredElements;
         Walk(List list, bool hasSections, bool hasMixedContent)
             : _list(std::move(list)), _hasSections(hasSections), _hasMixedContent(hasMixedContent) {}
 
@@ -60,7 +60,7 @@ public:
         bool _hasSections;
         bool _hasMixedContent;
         std::size_t _parentPosition = 0;
-        std::size_t _family = 0;
+        std::size_t _group = 0;
     };
 
     // The list for a path below the root such as "Tasks/Task"; made when it is missing. Stays in its place.

@@ -2,11 +2,15 @@
 
 #include <cstddef>
 
-#include "MSPCXMLDocument.h"
-
 namespace pugi {
 class xml_document;
 }
+
+// What is kept beside elements, attributes and text.
+enum class MSPCXMLContent {
+    Everything,  // comments, processing instructions, blanks within mixed content: for documents that are written back
+    DataOnly,    // comments and processing instructions are left out: for documents that are only read
+};
 
 // What is known about the bytes, and wanted from them.
 struct MSPCXMLReading {
@@ -20,5 +24,5 @@ struct MSPCXMLReading {
 
 // Builds the tree from UTF-8 bytes, in place: the bytes are changed, and must live as long as the document. Says
 // whether the bytes are one well-formed element with what may stand around it; the document is of no use otherwise.
-[[nodiscard]] bool loadXMLTree(pugi::xml_document& document, char* bytes, std::size_t size,
-                               const MSPCXMLReading& reading);
+[[nodiscard]] bool buildXMLTree(pugi::xml_document& document, char* bytes, std::size_t size,
+                                const MSPCXMLReading& reading);

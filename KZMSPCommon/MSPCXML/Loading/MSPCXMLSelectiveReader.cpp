@@ -1,83 +1,23 @@
-#include "MSPCXMLFilter.h"
+#include "MSPCXMLSelectiveReader.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <string_view>
 #include <vector>
 
+#include "MSPCByteStreams.h"
 #include "MSPCXMLEncoding.h"
-#include "MSPCXMLSurvey.h"
+#include "MSPCXMLLexis.h"
 
 namespace {
 
-enum CharacterClass : unsigned char {
-    NameStart = 1,
-    NamePart = 2,
-    Blank = 4,
-    PlainText = 8,  // neither markup nor a reference, nor the NUL behind the window
-};
-
-// The classes that the tree library sees in a byte, so that what passes here is what it would take.
-constexpr std::array<unsigned char, 256> characterClasses = [] {
-    std::array<unsigned char, 256> classes = {};
-    for (std::size_t byte = 0; byte < classes.size(); ++byte) {
-        const bool isLetter =
-            (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_' || byte == ':' || byte >= 0x80;
-        const bool isLater = (byte >= '0' && byte <= '9') || byte == '-' || byte == '.';
-        const bool isBlank = byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
-        const bool isPlain = byte != '<' && byte != '&' && byte != '\0';
-        classes[byte] = static_cast<unsigned char>((isLetter ? NameStart | NamePart : 0) | (isLater ? NamePart : 0) |
-                                                   (isBlank ? Blank : 0) | (isPlain ? PlainText : 0));
-    }
-    return classes;
-}();
-
-bool hasClass(char character, CharacterClass wanted) {
-    return (characterClasses[static_cast<unsigned char>(character)] & wanted) != 0;
-}
-
-std::size_t endOfName(std::string_view text) {
-    if (text.empty() || !hasClass(text.front(), NameStart)) {
-        return 0;
-    }
-    std::size_t end = 1;
-    while (end < text.size() && hasClass(text[end], NamePart)) {
-        ++end;
-    }
-    return end;
-}
-
-// The first character that is not of a class. The text must end with one.
-const char* skip(const char* text, CharacterClass skipped) {
-    constexpr std::size_t stride = 4;  // short enough to be unrolled
-    for (;; text += stride) {
-        for (std::size_t offset = 0; offset < stride; ++offset) {
-            if (!hasClass(text[offset], skipped)) {
-                return text + offset;
-            }
-        }
-    }
-}
-
-bool isAllBlank(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char character) { return hasClass(character, Blank); });
-}
-
-// The document ends at a NUL for the tree library, wherever it stands.
-bool hasNoNul(std::string_view text) {
-    return text.find('\0') == std::string_view::npos;
-}
-
-// Text that any parser takes as it is: references are good, and there is no NUL.
-bool isPlainText(std::string_view text) {
-    return hasNoNul(text) && !hasStrayAmpersand(text);
-}
+using namespace MSPCXMLLexis;
 
 // Walks over a document with a window onto its bytes that slides and, for a single long token, grows.
-class Filter {
+class SelectiveReader {
 public:
-    Filter(const MSPCByteReader& read, std::size_t expectedSize, const MSPCXMLSelection& selection) : _read(read) {
+    SelectiveReader(MSPCByteSource& source, const MSPCXMLSelection& selection) : _source(source) {
+        const auto expectedSize = source.expectedSize();
         constexpr std::size_t smallestWindow = 1 << 12;
         constexpr std::size_t largestWindow = 1 << 18;
         _window.resize(std::clamp(expectedSize + 1, smallestWindow, largestWindow));
@@ -86,7 +26,7 @@ public:
         _open.push_back({0, &selection, &_kept.bytes, nullptr});
     }
 
-    std::optional<MSPCXMLFiltered> run() {
+    std::optional<MSPCXMLSelected> run() {
         if (!skipMarkAndDeclaration()) {
             return std::nullopt;
         }
@@ -101,7 +41,7 @@ public:
                 return std::nullopt;
             }
         }
-        const bool isComplete = _isAtEnd && _open.size() == 1 && _hasRoot && isAllBlank(rest());
+        const bool isComplete = _isAtEnd && !_hasFailed && _open.size() == 1 && _hasRoot && isAllBlank(rest());
         return isComplete ? std::optional(std::move(_kept)) : std::nullopt;
     }
 
@@ -110,9 +50,9 @@ private:
     struct OpenElement {
         std::size_t nameStart;  // in _names
         const MSPCXMLSelection* selection;
-        std::string* sink;            // for its content and its end tag
-        MSPCXMLAsides::List* asides;  // for its children that are set aside, where it may have some
-        bool holdsText = false;       // other than blanks; told for elements that are kept whole
+        std::string* markup;                      // where its content and its end tag go
+        MSPCXMLDeferredElements::List* deferred;  // for its deferred children, where it may have some
+        bool holdsText = false;                   // other than blanks; told for elements that are kept whole
         bool holdsElements = false;
     };
 
@@ -131,9 +71,10 @@ private:
         if (_end + 1 == _window.size()) {
             _window.resize(2 * _window.size());
         }
-        const auto count = _read(_window.data() + _end, _window.size() - _end - 1);
-        _end += count;
-        _isAtEnd = count == 0;
+        const auto count = _source.read(_window.data() + _end, _window.size() - _end - 1);
+        _hasFailed = !count;
+        _end += count.value_or(0);
+        _isAtEnd = count.value_or(0) == 0;
         return !_isAtEnd;
     }
 
@@ -162,8 +103,8 @@ private:
 
     bool skipMarkAndDeclaration() {
         hasAtLeast(5);
-        if (rest().starts_with("\xEF\xBB\xBF")) {
-            _at += 3;
+        if (rest().starts_with(ByteOrderMark)) {
+            _at += ByteOrderMark.size();
             hasAtLeast(5);
         }
         if (!rest().starts_with("<?xml")) {
@@ -202,10 +143,10 @@ private:
         const auto* const textEnd = skip(nameEnd + 1, PlainText);
         const bool holdsText = selection == nullptr || selection->isWhole();
         const bool isLeaf = holdsText && isEndTag(textEnd, name);
-        auto& sink = sinkOf(selection);
-        take(tag, isLeaf ? textEnd + endTagSize(name) : nameEnd + 1, selection, sink);
+        auto& markup = markupOf(selection);
+        take(tag, isLeaf ? textEnd + endTagSize(name) : nameEnd + 1, selection, markup);
         if (!isLeaf) {
-            open(name, selection, sink);
+            open(name, selection, markup);
         }
         return true;
     }
@@ -215,7 +156,7 @@ private:
         if (!isEndTag(tag, name)) {
             return false;
         }
-        take(tag, tag + endTagSize(name), _open.back().selection, *_open.back().sink);
+        take(tag, tag + endTagSize(name), _open.back().selection, *_open.back().markup);
         close();
         return true;
     }
@@ -230,30 +171,30 @@ private:
     }
 
     // Goes on behind a piece of the window, and keeps it if it is selected.
-    void take(const char* begin, const char* end, const MSPCXMLSelection* selection, std::string& sink) {
+    void take(const char* begin, const char* end, const MSPCXMLSelection* selection, std::string& markup) {
         if (selection != nullptr) {
-            sink.append(begin, end);
+            markup.append(begin, end);
         }
         _at = static_cast<std::size_t>(end - _window.data());
     }
 
-    void open(std::string_view name, const MSPCXMLSelection* selection, std::string& sink) {
-        _open.push_back({_names.size(), selection, &sink, asidesOfNew(selection)});
+    void open(std::string_view name, const MSPCXMLSelection* selection, std::string& markup) {
+        _open.push_back({_names.size(), selection, &markup, deferredOfNew(selection)});
         _names += name;
     }
 
     // Where the markup of a new child of the innermost open element goes.
-    [[nodiscard]] std::string& sinkOf(const MSPCXMLSelection* selection) {
+    [[nodiscard]] std::string& markupOf(const MSPCXMLSelection* selection) {
         const auto& parent = _open.back();
-        const bool isSetAside = parent.asides != nullptr && selection != nullptr && selection->isSetAside();
-        return isSetAside ? parent.asides->sinkForChild() : *parent.sink;
+        const bool isDeferred = parent.deferred != nullptr && selection != nullptr && selection->isDeferred();
+        return isDeferred ? parent.deferred->markupForChild() : *parent.markup;
     }
 
-    MSPCXMLAsides::List* asidesOfNew(const MSPCXMLSelection* selection) {
-        if (selection == nullptr || !selection->setsChildrenAside()) {
+    MSPCXMLDeferredElements::List* deferredOfNew(const MSPCXMLSelection* selection) {
+        if (selection == nullptr || !selection->defersChildren()) {
             return nullptr;
         }
-        auto& list = _kept.asides.listAt(selection->path());
+        auto& list = _kept.deferred.listAt(selection->path());
         list.addParent();
         return &list;
     }
@@ -277,7 +218,7 @@ private:
             return false;
         }
         if (keepsContent()) {
-            *_open.back().sink += text;
+            *_open.back().markup += text;
             noteContent(!isAllBlank(text), false);
         }
         _at += text.size();
@@ -289,7 +230,7 @@ private:
         auto& owner = _open.back();
         owner.holdsText = owner.holdsText || isText;
         owner.holdsElements = owner.holdsElements || isElement;
-        _kept.hasNestedValues = _kept.hasNestedValues || (isElement && owner.sink == &_kept.bytes);
+        _kept.reading.hasNestedValues = _kept.reading.hasNestedValues || (isElement && owner.markup == &_kept.bytes);
         if (owner.holdsText && owner.holdsElements) {
             setHasMixedContent();
         }
@@ -341,7 +282,7 @@ private:
     // Leaves out a comment or an instruction of that size.
     bool skipSection(std::size_t size) {
         // A carriage return before it would become one line end with a line feed behind it.
-        const bool splitsLineEnd = keepsContent() && _open.back().sink->ends_with('\r');
+        const bool splitsLineEnd = keepsContent() && _open.back().markup->ends_with('\r');
         if (splitsLineEnd || !hasNoNul(rest().substr(0, size))) {
             return false;
         }
@@ -353,13 +294,13 @@ private:
     }
 
     void setHasSections() {
-        _kept.hasSections = true;
-        _kept.asides.setHasSections();
+        _kept.reading.hasSections = true;
+        _kept.deferred.setHasSections();
     }
 
     void setHasMixedContent() {
-        _kept.hasMixedContent = true;
-        _kept.asides.setHasMixedContent();
+        _kept.reading.hasMixedContent = true;
+        _kept.deferred.setHasMixedContent();
     }
 
     bool takeCommentOrCData() {
@@ -376,7 +317,7 @@ private:
         }
         const auto section = rest().substr(0, *end + 3);
         if (keepsContent()) {
-            *_open.back().sink += section;
+            *_open.back().markup += section;
         }
         setHasSections();
         _at += section.size();
@@ -396,9 +337,9 @@ private:
         if (name.empty() || (_open.size() == 1 && _hasRoot) || (hasAttributes && !isPlainAttributes(tag, selection))) {
             return false;
         }
-        auto& sink = sinkOf(selection);
-        // What is set aside is not looked at by a parser before it is wanted, and then it must be sound.
-        if (hasAttributes && &sink != &_kept.bytes) {
+        auto& markup = markupOf(selection);
+        // What is deferred is not looked at by a parser before it is wanted, and then it must be sound.
+        if (hasAttributes && &markup != &_kept.bytes) {
             return false;
         }
         _hasRoot = true;
@@ -406,15 +347,15 @@ private:
             noteContent(false, true);
         }
         if (selection != nullptr) {
-            sink += tag;
+            markup += tag;
         }
         if (hasAttributes && saysWhatBlanksMean(tag)) {
             setHasMixedContent();
         }
         if (!isEmptyElement(tag)) {
-            open(name, selection, sink);
+            open(name, selection, markup);
         } else {
-            asidesOfNew(selection);
+            deferredOfNew(selection);
         }
         _at += tag.size();
         return true;
@@ -424,10 +365,10 @@ private:
     static std::size_t tagClosing(std::string_view tag) { return tag.size() - (isEmptyElement(tag) ? 2 : 1); }
     static bool isEmptyElement(std::string_view tag) { return tag.size() > 2 && tag[tag.size() - 2] == '/'; }
 
-    static bool saysWhatBlanksMean(std::string_view tag) { return tag.find("xml:space") != std::string_view::npos; }
+    static bool saysWhatBlanksMean(std::string_view tag) { return tag.find(SpaceAttribute) != std::string_view::npos; }
 
     // Attributes are left to the parser: it sees those of kept elements, provided that the tag ends where it seems to.
-    // One that says what blanks mean may hold for elements that are set aside, whose parser does not see it.
+    // One that says what blanks mean may hold for deferred elements, whose parser does not see it.
     static bool isPlainAttributes(std::string_view tag, const MSPCXMLSelection* selection) {
         const auto quotes = std::count(tag.begin(), tag.end(), '"');
         return selection != nullptr && (selection->isWhole() || !saysWhatBlanksMean(tag)) && quotes % 2 == 0 &&
@@ -453,27 +394,27 @@ private:
             return false;
         }
         if (_open.back().selection != nullptr) {
-            *_open.back().sink += tag;
+            *_open.back().markup += tag;
         }
         close();
         _at += tag.size();
         return true;
     }
 
-    const MSPCByteReader& _read;
+    MSPCByteSource& _source;
     std::string _window;  // the bytes from _at to _end are still to be looked at; one byte behind them is free
     std::size_t _at = 0;
     std::size_t _end = 0;
     bool _isAtEnd = false;
+    bool _hasFailed = false;
     bool _hasRoot = false;
     std::vector<OpenElement> _open;  // the document itself first
     std::string _names;              // of the open elements, one behind the other
-    MSPCXMLFiltered _kept;
+    MSPCXMLSelected _kept;
 };
 
 }  // namespace
 
-std::optional<MSPCXMLFiltered> filteredXML(const MSPCByteReader& read, std::size_t expectedSize,
-                                           const MSPCXMLSelection& selection) {
-    return Filter(read, expectedSize, selection).run();
+std::optional<MSPCXMLSelected> selectedXML(MSPCByteSource& source, const MSPCXMLSelection& selection) {
+    return SelectiveReader(source, selection).run();
 }

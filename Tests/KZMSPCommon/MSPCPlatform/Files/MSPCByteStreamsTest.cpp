@@ -27,7 +27,7 @@ const std::vector<std::string> threePieces = {"abc", "def", "g"};
 
 }  // namespace
 
-TEST(MSPCByteSources, giveTheBytesOfAFileOnTheDiskInPieces) {
+TEST(MSPCByteStreams, giveTheBytesOfAFileOnTheDiskInPieces) {
     const ScopedTempFolder folder;
     const auto source = MSPCDiskFileSystem().openFile(folder.addFile("plan.xml", "abcdefg"));
     ASSERT_TRUE(source);
@@ -35,7 +35,7 @@ TEST(MSPCByteSources, giveTheBytesOfAFileOnTheDiskInPieces) {
     EXPECT_EQ(piecesOf(*source, 3), threePieces);
 }
 
-TEST(MSPCByteSources, giveTheContentOfOtherFileSystemsInPieces) {
+TEST(MSPCByteStreams, giveTheContentOfOtherFileSystemsInPieces) {
     InMemoryFileSystem files;
     files.addFile("/plan.xml", "abcdefg");
     const auto source = files.openFile("/plan.xml");
@@ -45,7 +45,7 @@ TEST(MSPCByteSources, giveTheContentOfOtherFileSystemsInPieces) {
     EXPECT_FALSE(files.openFile("/none.xml"));
 }
 
-TEST(MSPCByteSources, ofAnEmptyFileEndAtOnce) {
+TEST(MSPCByteStreams, ofAnEmptyFileEndAtOnce) {
     const ScopedTempFolder folder;
     const auto source = MSPCDiskFileSystem().openFile(folder.addFile("plan.xml"));
     ASSERT_TRUE(source);
@@ -53,7 +53,7 @@ TEST(MSPCByteSources, ofAnEmptyFileEndAtOnce) {
     EXPECT_TRUE(piecesOf(*source, 3).empty());
 }
 
-TEST(MSPCByteSources, followLinks) {
+TEST(MSPCByteStreams, followLinks) {
     const ScopedTempFolder folder;
     folder.addFile("plan.xml", "abc");
     std::filesystem::create_symlink("plan.xml", folder / "link.xml");
@@ -62,7 +62,7 @@ TEST(MSPCByteSources, followLinks) {
     EXPECT_EQ(piecesOf(*source, 3), std::vector<std::string>{"abc"});
 }
 
-TEST(MSPCByteSources, areNotMadeOfWhatCannotBeReadTwice) {
+TEST(MSPCByteStreams, areNotMadeOfWhatCannotBeReadTwice) {
     const ScopedTempFolder folder;
     const MSPCDiskFileSystem files;
     // Were the pipe opened, this would wait for its writer for ever.

@@ -1,4 +1,4 @@
-#include "MSPCXMLFilter.h"
+#include "MSPCXMLSelectiveReader.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "MSPCXMLDocument.h"
-#include "PiecewiseReader.h"
+#include "PiecewiseSource.h"
 
 namespace {
 
@@ -16,17 +16,18 @@ using namespace std::string_literals;
 
 constexpr std::size_t pieceSizes[] = {1, 2, 3, 7, 1 << 20};
 
-std::optional<MSPCXMLFiltered> filtered(const std::string& text, std::size_t pieceSize = 1 << 20) {
+std::optional<MSPCXMLSelected> selected(const std::string& text, std::size_t pieceSize = 1 << 20) {
     static const auto selection =
         MSPCXMLSelection::fromText("Plan(Title Task(UID Name Notes *Baseline(Number)) Empty())");
-    return filteredXML(piecewiseReader(text, pieceSize), text.size(), selection);
+    PiecewiseSource source(text, pieceSize);
+    return selectedXML(source, selection);
 }
 
 // What is kept of a text, the same for every way of cutting it; "(refused)" when it has to be read as a whole.
 std::string keptOf(const std::string& text) {
     std::string kept;
     for (const auto pieceSize : pieceSizes) {
-        const auto result = filtered(text, pieceSize);
+        const auto result = selected(text, pieceSize);
         const auto bytes = result ? result->bytes : "(refused)";
         if (pieceSize == pieceSizes[0]) {
             kept = bytes;
@@ -56,7 +57,7 @@ void expectRefused(const std::vector<Case>& cases) {
 
 }  // namespace
 
-TEST(MSPCXMLFilter, keepsSelectedElementsAsTheyStandAndNothingElse) {
+TEST(MSPCXMLSelectiveReader, keepsSelectedElementsAsTheyStandAndNothingElse) {
     expectKept({
         {"selected leaves", "<Plan><Title>a</Title><Task><UID>1</UID></Task></Plan>",
          "<Plan><Title>a</Title><Task><UID>1</UID></Task></Plan>"},
@@ -78,7 +79,7 @@ TEST(MSPCXMLFilter, keepsSelectedElementsAsTheyStandAndNothingElse) {
     });
 }
 
-TEST(MSPCXMLFilter, keepsTagsAndTextsAsTheyAreWritten) {
+TEST(MSPCXMLSelectiveReader, keepsTagsAndTextsAsTheyAreWritten) {
     expectKept({
         {"text of blanks alone", "<Plan><Title>   </Title></Plan>", "<Plan><Title>   </Title></Plan>"},
         {"references", "<Plan><Title>&lt;&#13;&amp;</Title></Plan>", "<Plan><Title>&lt;&#13;&amp;</Title></Plan>"},
@@ -99,7 +100,7 @@ TEST(MSPCXMLFilter, keepsTagsAndTextsAsTheyAreWritten) {
     });
 }
 
-TEST(MSPCXMLFilter, leavesOutCommentsAndInstructionsAndKeepsSections) {
+TEST(MSPCXMLSelectiveReader, leavesOutCommentsAndInstructionsAndKeepsSections) {
     expectKept({
         {"a comment in a kept text", "<Plan><Title>a<!-- <x> & --- -->b</Title></Plan>",
          "<Plan><Title>ab</Title></Plan>"},
@@ -116,16 +117,16 @@ TEST(MSPCXMLFilter, leavesOutCommentsAndInstructionsAndKeepsSections) {
     });
 }
 
-TEST(MSPCXMLFilter, tellsWhetherTheContentHadSections) {
-    EXPECT_FALSE(filtered("<?xml version=\"1.0\"?><!--a--><?p?><Plan><Title>a</Title></Plan>")->hasSections);
-    EXPECT_TRUE(filtered("<Plan><Title><![CDATA[a]]></Title></Plan>")->hasSections);
-    EXPECT_TRUE(filtered("<Plan><Other><![CDATA[a]]></Other></Plan>")->hasSections);
-    EXPECT_TRUE(filtered("<Plan><Other><!--a--></Other></Plan>")->hasSections);
-    EXPECT_TRUE(filtered("<Plan><?p?></Plan>")->hasSections);
-    EXPECT_TRUE(filtered("<Plan/><!--a-->")->hasSections);
+TEST(MSPCXMLSelectiveReader, tellsWhetherTheContentHadSections) {
+    EXPECT_FALSE(selected("<?xml version=\"1.0\"?><!--a--><?p?><Plan><Title>a</Title></Plan>")->reading.hasSections);
+    EXPECT_TRUE(selected("<Plan><Title><![CDATA[a]]></Title></Plan>")->reading.hasSections);
+    EXPECT_TRUE(selected("<Plan><Other><![CDATA[a]]></Other></Plan>")->reading.hasSections);
+    EXPECT_TRUE(selected("<Plan><Other><!--a--></Other></Plan>")->reading.hasSections);
+    EXPECT_TRUE(selected("<Plan><?p?></Plan>")->reading.hasSections);
+    EXPECT_TRUE(selected("<Plan/><!--a-->")->reading.hasSections);
 }
 
-TEST(MSPCXMLFilter, tellsWhatValuesHoldBesideText) {
+TEST(MSPCXMLSelectiveReader, tellsWhatValuesHoldBesideText) {
     struct Case {
         const char* document;
         bool hasNestedValues;
@@ -143,14 +144,14 @@ TEST(MSPCXMLFilter, tellsWhatValuesHoldBesideText) {
         {"<Plan><Title xml:space=\"preserve\"> </Title></Plan>", false, true},
     };
     for (const auto& [document, hasNestedValues, hasMixedContent] : cases) {
-        const auto result = filtered(document);
+        const auto result = selected(document);
         ASSERT_TRUE(result) << document;
-        EXPECT_EQ(result->hasNestedValues, hasNestedValues) << document;
-        EXPECT_EQ(result->hasMixedContent, hasMixedContent) << document;
+        EXPECT_EQ(result->reading.hasNestedValues, hasNestedValues) << document;
+        EXPECT_EQ(result->reading.hasMixedContent, hasMixedContent) << document;
     }
 }
 
-TEST(MSPCXMLFilter, skipsTheMarkAndTheDeclarationOfUtf8) {
+TEST(MSPCXMLSelectiveReader, skipsTheMarkAndTheDeclarationOfUtf8) {
     expectKept({
         {"a byte-order mark", "\xEF\xBB\xBF<Plan/>", "<Plan/>"},
         {"a declaration", "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n<Plan/>", "<Plan/>"},
@@ -160,7 +161,7 @@ TEST(MSPCXMLFilter, skipsTheMarkAndTheDeclarationOfUtf8) {
     });
 }
 
-TEST(MSPCXMLFilter, refusesOtherEncodings) {
+TEST(MSPCXMLSelectiveReader, refusesOtherEncodings) {
     expectRefused({
         {"a code page", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><Plan/>", {}},
         {"a code page beside the name of UTF-8", "<?xml encoding=\"windows-1252\" standalone=\"utf-8\"?><Plan/>", {}},
@@ -170,7 +171,7 @@ TEST(MSPCXMLFilter, refusesOtherEncodings) {
     });
 }
 
-TEST(MSPCXMLFilter, refusesWhatDoesNotMatch) {
+TEST(MSPCXMLSelectiveReader, refusesWhatDoesNotMatch) {
     expectRefused({
         {"nothing at all", "", {}},
         {"blanks alone", "  \n", {}},
@@ -192,7 +193,7 @@ TEST(MSPCXMLFilter, refusesWhatDoesNotMatch) {
     });
 }
 
-TEST(MSPCXMLFilter, refusesMarkupThatAParserWouldRefuse) {
+TEST(MSPCXMLSelectiveReader, refusesMarkupThatAParserWouldRefuse) {
     expectRefused({
         {"a tag without a name", "<Plan><>a</></Plan>", {}},
         {"a blank before a name", "<Plan>< Other/></Plan>", {}},
@@ -218,7 +219,7 @@ TEST(MSPCXMLFilter, refusesMarkupThatAParserWouldRefuse) {
     });
 }
 
-TEST(MSPCXMLFilter, refusesDocumentTypesWithAndWithoutDeclarations) {
+TEST(MSPCXMLSelectiveReader, refusesDocumentTypesWithAndWithoutDeclarations) {
     expectRefused({
         {"with entities", "<!DOCTYPE Plan [<!ENTITY e 'x'>]><Plan><Title>&e;</Title></Plan>", {}},
         {"with a name alone", "<!DOCTYPE Plan><Plan/>", {}},
@@ -226,7 +227,7 @@ TEST(MSPCXMLFilter, refusesDocumentTypesWithAndWithoutDeclarations) {
     });
 }
 
-TEST(MSPCXMLFilter, refusesStrayAmpersandsAndForbiddenReferencesWhereverTheyStand) {
+TEST(MSPCXMLSelectiveReader, refusesStrayAmpersandsAndForbiddenReferencesWhereverTheyStand) {
     for (const std::string stray : {"&", "&&amp;", "a & b", "&unknown;", "&amp", "&#;", "&#x;", "&#1;", "&#xFFFF;"}) {
         expectRefused({
             {"in a kept text", "<Plan><Title>" + stray + "</Title></Plan>", {}},
@@ -238,7 +239,7 @@ TEST(MSPCXMLFilter, refusesStrayAmpersandsAndForbiddenReferencesWhereverTheyStan
     expectRefused({{"on both sides of a comment", "<Plan><Title>&am<!---->p;</Title></Plan>", {}}});
 }
 
-TEST(MSPCXMLFilter, refusesANulWhereverItStands) {
+TEST(MSPCXMLSelectiveReader, refusesANulWhereverItStands) {
     expectRefused({
         {"in a kept text", "<Plan><Title>a\0b</Title></Plan>"s, {}},
         {"in a text that is left out", "<Plan><Other>a\0b</Other></Plan>"s, {}},
@@ -253,7 +254,7 @@ TEST(MSPCXMLFilter, refusesANulWhereverItStands) {
     });
 }
 
-TEST(MSPCXMLFilter, refusesAttributesThatItWouldHaveToUnderstand) {
+TEST(MSPCXMLSelectiveReader, refusesAttributesThatItWouldHaveToUnderstand) {
     expectRefused({
         {"on an element that is left out", "<Plan><Other a=\"1\">b</Other></Plan>", {}},
         {"with single quotes", "<Plan><Title a='1'/></Plan>", {}},
@@ -262,14 +263,14 @@ TEST(MSPCXMLFilter, refusesAttributesThatItWouldHaveToUnderstand) {
     });
 }
 
-TEST(MSPCXMLFilter, leavesOtherFaultsOfKeptTagsToTheParser) {
+TEST(MSPCXMLSelectiveReader, leavesOtherFaultsOfKeptTagsToTheParser) {
     for (const std::string tag : {"<Title/x>", "<Title a>", "<Title a=1>", "<Title \"a\">", "<Title a=\"1\"b=\"2\">"}) {
-        auto result = filtered("<Plan>" + tag + "</Title></Plan>");
-        EXPECT_TRUE(!result || !MSPCXMLDocument::readFiltered(std::move(*result))) << tag;
+        auto result = selected("<Plan>" + tag + "</Title></Plan>");
+        EXPECT_TRUE(!result || !MSPCXMLDocument::read(std::move(result->bytes), result->reading)) << tag;
     }
 }
 
-TEST(MSPCXMLFilter, refusesTextBetweenKeptElements) {
+TEST(MSPCXMLSelectiveReader, refusesTextBetweenKeptElements) {
     expectRefused({
         {"text", "<Plan>x<Title>a</Title></Plan>", {}},
         {"a reference to a blank", "<Plan><Task><UID>1</UID>&#32;</Task></Plan>", {}},
@@ -278,7 +279,7 @@ TEST(MSPCXMLFilter, refusesTextBetweenKeptElements) {
     });
 }
 
-TEST(MSPCXMLFilter, refusesALineEndThatACommentCutsInTwo) {
+TEST(MSPCXMLSelectiveReader, refusesALineEndThatACommentCutsInTwo) {
     expectRefused({
         {"a comment", "<Plan><Title>a\r<!--x-->\nb</Title></Plan>", {}},
         {"an instruction", "<Plan><Title>a\r<?x?>\nb</Title></Plan>", {}},
@@ -287,29 +288,30 @@ TEST(MSPCXMLFilter, refusesALineEndThatACommentCutsInTwo) {
     EXPECT_EQ(keptOf("<Plan>\r<!--x-->\n<Title/></Plan>"), "<Plan><Title/></Plan>");
 }
 
-TEST(MSPCXMLFilter, readsTokensThatAreLongerThanItsWindow) {
+TEST(MSPCXMLSelectiveReader, readsTokensThatAreLongerThanItsWindow) {
     constexpr std::size_t size = 300'000;
     const auto title = "<Title>" + std::string(size, 'x') + "</Title>";
     const auto text = "<Plan><Other>" + std::string(size, 'y') + "</Other><!--" + std::string(size, 'z') + "-->" +
                       std::string(size, ' ') + title + "</Plan>";
     for (const std::size_t pieceSize : {4096U, 65'536U, 1U << 20U}) {
-        const auto result = filtered(text, pieceSize);
+        const auto result = selected(text, pieceSize);
         ASSERT_TRUE(result);
         EXPECT_EQ(result->bytes, "<Plan>" + title + "</Plan>");
     }
 }
 
-TEST(MSPCXMLFilter, readsWhatIsLongerOrShorterThanWasExpected) {
+TEST(MSPCXMLSelectiveReader, readsWhatIsLongerOrShorterThanWasExpected) {
     const auto selection = MSPCXMLSelection::fromText("Plan(Title)");
     const std::string text = "<Plan><Title>a</Title></Plan>";
     for (const std::size_t expectedSize : {0U, 1U, 28U, 29U, 30U, 1'000'000U}) {
-        const auto result = filteredXML(piecewiseReader(text, 7), expectedSize, selection);
+        PiecewiseSource source(text, 7, expectedSize);
+        const auto result = selectedXML(source, selection);
         ASSERT_TRUE(result);
         EXPECT_EQ(result->bytes, text);
     }
 }
 
-TEST(MSPCXMLFilter, nestsAMillionLevelsDeep) {
+TEST(MSPCXMLSelectiveReader, nestsAMillionLevelsDeep) {
     constexpr int levels = 1'000'000;
     std::string text = "<Plan>";
     for (int level = 0; level < levels; ++level) {
@@ -318,25 +320,26 @@ TEST(MSPCXMLFilter, nestsAMillionLevelsDeep) {
     for (int level = 0; level < levels; ++level) {
         text += "</a>";
     }
-    const auto result = filtered(text + "<Title>b</Title></Plan>");
+    const auto result = selected(text + "<Title>b</Title></Plan>");
     ASSERT_TRUE(result);
     EXPECT_EQ(result->bytes, "<Plan><Title>b</Title></Plan>");
 }
 
 namespace {
 
-// What is set aside of the elements at "Task", one line for each of the first `parents`.
-std::string setAsideOf(const std::string& text, int parents) {
+// What is deferred of the elements at "Task", one line for each of the first `parents`.
+std::string deferredOf(const std::string& text, int parents) {
     static const auto selection = MSPCXMLSelection::fromText("Plan(Title Task(UID ~*Baseline(Number) ~Log))");
     std::string all;
     for (const auto pieceSize : pieceSizes) {
-        auto result = filteredXML(piecewiseReader(text, pieceSize), text.size(), selection);
+        PiecewiseSource source(text, pieceSize);
+        auto result = selectedXML(source, selection);
         std::string found = "(refused)";
         if (result) {
             found = "kept ";
             found += result->bytes;
         }
-        auto walk = result ? result->asides.take("Task") : MSPCXMLAsides().take("Task");
+        auto walk = result ? result->deferred.take("Task") : MSPCXMLDeferredElements().take("Task");
         for (int parent = 0; parent < parents; ++parent) {
             const auto document = walk.next();
             found.append("\n").append(document ? document->root().markup() : "none");
@@ -349,47 +352,48 @@ std::string setAsideOf(const std::string& text, int parents) {
 
 }  // namespace
 
-TEST(MSPCXMLFilter, setsElementsAsideByTheElementTheyWereIn) {
+TEST(MSPCXMLSelectiveReader, defersElementsByTheElementTheyWereIn) {
     EXPECT_EQ(
-        setAsideOf("<Plan><Task><UID>1</UID><Baseline><Number>0</Number><Cost>9</Cost><UID>7</UID></Baseline>"
+        deferredOf("<Plan><Task><UID>1</UID><Baseline><Number>0</Number><Cost>9</Cost><UID>7</UID></Baseline>"
                    "<Name>n</Name>\n<Baseline ><Number>1</Number ></Baseline></Task><Task/><Task><UID>3</UID></Task>"
                    "<Title>t</Title><Task><Log> a &amp; b </Log><Baseline/></Task></Plan>",
                    5),
         "kept <Plan><Task><UID>1</UID></Task><Task/><Task><UID>3</UID></Task><Title>t</Title><Task></Task></Plan>\n"
-        "<asides><Baseline><Number>0</Number><UID>7</UID></Baseline><Baseline><Number>1</Number></Baseline>"
-        "</asides>\nnone\nnone\n<asides><Log> a &amp; b </Log><Baseline/></asides>\nnone");
+        "<deferred><Baseline><Number>0</Number><UID>7</UID></Baseline><Baseline><Number>1</Number></Baseline>"
+        "</deferred>\nnone\nnone\n<deferred><Log> a &amp; b </Log><Baseline/></deferred>\nnone");
 }
 
-TEST(MSPCXMLFilter, keepsSectionsOfWhatIsSetAside) {
-    EXPECT_EQ(setAsideOf("<Plan><Task><Log>a<![CDATA[<b>]]><!--c-->d</Log></Task></Plan>", 1),
-              "kept <Plan><Task></Task></Plan>\n<asides><Log>a<![CDATA[<b>]]>d</Log></asides>");
+TEST(MSPCXMLSelectiveReader, keepsSectionsOfWhatIsDeferred) {
+    EXPECT_EQ(deferredOf("<Plan><Task><Log>a<![CDATA[<b>]]><!--c-->d</Log></Task></Plan>", 1),
+              "kept <Plan><Task></Task></Plan>\n<deferred><Log>a<![CDATA[<b>]]>d</Log></deferred>");
 }
 
-TEST(MSPCXMLFilter, leavesAttributesOfWhatIsSetAsideToTheParser) {
-    EXPECT_EQ(setAsideOf("<Plan><Task><Baseline a=\"1\"/></Task></Plan>", 0), "(refused)");
-    EXPECT_EQ(setAsideOf("<Plan><Task><Log><b c=\"1\"/></Log></Task></Plan>", 0), "(refused)");
-    EXPECT_EQ(setAsideOf("<Plan><Task a=\"1\"><Log/></Task></Plan>", 1),
-              "kept <Plan><Task a=\"1\"></Task></Plan>\n<asides><Log/></asides>");
+TEST(MSPCXMLSelectiveReader, leavesAttributesOfWhatIsDeferredToTheParser) {
+    EXPECT_EQ(deferredOf("<Plan><Task><Baseline a=\"1\"/></Task></Plan>", 0), "(refused)");
+    EXPECT_EQ(deferredOf("<Plan><Task><Log><b c=\"1\"/></Log></Task></Plan>", 0), "(refused)");
+    EXPECT_EQ(deferredOf("<Plan><Task a=\"1\"><Log/></Task></Plan>", 1),
+              "kept <Plan><Task a=\"1\"></Task></Plan>\n<deferred><Log/></deferred>");
 }
 
-TEST(MSPCXMLFilter, leavesDocumentsThatSayWhatBlanksMeanToTheParser) {
-    EXPECT_EQ(setAsideOf("<Plan><Task xml:space=\"preserve\"><Log> <b>c</b> </Log></Task></Plan>", 0), "(refused)");
-    EXPECT_EQ(setAsideOf("<Plan xml:space=\"preserve\"><Task><Log> <b>c</b> </Log></Task></Plan>", 0), "(refused)");
-    EXPECT_EQ(setAsideOf("<Plan><Title xml:space=\"preserve\"> a </Title></Plan>", 0),
+TEST(MSPCXMLSelectiveReader, leavesDocumentsThatSayWhatBlanksMeanToTheParser) {
+    EXPECT_EQ(deferredOf("<Plan><Task xml:space=\"preserve\"><Log> <b>c</b> </Log></Task></Plan>", 0), "(refused)");
+    EXPECT_EQ(deferredOf("<Plan xml:space=\"preserve\"><Task><Log> <b>c</b> </Log></Task></Plan>", 0), "(refused)");
+    EXPECT_EQ(deferredOf("<Plan><Title xml:space=\"preserve\"> a </Title></Plan>", 0),
               "kept <Plan><Title xml:space=\"preserve\"> a </Title></Plan>");
 }
 
 // More than fits into one block of memory, by the thousand and each alone.
-TEST(MSPCXMLFilter, setsAnyNumberAndSizeAside) {
+TEST(MSPCXMLSelectiveReader, defersAnyNumberAndSize) {
     static const auto selection = MSPCXMLSelection::fromText("Plan(Task(~Log))");
     std::string text = "<Plan>";
     for (int task = 0; task < 20'000; ++task) {
         text += "<Task><Log>" + std::to_string(task) + "</Log><Log>of that task</Log></Task>";
     }
     text += "<Task><Log>" + std::string(3'000'000, 'x') + "</Log></Task><Task><Log>last</Log></Task></Plan>";
-    auto result = filteredXML(piecewiseReader(text, 100'000), text.size(), selection);
+    PiecewiseSource source(text, 100'000);
+    auto result = selectedXML(source, selection);
     ASSERT_TRUE(result);
-    auto walk = result->asides.take("Task");
+    auto walk = result->deferred.take("Task");
     for (int task = 0; task < 20'000; ++task) {
         ASSERT_EQ(walk.next()->root().stringValue(), std::to_string(task) + "of that task");
     }

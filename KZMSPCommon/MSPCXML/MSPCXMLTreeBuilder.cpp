@@ -1,13 +1,16 @@
-#include "MSPCXMLReader.h"
+#include "MSPCXMLTreeBuilder.h"
 
 #include <pugixml.hpp>
 #include <set>
 #include <string_view>
 #include <vector>
 
+#include "MSPCXMLLexis.h"
 #include "MSPCXMLTree.h"
 
 namespace {
+
+using namespace MSPCXMLLexis;
 
 // Blanks between elements are never stored. Without sections and mixed content an element's text is in one piece and
 // alone, so nothing that counts is lost that way.
@@ -26,7 +29,7 @@ bool tidyTopLevel(pugi::xml_document& document) {
         if (node.type() == pugi::node_element) {
             ++elements;
         } else if (isTextOrCData(node)) {
-            if (node.type() == pugi::node_cdata || !isXMLBlank(node.value())) {
+            if (node.type() == pugi::node_cdata || !isAllBlank(node.value())) {
                 return false;
             }
             document.remove_child(node);
@@ -64,7 +67,7 @@ RepeatedAttributes repeatedAttributesIn(const MSPCXMLReading& reading) {
 }
 
 bool isSpacePreserved(const pugi::xml_node& element) {
-    return std::string_view(element.attribute("xml:space").value()) == "preserve";
+    return element.attribute(SpaceAttribute.data()).value() == SpacePreserved;
 }
 
 // Brings a complete tree into the form that the contents ask for.
@@ -111,7 +114,7 @@ private:
         bool hasOtherNodes = false;
         for (const auto& child : parent.children()) {
             const bool isText = child.type() == pugi::node_pcdata;
-            hasText = hasText || child.type() == pugi::node_cdata || (isText && !isXMLBlank(child.value()));
+            hasText = hasText || child.type() == pugi::node_cdata || (isText && !isAllBlank(child.value()));
             hasOtherNodes = hasOtherNodes || !isText;
         }
         if ((hasText && hasOtherNodes) || isSpacePreserved(parent)) {
@@ -165,7 +168,7 @@ unsigned optionsFor(const MSPCXMLReading& reading) {
 
 }  // namespace
 
-bool loadXMLTree(pugi::xml_document& document, char* bytes, std::size_t size, const MSPCXMLReading& reading) {
+bool buildXMLTree(pugi::xml_document& document, char* bytes, std::size_t size, const MSPCXMLReading& reading) {
     const auto options = optionsFor(reading);
     // As a fragment, or text around the root element would pass unnoticed.
     if (!document.load_buffer_inplace(bytes, size, options | pugi::parse_fragment, pugi::encoding_utf8) ||

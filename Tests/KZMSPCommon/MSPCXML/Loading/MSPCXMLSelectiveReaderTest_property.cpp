@@ -7,10 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "MSPCXMLAsides.h"
-#include "MSPCXMLDocument.h"
-#include "MSPCXMLFilter.h"
-#include "PiecewiseReader.h"
+#include "MSPCXMLLoader.h"
+#include "MSPCXMLSelectiveReader.h"
+#include "PiecewiseSource.h"
 
 // A document that is read in part answers as the whole document does, or is not read in part. However it is read,
 // queries and getters see the same text of an element: all of it, whatever elements it is spread over.
@@ -140,8 +139,8 @@ void describeAttributes(const MSPCXMLNode& element, std::string& text) {
     }
 }
 
-// Everything that can be asked of what a selection keeps below an element, but for what it sets aside.
-void describe(const MSPCXMLNode& element, const MSPCXMLSelection& selection, bool isFiltered, std::string& text) {
+// Everything that can be asked of what a selection keeps below an element, but for what it defers.
+void describe(const MSPCXMLNode& element, const MSPCXMLSelection& selection, bool isPart, std::string& text) {
     text.append("<").append(element.name());
     describeAttributes(element, text);
     text += ">";
@@ -153,9 +152,9 @@ void describe(const MSPCXMLNode& element, const MSPCXMLSelection& selection, boo
             continue;
         }
         const auto* childSelection = selection.isWhole() ? &selection : selection.child(child.name());
-        if (childSelection != nullptr && !childSelection->isSetAside()) {
-            describe(child, *childSelection, isFiltered, text);
-        } else if (isFiltered) {
+        if (childSelection != nullptr && !childSelection->isDeferred()) {
+            describe(child, *childSelection, isPart, text);
+        } else if (isPart) {
             text += "(not selected)";
         }
     }
@@ -163,35 +162,43 @@ void describe(const MSPCXMLNode& element, const MSPCXMLSelection& selection, boo
 }
 
 // The children of that name of each `Task` of the root.
-void describeSetAside(const MSPCXMLDocument& document, const MSPCXMLSelection& rootSelection, bool isFiltered,
+void describeDeferred(const MSPCXMLLoaded& loaded, const MSPCXMLSelection& rootSelection, bool isPart,
                       std::string& text) {
-    auto asides = document.asides();
-    auto walk = asides.take("Task");
-    for (const auto& task : document.root().childElements("Task")) {
-        const auto setAside = walk.next();
-        EXPECT_TRUE(isFiltered || !setAside);
+    auto deferred = loaded.deferred;
+    auto walk = deferred.take("Task");
+    for (const auto& task : loaded.document.root().childElements("Task")) {
+        const auto children = walk.next();
+        EXPECT_TRUE(isPart || !children);
         text += "Task:";
-        for (const auto& baseline : (setAside ? setAside->root() : task).childElements("Baseline")) {
-            describe(baseline, *rootSelection.child("Task")->child("Baseline"), isFiltered, text);
+        for (const auto& baseline : (children ? children->root() : task).childElements("Baseline")) {
+            describe(baseline, *rootSelection.child("Task")->child("Baseline"), isPart, text);
         }
     }
     EXPECT_FALSE(walk.next());
 }
 
-std::string described(const MSPCXMLDocument& document, const MSPCXMLSelection& selection, bool isFiltered) {
+std::string described(const MSPCXMLLoaded& loaded, const MSPCXMLSelection& selection, bool isPart) {
     std::string text;
-    const auto& rootSelection = *selection.child(document.root().name());
-    describe(document.root(), rootSelection, isFiltered, text);
+    const auto root = loaded.document.root();
+    const auto& rootSelection = *selection.child(root.name());
+    describe(root, rootSelection, isPart, text);
     if (rootSelection.child("Task") != nullptr) {
-        describeSetAside(document, rootSelection, isFiltered, text);
+        describeDeferred(loaded, rootSelection, isPart, text);
     }
     return text;
 }
 
-std::optional<MSPCXMLDocument> filteredDocument(const std::string& text, std::size_t pieceSize,
-                                                const MSPCXMLSelection& selection) {
-    auto filtered = filteredXML(piecewiseReader(text, pieceSize), text.size(), selection);
-    return filtered ? MSPCXMLDocument::readFiltered(std::move(*filtered)) : std::nullopt;
+std::optional<MSPCXMLLoaded> loadedInPart(const std::string& text, std::size_t pieceSize,
+                                          const MSPCXMLSelection& selection) {
+    PiecewiseSource source(text, pieceSize);
+    auto selected = selectedXML(source, selection);
+    auto document = selected ? MSPCXMLDocument::read(std::move(selected->bytes), selected->reading) : std::nullopt;
+    return document ? std::optional(MSPCXMLLoaded{std::move(*document), std::move(selected->deferred), std::nullopt})
+                    : std::nullopt;
+}
+
+std::optional<MSPCXMLLoaded> loadedWhole(const std::string& text) {
+    return MSPCXMLLoader(MSPCXMLContent::DataOnly, "Project").loadBytes(text);
 }
 
 // A query for the text that a value gives finds the value.
@@ -203,7 +210,7 @@ void expectFoundByText(const MSPCXMLNode& element, const MSPCXMLSelection& selec
     }
     for (auto child = element.firstChild(); child; child = child.nextSibling()) {
         const auto* childSelection = selection.isWhole() ? &selection : selection.child(child.name());
-        if (child.isElement() && childSelection != nullptr && !childSelection->isSetAside()) {
+        if (child.isElement() && childSelection != nullptr && !childSelection->isDeferred()) {
             expectFoundByText(child, *childSelection);
         }
     }
@@ -219,11 +226,10 @@ std::string withDocumentType(std::string text) {
 // by the thorough parser, which has entities expanded.
 void expectOneMeaning(const std::string& text, const MSPCXMLSelection& selection, const std::string& expected) {
     for (const auto& other : {text + "<?p?>", withDocumentType(text)}) {
-        std::optional<MSPCXMLRepair> repair;
-        const auto document = MSPCXMLDocument::read(other, MSPCXMLContent::DataOnly, "Project", &repair);
-        if (document && !repair) {
-            EXPECT_EQ(described(*document, selection, false), expected) << other;
-            expectFoundByText(document->root(), *selection.child(document->root().name()));
+        const auto loaded = loadedWhole(other);
+        if (loaded && !loaded->repair) {
+            EXPECT_EQ(described(*loaded, selection, false), expected) << other;
+            expectFoundByText(loaded->document.root(), *selection.child(loaded->document.root().name()));
         }
     }
 }
@@ -235,22 +241,22 @@ int readInPart(int documents, DocumentMaker& maker, Make&& make) {
     int count = 0;
     for (int index = 0; index < documents && !testing::Test::HasFailure(); ++index) {
         const auto text = make();
-        const auto part = filteredDocument(text, maker.pieceSize(), selection);
+        const auto part = loadedInPart(text, maker.pieceSize(), selection);
         if (!part) {
             continue;
         }
         ++count;
-        std::optional<MSPCXMLRepair> repair;
-        const auto whole = MSPCXMLDocument::read(text, MSPCXMLContent::DataOnly, "Project", &repair);
+        const auto whole = loadedWhole(text);
         if (!whole) {
             ADD_FAILURE() << "refused as a whole, read in part: " << text;
             continue;
         }
-        EXPECT_FALSE(repair) << "mended as a whole, read in part: " << text;
+        EXPECT_FALSE(whole->repair) << "mended as a whole, read in part: " << text;
         const auto expected = described(*whole, selection, false);
         EXPECT_EQ(described(*part, selection, true), expected) << text;
-        expectFoundByText(part->root(), *selection.child(part->root().name()));
-        expectFoundByText(whole->root(), *selection.child(whole->root().name()));
+        for (const auto& root : {part->document.root(), whole->document.root()}) {
+            expectFoundByText(root, *selection.child(root.name()));
+        }
         expectOneMeaning(text, selection, expected);
     }
     return count;
@@ -258,13 +264,13 @@ int readInPart(int documents, DocumentMaker& maker, Make&& make) {
 
 }  // namespace
 
-TEST(MSPCXMLFilterProperty, soundDocumentsAnswerInPartAsTheyDoWhole) {
+TEST(MSPCXMLSelectiveReaderProperty, soundDocumentsAnswerInPartAsTheyDoWhole) {
     constexpr int documents = 30'000;
     DocumentMaker maker(1);
     EXPECT_GT(readInPart(documents, maker, [&] { return maker.sound(); }), documents / 5);
 }
 
-TEST(MSPCXMLFilterProperty, damagedDocumentsAreReadInPartOnlyWhereTheWholeNeedsNoMending) {
+TEST(MSPCXMLSelectiveReaderProperty, damagedDocumentsAreReadInPartOnlyWhereTheWholeNeedsNoMending) {
     constexpr int documents = 60'000;
     DocumentMaker maker(2);
     EXPECT_GT(readInPart(documents, maker, [&] { return maker.damaged(); }), documents / 40);
