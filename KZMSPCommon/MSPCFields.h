@@ -63,7 +63,7 @@ private:
     };
 
     // Fields whose names look alike hang together in one of a few slots, which tells the fields of real elements apart.
-    // Hostile elements have millions, or names that all look alike.
+    // Elements of a hostile plan have millions, or names that all look alike.
     static constexpr std::size_t SlotCount = 64;
     static constexpr std::size_t MostFieldsInSlots = 256;
     static constexpr std::uint16_t EndOfSlot = MostFieldsInSlots;

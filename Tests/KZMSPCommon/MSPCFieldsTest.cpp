@@ -151,7 +151,7 @@ TEST(MSPCFields, answerAsTheQueriesDo) {
     }
 }
 
-// Hostile elements have so many fields that names are looked up another way; the answers are the same.
+// Elements of a hostile plan have so many fields that names are looked up another way; the answers are the same.
 TEST(MSPCFields, ofVeryManyFieldsTheLastOfAName) {
     std::string xml = "<Task><Name>first</Name>";
     for (int i = 0; i < 1000; ++i) {

@@ -1,4 +1,4 @@
-#include "MSPCUserDefaults.h"
+#include "MSPCSettingsFile.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

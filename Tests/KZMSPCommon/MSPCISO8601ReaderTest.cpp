@@ -1,15 +1,16 @@
-#include "MSPCISO8601Scanner.h"
+#include "MSPCISO8601Reader.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 
-#include "MSPCISO8601Patterns.h"
-
 namespace {
 
 constexpr int GeneratedTexts = 1'000'000;
+constexpr std::int32_t Largest = 2'147'483'647;
+const std::string Nines(1'000'000, '9');
+const std::string Zeros(1'000'000, '0');
 
 // Texts like those of plans, half of them spoilt in one to three places. The same ones in every run.
 class TextGenerator {
@@ -57,7 +58,7 @@ private:
 
 }  // namespace
 
-TEST(MSPCISO8601Scanner, readsTheUsualDateTimesAndNothingElse) {
+TEST(MSPCISO8601Reader, readsTheUsualDateTimesAndNothingElse) {
     MSPCDateComponents components;
     EXPECT_EQ(scanISODateTime(components, "2012-01-05T08:00:00"), 252);
     EXPECT_EQ(scanISODateTime(components, "2012-01-05T08:00:00Z"), 252 | 0x800000);
@@ -71,7 +72,7 @@ TEST(MSPCISO8601Scanner, readsTheUsualDateTimesAndNothingElse) {
     EXPECT_EQ(untouched, MSPCDateComponents());
 }
 
-TEST(MSPCISO8601Scanner, answersDateTimesAsThePatternsDo) {
+TEST(MSPCISO8601Reader, answersDateTimesAsThePatternsDo) {
     TextGenerator generator;
     int scannedTexts = 0;
     for (int i = 0; i < GeneratedTexts; ++i) {
@@ -90,7 +91,7 @@ TEST(MSPCISO8601Scanner, answersDateTimesAsThePatternsDo) {
     EXPECT_LT(scannedTexts, GeneratedTexts * 3 / 4);
 }
 
-TEST(MSPCISO8601Scanner, answersDurationsAsThePatternsDo) {
+TEST(MSPCISO8601Reader, answersDurationsAsThePatternsDo) {
     TextGenerator generator;
     int scannedTexts = 0;
     for (int i = 0; i < GeneratedTexts; ++i) {
@@ -108,4 +109,38 @@ TEST(MSPCISO8601Scanner, answersDurationsAsThePatternsDo) {
     }
     EXPECT_GT(scannedTexts, GeneratedTexts / 4);
     EXPECT_LT(scannedTexts, GeneratedTexts * 3 / 4);
+}
+
+// Numbers of a million digits: read as the nearest 32-bit integer, like any number that is too long, and at once.
+
+TEST(MSPCISO8601Reader, aDateOfAMillionDigitsIsTheLargestNumber) {
+    MSPCDateComponents components;
+    EXPECT_EQ(matchISODateTime(components, Nines + "-" + Zeros + "7-" + Nines + "T08:" + Zeros + ":30"),
+              MSPCUnit::Date | MSPCUnit::Time);
+    EXPECT_EQ(components.year, Largest);
+    EXPECT_EQ(components.month, 7);
+    EXPECT_EQ(components.day, Largest);
+    EXPECT_EQ(components.hour, 8);
+    EXPECT_EQ(components.minute, 0);
+    EXPECT_EQ(components.second, 30);
+}
+
+TEST(MSPCISO8601Reader, aMillionDigitsAloneAreNoDateTime) {
+    MSPCDateComponents components;
+    EXPECT_EQ(matchISODateTime(components, Nines), MSPCUnitFlags{0});
+}
+
+TEST(MSPCISO8601Reader, aZoneBehindAFractionOfAMillionDigitsIsDropped) {
+    MSPCDateComponents components;
+    EXPECT_EQ(matchISODateTime(components, "08:00:00." + Nines + "+02:00"), MSPCUnit::Time);
+    EXPECT_EQ(components.timeZoneHour, 0);
+}
+
+TEST(MSPCISO8601Reader, durationsOfAMillionDigitsAreTheLargestNumber) {
+    MSPCDateComponents components;
+    EXPECT_EQ(matchISODuration(components, "P" + Zeros + "3DT" + Nines + "H"), MSPCUnit::Day | MSPCUnit::Hour);
+    EXPECT_EQ(components.day, 3);
+    EXPECT_EQ(components.hour, Largest);
+    const MSPCHoursMinutesSeconds expected{Largest, 0, 5};
+    EXPECT_EQ(matchMSPDIDuration("x PT" + Nines + "H" + Zeros + "M" + Zeros + "5S"), expected);
 }

@@ -1,4 +1,4 @@
-#include "MSPCUserDefaults.h"
+#include "MSPCSettingsFile.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
