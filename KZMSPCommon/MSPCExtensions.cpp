@@ -59,7 +59,7 @@ std::size_t childIndex(std::int32_t index) {
 }
 
 // What a selection keeps of a document, where the document is plain enough to be read piece by piece.
-std::optional<MSPCXMLDocument> selectedDocument(const MSPCURL& url, const MSPCFileSystem& fileSystem,
+std::optional<MSPCXMLDocument> selectedDocument(const MSPCURL& url, const MSPCFileReader& fileSystem,
                                                 const MSPCXMLSelection& selection) {
     const auto source = fileSystem.openFile(url.path());
     if (!source) {
@@ -76,7 +76,7 @@ std::optional<MSPCXMLDocument> selectedDocument(const MSPCURL& url, const MSPCFi
 }
 
 std::optional<MSPCXMLDocument> loadedDocument(const MSPCURL& url, MSPCXMLContent content,
-                                              const MSPCFileSystem& fileSystem, MSPCLog& log) {
+                                              const MSPCFileReader& fileSystem, MSPCLog& log) {
     const auto readFile = [&] { return fileSystem.readFile(url.path()); };
     auto bytes = readFile();
     if (!bytes) {
@@ -85,8 +85,7 @@ std::optional<MSPCXMLDocument> loadedDocument(const MSPCURL& url, MSPCXMLContent
     std::optional<MSPCXMLRepair> repair;
     auto document = MSPCXMLDocument::read(std::move(*bytes), content, "Project", &repair, readFile);
     if (document && repair) {
-        log.log(fmt::format("WARNING: Repaired malformed XML in '{}' at line {}: {}", url.path(), repair->line,
-                            repair->message));
+        log.log("WARNING: Repaired malformed XML in '{}' at line {}: {}", url.path(), repair->line, repair->message);
     }
     return document;
 }
@@ -169,7 +168,7 @@ void insertCommentAtIndex(MSPCXMLNode element, std::optional<std::string_view> t
     element.insertComment(text.value_or(std::string_view()), childIndex(index));
 }
 
-MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content, const MSPCFileSystem& fileSystem,
+MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content, const MSPCFileReader& fileSystem,
                                  MSPCLog& log, const MSPCXMLSelection* selection) {
     auto document = selection != nullptr ? selectedDocument(url, fileSystem, *selection) : std::nullopt;
     if (!document) {
@@ -182,7 +181,7 @@ MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content, con
 }
 
 MSPCXMLDocument newXmlDocFromUrlStripNamespace(const MSPCURL& url, MSPCXMLContent content,
-                                               const MSPCFileSystem& fileSystem, MSPCLog& log) {
+                                               const MSPCFileReader& fileSystem, MSPCLog& log) {
     // Deliberate: the namespace stays, despite the name.
     auto document = loadedDocument(url, content, fileSystem, log);
     if (!document) {

@@ -10,7 +10,7 @@
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
 
-class MSPCFileSystem;
+class MSPCFileReader;
 class MSPCLog;
 class MSPCURL;
 class MSPCXMLSelection;
@@ -71,12 +71,12 @@ void insertCommentAtIndex(MSPCXMLNode element, std::optional<std::string_view> t
 // Raises `MSPEXMLException` "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data." when no
 // document results.
 [[nodiscard]] MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content,
-                                               const MSPCFileSystem& fileSystem, MSPCLog& log,
+                                               const MSPCFileReader& fileSystem, MSPCLog& log,
                                                const MSPCXMLSelection* selection = nullptr);
 // The same with the text "MSPEXMLExporter.newXmlDocFromUrlStripNamespace: Failed to build XML DOM from source data.".
 // Deliberate: despite its name it removes no namespace.
 [[nodiscard]] MSPCXMLDocument newXmlDocFromUrlStripNamespace(const MSPCURL& url, MSPCXMLContent content,
-                                                             const MSPCFileSystem& fileSystem, MSPCLog& log);
+                                                             const MSPCFileReader& fileSystem, MSPCLog& log);
 
 // The error for a query form that the importer does not offer: general domain, code 100, "NOT PORTED XQUERY (<last
 // component of the source path> [<line>]): <query>".

@@ -14,8 +14,8 @@
 namespace {
 
 class NoLog final : public MSPCLog {
-public:
-    void log(std::string_view /*message*/) override {}
+protected:
+    void write(std::string_view /*message*/) override {}
 };
 
 std::optional<std::string> obstacleAt(const std::string& path, const MSPCFileSystem& fileSystem) {

@@ -40,8 +40,16 @@ std::string MSPDIMemoryFileSystem::standardizedPath(std::string_view path) const
     return isInMemory(path) ? std::string(path) : _readOnly.standardizedPath(path);
 }
 
+std::string MSPDIMemoryFileSystem::absolutePath(std::string_view path) const {
+    return isInMemory(path) ? std::string(path) : _readOnly.absolutePath(path);
+}
+
 bool MSPDIMemoryFileSystem::exists(const std::string& path) const {
     return isInMemory(path) ? _files.contains(path) || isDirectory(path) : _readOnly.exists(path);
+}
+
+bool MSPDIMemoryFileSystem::leadsToAnything(const std::string& path) const {
+    return isInMemory(path) ? exists(path) : _readOnly.leadsToAnything(path);
 }
 
 bool MSPDIMemoryFileSystem::isDirectory(const std::string& path) const {
@@ -70,49 +78,80 @@ std::optional<std::string> MSPDIMemoryFileSystem::readFile(const std::string& pa
     if (!isInMemory(path)) {
         return _readOnly.readFile(path, failure);
     }
-    const auto file = _files.find(path);
-    if (file == _files.end() && failure != nullptr) {
+    return contentOf(_files, path, failure);
+}
+
+std::optional<std::string> MSPDIMemoryFileSystem::contentOf(const Files& files, const std::string& path,
+                                                            std::string* failure) {
+    const auto file = files.find(path);
+    if (file == files.end() && failure != nullptr) {
         *failure = nothingThere;
     }
-    return file == _files.end() ? std::nullopt : std::optional(file->second);
+    return file == files.end() ? std::nullopt : std::optional(file->second);
 }
 
 std::unique_ptr<MSPCByteSource> MSPDIMemoryFileSystem::openFile(const std::string& path) const {
     return isInMemory(path) ? MSPCFileSystem::openFile(path) : _readOnly.openFile(path);
 }
 
-std::optional<std::string> MSPDIMemoryFileSystem::copyFolder(const std::string& from, const std::string& to,
-                                                             bool* existedAlready) {
-    const bool isTaken = exists(to);
-    if (existedAlready != nullptr) {
-        *existedAlready = isTaken;
-    }
-    if (isTaken) {
-        return "File exists";
-    }
-    if (!isInMemory(from) || !isInMemory(to)) {
-        return std::string(readOnlyPlace);
-    }
-    if (!isDirectory(from)) {
-        return std::string(nothingThere);
-    }
-    std::map<std::string, std::string> copies;
-    for (const auto& [path, content] : _files) {
-        if (isBelow(path, from)) {
-            copies[to + path.substr(from.size())] = content;
-        }
-    }
-    _files.merge(copies);
-    return std::nullopt;
-}
+// A new folder keeps its files to itself until it appears.
+class MSPDIMemoryFileSystem::NewFolder final : public MSPCNewFolder {
+public:
+    NewFolder(MSPDIMemoryFileSystem& files, std::string path, bool replacesOld)
+        : _fileSystem(files), _path(std::move(path)), _replacesOld(replacesOld) {}
 
-std::optional<std::string> MSPDIMemoryFileSystem::remove(const std::string& path) {
-    if (!isInMemory(path)) {
-        return std::string(readOnlyPlace);
+    [[nodiscard]] std::optional<std::string> copyContent(const std::string& from) override {
+        if (!isInMemory(from) || !isInMemory(_path)) {
+            return std::string(readOnlyPlace);
+        }
+        if (!_fileSystem.isDirectory(from)) {
+            return std::string(nothingThere);
+        }
+        for (const auto& [path, content] : _fileSystem._files) {
+            if (isBelow(path, from)) {
+                _files[_path + path.substr(from.size())] = content;
+            }
+        }
+        return std::nullopt;
     }
-    const auto count =
-        std::erase_if(_files, [&path](const auto& file) { return file.first == path || isBelow(file.first, path); });
-    return count > 0 ? std::nullopt : std::optional(std::string(nothingThere));
+    [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
+                                                      std::string* failure = nullptr) const override {
+        return contentOf(_files, path, failure);
+    }
+    [[nodiscard]] std::optional<std::string> writeAtomically(
+        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
+        _fileSystem.keep(_files, path, produce);
+        return std::nullopt;
+    }
+    [[nodiscard]] std::optional<std::string> appear(bool& isTaken) override {
+        isTaken = !_replacesOld && _fileSystem.exists(_path);
+        if (isTaken) {
+            return "File exists";
+        }
+        static_cast<void>(_fileSystem.takeFilesBelow(_path));
+        _fileSystem._files.merge(_files);
+        return std::nullopt;
+    }
+    void setPath(const std::string& path) override {
+        Files moved;
+        for (auto& [old, content] : _files) {
+            moved[path + old.substr(_path.size())] = std::move(content);
+        }
+        _files = std::move(moved);
+        _path = path;
+        _replacesOld = false;
+    }
+    [[nodiscard]] std::string remainsOfReplaced() const override { return {}; }
+
+private:
+    MSPDIMemoryFileSystem& _fileSystem;
+    std::string _path;
+    bool _replacesOld;
+    Files _files;
+};
+
+std::unique_ptr<MSPCNewFolder> MSPDIMemoryFileSystem::newFolder(const std::string& path, bool replacesOld) {
+    return exists(path) && !replacesOld ? nullptr : std::make_unique<NewFolder>(*this, path, replacesOld);
 }
 
 // An empty folder is not remembered: whatever is written later makes it.
@@ -125,12 +164,15 @@ std::optional<std::string> MSPDIMemoryFileSystem::writeAtomically(const std::str
     if (!isInMemory(path)) {
         return std::string(readOnlyPlace);
     }
-    if (_keeping == MSPDIMemoryKeeping::Names) {
-        _files[path].clear();
-        return std::nullopt;
-    }
-    MSPCStringSink sink;
-    produce(sink);
-    _files[path] = sink.take();
+    keep(_files, path, produce);
     return std::nullopt;
+}
+
+void MSPDIMemoryFileSystem::keep(Files& files, const std::string& path,
+                                 const std::function<void(MSPCByteSink&)>& produce) const {
+    MSPCStringSink sink;
+    if (_keeping == MSPDIMemoryKeeping::Content) {
+        produce(sink);
+    }
+    files[path] = sink.take();
 }

@@ -27,22 +27,29 @@ public:
     [[nodiscard]] std::map<std::string, std::string> takeFilesBelow(const std::string& folder);
 
     [[nodiscard]] std::string standardizedPath(std::string_view path) const override;
+    [[nodiscard]] std::string absolutePath(std::string_view path) const override;
     [[nodiscard]] bool exists(const std::string& path) const override;
+    [[nodiscard]] bool leadsToAnything(const std::string& path) const override;
     [[nodiscard]] bool isDirectory(const std::string& path) const override;
     [[nodiscard]] std::string resolvedPath(const std::string& path) const override;
     [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;
     [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
                                                       std::string* failure = nullptr) const override;
     [[nodiscard]] std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const override;
-    [[nodiscard]] std::optional<std::string> copyFolder(const std::string& from, const std::string& to,
-                                                        bool* existedAlready = nullptr) override;
-    [[nodiscard]] std::optional<std::string> remove(const std::string& path) override;
+    [[nodiscard]] std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) override;
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
     [[nodiscard]] std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
 
 private:
+    using Files = std::map<std::string, std::string>;  // by their paths; folders are there as far as files are in them
+    class NewFolder;
+
+    [[nodiscard]] static std::optional<std::string> contentOf(const Files& files, const std::string& path,
+                                                              std::string* failure);
+    void keep(Files& files, const std::string& path, const std::function<void(MSPCByteSink&)>& produce) const;
+
     const MSPCFileSystem& _readOnly;
     MSPDIMemoryKeeping _keeping;
-    std::map<std::string, std::string> _files;  // by their paths; folders are there as far as files are in them
+    Files _files;
 };

@@ -15,7 +15,8 @@ class VerdictLog final : public MSPCLog {
 public:
     explicit VerdictLog(MSPDIMemoryImport& result) : _result(result) {}
 
-    void log(std::string_view message) override {
+protected:
+    void write(std::string_view message) override {
         constexpr std::string_view failure = "Exception: ";
         constexpr std::string_view warning = "WARNING: ";
         if (message.starts_with(warning)) {

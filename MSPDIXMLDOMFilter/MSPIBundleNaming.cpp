@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
-#include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 
 std::string MSPIScenarioName(std::optional<int> baselineNumber) {
@@ -24,13 +24,7 @@ MSPIBundleNaming::MSPIBundleNaming(std::string wantedPath)
       _path(std::move(wantedPath)) {
 }
 
-void MSPIBundleNaming::advance() {
-    ++_number;
+void MSPIBundleNaming::advanceTo(std::uint64_t number) {
+    _number = std::max(_number + 1, number);
     _path = pathByAppendingExtension(fmt::format("{}-{}", _pathWithoutExtension, _number), _extension);
-}
-
-void MSPIBundleNaming::advanceToFreePath(const MSPCFileSystem& fileSystem) {
-    while (fileSystem.exists(_path)) {
-        advance();
-    }
 }

@@ -5,8 +5,6 @@
 #include <string>
 #include <string_view>
 
-class MSPCFileSystem;
-
 // Names inside a bundle.
 inline constexpr std::string_view MSPIActualScenarioFileName = "Actual.xml";
 inline constexpr std::string_view MSPITOCFileName = "__TOC.xml";
@@ -23,10 +21,12 @@ public:
     explicit MSPIBundleNaming(std::string wantedPath);
 
     [[nodiscard]] const std::string& path() const { return _path; }
+    // How often `path` has been advanced: 0 for the wanted path, else the number in it.
+    [[nodiscard]] std::uint64_t number() const { return _number; }
     // Goes on to the next path.
-    void advance();
-    // Goes on while anything (file, folder or link) exists at the path; stays where the path is free already.
-    void advanceToFreePath(const MSPCFileSystem& fileSystem);
+    void advance() { advanceTo(0); }
+    // Goes on to the path with that number, or to the next one where that is further.
+    void advanceTo(std::uint64_t number);
 
 private:
     std::string _pathWithoutExtension;

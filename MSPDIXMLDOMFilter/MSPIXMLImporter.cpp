@@ -14,6 +14,7 @@
 #include "MSPIBundleNaming.h"
 #include "MSPIElementsRead.h"
 #include "MSPIKdzxNamespace.h"
+#include "MSPINewBundle.h"
 #include "MSPIScenarioCheck.h"
 
 namespace {
@@ -66,6 +67,7 @@ public:
     ~FindingsOfImport() {
         _info.baselines.reset();
         _info.index.reset();
+        _info.growthBounds.reset();
     }
     FindingsOfImport(const FindingsOfImport&) = delete;
     FindingsOfImport& operator=(const FindingsOfImport&) = delete;
@@ -73,6 +75,15 @@ public:
 private:
     MSPIImportInfo& _info;
 };
+
+// The failure itself is what counts. Where not even the remains of the import can be shown, they are of no use either.
+void appearAfterFailure(MSPINewBundle& bundle) {
+    try {
+        bundle.appear();
+    } catch (const MSPCException&) {
+        return;
+    }
+}
 
 }  // namespace
 
@@ -95,8 +106,7 @@ bool MSPIXMLImporter::importFromMspdiURLToKdzxBundleURL(const std::optional<MSPC
         checkDestination(destination);
         return importChecked(*source, *destination);
     } catch (const MSPCException& exception) {
-        _services.log.log(
-            fmt::format("Exception: {}\n{}\n{}", exception.name(), exception.reason(), exception.userInfo()));
+        _services.log.log("Exception: {}\n{}\n{}", exception.name(), exception.message(), exception.userInfo());
         return false;
     } catch (const std::bad_alloc&) {
         // A plan that does not fit into the memory is no reason to let the other plans of a list down. By now all that
@@ -107,65 +117,55 @@ bool MSPIXMLImporter::importFromMspdiURLToKdzxBundleURL(const std::optional<MSPC
 }
 
 bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destination) {
-    const auto bundlePath = copyTemplate(source, destination);
-    // From here on the bundle exists; nothing is rolled back.
-    auto documents = loadDocuments(source, bundlePath);
+    MSPINewBundle bundle(_info, _services, destination);
+    _services.log.log("MSPIXMLImporter: Importing XML (MSPDI) file to KZ 2 document bundle...");
+    _services.log.log("Input:  '{}'", source.path());
+    _services.log.log("Output: '{}'", bundle.path());
+    bundle.copyTemplate();
+    // From here on the bundle counts; nothing is rolled back.
+    bool isFilled = false;
+    try {
+        isFilled = fillBundle(source, bundle);
+    } catch (...) {
+        appearAfterFailure(bundle);
+        throw;
+    }
+    bundle.appear();
+    return isFilled;
+}
+
+bool MSPIXMLImporter::fillBundle(const MSPCURL& source, MSPINewBundle& bundle) {
+    auto documents = loadDocuments(source, bundle);
     const FindingsOfImport findings(_info);
     _info.index = std::make_shared<MSPIProjectIndex>(documents.mspdi.root());
-    if (!importScenario(std::nullopt, documents, bundlePath)) {
+    _info.growthBounds = std::make_shared<MSPIGrowthBounds>();
+    if (!importScenario(std::nullopt, documents, bundle)) {
         return false;
     }
     _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi, documents.mspdi.takeAsides());
     for (int number = 0; number <= LastBaselineNumber; ++number) {
-        importScenario(number, documents, bundlePath);
+        importScenario(number, documents, bundle);
     }
     // Every scenario has entered itself in the table of contents; it is written once, when all their files are there.
-    writeDocument(documents.kdzxTOC, pathByAppendingComponent(bundlePath, MSPITOCFileName));
+    bundle.write(documents.kdzxTOC, MSPITOCFileName);
     return true;
 }
 
-std::string MSPIXMLImporter::copyTemplate(const MSPCURL& source, const MSPCURL& destination) {
-    MSPIBundleNaming naming(destination.path());
-    naming.advanceToFreePath(_services.fileSystem);
-    _services.log.log("MSPIXMLImporter: Importing XML (MSPDI) file to KZ 2 document bundle...");
-    _services.log.log(fmt::format("Input:  '{}'", source.path()));
-    _services.log.log(fmt::format("Output: '{}'", naming.path()));
-    if (!_info.kdzxTemplateURL) {
-        throw MSPCInternalInconsistency("URL of Template kdzx document not specified.");
-    }
-    bool isTaken = false;
-    while (const auto failure =
-               _services.fileSystem.copyFolder(_info.kdzxTemplateURL->path(), naming.path(), &isTaken)) {
-        if (!isTaken) {
-            throw KZMPPImporterException(
-                "MSPIMPPImporter importFromMppURL:toKdzxBundleURL:Failed to copy KZ2 Template bundle to destination "
-                "directory.",
-                *failure);
-        }
-        // Another run took the name since it was found free.
-        naming.advanceToFreePath(_services.fileSystem);
-        _services.log.log(fmt::format("Output: '{}'", naming.path()));
-    }
-    return naming.path();
-}
-
-MSPIXMLImporter::Documents MSPIXMLImporter::loadDocuments(const MSPCURL& source, const std::string& bundlePath) const {
-    const auto load = [this](const MSPCURL& url, MSPCXMLContent content, const MSPCXMLSelection* selection = nullptr) {
-        return newXmlDocFromUrl(url, content, _services.fileSystem, _services.log, selection);
-    };
-    const auto inBundle = [&bundlePath](std::string_view fileName) {
-        return MSPCURL::fileURL(pathByAppendingComponent(bundlePath, fileName), false);
+MSPIXMLImporter::Documents MSPIXMLImporter::loadDocuments(const MSPCURL& source, const MSPINewBundle& bundle) const {
+    const auto loadFromBundle = [&](std::string_view fileName) {
+        return newXmlDocFromUrl(MSPCURL::fileURL(bundle.pathOf(fileName), false), MSPCXMLContent::Everything,
+                                bundle.files(), _services.log);
     };
     _services.log.log("Begin loading XML document ...");
-    auto mspdi = load(source, MSPCXMLContent::DataOnly, &MSPIElementsRead());
+    auto mspdi =
+        newXmlDocFromUrl(source, MSPCXMLContent::DataOnly, _services.fileSystem, _services.log, &MSPIElementsRead());
     _services.log.log("Process XML DOM ...");
-    auto kdzxTemplate = load(inBundle(MSPIActualScenarioFileName), MSPCXMLContent::Everything);
-    auto kdzxTOC = load(inBundle(MSPITOCFileName), MSPCXMLContent::Everything);
+    auto kdzxTemplate = loadFromBundle(MSPIActualScenarioFileName);
+    auto kdzxTOC = loadFromBundle(MSPITOCFileName);
     return {std::move(mspdi), std::move(kdzxTemplate), std::move(kdzxTOC)};
 }
 
-bool MSPIXMLImporter::importScenario(std::optional<int> baselineNumber, Documents& documents,
-                                     const std::string& bundlePath) {
+bool MSPIXMLImporter::importScenario(std::optional<int> baselineNumber, Documents& documents, MSPINewBundle& bundle) {
     _info.mspdiBaselineNumber = baselineNumber;
     _info.kdzxScenarioName = MSPIScenarioName(baselineNumber);
     _services.progress.beginScenario(*_info.kdzxScenarioName);
@@ -175,20 +175,6 @@ bool MSPIXMLImporter::importScenario(std::optional<int> baselineNumber, Document
     }
     // Deliberate: the verdict changes nothing; an odd scenario is written like any other.
     static_cast<void>(MSPIScenarioCheck(*scenario, MSPIKdzxNamespace));
-    const auto fileName = MSPIScenarioFileName(*_info.kdzxScenarioName);
-    writeDocument(*scenario, pathByAppendingComponent(bundlePath, fileName));
+    bundle.write(*scenario, MSPIScenarioFileName(*_info.kdzxScenarioName));
     return true;
-}
-
-void MSPIXMLImporter::writeDocument(const MSPCXMLDocument& document, const std::string& path) const {
-    std::size_t replacedCount = 0;
-    const auto failure =
-        _services.fileSystem.writeAtomically(path, [&](MSPCByteSink& sink) { replacedCount = document.write(sink); });
-    if (failure) {
-        throw KZMPPImporterException(fmt::format("Failed to write '{}': {}", path, *failure));
-    }
-    if (replacedCount > 0) {
-        _services.log.log(
-            fmt::format("WARNING: Replaced {} characters that XML cannot hold in '{}'.", replacedCount, path));
-    }
 }

@@ -8,6 +8,8 @@
 #include "MSPIImportInfo.h"
 #include "MSPIScenarioMapping.h"
 
+class MSPINewBundle;
+
 // Imports one MSPDI file into one new Kadenza 2 bundle. Made for one file; the services outlive it.
 class MSPIXMLImporter {
 public:
@@ -16,14 +18,16 @@ public:
                     MSPIScenarioMapping mapScenario = MSPIMapScenario);
 
     // Copies the template bundle to the destination, or to the first free name "<destination>-1", "-2", ... where
-    // something exists already, and writes into the copy the actual scenario ("Actual.xml"), every baseline 0 to 10
-    // that the plan holds ("Baseline.xml", "Baseline1.xml" to "Baseline10.xml") and, last, the table of contents
-    // ("__TOC.xml"). True when all of it was written.
+    // something exists already that is not to be replaced, and writes into the copy the actual scenario ("Actual.xml"),
+    // every baseline 0 to 10 that the plan holds ("Baseline.xml", "Baseline1.xml" to "Baseline10.xml") and, last, the
+    // table of contents
+    // ("__TOC.xml"). The bundle appears under its name when all is done or has failed; what it replaces stands until
+    // then. True when all of it was written.
     //
     // False on any failure of the system's own kinds, after the log line "Exception: <name>\n<reason>\n<user info>"; a
     // plan without an actual scenario gives false without a line. What was written before stays: nothing is rolled
-    // back. Memory that runs out (std::bad_alloc) is logged as a KZMPPImporterException "Not enough memory for this
-    // import."; other foreign exceptions pass. The failures raised here are
+    // back, and the bundle appears with it. Memory that runs out (std::bad_alloc) is logged as a KZMPPImporterException
+    // "Not enough memory for this import."; other foreign exceptions pass. The failures raised here are
     //   MSPIXMLException "MSPIXMLImporter.importMSPDIData: Source URL not specified."
     //                    "MSPIXMLImporter.importMSPDIData: Source must be a file system."
     //                    "MSPIXMLImporter.importMSPDIData: Source must be a MS Project XML document."
@@ -42,11 +46,11 @@ private:
     struct Documents;
 
     [[nodiscard]] bool importChecked(const MSPCURL& source, const MSPCURL& destination);
-    [[nodiscard]] std::string copyTemplate(const MSPCURL& source, const MSPCURL& destination);
-    [[nodiscard]] Documents loadDocuments(const MSPCURL& source, const std::string& bundlePath) const;
+    // False when the plan holds no actual scenario.
+    [[nodiscard]] bool fillBundle(const MSPCURL& source, MSPINewBundle& bundle);
+    [[nodiscard]] Documents loadDocuments(const MSPCURL& source, const MSPINewBundle& bundle) const;
     // False when the plan holds no such scenario.
-    bool importScenario(std::optional<int> baselineNumber, Documents& documents, const std::string& bundlePath);
-    void writeDocument(const MSPCXMLDocument& document, const std::string& path) const;
+    bool importScenario(std::optional<int> baselineNumber, Documents& documents, MSPINewBundle& bundle);
 
     MSPIImportInfo _info;
     const MSPCServices& _services;

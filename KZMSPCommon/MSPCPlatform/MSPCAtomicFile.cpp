@@ -14,10 +14,10 @@ constexpr std::size_t blockSize = 64 * 1024;
 
 }  // namespace
 
-MSPCAtomicFile::MSPCAtomicFile(std::string path) : _path(std::move(path)) {
+MSPCAtomicFile::MSPCAtomicFile(int folder, std::string name) : _folder(folder), _name(std::move(name)) {
     _collected.reserve(blockSize);
-    _error = MSPCMakeUnderTemporaryName(_path, _temporary, [this](const char* name) {
-        _file = MSPCFileDescriptor(::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    _error = MSPCMakeUnderTemporaryName(_folder, _temporary, [this](const char* temporary) {
+        _file = MSPCFileDescriptor(::openat(_folder, temporary, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
         return _file.isOpen() ? 0 : errno;
     });
 }
@@ -48,7 +48,7 @@ std::optional<std::string> MSPCAtomicFile::commit() {
     if (const int error = _file.close(); _error == 0) {
         _error = error;
     }
-    if (_error == 0 && std::rename(_temporary.path().c_str(), _path.c_str()) != 0) {
+    if (_error == 0 && ::renameat(_folder, _temporary.path().c_str(), _folder, _name.c_str()) != 0) {
         _error = errno;
     }
     if (_error != 0) {

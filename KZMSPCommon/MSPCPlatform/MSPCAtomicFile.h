@@ -12,7 +12,8 @@
 // Without a successful `commit` the temporary file goes with this object and the final name is untouched.
 class MSPCAtomicFile final : public MSPCByteSink {
 public:
-    explicit MSPCAtomicFile(std::string path);
+    // `name` is that of a file in an open folder, which outlives this object.
+    MSPCAtomicFile(int folder, std::string name);
 
     // A failure is kept for `commit`; what is written after it is dropped.
     void write(std::string_view bytes) override;
@@ -23,7 +24,8 @@ public:
 private:
     void writeOut(std::string_view bytes);
 
-    std::string _path;
+    int _folder;
+    std::string _name;
     MSPCUnfinishedItem _temporary;
     MSPCFileDescriptor _file;
     std::string _collected;

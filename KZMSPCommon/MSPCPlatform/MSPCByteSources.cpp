@@ -46,7 +46,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<MSPCByteSource> MSPCFileSystem::openFile(const std::string& path) const {
+std::unique_ptr<MSPCByteSource> MSPCFileReader::openFile(const std::string& path) const {
     auto content = readFile(path);
     return content ? std::make_unique<ContentSource>(std::move(*content)) : nullptr;
 }

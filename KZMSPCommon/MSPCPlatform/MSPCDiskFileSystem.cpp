@@ -13,7 +13,9 @@
 #include "MSPCAtomicFile.h"
 #include "MSPCFileDescriptor.h"
 #include "MSPCFileSystem.h"
-#include "MSPCFolderCopy.h"
+#include "MSPCFilesIn.h"
+#include "MSPCNewDiskFolder.h"
+#include "MSPCPath.h"
 
 namespace fs = std::filesystem;
 
@@ -63,12 +65,12 @@ int readAll(const MSPCFileDescriptor& file, std::string& bytes) {
     return 0;
 }
 
-int readWhole(const std::string& path, std::string& bytes) {
+int readWhole(int folder, const std::string& path, std::string& bytes) {
     if (isCutOff(path)) {
         return ENOENT;
     }
     // Opening a pipe must not wait for somebody to write to it.
-    const MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const MSPCFileDescriptor file(::openat(folder, path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     return file.isOpen() ? readAll(file, bytes) : errno;
 }
 
@@ -81,6 +83,10 @@ std::optional<std::string> failureText(const std::error_code& error) {
 bool MSPCDiskFileSystem::exists(const std::string& path) const {
     struct stat status {};
     return !isCutOff(path) && ::lstat(path.c_str(), &status) == 0;
+}
+
+bool MSPCDiskFileSystem::leadsToAnything(const std::string& path) const {
+    return statusOf(path).has_value();
 }
 
 bool MSPCDiskFileSystem::isDirectory(const std::string& path) const {
@@ -103,10 +109,14 @@ bool MSPCDiskFileSystem::isSameFile(const std::string& first, const std::string&
 }
 
 std::optional<std::string> MSPCDiskFileSystem::readFile(const std::string& path, std::string* failure) const {
+    return MSPCReadFileIn(AT_FDCWD, path, failure);
+}
+
+std::optional<std::string> MSPCReadFileIn(int folder, const std::string& path, std::string* failure) {
     std::string bytes;
     int error = 0;
     try {
-        error = readWhole(path, bytes);
+        error = readWhole(folder, path, bytes);
     } catch (const std::bad_alloc&) {
         error = ENOMEM;  // a file too large for the memory is one more file that cannot be read
     } catch (const std::length_error&) {
@@ -121,26 +131,14 @@ std::optional<std::string> MSPCDiskFileSystem::readFile(const std::string& path,
     return std::nullopt;
 }
 
-std::optional<std::string> MSPCDiskFileSystem::copyFolder(const std::string& from, const std::string& to,
-                                                          bool* existedAlready) {
-    if (isCutOff(from) || isCutOff(to)) {
-        return MSPCSystemErrorText(ENOENT);
-    }
-    MSPCFolderCopy copy(from, to);
-    auto failure = copy.run();
-    if (existedAlready) {
-        *existedAlready = copy.existedAlready();
-    }
-    return failure;
+std::unique_ptr<MSPCNewFolder> MSPCDiskFileSystem::newFolder(const std::string& path, bool replacesOld) {
+    auto folder = std::make_unique<MSPCNewDiskFolder>(path, replacesOld);
+    return folder->isNameTaken() ? nullptr : std::move(folder);
 }
 
-std::optional<std::string> MSPCDiskFileSystem::remove(const std::string& path) {
-    if (!exists(path)) {
-        return MSPCSystemErrorText(ENOENT);
-    }
-    std::error_code error;
-    fs::remove_all(path, error);
-    return failureText(error);
+int MSPCOpenFolderOf(const std::string& path) {
+    const auto folder = pathByDeletingLastComponent(path);
+    return ::open(folder.empty() ? "." : folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
 }
 
 std::optional<std::string> MSPCDiskFileSystem::createFolder(const std::string& path) {
@@ -157,7 +155,11 @@ std::optional<std::string> MSPCDiskFileSystem::writeAtomically(const std::string
     if (isCutOff(path)) {
         return MSPCSystemErrorText(ENOENT);
     }
-    MSPCAtomicFile file(path);
+    const MSPCFileDescriptor folder(MSPCOpenFolderOf(path));
+    if (!folder.isOpen()) {
+        return MSPCSystemErrorText(errno);
+    }
+    MSPCAtomicFile file(folder.number(), lastPathComponent(path));
     produce(file);
     return file.commit();
 }

@@ -38,17 +38,21 @@ std::string inCurrentFolder(const std::string& path) {
     return current.native() + "/" + path;
 }
 
-std::vector<std::string_view> resolvedComponents(std::string_view path) {
+// At the front of a relative path ".." components stay: what they lead to is not known.
+std::vector<std::string_view> resolvedComponents(std::string_view path, bool isAbsolute) {
     std::vector<std::string_view> components;
     while (!path.empty()) {
         const auto end = std::min(path.find('/'), path.size());
         const auto component = path.substr(0, end);
         path.remove_prefix(std::min(end + 1, path.size()));
-        if (component == "..") {
-            if (!components.empty()) {
-                components.pop_back();
-            }
-        } else if (!component.empty() && component != ".") {
+        if (component.empty() || component == ".") {
+            continue;
+        }
+        if (component != "..") {
+            components.push_back(component);
+        } else if (!components.empty() && components.back() != "..") {
+            components.pop_back();
+        } else if (!isAbsolute) {
             components.push_back(component);
         }
     }
@@ -61,13 +65,20 @@ std::string MSPCDiskFileSystem::standardizedPath(std::string_view path) const {
     if (path.empty()) {
         return {};
     }
-    auto whole = withHomeFolder(path);
-    if (!whole.starts_with('/')) {
-        whole = inCurrentFolder(whole);
-    }
+    const auto whole = withHomeFolder(path);
+    const bool isAbsolute = whole.starts_with('/');
     std::string result;
-    for (const auto component : resolvedComponents(whole)) {
-        result.append("/").append(component);
+    for (const auto component : resolvedComponents(whole, isAbsolute)) {
+        result.append(isAbsolute || !result.empty() ? "/" : "").append(component);
     }
-    return result.empty() ? "/" : result;
+    if (result.empty()) {
+        return isAbsolute ? "/" : ".";
+    }
+    return result;
+}
+
+std::string MSPCDiskFileSystem::absolutePath(std::string_view path) const {
+    const auto standardized = standardizedPath(path);
+    const bool isRelative = !standardized.empty() && !standardized.starts_with('/');
+    return isRelative ? standardizedPath(inCurrentFolder(standardized)) : standardized;
 }

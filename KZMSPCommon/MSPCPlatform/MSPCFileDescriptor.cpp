@@ -82,6 +82,10 @@ int MSPCFileDescriptor::syncFileSystem() const noexcept {
     return 0;
 }
 
+int MSPCFileDescriptor::release() noexcept {
+    return std::exchange(_number, -1);
+}
+
 int MSPCFileDescriptor::close() noexcept {
     if (!isOpen()) {
         return 0;

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] int read(char* buffer, std::size_t capacity, std::size_t& count) const noexcept;
     // Brings everything to the disk that was written to the file system which holds this file.
     [[nodiscard]] int syncFileSystem() const noexcept;
+    // Leaves closing to the caller.
+    [[nodiscard]] int release() noexcept;
     // Closes now; nothing happens when it is closed already.
     int close() noexcept;
 

@@ -4,9 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <utility>
 
 #include "MSPCFileDescriptor.h"
@@ -22,21 +22,19 @@ Failure failureAt(const std::string& path, int error) {
     return error == 0 ? std::nullopt : Failure("'" + path + "': " + MSPCSystemErrorText(error));
 }
 
-int copyBytes(const MSPCFileDescriptor& source, const MSPCFileDescriptor& target) {
+int copyBytes(const MSPCFileDescriptor& source, const MSPCFileDescriptor& target, std::size_t size) {
     std::array<char, 8 * 1024> buffer;  // the stack may be small
-    for (std::size_t count = 0;;) {
-        int error = source.read(buffer.data(), buffer.size(), count);
-        if (error != 0 || count == 0) {
-            return error;
-        }
-        error = target.write({buffer.data(), count});
+    for (std::size_t count = 1; size > 0 && count > 0; size -= count) {
+        int error = source.read(buffer.data(), std::min(buffer.size(), size), count);
+        error = error != 0 ? error : target.write({buffer.data(), count});
         if (error != 0) {
             return error;
         }
     }
+    return 0;
 }
 
-int copyFile(const std::string& from, const std::string& to, unsigned mode) {
+int copyFile(const std::string& from, int folder, const char* name, unsigned mode) {
     // What was a file when the folder was listed may be a pipe by now; opening it must not wait for a writer.
     const MSPCFileDescriptor source(::open(from.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     struct stat status {};
@@ -46,42 +44,32 @@ int copyFile(const std::string& from, const std::string& to, unsigned mode) {
     if (!S_ISREG(status.st_mode)) {
         return EINVAL;
     }
-    MSPCFileDescriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode | 0600U));
+    MSPCFileDescriptor target(::openat(folder, name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode | 0600U));
     if (!target.isOpen()) {
         return errno;
     }
-    const int error = copyBytes(source, target);
+    const int error = copyBytes(source, target, static_cast<std::size_t>(status.st_size));
     return error != 0 ? error : target.close();
 }
 
-int copyLink(const std::string& from, const std::string& to) {
+int copyLink(const std::string& from, int folder, const char* name) {
     std::error_code error;
-    fs::copy_symlink(from, to, error);
-    return error.value();
+    const auto target = fs::read_symlink(from, error);
+    if (error) {
+        return error.value();
+    }
+    return ::symlinkat(target.c_str(), folder, name) == 0 ? 0 : errno;
 }
 
 }  // namespace
 
-MSPCFolderCopy::MSPCFolderCopy(std::string from, std::string to) : _from(std::move(from)), _to(std::move(to)) {
+MSPCFolderCopy::MSPCFolderCopy(std::string from) : _from(std::move(from)) {
     while (_from.size() > 1 && _from.ends_with('/')) {
         _from.pop_back();
     }
 }
 
-std::optional<std::string> MSPCFolderCopy::run() {
-    // Listed before anything is made: the new folder may lie inside the one that is copied.
-    for (const auto step : {&MSPCFolderCopy::listItems, &MSPCFolderCopy::takeName, &MSPCFolderCopy::makeStage}) {
-        if (auto failure = (this->*step)()) {
-            return failure;
-        }
-    }
-    if (auto failure = copyItems()) {
-        return failure;
-    }
-    return giveName();
-}
-
-std::optional<std::string> MSPCFolderCopy::listItems() {
+std::optional<std::string> MSPCFolderCopy::list() {
     std::error_code error;
     const auto root = fs::status(_from, error);
     if (error || !fs::is_directory(root)) {
@@ -92,6 +80,11 @@ std::optional<std::string> MSPCFolderCopy::listItems() {
     }
     auto entry = fs::recursive_directory_iterator(_from, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        // The new folder may lie inside the one that is copied.
+        if (MSPCIsHiddenName(entry->path().filename().native())) {
+            entry.disable_recursion_pending();
+            continue;
+        }
         const auto status = entry->symlink_status(error);
         if (error) {
             return failureAt(entry->path().native(), error.value());
@@ -113,46 +106,43 @@ std::optional<std::string> MSPCFolderCopy::addItem(const std::string& path, cons
     return std::nullopt;
 }
 
-std::optional<std::string> MSPCFolderCopy::takeName() {
-    const int error = _takenName.create(_to, [](const char* path) { return ::mkdir(path, 0777) == 0 ? 0 : errno; });
-    _existedAlready = error == EEXIST;
-    return failureAt(_to, error);
-}
-
-std::optional<std::string> MSPCFolderCopy::makeStage() {
-    const auto mode = _items.front().mode | 0700U;
-    const int error = MSPCMakeUnderTemporaryName(
-        _to, _stage, [mode](const char* path) { return ::mkdir(path, mode) == 0 ? 0 : errno; });
-    return failureAt(_to, error);
-}
-
-std::optional<std::string> MSPCFolderCopy::copyItems() const {
+std::optional<std::string> MSPCFolderCopy::copyInto(int target) {
     for (std::size_t index = 1; index < _items.size(); ++index) {
-        if (const int error = copyItem(_items[index]); error != 0) {
+        if (const int error = copyItem(_items[index], target); error != 0) {
             return failureAt(_from + _items[index].name, error);
         }
     }
+    _above.clear();
     return std::nullopt;
 }
 
-int MSPCFolderCopy::copyItem(const Item& item) const {
-    const auto target = _stage.path() + item.name;
+int MSPCFolderCopy::copyItem(const Item& item, int target) {
+    const auto slash = item.name.rfind('/');
+    const int parent = folderOf(item.name.substr(0, slash), target);
+    const auto name = item.name.substr(slash + 1);
     switch (item.type) {
         case fs::file_type::directory:
-            return ::mkdir(target.c_str(), item.mode | 0700U) == 0 ? 0 : errno;
+            return makeFolder(item, parent, name.c_str());
         case fs::file_type::symlink:
-            return copyLink(_from + item.name, target);
+            return copyLink(_from + item.name, parent, name.c_str());
         default:
-            return copyFile(_from + item.name, target, item.mode);
+            return copyFile(_from + item.name, parent, name.c_str(), item.mode);
     }
 }
 
-std::optional<std::string> MSPCFolderCopy::giveName() {
-    // Renaming onto a folder works only while that folder is empty, so nothing of anybody else's is ever replaced.
-    if (std::rename(_stage.path().c_str(), _to.c_str()) != 0) {
-        return failureAt(_to, errno);
+int MSPCFolderCopy::makeFolder(const Item& item, int parent, const char* name) {
+    if (::mkdirat(parent, name, item.mode | 0700U) != 0) {
+        return errno;
     }
-    _stage.finish();
-    _takenName.finish();
-    return std::nullopt;
+    MSPCFileDescriptor folder(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    const int error = folder.isOpen() ? 0 : errno;
+    _above.push_back({item.name, std::move(folder)});
+    return error;
+}
+
+int MSPCFolderCopy::folderOf(const std::string& name, int target) {
+    while (!_above.empty() && _above.back().name != name) {
+        _above.pop_back();
+    }
+    return _above.empty() ? target : _above.back().folder.number();
 }

@@ -15,7 +15,7 @@ public:
     Sink(const std::string& processName, MSPCLogBlock& block)
         : _block(block), _origin(fmt::format(" {}[{}] ", processName, ::getpid())) {}
 
-    void log(std::string_view message) {
+    void write(std::string_view message) {
         using namespace std::chrono;
         const auto now = spdlog::log_clock::now();
         const auto second = floor<seconds>(now);
@@ -52,8 +52,8 @@ MSPCStandardErrorLog::~MSPCStandardErrorLog() {
     flush();
 }
 
-void MSPCStandardErrorLog::log(std::string_view message) {
-    _sink->log(message);
+void MSPCStandardErrorLog::write(std::string_view message) {
+    _sink->write(message);
 }
 
 bool MSPCStandardErrorLog::isOnTerminal() const {
@@ -61,7 +61,7 @@ bool MSPCStandardErrorLog::isOnTerminal() const {
 }
 
 void MSPCStandardErrorLog::showStatus(std::string_view text) {
-    _block.showStatus(text);
+    _block.showStatus(MSPCShownText(text).view());
 }
 
 void MSPCStandardErrorLog::flush() noexcept {

@@ -1,9 +1,6 @@
 #include "MSPCTimeZone.h"
 
 #include <fmt/format.h>
-#include <unicode/basictz.h>
-#include <unicode/timezone.h>
-#include <unicode/tztrans.h>
 
 #include <algorithm>
 #include <chrono>
@@ -11,13 +8,17 @@
 #include <limits>
 #include <map>
 #include <utility>
+#include <vector>
 
+#include "MSPCLocalTimes.h"
 #include "MSPCLog.h"
 #include "MSPCWholeSeconds.h"
+#include "MSPCZoneStretches.h"
 
 namespace {
 
 constexpr std::int64_t SecondsPerDay = 86'400;
+constexpr std::int64_t FarthestOffset = 26 * 3600;
 // Dates and weekdays of the Gregorian calendar, and with them the rules for changes of the clock, repeat in 400 years.
 constexpr std::int64_t GregorianCycle = 146'097 * SecondsPerDay;
 
@@ -36,119 +37,76 @@ std::int64_t cyclesShift(std::int64_t seconds) {
     return seconds < EndOfLookups ? 0 : ((seconds - EndOfLookups) / GregorianCycle + 1) * GregorianCycle;
 }
 
-// A stretch of time between two changes of a zone: from `start` on, before `end`.
-struct Interval {
-    std::int64_t start = std::numeric_limits<std::int64_t>::min();
-    std::int64_t end = std::numeric_limits<std::int64_t>::max();
-    std::int64_t offset = 0;  // daylight saving included
-    std::int64_t daylightSaving = 0;
+// What is asked of the zone database at once. A plan's dates lie close together.
+constexpr std::int64_t PageLength = 8 * 366 * SecondsPerDay;
 
-    [[nodiscard]] bool contains(std::int64_t seconds) const { return start <= seconds && seconds < end; }
-};
-
-std::int64_t secondsOfMilliseconds(double milliseconds) {
-    return static_cast<std::int64_t>(milliseconds / 1000);
-}
-
-Interval queryInterval(const icu::BasicTimeZone& zone, std::int64_t seconds) {
-    const auto milliseconds = static_cast<double>(seconds) * 1000;
-    std::int32_t standard = 0;
-    std::int32_t daylightSaving = 0;
-    UErrorCode status = U_ZERO_ERROR;
-    zone.getOffset(milliseconds, false, standard, daylightSaving, status);
-
-    Interval interval;
-    interval.offset = secondsOfMilliseconds(standard + daylightSaving);
-    interval.daylightSaving = secondsOfMilliseconds(daylightSaving);
-    icu::TimeZoneTransition transition;
-    if (zone.getPreviousTransition(milliseconds, true, transition)) {
-        interval.start = secondsOfMilliseconds(transition.getTime());
-    }
-    if (zone.getNextTransition(milliseconds, false, transition)) {
-        interval.end = secondsOfMilliseconds(transition.getTime());
-    }
-    return interval;
-}
-
-// The database's zone of that name. Only names that are listed there: the library would also take "GMT+5", which the C
-// library reads the other way round.
-std::unique_ptr<const icu::BasicTimeZone> databaseZone(std::string_view name) {
-    const auto id = icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), static_cast<int32_t>(name.size())));
-    icu::UnicodeString canonical;
-    UBool isListed = false;
-    UErrorCode status = U_ZERO_ERROR;
-    icu::TimeZone::getCanonicalID(id, canonical, isListed, status);
-    if (U_FAILURE(status) || !isListed || name == "Etc/Unknown") {
-        return nullptr;
-    }
-    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(id));
-    if (dynamic_cast<const icu::BasicTimeZone*>(zone.get()) == nullptr) {
-        return nullptr;
-    }
-    return std::unique_ptr<const icu::BasicTimeZone>(dynamic_cast<const icu::BasicTimeZone*>(zone.release()));
-}
-
-std::string hostZoneName() {
-    const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
-    icu::UnicodeString id;
-    std::string name;
-    zone->getID(id).toUTF8String(name);
-    return name;
+constexpr MSPCZoneStretch always(std::int64_t offset) {
+    return {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max(), offset, 0};
 }
 
 }  // namespace
 
-// A zone's name and the stretches looked up so far. Each stretch costs one query of the database; there are some
-// hundreds at most, so they are kept for the life of the zone. Not for use from several threads at once.
+// A zone's name and the stretches looked up so far, in pages of some years, which are kept for the life of the zone.
+// Not for use from several threads at once, apart from a zone of a fixed offset.
 class MSPCTimeZone::Rules {
 public:
-    Rules(std::string name, std::unique_ptr<const icu::BasicTimeZone> zone)
-        : _name(std::move(name)), _zone(std::move(zone)) {}
-    Rules(std::string name, std::int64_t fixedOffset) : _name(std::move(name)) {
-        Interval always;
-        always.offset = fixedOffset;
-        _intervals.emplace(always.start, always);
-    }
+    Rules(std::string name, std::string setting) : _name(std::move(name)), _setting(std::move(setting)) {}
+    Rules(std::string name, std::int64_t fixedOffset)
+        : _name(std::move(name)), _fixed(always(fixedOffset)), _latest(&_fixed) {}
+    Rules(const Rules&) = delete;
+    Rules& operator=(const Rules&) = delete;
 
     [[nodiscard]] const std::string& name() const { return _name; }
 
     // `seconds` lies before the end of the look-ups.
-    [[nodiscard]] const Interval& intervalAt(std::int64_t seconds) const {
+    [[nodiscard]] const MSPCZoneStretch& stretchAt(std::int64_t seconds) const {
         if (_latest != nullptr && _latest->contains(seconds)) {
             return *_latest;
         }
         // Questions about the present and about the dates of a plan take turns.
         std::swap(_latest, _latestBefore);
-        if (_latest != nullptr && _latest->contains(seconds)) {
-            return *_latest;
-        }
-        const auto next = _intervals.upper_bound(seconds);
-        if (next != _intervals.begin() && std::prev(next)->second.contains(seconds)) {
-            _latest = &std::prev(next)->second;
-        } else {
-            const Interval interval = queryInterval(*_zone, std::max(seconds, FirstLookup));
-            _latest = &_intervals.emplace_hint(next, interval.start, interval)->second;
+        if (_latest == nullptr || !_latest->contains(seconds)) {
+            _latest = &lookUp(seconds);
         }
         return *_latest;
     }
 
 private:
+    using Page = std::vector<MSPCZoneStretch>;
+
+    [[nodiscard]] const MSPCZoneStretch& lookUp(std::int64_t seconds) const {
+        const auto number = (std::max(seconds, FirstLookup) - FirstLookup) / PageLength;
+        auto& page = _pages[number];
+        if (page.empty()) {
+            const auto begin = FirstLookup + number * PageLength;
+            page = MSPCZoneStretchesBetween(_setting, begin, begin + PageLength);
+            if (number == 0) {
+                page.front().start = std::numeric_limits<std::int64_t>::min();
+            }
+        }
+        const auto startsLater = [](std::int64_t second, const MSPCZoneStretch& stretch) {
+            return second < stretch.start;
+        };
+        return *std::prev(std::upper_bound(page.begin(), page.end(), seconds, startsLater));
+    }
+
     std::string _name;
-    std::unique_ptr<const icu::BasicTimeZone> _zone;
-    mutable std::map<std::int64_t, Interval> _intervals;
-    mutable const Interval* _latest = nullptr;
-    mutable const Interval* _latestBefore = nullptr;
+    std::string _setting;
+    MSPCZoneStretch _fixed;
+    mutable std::map<std::int64_t, Page> _pages;
+    mutable const MSPCZoneStretch* _latest = nullptr;
+    mutable const MSPCZoneStretch* _latestBefore = nullptr;
 };
 
 MSPCTimeZone::MSPCTimeZone(std::shared_ptr<const Rules> rules) : _rules(std::move(rules)) {
 }
 
-std::optional<MSPCTimeZone> MSPCTimeZone::named(std::string_view name) {
-    auto zone = databaseZone(name);
-    if (!zone) {
+std::optional<MSPCTimeZone> MSPCTimeZone::named(std::string_view name, const MSPCZoneFiles& files) {
+    auto setting = MSPCZoneSettingNamed(name, files);
+    if (!setting) {
         return std::nullopt;
     }
-    return MSPCTimeZone(std::make_shared<const Rules>(std::string(name), std::move(zone)));
+    return MSPCTimeZone(std::make_shared<const Rules>(std::string(name), *std::move(setting)));
 }
 
 MSPCTimeZone MSPCTimeZone::fixed(std::int64_t secondsFromGMT) {
@@ -160,16 +118,33 @@ MSPCTimeZone MSPCTimeZone::fixed(std::int64_t secondsFromGMT) {
     return MSPCTimeZone(std::make_shared<const Rules>(std::move(name), offset));
 }
 
-MSPCTimeZone MSPCTimeZone::fromEnvironment(const char* tz, MSPCLog& log) {
-    const std::string_view value = tz == nullptr ? std::string_view() : std::string_view(tz);
-    const auto name = tz == nullptr ? hostZoneName() : std::string(value.substr(value.starts_with(':') ? 1 : 0));
-    if (auto zone = named(name)) {
-        return *std::move(zone);
+MSPCTimeZone MSPCTimeZone::fromEnvironment(const char* tz, MSPCLog& log, const MSPCZoneFiles& files) {
+    return ofSetting(MSPCZoneSettingOf(tz, files), tz, log, files);
+}
+
+MSPCTimeZone MSPCTimeZone::ofProcess(MSPCLog& log) {
+    const char* const inEnvironment = std::getenv("TZ");
+    const auto value = inEnvironment == nullptr ? std::nullopt : std::optional<std::string>(inEnvironment);
+    const char* const tz = value ? value->c_str() : nullptr;
+    const auto files = MSPCZoneFiles::fromEnvironment(std::getenv("TZDIR"));
+    auto setting = MSPCZoneSettingOf(tz, files);
+    // Before the first line of the log, whose time stamps ask the C library: what cannot be had could keep it waiting.
+    MSPCLocalTimes::setProcessZone(setting.value_or("UTC0"));
+    return ofSetting(std::move(setting), tz, log, files);
+}
+
+MSPCTimeZone MSPCTimeZone::ofSetting(std::optional<std::string> setting, const char* tz, MSPCLog& log,
+                                     const MSPCZoneFiles& files) {
+    if (!setting) {
+        if (tz == nullptr) {
+            log.log("WARNING: No time zone in '{}'. UTC is used instead.", files.machineZone);
+        } else {
+            log.log("WARNING: Unknown time zone in TZ: '{}'. UTC is used instead.", tz);
+        }
+        return MSPCTimeZone(std::make_shared<const Rules>("UTC", 0));
     }
-    if (tz != nullptr) {
-        log.log(fmt::format("WARNING: Unknown time zone in TZ: '{}'. UTC is used instead.", value));
-    }
-    return MSPCTimeZone(std::make_shared<const Rules>("UTC", 0));
+    std::string name = tz == nullptr ? files.machineZone : tz + (*tz == ':' ? 1 : 0);
+    return MSPCTimeZone(std::make_shared<const Rules>(name.empty() ? "UTC" : std::move(name), *std::move(setting)));
 }
 
 const std::string& MSPCTimeZone::name() const {
@@ -178,35 +153,39 @@ const std::string& MSPCTimeZone::name() const {
 
 std::int64_t MSPCTimeZone::secondsFromGMT(MSPCInstant instant) const {
     const auto seconds = MSPCWholeSeconds(instant);
-    return _rules->intervalAt(seconds - cyclesShift(seconds)).offset;
+    return _rules->stretchAt(seconds - cyclesShift(seconds)).offset;
 }
 
 std::int64_t MSPCTimeZone::daylightSavingOffset(MSPCInstant instant) const {
     const auto seconds = MSPCWholeSeconds(instant);
-    return _rules->intervalAt(seconds - cyclesShift(seconds)).daylightSaving;
+    return _rules->stretchAt(seconds - cyclesShift(seconds)).daylightSaving;
 }
 
 MSPCTimeSpan MSPCTimeZone::steadySpanAt(MSPCInstant instant) const {
     constexpr auto unbounded = std::numeric_limits<double>::infinity();
     const auto seconds = MSPCWholeSeconds(instant);
     const auto shift = cyclesShift(seconds);
-    const auto& interval = _rules->intervalAt(seconds - shift);
-    const auto shifted = [shift](std::int64_t bound) { return static_cast<double>(bound) + static_cast<double>(shift); };
-    return {{interval.start == std::numeric_limits<std::int64_t>::min() ? -unbounded : shifted(interval.start)},
-            {interval.end == std::numeric_limits<std::int64_t>::max() ? unbounded : shifted(interval.end)}};
+    const auto& stretch = _rules->stretchAt(seconds - shift);
+    const auto shifted = [shift](std::int64_t bound) {
+        return static_cast<double>(bound) + static_cast<double>(shift);
+    };
+    return {{stretch.start == std::numeric_limits<std::int64_t>::min() ? -unbounded : shifted(stretch.start)},
+            {stretch.end == std::numeric_limits<std::int64_t>::max() ? unbounded : shifted(stretch.end)}};
 }
 
-MSPCInstant MSPCTimeZone::startOfCycles() { return {static_cast<double>(EndOfLookups - ::GregorianCycle)}; }
+MSPCInstant MSPCTimeZone::startOfCycles() {
+    return {static_cast<double>(EndOfLookups - ::GregorianCycle)};
+}
 
 MSPCInstant MSPCTimeZone::instantFromWallClock(std::int64_t wallClockSeconds) const {
     const auto reachable = std::clamp(wallClockSeconds, -MSPCFarthestSecond, MSPCFarthestSecond);
     const auto shift = cyclesShift(reachable);
     const auto wallClock = reachable - shift;
-    // Offsets are less than a day, so this stretch, or one before it, is the last that can show the time. The later
-    // of two stretches that show it is met first; a time that none shows lies behind the end of the one returned.
-    const Interval* interval = &_rules->intervalAt(wallClock + SecondsPerDay);
-    while (wallClock - interval->offset < interval->start) {
-        interval = &_rules->intervalAt(interval->start - 1);
+    // Offsets are not larger, so this stretch, or one before it, is the last that can show the time. The later of two
+    // stretches that show it is met first; a time that none shows lies behind the end of the one returned.
+    const MSPCZoneStretch* stretch = &_rules->stretchAt(wallClock + FarthestOffset);
+    while (wallClock - stretch->offset < stretch->start) {
+        stretch = &_rules->stretchAt(stretch->start - 1);
     }
-    return {static_cast<double>(wallClock - interval->offset + shift)};
+    return {static_cast<double>(wallClock - stretch->offset + shift)};
 }

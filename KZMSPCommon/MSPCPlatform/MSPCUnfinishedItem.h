@@ -17,10 +17,14 @@ public:
     MSPCUnfinishedItem(const MSPCUnfinishedItem&) = delete;
     MSPCUnfinishedItem& operator=(const MSPCUnfinishedItem&) = delete;
 
-    // Makes the item, once: `make` answers 0 or the system's error number, and so does this.
+    // Makes the item, once: `make` answers 0 or the system's error number, and so does this. The path counts from
+    // `folder`, an open folder that outlives the item; without one from the current folder.
+    [[nodiscard]] int create(int folder, const std::string& path, const std::function<int(const char*)>& make);
     [[nodiscard]] int create(const std::string& path, const std::function<int(const char*)>& make);
     // The path of the item; empty when there is none.
     [[nodiscard]] const std::string& path() const noexcept { return _path; }
+    // Removes the item now; false when something of it is left.
+    bool remove() noexcept;
     // From now on the item stays, or has gone its own way.
     void finish() noexcept;
 
@@ -29,9 +33,10 @@ public:
     static void removeAll() noexcept;
 
 private:
-    void remove() const noexcept;
+    bool removeNow() const noexcept;
 
     Removal _removal;
+    int _folder = -1;
     std::string _path;
     MSPCUnfinishedItem* _next = nullptr;  // of the process's unfinished items
 };

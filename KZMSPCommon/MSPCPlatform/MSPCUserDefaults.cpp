@@ -1,16 +1,56 @@
 #include "MSPCUserDefaults.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <toml++/toml.h>
 
+#include <cerrno>
+
+#include "MSPCFileDescriptor.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
 #include "MSPCPath.h"
+#include "MSPCSettingsNesting.h"
 
 namespace {
 
+// Two settings take two lines; what is larger or deeper than this is something else.
+constexpr std::size_t largestSize = 1024 * 1024;
+constexpr std::size_t deepestLevel = 16;
+
 void logUnreadable(MSPCLog& log, const std::string& path, std::size_t line, std::string_view description) {
-    log.log(fmt::format("WARNING: Settings file could not be read: '{}' line {}: {}", path, line, description));
+    log.log("WARNING: Settings file could not be read: '{}' line {}: {}", path, line, description);
+}
+
+// 0 for a file, else the system's error number. What is not a file could keep the program waiting, or never end.
+int errorOfKind(const MSPCFileDescriptor& file) {
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0) {
+        return errno;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return EISDIR;
+    }
+    return S_ISREG(status.st_mode) ? 0 : ENOTSUP;
+}
+
+// The text of a file, and one byte more than the largest size of one that is larger.
+std::optional<std::string> boundedText(const std::string& path, std::string& failure) {
+    const MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    int error = errorOfKind(file);
+    std::string text(largestSize + 1, '\0');
+    std::size_t used = 0;
+    for (std::size_t count = 1; error == 0 && count != 0 && used < text.size(); used += count) {
+        count = 0;
+        error = file.read(text.data() + used, text.size() - used, count);
+    }
+    if (error != 0) {
+        failure = MSPCSystemErrorText(error);
+        return std::nullopt;
+    }
+    text.resize(used);
+    return text;
 }
 
 toml::table parsedTable(const std::string& path, MSPCLog& log) {
@@ -19,9 +59,17 @@ toml::table parsedTable(const std::string& path, MSPCLog& log) {
         return {};
     }
     std::string failure;
-    const auto text = fileSystem.readFile(path, &failure);
+    const auto text = boundedText(path, failure);
     if (!text) {
         logUnreadable(log, path, 0, failure);
+        return {};
+    }
+    if (text->size() > largestSize) {
+        logUnreadable(log, path, 0, fmt::format("more than {} bytes", largestSize));
+        return {};
+    }
+    if (const auto line = MSPCLineNestedDeeperThan(deepestLevel, *text)) {
+        logUnreadable(log, path, *line, fmt::format("more than {} levels of nesting", deepestLevel));
         return {};
     }
     try {
@@ -53,7 +101,7 @@ MSPCSettingsFile::MSPCSettingsFile(const std::string& settingsFolder, std::strin
         if (const auto value = booleanValue(node)) {
             _values.emplace(key.str(), *value);
         } else {
-            log.log(fmt::format("WARNING: Setting '{}' in '{}' is not a boolean.", key.str(), path));
+            log.log("WARNING: Setting '{}' in '{}' is not a boolean.", key.str(), path);
         }
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <memory_resource>
 #include <optional>
@@ -41,6 +42,8 @@ public:
 
     [[nodiscard]] explicit operator bool() const noexcept { return _node != nullptr; }
     friend bool operator==(const MSPCXMLNode&, const MSPCXMLNode&) noexcept = default;
+    // Some order that stays as long as the nodes do, for keeping what is known about them; not that of the document.
+    friend std::strong_ordering operator<=>(const MSPCXMLNode&, const MSPCXMLNode&) noexcept = default;
 
     // Has the processor fetch what a look at the node, or at its own text, is going to need. Worth it some nodes ahead
     // of a walk that jumps about in a large document; the second looks at the node.

@@ -40,11 +40,7 @@ void MSPEDayWalk::step() {
         return;
     }
     --_daysBeforeChange;
-    if (_isForward) {
-        _weekday = _weekday == MSPELastWeekday ? MSPEFirstWeekday : _weekday + 1;
-    } else {
-        _weekday = _weekday == MSPEFirstWeekday ? MSPELastWeekday : _weekday - 1;
-    }
+    moveWeekday(1);
 }
 
 void MSPEDayWalk::leap(double days) {
@@ -53,7 +49,17 @@ void MSPEDayWalk::leap(double days) {
     _date = _isForward ? _date + time : _date - time;
     if (days <= _daysBeforeChange) {
         _daysBeforeChange -= days;
+        moveWeekday(static_cast<std::int64_t>(days - std::floor(days / MSPEDaysOfWeek) * MSPEDaysOfWeek));
     } else {
         lookAtClocks();
+    }
+}
+
+void MSPEDayWalk::moveWeekday(std::int64_t days) {
+    _weekday += _isForward ? days : -days;
+    if (_weekday > MSPELastWeekday) {
+        _weekday -= MSPEDaysOfWeek;
+    } else if (_weekday < MSPEFirstWeekday) {
+        _weekday += MSPEDaysOfWeek;
     }
 }

@@ -30,11 +30,12 @@ public:
     [[nodiscard]] std::uint64_t moves() const { return _moves; }
 
     void step();
-    // Moves by whole weeks, no more days than lie before the change, or by whole cycles, no more than lie ahead.
+    // Moves by whole days, no more than lie before the change, or by whole cycles, no more than lie ahead.
     void leap(double days);
 
 private:
     void lookAtClocks();
+    void moveWeekday(std::int64_t days);
 
     const MSPCGregorianCalendar& _gregorian;
     bool _isForward;

@@ -12,8 +12,23 @@ MSPEWorkingTimeCount::MSPEWorkingTimeCount(const MSPEScheduleCalendar& calendar,
       _toDay(calendar.gregorian().midnightOf(to)),
       _fromTime(static_cast<MSPCTimeInterval>(calendar.gregorian().timeOfDayOf(from))),
       _toTime(static_cast<MSPCTimeInterval>(calendar.gregorian().timeOfDayOf(to))),
-      _walk(calendar.gregorian(), _fromDay, MSPEDirection::Forward),
-      _workOfWeek(workOfWeek()) {
+      _walk(calendar.gregorian(), _fromDay, MSPEDirection::Forward) {
+}
+
+void MSPEWorkingTimeCount::addUpWeeks() {
+    for (auto first = MSPEFirstWeekday; first <= MSPELastWeekday; ++first) {
+        LastWorkingDay last;
+        MSPCTimeInterval work = 0;
+        for (int day = 0; day < MSPEDaysOfWeek; ++day) {
+            const auto weekday = (first - 1 + day) % MSPEDaysOfWeek + 1;
+            if (_calendar.isWorkingDayWeekday(weekday)) {
+                last = {day, work};
+                work += _calendar.workingDayIndex(weekday).workOfDay();
+            }
+            _lastWorkingDays[static_cast<std::size_t>(first)][static_cast<std::size_t>(day)] = last;
+        }
+        _workOfWeek = work;
+    }
 }
 
 MSPCTimeInterval MSPEWorkingTimeCount::total() {
@@ -21,6 +36,7 @@ MSPCTimeInterval MSPEWorkingTimeCount::total() {
         countFirstDay();
     }
     if (_fromDay < _toDay) {
+        addUpWeeks();
         stepToWorkingDay();
         countDaysBefore(std::min(_toDay, MSPCTimeZone::startOfCycles()));
         countCycles();
@@ -41,16 +57,23 @@ void MSPEWorkingTimeCount::countFirstDay() {
 
 void MSPEWorkingTimeCount::countDaysBefore(MSPCInstant limit) {
     while (!_hasEnded && _walk.date() < limit) {
-        const auto days = std::ceil((limit - _walk.date()) / MSPESecondsPerDay);
-        const auto weeks = std::floor(std::min(days, _walk.daysBeforeChange()) / MSPEDaysOfWeek);
-        if (weeks >= 1) {
-            _total += weeks * _workOfWeek;
-            _walk.leap(weeks * MSPEDaysOfWeek);
-        } else {
-            _total += day().workOfDay();
-            stepToWorkingDay();
-        }
+        const auto daysBehind = std::ceil((limit - _walk.date()) / MSPESecondsPerDay) - 1;
+        leapToLastDayOf(std::min(daysBehind, _walk.daysBeforeChange()));
+        _total += day().workOfDay();
+        stepToWorkingDay();
     }
+}
+
+// Counts the days up to the last working one among as many days behind this one, before the clocks change.
+void MSPEWorkingTimeCount::leapToLastDayOf(double days) {
+    if (days < 1) {
+        return;
+    }
+    const auto weeks = std::floor(days / MSPEDaysOfWeek);
+    const auto rest = static_cast<std::size_t>(days - weeks * MSPEDaysOfWeek);
+    const auto& last = _lastWorkingDays[static_cast<std::size_t>(_walk.weekday())][rest];
+    _total += weeks * _workOfWeek + last.workBefore;
+    _walk.leap(weeks * MSPEDaysOfWeek + last.day);
 }
 
 // One cycle is walked, from one working day to the same one 400 years later; the others are like it.
@@ -75,14 +98,4 @@ void MSPEWorkingTimeCount::stepToWorkingDay() {
         }
     }
     _hasEnded = true;
-}
-
-MSPCTimeInterval MSPEWorkingTimeCount::workOfWeek() const {
-    MSPCTimeInterval work = 0;
-    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
-        if (_calendar.isWorkingDayWeekday(weekday)) {
-            work += _calendar.workingDayIndex(weekday).workOfDay();
-        }
-    }
-    return work;
 }

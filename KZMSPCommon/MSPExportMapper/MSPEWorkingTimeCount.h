@@ -1,11 +1,14 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+
 #include "MSPCInstant.h"
 #include "MSPEDayWalk.h"
 #include "MSPEScheduleCalendar.h"
 
-// Counts the working time of a calendar between two dates, week by week where the clocks do not change and cycle by
-// cycle of 400 years where there are many. Made for one question; the calendar must outlive it.
+// Counts the working time of a calendar between two dates, all weeks at once between two changes of the clocks, and
+// cycle by cycle of 400 years where there are many. Made for one question; the calendar must outlive it.
 //
 // It meets the days that `MSPEScheduleIterator` meets: it ends early where seven days in a row are not worked.
 class MSPEWorkingTimeCount {
@@ -17,13 +20,20 @@ public:
     [[nodiscard]] MSPCTimeInterval total();
 
 private:
+    // The last working day among some days that begin with a working day, and the work of those before it.
+    struct LastWorkingDay {
+        int day = 0;
+        MSPCTimeInterval workBefore = 0;
+    };
+
+    void addUpWeeks();
     void countFirstDay();
     void countDaysBefore(MSPCInstant limit);
     void countCycles();
+    void leapToLastDayOf(double days);
     void stepToWorkingDay();
     [[nodiscard]] bool isWorkingDay() const { return _calendar.isWorkingDayWeekday(_walk.weekday()); }
     [[nodiscard]] const MSPEWorkingDayIndex& day() const { return _calendar.workingDayIndex(_walk.weekday()); }
-    [[nodiscard]] MSPCTimeInterval workOfWeek() const;
 
     const MSPEScheduleCalendar& _calendar;
     MSPCInstant _fromDay;
@@ -32,6 +42,8 @@ private:
     MSPCTimeInterval _toTime;
     MSPEDayWalk _walk;  // stands on a working day that is not counted yet, unless it has ended
     bool _hasEnded = false;
-    MSPCTimeInterval _workOfWeek;
+    MSPCTimeInterval _workOfWeek = 0;
+    // By the weekday of the first day and the number of days behind it, 0 to 6.
+    std::array<std::array<LastWorkingDay, 7>, 8> _lastWorkingDays{};
     MSPCTimeInterval _total = 0;
 };

@@ -5,13 +5,17 @@
 
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
+#include "MSPISubject.h"
 
 namespace {
 
 MSPIAssignmentKeys::Number numberOf(const MSPCXMLNode& assignment, std::string_view name) {
-    Error error;
-    const auto value = intValueForXQuery(assignment, name, &error);
-    return {value, static_cast<bool>(error)};
+    return MSPITellingSubject([&] { return MSPISubjectOfAssignment(assignment); },
+                              [&] {
+                                  Error error;
+                                  const auto value = intValueForXQuery(assignment, name, &error);
+                                  return MSPIAssignmentKeys::Number{value, static_cast<bool>(error)};
+                              });
 }
 
 }  // namespace

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr std::size_t MaximumEvents = 1'000'000;
 constexpr std::int64_t Monday = 2;
 constexpr std::int64_t Friday = 6;
 constexpr std::int64_t Saturday = 7;
@@ -32,6 +31,25 @@ MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCDateFields 
     return gregorian.instantFrom(date).value_or(MSPCInstant{});
 }
 
+// The Saturdays among so many days from a weekday on.
+std::uint64_t saturdaysWithin(std::int64_t weekday, std::int64_t days) {
+    return (static_cast<std::uint64_t>(days) + static_cast<std::uint64_t>(weekday) - 1) / MSPELastWeekday;
+}
+
+// The days, working times and events of a schedule.
+std::uint64_t countOfElements(const MSPCXMLNode& schedule) {
+    std::uint64_t count = 0;
+    for (auto child = schedule.firstChild(); child; child = child.nextSibling()) {
+        if (child.name() == "schedule-day") {
+            ++count;
+        }
+        for (auto element = child.firstChild(); element; element = element.nextSibling()) {
+            ++count;
+        }
+    }
+    return count;
+}
+
 void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_view overtime,
                        std::vector<MSPCXMLNewElement>&& events) {
     if (events.empty()) {
@@ -49,16 +67,41 @@ void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_
 }  // namespace
 
 MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
-    const auto name = stringValueForXQuery(mspCalendar, "Name").value_or("");
-    _mapper.growthBounds().addRepeatedText(name.size());
-    _mapper.log().log(fmt::format("  Mapping Calendar UID='{}' name='{}' ...",
-                                  stringValueForXQuery(mspCalendar, "UID").value_or(""), name));
+    if (auto* const shared = _mapper.calendarSchedules().use(mspCalendar)) {
+        return newCopyOfSharedSchedule(mspCalendar, *shared);
+    }
+    _mapper.log().log("{}", logLineOf(mspCalendar, stringValueForXQuery(mspCalendar, "Name").value_or("")));
+    return newSchedule(mspCalendar, _mapper.growthBounds());
+}
+
+MSPCMessage MSPICalendarMapper::logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const {
+    return MSPCMessage("  Mapping Calendar UID='{}' name='{}' ...",
+                       stringValueForXQuery(mspCalendar, "UID").value_or(""), name);
+}
+
+MSPCXMLNewElement MSPICalendarMapper::newCopyOfSharedSchedule(const MSPCXMLNode& mspCalendar,
+                                                              MSPICalendarSchedules::Shared& shared) const {
+    if (!shared.schedule) {
+        const auto name = stringValueForXQuery(mspCalendar, "Name").value_or("");
+        shared.logLine = logLineOf(mspCalendar, name);
+        shared.nameSize = name.size();
+        MSPIGrowthBounds boundsOfFirstUse;  // what its ranges make has been counted there
+        shared.schedule = newSchedule(mspCalendar, boundsOfFirstUse);
+        shared.elementCount = countOfElements(shared.schedule.node());
+    }
+    _mapper.growthBounds().addRepeatedName(shared.nameSize);
+    _mapper.growthBounds().addScheduleElements(shared.elementCount);
+    _mapper.log().log("{}", *shared.logLine);
+    return shared.schedule.node().newCopyOf(shared.schedule.node());
+}
+
+MSPCXMLNewElement MSPICalendarMapper::newSchedule(const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds) const {
     auto schedule = _mapper.newElement("schedule");
     for (auto& day : newScheduleDaysFromMSPCalendar(mspCalendar)) {
         schedule.node().appendChild(std::move(day));
     }
-    addNestedCalendar(schedule.node(), "Time Off", "no", newTimeOffCalenarEventsFromMSPCalendar(mspCalendar));
-    addNestedCalendar(schedule.node(), "Overtime", "yes", newOvertimeCalenarEventsFromMSPCalendar(mspCalendar));
+    addNestedCalendar(schedule.node(), "Time Off", "no", newTimeOffEvents(mspCalendar, bounds));
+    addNestedCalendar(schedule.node(), "Overtime", "yes", newOvertimeEvents(mspCalendar, bounds));
     return schedule;
 }
 
@@ -66,7 +109,6 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalenda
     const MSPCXMLNode& mspCalendar) const {
     const bool isBase = boolValueForXQuery(mspCalendar, "IsBaseCalendar");
     const auto weekDays = nodesForXQuery(mspCalendar, "WeekDays/WeekDay[DayType>=1 and DayType<=7]");
-    _mapper.growthBounds().addScheduleElements(weekDays.size());
     if (weekDays.empty() && isBase) {
         return newDefaultScheduleDays();
     }
@@ -122,7 +164,6 @@ void MSPICalendarMapper::addWorkingTimes(MSPCXMLNode scheduleDay, const std::vec
 void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,
                                      const std::optional<std::string>& toTime) const {
     const auto& conversions = _mapper.conversions();
-    _mapper.growthBounds().addScheduleElements(1);
     const auto timeSpan = addChildElementWithName(scheduleDay, "time-span");
     setAttributeWithNameStringValue(timeSpan, "start-time", conversions.mspdiToKdzxTimeOnly(fromTime.value_or("")));
     setAttributeWithNameStringValue(timeSpan, "end-time", conversions.mspdiToKdzxTimeOnly(toTime.value_or("")));
@@ -130,13 +171,20 @@ void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optiona
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
+    return newTimeOffEvents(mspCalendar, _mapper.growthBounds());
+}
+
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffEvents(const MSPCXMLNode& mspCalendar,
+                                                                    MSPIGrowthBounds& bounds) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]")) {
         if (const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod")) {
             checkNode(timePeriod, "TimePeriod");
-            addEventsFromDateToDateFromTimeToTimeToCollection(stringValueForXQuery(timePeriod, "FromDate"),
-                                                              stringValueForXQuery(timePeriod, "ToDate"), std::nullopt,
-                                                              std::nullopt, events);
+            addEventsOfRange({.fromDate = stringValueForXQuery(timePeriod, "FromDate"),
+                              .toDate = stringValueForXQuery(timePeriod, "ToDate"),
+                              .fromTime = std::nullopt,
+                              .toTime = std::nullopt},
+                             mspCalendar, bounds, events);
         }
     }
     return events;
@@ -144,6 +192,11 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMS
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
+    return newOvertimeEvents(mspCalendar, _mapper.growthBounds());
+}
+
+std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeEvents(const MSPCXMLNode& mspCalendar,
+                                                                     MSPIGrowthBounds& bounds) const {
     std::vector<MSPCXMLNewElement> events;
     for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]")) {
         const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod");
@@ -154,9 +207,11 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromM
         const auto fromDate = stringValueForXQuery(timePeriod, "FromDate");
         const auto toDate = stringValueForXQuery(timePeriod, "ToDate");
         for (const auto& workingTime : nodesForXQuery(exception, "WorkingTimes/WorkingTime")) {
-            addEventsFromDateToDateFromTimeToTimeToCollection(fromDate, toDate,
-                                                              stringValueForXQuery(workingTime, "FromTime"),
-                                                              stringValueForXQuery(workingTime, "ToTime"), events);
+            addEventsOfRange({.fromDate = fromDate,
+                              .toDate = toDate,
+                              .fromTime = stringValueForXQuery(workingTime, "FromTime"),
+                              .toTime = stringValueForXQuery(workingTime, "ToTime")},
+                             mspCalendar, bounds, events);
         }
     }
     return events;
@@ -166,6 +221,13 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const std::optional<std::string>& fromDate, const std::optional<std::string>& toDate,
     const std::optional<std::string>& fromTime, const std::optional<std::string>& toTime,
     std::vector<MSPCXMLNewElement>& collection) const {
+    MSPIGrowthBounds boundsOfRange;
+    addEventsOfRange({fromDate, toDate, fromTime, toTime}, {}, boundsOfRange, collection);
+}
+
+void MSPICalendarMapper::addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds,
+                                          std::vector<MSPCXMLNewElement>& collection) const {
+    const auto& [fromDate, toDate, fromTime, toTime] = range;
     const auto& conversions = _mapper.conversions();
     if (isAbsent(fromDate) || isAbsent(toDate)) {
         return;  // the other date is not looked at, however odd it is
@@ -180,7 +242,7 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
     const auto firstDay = written.instantFrom(*fromDay).value_or(MSPCInstant{});
     const auto lastDay = written.instantFrom(*toDay).value_or(MSPCInstant{});
     const auto days = written.wholeDaysBetween(firstDay, lastDay) + 1;
-    if (days > 0 && static_cast<std::uint64_t>(days) / MSPELastWeekday + collection.size() >= MaximumEvents) {
+    if (days > 0 && !bounds.addEventsOfRange(mspCalendar, saturdaysWithin(written.weekdayOf(firstDay), days - 1))) {
         throw MSPCInternalInconsistency(fmt::format("Too many calendar events from '{}' to '{}'.", *fromDate, *toDate));
     }
     const auto startTime = conversions.mspdiToTimeOfDay(isAbsent(fromTime) ? "00:00:00" : *fromTime);
@@ -197,7 +259,6 @@ void MSPICalendarMapper::addEventsFromDateToDateFromTimeToTimeToCollection(
 
 MSPCXMLNewElement MSPICalendarMapper::newEvent(MSPCInstant start, MSPCInstant end) const {
     const auto& conversions = _mapper.conversions();
-    _mapper.growthBounds().addScheduleElements(1);
     auto event = _mapper.newElement("event");
     setAttributeWithNameStringValue(event.node(), "start", conversions.mppToKdzxDateTime(start));
     setAttributeWithNameStringValue(event.node(), "end", conversions.mppToKdzxDateTime(end));

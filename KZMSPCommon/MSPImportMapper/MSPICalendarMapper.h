@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "MSPCXMLNode.h"
+#include "MSPICalendarSchedules.h"
+#include "MSPIGrowthBounds.h"
 #include "MSPIObjectMapperBase.h"
 
 // Turns one MSPDI `Calendar` into a `schedule` of the target format: the weekly working times become `schedule-day`
@@ -14,13 +16,15 @@
 //
 // All new elements belong to the scenario document and are owned by the caller. A query that fails counts as one that
 // matches nothing; texts of numbers, dates and times that cannot be read raise as the node queries and conversions do.
-// What is mapped counts in the scenario's `MSPIGrowthBounds`, which raise where schedules grow beyond all measure.
+// What is made beyond what the plan holds counts in `MSPIGrowthBounds`, which raise where schedules grow beyond all
+// measure.
 class MSPICalendarMapper : public MSPIObjectMapperBase {
 public:
     using MSPIObjectMapperBase::MSPIObjectMapperBase;
 
     // The `schedule` of a calendar, with the log line "  Mapping Calendar UID='<UID>' name='<Name>' ...". Nested
-    // calendars are left out where they would hold no event.
+    // calendars are left out where they would hold no event. A calendar that was mapped in the scenario before is not
+    // mapped again but copied.
     [[nodiscard]] MSPCXMLNewElement newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
     // A `schedule-day` per MSPDI `WeekDay` of DayType 1 (Sunday) to 7, in document order; days of one type are not
@@ -44,9 +48,10 @@ public:
     // happens when a date is absent or empty, whatever the other one is, or when the range ends a day or more before it
     // begins. Thursday 2010-01-07 to Tuesday
     // 2010-01-12 gives Thursday 00:00:00 to Saturday 23:59:59 and Sunday 00:00:00 to Tuesday 23:59:59. Raises
-    // `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to '<toDate>'." when the list would grow
-    // above 1,000,000 events, as many as 19,000 years have weeks. Days are counted and stepped as they are written; a
-    // start or end that a change of the clocks skips or repeats is that of `MSPCTimeZone::instantFromWallClock`.
+    // `MSPCInternalInconsistency` "Too many calendar events from '<fromDate>' to '<toDate>'." when the ranges of one
+    // calendar come to more than 1,000,000 weeks in all scenarios, as many as 19,000 years have. Days are counted and
+    // stepped as they are written; a start or end that a change of the clocks skips or repeats is that of
+    // `MSPCTimeZone::instantFromWallClock`.
     void addEventsFromDateToDateFromTimeToTimeToCollection(const std::optional<std::string>& fromDate,
                                                            const std::optional<std::string>& toDate,
                                                            const std::optional<std::string>& fromTime,
@@ -60,6 +65,21 @@ public:
     [[nodiscard]] std::optional<std::string> makeScheduleEndFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
 private:
+    // A range of days, and the times at which it begins and ends, as the plan has them.
+    struct Range {
+        std::optional<std::string> fromDate, toDate, fromTime, toTime;
+    };
+
+    [[nodiscard]] MSPCXMLNewElement newCopyOfSharedSchedule(const MSPCXMLNode& mspCalendar,
+                                                            MSPICalendarSchedules::Shared& shared) const;
+    [[nodiscard]] MSPCMessage logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const;
+    [[nodiscard]] MSPCXMLNewElement newSchedule(const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds) const;
+    [[nodiscard]] std::vector<MSPCXMLNewElement> newTimeOffEvents(const MSPCXMLNode& mspCalendar,
+                                                                  MSPIGrowthBounds& bounds) const;
+    [[nodiscard]] std::vector<MSPCXMLNewElement> newOvertimeEvents(const MSPCXMLNode& mspCalendar,
+                                                                   MSPIGrowthBounds& bounds) const;
+    void addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar, MSPIGrowthBounds& bounds,
+                          std::vector<MSPCXMLNewElement>& collection) const;
     [[nodiscard]] std::vector<MSPCXMLNewElement> newDefaultScheduleDays() const;
     [[nodiscard]] MSPCXMLNewElement newScheduleDay(std::int64_t weekday) const;
     void addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,

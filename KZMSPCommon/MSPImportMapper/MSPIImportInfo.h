@@ -1,32 +1,43 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "MSPCURL.h"
 #include "MSPIBaselineIndex.h"
+#include "MSPIGrowthBounds.h"
 #include "MSPIProjectIndex.h"
 
-// What the runner, the importer and the mappers tell each other about one import. A field without a value is absent. The
-// key in each comment is the name under which the value is known.
+// What the runner, the importer and the mappers tell each other about one import. A field without a value is absent.
+// The key in each comment is the name under which the value is known.
 struct MSPIImportInfo {
     // InfoMSPDIProjectName: the MSPDI file's name without its extension. Set by the runner, read by the mapper.
     std::optional<std::string> mspdiProjectName;
-    // InfoKDZXTemplateUrll (the doubled letter belongs to the key): the template bundle, a folder. Set by the runner, read
-    // by the importer.
+    // InfoKDZXTemplateUrll (the doubled letter belongs to the key): the template bundle, a folder. Set by the runner,
+    // read by the importer.
     std::optional<MSPCURL> kdzxTemplateURL;
     // InfoMSPDIBaselineNumber: 0 to 10; absent for the actual scenario. Set by the importer, read by the mapper.
     std::optional<int> mspdiBaselineNumber;
-    // InfoKDZXScenarioName: "Actual", "Baseline" (of number 0) or "Baseline1" to "Baseline10". Set by the importer, read
-    // by the mapper.
+    // InfoKDZXScenarioName: "Actual", "Baseline" (of number 0) or "Baseline1" to "Baseline10". Set by the importer,
+    // read by the mapper.
     std::optional<std::string> kdzxScenarioName;
-    // The next two belong to the document that the mapper is given, and are of no use after it.
+    // The next three belong to the document that the mapper is given, and are of no use after it.
     // What the project holds for each baseline, found once for all scenarios by the importer; a mapper that is not told
     // looks for itself.
     std::shared_ptr<const MSPIBaselineIndex> baselines;
     // The look-ups in the project as it was loaded, for all scenarios; a mapper that is not told makes its own.
     std::shared_ptr<MSPIProjectIndex> index;
+    // What the scenarios may still grow by; a mapper that is not told begins anew.
+    std::shared_ptr<MSPIGrowthBounds> growthBounds;
+    // Whether what has the new bundle's name is replaced by it. Set by the runner, read by the importer.
+    bool replacesOldBundle = false;
+    // The number that the names of the bundles have reached, by the path that was wanted, for all imports of a run.
+    // Numbers below it were taken when they were looked at and are not looked at again. Set by the runner, kept by the
+    // importer; one that is not told begins with number 1.
+    std::shared_ptr<std::map<std::string, std::uint64_t>> bundleNumbers;
     // InfoMPPTemplateUrl: the template of a sibling importer for the binary format; nothing here sets or reads it.
     std::optional<MSPCURL> mppTemplateURL;
 };

@@ -77,6 +77,7 @@ void MSPIMapper::map() {
     }
     // From here until the patches are reverted the input shows the baseline.
     shareIndex(_info.index, isBaselineScenario() ? _baselines->unchangedLists(baselineNumber()) : MSPIUnchangedLists());
+    shareGrowthBounds(_info.growthBounds);
     setImportedProjectName(_info.mspdiProjectName.value_or("MS Project project"));
     _settings = MSPIProjectSettings::ofProject(mspProject());
     setMspSaveVersion(_settings.saveVersion);
@@ -86,7 +87,9 @@ void MSPIMapper::map() {
     if (auto newScenario = newScenarioElement()) {
         const auto scenarioId = makeScenarioDocument(std::move(newScenario));
         updateTOC(scenarioId, currency);
-        _userDataTOCElements.clear();  // what it still holds belongs to the document that is handed over
+        // What these still hold belongs to the document that is handed over.
+        _userDataTOCElements.clear();
+        calendarSchedules().clear();
         _kdzxXmlDoc.emplace(std::move(kdzxDocument()));
     }
     revertBaseline();
@@ -107,16 +110,27 @@ bool MSPIMapper::applyBaseline() {
     if (counts.areZero()) {
         return false;
     }
-    log().log(fmt::format("Searching for data for baseline {}", baselineNumber()));
-    log().log(fmt::format("  Baseline Tasks: {}", counts.tasks));
-    log().log(fmt::format("  Baseline Resources: {}", counts.resources));
-    log().log(fmt::format("  Baseline Assignments: {}", counts.assignments));
+    log().log("Searching for data for baseline {}", baselineNumber());
+    log().log("  Baseline Tasks: {}", counts.tasks);
+    log().log("  Baseline Resources: {}", counts.resources);
+    log().log("  Baseline Assignments: {}", counts.assignments);
     for (const auto& [element, hasBaseline, values] : _baselines->targets(baselineNumber())) {
         _patches.emplace_back(element, hasBaseline, values, _journal);
     }
+    setHiddenElements([this] { return hiddenElementsOfBaseline(); });
     // From the last to the first, and back the other way: each removed element finds its place again.
     visitFetchingAhead(_patches.rbegin(), _patches.rend(), [](auto& patch) { patch.apply(); });
     return true;
+}
+
+std::vector<MSPCXMLNode> MSPIMapper::hiddenElementsOfBaseline() const {
+    std::vector<MSPCXMLNode> hidden;
+    for (const auto& target : _baselines->targets(baselineNumber())) {
+        if (!target.hasBaseline) {
+            hidden.push_back(target.element);
+        }
+    }
+    return hidden;
 }
 
 void MSPIMapper::revertBaseline() {

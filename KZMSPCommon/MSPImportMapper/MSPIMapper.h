@@ -39,6 +39,7 @@ private:
     void validateSource();
     bool applyBaseline();
     void revertBaseline();
+    [[nodiscard]] std::vector<MSPCXMLNode> hiddenElementsOfBaseline() const;
     MSPCXMLNewElement newScenarioElement();
     std::string makeScenarioDocument(MSPCXMLNewElement&& newScenario);
     void addHeaderComments(const MSPCXMLNode& scenario) const;

@@ -8,6 +8,9 @@ MSPIMappingContext::MSPIMappingContext(const MSPCServices& services) : _services
 void MSPIMappingContext::setMspProject(MSPCXMLNode project) {
     _mspProject = project;
     _index = MSPIProjectIndex(project);
+    _customFields = {};
+    _assignedUnits = {};
+    _assignmentLooks = {};
 }
 
 std::optional<MSPCInstant> MSPIMappingContext::instantOfProjectDate(std::string_view mspdiDate) {

@@ -1,15 +1,22 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "MSPCServices.h"
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
 #include "MSPEScheduleCalendar.h"
+#include "MSPIAssignedUnits.h"
+#include "MSPIAssignmentLooks.h"
+#include "MSPICalendarSchedules.h"
+#include "MSPICustomFields.h"
 #include "MSPIGrowthBounds.h"
 #include "MSPIIdMapper.h"
 #include "MSPIProjectIndex.h"
@@ -30,7 +37,7 @@ public:
     [[nodiscard]] MSPCLog& log() const { return _services.log; }
     [[nodiscard]] const MSPIUtilities& conversions() const { return _conversions; }
 
-    // The MSPDI root element `Project`. Setting it drops the index.
+    // The MSPDI root element `Project`. Setting it drops the index and what else is known of the project.
     [[nodiscard]] MSPCXMLNode mspProject() const { return _mspProject; }
     void setMspProject(MSPCXMLNode project);
     // The root element of the template's scenario document; empty where there is none.
@@ -56,6 +63,12 @@ public:
     [[nodiscard]] std::int32_t baselineNumber() const { return _baselineNumber; }
     void setBaselineNumber(std::int32_t number) { _baselineNumber = number; }
     [[nodiscard]] bool isBaselineScenario() const { return _baselineNumber >= 0; }
+
+    // The tasks, resources and assignments that the baseline being mapped does not show, for naming them all the same.
+    [[nodiscard]] std::vector<MSPCXMLNode> hiddenElements() const {
+        return _findHiddenElements ? _findHiddenElements() : std::vector<MSPCXMLNode>();
+    }
+    void setHiddenElements(std::function<std::vector<MSPCXMLNode>()> find) { _findHiddenElements = std::move(find); }
 
     // The name of the imported file, for projects that do not name themselves.
     [[nodiscard]] const std::string& importedProjectName() const { return _importedProjectName; }
@@ -88,8 +101,22 @@ public:
     // The next provisional id of a split piece: "split-1", "split-2" and so on.
     [[nodiscard]] std::string getTempSplitTaskID();
 
-    // What the scenario may still grow by.
-    [[nodiscard]] MSPIGrowthBounds& growthBounds() { return _growthBounds; }
+    // What the scenarios of the project may still grow by together.
+    [[nodiscard]] MSPIGrowthBounds& growthBounds() { return *_growthBounds; }
+    // Takes part in what the scenarios before this one have left; a null pointer is none.
+    void shareGrowthBounds(std::shared_ptr<MSPIGrowthBounds> bounds) {
+        _growthBounds = bounds ? std::move(bounds) : std::make_shared<MSPIGrowthBounds>();
+    }
+
+    // The schedules of calendars that several resources have. They belong to the scenario document.
+    [[nodiscard]] MSPICalendarSchedules& calendarSchedules() { return _calendarSchedules; }
+
+    // What the definitions of custom fields tell, and what the assignments of resources add up to. As with the index,
+    // neither may change once it has been asked for.
+    [[nodiscard]] MSPICustomFields& customFields() { return _customFields; }
+    [[nodiscard]] MSPIAssignedUnits& assignedUnits() { return _assignedUnits; }
+    // Which assignments of several tasks or resources have been looked at.
+    [[nodiscard]] MSPIAssignmentLooks& assignmentLooks() { return _assignmentLooks; }
 
     // What is known about the stretches of split tasks.
     [[nodiscard]] MSPIStretchCache& stretchCache() { return _stretchCache; }
@@ -106,6 +133,7 @@ private:
     MSPIProjectIndex _index;
     std::int64_t _mspSaveVersion = 9;
     std::int32_t _baselineNumber = -1;
+    std::function<std::vector<MSPCXMLNode>()> _findHiddenElements;
     std::string _importedProjectName;
     std::int64_t _mspStandardCalendarUID = -1;
     bool _mspScheduleFromStart = false;
@@ -116,7 +144,11 @@ private:
     MSPIIdMapper _idMapper;
     std::optional<MSPEScheduleCalendar> _scheduleCalendar;
     std::int64_t _splitTaskID = 0;
-    MSPIGrowthBounds _growthBounds;
+    std::shared_ptr<MSPIGrowthBounds> _growthBounds = std::make_shared<MSPIGrowthBounds>();
+    MSPICustomFields _customFields;
+    MSPIAssignedUnits _assignedUnits;
+    MSPIAssignmentLooks _assignmentLooks;
     MSPIStretchCache _stretchCache;
     MSPCXMLDocument _kdzxDocument;
+    MSPICalendarSchedules _calendarSchedules;  // of _kdzxDocument
 };

@@ -10,11 +10,11 @@
 namespace {
 
 // The elements at `path`, once for each different key that `keyOf` reads from their children; ascending by key and in
-// document order within one key.
+// document order within one key. Tells whether any has several.
 template <typename Key, typename KeyOf>
 std::vector<std::pair<Key, MSPCXMLNode>> entriesByKey(const MSPCXMLNode& project, std::string_view path,
                                                       std::string_view name, std::string_view required,
-                                                      const KeyOf& keyOf) {
+                                                      const KeyOf& keyOf, bool& hasNodesOfSeveralKeys) {
     std::vector<std::pair<Key, MSPCXMLNode>> entries;
     for (const auto& node : nodesForXQuery(project, path)) {
         if (!required.empty() && !node.firstChildElement(required)) {
@@ -22,6 +22,8 @@ std::vector<std::pair<Key, MSPCXMLNode>> entriesByKey(const MSPCXMLNode& project
         }
         for (auto child = node.firstChildElement(name); child; child = child.nextSiblingElement(name)) {
             if (auto key = keyOf(child)) {
+                hasNodesOfSeveralKeys = hasNodesOfSeveralKeys || (!entries.empty() && entries.back().second == node &&
+                                                                  entries.back().first != *key);
                 entries.emplace_back(std::move(*key), node);
             }
         }
@@ -40,7 +42,8 @@ MSPINumberIndex::MSPINumberIndex(const MSPCXMLNode& project, std::string_view pa
                                  std::string_view required) {
     std::string buffer;
     const auto entries = entriesByKey<double>(
-        project, path, key, required, [&](const MSPCXMLNode& child) { return xpathNumber(child.stringValue(buffer)); });
+        project, path, key, required, [&](const MSPCXMLNode& child) { return xpathNumber(child.stringValue(buffer)); },
+        _hasNodesOfSeveralKeys);
     _keys.reserve(entries.size());
     _nodes.reserve(entries.size());
     for (const auto& [number, node] : entries) {
@@ -66,9 +69,11 @@ MSPCXMLNode MSPINumberIndex::singleNodeWithKey(std::int64_t number, Error* error
     return matches.empty() ? MSPCXMLNode() : matches.back();
 }
 
-MSPITextIndex::MSPITextIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key)
-    : _entries(entriesByKey<std::string>(project, path, key, {},
-                                         [](const MSPCXMLNode& child) { return std::optional(child.stringValue()); })) {
+MSPITextIndex::MSPITextIndex(const MSPCXMLNode& project, std::string_view path, std::string_view key) {
+    bool hasNodesOfSeveralKeys = false;
+    _entries = entriesByKey<std::string>(
+        project, path, key, {}, [](const MSPCXMLNode& child) { return std::optional(child.stringValue()); },
+        hasNodesOfSeveralKeys);
 }
 
 MSPCXMLNode MSPITextIndex::singleNodeWithKey(std::string_view text, Error* error) const {

@@ -24,12 +24,15 @@ public:
 
     // The elements with that number, in document order. Valid as long as the index.
     [[nodiscard]] std::span<const MSPCXMLNode> nodesWithKey(std::int64_t number) const;
+    // Whether any element is found by several numbers.
+    [[nodiscard]] bool hasNodesOfSeveralKeys() const { return _hasNodesOfSeveralKeys; }
     // The last of them; reports through `error` as a query for a single node does.
     [[nodiscard]] MSPCXMLNode singleNodeWithKey(std::int64_t number, Error* error = nullptr) const;
 
 private:
     std::vector<double> _keys;        // ascending
     std::vector<MSPCXMLNode> _nodes;  // of the same position, in document order within one key
+    bool _hasNodesOfSeveralKeys = false;
 };
 
 // The same by text, with the meaning of `[child='text']`: a text with an apostrophe finds nothing.

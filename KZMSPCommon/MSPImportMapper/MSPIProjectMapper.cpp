@@ -14,6 +14,7 @@
 #include "MSPIISO8601Text.h"
 #include "MSPIKdzxNamespace.h"
 #include "MSPIResourceMapper.h"
+#include "MSPISubject.h"
 
 namespace {
 
@@ -65,13 +66,13 @@ MSPCXMLNewElement MSPIProjectMapper::newScenarioFromMSPProject(const MSPCXMLNode
     addComment(scenario, "  Resources  ");
     const auto topGroupResource = addTopResourceToScenario(mspProject, scenario);
     const auto mspResources = nodesForXQuery(mspProject, "Resources/Resource");
-    _mapper.log().log(fmt::format("Mapping {} Resources ...", mspResources.size()));
+    _mapper.log().log("Mapping {} Resources ...", mspResources.size());
     addMspResourcesToScenarioTopGroupResource(mspResources, scenario, topGroupResource);
 
     addComment(scenario, "  Tasks  ");
     const auto topGroupTask = addTopTaskToScenario(scenario);
     const auto mspTasks = nodesForXQuery(mspProject, "Tasks/Task");
-    _mapper.log().log(fmt::format("Mapping {} Tasks ...", mspTasks.size()));
+    _mapper.log().log("Mapping {} Tasks ...", mspTasks.size());
     if (!mspTasks.empty()) {
         buildMspTasksMspAssignmentsScenarioTopGroupTask(mspTasks, _mapper.index().assignmentKeys(), scenario,
                                                         topGroupTask);
@@ -161,17 +162,25 @@ MSPCXMLNode MSPIProjectMapper::addTopResourceToScenario(const MSPCXMLNode& mspPr
     addChildElementWithNameStringValue(groupNode, "type", "Group");
 
     const auto calendar = standardCalendarOf(mspProject);
+    MSPITellingSubject("Calendar", calendar, [&] { addProjectSchedule(calendar, groupNode); });
+    scenario.appendChild(std::move(group));
+    return groupNode;
+}
+
+void MSPIProjectMapper::addProjectSchedule(const MSPCXMLNode& calendar, MSPCXMLNode topGroupResource) {
+    if (!boolValueForXQuery(calendar, "IsBaseCalendar")) {
+        throw MSPCInternalInconsistency("MSPDI 'Standard' Calendar is not a base calendar.");
+    }
     Error error;
     const auto calendarUID = intValueForXQuery(calendar, "UID", &error);
     _mapper.setMspStandardCalendarUID(error ? -1 : calendarUID);
 
-    addComment(groupNode, "  Project Schedule  ");
-    const auto schedule = groupNode.appendChild(MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar));
-    scenario.appendChild(std::move(group));
+    addComment(topGroupResource, "  Project Schedule  ");
+    const auto schedule =
+        topGroupResource.appendChild(MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar));
     MSPEScheduleCalendar workingTimes(_mapper.conversions().gregorian(), schedule);
     MSPIGrowthBounds::checkWorkingTimesOfWeek(workingTimes);
     _mapper.setScheduleCalendar(std::move(workingTimes));
-    return groupNode;
 }
 
 MSPCXMLNode MSPIProjectMapper::standardCalendarOf(const MSPCXMLNode& mspProject) const {
@@ -182,9 +191,6 @@ MSPCXMLNode MSPIProjectMapper::standardCalendarOf(const MSPCXMLNode& mspProject)
     if (!calendar) {
         throw MSPCInternalInconsistency("MS Project 'Standard' Calendar not found.");
     }
-    if (!boolValueForXQuery(calendar, "IsBaseCalendar")) {
-        throw MSPCInternalInconsistency("MSPDI 'Standard' Calendar is not a base calendar.");
-    }
     return calendar;
 }
 
@@ -192,19 +198,24 @@ void MSPIProjectMapper::addMspResourcesToScenarioTopGroupResource(std::span<cons
                                                                   MSPCXMLNode scenario,
                                                                   const MSPCXMLNode& topGroupResource) {
     for (const auto& mspResource : mspResources) {
-        checkNode(mspResource, "Resource");
-        Error error;
-        const auto uid = intValueForXQuery(mspResource, "UID", &error);
-        // MSPDI's resource 0 stands for "nobody"; one with several UIDs cannot be told from others.
-        if (error || uid == 0) {
-            continue;
-        }
-        MSPIResourceMapper resourceMapper(_mapper, _userDataTOCElements, _mspResourceMaxId);
-        const auto resource = scenario.appendChild(resourceMapper.newResourceFromMSPResource(mspResource));
-        _userDataChanged = _userDataChanged || resourceMapper.userDataChanged();
-        setAttributeWithNameStringValue(addChildElementWithName(topGroupResource, "child-resource"), "idref",
-                                        resource.attribute("id").stringValue());
+        MSPITellingSubject("Resource", mspResource, [&] { mapResource(mspResource, scenario, topGroupResource); });
     }
+}
+
+void MSPIProjectMapper::mapResource(const MSPCXMLNode& mspResource, MSPCXMLNode scenario,
+                                    const MSPCXMLNode& topGroupResource) {
+    checkNode(mspResource, "Resource");
+    Error error;
+    const auto uid = intValueForXQuery(mspResource, "UID", &error);
+    // MSPDI's resource 0 stands for "nobody"; one with several UIDs cannot be told from others.
+    if (error || uid == 0) {
+        return;
+    }
+    MSPIResourceMapper resourceMapper(_mapper, _userDataTOCElements, _mspResourceMaxId);
+    const auto resource = scenario.appendChild(resourceMapper.newResourceFromMSPResource(mspResource));
+    _userDataChanged = _userDataChanged || resourceMapper.userDataChanged();
+    setAttributeWithNameStringValue(addChildElementWithName(topGroupResource, "child-resource"), "idref",
+                                    resource.attribute("id").stringValue());
 }
 
 MSPCXMLNode MSPIProjectMapper::addTopTaskToScenario(MSPCXMLNode scenario) const {

@@ -23,7 +23,8 @@ public:
     MSPIProjectMapper(MSPIMappingContext& mapper, std::int64_t& mspTaskMaxId, std::int64_t& mspResourceMaxId,
                       MSPIUserDataTOCElements& userDataTOCElements);
 
-    // The new element, owned by the caller. Sets the context's id mapper, scheduling direction, project dates, standard
+    // The new element, owned by the caller. The user information of a failure names the task, resource or calendar that
+    // was being mapped (MSPISubject.h). Sets the context's id mapper, scheduling direction, project dates, standard
     // calendar UID and working-time calendar. Raises `MSPCInternalInconsistency`:
     // "*** ERROR: Invalid root element of template: '<name>'. Must be 'scenario'.",
     // "Failed to find start date for the project scheduled from start.",
@@ -69,9 +70,11 @@ private:
     std::string projectDate(const MSPCXMLNode& mspProject) const;
     void addGranularity(const MSPCXMLNode& mspProject, const MSPCXMLNode& scenario) const;
     MSPCXMLNode addTopResourceToScenario(const MSPCXMLNode& mspProject, MSPCXMLNode scenario);
+    void addProjectSchedule(const MSPCXMLNode& calendar, MSPCXMLNode topGroupResource);
     MSPCXMLNode standardCalendarOf(const MSPCXMLNode& mspProject) const;
     void addMspResourcesToScenarioTopGroupResource(std::span<const MSPCXMLNode> mspResources, MSPCXMLNode scenario,
                                                    const MSPCXMLNode& topGroupResource);
+    void mapResource(const MSPCXMLNode& mspResource, MSPCXMLNode scenario, const MSPCXMLNode& topGroupResource);
     MSPCXMLNode addTopTaskToScenario(MSPCXMLNode scenario) const;
     void addCriticalPath(MSPCXMLNode scenario) const;
 

@@ -8,6 +8,7 @@
 #include "MSPCExtensions.h"
 #include "MSPIAssignmentMapper.h"
 #include "MSPIProjectMapper.h"
+#include "MSPISubject.h"
 #include "MSPITaskMapper.h"
 #include "MSPITimephasedDataMapper.h"
 
@@ -17,7 +18,17 @@ void addChildTask(const MSPCXMLNode& parent, std::string_view id) {
     setAttributeWithNameStringValue(addChildElementWithName(parent, "child-task"), "idref", id);
 }
 
-std::string idOf(const MSPCXMLNode& element) { return element.attribute("id").stringValue(); }
+std::string idOf(const MSPCXMLNode& element) {
+    return element.attribute("id").stringValue();
+}
+
+// The MSPDI task of the target task that holds a reference; its id is "t" and the UID.
+std::string subjectOfOwner(const MSPCXMLNode& reference) {
+    const auto owner = reference.parent();
+    const auto id = idOf(owner);
+    return fmt::format("Task UID='{}' name='{}'", id.empty() ? id : id.substr(1),
+                       stringValueForXQuery(owner, "title").value_or(""));
+}
 
 }  // namespace
 
@@ -31,8 +42,10 @@ void MSPIProjectMapper::buildMspTasksMspAssignmentsScenarioTopGroupTask(
                 .pendingPieces = {}};
     std::size_t done = 0;
     for (const auto& mspTask : mspTasks) {
-        checkNode(mspTask, "Task");
-        mapTask(mspTask, run);
+        MSPITellingSubject("Task", mspTask, [&] {
+            checkNode(mspTask, "Task");
+            mapTask(mspTask, run);
+        });
         _mapper.services().progress.tasksDone(++done, mspTasks.size());
     }
     giveFinalIdsToSplitPieces(run);
@@ -111,7 +124,8 @@ void MSPIProjectMapper::addMspAssignmentsForMspdiTaskToTask(const MSPCFields& ms
     }
     const MSPIAssignmentMapper assignmentMapper(_mapper);
     for (const auto& assignment : run.assignments.takeAssignmentsOfTask(taskUID, run.isReportingErrors)) {
-        task.appendChild(assignmentMapper.newAssignmentFromMSPAssignment(assignment));
+        MSPITellingSubject([&] { return MSPISubjectOfAssignment(assignment, _mapper.hiddenElements()); },
+                           [&] { task.appendChild(assignmentMapper.newAssignmentFromMSPAssignment(assignment)); });
     }
 }
 
@@ -130,12 +144,14 @@ void MSPIProjectMapper::linkIntoTree(const MSPCXMLNode& task, std::int64_t outli
 
 // Pieces come after all tasks and take the ids that follow the highest task UID, in the order of their owners.
 void MSPIProjectMapper::giveFinalIdsToSplitPieces(TaskRun& run) {
-    for (auto& [newPiece, reference] : run.pendingPieces) {
-        const auto piece = run.scenario.appendChild(std::move(newPiece));
+    for (auto& pending : run.pendingPieces) {
+        const auto piece = run.scenario.appendChild(std::move(pending.piece));
         // Past the largest integer the number turns negative, which the id mapper refuses.
         _mspTaskMaxId = static_cast<std::int64_t>(static_cast<std::uint64_t>(_mspTaskMaxId) + 1);
-        const auto id = _mapper.idMapper().taskIdFromMspdiUID(fmt::to_string(_mspTaskMaxId));
+        const auto id =
+            MSPITellingSubject([&] { return subjectOfOwner(pending.reference); },
+                               [&] { return _mapper.idMapper().taskIdFromMspdiUID(fmt::to_string(_mspTaskMaxId)); });
         setAttributeWithNameStringValue(piece, "id", id);
-        setAttributeWithNameStringValue(reference, "idref", id);
+        setAttributeWithNameStringValue(pending.reference, "idref", id);
     }
 }

@@ -1,7 +1,5 @@
 #include "MSPIProjectSettings.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <limits>
 
@@ -47,7 +45,7 @@ MSPICurrencySettings MSPICurrencySettings::ofProject(const MSPCXMLNode& mspProje
     if (readsCurrencyCode) {
         const auto code = stringValueForXQuery(mspProject, "CurrencyCode");
         if (code && *code != "USD") {
-            log.log(fmt::format("WARNING: Igonring currency code from MSPDI: {}. Always assume USD.", *code));
+            log.log("WARNING: Igonring currency code from MSPDI: {}. Always assume USD.", *code);
         }
     }
     readInteger(mspProject, "CurrencySymbolPosition", settings.symbolPosition);

@@ -10,10 +10,12 @@
 #include "MSPCTextScanner.h"
 #include "MSPICalendarMapper.h"
 #include "MSPINoteMapper.h"
+#include "MSPISubject.h"
 
 MSPIResourceMapper::MSPIResourceMapper(MSPIMappingContext& mapper, MSPIUserDataTOCElements& userDataTOCElements,
                                        std::int64_t& mspResourceMaxId)
-    : MSPIObjectMapperBase(mapper), _userDataTOCElements(userDataTOCElements), _mspResourceMaxId(mspResourceMaxId) {}
+    : MSPIObjectMapperBase(mapper), _userDataTOCElements(userDataTOCElements), _mspResourceMaxId(mspResourceMaxId) {
+}
 
 MSPCXMLNewElement MSPIResourceMapper::newResourceFromMSPResource(const MSPCFields& mspResource) {
     auto newResource = _mapper.newElement("resource");
@@ -50,10 +52,11 @@ void MSPIResourceMapper::addIdentity(const MSPCFields& mspResource, const MSPCXM
     if (name) {
         addChildElementWithNameStringValue(resource, "name", *name);
     }
-    _mapper.log().log(fmt::format("  Mapping Resource UID={}  name='{}' ...", *uid, name.value_or("")));
+    _mapper.log().log("  Mapping Resource UID={}  name='{}' ...", *uid, name.value_or(""));
 }
 
-// MSPDI knows material (0) and work (1) resources; from 2007 on a flag marks cost resources, which become material ones.
+// MSPDI knows material (0) and work (1) resources; from 2007 on a flag marks cost resources, which become material
+// ones.
 MSPIResourceMapper::Kind MSPIResourceMapper::kindOf(const MSPCFields& mspResource) const {
     Error error;
     const auto value = mspResource.intValue("Type", &error);
@@ -96,13 +99,7 @@ void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNo
         if (error) {
             return;
         }
-        // As much as all assignments together take; a text that is no number counts nothing.
-        std::string buffer;
-        for (const auto& assignment : _mapper.index().assignmentsByResourceUID().nodesWithKey(uid)) {
-            for (auto child = assignment.firstChildElement("Units"); child; child = child.nextSiblingElement("Units")) {
-                units += scanDouble(child.stringValue(buffer)).value_or(0);
-            }
-        }
+        units = _mapper.assignedUnits().ofResource(uid, _mapper);
     }
     addChildElementWithNameStringValue(resource, "units-available", fmt::format("{:f}", units));
 }
@@ -114,7 +111,8 @@ void MSPIResourceMapper::addSchedule(const MSPCFields& mspResource, const MSPCXM
         return;
     }
     if (const auto calendar = _mapper.index().calendarsByUID().singleNodeWithKey(calendarUID)) {
-        auto schedule = MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar);
+        auto schedule = MSPITellingSubject(
+            "Calendar", calendar, [&] { return MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar); });
         if (schedule) {
             addComment(resource, "  Resource Schedule  ");
             MSPCXMLNode(resource).appendChild(std::move(schedule));

@@ -63,7 +63,8 @@ MSPITaskMapper::MSPITaskMapper(MSPIMappingContext& mapper, bool scheduleFromStar
     : MSPIObjectMapperBase(mapper),
       _userDataTOCElements(userDataTOCElements),
       _mspScheduleFromStart(scheduleFromStart),
-      _mspTaskMaxId(mspTaskMaxId) {}
+      _mspTaskMaxId(mspTaskMaxId) {
+}
 
 MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCFields& mspTask) {
     auto newTask = _mapper.newElement("task");
@@ -93,9 +94,8 @@ MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCFields& mspTask) 
     if (const auto notes = mspTask.text("Notes")) {
         MSPCXMLNode(task).appendChild(MSPINoteMapper().newNoteFromMSPNotes(*notes, _mapper.kdzxDocument()));
     }
-    _userDataChanged =
-        addUserDataOfExtendedAttributesToElement(mspTask.nodes("ExtendedAttribute"), task, MSPITaskUserDataKeysTag,
-                                                 _userDataTOCElements, _mapper);
+    _userDataChanged = addUserDataOfExtendedAttributesToElement(mspTask.nodes("ExtendedAttribute"), task,
+                                                                MSPITaskUserDataKeysTag, _userDataTOCElements, _mapper);
     addPrerequisites(mspTask, task);
     return newTask;
 }
@@ -112,7 +112,7 @@ void MSPITaskMapper::addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& t
     }
     const auto name = mspTask.text("Name");
     addChildIfPresent(task, "title", name);
-    _mapper.log().log(fmt::format(FMT_COMPILE("  Mapping Task UID='{}' name='{}' ..."), *uid, *name));
+    _mapper.log().log("  Mapping Task UID='{}' name='{}' ...", *uid, *name);
 }
 
 void MSPITaskMapper::addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) {

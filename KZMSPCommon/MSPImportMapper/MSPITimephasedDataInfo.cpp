@@ -16,6 +16,12 @@ std::string dateText(std::optional<MSPCInstant> date) { return date ? displayTex
 MSPITimephasedDataInfo::MSPITimephasedDataInfo(std::string taskName, std::int64_t type,
                                                std::optional<MSPCInstant> startDate, std::optional<MSPCInstant> endDate,
                                                MSPCTimeInterval duration)
+    : MSPITimephasedDataInfo(std::make_shared<const std::string>(std::move(taskName)), type, startDate, endDate,
+                             duration) {}
+
+MSPITimephasedDataInfo::MSPITimephasedDataInfo(std::shared_ptr<const std::string> taskName, std::int64_t type,
+                                               std::optional<MSPCInstant> startDate, std::optional<MSPCInstant> endDate,
+                                               MSPCTimeInterval duration)
     : _taskName(std::move(taskName)), _type(type), _startDate(startDate), _endDate(endDate), _duration(duration) {}
 
 void MSPITimephasedDataInfo::addResourceUID(std::int64_t uid) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,8 +15,12 @@ public:
     // seconds.
     MSPITimephasedDataInfo(std::string taskName, std::int64_t type, std::optional<MSPCInstant> startDate,
                            std::optional<MSPCInstant> endDate, MSPCTimeInterval duration);
+    // The same with a name, which is there, that all spans of the task share.
+    MSPITimephasedDataInfo(std::shared_ptr<const std::string> taskName, std::int64_t type,
+                           std::optional<MSPCInstant> startDate, std::optional<MSPCInstant> endDate,
+                           MSPCTimeInterval duration);
 
-    [[nodiscard]] const std::string& taskName() const { return _taskName; }
+    [[nodiscard]] const std::string& taskName() const { return *_taskName; }
     [[nodiscard]] std::int64_t type() const { return _type; }
     [[nodiscard]] std::optional<MSPCInstant> startDate() const { return _startDate; }
     void setStartDate(std::optional<MSPCInstant> date) { _startDate = date; }
@@ -39,7 +44,7 @@ public:
     [[nodiscard]] std::string description() const;
 
 private:
-    std::string _taskName;
+    std::shared_ptr<const std::string> _taskName;
     std::int64_t _type;
     std::optional<MSPCInstant> _startDate;
     std::optional<MSPCInstant> _endDate;

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include "MSPCExtensions.h"
+#include "MSPISubject.h"
 
 namespace {
 
@@ -71,18 +73,25 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
 
 MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std::string_view taskName) const {
     MSPITimephasedSpans spans;
-    MSPIGrowthBounds boundsOfTask;
-    for (const auto& assignment : _mapper.index().timephasedAssignmentsByTaskUID().nodesWithKey(uid)) {
-        collectSpansOfAssignment(assignment, taskName, boundsOfTask, spans);
+    const auto sharedName = std::make_shared<const std::string>(taskName);
+    const auto& timephased = _mapper.index().timephasedAssignmentsByTaskUID();
+    for (const auto& assignment : timephased.nodesWithKey(uid)) {
+        _mapper.assignmentLooks().lookAt(assignment, timephased, _mapper.growthBounds());
+        MSPITellingSubject([&] { return MSPISubjectOfAssignment(assignment, _mapper.hiddenElements()); },
+                           [&] { collectSpansOfAssignment(assignment, sharedName, spans); });
     }
     if (!spans.empty()) {
-        scaleToAssignedWork(spans, assignedWorkOf(_mapper.index().assignmentsByTaskUID().nodesWithKey(uid)));
+        const auto& byTaskUID = _mapper.index().assignmentsByTaskUID();
+        for (const auto& assignment : byTaskUID.nodesWithKey(uid)) {
+            _mapper.assignmentLooks().lookAt(assignment, byTaskUID, _mapper.growthBounds());
+        }
+        scaleToAssignedWork(spans, assignedWorkOf(byTaskUID.nodesWithKey(uid)));
     }
     return spans;
 }
 
-void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment, std::string_view taskName,
-                                                        MSPIGrowthBounds& boundsOfTask,
+void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assignment,
+                                                        const std::shared_ptr<const std::string>& taskName,
                                                         MSPITimephasedSpans& spans) const {
     const auto& conversions = _mapper.conversions();
     for (auto record = assignment.firstChildElement("TimephasedData"); record;
@@ -96,8 +105,7 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         const auto start = stringValueForXQuery(record, "Start").value_or("");
         const auto finish = stringValueForXQuery(record, "Finish").value_or("");
         const auto value = stringValueForXQuery(record, "Value").value_or("");
-        boundsOfTask.addRepeatedText(taskName.size());
-        spans.emplace_back(std::string(taskName), type, conversions.mspdiToMppDateTime(start),
+        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start),
                            conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
     }
 }
@@ -142,7 +150,7 @@ MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimepha
     };
     const auto& conversions = _mapper.conversions();
     setAttributeWithNameStringValue(task, "id", _mapper.getTempSplitTaskID());
-    _mapper.growthBounds().addRepeatedText(taskName.size());
+    _mapper.growthBounds().addRepeatedName(taskName.size());
     addChild("title", taskName);
     const auto scale = stretch.workScale() != 0 ? stretch.workScale() : 1.0;
     addChild("effort", MSPIUtilities::mppToKdzxDuration(stretch.duration() * scale));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -19,8 +20,8 @@ public:
     using MSPIObjectMapperBase::MSPIObjectMapperBase;
 
     // The pieces, owned by the caller, in order of time, with provisional ids; none for a task that is not split. Raises
-    // what `mergedSpans` and `joinedStretches` raise, what `MSPIGrowthBounds` raises for a long name in many spans and
-    // for many pieces of tasks that share a UID, and what the value getters raise for unreadable numbers.
+    // what `mergedSpans` and `joinedStretches` raise, what `MSPIGrowthBounds` raises for a long name of many
+    // pieces, for many pieces of tasks that share a UID and for assignments of many tasks, and what the value getters raise for unreadable numbers.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newSplitTasksFromMspdiTask(const MSPCFields& mspTask);
 
     // The latest end of all pieces this mapper has made; none while there are none.
@@ -28,8 +29,8 @@ public:
 
 private:
     MSPITimephasedSpans spansOfTask(std::int64_t uid, std::string_view taskName) const;
-    void collectSpansOfAssignment(const MSPCXMLNode& assignment, std::string_view taskName,
-                                  MSPIGrowthBounds& boundsOfTask, MSPITimephasedSpans& spans) const;
+    void collectSpansOfAssignment(const MSPCXMLNode& assignment, const std::shared_ptr<const std::string>& taskName,
+                                  MSPITimephasedSpans& spans) const;
     MSPITimephasedSpans stretchesOfSpans(MSPITimephasedSpans spans) const;
     MSPCXMLNewElement newTaskFromStretch(const MSPITimephasedDataInfo& stretch, std::string_view taskName) const;
 

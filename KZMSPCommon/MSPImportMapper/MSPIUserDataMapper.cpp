@@ -1,12 +1,18 @@
 #include "MSPIUserDataMapper.h"
 
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
 #include "MSPIMappingContext.h"
 
 namespace {
 
-// A date-time in its display form; any other text, or a date-time that has none, as it is. Nothing a value holds may
+// A date-time in its display form; any other text, or a date-time that has none, as it is. Deliberate: a text that looks
+// like a date becomes one, the phone number "555-123-4567" too, for the plan does not tell what it is. Nothing a value holds may
 // end the import, so only what is known to be a date is converted.
 std::string displayFormOf(std::string value, const MSPIUtilities& conversions) {
     if (!conversions.isMspdiDateTime(value)) {
@@ -16,28 +22,30 @@ std::string displayFormOf(std::string value, const MSPIUtilities& conversions) {
     return display ? std::move(*display) : value;
 }
 
-MSPIUserDataValue valueOf(const MSPCXMLNode& extendedAttribute, const MSPCXMLNode& definition,
+MSPIUserDataValue valueOf(const MSPCXMLNode& extendedAttribute, MSPICustomField& field,
                           const MSPIMappingContext& mapper) {
     auto value = stringValueForXQuery(extendedAttribute, "Value");
     if (!value) {
         return MSPINullValue{};
     }
-    if (mapper.isSavedBy2007OrLater()) {
-        // The type is not used: where one is given, the value's form is known and stays.
-        Error error;
-        static_cast<void>(intValueForXQuery(definition, "CFType", &error));
-        if (error) {
-            return displayFormOf(std::move(*value), mapper.conversions());
-        }
+    // The type is not used: where one is given, the value's form is known and stays.
+    if (mapper.isSavedBy2007OrLater() && !field.hasType()) {
+        return displayFormOf(std::move(*value), mapper.conversions());
     }
     return std::move(*value);
 }
 
-}  // namespace
+// The value of a field in one task or resource.
+struct FieldValue {
+    const MSPICustomField* field;
+    MSPIUserDataValue value;
+};
 
-MSPIUserData userDataFromExtendedAttributes(std::span<const MSPCXMLNode> extendedAttributes,
-                                            MSPIMappingContext& mapper) {
-    MSPIUserData userData;
+// One for each name, in the order in which they first appear. Names are compared by their numbers and not copied, since
+// thousands of short attributes may share a long one.
+std::vector<FieldValue> fieldValuesOf(std::span<const MSPCXMLNode> extendedAttributes, MSPIMappingContext& mapper) {
+    std::vector<FieldValue> values;
+    std::unordered_map<std::size_t, std::size_t> positions;  // by the number of the name
     for (const auto& attribute : extendedAttributes) {
         const auto fieldID = stringValueForXQuery(attribute, "FieldID");
         const auto definition =
@@ -45,16 +53,42 @@ MSPIUserData userDataFromExtendedAttributes(std::span<const MSPCXMLNode> extende
         if (!definition) {
             continue;
         }
-        auto name = stringValueForXQuery(definition, "Alias");
-        if (!name) {
-            name = stringValueForXQuery(definition, "FieldName");
+        auto& field = mapper.customFields().ofDefinition(definition);
+        if (!field.name()) {
+            continue;
         }
-        if (name) {
-            mapper.growthBounds().addRepeatedText(name->size());
-            userData.set(std::move(name), valueOf(attribute, definition, mapper));
-        }
+        const auto position = positions.try_emplace(field.nameNumber(), values.size()).first->second;
+        values.resize(std::max(values.size(), position + 1));
+        values[position] = {&field, valueOf(attribute, field, mapper)};
+    }
+    return values;
+}
+
+MSPIUserData userDataOf(std::vector<FieldValue> values, MSPIMappingContext& mapper) {
+    MSPIUserData userData;
+    for (auto& [field, value] : values) {
+        mapper.growthBounds().addRepeatedName(field->name()->size());
+        userData.set(field->name(), std::move(value));
     }
     return userData;
+}
+
+MSPICustomFields::RecordedKeys keysOf(const std::vector<FieldValue>& values,
+                                      const MSPIUserDataTOCElements& userDataTOCElements, std::string_view tag) {
+    const auto recorded = userDataTOCElements.find(std::string(tag));
+    MSPICustomFields::RecordedKeys keys{
+        recorded == userDataTOCElements.end() ? MSPCXMLNode() : recorded->second.node(), {}};
+    for (const auto& value : values) {
+        keys.nameNumbers.push_back(value.field->nameNumber());
+    }
+    return keys;
+}
+
+}  // namespace
+
+MSPIUserData userDataFromExtendedAttributes(std::span<const MSPCXMLNode> extendedAttributes,
+                                            MSPIMappingContext& mapper) {
+    return userDataOf(fieldValuesOf(extendedAttributes, mapper), mapper);
 }
 
 MSPCXMLNewElement MSPIUserDataMapper::newUserDataFromDictionary(const MSPIUserData& userData) const {
@@ -101,13 +135,28 @@ bool MSPIUserDataMapper::setUserDataTOCElementsForTagFromDictionary(std::optiona
 bool addUserDataOfExtendedAttributesToElement(std::span<const MSPCXMLNode> extendedAttributes,
                                               const MSPCXMLNode& kdzxObject, std::string_view tag,
                                               MSPIUserDataTOCElements& userDataTOCElements, MSPIMappingContext& mapper) {
-    const auto userData = userDataFromExtendedAttributes(extendedAttributes, mapper);
-    if (userData.isEmpty()) {
+    auto values = fieldValuesOf(extendedAttributes, mapper);
+    if (values.empty()) {
         return false;
     }
+    // Most tasks have the fields of the task before them, whose keys are recorded already.
+    auto keys = keysOf(values, userDataTOCElements, tag);
+    auto& recorded = mapper.customFields().recordedKeys(tag);
+    const bool isRecorded = keys.element && keys == recorded;
+    const bool hasValues = std::any_of(values.begin(), values.end(), [](const auto& value) {
+        return !std::holds_alternative<MSPINullValue>(value.value);
+    });
+    if (isRecorded && !hasValues) {
+        return true;
+    }
+    const auto userData = userDataOf(std::move(values), mapper);
     MSPIUserDataMapper userDataMapper(userDataTOCElements, mapper.kdzxDocument());
     if (auto element = userDataMapper.newUserDataFromDictionary(userData)) {
         MSPCXMLNode(kdzxObject).appendChild(std::move(element));
     }
-    return userDataMapper.setUserDataTOCElementsForTagFromDictionary(tag, userData);
+    if (!isRecorded) {
+        userDataMapper.setUserDataTOCElementsForTagFromDictionary(tag, userData);
+        recorded = {userDataTOCElements.at(std::string(tag)).node(), std::move(keys.nameNumbers)};
+    }
+    return true;
 }

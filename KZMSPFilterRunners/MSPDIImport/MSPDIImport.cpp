@@ -17,12 +17,12 @@ int main(int argumentCount, char** arguments) {
     MSPCProcessGuard::endAtLackOfMemory();
     static MSPCStandardErrorLog log("MSPDIImport");  // large, and the stack may be small
     const MSPCProcessGuard guard(log);
+    auto timeZone = MSPCTimeZone::ofProcess(log);
     const MSPCSystemClock clock;
     const auto settingsFolder = MSPCSettingsFolder(std::getenv("XDG_CONFIG_HOME"), std::getenv("HOME"));
     const MSPCSettingsFile settings(settingsFolder, "org.kadenza.Kadenza2.MSPImportMSPDI", log);
     MSPCDiskFileSystem fileSystem;
     MSPCCryptoRandomSource randomSource;
-    auto timeZone = MSPCTimeZone::fromEnvironment(std::getenv("TZ"), log);
     MSPCProgressLine progress(log, std::getenv("TERM"));
     const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource, progress};
     return MSPDIImportRunner(services).run({arguments, arguments + argumentCount});

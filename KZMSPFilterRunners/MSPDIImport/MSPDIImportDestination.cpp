@@ -9,7 +9,7 @@
 namespace {
 
 std::string folderOfInput(const std::string& inputPath, const MSPCFileSystem& fileSystem) {
-    auto folder = pathByDeletingLastComponent(inputPath);
+    auto folder = pathByDeletingLastComponent(fileSystem.absolutePath(inputPath));
     if (!fileSystem.isDirectory(folder)) {
         throw MSPCInternalInconsistency(
             fmt::format("*** ERROR: Failed to get directory from input path: {}", inputPath));
@@ -31,11 +31,11 @@ bool leadsThrough(std::string path, const std::string& destination, const MSPCFi
 
 std::string MSPDIOutputFolder(const std::string& inputPath, const std::optional<std::string>& outputFolder,
                               const MSPCFileSystem& fileSystem) {
-    auto folder = outputFolder ? fileSystem.standardizedPath(*outputFolder) : folderOfInput(inputPath, fileSystem);
+    const auto folder = outputFolder ? fileSystem.standardizedPath(*outputFolder) : folderOfInput(inputPath, fileSystem);
     if (!fileSystem.isDirectory(folder)) {
         throw FileNotFoundException(fmt::format("Output directoty not found: {}", folder));
     }
-    return folder;
+    return fileSystem.absolutePath(folder);
 }
 
 std::string MSPDIBundlePath(const std::string& folder, const std::string& inputPath, bool includesInputExtension) {

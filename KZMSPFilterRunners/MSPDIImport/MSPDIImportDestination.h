@@ -5,8 +5,8 @@
 
 class MSPCFileSystem;
 
-// The folder that a bundle is written to, standardized: the one given on the command line, else the input file's own.
-// `inputPath` is standardized. Raises
+// The absolute path of the folder that a bundle is written to: the one given on the command line, else the input file's
+// own. `inputPath` is standardized, and may be relative as the folder may be; the failures show them so. Raises
 //   MSPCInternalInconsistency "*** ERROR: Failed to get directory from input path: <input path>"
 //   FileNotFoundException "Output directoty not found: <folder>"   when it is missing or no folder
 [[nodiscard]] std::string MSPDIOutputFolder(const std::string& inputPath,

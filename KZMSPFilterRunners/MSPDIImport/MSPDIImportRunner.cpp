@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -23,7 +24,7 @@ int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
     try {
         importAll(MSPDIParseArguments(arguments));
     } catch (const MSPCException& exception) {
-        _services.log.log(fmt::format("Exception: {}\n{}", exception.name(), exception.reason()));
+        _services.log.log("Exception: {}\n{}", exception.name(), exception.message());
     } catch (const std::bad_alloc&) {
         _services.log.log("Exception: std::bad_alloc\nNot enough memory.");
         _lastResult = false;
@@ -37,7 +38,7 @@ int MSPDIImportRunner::run(const std::vector<std::string>& arguments) {
 
 void MSPDIImportRunner::bringToDisk() {
     if (const auto failure = _services.fileSystem.synchronize(_outputFolders)) {
-        _services.log.log(fmt::format("WARNING: Failed to bring the bundles to the disk: {}", *failure));
+        _services.log.log("WARNING: Failed to bring the bundles to the disk: {}", *failure);
         _lastResult = false;
     }
 }
@@ -49,9 +50,12 @@ void MSPDIImportRunner::readSettings() {
 
 void MSPDIImportRunner::importAll(const MSPDIImportArguments& arguments) {
     const auto templateURL = checkedTemplateURL(arguments.templatePath);
-    _services.log.log(fmt::format("KDZX Template URL: '{}'", templateURL.absoluteString()));
+    _services.log.log("KDZX Template URL: '{}'", templateURL.absoluteString());
     const auto entries = inputFiles(arguments);
     MSPDICheckInputFiles(entries);
+    if (std::ranges::none_of(entries, MSPDIIsInputEntry)) {
+        _services.log.log("WARNING: Nothing to import: '{}' names no plan.", arguments.inputPath.value_or(""));
+    }
     for (const auto& entry : entries) {
         if (MSPDIIsInputEntry(entry)) {
             importEntry(entry, templateURL, arguments);
@@ -67,7 +71,7 @@ MSPCURL MSPDIImportRunner::checkedTemplateURL(const std::string& templatePath) c
     if (!_services.fileSystem.isDirectory(path)) {
         throw FileNotFoundException(fmt::format("KDZX template doc folder not found: {}", path));
     }
-    return MSPCURL::fileURL(path, true);
+    return MSPCURL::fileURL(_services.fileSystem.absolutePath(path), true);
 }
 
 std::vector<std::string> MSPDIImportRunner::inputFiles(const MSPDIImportArguments& arguments) const {
@@ -75,7 +79,7 @@ std::vector<std::string> MSPDIImportRunner::inputFiles(const MSPDIImportArgument
         return listedInputFiles(arguments);
     }
     const auto& inputFile = *arguments.inputPath;
-    _services.log.log(fmt::format("### Import single file: \"{}\"", inputFile));
+    _services.log.log("### Import single file: \"{}\"", inputFile);
     return {inputFile};
 }
 
@@ -88,7 +92,7 @@ std::vector<std::string> MSPDIImportRunner::listedInputFiles(const MSPDIImportAr
     auto lines = MSPDIReadInputList(path, _services.fileSystem);
     for (const auto& line : lines) {
         if (MSPDIIsInputEntry(line)) {
-            _services.log.log(fmt::format("    \"{}\"", line));
+            _services.log.log("    \"{}\"", line);
         }
     }
     return lines;
@@ -96,24 +100,24 @@ std::vector<std::string> MSPDIImportRunner::listedInputFiles(const MSPDIImportAr
 
 void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& templateURL,
                                     const MSPDIImportArguments& arguments) {
-    const auto inputPath = checkedInputPath(entry);
+    const auto checkedPath = checkedInputPath(entry);
+    const auto inputPath = _services.fileSystem.absolutePath(checkedPath);
     const auto source = MSPCURL::fileURL(inputPath, false);
-    _services.log.log(fmt::format("### Import from URL: '{}'", source.absoluteString()));
+    _services.log.log("### Import from URL: '{}'", source.absoluteString());
 
-    const auto folder = MSPDIOutputFolder(inputPath, arguments.outputFolder, _services.fileSystem);
+    const auto folder = MSPDIOutputFolder(checkedPath, arguments.outputFolder, _services.fileSystem);
     const auto bundlePath = MSPDIBundlePath(folder, inputPath, _includesInputExtension);
-    if (_overwritesTarget) {
-        removeOldBundle(bundlePath, templateURL.path(), inputPath);
-    }
     const auto destination = MSPCURL::fileURL(bundlePath, true);
-    _services.log.log(fmt::format("### Write to URL (bundle): '{}'", destination.absoluteString()));
+    _services.log.log("### Write to URL (bundle): '{}'", destination.absoluteString());
 
     _outputFolders.insert(folder);
     MSPIImportInfo info;
     info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(inputPath));
     info.kdzxTemplateURL = templateURL;
+    info.replacesOldBundle = _overwritesTarget && mayBeReplaced(bundlePath, templateURL.path(), inputPath);
+    info.bundleNumbers = _bundleNumbers;
     _lastResult = _importFile(info, _services, source, destination);
-    _services.log.log(fmt::format("### Importer {}.", _lastResult ? "SUCCEEDED" : "FAILED"));
+    _services.log.log("### Importer {}.", _lastResult ? "SUCCEEDED" : "FAILED");
 }
 
 std::string MSPDIImportRunner::checkedInputPath(const std::string& entry) const {
@@ -122,7 +126,7 @@ std::string MSPDIImportRunner::checkedInputPath(const std::string& entry) const 
         throw CommandLineArgumentException(fmt::format("Input file is not XML: '{}'", entry));
     }
     auto path = _services.fileSystem.standardizedPath(entry);
-    if (!_services.fileSystem.exists(path)) {
+    if (!_services.fileSystem.leadsToAnything(path)) {
         throw FileNotFoundException(fmt::format("Input file not found: {}", path));
     }
     if (_services.fileSystem.isDirectory(path)) {
@@ -131,14 +135,10 @@ std::string MSPDIImportRunner::checkedInputPath(const std::string& entry) const 
     return path;
 }
 
-void MSPDIImportRunner::removeOldBundle(const std::string& bundlePath, const std::string& templatePath,
-                                        const std::string& inputPath) const {
-    auto& fileSystem = _services.fileSystem;
-    // Removing the template or the input would leave nothing to import; the import then takes a free numbered name.
-    const bool isKept = !fileSystem.exists(bundlePath) || MSPDIWouldBeRemoved(templatePath, bundlePath, fileSystem) ||
-                        MSPDIWouldBeRemoved(inputPath, bundlePath, fileSystem);
-    if (!isKept) {
-        // What cannot be removed is in the way like a bundle that is not overwritten.
-        static_cast<void>(fileSystem.remove(bundlePath));
-    }
+bool MSPDIImportRunner::mayBeReplaced(const std::string& bundlePath, const std::string& templatePath,
+                                      const std::string& inputPath) const {
+    // Without the template or the input nothing is left to import; the import then takes a free numbered name.
+    const auto& fileSystem = _services.fileSystem;
+    return !fileSystem.exists(bundlePath) || (!MSPDIWouldBeRemoved(templatePath, bundlePath, fileSystem) &&
+                                              !MSPDIWouldBeRemoved(inputPath, bundlePath, fileSystem));
 }

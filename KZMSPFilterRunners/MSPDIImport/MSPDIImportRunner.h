@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,13 +23,16 @@ using MSPDIFileImport = std::function<bool(const MSPIImportInfo&, const MSPCServ
 // One run of the program: settings, command line, template, input list, then one import per input file.
 //
 // Settings: `IncludeInputExtension` puts the input's extension in front of the bundle's (Plan.xml.kdzx),
-// `OverwriteFilterTarget` removes an existing destination first, unless that would take the template or the input away.
-// Both are off when absent.
+// `OverwriteFilterTarget` lets the new bundle replace an existing destination, unless that would take the template or
+// the input away. Both are off when absent.
+//
+// Where neither the list nor the argument names a plan (it is empty, or there are only comments) no import runs, and
+// the log says "WARNING: Nothing to import: '<argument>' names no plan.".
 //
 // The first failed check ends the run with the log line "Exception: <name>\n<reason>". A failed import does not: the
 // run goes on with the next file. Foreign exceptions pass, after everything that the run holds has been released.
-// When all files are done, what was written is brought to the disk, once for the whole run. Where that fails the log says
-// "WARNING: Failed to bring the bundles to the disk: '<folder>': <the system's description>" and the run has not
+// When all files are done, what was written is brought to the disk, once for the whole run. Where that fails the log
+// says "WARNING: Failed to bring the bundles to the disk: '<folder>': <the system's description>" and the run has not
 // succeeded.
 //
 // Failures raised here (the others are told where they are raised):
@@ -54,9 +60,8 @@ private:
     [[nodiscard]] std::vector<std::string> listedInputFiles(const MSPDIImportArguments& arguments) const;
     void importEntry(const std::string& entry, const MSPCURL& templateURL, const MSPDIImportArguments& arguments);
     [[nodiscard]] std::string checkedInputPath(const std::string& entry) const;
-    void removeOldBundle(const std::string& bundlePath, const std::string& templatePath,
-                         const std::string& inputPath) const;
-
+    [[nodiscard]] bool mayBeReplaced(const std::string& bundlePath, const std::string& templatePath,
+                                     const std::string& inputPath) const;
     void bringToDisk();
 
     const MSPCServices& _services;
@@ -65,4 +70,6 @@ private:
     bool _overwritesTarget = false;
     bool _lastResult = false;
     std::set<std::string> _outputFolders;  // of the imports so far
+    std::shared_ptr<std::map<std::string, std::uint64_t>> _bundleNumbers =
+        std::make_shared<std::map<std::string, std::uint64_t>>();
 };

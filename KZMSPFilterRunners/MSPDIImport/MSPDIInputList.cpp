@@ -6,6 +6,7 @@
 #include <array>
 #include <new>
 
+#include "MSPCCharacters.h"
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
 
@@ -20,36 +21,10 @@ std::size_t lineEndLength(std::string_view text) {
     return found == lineEnds.end() ? 0 : found->size();
 }
 
-bool isContinuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-// The length of the character at the start of a text as its first byte tells it; 0 when no character begins so.
-std::size_t characterLength(unsigned char first) {
-    if (first < 0x80U) {
-        return 1;
-    }
-    if (first >= 0xC2U && first < 0xE0U) {
-        return 2;
-    }
-    if ((first & 0xF0U) == 0xE0U) {
-        return 3;
-    }
-    return first >= 0xF0U && first < 0xF5U ? 4 : 0;
-}
-
-// Whether the first two bytes of a character leave the range of Unicode, name a surrogate, or are longer than needed.
-bool isOutOfRange(unsigned char first, unsigned char second) {
-    return (first == 0xE0U && second < 0xA0U) || (first == 0xEDU && second > 0x9FU) ||
-           (first == 0xF0U && second < 0x90U) || (first == 0xF4U && second > 0x8FU);
-}
-
 bool isUTF8(std::string_view text) {
     while (!text.empty()) {
-        const auto first = static_cast<unsigned char>(text.front());
-        const auto length = characterLength(first);
-        if (length == 0 || length > text.size() || !std::ranges::all_of(text.substr(1, length - 1), isContinuation) ||
-            (length > 2 && isOutOfRange(first, static_cast<unsigned char>(text[1])))) {
+        const auto length = MSPCLengthOfCharacter(text);
+        if (length == 0) {
             return false;
         }
         text.remove_prefix(length);
@@ -81,7 +56,7 @@ bool MSPDIIsInputEntry(std::string_view line) {
 }
 
 std::vector<std::string> MSPDIReadInputList(const std::string& path, const MSPCFileSystem& fileSystem) {
-    if (!fileSystem.exists(path) || fileSystem.isDirectory(path)) {
+    if (!fileSystem.leadsToAnything(path) || fileSystem.isDirectory(path)) {
         throw FileNotFoundException(fmt::format("Input list not found or it is a directory: {}", path));
     }
     const auto text = fileSystem.readFile(path);

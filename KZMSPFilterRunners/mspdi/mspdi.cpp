@@ -16,11 +16,11 @@ int main(int argumentCount, char** arguments) {
     MSPCProcessGuard::endAtLackOfMemory();
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
     const MSPCProcessGuard guard(log);
+    auto timeZone = MSPCTimeZone::ofProcess(log);
     const MSPCSystemClock clock;
     const MSPCSettingsFile settings({}, "none", log);  // it has no settings
     MSPCDiskFileSystem fileSystem;
     MSPCCryptoRandomSource randomSource;
-    auto timeZone = MSPCTimeZone::fromEnvironment(std::getenv("TZ"), log);
     const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource};
     const auto* noColor = std::getenv("NO_COLOR");
     const bool isColored = MSPCIsStandardOutputTerminal() && (noColor == nullptr || *noColor == '\0');

@@ -1,13 +1,16 @@
 // A shared object that is preloaded into the program and lets one of its calls of the system fail. KZMSP_FAULT tells
 // which: "<kind> <n> <errno>" for the n-th call of a kind, "space <bytes> <errno>" for every write once that many bytes
 // have been written, "slow 0 0" for no fault but two milliseconds before every change of the disk, so that a test meets
-// the moments between them. KZMSP_FAULT_MARK names a file that is made when the fault strikes, so that a test can tell the end
+// the moments between them, "plain-rename <n> <errno>" for a file system of the network, whose locks nobody else sees and
+// which knows no flags of renaming (that error), nor the n-th plain renaming if n is not 0. KZMSP_FAULT_MARK names a file that is made when the fault strikes, so that a test can tell the end
 // of the calls. Writes to standard error are left alone, for the log tells the test what happened.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -30,6 +33,7 @@ std::size_t largeAllocation = 4'096;  // KZMSP_FAULT_LARGE, where that is given
 char faultyKind[32] = "";
 long callsLeft = 0;  // of the kind, the faulty one included; bytes for the kind "space"
 int faultError = 0;
+long renamesSoFar = 0;
 
 // Other constructors allocate before this one runs; they are not counted.
 __attribute__((constructor)) void readFault() {
@@ -182,9 +186,33 @@ int rename(const char* from, const char* to) {
     return strikes("rename") ? -1 : static_cast<int>(::syscall(SYS_rename, from, to));
 }
 
+int renameat(int oldFolder, const char* from, int newFolder, const char* to) {
+    delayIfAsked();
+    return strikes("rename") ? -1 : static_cast<int>(::syscall(SYS_renameat, oldFolder, from, newFolder, to));
+}
+
+int renameat2(int oldFolder, const char* from, int newFolder, const char* to, unsigned flags) {
+    delayIfAsked();
+    if (flags != 0 && isFaulty("plain-rename")) {
+        errno = faultError;
+        return -1;
+    }
+    if (flags == 0 && isFaulty("plain-rename") && callsLeft > 0 && ++renamesSoFar == callsLeft) {
+        mark();
+        errno = EXDEV;
+        return -1;
+    }
+    return strikes("rename") ? -1 : static_cast<int>(::syscall(SYS_renameat2, oldFolder, from, newFolder, to, flags));
+}
+
 int mkdir(const char* path, mode_t mode) {
     delayIfAsked();
     return strikes("mkdir") ? -1 : static_cast<int>(::syscall(SYS_mkdir, path, mode));
+}
+
+int mkdirat(int folder, const char* path, mode_t mode) {
+    delayIfAsked();
+    return strikes("mkdir") ? -1 : static_cast<int>(::syscall(SYS_mkdirat, folder, path, mode));
 }
 
 int link(const char* from, const char* to) {
@@ -193,6 +221,25 @@ int link(const char* from, const char* to) {
 
 int symlink(const char* target, const char* path) {
     return strikes("link") ? -1 : static_cast<int>(::syscall(SYS_symlink, target, path));
+}
+
+int symlinkat(const char* target, int folder, const char* path) {
+    return strikes("link") ? -1 : static_cast<int>(::syscall(SYS_symlinkat, target, folder, path));
+}
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"  // a struct has the same name
+int flock(int file, int operation) {
+    return strikes("lock") ? -1 : static_cast<int>(::syscall(SYS_flock, file, operation));
+}
+#pragma GCC diagnostic pop
+
+int fstatfs(int file, struct statfs* status) {
+    const auto result = static_cast<int>(::syscall(SYS_fstatfs, file, status));
+    if (isFaulty("plain-rename") && result == 0) {
+        status->f_type = NFS_SUPER_MAGIC;
+    }
+    return strikes("stat") ? -1 : result;
 }
 
 ssize_t readlink(const char* path, char* buffer, std::size_t size) {
@@ -204,6 +251,7 @@ int unlink(const char* path) {
 }
 
 int unlinkat(int folder, const char* path, int flags) {
+    delayIfAsked();
     return strikes("unlink") ? -1 : static_cast<int>(::syscall(SYS_unlinkat, folder, path, flags));
 }
 
@@ -221,6 +269,10 @@ int stat(const char* path, struct stat* status) {
 
 int lstat(const char* path, struct stat* status) {
     return strikes("stat") ? -1 : next(&lstat, "lstat")(path, status);
+}
+
+int fstatat(int folder, const char* path, struct stat* status, int flags) {
+    return strikes("stat") ? -1 : next(&fstatat, "fstatat")(folder, path, status, flags);
 }
 
 int fstat(int file, struct stat* status) {

@@ -34,23 +34,23 @@ protected:
     }
 
     // Starts an import, ends it with a signal after a random time and judges what it leaves on the disk.
-    ProgramEnd importEndedBy(int signal) {
+    ProgramEnd importEndedBy(int signal, bool replacesOldBundle = false) {
         resetOutput();
+        if (replacesOldBundle) {
+            addOldBundle();
+        }
         SpawnedProgram program(importOf("Plan.xml", slowDisk));
-        std::this_thread::sleep_for(Microseconds(_delay(_random)));
+        waitSomeTime();
         program.send(signal);
         auto end = program.wait();
         removeTemporaryItems();
         EXPECT_EQ(changeOutsideTheBundle(), "") << end.log;
-        if (fs::exists(bundle)) {
-            EXPECT_EQ(check->complaintAboutRemains(bundle), "") << end.log;
-        }
         return end;
     }
 
-    // What nobody can clean up after a kill: it has a name of its own, which no program takes for a document.
+    // What is left at once after a kill has names of its own, which no program takes for a document.
     void removeTemporaryItems() {
-        static const std::regex name(R"(\.MSPDIImport-\d+-\d+\.tmp)");
+        static const std::regex name(R"(\.MSPDIImport-(\d+-\d+|Plan\.kdzx)\.tmp)");
         std::vector<fs::path> found;
         for (const auto& entry : fs::recursive_directory_iterator(out)) {
             if (std::regex_match(entry.path().filename().string(), name)) {
@@ -61,6 +61,25 @@ protected:
             fs::remove_all(path);
         }
         temporaryItems += static_cast<int>(found.size());
+    }
+
+    // Signals at random moments; judges what is left.
+    void askToEnd(bool replacesOldBundle);
+    void waitSomeTime() { std::this_thread::sleep_for(Microseconds(_delay(_random))); }
+    void overwrite() const {
+        folder.addFile("home/.config/org.kadenza.Kadenza2.MSPImportMSPDI.toml", "OverwriteFilterTarget = true\n");
+    }
+    void addOldBundle() const {
+        folder.addFile("out/Plan.kdzx/Actual.xml", "old");
+        folder.addFile("out/Plan.kdzx/__TOC.xml", "old");
+        folder.addFile("out/Plan.kdzx/sub/old.txt", "old");
+    }
+    bool isOldBundle() const {
+        const FolderContent old{{"Actual.xml", "file of old"},
+                                {"__TOC.xml", "file of old"},
+                                {"sub", "folder"},
+                                {"sub/old.txt", "file of old"}};
+        return differenceOf(old, contentOf(bundle)).empty();
     }
 
     const std::map<std::string, std::string> slowDisk{{"LD_PRELOAD", KZMSP_FAULT_SHIM}, {"KZMSP_FAULT", "slow 0 0"}};
@@ -77,10 +96,24 @@ std::uintmax_t sizeOf(const fs::path& file) {
     return error ? 0 : size;
 }
 
-bool holdsTemporaryFile(const fs::path& folder) {
+// Whether any item below a folder, hidden ones included, has a name that begins so.
+bool holdsItem(const fs::path& folder, const std::string& nameBegin) {
+    std::error_code error;
+    for (auto entry = fs::recursive_directory_iterator(folder, error);
+         !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        if (entry->path().filename().native().starts_with(nameBegin)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Whether a document is being written in a bundle that is out of sight.
+bool isDocumentWritten(const fs::path& folder) {
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(folder, error)) {
-        if (entry.path().filename().native().starts_with(".MSPDIImport-")) {
+        if (entry.path().filename().native().starts_with(".MSPDIImport-") && entry.is_directory(error) &&
+            holdsItem(entry.path(), ".MSPDIImport-")) {
             return true;
         }
     }
@@ -93,7 +126,7 @@ bool isWholeLines(const std::string& log) {
 
 }  // namespace
 
-TEST_F(KillTest, leavesTheTemplatesDocumentsOrCompleteOnesWhenKilled) {
+TEST_F(KillTest, leavesNoBundleOrACompleteOneWhenKilled) {
     const int kills = countOf("KILLS", 200);
     int killed = 0;
     int withBundle = 0;
@@ -101,22 +134,67 @@ TEST_F(KillTest, leavesTheTemplatesDocumentsOrCompleteOnesWhenKilled) {
     for (; killed < kills && number < 3 * kills; ++number) {
         const auto end = importEndedBy(SIGKILL);
         killed += end.signal == SIGKILL ? 1 : 0;
-        withBundle += end.signal == SIGKILL && fs::exists(bundle) ? 1 : 0;
+        if (fs::exists(bundle)) {
+            EXPECT_EQ(check->complaintAboutComplete(bundle), "") << end.log;
+            withBundle += end.signal == SIGKILL ? 1 : 0;
+        }
         ASSERT_FALSE(HasFailure()) << "kill " << number;
     }
     EXPECT_EQ(killed, kills) << "of " << number;
-    EXPECT_GT(withBundle, kills / 10);
     RecordProperty("killed", killed);
     RecordProperty("killed_with_bundle", withBundle);
     RecordProperty("temporary_items", temporaryItems);
 }
 
-TEST_F(KillTest, endsWithTheLogWrittenAndNothingTemporaryLeftWhenAskedTo) {
+TEST_F(KillTest, leavesTheOldBundleOrTheNewOneWhenKilledWhileOverwriting) {
+    overwrite();
+    judgeByPresentState();
+    const int kills = countOf("KILLS", 200);
+    int killed = 0;
+    int old = 0;
+    for (int number = 0; killed < kills && number < 3 * kills; ++number) {
+        const auto end = importEndedBy(SIGKILL, true);
+        killed += end.signal == SIGKILL ? 1 : 0;
+        const bool isOld = isOldBundle();
+        old += isOld ? 1 : 0;
+        if (!isOld) {
+            EXPECT_EQ(check->complaintAboutComplete(bundle), "") << end.log;
+        }
+        ASSERT_FALSE(HasFailure()) << "kill " << number;
+    }
+    EXPECT_EQ(killed, kills);
+    EXPECT_GT(old, kills / 2);
+    RecordProperty("killed", killed);
+    RecordProperty("old_bundles", old);
+}
+
+TEST_F(KillTest, theNextImportTakesTheNameAndClearsUpWhatAKilledOneLeft) {
+    const int kills = countOf("KILLS", 200) / 10;
+    int leftovers = 0;
+    for (int number = 0; number < kills; ++number) {
+        resetOutput();
+        SpawnedProgram program(importOf("Plan.xml", slowDisk));
+        waitSomeTime();
+        program.send(SIGKILL);
+        static_cast<void>(program.wait());
+        leftovers += static_cast<int>(newItems().size());
+        const bool isDone = fs::exists(bundle);
+        const auto end = runImport();
+        EXPECT_EQ(end.status, 0) << end.log;
+        EXPECT_EQ(check->complaintAboutComplete(isDone ? out / "Plan-1.kdzx" : bundle), "");
+        fs::remove(isDone ? out / ".MSPDIImport-Plan.kdzx.tmp" : fs::path());  // goes with the name's next import only
+        EXPECT_EQ(newItems().size(), isDone ? 2U : 1U);
+        ASSERT_FALSE(HasFailure()) << "kill " << number;
+    }
+    EXPECT_GT(leftovers, kills / 2);
+}
+
+void KillTest::askToEnd(bool replacesOldBundle) {
     int asked = 0;
     const int signals = countOf("SIGNALS", 60);
     for (int number = 0; number < signals; ++number) {
         const int signal = std::array{SIGTERM, SIGINT, SIGHUP}.at(static_cast<std::size_t>(number) % 3);
-        const auto end = importEndedBy(signal);
+        const auto end = importEndedBy(signal, replacesOldBundle);
         if (end.signal != 0) {
             EXPECT_EQ(end.log, "") << "only before its first line may the program end like any other";
         } else if (end.status != 0) {
@@ -127,11 +205,25 @@ TEST_F(KillTest, endsWithTheLogWrittenAndNothingTemporaryLeftWhenAskedTo) {
         } else {
             EXPECT_EQ(check->complaintAboutComplete(bundle), "");
         }
+        if (end.status != 0 && fs::exists(bundle) && !(replacesOldBundle && isOldBundle())) {
+            EXPECT_EQ(check->complaintAboutComplete(bundle), "") << end.log;
+        }
+        EXPECT_EQ(fs::exists(bundle) || !replacesOldBundle, true);
         EXPECT_EQ(temporaryItems, 0) << end.log;
         ASSERT_FALSE(HasFailure()) << "signal " << number;
     }
     EXPECT_GT(asked, signals / 10);
     RecordProperty("asked", asked);
+}
+
+TEST_F(KillTest, endsWithTheLogWrittenAndNothingTemporaryLeftWhenAskedTo) {
+    askToEnd(false);
+}
+
+TEST_F(KillTest, endsWithTheOldBundleOrTheNewOneWhenAskedToWhileOverwriting) {
+    overwrite();
+    judgeByPresentState();
+    askToEnd(true);
 }
 
 TEST_F(KillTest, endsWithinASecondInTheMiddleOfALargePlan) {
@@ -142,11 +234,10 @@ TEST_F(KillTest, endsWithinASecondInTheMiddleOfALargePlan) {
                      [&file](std::string_view piece) { file.write(piece.data(), std::ssize(piece)); });
     }
     const fs::path log = folder / "log";
-    const auto largeBundle = out / "Large.kdzx";
     const std::pair<const char*, std::function<bool()>> moments[] = {
-        {"the plan is read", [&] { return fs::exists(largeBundle / "__TOC.xml"); }},
+        {"the plan is read", [&] { return holdsItem(out, "__TOC.xml"); }},
         {"tasks are mapped", [&] { return sizeOf(log) > 500'000; }},
-        {"a document is written", [&] { return holdsTemporaryFile(largeBundle); }},
+        {"a document is written", [&] { return isDocumentWritten(out); }},
     };
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         for (const auto& [name, isReached] : moments) {
@@ -165,7 +256,7 @@ TEST_F(KillTest, endsWithinASecondInTheMiddleOfALargePlan) {
             EXPECT_LT(Clock::now() - sent, std::chrono::seconds(1));
             EXPECT_EQ(end.status, 128 + signal) << "0 when the signal came too late";
             EXPECT_TRUE(isWholeLines(bytesOf(log)));
-            EXPECT_FALSE(holdsTemporaryFile(largeBundle));
+            EXPECT_TRUE(newItems().empty()) << "nothing stands under the name yet, and nothing hidden is left";
         }
     }
 }

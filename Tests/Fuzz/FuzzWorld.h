@@ -62,8 +62,8 @@ private:
 };
 
 class SilentLog final : public MSPCLog {
-public:
-    void log(std::string_view message) override { _characters += message.size(); }
+protected:
+    void write(std::string_view message) override { _characters += message.size(); }
 
 private:
     std::size_t _characters = 0;

@@ -84,7 +84,8 @@ void advanceIsThatOfAPlainWalk(const MSPEScheduleCalendar& calendar, const Quest
                                MSPEEdgeTime edgeTime) {
     constexpr std::int64_t days = 60;
     const auto start = plainStart(calendar, question.from, direction);
-    if (!addsUpExactly(question) || (start && start->timePeriod < 0)) {
+    const auto isWalked = start && start->timePeriod >= 0 && std::abs(start->date.secondsSince1970) < 0x1p40;
+    if (!addsUpExactly(question) || !isWalked) {
         return;
     }
     const auto plain = plainAdvance(calendar, question.from, question.duration, direction, edgeTime, days);

@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "CountedWork.h"
-#include "FuzzWorld.h"
-#include "MSPIXMLImporter.h"
+#include "ImportWork.h"
 #include "PlanGenerator.h"
 #include "ProcessTiming.h"
 
@@ -17,28 +14,12 @@
 
 namespace {
 
-std::string contentsOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-CountedWork workOfImporting(const PlanOptions& options) {
+CountedWork workOfPlan(const PlanOptions& options) {
     std::string plan;
     generatePlan(options, [&plan](std::string_view piece) { plan += piece; });
-    FuzzWorld world;
-    for (const std::string name : {"Actual.xml", "__TOC.xml"}) {
-        world.fileSystem.addFile("/share/Empty.kdzx/" + name, contentsOf(KZMSP_TEMPLATE "/" + name));
-    }
-    world.fileSystem.addFile("/home/me/Plan.xml", std::move(plan));
-    MSPIImportInfo info;
-    info.mspdiProjectName = "Plan";
-    info.kdzxTemplateURL = MSPCURL::fileURL("/share/Empty.kdzx", true);
-    const auto before = countedWork();
-    EXPECT_TRUE(MSPIXMLImporter(info, world.services)
-                    .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL("/home/me/Plan.xml", false),
-                                                       MSPCURL::fileURL("/home/me/Plan.kdzx", true)));
-    const auto after = countedWork();
-    return {after.steps - before.steps, after.bytes - before.bytes};
+    const auto [work, succeeded] = ::workOfImporting(std::move(plan));
+    EXPECT_TRUE(succeeded);
+    return work;
 }
 
 struct Kind {
@@ -52,7 +33,7 @@ struct Kind {
 // What the first import of a process alone costs, such as reading the zone database, is no growth.
 class Growth : public testing::Test {
 protected:
-    Growth() { static_cast<void>(workOfImporting({.tasks = 10, .timephasedRecords = 2, .baselines = 11})); }
+    Growth() { static_cast<void>(workOfPlan({.tasks = 10, .timephasedRecords = 2, .baselines = 11})); }
 };
 
 class GrowthOf : public Growth, public testing::WithParamInterface<Kind> {
@@ -63,7 +44,7 @@ protected:
         if (options.shape == PlanShape::ManyCustomFields) {
             options.definitions = tasks;
         }
-        return workOfImporting(options);
+        return workOfPlan(options);
     }
 };
 
@@ -105,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(Plans, GrowthOf, testing::ValuesIn(kinds), [](const aut
 
 TEST_F(Growth, isLinearInTheNumberOfBaselines) {
     constexpr double maxExponent = 1.05;
-    const auto workOf = [](std::int64_t baselines) { return workOfImporting({.tasks = 300, .baselines = baselines}); };
+    const auto workOf = [](std::int64_t baselines) { return workOfPlan({.tasks = 300, .baselines = baselines}); };
     const auto without = workOf(0);
     std::vector<double> counts;
     std::vector<double> steps;
@@ -121,9 +102,9 @@ TEST_F(Growth, isLinearInTheNumberOfBaselines) {
 }
 
 TEST_F(Growth, isCountedTheSameEveryTime) {
-    const auto work = workOfImporting({.tasks = 100});
-    const auto again = workOfImporting({.tasks = 100});
-    const auto ofTwice = workOfImporting({.tasks = 200});
+    const auto work = workOfPlan({.tasks = 100});
+    const auto again = workOfPlan({.tasks = 100});
+    const auto ofTwice = workOfPlan({.tasks = 200});
     EXPECT_GT(work.steps, 100'000U);
     EXPECT_GT(work.bytes, 100'000U);
     EXPECT_GT(ofTwice.steps, work.steps);

@@ -31,9 +31,8 @@ TEST_F(MemoryFileSystemTest, readsWhatTheMachineHas) {
 TEST_F(MemoryFileSystemTest, writesNothingToTheMachine) {
     const auto write = [](MSPCByteSink& sink) { sink.write("new"); };
     EXPECT_EQ(files.writeAtomically("/plans/Plan.xml", write), "Read-only file system");
-    EXPECT_EQ(files.remove("/plans/Plan.xml"), "Read-only file system");
     EXPECT_EQ(files.createFolder("/plans/more"), "Read-only file system");
-    EXPECT_EQ(files.copyFolder("/plans", "/copy"), "Read-only file system");
+    EXPECT_EQ(files.newFolder("/copy", false)->copyContent("/plans"), "Read-only file system");
     EXPECT_EQ(machine.contents("/plans/Plan.xml"), "<Project/>");
     EXPECT_FALSE(machine.exists("/plans/more"));
     EXPECT_FALSE(machine.exists("/copy"));
@@ -57,16 +56,44 @@ TEST_F(MemoryFileSystemTest, makesNoContentWhereNamesAreEnough) {
     EXPECT_TRUE(names.exists(std::string(folder) + "/Actual.xml"));
 }
 
-TEST_F(MemoryFileSystemTest, copiesAFolderOnceUnderAName) {
+TEST_F(MemoryFileSystemTest, aCopyAppearsOnceUnderItsName) {
     files.addFile("/(in memory)/Empty.kdzx/Actual.xml", "a");
     files.addFile("/(in memory)/Empty.kdzx/__TOC.xml", "t");
-    bool existed = true;
-    EXPECT_EQ(files.copyFolder("/(in memory)/Empty.kdzx", folder, &existed), std::nullopt);
-    EXPECT_FALSE(existed);
-    EXPECT_EQ(files.copyFolder("/(in memory)/Empty.kdzx", folder, &existed), "File exists");
-    EXPECT_TRUE(existed);
-    EXPECT_EQ(files.readFile(std::string(folder) + "/__TOC.xml"), "t");
-    EXPECT_EQ(files.remove(folder), std::nullopt);
-    EXPECT_EQ(files.remove(folder), "No such file or directory");
-    EXPECT_TRUE(files.exists("/(in memory)/Empty.kdzx/Actual.xml"));
+    const auto copy = files.newFolder(folder, false);
+    EXPECT_EQ(copy->copyContent("/(in memory)/Empty.kdzx"), std::nullopt);
+    const auto toc = std::string(folder) + "/__TOC.xml";
+    EXPECT_EQ(copy->writeAtomically(toc, [](auto& sink) { sink.write("new"); }), std::nullopt);
+    EXPECT_EQ(copy->readFile(toc), "new");
+    EXPECT_FALSE(files.exists(folder));
+    bool isTaken = true;
+    EXPECT_EQ(copy->appear(isTaken), std::nullopt);
+    EXPECT_FALSE(isTaken);
+    EXPECT_EQ(files.newFolder(folder, false), nullptr);
+    EXPECT_EQ(files.readFile(toc), "new");
+    EXPECT_EQ(files.readFile("/(in memory)/Empty.kdzx/__TOC.xml"), "t");
+}
+
+TEST_F(MemoryFileSystemTest, aCopyThatFindsItsNameTakenMayGetAnother) {
+    files.addFile("/(in memory)/Empty.kdzx/Actual.xml", "a");
+    const auto copy = files.newFolder(folder, false);
+    EXPECT_EQ(copy->copyContent("/(in memory)/Empty.kdzx"), std::nullopt);
+    files.addFile(std::string(folder) + "/Actual.xml", "other");
+    bool isTaken = false;
+    EXPECT_EQ(copy->appear(isTaken), "File exists");
+    EXPECT_TRUE(isTaken);
+    copy->setPath("/(in memory)/Plan-1.kdzx");
+    EXPECT_EQ(copy->appear(isTaken), std::nullopt);
+    EXPECT_EQ(files.readFile("/(in memory)/Plan-1.kdzx/Actual.xml"), "a");
+    EXPECT_EQ(files.readFile(std::string(folder) + "/Actual.xml"), "other");
+    EXPECT_EQ(files.readFile("/(in memory)/Empty.kdzx/Actual.xml"), "a");
+}
+
+TEST_F(MemoryFileSystemTest, aCopyReplacesWhatIsThereWhereAskedTo) {
+    files.addFile("/(in memory)/Empty.kdzx/Actual.xml", "a");
+    files.addFile(std::string(folder) + "/old.xml", "old");
+    const auto copy = files.newFolder(folder, true);
+    EXPECT_EQ(copy->copyContent("/(in memory)/Empty.kdzx"), std::nullopt);
+    bool isTaken = true;
+    EXPECT_EQ(copy->appear(isTaken), std::nullopt);
+    EXPECT_EQ(files.takeFilesBelow(folder), (std::map<std::string, std::string>{{"Actual.xml", "a"}}));
 }

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "InMemoryFileSystem.h"
-
 TEST(MSPIBundleNaming, scenariosAreNamedAfterTheirBaseline) {
     EXPECT_EQ(MSPIScenarioName(std::nullopt), "Actual");
     EXPECT_EQ(MSPIScenarioName(0), "Baseline");
@@ -36,31 +34,22 @@ TEST(MSPIBundleNaming, numbersStandBeforeTheLastExtension) {
     }
 }
 
-TEST(MSPIBundleNaming, aFreeNameIsTakenAsItIs) {
-    InMemoryFileSystem fileSystem;
-    fileSystem.addFolder("/out");
+TEST(MSPIBundleNaming, numbersAreCountedAndHaveNoBound) {
     MSPIBundleNaming naming("/out/Plan.kdzx");
-    naming.advanceToFreePath(fileSystem);
-    EXPECT_EQ(naming.path(), "/out/Plan.kdzx");
-}
-
-TEST(MSPIBundleNaming, foldersFilesAndDanglingLinksAllTakeAName) {
-    InMemoryFileSystem fileSystem;
-    fileSystem.addFolder("/out/Plan.kdzx");
-    fileSystem.addFile("/out/Plan-1.kdzx");
-    fileSystem.addLink("/out/Plan-2.kdzx", "/nowhere");
-    MSPIBundleNaming naming("/out/Plan.kdzx");
-    naming.advanceToFreePath(fileSystem);
-    EXPECT_EQ(naming.path(), "/out/Plan-3.kdzx");
-}
-
-TEST(MSPIBundleNaming, numbersHaveNoBound) {
-    InMemoryFileSystem fileSystem;
-    fileSystem.addFolder("/out/Plan.kdzx");
+    EXPECT_EQ(naming.number(), 0U);
     for (int number = 1; number <= 1234; ++number) {
-        fileSystem.addFolder("/out/Plan-" + std::to_string(number) + ".kdzx");
+        naming.advance();
     }
+    EXPECT_EQ(naming.number(), 1234U);
+    EXPECT_EQ(naming.path(), "/out/Plan-1234.kdzx");
+}
+
+TEST(MSPIBundleNaming, advancingNeverGoesBackNorStays) {
     MSPIBundleNaming naming("/out/Plan.kdzx");
-    naming.advanceToFreePath(fileSystem);
-    EXPECT_EQ(naming.path(), "/out/Plan-1235.kdzx");
+    naming.advanceTo(7);
+    EXPECT_EQ(naming.path(), "/out/Plan-7.kdzx");
+    naming.advanceTo(7);
+    EXPECT_EQ(naming.path(), "/out/Plan-8.kdzx");
+    naming.advanceTo(3);
+    EXPECT_EQ(naming.path(), "/out/Plan-9.kdzx");
 }

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <map>
+#include <memory>
 #include <new>
 #include <set>
 #include <stdexcept>
@@ -27,8 +30,8 @@ constexpr auto copyFailure =
     "Exception: KZMPPImporterException\n"
     "MSPIMPPImporter importFromMppURL:toKdzxBundleURL:Failed to copy KZ2 Template bundle to destination directory.\n";
 
-// One import of /in/Plan.xml into /out/Plan.kdzx with a mapping that writes the scenario's name into its document and an
-// entry into the table of contents, for the actual scenario and `baselinesWithData`.
+// One import of /in/Plan.xml into /out/Plan.kdzx with a mapping that writes the scenario's name into its document and
+// an entry into the table of contents, for the actual scenario and `baselinesWithData`.
 class MSPIXMLImporterTest : public testing::Test {
 protected:
     MSPIXMLImporterTest() {
@@ -181,10 +184,10 @@ TEST_F(MSPIXMLImporterTest, theTableOfContentsIsWrittenLast) {
     EXPECT_TRUE(import());
     log.ignoreLines();
     EXPECT_THAT(fileSystem.calls(),
-                ElementsAre("copyFolder /template/Empty.kdzx -> /out/Plan.kdzx", "readFile /in/Plan.xml",
+                ElementsAre("copyContent /template/Empty.kdzx -> /out/Plan.kdzx", "readFile /in/Plan.xml",
                             "readFile /out/Plan.kdzx/Actual.xml", "readFile /out/Plan.kdzx/__TOC.xml",
                             "writeAtomically /out/Plan.kdzx/Actual.xml", "writeAtomically /out/Plan.kdzx/Baseline3.xml",
-                            "writeAtomically /out/Plan.kdzx/__TOC.xml"));
+                            "writeAtomically /out/Plan.kdzx/__TOC.xml", "appear /out/Plan.kdzx"));
 }
 
 TEST_F(MSPIXMLImporterTest, aScenarioThatFailsTheCheckIsWrittenAllTheSame) {
@@ -219,7 +222,10 @@ TEST_F(MSPIXMLImporterTest, aNameThatAnotherRunTakesMeanwhileIsLeftToIt) {
     class RacingLog final : public MSPCLog {
     public:
         explicit RacingLog(InMemoryFileSystem& files) : _files(files) {}
-        void log(std::string_view message) override {
+        std::vector<std::string> outputs;
+
+    protected:
+        void write(std::string_view message) override {
             if (message == "Output: '/out/Plan.kdzx'") {
                 _files.addFile("/out/Plan.kdzx/Actual.xml", "another run's");
             }
@@ -227,7 +233,6 @@ TEST_F(MSPIXMLImporterTest, aNameThatAnotherRunTakesMeanwhileIsLeftToIt) {
                 outputs.emplace_back(message);
             }
         }
-        std::vector<std::string> outputs;
 
     private:
         InMemoryFileSystem& _files;
@@ -240,6 +245,115 @@ TEST_F(MSPIXMLImporterTest, aNameThatAnotherRunTakesMeanwhileIsLeftToIt) {
     EXPECT_THAT(racingLog.outputs, ElementsAre("Output: '/out/Plan.kdzx'", "Output: '/out/Plan-1.kdzx'"));
     EXPECT_EQ(written("Actual.xml"), "another run's");
     EXPECT_THAT(fileSystem.contents("/out/Plan-1.kdzx/Actual.xml"), HasSubstr("<scenario>Actual</scenario>"));
+}
+
+TEST_F(MSPIXMLImporterTest, nothingHasTheNameUntilAllIsWritten) {
+    baselinesWithData = {0};
+    const auto map = mapping;
+    mapping = [this, map](auto&&... arguments) {
+        EXPECT_FALSE(fileSystem.exists("/out/Plan.kdzx"));
+        return map(arguments...);
+    };
+    EXPECT_TRUE(import());
+    log.ignoreLines();
+    EXPECT_EQ(mapped.size(), 12U);
+    EXPECT_THAT(written("__TOC.xml"), HasSubstr("<entry>Baseline</entry>"));
+}
+
+TEST_F(MSPIXMLImporterTest, whatIsReplacedStandsUntilAllIsWritten) {
+    fileSystem.addFile("/out/Plan.kdzx/old.xml", "old");
+    info.replacesOldBundle = true;
+    const auto map = mapping;
+    mapping = [this, map](auto&&... arguments) {
+        EXPECT_EQ(written("old.xml"), "old");
+        return map(arguments...);
+    };
+    EXPECT_TRUE(import());
+    expectHead();
+    EXPECT_EQ(mapped.size(), 12U);
+    EXPECT_EQ(written("old.xml"), "(no file)");
+    EXPECT_THAT(written("Actual.xml"), HasSubstr("<scenario>Actual</scenario>"));
+}
+
+TEST_F(MSPIXMLImporterTest, aFailedImportReplacesWithWhatWasWritten) {
+    fileSystem.addFile("/out/Plan.kdzx/old.xml", "old");
+    info.replacesOldBundle = true;
+    mapping = [](auto&&...) -> std::optional<MSPCXMLDocument> { throw MSPIMapperException("Reason."); };
+    EXPECT_FALSE(import());
+    EXPECT_EQ(log.takeLines().back(), "Exception: MSPIMapperException\nReason.\n");
+    EXPECT_EQ(written("old.xml"), "(no file)");
+    EXPECT_EQ(written("Actual.xml"), "<scenario>template</scenario>");
+}
+
+TEST_F(MSPIXMLImporterTest, aTemplateThatCannotBeCopiedReplacesNothing) {
+    fileSystem.addFile("/out/Plan.kdzx/old.xml", "old");
+    info.replacesOldBundle = true;
+    fileSystem.failAlways("copyContent", "No space left on device");
+    EXPECT_FALSE(import());
+    EXPECT_EQ(log.takeLines().back(), std::string(copyFailure) + "No space left on device");
+    EXPECT_EQ(written("old.xml"), "old");
+}
+
+TEST_F(MSPIXMLImporterTest, whatCannotBeReplacedIsInTheWayLikeAnyOther) {
+    fileSystem.addFile("/out/Plan.kdzx/old.xml", "old");
+    fileSystem.fix("/out/Plan.kdzx");
+    info.replacesOldBundle = true;
+    EXPECT_TRUE(import());
+    expectHead("/out/Plan-1.kdzx");
+    EXPECT_EQ(written("old.xml"), "old");
+    EXPECT_THAT(fileSystem.contents("/out/Plan-1.kdzx/Actual.xml"), HasSubstr("<scenario>Actual</scenario>"));
+}
+
+TEST_F(MSPIXMLImporterTest, numberedNamesAreNeverReplaced) {
+    fileSystem.addFile("/out/Plan.kdzx/old.xml", "old");
+    fileSystem.addFile("/out/Plan-1.kdzx/old.xml", "old too");
+    fileSystem.fix("/out/Plan.kdzx");
+    info.replacesOldBundle = true;
+    EXPECT_TRUE(import());
+    expectHead("/out/Plan-2.kdzx");
+    EXPECT_EQ(fileSystem.contents("/out/Plan-1.kdzx/old.xml"), "old too");
+}
+
+TEST_F(MSPIXMLImporterTest, whatIsLeftOfAReplacedBundleIsToldOf) {
+    fileSystem.addFile("/out/Plan.kdzx/old.xml", "old");
+    fileSystem.keepRemainsAs("/out/.hidden");
+    info.replacesOldBundle = true;
+    EXPECT_TRUE(import());
+    EXPECT_EQ(log.takeLines().back(),
+              "WARNING: Failed to remove all of the document that was replaced: '/out/.hidden' is left.");
+}
+
+TEST_F(MSPIXMLImporterTest, aBundleThatCannotGetItsNameFailsTheImport) {
+    fileSystem.failAlways("appear", "Input/output error");
+    EXPECT_FALSE(import());
+    EXPECT_EQ(log.takeLines().back(),
+              "Exception: KZMPPImporterException\nFailed to write '/out/Plan.kdzx': Input/output error\n");
+    EXPECT_FALSE(fileSystem.exists("/out/Plan.kdzx"));
+}
+
+TEST_F(MSPIXMLImporterTest, theFirstFailureCountsWhereTheBundleCannotGetItsNameEither) {
+    fileSystem.failAlways("appear", "Input/output error");
+    mapping = [](auto&&...) -> std::optional<MSPCXMLDocument> { throw MSPIMapperException("Reason."); };
+    EXPECT_FALSE(import());
+    EXPECT_EQ(log.takeLines().back(), "Exception: MSPIMapperException\nReason.\n");
+}
+
+TEST_F(MSPIXMLImporterTest, manyPlansOfOneNameLookEachNameUpOnlyAFewTimes) {
+    constexpr int count = 300;
+    fileSystem.addFile("/out/Plan-7.kdzx", "of somebody else");
+    info.bundleNumbers = std::make_shared<std::map<std::string, std::uint64_t>>();
+    mapping = [](auto&&...) -> std::optional<MSPCXMLDocument> { return std::nullopt; };
+    for (int number = 0; number < count; ++number) {
+        EXPECT_FALSE(import());
+    }
+    // 0 to 300 without the 7; what another run makes meanwhile is seen.
+    EXPECT_TRUE(fileSystem.exists("/out/Plan-300.kdzx"));
+    EXPECT_FALSE(fileSystem.exists("/out/Plan-301.kdzx"));
+    EXPECT_LE(fileSystem.newFolders(), 3 * count);
+    fileSystem.addFolder("/out/Plan-301.kdzx");
+    log.ignoreLines();
+    EXPECT_FALSE(import());
+    expectHead("/out/Plan-302.kdzx");
 }
 
 TEST_F(MSPIXMLImporterTest, refusedLocationsAreNamedAndNothingIsCopied) {

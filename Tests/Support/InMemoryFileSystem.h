@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -12,7 +13,7 @@
 #include "MSPCPath.h"
 
 // A file system in memory that records what is done to it. The current folder is "/home/me", which is there from the
-// start. The operations that can fail (readFile, copyFolder, remove, createFolder, writeAtomically) are counted from 1
+// start. The operations that can fail (readFile, copyContent, createFolder, writeAtomically, appear) are counted from 1
 // and can be told to fail.
 class InMemoryFileSystem final : public MSPCFileSystem {
 public:
@@ -27,10 +28,10 @@ public:
 
     // Makes the counted call number `call` (1 is the next one) fail with that reason.
     void failAtCall(int call, std::string reason) { _failures[_calls + call] = std::move(reason); }
-    // Makes every counted call of that operation fail: "remove", "copyFolder" ...
+    // Makes every counted call of that operation fail: "readFile", "appear" ...
     void failAlways(const std::string& operation, std::string reason) { _broken[operation] = std::move(reason); }
 
-    // The counted calls so far, as "<operation> <path>" or "copyFolder <from> -> <to>", failed ones included.
+    // The counted calls so far, as "<operation> <path>" or "copyContent <from> -> <to>", failed ones included.
     [[nodiscard]] const std::vector<std::string>& calls() const { return _record; }
     [[nodiscard]] std::string contents(const std::string& path) const {
         const auto* node = find(path);
@@ -55,18 +56,21 @@ public:
         if (whole == "~" || whole.starts_with("~/")) {
             whole = "/home/me" + whole.substr(1);
         }
-        if (!whole.starts_with('/')) {
-            whole = "/home/me/" + whole;
-        }
         return withoutDots(whole);
     }
+    [[nodiscard]] std::string absolutePath(std::string_view path) const override {
+        const auto whole = standardizedPath(path);
+        return whole.empty() || whole.starts_with('/') ? whole : withoutDots("/home/me/" + whole);
+    }
+    [[nodiscard]] bool leadsToAnything(const std::string& path) const override { return !resolvedPath(path).empty(); }
     [[nodiscard]] bool exists(const std::string& path) const override { return find(path) != nullptr; }
     [[nodiscard]] bool isDirectory(const std::string& path) const override {
-        const auto* node = find(resolvedPath(path));
+        const auto resolved = resolvedPath(path);
+        const auto* node = resolved.empty() ? nullptr : find(resolved);
         return node && node->kind == Kind::Folder;
     }
     [[nodiscard]] std::string resolvedPath(const std::string& path) const override {
-        auto result = path;
+        auto result = absolutePath(path);
         for (int links = 0; links <= 40; ++links) {
             const auto next = withFirstLinkFollowed(result);
             if (next == result) {
@@ -83,48 +87,22 @@ public:
 
     [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
                                                       std::string* failure = nullptr) const override {
-        auto reason = begin("readFile", path);
-        const auto* node = find(resolvedPath(path));
-        if (!reason && (!node || node->kind != Kind::File)) {
-            reason = node ? "Is a directory" : "No such file or directory";
-        }
-        if (reason && failure) {
-            *failure = *reason;
-        }
-        return reason ? std::nullopt : std::optional(node->bytes);
+        return readFileAt(path, path, failure);
     }
 
-    [[nodiscard]] std::optional<std::string> copyFolder(const std::string& from, const std::string& to,
-                                                        bool* existedAlready = nullptr) override {
-        auto reason = begin("copyFolder", from + " -> " + to);
-        if (existedAlready) {
-            *existedAlready = !reason && exists(to);
-        }
-        if (reason) {
-            return reason;
-        }
-        if (exists(to)) {
-            return "File exists";
-        }
-        if (!isDirectory(from)) {
-            return "Not a directory";
-        }
-        const auto source = resolvedPath(from);
-        for (const auto& path : pathsBelow(source)) {
-            _nodes[to + path.substr(source.size())] = _nodes[path];
-        }
-        return std::nullopt;
+    // What a new folder holds is kept below "/hidden" until it appears.
+    [[nodiscard]] std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) override {
+        ++_newFolders;
+        const bool isTaken = exists(path) && !(replacesOld && !_fixed.contains(path));
+        return isTaken ? nullptr : std::make_unique<NewFolder>(*this, path, replacesOld);
     }
-    [[nodiscard]] std::optional<std::string> remove(const std::string& path) override {
-        if (const auto reason = begin("remove", path)) {
-            return reason;
-        }
-        if (!exists(path)) {
-            return "No such file or directory";
-        }
-        eraseTree(path);
-        return std::nullopt;
-    }
+    // How often a new folder was begun or refused, which is not counted as a call.
+    [[nodiscard]] int newFolders() const { return _newFolders; }
+    // From now on that path cannot be replaced.
+    void fix(const std::string& path) { _fixed.insert(path); }
+    // What remains of everything that is replaced.
+    void keepRemainsAs(std::string path) { _remains = std::move(path); }
+
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override {
         if (const auto reason = begin("createFolder", path)) {
             return reason;
@@ -135,22 +113,9 @@ public:
         addFolder(path);
         return std::nullopt;
     }
-    // The bytes are collected first, so what `produce` throws leaves the file as it was.
     [[nodiscard]] std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
-        if (const auto reason = begin("writeAtomically", path)) {
-            return reason;
-        }
-        StringSink sink;
-        produce(sink);
-        if (!isDirectory(pathByDeletingLastComponent(path))) {
-            return "No such file or directory";
-        }
-        if (const auto* node = find(path); node && node->kind == Kind::Folder) {
-            return "Is a directory";
-        }
-        _nodes[path] = {Kind::File, std::move(sink.bytes)};
-        return std::nullopt;
+        return writeAt(path, path, produce);
     }
 
     [[nodiscard]] std::optional<std::string> synchronize(const std::set<std::string>& folders) override {
@@ -163,6 +128,9 @@ public:
 
 private:
     std::vector<std::set<std::string>> _synchronized;
+    std::set<std::string> _fixed;
+    std::string _remains;
+    int _newFolders = 0;
     enum class Kind { File, Folder, Link };
     struct Node {
         Kind kind = Kind::File;
@@ -172,6 +140,95 @@ private:
         std::string bytes;
         void write(std::string_view more) override { bytes.append(more); }
     };
+
+    class NewFolder final : public MSPCNewFolder {
+    public:
+        NewFolder(InMemoryFileSystem& files, std::string path, bool replacesOld)
+            : _files(files), _path(std::move(path)), _replacesOld(replacesOld) {}
+        ~NewFolder() override { _files.eraseTree(_hidden); }
+        NewFolder(const NewFolder&) = delete;
+        NewFolder& operator=(const NewFolder&) = delete;
+
+        [[nodiscard]] std::optional<std::string> copyContent(const std::string& from) override {
+            if (const auto reason = _files.begin("copyContent", from + " -> " + _path)) {
+                return reason;
+            }
+            if (!_files.isDirectory(from)) {
+                return "Not a directory";
+            }
+            const auto source = _files.resolvedPath(from);
+            for (const auto& path : _files.pathsBelow(source)) {
+                _files._nodes[_hidden + path.substr(source.size())] = _files._nodes[path];
+            }
+            return std::nullopt;
+        }
+        [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
+                                                          std::string* failure = nullptr) const override {
+            return _files.readFileAt(path, hidden(path), failure);
+        }
+        [[nodiscard]] std::optional<std::string> writeAtomically(
+            const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
+            return _files.writeAt(path, hidden(path), produce);
+        }
+        [[nodiscard]] std::optional<std::string> appear(bool& isTaken) override {
+            isTaken = false;
+            if (const auto reason = _files.begin("appear", _path)) {
+                return reason;
+            }
+            isTaken = _files.exists(_path) && !_replacesOld;
+            if (isTaken) {
+                return "File exists";
+            }
+            _files.eraseTree(_path);
+            for (const auto& path : _files.pathsBelow(_hidden)) {
+                _files._nodes[_path + path.substr(_hidden.size())] = _files._nodes[path];
+            }
+            return std::nullopt;
+        }
+        void setPath(const std::string& path) override {
+            _path = path;
+            _replacesOld = false;
+        }
+        [[nodiscard]] std::string remainsOfReplaced() const override { return _replacesOld ? _files._remains : ""; }
+
+    private:
+        std::string hidden(const std::string& path) const { return _hidden + path.substr(_path.size()); }
+
+        InMemoryFileSystem& _files;
+        std::string _path;
+        bool _replacesOld;
+        const std::string _hidden = "/hidden";
+    };
+
+    [[nodiscard]] std::optional<std::string> readFileAt(const std::string& path, const std::string& place,
+                                                        std::string* failure) const {
+        auto reason = begin("readFile", path);
+        const auto* node = find(resolvedPath(place));
+        if (!reason && (!node || node->kind != Kind::File)) {
+            reason = node ? "Is a directory" : "No such file or directory";
+        }
+        if (reason && failure) {
+            *failure = *reason;
+        }
+        return reason ? std::nullopt : std::optional(node->bytes);
+    }
+    // The bytes are collected first, so what `produce` throws leaves the file as it was.
+    [[nodiscard]] std::optional<std::string> writeAt(const std::string& path, const std::string& place,
+                                                     const std::function<void(MSPCByteSink&)>& produce) {
+        if (const auto reason = begin("writeAtomically", path)) {
+            return reason;
+        }
+        StringSink sink;
+        produce(sink);
+        if (!isDirectory(pathByDeletingLastComponent(place))) {
+            return "No such file or directory";
+        }
+        if (const auto* node = find(place); node && node->kind == Kind::Folder) {
+            return "Is a directory";
+        }
+        _nodes[place] = {Kind::File, std::move(sink.bytes)};
+        return std::nullopt;
+    }
 
     // Counts and records a call; gives the reason when it is to fail.
     std::optional<std::string> begin(const std::string& operation, const std::string& operands) const {
@@ -200,11 +257,12 @@ private:
             }
             start = end + 1;
         }
+        const bool isAbsolute = path.starts_with('/');
         std::string result;
         for (const auto& component : components) {
-            result += "/" + component;
+            result += (isAbsolute || !result.empty() ? "/" : "") + component;
         }
-        return result.empty() ? "/" : result;
+        return result.empty() ? (isAbsolute ? "/" : ".") : result;
     }
 
     void add(const std::string& path, Node node) {

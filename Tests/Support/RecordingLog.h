@@ -14,14 +14,17 @@ public:
     RecordingLog() = default;
     RecordingLog(const RecordingLog&) = delete;
     RecordingLog& operator=(const RecordingLog&) = delete;
-    ~RecordingLog() override { EXPECT_EQ(_lines, std::vector<std::string>{}) << "log lines that the test did not read"; }
-
-    void log(std::string_view message) override { _lines.emplace_back(message); }
+    ~RecordingLog() override {
+        EXPECT_EQ(_lines, std::vector<std::string>{}) << "log lines that the test did not read";
+    }
 
     // The lines since the last call, in order.
     [[nodiscard]] std::vector<std::string> takeLines() { return std::exchange(_lines, {}); }
     // For tests that have nothing to say about the log.
     void ignoreLines() { _lines.clear(); }
+
+protected:
+    void write(std::string_view message) override { _lines.emplace_back(message); }
 
 private:
     std::vector<std::string> _lines;

@@ -296,8 +296,60 @@ TEST(Attacks, aLongHolidayThatEachResourceHasIsRefused) {
                             planOf({"<Resources>" + resources + "</Resources>", exceptions(LongException), ""}));
     EXPECT_EQ(import.status(), 1);
     EXPECT_TRUE(import.logHolds(
-        "Too many working times and calendar events in all schedules together: more than 1000000."));
-    expectWithin(import, 5, 600);
+        "Too many working times and calendar events in all schedules together: more than 10000000."));
+    expectWithin(import, 15, 3000);
+}
+
+// A kilobyte that wrote 555 MB: each of twelve scenarios had the 521,775 weeks.
+TEST(Attacks, aHolidayOfTenThousandYearsInTwelveScenariosIsRefused) {
+    std::string baselines;
+    for (int number = 0; number <= 10; ++number) {
+        baselines += "<Baseline><Number>" + std::to_string(number) + "</Number></Baseline>";
+    }
+    const PlanImport import("twelve-scenarios",
+                            planOf({"<Tasks>" + taskElement("1", baselines) + "</Tasks>",
+                                    exceptions(exception("0001-01-01T00:00:00", "9999-01-01T00:00:00")), ""}));
+    EXPECT_EQ(import.status(), 1);
+    EXPECT_TRUE(import.logHolds("Too many calendar events from '0001-01-01T00:00:00' to '9999-01-01T00:00:00'."));
+    expectWithin(import, 5, 400);
+}
+
+// What the plan itself holds is never too much, and what it multiplies not soon.
+TEST(Attacks, aLongAbsenceOfEachOfManyResourcesIsMapped) {
+    std::string calendars;
+    std::string resources;
+    for (int uid = 2; uid < 512; ++uid) {
+        const auto number = std::to_string(uid);
+        calendars += "<Calendar><UID>" + number + "</UID>" +
+                     exceptions(exception("1984-01-01T00:00:00", "2049-12-31T23:59:00")) + "</Calendar>";
+        resources += "<Resource><UID>" + number + "</UID><CalendarUID>" + number + "</CalendarUID></Resource>";
+    }
+    const PlanImport import("absences", planOf({"<Calendars>" + calendars + "</Calendars><Resources>" + resources +
+                                                    "</Resources>",
+                                                "", ""}));
+    EXPECT_EQ(import.status(), 0) << import.log().substr(0, 2000);
+    EXPECT_EQ(import.complaints(), "");
+    expectWithin(import, 10, 1000);
+}
+
+TEST(Attacks, aCalendarOfHolidaysThatManyResourcesShareIsMappedOnce) {
+    std::string holidays;
+    for (int day = 0; day < 370; ++day) {
+        const auto date = std::to_string(2010 + day / 28 / 12) + "-" + std::to_string(101 + day / 28 % 12).substr(1) +
+                          "-" + std::to_string(101 + day % 28).substr(1);
+        holidays += exception(date + "T00:00:00", date + "T23:59:00");
+    }
+    std::string resources;
+    for (int uid = 1; uid <= 2650; ++uid) {
+        resources += "<Resource><UID>" + std::to_string(uid) + "</UID><CalendarUID>2</CalendarUID></Resource>";
+    }
+    const PlanImport import("shared-calendar", planOf({"<Calendars><Calendar><UID>2</UID>" + exceptions(holidays) +
+                                                           "</Calendar></Calendars><Resources>" + resources +
+                                                           "</Resources>",
+                                                       "", ""}));
+    EXPECT_EQ(import.status(), 0) << import.log().substr(0, 2000);
+    EXPECT_EQ(import.texts("event").size(), 2650U * 370U);
+    expectWithin(import, 3, 500);
 }
 
 TEST(Attacks, aLongFieldNameThatEachTaskHasIsRefused) {

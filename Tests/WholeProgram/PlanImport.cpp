@@ -8,7 +8,8 @@
 
 namespace fs = std::filesystem;
 
-PlanImport::PlanImport(const std::string& testName, const std::function<void(std::ostream&)>& produce)
+PlanImport::PlanImport(const std::string& testName, const std::function<void(std::ostream&)>& produce,
+                       const Environment& environment)
     // Tests run at the same time, so a folder belongs to one of them.
     : _folder(fs::path(KZMSP_SCRATCH) / "plans" / testing::UnitTest::GetInstance()->current_test_info()->name() /
               testName) {
@@ -20,12 +21,13 @@ PlanImport::PlanImport(const std::string& testName, const std::function<void(std
         produce(file);
         EXPECT_TRUE(file.good()) << "the plan could not be written";
     }
-    _result = runProgram({"--template-path", KZMSP_TEMPLATE, "Plan.xml"}, _folder / "run", {{"TZ", "Europe/Berlin"}});
+    _result = runProgram({"--template-path", KZMSP_TEMPLATE, "Plan.xml"}, _folder / "run", environment);
     fs::remove(plan);
 }
 
-PlanImport::PlanImport(const std::string& testName, std::string_view plan)
-    : PlanImport(testName, [plan](std::ostream& file) { file << plan; }) {
+PlanImport::PlanImport(const std::string& testName, std::string_view plan, const Environment& environment)
+    : PlanImport(
+          testName, [plan](std::ostream& file) { file << plan; }, environment) {
 }
 
 PlanImport::~PlanImport() {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -9,13 +10,17 @@
 
 #include "ProgramRun.h"
 
-// One import of a made-up plan by the built program, in Europe/Berlin, with the delivered template. Its folder is taken
-// away at the end.
+// One import of a made-up plan by the built program, in Europe/Berlin or the environment given, with the delivered
+// template. Its folder is taken away at the end.
 class PlanImport {
 public:
+    using Environment = std::map<std::string, std::string>;
+    inline static const Environment InBerlin{{"TZ", "Europe/Berlin"}};
+
     // Writes the plan with `produce`, imports it as "Plan.xml" and removes the plan.
-    PlanImport(const std::string& testName, const std::function<void(std::ostream&)>& produce);
-    PlanImport(const std::string& testName, std::string_view plan);
+    PlanImport(const std::string& testName, const std::function<void(std::ostream&)>& produce,
+               const Environment& environment = InBerlin);
+    PlanImport(const std::string& testName, std::string_view plan, const Environment& environment = InBerlin);
     ~PlanImport();
     PlanImport(const PlanImport&) = delete;
     PlanImport& operator=(const PlanImport&) = delete;

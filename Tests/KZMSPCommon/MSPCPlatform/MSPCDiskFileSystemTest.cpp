@@ -1,11 +1,15 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <string_view>
 #include <thread>
 
 #include "MSPCFileSystem.h"
@@ -37,12 +41,26 @@ TEST_F(MSPCDiskFileSystem_standardizedPath, resolvesDotsAndSuperfluousSlashes) {
     }
 }
 
-TEST_F(MSPCDiskFileSystem_standardizedPath, takesARelativePathInTheCurrentFolder) {
+TEST_F(MSPCDiskFileSystem_standardizedPath, leavesARelativePathRelative) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"Plan.xml", "Plan.xml"},   {"./Plan.xml", "Plan.xml"}, {"a//b/", "a/b"},     {"a/../b/", "b"},
+        {"../Plan.xml", "../Plan.xml"}, {"a/../../b", "../b"},  {"../../b/..", "../.."}, {".", "."},
+        {"./", "."},                {"a/..", "."},              {"..", ".."},         {"a/./b/../c", "a/c"},
+    };
+    for (const auto& [path, expected] : rows) {
+        EXPECT_EQ(files.standardizedPath(path), expected) << path;
+    }
+}
+
+TEST_F(MSPCDiskFileSystem_standardizedPath, isMadeAbsoluteInTheCurrentFolder) {
     const auto before = std::filesystem::current_path();
-    std::filesystem::current_path(folder.path());
-    EXPECT_EQ(files.standardizedPath("Plan.xml"), folder / "Plan.xml");
-    EXPECT_EQ(files.standardizedPath("."), folder.path());
-    EXPECT_EQ(files.standardizedPath("a/../b/"), folder / "b");
+    folder.addFolder("inner");
+    std::filesystem::current_path(folder / "inner");
+    EXPECT_EQ(files.absolutePath("Plan.xml"), folder / "inner/Plan.xml");
+    EXPECT_EQ(files.absolutePath("../Plan.xml"), folder / "Plan.xml");
+    EXPECT_EQ(files.absolutePath("."), folder / "inner");
+    EXPECT_EQ(files.absolutePath("/a/../b"), "/b");
+    EXPECT_EQ(files.absolutePath(""), "");
     std::filesystem::current_path(before);
 }
 
@@ -68,7 +86,7 @@ TEST_F(MSPCDiskFileSystem_standardizedPath, asksTheUserListWhereHomeIsUnset) {
 }
 
 TEST_F(MSPCDiskFileSystem_standardizedPath, takesAnUnknownUserAsAnOrdinaryName) {
-    EXPECT_EQ(files.standardizedPath("~no-such-user/a"), std::filesystem::current_path().native() + "/~no-such-user/a");
+    EXPECT_EQ(files.standardizedPath("~no-such-user/a"), "~no-such-user/a");
 }
 
 TEST_F(MSPCDiskFileSystem_standardizedPath, leavesTheEmptyPathEmpty) {
@@ -103,6 +121,20 @@ TEST_F(MSPCDiskFileSystem_queries, followALinkToAFolderAndCountOneThatPointsNowh
     EXPECT_FALSE(files.isDirectory(folder / "dangling"));
 }
 
+TEST_F(MSPCDiskFileSystem_queries, tellLinksThatLeadNowhere) {
+    folder.addFile("a");
+    std::filesystem::create_symlink("a", folder / "live");
+    std::filesystem::create_symlink("none", folder / "dead");
+    std::filesystem::create_symlink("loop", folder / "loop");
+    for (const auto* name : {"a", "live", "."}) {
+        EXPECT_TRUE(files.leadsToAnything(folder / name)) << name;
+    }
+    for (const auto* name : {"dead", "loop", "none", "a/x"}) {
+        EXPECT_FALSE(files.leadsToAnything(folder / name)) << name;
+    }
+    EXPECT_TRUE(files.exists(folder / "dead"));
+}
+
 TEST_F(MSPCDiskFileSystem_queries, neverCutAPathAtAZeroByte) {
     const auto path = folder.addFile("a.xml") + std::string("\0.xml", 5);
     EXPECT_FALSE(files.exists(path));
@@ -111,7 +143,8 @@ TEST_F(MSPCDiskFileSystem_queries, neverCutAPathAtAZeroByte) {
     EXPECT_EQ(files.resolvedPath(path), "");
     EXPECT_EQ(files.createFolder(folder / "new" + std::string("\0x", 2)), "No such file or directory");
     EXPECT_EQ(files.writeAtomically(path, [](MSPCByteSink&) {}), "No such file or directory");
-    EXPECT_EQ(files.copyFolder(folder.path(), path), "No such file or directory");
+    EXPECT_EQ(files.newFolder(path, false)->copyContent(folder.path()),
+              "'" + path + "': No such file or directory");
 }
 
 TEST_F(MSPCDiskFileSystem_queries, knowOneFileUnderTwoNames) {
@@ -154,28 +187,6 @@ TEST_F(MSPCDiskFileSystem_readFile, readsWhatTellsNoSize) {
     EXPECT_NE(text->find("Pid:"), std::string::npos);
 }
 
-using MSPCDiskFileSystem_remove = MSPCDiskFileSystemTest;
-
-TEST_F(MSPCDiskFileSystem_remove, takesFilesAndWholeFolders) {
-    const auto file = folder.addFile("a");
-    folder.addFile("b/c/d");
-    EXPECT_EQ(files.remove(file), std::nullopt);
-    EXPECT_EQ(files.remove(folder / "b"), std::nullopt);
-    EXPECT_EQ(folder.listing(), "");
-}
-
-TEST_F(MSPCDiskFileSystem_remove, takesALinkAndLeavesItsTarget) {
-    folder.addFile("real/a", "kept");
-    std::filesystem::create_symlink("real", folder / "link");
-    EXPECT_EQ(files.remove(folder / "link"), std::nullopt);
-    EXPECT_EQ(folder.contents("real/a"), "kept");
-    EXPECT_EQ(folder.listing(), "real ");
-}
-
-TEST_F(MSPCDiskFileSystem_remove, failsWhereNothingIs) {
-    EXPECT_EQ(files.remove(folder / "none"), "No such file or directory");
-}
-
 using MSPCDiskFileSystem_createFolder = MSPCDiskFileSystemTest;
 
 TEST_F(MSPCDiskFileSystem_createFolder, makesTheFoldersAboveToo) {
@@ -216,6 +227,42 @@ TEST_F(MSPCDiskFileSystem_readFile, waitsForTheWriterOfAPipe) {
     });
     EXPECT_EQ(files.readFile(pipe), "late");
     late.join();
+}
+
+TEST_F(MSPCDiskFileSystem_readFile, goesOnAfterSignals) {
+    const auto pipe = folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int writer = ::open(pipe.c_str(), O_RDWR);
+    ASSERT_GE(writer, 0);
+    sigset_t alarm;
+    sigset_t maskBefore;
+    ::sigemptyset(&alarm);
+    ::sigaddset(&alarm, SIGALRM);
+    ::pthread_sigmask(SIG_BLOCK, &alarm, &maskBefore);  // for the writer
+    std::thread late([writer] {
+        for (const std::string_view piece : {"first ", "second ", "third"}) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(60));
+            EXPECT_EQ(::write(writer, piece.data(), piece.size()), std::ssize(piece));
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(60));
+        ::close(writer);
+    });
+    ::pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
+    static std::atomic<int> signals = 0;
+    struct sigaction action {};
+    struct sigaction actionBefore {};
+    action.sa_handler = [](int) { ++signals; };  // without SA_RESTART, every wait is interrupted
+    ::sigaction(SIGALRM, &action, &actionBefore);
+    const itimerval often{{0, 10'000}, {0, 10'000}};
+    const itimerval never{};
+    ::setitimer(ITIMER_REAL, &often, nullptr);
+    const auto text = files.readFile(pipe);
+    ::setitimer(ITIMER_REAL, &never, nullptr);
+    ::sigaction(SIGALRM, &actionBefore, nullptr);
+    ::pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
+    late.join();
+    EXPECT_EQ(text, "first second third");
+    EXPECT_GT(signals, 3);
 }
 
 using MSPCDiskFileSystem_synchronize = MSPCDiskFileSystemTest;

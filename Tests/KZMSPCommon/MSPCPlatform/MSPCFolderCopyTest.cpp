@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -8,8 +9,11 @@
 
 #include <csignal>
 #include <filesystem>
+#include <functional>
 
+#include "MSPCFileDescriptor.h"
 #include "MSPCFileSystem.h"
+#include "MSPCFolderCopy.h"
 #include "ScopedTempFolder.h"
 
 namespace fs = std::filesystem;
@@ -26,9 +30,17 @@ protected:
     std::string failureAt(const std::string& name, const std::string& description) const {
         return std::string("'").append(folder / name).append("'").append(description);
     }
-    std::optional<std::string> copy() {
-        return files.copyFolder(folder / "T.kdzx", folder / "Plan.kdzx", &existedAlready);
+    // Copies a folder, as a document is made of a template.
+    std::optional<std::string> copyTo(const std::string& path) {
+        const auto copy = files.newFolder(path, false);
+        existedAlready = copy == nullptr;
+        if (existedAlready) {
+            return "taken";
+        }
+        const auto failure = copy->copyContent(folder / "T.kdzx");
+        return failure ? failure : copy->appear(existedAlready);
     }
+    std::optional<std::string> copy() { return copyTo(folder / "Plan.kdzx"); }
 
     ScopedTempFolder folder;
     MSPCDiskFileSystem files;
@@ -87,7 +99,7 @@ TEST_F(MSPCFolderCopyTest, makesTheCopyWritableByItsOwner) {
 TEST_F(MSPCFolderCopyTest, neverReplacesWhatIsThere) {
     folder.addFile("T.kdzx/Actual.xml");
     folder.addFolder("Plan.kdzx");
-    EXPECT_EQ(copy(), failureAt("Plan.kdzx", ": File exists"));
+    EXPECT_EQ(copy(), "taken");
     EXPECT_TRUE(existedAlready);
     EXPECT_EQ(folder.listing("Plan.kdzx"), "");
     EXPECT_EQ(folder.listing(), "Plan.kdzx T.kdzx ");
@@ -96,7 +108,7 @@ TEST_F(MSPCFolderCopyTest, neverReplacesWhatIsThere) {
 TEST_F(MSPCFolderCopyTest, countsALinkThatPointsNowhereAsThere) {
     folder.addFile("T.kdzx/Actual.xml");
     fs::create_symlink("nowhere", folder / "Plan.kdzx");
-    EXPECT_EQ(copy(), failureAt("Plan.kdzx", ": File exists"));
+    EXPECT_EQ(copy(), "taken");
     EXPECT_TRUE(existedAlready);
     EXPECT_EQ(fs::read_symlink(folder / "Plan.kdzx"), "nowhere");
 }
@@ -111,7 +123,7 @@ TEST_F(MSPCFolderCopyTest, tellsOtherFailuresFromATakenName) {
 
 TEST_F(MSPCFolderCopyTest, failsWhereTheOutputFolderIsMissing) {
     folder.addFile("T.kdzx/Actual.xml");
-    EXPECT_EQ(files.copyFolder(folder / "T.kdzx", folder / "none/Plan.kdzx", &existedAlready),
+    EXPECT_EQ(copyTo(folder / "none/Plan.kdzx"),
               failureAt("none/Plan.kdzx", ": No such file or directory"));
     EXPECT_FALSE(existedAlready);
 }
@@ -153,9 +165,76 @@ TEST_F(MSPCFolderCopyTest, leavesNothingWhenItFailsHalfway) {
     EXPECT_EQ(folder.listing(), "T.kdzx ");
 }
 
+// What is a file when the folder is listed may be something else when it is copied.
+TEST_F(MSPCFolderCopyTest, refusesAFileThatBecameSomethingElse) {
+    const struct {
+        std::function<void(const std::string&)> replace;
+        const char* description;
+    } table[] = {
+        {[](const std::string& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); }, ": Invalid argument"},
+        {[](const std::string& path) { fs::create_directory(path); }, ": Invalid argument"},
+        {[](const std::string& path) { fs::create_symlink("Actual.xml", path); },
+         ": Too many levels of symbolic links"},
+        {[](const std::string&) {}, ": No such file or directory"},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.description);
+        fs::remove_all(folder.path());
+        folder.addFile("T.kdzx/Actual.xml", "actual");
+        const auto path = folder.addFile("T.kdzx/sub/file", "file");
+        MSPCFolderCopy changing(folder / "T.kdzx");
+        EXPECT_EQ(changing.list(), std::nullopt);
+        fs::remove(path);
+        row.replace(path);
+        const MSPCFileDescriptor target(::open(folder.addFolder("target").c_str(), O_RDONLY | O_DIRECTORY));
+        EXPECT_EQ(changing.copyInto(target.number()), failureAt("T.kdzx/sub/file", row.description));
+    }
+}
+
+TEST_F(MSPCFolderCopyTest, copiesAFileThatGrowsWithoutEndAsLongAsItWas) {
+    const auto path = folder.addFile("T.kdzx/growing", std::string(1'000'000, 'a'));
+    const pid_t writer = ::fork();
+    if (writer == 0) {
+        const MSPCFileDescriptor file(::open(path.c_str(), O_WRONLY | O_APPEND));
+        const std::string more(4'000'000, 'b');
+        for (int count = 0; count < 500; ++count) {  // so that it would take long, not for ever
+            static_cast<void>(file.write(more));
+        }
+        ::_exit(0);
+    }
+    const auto failure = copy();
+    const auto size = fs::file_size(folder / "Plan.kdzx/growing");
+    ::kill(writer, SIGKILL);
+    ::waitpid(writer, nullptr, 0);
+    EXPECT_EQ(failure, std::nullopt);
+    EXPECT_GE(size, 1'000'000U);
+    EXPECT_LT(size, 500'000'000U);
+}
+
+TEST_F(MSPCFolderCopyTest, failsWhereFoldersAreDeeperThanFilesMayBeOpen) {
+    std::string name = "T.kdzx";
+    for (int level = 0; level < 60; ++level) {
+        name += "/d";
+    }
+    folder.addFile(name + "/file", "deep");
+    EXPECT_EQ(copy(), std::nullopt);
+    EXPECT_EQ(folder.contents("Plan.kdzx" + name.substr(6) + "/file"), "deep");
+    fs::remove_all(folder / "Plan.kdzx");
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few{40, before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    const auto failure = copy();
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    ASSERT_TRUE(failure);
+    EXPECT_TRUE(failure->ends_with("': Too many open files")) << *failure;
+    fs::remove_all(folder / "T.kdzx");
+    EXPECT_EQ(folder.listing(), "");
+}
+
 TEST_F(MSPCFolderCopyTest, copiesIntoTheTemplateItselfWithoutEnd) {
     folder.addFile("T.kdzx/Actual.xml", "actual");
-    EXPECT_EQ(files.copyFolder(folder / "T.kdzx", folder / "T.kdzx/Plan.kdzx"), std::nullopt);
+    EXPECT_EQ(copyTo(folder / "T.kdzx/Plan.kdzx"), std::nullopt);
     EXPECT_EQ(folder.listing("T.kdzx/Plan.kdzx"), "Actual.xml ");
     EXPECT_EQ(folder.listing("T.kdzx"), "Actual.xml Plan.kdzx ");
 }

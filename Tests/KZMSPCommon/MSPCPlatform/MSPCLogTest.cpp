@@ -61,7 +61,7 @@ TEST_F(MSPCStandardErrorLogTest, putsTimeNameAndProcessInFrontOfEachMessage) {
         MSPCStandardErrorLog log("MSPDIImport");
         log.log("first");
         log.log("");
-        log.log("with {} and %v\nand a second line");
+        log.log("with {{}} and %v\nand a second line");
     }
     const auto front = "0000-00-00 00:00:00.000 MSPDIImport[" + std::to_string(::getpid()) + "] ";
     EXPECT_EQ(maskedLines(written()),
@@ -97,7 +97,7 @@ TEST_F(MSPCStandardErrorLogTest, collectsLinesAndLosesNone) {
         log.log("line 0");
         EXPECT_EQ(written(), "") << "one line is not worth a write of its own";
         for (int line = 1; line < count; ++line) {
-            log.log("line " + std::to_string(line));
+            log.log("line {}", line);
         }
     }
     const auto text = written();
@@ -145,7 +145,7 @@ TEST_F(MSPCStandardErrorLogTest, writesALineThatIsLargerThanItsBlock) {
         const ScopedDescriptor standardError(STDERR_FILENO, file);
         MSPCStandardErrorLog log("MSPDIImport");
         log.log("before");
-        log.log(large);
+        log.log("{}", large);
         log.log("after");
     }
     const auto text = written();

@@ -79,7 +79,7 @@ TEST_F(MSPCProcessGuardTest, endsSoonWhenNobodyReadsTheLog) {
     const int status = statusOf(
         [](MSPCStandardErrorLog& log) {
             for (int line = 0; line < 100; ++line) {
-                log.log(std::string(100, 'x'));
+                log.log("{}", std::string(100, 'x'));
             }
             ::raise(SIGTERM);
         },

@@ -114,6 +114,13 @@ TEST_F(MSPCProgressLineTest, goesAwayAtTheEndAndTheNextImportHasADelayAgain) {
     EXPECT_EQ(shown(), "");
 }
 
+TEST_F(MSPCProgressLineTest, whatCouldDriveTheTerminalIsEscaped) {
+    progress.beginScenario("a\n\x1b[2J\u202e");
+    now += 500ms;
+    progress.tasksDone(64, 1'000);
+    EXPECT_EQ(shown(), wipe + "a\\n\\x1b[2J\\u202e: 64 of 1000 tasks (6%)");
+}
+
 TEST_F(MSPCProgressLineTest, logLinesPassAboveIt) {
     log.log("before");
     static_cast<void>(shown());

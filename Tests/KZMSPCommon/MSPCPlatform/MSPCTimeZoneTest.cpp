@@ -4,11 +4,15 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <limits>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "RecordingLog.h"
+#include "ScopedEnvironment.h"
+#include "ScopedTempFolder.h"
 #include "UTCInstant.h"
 
 namespace {
@@ -27,6 +31,13 @@ struct OffsetCase {
 const MSPCInstant winter = utcInstant(2012, 1, 15, 12);
 const MSPCInstant summer = utcInstant(2012, 7, 15, 12);
 
+void checkOffsets(std::span<const OffsetCase> cases) {
+    for (const auto& [zone, instant, offset, daylightSaving] : cases) {
+        EXPECT_EQ(zoneNamed(zone).secondsFromGMT(instant), offset) << zone << ' ' << secondsOf(instant);
+        EXPECT_EQ(zoneNamed(zone).daylightSavingOffset(instant), daylightSaving) << zone << ' ' << secondsOf(instant);
+    }
+}
+
 }  // namespace
 
 TEST(MSPCTimeZone, offsetAndDaylightSavingPartAreThoseOfTheZoneAtTheInstant) {
@@ -39,19 +50,81 @@ TEST(MSPCTimeZone, offsetAndDaylightSavingPartAreThoseOfTheZoneAtTheInstant) {
         {"America/St_Johns", winter, -12'600, 0},
         {"America/St_Johns", summer, -9'000, 3600},
         {"Pacific/Marquesas", summer, -34'200, 0},
-        {"Europe/Dublin", winter, 0, 0},
-        {"Europe/Dublin", summer, 3600, 3600},
         {"Australia/Lord_Howe", winter, 39'600, 1800},  // summer there, of half an hour
         {"Australia/Lord_Howe", summer, 37'800, 0},
+    };
+    checkOffsets(cases);
+}
+
+TEST(MSPCTimeZone, daylightSavingIsWhatClocksAreAheadOfStandardTime) {
+    const OffsetCase cases[] = {
+        {"Antarctica/Troll", winter, 0, 0},
+        {"Antarctica/Troll", summer, 7200, 7200},
+        {"Europe/London", utcInstant(1941, 6, 1), 7200, 7200},  // double summer time of the war
+        {"Europe/Berlin", utcInstant(1945, 6, 1), 10'800, 7200},
+        {"America/New_York", utcInstant(1943, 1, 1), -14'400, 3600},  // war time, all the year
+        // Standard time changed when daylight saving began or ended.
+        {"Europe/Istanbul", utcInstant(2016, 8, 1), 10'800, 3600},
+        {"Europe/Istanbul", utcInstant(2016, 12, 1), 10'800, 0},
+        {"Pacific/Apia", utcInstant(2011, 12, 29), -36'000, 3600},
+        {"Pacific/Apia", utcInstant(2011, 12, 31), 50'400, 3600},
+        {"America/Grand_Turk", utcInstant(2018, 1, 1), -14'400, 0},
+        {"America/Grand_Turk", utcInstant(2018, 7, 1), -14'400, 3600},
+        {"America/Scoresbysund", utcInstant(2024, 7, 1), -3600, 3600},
+        {"America/Argentina/Buenos_Aires", utcInstant(1999, 12, 1), -10'800, 3600},
+    };
+    checkOffsets(cases);
+}
+
+TEST(MSPCTimeZone, winterBehindStandardTimeMakesTheSummerDaylightSaving) {
+    const OffsetCase cases[] = {
+        {"Europe/Dublin", winter, 0, 0},
+        {"Europe/Dublin", summer, 3600, 3600},
+        {"Europe/Dublin", utcInstant(2100, 1, 15), 0, 0},
+        {"Europe/Dublin", utcInstant(2100, 7, 15), 3600, 3600},
+        {"Europe/Dublin", utcInstant(1970, 1, 15), 3600, 0},  // standard time all the year from 1968 to 1971
+        {"Europe/Dublin", utcInstant(1972, 1, 15), 0, 0},
+        {"Europe/Dublin", utcInstant(1967, 7, 15), 3600, 3600},    // then summer time as elsewhere
         {"Africa/Windhoek", utcInstant(2000, 1, 15), 7200, 3600},  // from 1994 to 2017 the winter was an hour behind
         {"Africa/Windhoek", utcInstant(2000, 7, 15), 3600, 0},
         {"Africa/Windhoek", utcInstant(2018, 7, 15), 7200, 0},
         {"Africa/Windhoek", utcInstant(1992, 7, 15), 7200, 0},
     };
-    for (const auto& [zone, instant, offset, daylightSaving] : cases) {
-        EXPECT_EQ(zoneNamed(zone).secondsFromGMT(instant), offset) << zone << ' ' << instant.secondsSince1970;
-        EXPECT_EQ(zoneNamed(zone).daylightSavingOffset(instant), daylightSaving) << zone << ' ' << secondsOf(instant);
+    checkOffsets(cases);
+}
+
+// Morocco is behind its standard time during Ramadan, in 2026 from 15 February to 22 March.
+TEST(MSPCTimeZone, daylightSavingForMostOfTheYearIsNone) {
+    for (const char* zone : {"Africa/Casablanca", "Africa/El_Aaiun"}) {
+        const OffsetCase cases[] = {
+            {zone, utcInstant(2026, 1, 15), 3600, 0},   {zone, utcInstant(2026, 3, 1), 0, -3600},
+            {zone, utcInstant(2026, 7, 15), 3600, 0},   {zone, utcInstant(2018, 12, 1), 3600, 0},
+            {zone, utcInstant(2018, 8, 1), 3600, 3600},  // summer time until then
+            {zone, utcInstant(2018, 2, 1), 0, 0},       {zone, utcInstant(2090, 7, 15), 3600, 0},
+        };
+        checkOffsets(cases);
     }
+    const OffsetCase once[] = {{"Europe/Prague", utcInstant(1947, 1, 15), 0, -3600},  // in one winter alone
+                               {"Europe/Prague", utcInstant(1946, 11, 1), 3600, 0},
+                               {"Europe/Prague", utcInstant(1947, 7, 1), 7200, 3600}};
+    checkOffsets(once);
+}
+
+// What has changed in the world since the end of 2022, and zones that are younger.
+TEST(MSPCTimeZone, offsetsAreThoseOfTheMachinesDatabase) {
+    const auto june = utcInstant(2026, 6, 5, 8);
+    const auto january = utcInstant(2026, 1, 15);
+    const OffsetCase cases[] = {
+        {"America/Mexico_City", june, -21'600, 0}, {"Mexico/General", june, -21'600, 0},
+        {"Africa/Cairo", june, 10'800, 3600},      {"Asia/Almaty", june, 18'000, 0},
+        {"America/Asuncion", june, -10'800, 0},    {"America/Nuuk", january, -7200, 0},
+        {"America/Nuuk", june, -3600, 3600},       {"America/Scoresbysund", january, -7200, 0},
+        {"Pacific/Fiji", january, 43'200, 0},      {"Asia/Gaza", june, 10'800, 3600},
+        {"Asia/Hebron", january, 7200, 0},         {"Antarctica/Casey", june, 28'800, 0},
+        {"Antarctica/Vostok", june, 18'000, 0},    {"America/Ciudad_Juarez", june, -21'600, 3600},
+        {"America/Coyhaique", june, -10'800, 0},   {"America/Coyhaique", january, -10'800, 0},
+    };
+    checkOffsets(cases);
 }
 
 TEST(MSPCTimeZone, changesTakeEffectAtTheirVerySecond) {
@@ -165,34 +238,79 @@ TEST(MSPCTimeZone, fixedZoneHasOneOffset) {
 
 TEST(MSPCTimeZone, onlyNamesOfTheDatabaseNameAZone) {
     EXPECT_EQ(zoneNamed("Europe/Berlin").name(), "Europe/Berlin");
-    for (const char* name : {"", "Nowhere/Town", "GMT+5", "Etc/Unknown", "CET-1CEST", "\xFF"}) {
+    for (const char* name : {"", "Nowhere/Town", "GMT+5", "Etc/Unknown", "CET-1CEST", "\xFF", "Europe", "zone.tab"}) {
         EXPECT_FALSE(MSPCTimeZone::named(name)) << name;
     }
+    EXPECT_FALSE(MSPCTimeZone::named(std::string_view("UTC\0x", 5)));
 }
 
 TEST(MSPCTimeZone, environmentNamesTheZoneWithOrWithoutColon) {
     RecordingLog log;
     EXPECT_EQ(MSPCTimeZone::fromEnvironment("America/St_Johns", log).name(), "America/St_Johns");
     EXPECT_EQ(MSPCTimeZone::fromEnvironment(":America/St_Johns", log).name(), "America/St_Johns");
+    EXPECT_EQ(MSPCTimeZone::fromEnvironment(":America/St_Johns", log).secondsFromGMT(summer), -9'000);
+}
+
+TEST(MSPCTimeZone, emptyEnvironmentIsUTCSilently) {
+    RecordingLog log;
+    for (const char* tz : {"", ":"}) {
+        EXPECT_EQ(MSPCTimeZone::fromEnvironment(tz, log).name(), "UTC");
+        EXPECT_EQ(MSPCTimeZone::fromEnvironment(tz, log).secondsFromGMT(summer), 0);
+    }
 }
 
 TEST(MSPCTimeZone, environmentThatNamesNothingGivesUTCWithAWarning) {
     RecordingLog log;
-    EXPECT_EQ(MSPCTimeZone::fromEnvironment("Mars/Olympus", log).secondsFromGMT(summer), 0);
+    const auto zone = MSPCTimeZone::fromEnvironment("Mars/Olympus", log);
     EXPECT_EQ(log.takeLines(),
               std::vector<std::string>{"WARNING: Unknown time zone in TZ: 'Mars/Olympus'. UTC is used instead."});
-    EXPECT_EQ(MSPCTimeZone::fromEnvironment("", log).name(), "UTC");
-    EXPECT_EQ(log.takeLines(), std::vector<std::string>{"WARNING: Unknown time zone in TZ: ''. UTC is used instead."});
+    EXPECT_EQ(zone.name(), "UTC");
+    EXPECT_EQ(zone.secondsFromGMT(summer), 0);
 }
 
 TEST(MSPCTimeZone, missingEnvironmentGivesTheMachinesZoneSilently) {
     RecordingLog log;
-    // The test programs run with TZ=Europe/Berlin, which the machine's zone detection honours.
-    setenv("TZ", "Asia/Kolkata", 1);
-    tzset();
-    EXPECT_EQ(MSPCTimeZone::fromEnvironment(nullptr, log).secondsFromGMT(summer), 19'800);
-    unsetenv("TZ");
-    tzset();
-    const auto local = static_cast<std::time_t>(secondsOf(summer));
-    EXPECT_EQ(MSPCTimeZone::fromEnvironment(nullptr, log).secondsFromGMT(summer), std::localtime(&local)->tm_gmtoff);
+    const ScopedTempFolder folder;
+    const auto zone = folder / "localtime";
+    std::filesystem::create_symlink("/usr/share/zoneinfo/Asia/Kolkata", zone);
+    const MSPCZoneFiles files{"/usr/share/zoneinfo", zone};
+    EXPECT_EQ(MSPCTimeZone::fromEnvironment(nullptr, log, files).secondsFromGMT(summer), 19'800);
+    EXPECT_EQ(MSPCTimeZone::fromEnvironment(nullptr, log, files).name(), zone);
+    // A copy instead of a link.
+    std::filesystem::remove(zone);
+    std::filesystem::copy_file("/usr/share/zoneinfo/America/Coyhaique", zone);
+    EXPECT_EQ(MSPCTimeZone::fromEnvironment(nullptr, log, files).secondsFromGMT(utcInstant(2026, 6, 5)), -10'800);
+}
+
+TEST(MSPCTimeZone, machineWithoutAZoneIsAtUTCWithAWarning) {
+    const ScopedTempFolder folder;
+    const auto damaged = folder.addFile("damaged", "TZif2");
+    const auto dangling = folder / "dangling";
+    std::filesystem::create_symlink(folder / "nowhere", dangling);
+    for (const auto& file : {damaged, dangling, folder / "missing", folder.path(), std::string("/dev/zero")}) {
+        RecordingLog log;
+        const auto zone = MSPCTimeZone::fromEnvironment(nullptr, log, {"/usr/share/zoneinfo", file});
+        EXPECT_EQ(zone.secondsFromGMT(summer), 0);
+        EXPECT_EQ(log.takeLines(),
+                  std::vector<std::string>{"WARNING: No time zone in '" + file + "'. UTC is used instead."});
+    }
+}
+
+// What the C library knows for others in the process is what it was.
+TEST(MSPCTimeZone, lookUpsLeaveTheProcessItsZone) {
+    const auto localHour = [] {
+        const auto noon = static_cast<std::time_t>(secondsOf(summer));
+        std::tm local{};
+        ::localtime_r(&noon, &local);
+        return local.tm_hour;
+    };
+    for (const char* tz : {"XYZ-7", static_cast<const char*>(nullptr)}) {
+        const ScopedEnvironment zone("TZ", tz);
+        ::tzset();
+        const auto hour = localHour();
+        EXPECT_EQ(zoneNamed("America/St_Johns").secondsFromGMT(summer), -9'000);
+        EXPECT_STREQ(std::getenv("TZ"), tz);
+        EXPECT_EQ(localHour(), hour);
+    }
+    ::tzset();
 }

@@ -1,6 +1,9 @@
 #include "MSPCUserDefaults.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
 
 #include "RecordingLog.h"
 #include "ScopedTempFolder.h"
@@ -61,6 +64,55 @@ TEST_F(MSPCSettingsFileTest, warnsOfAFileThatCannotBeOpened) {
     EXPECT_EQ(read.boolForKey("a"), std::nullopt);
     EXPECT_EQ(log.takeLines(),
               Lines{"WARNING: Settings file could not be read: '" + path() + "' line 0: Is a directory"});
+}
+
+TEST_F(MSPCSettingsFileTest, warnsOfNestingThatTheLibraryCouldNotBear) {
+    const auto repeated = [](std::string_view piece, std::size_t count) {
+        std::string text;
+        for (std::size_t i = 0; i < count; ++i) {
+            text += piece;
+        }
+        return text;
+    };
+    const std::string begin = "a = true\n";
+    EXPECT_EQ(settings(begin + "b = " + repeated("[", 16) + repeated("]", 16)).boolForKey("a"), true);
+    EXPECT_EQ(log.takeLines(), Lines{"WARNING: Setting 'b' in '" + path() + "' is not a boolean."});
+    const Lines refusal{"WARNING: Settings file could not be read: '" + path() +
+                        "' line 2: more than 16 levels of nesting"};
+    for (const std::size_t count : {17U, 100'000U}) {
+        for (const auto& text : {"b = " + repeated("[", count) + repeated("]", count),
+                                 "b = " + repeated("{c = ", count) + "1" + repeated("}", count),
+                                 "b" + repeated(".c", count) + " = 1", "[b" + repeated(".c", count) + "]"}) {
+            EXPECT_EQ(settings(begin + text).boolForKey("a"), std::nullopt) << text.substr(0, 100);
+            EXPECT_EQ(log.takeLines(), refusal) << text.substr(0, 100);
+        }
+    }
+}
+
+TEST_F(MSPCSettingsFileTest, warnsOfAFileThatIsTooLarge) {
+    const std::string setting = "a = true\n#";
+    constexpr std::size_t largest = 1'048'576;
+    EXPECT_EQ(settings(setting + std::string(largest - setting.size(), 'x')).boolForKey("a"), true);
+    EXPECT_EQ(settings(setting + std::string(largest - setting.size() + 1, 'x')).boolForKey("a"), std::nullopt);
+    const Lines refusal{"WARNING: Settings file could not be read: '" + path() + "' line 0: more than 1048576 bytes"};
+    EXPECT_EQ(log.takeLines(), refusal);
+    std::filesystem::resize_file(path(), 8'000'000'000);  // without taking room on the disk
+    const MSPCSettingsFile huge(folder.path(), "org.example.App", log);
+    EXPECT_EQ(huge.boolForKey("a"), std::nullopt);
+    EXPECT_EQ(log.takeLines(), refusal);
+}
+
+TEST_F(MSPCSettingsFileTest, waitsForNoPipeAndReadsNoDevice) {
+    const Lines refusal{"WARNING: Settings file could not be read: '" + path() + "' line 0: Operation not supported"};
+    ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
+    const MSPCSettingsFile pipe(folder.path(), "org.example.App", log);
+    EXPECT_EQ(pipe.boolForKey("a"), std::nullopt);
+    EXPECT_EQ(log.takeLines(), refusal);
+    std::filesystem::remove(path());
+    std::filesystem::create_symlink("/dev/zero", path());
+    const MSPCSettingsFile device(folder.path(), "org.example.App", log);
+    EXPECT_EQ(device.boolForKey("a"), std::nullopt);
+    EXPECT_EQ(log.takeLines(), refusal);
 }
 
 TEST_F(MSPCSettingsFileTest, leavesOutWhatIsNoBoolean) {

@@ -48,15 +48,15 @@ TEST(MSPEDayWalk, daysBeforeAChangeLieBeforeIt) {
     EXPECT_EQ(MSPEDayWalk(gregorianIn("UTC"), MSPCInstant{0}, Forward).daysBeforeChange(), Endless);
 }
 
-TEST(MSPEDayWalk, leapsOverWeeksComeToTheSameDays) {
+TEST(MSPEDayWalk, leapsOverDaysComeToTheSameDays) {
     for (const auto* zone : {"Asia/Beirut", "America/Santiago", "Europe/Berlin", "Australia/Lord_Howe"}) {
         const auto gregorian = gregorianIn(zone);
         for (const auto direction : {Forward, Backward}) {
             MSPEDayWalk walk(gregorian, instantAt("2026-01-05T00:00:00", gregorian), direction);
             for (int i = 0; i < 3'000; ++i) {
-                const auto weeks = std::floor(std::min(walk.daysBeforeChange(), 10'000.0) / 7);
+                const auto days = std::floor(std::min(walk.daysBeforeChange(), 10'000.0) / (1 + i % 3));
                 const auto span = walk.steadySpan();
-                walk.leap(7 * weeks);
+                walk.leap(days);
                 ASSERT_EQ(walk.weekday(), gregorian.weekdayOf(walk.date())) << zone << ' ' << i;
                 ASSERT_EQ(walk.steadySpan(), span);
                 walk.step();

@@ -88,13 +88,16 @@ TEST(MSPIExtendedAttributes, CompareFieldIDsAsTexts) {
     EXPECT_EQ(userDataOf(definitions, attribute("1.0", "x")), "");
 }
 
-TEST(MSPIExtendedAttributes, FindFieldIDsThatHoldQuotes) {
-    EXPECT_EQ(userDataOf("<ExtendedAttributes>"
-                         "<ExtendedAttribute><FieldID>a'b\"c</FieldID><Alias>Quoted</Alias></ExtendedAttribute>"
-                         "<ExtendedAttribute><FieldID>a' or '1'='1</FieldID><Alias>All</Alias></ExtendedAttribute>"
-                         "</ExtendedAttributes>",
-                         attribute("a'b\"c", "x")),
-              "Quoted=x;");
+TEST(MSPIExtendedAttributes, FindFieldIDsThatHoldQuotesButNoApostrophes) {
+    constexpr std::string_view quotedDefinitions =
+        "<ExtendedAttributes>"
+        "<ExtendedAttribute><FieldID>a\"c</FieldID><Alias>Quoted</Alias></ExtendedAttribute>"
+        "<ExtendedAttribute><FieldID>a'c</FieldID><Alias>Apostrophe</Alias></ExtendedAttribute>"
+        "<ExtendedAttribute><FieldID>a' or '1'='1</FieldID><Alias>All</Alias></ExtendedAttribute>"
+        "</ExtendedAttributes>";
+    EXPECT_EQ(userDataOf(quotedDefinitions, attribute("a\"c", "x")), "Quoted=x;");
+    EXPECT_EQ(userDataOf(quotedDefinitions, attribute("a'c", "x")), "");
+    EXPECT_EQ(userDataOf(quotedDefinitions, attribute("a' or '1'='1", "x")), "");
 }
 
 TEST(MSPIExtendedAttributes, ReplaceAnEarlierValueOfTheSameName) {
@@ -117,6 +120,14 @@ TEST(MSPIExtendedAttributes, AppearInTheOrderOfTheirFirstAppearance) {
 std::string definitionWithCFType(const std::string& type) {
     return "<ExtendedAttributes><ExtendedAttribute><FieldID>1</FieldID>" + type +
            "<Alias>V</Alias></ExtendedAttribute></ExtendedAttributes>";
+}
+
+TEST(MSPIExtendedAttributes, TakeAPhoneNumberForADate) {
+    // Year 555, month 123, day 4567: 4,566 days after 1 March 565.
+    const auto shown = userDataOf(definitionWithCFType(""), attribute("1", "555-123-4567"), 14);
+    EXPECT_TRUE(shown.starts_with("V=0577-08-3")) << shown;
+    EXPECT_EQ(userDataOf(definitionWithCFType("<CFType>4</CFType>"), attribute("1", "555-123-4567"), 14),
+              "V=555-123-4567;");
 }
 
 TEST(MSPIExtendedAttributes, ShowDatesOfFilesFrom2007OnInTheirDisplayForm) {
@@ -248,6 +259,78 @@ TEST(MSPIUserDataMapper, ReplacesWhatWasRecordedUnderTheSameTag) {
     fixture.mapper.setUserDataTOCElementsForTagFromDictionary(MSPITaskUserDataKeysTag, second);
     EXPECT_EQ(fixture.recorded("task-user-data-keys"), "<user-data><key>B</key><null/></user-data>");
     EXPECT_EQ(fixture.recorded("resource-user-data-keys"), "<user-data><key>A</key><null/></user-data>");
+}
+
+// Tasks one after the other; what is recorded is that of the last one.
+class TasksWithFields {
+public:
+    TasksWithFields() : fixture(definitions) {}
+
+    std::string markupAfter(const std::string& attributes) {
+        _tasks.push_back(documentFromXML("<Task>" + attributes + "</Task>"));
+        auto task = fixture.context.newElement("task");
+        EXPECT_TRUE(addUserDataOfExtendedAttributesToElement(*_tasks.back().root().nodesForXPath("ExtendedAttribute"),
+                                                             task.node(), MSPITaskUserDataKeysTag, elements,
+                                                             fixture.context));
+        return markupOf(std::move(task));
+    }
+    std::string recorded() {
+        const auto copy = elements.at("task-user-data-keys").node();
+        return markupOf(copy.newCopyOf(copy));
+    }
+
+    MappingFixture fixture;
+    MSPIUserDataTOCElements elements;
+
+private:
+    std::vector<MSPCXMLDocument> _tasks;
+};
+
+TEST(MSPIUserDataOfTasks, RecordsTheKeysOfTheLastTaskWhicheverItsFields) {
+    TasksWithFields tasks;
+    const auto noValue = [](const std::string& id) {
+        return "<ExtendedAttribute><FieldID>" + id + "</FieldID></ExtendedAttribute>";
+    };
+    EXPECT_EQ(tasks.markupAfter(attribute("1", "a") + noValue("2")),
+              "<task><user-data><key>Region</key><string>a</string></user-data></task>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Region</key><null/><key>Text2</key><null/></user-data>");
+    EXPECT_EQ(tasks.markupAfter(noValue("1") + attribute("2", "b")),
+              "<task><user-data><key>Text2</key><string>b</string></user-data></task>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Region</key><null/><key>Text2</key><null/></user-data>");
+    EXPECT_EQ(tasks.markupAfter(noValue("2") + noValue("1")), "<task/>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Text2</key><null/><key>Region</key><null/></user-data>");
+    EXPECT_EQ(tasks.markupAfter(noValue("3")), "<task/>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Site</key><null/></user-data>");
+    EXPECT_EQ(tasks.markupAfter(noValue("3")), "<task/>");
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Site</key><null/></user-data>");
+}
+
+TEST(MSPIUserDataOfTasks, RecordsWhatIsRecordedElsewhereAnew) {
+    TasksWithFields tasks;
+    EXPECT_EQ(tasks.markupAfter(attribute("1", "a")),
+              "<task><user-data><key>Region</key><string>a</string></user-data></task>");
+    MSPIUserData other;
+    other.set("Other", "x");
+    MSPIUserDataMapper(tasks.elements, tasks.fixture.context.kdzxDocument())
+        .setUserDataTOCElementsForTagFromDictionary(MSPITaskUserDataKeysTag, other);
+    static_cast<void>(tasks.markupAfter(attribute("1", "b")));
+    EXPECT_EQ(tasks.recorded(), "<user-data><key>Region</key><null/></user-data>");
+}
+
+TEST(MSPIUserDataOfTasks, OfTwoFieldsOfOneNameTheLastValueCounts) {
+    TasksWithFields tasks;
+    tasks.fixture.node("ExtendedAttributes/ExtendedAttribute[FieldID=2]/FieldName").setStringValue("Region");
+    EXPECT_EQ(tasks.markupAfter(attribute("1", "a") + attribute("3", "s") + attribute("2", "b")),
+              "<task><user-data><key>Region</key><string>b</string><key>Site</key><string>s</string></user-data></task>");
+}
+
+// Thousands of values may refer to one definition.
+TEST(MSPIUserDataOfTasks, ADefinitionIsReadOnce) {
+    TasksWithFields tasks;
+    static_cast<void>(tasks.markupAfter(attribute("1", "a")));
+    tasks.fixture.node("ExtendedAttributes/ExtendedAttribute[FieldID=1]/Alias").setStringValue("Changed");
+    EXPECT_EQ(tasks.markupAfter(attribute("1", "b")),
+              "<task><user-data><key>Region</key><string>b</string></user-data></task>");
 }
 
 TEST(MSPIUserDataMapper, RecordsNothingWithoutKeys) {

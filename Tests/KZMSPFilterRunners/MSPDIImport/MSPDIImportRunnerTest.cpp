@@ -161,8 +161,7 @@ TEST_F(MSPDIImportRunnerTest, templateMustBeAFolder) {
     files.addFile("/home/me/Empty.kdzx");
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "Empty.kdzx", "/in/a.xml"}),
               (Lines{start,
-                     "Exception: FileNotFoundException\nKDZX template doc folder not found: "
-                     "/home/me/Empty.kdzx"}));
+                     "Exception: FileNotFoundException\nKDZX template doc folder not found: Empty.kdzx"}));
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "/none/../N.kdzx", "/in/a.xml"}),
               (Lines{start, "Exception: FileNotFoundException\nKDZX template doc folder not found: /N.kdzx"}));
 }
@@ -193,10 +192,11 @@ TEST_F(MSPDIImportRunnerTest, importsTheSameFromAListWithOtherLineEnds) {
     }
 }
 
-TEST_F(MSPDIImportRunnerTest, listOfCommentsOnlyImportsNothing) {
+TEST_F(MSPDIImportRunnerTest, listOfCommentsOnlyImportsNothingAndSaysSo) {
     for (const auto* list : {"", "\n\n", ":: one\n::two"}) {
         EXPECT_EQ(runList(list), 1);
-        EXPECT_EQ(log.takeLines(), (Lines{start, templateLine, "### Import files from the list:"}));
+        EXPECT_EQ(log.takeLines(), (Lines{start, templateLine, "### Import files from the list:",
+                                          "WARNING: Nothing to import: '/list' names no plan."}));
         EXPECT_TRUE(asked.empty());
     }
 }
@@ -222,9 +222,20 @@ TEST_F(MSPDIImportRunnerTest, listFileMustBeReadable) {
 
 TEST_F(MSPDIImportRunnerTest, skipsASingleFileThatLooksLikeAComment) {
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "::a.xml"}),
-              (Lines{start, templateLine, "### Import single file: \"::a.xml\""}));
-    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", ""}),
-              (Lines{start, templateLine, "### Import single file: \"\""}));
+              (Lines{start, templateLine, "### Import single file: \"::a.xml\"",
+                     "WARNING: Nothing to import: '::a.xml' names no plan."}));
+    EXPECT_EQ(
+        linesOfFailure({"x", "--template-path", "/T.kdzx", ""}),
+        (Lines{start, templateLine, "### Import single file: \"\"", "WARNING: Nothing to import: '' names no plan."}));
+}
+
+TEST_F(MSPDIImportRunnerTest, emptyPathsHaveAReason) {
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "", "/in/a.xml"}).back(),
+              "Exception: CommandLineArgumentException\nTemplate is not a valid KDZX doc folder: ''");
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "--input-list", ""}).back(),
+              "Exception: FileNotFoundException\nInput list not found or it is a directory: ");
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "/in/a.xml", ""}).back(),
+              "Exception: FileNotFoundException\nOutput directoty not found: ");
 }
 
 TEST_F(MSPDIImportRunnerTest, entryThatIsNoXMLEndsTheRun) {
@@ -259,6 +270,57 @@ TEST_F(MSPDIImportRunnerTest, outputFolderMustExist) {
               "Exception: FileNotFoundException\nOutput directoty not found: /in/notes.txt");
 }
 
+TEST_F(MSPDIImportRunnerTest, messagesShowRelativePathsAsRelativeOnes) {
+    files.addFolder("/home/me/folder.xml");
+    files.addFile("/home/me/a.xml");
+    const struct {
+        Arguments afterTemplate;
+        const char* message;
+    } table[] = {
+        {{"in/./x/../none.xml"}, "Input file not found: in/none.xml"},
+        {{"../none.xml"}, "Input file not found: ../none.xml"},
+        {{"~/none.xml"}, "Input file not found: /home/me/none.xml"},
+        {{"./folder.xml/"}, "Input file is a directory: folder.xml"},
+        {{"a.xml", "./none/"}, "Output directoty not found: none"},
+        {{"a.xml", "a.xml"}, "Output directoty not found: a.xml"},
+        {{"--input-list", "lists//none"}, "Input list not found or it is a directory: lists/none"},
+        {{"--input-list", "."}, "Input list not found or it is a directory: ."},
+    };
+    for (const auto& row : table) {
+        Arguments arguments{"x", "--template-path", "/T.kdzx"};
+        arguments.insert(arguments.end(), row.afterTemplate.begin(), row.afterTemplate.end());
+        EXPECT_EQ(linesOfFailure(arguments).back(), std::string("Exception: FileNotFoundException\n") + row.message);
+    }
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "none/../Empty.kdzx", "/in/a.xml"}).back(),
+              "Exception: FileNotFoundException\nKDZX template doc folder not found: Empty.kdzx");
+}
+
+TEST_F(MSPDIImportRunnerTest, relativePathsLeadToTheSameAsAbsoluteOnes) {
+    files.addFile("/home/me/plans/a.xml");
+    files.addFile("/home/me/list", "plans/a.xml\n../../in/a.xml\n");
+    files.addFolder("/home/me/out");
+    files.addFile("/home/me/E.kdzx/Actual.xml");
+    EXPECT_EQ(run({"x", "--template-path", "E.kdzx", "--input-list", "list", "out"}), 0);
+    EXPECT_EQ(run({"x", "--template-path", "E.kdzx", "plans/a.xml"}), 0);
+    log.ignoreLines();
+    EXPECT_EQ(sources(), (Lines{"/home/me/plans/a.xml", "/in/a.xml", "/home/me/plans/a.xml"}));
+    EXPECT_EQ(asked.at(1).destination, "file:///home/me/out/a.kdzx/");
+    EXPECT_EQ(asked.at(2).destination, "file:///home/me/plans/a.kdzx/");
+    EXPECT_EQ(asked.at(2).info.kdzxTemplateURL->absoluteString(), "file:///home/me/E.kdzx/");
+}
+
+TEST_F(MSPDIImportRunnerTest, aLinkThatLeadsNowhereDoesNotExist) {
+    files.addLink("/in/dead.xml", "/nowhere");
+    files.addLink("/dead-list", "/nowhere");
+    files.addLink("/in/live.xml", "/in/a.xml");
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "/in/dead.xml", "/out"}).back(),
+              "Exception: FileNotFoundException\nInput file not found: /in/dead.xml");
+    EXPECT_EQ(linesOfFailure({"x", "--template-path", "/T.kdzx", "--input-list", "/dead-list"}).back(),
+              "Exception: FileNotFoundException\nInput list not found or it is a directory: /dead-list");
+    EXPECT_EQ(runWith({"/in/live.xml", "/out"}), 0);
+    log.ignoreLines();
+}
+
 TEST_F(MSPDIImportRunnerTest, includesTheInputsExtensionWhereSet) {
     EXPECT_EQ(runWith({"/in/Plan.MSPXML", "/out"}), 0);
     settings.set("IncludeInputExtension", true);
@@ -273,62 +335,61 @@ TEST_F(MSPDIImportRunnerTest, keepsAnExistingBundleByDefault) {
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
     log.ignoreLines();
     EXPECT_EQ(files.contents("/out/a.kdzx/old"), "");
-    EXPECT_EQ(files.calls(), Lines{});
+    EXPECT_FALSE(asked.at(0).info.replacesOldBundle);
 }
 
-TEST_F(MSPDIImportRunnerTest, removesAnExistingBundleWhereSet) {
+TEST_F(MSPDIImportRunnerTest, letsAnExistingBundleBeReplacedWhereSetAndRemovesNothingItself) {
     settings.set("OverwriteFilterTarget", true);
     files.addFile("/out/a.kdzx/old");
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
     log.ignoreLines();
-    EXPECT_FALSE(files.exists("/out/a.kdzx"));
-    EXPECT_EQ(files.calls(), Lines{"remove /out/a.kdzx"});
+    EXPECT_TRUE(files.exists("/out/a.kdzx/old"));
     EXPECT_EQ(asked.at(0).destination, "file:///out/a.kdzx/");
+    EXPECT_TRUE(asked.at(0).info.replacesOldBundle);
 }
 
-TEST_F(MSPDIImportRunnerTest, removesAFileOrADeadLinkInThePlaceToo) {
+TEST_F(MSPDIImportRunnerTest, replacesAFileOrADeadLinkInThePlaceToo) {
     settings.set("OverwriteFilterTarget", true);
     files.addFile("/out/a.kdzx");
     files.addLink("/out/b.kdzx", "/nowhere");
     EXPECT_EQ(runList("/in/a.xml\n/in/b.mspxml"), 0);
     log.ignoreLines();
-    EXPECT_EQ(files.calls(), (Lines{"readFile /list", "remove /out/a.kdzx", "remove /out/b.kdzx"}));
+    EXPECT_TRUE(asked.at(0).info.replacesOldBundle);
+    EXPECT_TRUE(asked.at(1).info.replacesOldBundle);
 }
 
-TEST_F(MSPDIImportRunnerTest, removesNothingWhereNothingIs) {
+TEST_F(MSPDIImportRunnerTest, replacesWhatAppearsMeanwhileWhereNothingIsYet) {
     settings.set("OverwriteFilterTarget", true);
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
     log.ignoreLines();
-    EXPECT_EQ(files.calls(), Lines{});
+    EXPECT_TRUE(asked.at(0).info.replacesOldBundle);
 }
 
-TEST_F(MSPDIImportRunnerTest, importsEvenIfTheOldBundleCannotBeRemoved) {
-    settings.set("OverwriteFilterTarget", true);
-    files.addFolder("/out/a.kdzx");
-    files.failAlways("remove", "Permission denied");
-    EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 0);
-    EXPECT_EQ(log.takeLines().back(), "### Importer SUCCEEDED.");
-    EXPECT_TRUE(files.exists("/out/a.kdzx"));
-}
-
-TEST_F(MSPDIImportRunnerTest, neverRemovesTheTemplate) {
+TEST_F(MSPDIImportRunnerTest, neverReplacesTheTemplate) {
     settings.set("OverwriteFilterTarget", true);
     files.addFolder("/out/a.kdzx/inner/T.kdzx");
     files.addLink("/L.kdzx", "/out/a.kdzx");
     for (const auto* templatePath : {"/out/a.kdzx", "/out/a.kdzx/inner/T.kdzx", "/L.kdzx"}) {
         EXPECT_EQ(run({"x", "--template-path", templatePath, "/in/a.xml", "/out"}), 0);
         log.ignoreLines();
+        EXPECT_FALSE(asked.back().info.replacesOldBundle) << templatePath;
     }
-    EXPECT_EQ(files.calls(), Lines{});
     EXPECT_EQ(asked.at(0).destination, "file:///out/a.kdzx/");
 }
 
-TEST_F(MSPDIImportRunnerTest, neverRemovesTheInput) {
+TEST_F(MSPDIImportRunnerTest, neverReplacesTheInput) {
     settings.set("OverwriteFilterTarget", true);
     files.addFile("/out/a.kdzx/a.xml");
     EXPECT_EQ(runWith({"/out/a.kdzx/a.xml", "/out"}), 0);
     log.ignoreLines();
-    EXPECT_EQ(files.calls(), Lines{});
+    EXPECT_FALSE(asked.at(0).info.replacesOldBundle);
+}
+
+TEST_F(MSPDIImportRunnerTest, allImportsOfARunCountTheirNumbersTogether) {
+    EXPECT_EQ(runList("/in/a.xml\n/in/b.mspxml"), 0);
+    log.ignoreLines();
+    ASSERT_TRUE(asked.at(0).info.bundleNumbers);
+    EXPECT_EQ(asked.at(0).info.bundleNumbers, asked.at(1).info.bundleNumbers);
 }
 
 TEST_F(MSPDIImportRunnerTest, statusFollowsTheLastFileOnly) {
@@ -367,6 +428,5 @@ TEST_F(MSPDIImportRunnerTest, bringsTheFoldersOfAllImportsToTheDiskOnceAtTheEnd)
 TEST_F(MSPDIImportRunnerTest, hasNotSucceededWhenTheDiskFailsAtTheEnd) {
     files.failAlways("synchronize", "'/out': Input/output error");
     EXPECT_EQ(runWith({"/in/a.xml", "/out"}), 1);
-    EXPECT_EQ(log.takeLines().back(),
-              "WARNING: Failed to bring the bundles to the disk: '/out': Input/output error");
+    EXPECT_EQ(log.takeLines().back(), "WARNING: Failed to bring the bundles to the disk: '/out': Input/output error");
 }
