@@ -275,7 +275,9 @@ std::size_t MSPDILeafWalk::numberOf(const Step& step) {
     }
     std::size_t number = 1;
     for (auto before = step.node.previousSibling(); before; before = before.previousSibling()) {
-        number += before.isElement() && withoutPrefix(before.name()) == step.name ? 1 : 0;
+        if (before.isElement() && withoutPrefix(before.name()) == step.name) {
+            ++number;
+        }
     }
     return number;
 }
