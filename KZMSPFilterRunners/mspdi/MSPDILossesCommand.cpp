@@ -26,7 +26,7 @@ void tellLosses(const Arguments& arguments, MSPDIRun& run) {
         options.visitLeaf = [&fates](const std::string& path, MSPDIFate fate) { fates.emplace_back(path, fate); };
         options.restart = [&fates] { fates.clear(); };
     }
-    const auto path = run.services.fileSystem.standardizedPath(arguments.plan);
+    const auto path = run.services.fileSystem.absolutePath(arguments.plan);
     const auto account = MSPDIAccountOfPlan(path, run.services, options);
     if (account.obstacle) {
         run.couldNotLook(arguments.plan, *account.obstacle);

@@ -246,18 +246,18 @@ private:
     }
 
     static std::string withoutDots(const std::string& path) {
+        const bool isAbsolute = path.starts_with('/');
         std::vector<std::string> components;
         for (std::size_t start = 0; start < path.size();) {
             const auto end = std::min(path.find('/', start), path.size());
             const auto component = path.substr(start, end - start);
-            if (component == ".." && !components.empty()) {
+            if (component == ".." && !components.empty() && components.back() != "..") {
                 components.pop_back();
-            } else if (!component.empty() && component != "." && component != "..") {
+            } else if (component == ".." ? !isAbsolute : !component.empty() && component != ".") {
                 components.push_back(component);
             }
             start = end + 1;
         }
-        const bool isAbsolute = path.starts_with('/');
         std::string result;
         for (const auto& component : components) {
             result += (isAbsolute || !result.empty() ? "/" : "") + component;
