@@ -46,38 +46,87 @@ bool isListOf(const MSPDIItem& item, std::string_view name) {
 }  // namespace
 
 MSPDILeafWalk::MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOptions& options, MSPDIAccount& account)
-    : _facts(facts), _options(options), _account(account), _losses(MSPDIKinds().size()) {
+    : _facts(facts),
+      _options(options),
+      _countsAll(options.visitLeaf || options.mostPlaces > 3),
+      _account(account),
+      _emptyProject(std::move(*MSPCXMLDocument::read("<Project/>", MSPCXMLContent::DataOnly))),
+      _emptyFields(_emptyProject.root()),
+      _projectItem{facts, _emptyProject.root(), _emptyFields, 0},
+      _losses(MSPDIKinds().size()) {
+    _steps.push_back({&MSPDIElementTree::project(), "Project", {}});
 }
 
 void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
-    const MSPCFields fields(project);
-    const MSPDIItem item{_facts, project, fields, 0};
-    _steps.push_back({&MSPDIElementTree::project(), withoutPrefix(project.name()), 0, {}});
-    if (isLeaf(project)) {
-        ++_account.leaves[MSPDIFateIndex(MSPDIFate::Default)];
+    for (auto list = nextElement(project.firstChild()); list; list = nextElement(list.nextSibling())) {
+        if (isLeaf(list)) {
+            value(list.name());
+            continue;
+        }
+        beginList(list.name());
+        for (auto element = nextElement(list.firstChild()); element; element = nextElement(element.nextSibling())) {
+            piece(element);
+        }
+        endList();
     }
-    walkChildren(project, item);
+    root(project);
+}
+
+// Values of the project are judged at the end, when all of them are there.
+void MSPDILeafWalk::value(std::string_view /*name*/) {
+    _areLists.push_back(false);
+}
+
+void MSPDILeafWalk::beginList(std::string_view name) {
+    _areLists.push_back(true);
+    enter(name, {}, true);
+}
+
+void MSPDILeafWalk::endList() {
     leave();
+}
+
+void MSPDILeafWalk::piece(const MSPCXMLNode& element) {
+    enter(element.name(), element, true);
+    if (isItem(_steps.back().known)) {
+        walkItem(element);
+    } else if (isLeaf(element)) {
+        takeLeaf(element, _projectItem);
+    } else {
+        walkChildren(element, _projectItem);
+    }
+    leave();
+}
+
+void MSPDILeafWalk::root(const MSPCXMLNode& element) {
+    const MSPCFields fields(element);
+    const MSPDIItem item{_facts, element, fields, 0};
+    _steps.back().counts.clear();
+    if (_areLists.empty()) {
+        ++_account.leaves[MSPDIFateIndex(MSPDIFate::Default)];  // the project itself is a leaf
+        return;
+    }
+    auto isList = _areLists.begin();
+    for (auto child = nextElement(element.firstChild()); child; child = nextElement(child.nextSibling())) {
+        enter(child.name(), child, true);
+        if (!*isList++) {
+            takeLeaf(child, item);
+        }
+        leave();
+    }
 }
 
 // Without recursion: nothing bounds the depth of a plan.
 void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& item) {
     auto node = nextElement(parent.firstChild());
     const auto floor = _steps.size();
-    const bool isOfProject = parent == parent.rootElement();
     while (node) {
-        enter(node);
-        const bool isOther = isOfProject && isItem(_steps.back().known);
-        const auto child = isOther ? MSPCXMLNode() : nextElement(node.firstChild());
-        if (child) {
+        enter(node.name(), node, _countsAll);
+        if (const auto child = nextElement(node.firstChild())) {
             node = child;
             continue;
         }
-        if (isOther) {
-            walkItem(node, item);
-        } else {
-            takeLeaf(node, item);
-        }
+        takeLeaf(node, item);
         for (;;) {
             leave();
             if (const auto next = nextElement(node.nextSibling())) {
@@ -92,10 +141,10 @@ void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& ite
     }
 }
 
-void MSPDILeafWalk::walkItem(const MSPCXMLNode& node, const MSPDIItem& project) {
+void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
     const auto position = _itemCounts[_steps.back().known]++;
     if (isLeaf(node)) {
-        takeLeaf(node, project);
+        takeLeaf(node, _projectItem);
         return;
     }
     const MSPCFields fields(node);
@@ -212,12 +261,25 @@ void MSPDILeafWalk::finish() {
     }
 }
 
-void MSPDILeafWalk::enter(const MSPCXMLNode& node) {
+void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, bool counts) {
     auto& parent = _steps.back();
-    const auto name = withoutPrefix(node.name());
-    const auto* const known = parent.known == nullptr ? nullptr : parent.known->child(node.name());
-    const auto number = ++parent.counts[name];
-    _steps.push_back({known, name, number, {}});
+    const auto* const known = parent.known == nullptr ? nullptr : parent.known->child(name);
+    std::string ownName(withoutPrefix(name));
+    const auto number = counts ? ++parent.counts[ownName] : 0;
+    _steps.push_back({known, std::move(ownName), node, number});
+}
+
+std::size_t MSPDILeafWalk::numberOf(const Step& step) {
+    if (step.number > 0) {
+        return step.number;
+    }
+    std::size_t number = 1;
+    for (auto before = step.node.previousSibling(); before; before = before.previousSibling()) {
+        if (before.isElement() && withoutPrefix(before.name()) == step.name) {
+            ++number;
+        }
+    }
+    return number;
 }
 
 std::string MSPDILeafWalk::path() const {
@@ -225,8 +287,8 @@ std::string MSPDILeafWalk::path() const {
     for (const auto& step : _steps) {
         path += '/';
         path += step.name;
-        if (step.number > 0) {
-            path += fmt::format("[{}]", step.number);
+        if (&step != &_steps.front()) {
+            path += fmt::format("[{}]", numberOf(step));
         }
     }
     return path;
@@ -235,7 +297,7 @@ std::string MSPDILeafWalk::path() const {
 std::string MSPDILeafWalk::elementPath() const {
     std::string path;
     for (const auto& step : _steps) {
-        if (step.number > 0) {
+        if (&step != &_steps.front()) {
             path += path.empty() ? "" : "/";
             path += step.name;
         }

@@ -41,13 +41,13 @@ MSPDIPlanFacts::MSPDIPlanFacts(const MSPCServices& services)
 }
 
 void MSPDIPlanFacts::readPlan(const MSPCXMLNode& project) {
-    hasPlan = true;
     readSettings(project);
     readTasks(project);
     readCalendars(project);
     readDefinitions(project);
     readResources(project);
     readAssignments(project);
+    hasPlan = true;
 }
 
 void MSPDIPlanFacts::readSettings(const MSPCXMLNode& project) {

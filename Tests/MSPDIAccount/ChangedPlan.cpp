@@ -69,6 +69,7 @@ ChangedPlan::ChangedPlan(std::string bytes) : _bytes(std::move(bytes)) {
     const auto plan = copy();
     _original = importOf(plan);
     visitLeaves(plan.root(), "/Project", [this](const MSPCXMLNode& leaf, const std::string& path) {
+        _texts[path] = leaf.stringValue();
         _values[withoutNumbers(path)].push_back(leaf.stringValue());
     });
     ServicesInMemory outside;
@@ -78,22 +79,6 @@ ChangedPlan::ChangedPlan(std::string bytes) : _bytes(std::move(bytes)) {
     const auto account = MSPDIAccountOfPlan(planPath, outside.services, options);
     EXPECT_EQ(account.total(), _fates.size());
     outside.log.ignoreLines();
-}
-
-std::set<std::string> ChangedPlan::leaves() const {
-    std::set<std::string> paths;
-    visitLeaves(copy().root(), "/Project", [&](const MSPCXMLNode&, const std::string& path) { paths.insert(path); });
-    return paths;
-}
-
-std::string ChangedPlan::textAt(const std::string& path) const {
-    std::string text;
-    visitLeaves(copy().root(), "/Project", [&](const MSPCXMLNode& leaf, const std::string& at) {
-        if (at == path) {
-            text = leaf.stringValue();
-        }
-    });
-    return text;
 }
 
 const std::vector<std::string>& ChangedPlan::valuesAt(const std::string& elementPath) const {

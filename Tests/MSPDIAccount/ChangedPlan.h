@@ -21,8 +21,8 @@ public:
     // The path and the fate of every leaf, in order.
     [[nodiscard]] const std::vector<std::pair<std::string, MSPDIFate>>& fates() const { return _fates; }
     // All leaves of the document by their paths, counted here.
-    [[nodiscard]] std::set<std::string> leaves() const;
-    [[nodiscard]] std::string textAt(const std::string& path) const;
+    [[nodiscard]] const std::map<std::string, std::string>& leaves() const { return _texts; }
+    [[nodiscard]] const std::string& textAt(const std::string& path) const { return _texts.at(path); }
 
     // Whether the document is the same without these leaves.
     [[nodiscard]] bool isSameWithout(const std::vector<std::string>& paths) const;
@@ -38,6 +38,7 @@ private:
     std::string _bytes;
     std::optional<Bundle> _original;
     std::vector<std::pair<std::string, MSPDIFate>> _fates;
+    std::map<std::string, std::string> _texts;  // of the leaves by path
     std::map<std::string, std::vector<std::string>> _values;
 };
 

@@ -65,7 +65,7 @@ void findCulprits(const ChangedPlan& plan, const std::vector<std::string>& paths
 
 // Every leaf that may be removed at once, and some of them and of those that are carried one by one.
 void expectTrueFates(const ChangedPlan& plan, std::size_t count) {
-    const auto leaves = plan.leaves();
+    const auto& leaves = plan.leaves();
     ASSERT_EQ(plan.fates().size(), leaves.size());
     std::vector<std::string> removable;
     std::vector<std::string> carried;
