@@ -1,6 +1,6 @@
 #include "MSPDIKinds.h"
 
-#include <unordered_map>
+#include <map>
 
 namespace {
 
@@ -112,7 +112,7 @@ std::span<const MSPDIKind> MSPDIKinds() {
 
 std::size_t MSPDIKindIndex(std::string_view name) {
     static const auto indexes = [] {
-        std::unordered_map<std::string_view, std::size_t> byName;
+        std::map<std::string_view, std::size_t> byName;
         for (std::size_t index = 0; index < std::size(kinds); ++index) {
             byName[kinds[index].name] = index;
         }

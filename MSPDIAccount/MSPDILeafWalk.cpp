@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "MSPCException.h"
+#include "MSPDIConditions.h"
 #include "MSPDIKinds.h"
 
 namespace {
@@ -43,18 +45,27 @@ bool isListOf(const MSPDIItem& item, std::string_view name) {
     return item.node.name() == name;
 }
 
+// How many items of that kind the facts know.
+std::size_t itemCountOf(const MSPDIPlanFacts& facts, std::string_view name) {
+    return name == "Task"         ? facts.tasks.size()
+           : name == "Resource"   ? facts.resources.size()
+           : name == "Assignment" ? facts.assignments.size()
+           : name == "Calendar"   ? facts.calendars.size()
+                                  : facts.definitions.size();
+}
+
 }  // namespace
 
 MSPDILeafWalk::MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOptions& options, MSPDIAccount& account)
     : _facts(facts),
       _options(options),
-      _countsAll(options.visitLeaf || options.mostPlaces > 3),
+      _countsAll(options.visitLeaf || options.mostPlaces > MSPDIAccountOptions().mostPlaces),
       _account(account),
       _emptyProject(std::move(*MSPCXMLDocument::read("<Project/>", MSPCXMLContent::DataOnly))),
       _emptyFields(_emptyProject.root()),
-      _projectItem{facts, _emptyProject.root(), _emptyFields, 0},
+      _projectItem(facts, _emptyProject.root(), _emptyFields, 0),
       _losses(MSPDIKinds().size()) {
-    _steps.push_back({&MSPDIElementTree::project(), "Project", {}});
+    _steps.push_back({&MSPDIElementTree::project(), "Project", {}, 0, 0});
 }
 
 void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
@@ -73,47 +84,136 @@ void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
 }
 
 // Values of the project are judged at the end, when all of them are there.
-void MSPDILeafWalk::value(std::string_view /*name*/) {
+void MSPDILeafWalk::value(std::string_view name) {
     _areLists.push_back(false);
+    ++countOf(_listCounts, withoutPrefix(name));
 }
 
 void MSPDILeafWalk::beginList(std::string_view name) {
     _areLists.push_back(true);
-    enter(name, {}, true);
+    _listName = name;
+    _pieceCounts.clear();
+    enter(_listName, {}, ++countOf(_listCounts, withoutPrefix(_listName)));
 }
 
 void MSPDILeafWalk::endList() {
     leave();
 }
 
+bool MSPDILeafWalk::wantsLeavesOf(std::string_view name) {
+    const auto* const list = _steps.back().known;
+    const auto* const known = list == nullptr ? nullptr : list->child(name);
+    _open.assign(1, known);
+    return !_countsAll && known != nullptr;
+}
+
+void MSPDILeafWalk::beginElement(std::string_view name) {
+    const auto* const parent = _open.back();
+    _open.push_back(parent == nullptr ? nullptr : parent->child(name));
+}
+
+void MSPDILeafWalk::endElement() {
+    _open.pop_back();
+}
+
+bool MSPDILeafWalk::takeLeaf(std::string_view name, std::string_view text) {
+    const auto* const parent = _open.back();
+    const auto* const known = parent == nullptr ? nullptr : parent->child(name);
+    const auto* const element = known == nullptr ? nullptr : known->element();
+    // One without children where others have some may count among them.
+    if (element == nullptr || known->hasChildren() || !MSPDIGoesByTextAlone(*element)) {
+        return false;
+    }
+    const auto judgement = MSPDIJudgementOfText(*element, text);
+    ++_tally.leaves[MSPDIFateIndex(judgement.fate)];
+    if (!judgement.kind.empty()) {
+        const auto kind = MSPDIKindIndex(judgement.kind);
+        _tally.lacksPlaces = _tally.lacksPlaces || wantsPlace(kind);
+        _tally.kinds.push_back(kind);
+    }
+    return true;
+}
+
+void MSPDILeafWalk::forgetLeaves() {
+    _tally.clear();
+}
+
+bool MSPDILeafWalk::restOfPiece(const MSPCXMLNode& element) {
+    if (!_tally.lacksPlaces) {
+        _isReduced = true;
+        walkPiece(element);
+        _isReduced = false;
+    }
+    if (_tally.lacksPlaces) {
+        _tally.clear();
+        return false;
+    }
+    takePiece(element);
+    return true;
+}
+
 void MSPDILeafWalk::piece(const MSPCXMLNode& element) {
-    enter(element.name(), element, true);
+    walkPiece(element);
+    takePiece(element);
+}
+
+void MSPDILeafWalk::walkPiece(const MSPCXMLNode& element) {
+    enter(element.name(), element, countOf(_pieceCounts, withoutPrefix(element.name())) + 1);
     if (isItem(_steps.back().known)) {
         walkItem(element);
-    } else if (isLeaf(element)) {
-        takeLeaf(element, _projectItem);
-    } else {
+    } else if (!isLeaf(element)) {
         walkChildren(element, _projectItem);
+    } else if (!isEmptied(element)) {
+        takeLeaf(element, _projectItem);
     }
     leave();
 }
 
+// The piece counts once, however often it comes.
+void MSPDILeafWalk::takePiece(const MSPCXMLNode& element) {
+    const auto* const list = _steps.back().known;
+    ++countOf(_pieceCounts, withoutPrefix(element.name()));
+    if (const auto* const known = list == nullptr ? nullptr : list->child(element.name())) {
+        ++_itemCounts[known];
+    }
+    enterTally();
+}
+
 void MSPDILeafWalk::root(const MSPCXMLNode& element) {
     const MSPCFields fields(element);
-    const MSPDIItem item{_facts, element, fields, 0};
-    _steps.back().counts.clear();
+    const MSPDIItem item(_facts, element, fields, 0);
+    _listCounts.clear();
     if (_areLists.empty()) {
-        ++_account.leaves[MSPDIFateIndex(MSPDIFate::Default)];  // the project itself is a leaf
-        return;
+        count(MSPDIFate::Default);  // the project itself is a leaf
     }
     auto isList = _areLists.begin();
     for (auto child = nextElement(element.firstChild()); child; child = nextElement(child.nextSibling())) {
-        enter(child.name(), child, true);
+        enter(child.name(), child, ++countOf(_listCounts, withoutPrefix(child.name())));
         if (!*isList++) {
             takeLeaf(child, item);
         }
         leave();
     }
+    enterTally();
+}
+
+void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
+    const auto position = _itemCounts[_steps.back().known];
+    if (position >= itemCountOf(_facts, node.name())) {
+        throw MSPCInternalInconsistency("The plan has changed while it was read.");
+    }
+    if (isLeaf(node) && !isEmptied(node)) {
+        takeLeaf(node, _projectItem);
+        return;
+    }
+    const MSPCFields fields(node);
+    const MSPDIItem item(_facts, node, fields, position);
+    if (isListOf(item, "Task")) {
+        _taskNames.resize(position);
+        _taskNames.emplace_back(*fields.text("Name"));
+    }
+    tellOfItem(item);
+    walkChildren(node, item);
 }
 
 // Without recursion: nothing bounds the depth of a plan.
@@ -121,12 +221,14 @@ void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& ite
     auto node = nextElement(parent.firstChild());
     const auto floor = _steps.size();
     while (node) {
-        enter(node.name(), node, _countsAll);
+        enterChild(node);
         if (const auto child = nextElement(node.firstChild())) {
             node = child;
             continue;
         }
-        takeLeaf(node, item);
+        if (!isEmptied(node)) {
+            takeLeaf(node, item);
+        }
         for (;;) {
             leave();
             if (const auto next = nextElement(node.nextSibling())) {
@@ -141,32 +243,24 @@ void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& ite
     }
 }
 
-void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
-    const auto position = _itemCounts[_steps.back().known]++;
-    if (isLeaf(node)) {
-        takeLeaf(node, _projectItem);
-        return;
-    }
-    const MSPCFields fields(node);
-    const MSPDIItem item{_facts, node, fields, position};
-    if (isListOf(item, "Task")) {
-        _taskNames.resize(position);
-        _taskNames.emplace_back(*fields.text("Name"));
-    }
-    tellOfItem(item);
-    walkChildren(node, item);
-}
-
 void MSPDILeafWalk::takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item) {
     std::string buffer;
     const auto text = node.stringValue(buffer);
     const auto judgement = judge(node, item, text);
-    ++_account.leaves[MSPDIFateIndex(judgement.fate)];
+    count(judgement.fate);
     if (!judgement.kind.empty()) {
         tell(judgement.kind, item, text);
     }
+}
+
+bool MSPDILeafWalk::isEmptied(const MSPCXMLNode& node) const {
+    return _isReduced && isEmptiedXMLPiece(node);
+}
+
+void MSPDILeafWalk::count(MSPDIFate fate) {
+    ++_tally.leaves[MSPDIFateIndex(fate)];
     if (_options.visitLeaf) {
-        _options.visitLeaf(path(), judgement.fate);
+        _options.visitLeaf(path(), fate);
     }
 }
 
@@ -185,25 +279,23 @@ MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& it
 // A baseline's value of any name hides what its owner has by that name; what stands in an element that is read as text
 // adds to that text.
 MSPDIJudgement MSPDILeafWalk::judgeUnknown(const MSPCXMLNode& node, const MSPDIItem& item) const {
-    auto ancestor = node;
-    auto step = _steps.rbegin();
-    while (step->known == nullptr) {
-        ancestor = ancestor.parent();
-        ++step;
-    }
-    if (ancestor == node.parent() && ancestor.name() == "Baseline") {
-        const auto* const hidden = MSPDIElementAt(ownerPath(step->known->path()), node.name());
+    const auto& step = _steps[_steps.back().lastKnown];
+    const auto& ancestor = step.node;
+    const MSPDIJudgement lost(MSPDIFate::Lost, unknownElement);
+    if (ancestor && ancestor == node.parent() && ancestor.name() == "Baseline") {
+        const auto* const hidden = MSPDIElementAt(ownerPath(step.known->path()), node.name());
         const bool hides = hidden != nullptr && MSPDIMayArrive(*hidden) && item.fields.singleObject(node.name());
-        return hides ? MSPDIJudgement(MSPDIFate::Shaping) : MSPDIJudgement(MSPDIFate::Lost, unknownElement);
+        return hides ? MSPDIJudgement(MSPDIFate::Shaping) : lost;
     }
-    const auto* const element = step->known->element();
-    if (element != nullptr && !step->known->hasChildren()) {
+    const auto* const element = step.known->element();
+    if (!ancestor || element == nullptr || step.known->hasChildren()) {
+        return lost;
+    }
+    const bool arrives = item.arrivesAsText.of(ancestor, [&] {
         const auto text = ancestor.stringValue();
-        if (element->condition({item, *element, ancestor, text}).arrives()) {
-            return {MSPDIFate::Changed, unknownElement};
-        }
-    }
-    return {MSPDIFate::Lost, unknownElement};
+        return element->condition({item, *element, ancestor, text}).arrives();
+    });
+    return arrives ? MSPDIJudgement(MSPDIFate::Changed, unknownElement) : lost;
 }
 
 // What is no matter of a single leaf.
@@ -221,15 +313,25 @@ void MSPDILeafWalk::tellOfItem(const MSPDIItem& item) {
     }
 }
 
+bool MSPDILeafWalk::wantsPlace(std::size_t kind) const {
+    const auto& loss = _losses.at(kind);
+    return loss.element.empty() || loss.where.size() < _options.mostPlaces;
+}
+
 void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::string_view value) {
     const auto index = MSPDIKindIndex(kind);
+    _tally.kinds.push_back(index);
+    if (!wantsPlace(index)) {
+        return;
+    }
+    if (_isReduced) {
+        _tally.lacksPlaces = true;
+        return;
+    }
     auto& loss = _losses.at(index);
-    if (loss.count == 0) {
-        loss.kind = MSPDIKinds()[index].name;
-        loss.what = MSPDIKinds()[index].what;
+    if (loss.element.empty()) {
         loss.element = elementPath();
     }
-    ++loss.count;
     if (loss.where.size() < _options.mostPlaces) {
         loss.where.push_back(placeOf(item, value));
     }
@@ -253,20 +355,49 @@ MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value)
     return place;
 }
 
+void MSPDILeafWalk::enterTally() {
+    for (std::size_t fate = 0; fate < _tally.leaves.size(); ++fate) {
+        _account.leaves[fate] += _tally.leaves[fate];
+    }
+    for (const auto kind : _tally.kinds) {
+        ++_losses[kind].count;
+    }
+    _tally.clear();
+}
+
 void MSPDILeafWalk::finish() {
-    for (auto& loss : _losses) {
+    for (std::size_t kind = 0; kind < _losses.size(); ++kind) {
+        auto& loss = _losses[kind];
         if (loss.count > 0) {
+            loss.kind = MSPDIKinds()[kind].name;
+            loss.what = MSPDIKinds()[kind].what;
             _account.losses.push_back(std::move(loss));
         }
     }
 }
 
-void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, bool counts) {
-    auto& parent = _steps.back();
+std::size_t& MSPDILeafWalk::countOf(Counts& counts, std::string_view name) {
+    const auto known = counts.find(name);
+    return known != counts.end() ? known->second : counts.emplace(name, 0).first->second;
+}
+
+void MSPDILeafWalk::enterChild(const MSPCXMLNode& node) {
+    auto number = std::size_t(0);
+    if (_countsAll) {
+        _childCounts.resize(std::max(_childCounts.size(), _steps.size()));
+        number = ++countOf(_childCounts[_steps.size() - 1], withoutPrefix(node.name()));
+    }
+    enter(node.name(), node, number);
+}
+
+void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, std::size_t number) {
+    const auto& parent = _steps.back();
     const auto* const known = parent.known == nullptr ? nullptr : parent.known->child(name);
-    std::string ownName(withoutPrefix(name));
-    const auto number = counts ? ++parent.counts[ownName] : 0;
-    _steps.push_back({known, std::move(ownName), node, number});
+    const auto lastKnown = known == nullptr ? parent.lastKnown : _steps.size();
+    if (_childCounts.size() > _steps.size()) {
+        _childCounts.resize(_steps.size());
+    }
+    _steps.push_back({known, withoutPrefix(name), node, number, lastKnown});
 }
 
 std::size_t MSPDILeafWalk::numberOf(const Step& step) {

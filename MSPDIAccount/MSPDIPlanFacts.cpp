@@ -207,7 +207,7 @@ void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
         }
         for (auto record = node.firstChildElement("TimephasedData"); record;
              record = record.nextSiblingElement("TimephasedData")) {
-            const auto type = MSPDISingleInteger(record, "Type");
+            const auto type = MSPDISingleInteger(record.lastChildElement("Type"));
             for (int scenario = Actual; scenario < BaselineCount; ++scenario) {
                 if (!type || MSPIIsTimephasedTypeOfScenario(*type, scenario)) {
                     ++share.records[static_cast<std::size_t>(scenario + 1)];

@@ -1,15 +1,23 @@
 #include "MSPCXMLPieces.h"
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "MSPCXMLBytes.h"
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLEncoding.h"
+#include "MSPCXMLFilter.h"
 
 namespace {
 
+using namespace MSPCXMLBytes;
+
 constexpr std::size_t windowSize = 1 << 20;
+// Ends the start tag of an element all of whose leaves were taken. No other one has attributes then.
+constexpr std::string_view emptiedMark = " emptied=\"\">";
 
 std::string_view nameOf(std::string_view tag) {
     const auto start = tag.starts_with("</") ? 2U : 1U;
@@ -61,9 +69,11 @@ private:
                 *_pieceStart -= kept;
             }
         }
+        // What has to be looked at again from its beginning is twice as long then.
         const auto size = _window.size();
-        _window.resize(size + windowSize);
-        const auto count = _read(_window.data() + size, windowSize);
+        const auto room = std::max(windowSize, size - std::min(size, _pieceStart.value_or(_at)));
+        _window.resize(size + room);
+        const auto count = _read(_window.data() + size, room);
         _window.resize(size + count);
         _isAtEnd = count == 0;
         return !_isAtEnd;
@@ -241,7 +251,133 @@ private:
             _visitor.beginList(nameOf(_childTag));
         }
         _pieceStart = tag.start;
-        return !isEmpty || showPiece(tag.end);
+        if (isEmpty) {
+            return showPiece(tag.end);
+        }
+        return isPlainTag(text(tag)) && _visitor.wantsLeavesOf(nameOf(text(tag))) ? takeLeavesOfPiece() : true;
+    }
+
+    static bool isPlainTag(std::string_view tag) { return nameOf(tag).size() + 2 == tag.size(); }
+
+    // Offers the leaves of a piece whose start tag has passed, and shows what is left of it. Where there is more to it
+    // than elements and leaves, it is gone through like any other.
+    bool takeLeavesOfPiece() {
+        const auto start = _at - *_pieceStart;
+        _rest.assign(_window, *_pieceStart, start);
+        _openInRest.assign(1, _rest.size());
+        while (!_openInRest.empty()) {
+            const auto taken = takePlainMarkup();
+            if (taken == Markup::Cut && readMore()) {
+                continue;
+            }
+            if (taken != Markup::Taken) {
+                _visitor.forgetLeaves();
+                _at = *_pieceStart + start;
+                return true;
+            }
+        }
+        --_depth;
+        return showRest();
+    }
+
+    bool showRest() {
+        const auto rest = MSPCXMLDocument::readFiltered({.bytes = std::move(_rest), .asides = {}});
+        _rest.clear();
+        if (!rest) {
+            return false;
+        }
+        if (_visitor.restOfPiece(rest->root())) {
+            _pieceStart.reset();
+            return true;
+        }
+        return showPiece(_at);
+    }
+
+    enum class Markup {
+        Taken,
+        Cut,    // by the end of the window
+        Other,  // what is not of the plainest kind
+    };
+
+    [[nodiscard]] Markup unlessCut(const char* at) const {
+        return at == _window.data() + _window.size() ? Markup::Cut : Markup::Other;
+    }
+
+    // Takes a tag, or a leaf as a whole. The window ends with a NUL, which stops every search.
+    Markup takePlainMarkup() {
+        const auto* const tag = skip(_window.data() + _at, Blank);
+        if (*tag != '<') {
+            return unlessCut(tag);
+        }
+        if (tag[1] == '/') {
+            const auto* const end = skip(tag + 2, NamePart);
+            if (*end != '>') {
+                return unlessCut(end);
+            }
+            return takePlainEndTag(tag, end + 1);
+        }
+        if (!hasClass(tag[1], NameStart)) {
+            return unlessCut(tag + 1);
+        }
+        const auto* const nameEnd = skip(tag + 1, NamePart);
+        if (*nameEnd == '/') {
+            return nameEnd[1] == '>' ? takeLeaf(tag, nameEnd, {}, nameEnd + 2) : unlessCut(nameEnd + 1);
+        }
+        return *nameEnd == '>' ? takePlainElement(tag, nameEnd) : unlessCut(nameEnd);
+    }
+
+    Markup takePlainElement(const char* tag, const char* nameEnd) {
+        const std::string_view name(tag + 1, static_cast<std::size_t>(nameEnd - tag - 1));
+        const auto* textEnd = skip(nameEnd + 1, PlainText);
+        const bool hasReferences = *textEnd == '&';
+        while (*textEnd == '&') {
+            textEnd = skip(textEnd + 1, PlainText);
+        }
+        if (*textEnd != '<') {
+            return unlessCut(textEnd);
+        }
+        const auto left = static_cast<std::size_t>(_window.data() + _window.size() - textEnd);
+        const auto endTagSize = name.size() + 3;
+        if (left < endTagSize) {
+            return Markup::Cut;
+        }
+        const bool isLeaf = textEnd[1] == '/' && std::memcmp(textEnd + 2, name.data(), name.size()) == 0 &&
+                            textEnd[2 + name.size()] == '>';
+        if (isLeaf) {
+            const std::string_view text(nameEnd + 1, static_cast<std::size_t>(textEnd - nameEnd - 1));
+            const auto* const end = textEnd + endTagSize;
+            return hasReferences ? keep(tag, end) : takeLeaf(tag, nameEnd, text, end);
+        }
+        _visitor.beginElement(name);
+        keep(tag, nameEnd + 1);
+        _openInRest.push_back(_rest.size());
+        return Markup::Taken;
+    }
+
+    Markup takePlainEndTag(const char* tag, const char* end) {
+        const bool isEmptied = _rest.size() == _openInRest.back();
+        if (isEmptied) {
+            _rest.replace(_rest.size() - 1, 1, emptiedMark);
+        }
+        _openInRest.pop_back();
+        if (!_openInRest.empty()) {
+            _visitor.endElement();
+        }
+        return keep(tag, end);
+    }
+
+    Markup takeLeaf(const char* tag, const char* nameEnd, std::string_view text, const char* end) {
+        if (!_visitor.takeLeaf({tag + 1, static_cast<std::size_t>(nameEnd - tag - 1)}, text)) {
+            return keep(tag, end);
+        }
+        _at = static_cast<std::size_t>(end - _window.data());
+        return Markup::Taken;
+    }
+
+    Markup keep(const char* begin, const char* end) {
+        _rest.append(begin, end);
+        _at = static_cast<std::size_t>(end - _window.data());
+        return Markup::Taken;
     }
 
     bool showPiece(std::size_t end) {
@@ -270,11 +406,17 @@ private:
     std::size_t _depth = 0;                  // of the open elements
     std::optional<std::size_t> _pieceStart;  // of what is wanted as a whole
     std::string _childTag;                   // of the open child of the root
+    std::string _rest;                       // of the piece, without the leaves that were taken
+    std::vector<std::size_t> _openInRest;    // where the contents of its open elements begin
     bool _isList = false;
     std::string _root;
 };
 
 }  // namespace
+
+bool isEmptiedXMLPiece(const MSPCXMLNode& element) {
+    return static_cast<bool>(element.attribute("emptied"));
+}
 
 bool visitXMLPieces(const std::function<std::size_t(char*, std::size_t)>& read, MSPCXMLPieceVisitor& visitor) {
     return Scanner(read, visitor).run();
