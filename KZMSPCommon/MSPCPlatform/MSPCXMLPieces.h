@@ -16,7 +16,8 @@ public:
     // A list begins, and ends.
     virtual void beginList(std::string_view name) = 0;
     virtual void endList() = 0;
-    // The root, at the end: with its start tag, and with its children in order, but the lists among them empty.
+    // The root, at the end: with its start tag, and with its children in order, but the lists among them empty and
+    // without text beside them.
     virtual void root(const MSPCXMLNode& element) = 0;
 
     // Before a piece: whether its leaves are to be offered one by one, which is much faster than a document for those

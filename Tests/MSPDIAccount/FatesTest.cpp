@@ -7,6 +7,7 @@
 #include <iterator>
 #include <random>
 
+#include "AccountsOfPlan.h"
 #include "ChangedPlan.h"
 #include "MangledPlan.h"
 #include "OtherValue.h"
@@ -117,6 +118,10 @@ TEST(FatesFolder, isThere) {
     }
 }
 
+TEST_P(Fates, areTheSameInPieces) {
+    expectOneAccount(bytesOf(corpusFolder() / GetParam()));
+}
+
 TEST_P(Fates, areTrue) {
     expectTrueFates(ChangedPlan(bytesOf(corpusFolder() / GetParam())), leavesOfEachPlan);
 }
@@ -154,6 +159,7 @@ TEST_P(MangledFates, areTrue) {
         SCOPED_TRACE("mangled with " + std::to_string(number));
         const auto mangled = mangledPlan(bytes, number);
         expectTrueFates(ChangedPlan(mangled), 16);
+        expectOneAccount(mangled);
         if (HasFailure()) {
             std::ofstream(testing::TempDir() + "mangled.xml") << mangled;
             break;
