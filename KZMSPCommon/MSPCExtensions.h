@@ -65,11 +65,11 @@ MSPCXMLNode insertChildElementWithNameStringValueAtIndex(MSPCXMLNode element, st
 void addComment(MSPCXMLNode element, std::optional<std::string_view> text);
 void insertCommentAtIndex(MSPCXMLNode element, std::optional<std::string_view> text, std::int32_t index);
 
-// The document in a file, owned by the caller. With a `selection` only what it names is kept, which is all that may then be
-// asked for; the answers are those of the whole document. Markup that does not parse is mended where that yields an
-// MSPDI `Project`, with the log line "WARNING: Repaired malformed XML in '<path>' at line <n>: <parser's message>".
-// Raises `MSPEXMLException` "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data." when no
-// document results.
+// The document in a file, owned by the caller. With a `selection` only what it names is kept, which is all that may
+// then be asked for; the answers are those of the whole document. Markup that does not parse is mended where that
+// yields an MSPDI `Project`, with the log line "WARNING: Repaired malformed XML in '<path>' at line <n>: <parser's
+// message>". Raises `MSPEXMLException` "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data."
+// when no document results.
 [[nodiscard]] MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content,
                                                const MSPCFileReader& fileSystem, MSPCLog& log,
                                                const MSPCXMLSelection* selection = nullptr);

@@ -92,7 +92,9 @@ double MSPCFields::floatValue(std::string_view name, Error* error) const {
     return floatValueOf(singleObject(name, error));
 }
 
-bool MSPCFields::boolValue(std::string_view name, Error* error) const { return boolValueOf(singleObject(name, error)); }
+bool MSPCFields::boolValue(std::string_view name, Error* error) const {
+    return boolValueOf(singleObject(name, error));
+}
 
 std::vector<MSPCXMLNode> MSPCFields::nodes(std::string_view name) const {
     std::vector<MSPCXMLNode> nodes;

@@ -10,8 +10,8 @@
 
 // How the result of a query for one node is reported and read, whichever way the node was found.
 
-// Raises `MSPCInternalInconsistency` "Sent message singleObjectForXQuery:error: to an object which is not NSXMLNodeProxy."
-// for an empty handle.
+// Raises `MSPCInternalInconsistency` "Sent message singleObjectForXQuery:error: to an object which is not
+// NSXMLNodeProxy." for an empty handle.
 void checkIsNode(const MSPCXMLNode& node);
 
 // Sets the error of the XQuery domain where not exactly one node matched and an error is given.
@@ -20,8 +20,8 @@ void reportMatches(std::size_t count, Error* error);
 // The text of a node; none for an empty handle.
 [[nodiscard]] std::optional<std::string> stringValueOf(const MSPCXMLNode& node);
 // The number at the start of a node's text, or its truth; 0 and false for an empty handle. Raise
-// `MSPCInternalInconsistency` "Failed to get int value from XML node: <the node's markup>", "Failed to get float value from
-// XML node: …" and "Failed to get boolean value from XML node: …" for a text that holds none.
+// `MSPCInternalInconsistency` "Failed to get int value from XML node: <the node's markup>", "Failed to get float value
+// from XML node: …" and "Failed to get boolean value from XML node: …" for a text that holds none.
 [[nodiscard]] std::int64_t intValueOf(const MSPCXMLNode& node);
 [[nodiscard]] double floatValueOf(const MSPCXMLNode& node);
 [[nodiscard]] bool boolValueOf(const MSPCXMLNode& node);

@@ -2,9 +2,9 @@
 #include <fmt/format.h>
 
 #include "MSPCTextScanner.h"
+#include "MSPCXPathNumber.h"
 #include "MSPDIConditions.h"
 #include "MSPDIValues.h"
-#include "MSPIXPathNumber.h"
 
 namespace {
 

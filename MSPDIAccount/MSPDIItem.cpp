@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 namespace {
 

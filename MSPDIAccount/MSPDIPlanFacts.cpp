@@ -7,10 +7,10 @@
 #include "MSPCExtensions.h"
 #include "MSPCPath.h"
 #include "MSPCTextScanner.h"
+#include "MSPCXPathNumber.h"
 #include "MSPDIValues.h"
 #include "MSPITaskTree.h"
 #include "MSPITimephasedDataMapper.h"
-#include "MSPIXPathNumber.h"
 
 namespace {
 

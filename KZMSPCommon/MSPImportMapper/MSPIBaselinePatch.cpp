@@ -4,7 +4,7 @@
 
 #include "MSPCException.h"
 #include "MSPCFields.h"
-#include "MSPIXPathNumber.h"
+#include "MSPCXPathNumber.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 class MSPCRandomSource;
 
-// A new identifier: 11 characters over "a" to "z", "A" to "Z", "0" to "9", "-" and "_", the first one from "a" to "p"; it
-// carries 64 random bits. Raises `MSPCInternalInconsistency` "MSPIUtilities VFXMLCreateID: Failed to generate random
+// A new identifier: 11 characters over "a" to "z", "A" to "Z", "0" to "9", "-" and "_", the first one from "a" to "p";
+// it carries 64 random bits. Raises `MSPCInternalInconsistency` "MSPIUtilities VFXMLCreateID: Failed to generate random
 // Big Number." when the source gives no number of at least 57 significant bits in 1000 attempts.
 [[nodiscard]] std::string VFXMLCreateID(MSPCRandomSource& randomSource);
 

@@ -6,18 +6,18 @@
 #include "MSPIObjectMapperBase.h"
 #include "MSPIUserDataMapper.h"
 
-// Turns one MSPDI `Task` into one target `task`: identity, kind, scheduling, effort, progress, constraints, cost, dates,
-// note, user data and links. Made for one task and then discarded.
+// Turns one MSPDI `Task` into one target `task`: identity, kind, scheduling, effort, progress, constraints, cost,
+// dates, note, user data and links. Made for one task and then discarded.
 class MSPITaskMapper : public MSPIObjectMapperBase {
 public:
-    // `scheduleFromStart` tells how the project is scheduled; `mspTaskMaxId` is the highest task UID seen so far, raised
-    // by this mapper; user-data keys are recorded in `userDataTOCElements`. All outlive the mapper.
+    // `scheduleFromStart` tells how the project is scheduled; `mspTaskMaxId` is the highest task UID seen so far,
+    // raised by this mapper; user-data keys are recorded in `userDataTOCElements`. All outlive the mapper.
     MSPITaskMapper(MSPIMappingContext& mapper, bool scheduleFromStart, MSPIUserDataTOCElements& userDataTOCElements,
                    std::int64_t& mspTaskMaxId);
 
     // The new element, owned by the caller; never empty. Raises `MSPCInternalInconsistency` "Failed to get UID from
-    // Task.", "Unexpected MSPDI Task Type: <value>", "Expected NSXMLNodeProxy as a PredecessorLink object.", and what the
-    // value getters and conversions raise for texts that are there but unreadable.
+    // Task.", "Unexpected MSPDI Task Type: <value>", "Expected NSXMLNodeProxy as a PredecessorLink object.", and what
+    // the value getters and conversions raise for texts that are there but unreadable.
     [[nodiscard]] MSPCXMLNewElement newTaskFromMSPTask(const MSPCFields& mspTask);
 
     // The task's UID, 0 for a UID text that is no number; -1 until a task has been mapped.

@@ -21,7 +21,9 @@ std::string replacingAll(std::string_view text, std::string_view pattern) {
 
 }  // namespace
 
-std::string stringValue(std::string_view text) { return std::string(text); }
+std::string stringValue(std::string_view text) {
+    return std::string(text);
+}
 
 std::string stringByReplacingOccurrencesOfNewline(std::string_view text) {
     const bool isCData = text.starts_with("<![CDATA[");

@@ -19,9 +19,10 @@ class MSPITimephasedDataMapper : public MSPIObjectMapperBase {
 public:
     using MSPIObjectMapperBase::MSPIObjectMapperBase;
 
-    // The pieces, owned by the caller, in order of time, with provisional ids; none for a task that is not split. Raises
-    // what `mergedSpans` and `joinedStretches` raise, what `MSPIGrowthBounds` raises for a long name of many
-    // pieces, for many pieces of tasks that share a UID and for assignments of many tasks, and what the value getters raise for unreadable numbers.
+    // The pieces, owned by the caller, in order of time, with provisional ids; none for a task that is not split.
+    // Raises what `mergedSpans` and `joinedStretches` raise, what `MSPIGrowthBounds` raises for a long name of many
+    // pieces, for many pieces of tasks that share a UID and for assignments of many tasks, and what the value getters
+    // raise for unreadable numbers.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newSplitTasksFromMspdiTask(const MSPCFields& mspTask);
 
     // The latest end of all pieces this mapper has made; none while there are none.

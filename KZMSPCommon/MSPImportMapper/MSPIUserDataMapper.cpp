@@ -11,9 +11,9 @@
 
 namespace {
 
-// A date-time in its display form; any other text, or a date-time that has none, as it is. Deliberate: a text that looks
-// like a date becomes one, the phone number "555-123-4567" too, for the plan does not tell what it is. Nothing a value holds may
-// end the import, so only what is known to be a date is converted.
+// A date-time in its display form; any other text, or a date-time that has none, as it is. Deliberate: a text that
+// looks like a date becomes one, the phone number "555-123-4567" too, for the plan does not tell what it is. Nothing a
+// value holds may end the import, so only what is known to be a date is converted.
 std::string displayFormOf(std::string value, const MSPIUtilities& conversions) {
     if (!conversions.isMspdiDateTime(value)) {
         return value;
@@ -76,8 +76,8 @@ MSPIUserData userDataOf(std::vector<FieldValue> values, MSPIMappingContext& mapp
 MSPICustomFields::RecordedKeys keysOf(const std::vector<FieldValue>& values,
                                       const MSPIUserDataTOCElements& userDataTOCElements, std::string_view tag) {
     const auto recorded = userDataTOCElements.find(std::string(tag));
-    MSPICustomFields::RecordedKeys keys{
-        recorded == userDataTOCElements.end() ? MSPCXMLNode() : recorded->second.node(), {}};
+    MSPICustomFields::RecordedKeys keys{recorded == userDataTOCElements.end() ? MSPCXMLNode() : recorded->second.node(),
+                                        {}};
     for (const auto& value : values) {
         keys.nameNumbers.push_back(value.field->nameNumber());
     }
@@ -134,7 +134,8 @@ bool MSPIUserDataMapper::setUserDataTOCElementsForTagFromDictionary(std::optiona
 
 bool addUserDataOfExtendedAttributesToElement(std::span<const MSPCXMLNode> extendedAttributes,
                                               const MSPCXMLNode& kdzxObject, std::string_view tag,
-                                              MSPIUserDataTOCElements& userDataTOCElements, MSPIMappingContext& mapper) {
+                                              MSPIUserDataTOCElements& userDataTOCElements,
+                                              MSPIMappingContext& mapper) {
     auto values = fieldValuesOf(extendedAttributes, mapper);
     if (values.empty()) {
         return false;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -8,6 +7,7 @@
 
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
+#include "MSPITOCUserData.h"
 #include "MSPIUserData.h"
 
 class MSPIMappingContext;
@@ -19,12 +19,6 @@ class MSPIMappingContext;
 // Names count as repeated text in the scenario's `MSPIGrowthBounds`.
 [[nodiscard]] MSPIUserData userDataFromExtendedAttributes(std::span<const MSPCXMLNode> extendedAttributes,
                                                           MSPIMappingContext& mapper);
-
-// Elements prepared for the table of contents, by tag; no tag is the project's own user data.
-using MSPIUserDataTOCElements = std::map<std::optional<std::string>, MSPCXMLNewElement>;
-
-inline constexpr std::string_view MSPITaskUserDataKeysTag = "task-user-data-keys";
-inline constexpr std::string_view MSPIResourceUserDataKeysTag = "resource-user-data-keys";
 
 // Writes user data and records its keys for the table of contents.
 class MSPIUserDataMapper {

@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 
 #include "MSPCException.h"
+#include "MSPCISO8601Text.h"
 #include "MSPCInstantText.h"
 #include "MSPCTextScanner.h"
 #include "MSPEDateExtensions.h"
-#include "MSPIISO8601Text.h"
 
 namespace {
 

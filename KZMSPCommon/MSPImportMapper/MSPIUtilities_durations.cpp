@@ -8,8 +8,8 @@
 #include <limits>
 
 #include "MSPCException.h"
+#include "MSPCISO8601Text.h"
 #include "MSPCTextScanner.h"
-#include "MSPIISO8601Text.h"
 #include "MSPIUtilities.h"
 
 namespace {

@@ -31,7 +31,8 @@ bool leadsThrough(std::string path, const std::string& destination, const MSPCFi
 
 std::string MSPDIOutputFolder(const std::string& inputPath, const std::optional<std::string>& outputFolder,
                               const MSPCFileSystem& fileSystem) {
-    const auto folder = outputFolder ? fileSystem.standardizedPath(*outputFolder) : folderOfInput(inputPath, fileSystem);
+    const auto folder =
+        outputFolder ? fileSystem.standardizedPath(*outputFolder) : folderOfInput(inputPath, fileSystem);
     if (!fileSystem.isDirectory(folder)) {
         throw FileNotFoundException(fmt::format("Output directoty not found: {}", folder));
     }

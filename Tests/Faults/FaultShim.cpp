@@ -1,9 +1,10 @@
 // A shared object that is preloaded into the program and lets one of its calls of the system fail. KZMSP_FAULT tells
 // which: "<kind> <n> <errno>" for the n-th call of a kind, "space <bytes> <errno>" for every write once that many bytes
 // have been written, "slow 0 0" for no fault but two milliseconds before every change of the disk, so that a test meets
-// the moments between them, "plain-rename <n> <errno>" for a file system of the network, whose locks nobody else sees and
-// which knows no flags of renaming (that error), nor the n-th plain renaming if n is not 0. KZMSP_FAULT_MARK names a file that is made when the fault strikes, so that a test can tell the end
-// of the calls. Writes to standard error are left alone, for the log tells the test what happened.
+// the moments between them, "plain-rename <n> <errno>" for a file system of the network, whose locks nobody else sees
+// and which knows no flags of renaming (that error), nor the n-th plain renaming if n is not 0. KZMSP_FAULT_MARK names
+// a file that is made when the fault strikes, so that a test can tell the end of the calls. Writes to standard error
+// are left alone, for the log tells the test what happened.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -21,9 +22,9 @@
 
 extern "C" {
 // The allocator itself, below the functions that are replaced here.
-void* __libc_malloc(std::size_t size);                  // NOLINT(bugprone-reserved-identifier)
+void* __libc_malloc(std::size_t size);                     // NOLINT(bugprone-reserved-identifier)
 void* __libc_calloc(std::size_t count, std::size_t size);  // NOLINT(bugprone-reserved-identifier)
-void* __libc_realloc(void* memory, std::size_t size);   // NOLINT(bugprone-reserved-identifier)
+void* __libc_realloc(void* memory, std::size_t size);      // NOLINT(bugprone-reserved-identifier)
 }
 
 namespace {

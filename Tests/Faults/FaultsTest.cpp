@@ -234,8 +234,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Fault{"open", EACCES, false}, Fault{"open", EMFILE, false}, Fault{"read", EIO, false},
                       Fault{"read", EINTR, true}, Fault{"short-read", 0, true}, Fault{"write", ENOSPC, false},
                       Fault{"write", EINTR, true}, Fault{"short-write", 0, true}, Fault{"log", EIO, true},
-                      Fault{"close", EIO, false}, Fault{"lock", ENOLCK, true}, Fault{"fsync", EIO, false}, Fault{"fsync", EINTR, true},
-                      Fault{"rename", EXDEV, false}, Fault{"mkdir", EACCES, false}, Fault{"mkdir", EROFS, false},
-                      Fault{"link", EPERM, false}, Fault{"stat", EACCES, false}, Fault{"readdir", EIO, false},
-                      Fault{"allocation", ENOMEM, false}),
+                      Fault{"close", EIO, false}, Fault{"lock", ENOLCK, true}, Fault{"fsync", EIO, false},
+                      Fault{"fsync", EINTR, true}, Fault{"rename", EXDEV, false}, Fault{"mkdir", EACCES, false},
+                      Fault{"mkdir", EROFS, false}, Fault{"link", EPERM, false}, Fault{"stat", EACCES, false},
+                      Fault{"readdir", EIO, false}, Fault{"allocation", ENOMEM, false}),
     nameOf);

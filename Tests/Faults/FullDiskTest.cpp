@@ -94,8 +94,8 @@ std::optional<int> statusOf(std::vector<std::string> words) {
     return hasEnded ? std::optional<int>(WEXITSTATUS(state)) : std::nullopt;
 }
 
-// In namespaces of its own even an ordinary user may mount. Gives the status of the test there; nothing where that is not
-// allowed either.
+// In namespaces of its own even an ordinary user may mount. Gives the status of the test there; nothing where that is
+// not allowed either.
 std::optional<int> repeatThisTestInNamespacesOfItsOwn(const fs::path& folder) {
     const std::vector<std::string> unshare{"unshare", "--map-root-user", "--mount"};
     auto trial = unshare;

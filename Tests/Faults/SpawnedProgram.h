@@ -22,9 +22,9 @@ public:
     struct Options {
         std::vector<std::string> arguments;
         std::map<std::string, std::string> environment;
-        std::filesystem::path folder;                // in which the program runs
-        std::filesystem::path logFile;               // takes standard error; a pipe does where this is empty
-        std::function<void()> prepare = [] {};       // in the new process, before the program starts
+        std::filesystem::path folder;           // in which the program runs
+        std::filesystem::path logFile;          // takes standard error; a pipe does where this is empty
+        std::function<void()> prepare = [] {};  // in the new process, before the program starts
     };
 
     explicit SpawnedProgram(const Options& options);

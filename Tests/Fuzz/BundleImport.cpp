@@ -59,9 +59,9 @@ void importIntoBundle(const BundleImportInput& input) {
     MSPIImportInfo info;
     info.mspdiProjectName = "Plan";
     info.kdzxTemplateURL = MSPCURL::fileURL(Template, true);
-    const bool isComplete = MSPIXMLImporter(info, world.services, mapAndRemember)
-                                .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(Plan, false),
-                                                                   MSPCURL::fileURL(Bundle, true));
+    const bool isComplete =
+        MSPIXMLImporter(info, world.services, mapAndRemember)
+            .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(Plan, false), MSPCURL::fileURL(Bundle, true));
     for (const auto& [name, texts] : mapped) {
         const auto bytes = world.fileSystem.contents(Bundle + "/" + name);
         if (name == MSPITOCFileName && !isComplete) {

@@ -13,6 +13,6 @@ struct BundleImportInput {
 // The template that the program is delivered with.
 [[nodiscard]] const BundleImportInput& emptyTemplate();
 
-// Imports a plan into a new bundle on a disk in memory. Ends the run when the importer lets anything through but its own
-// answer, or when a document of the new bundle does not read back strictly with the texts that were mapped.
+// Imports a plan into a new bundle on a disk in memory. Ends the run when the importer lets anything through but its
+// own answer, or when a document of the new bundle does not read back strictly with the texts that were mapped.
 void importIntoBundle(const BundleImportInput& input);

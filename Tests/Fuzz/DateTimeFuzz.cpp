@@ -1,11 +1,11 @@
-// Date-time texts, two to an input with a line feed between them: every conversion answers or raises its own failure, and
-// the quick reader reads what the full grammar reads.
+// Date-time texts, two to an input with a line feed between them: every conversion answers or raises its own failure,
+// and the quick reader reads what the full grammar reads.
 
 #include "FuzzWorld.h"
 #include "MSPCException.h"
-#include "MSPIISO8601Patterns.h"
-#include "MSPIISO8601Scanner.h"
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Patterns.h"
+#include "MSPCISO8601Scanner.h"
+#include "MSPCISO8601Text.h"
 #include "MSPIUtilities.h"
 
 namespace {
@@ -43,16 +43,16 @@ void conversionsEnd(const MSPIUtilities& conversions, std::string_view text, MSP
     endsProperly([&] { return conversions.isWorkingDayCalendar(text, nullptr); });
     endsProperly([&] { return conversions.componentsFromISODateTime(text)->description(); });
     for (const auto direction : {MSPEDirection::Forward, MSPEDirection::Backward}) {
-        endsProperly([&] {
-            return conversions.isoDateTimeAdvanceByDurationForwardCalendar(text, seconds, direction, nullptr);
-        });
+        endsProperly(
+            [&] { return conversions.isoDateTimeAdvanceByDurationForwardCalendar(text, seconds, direction, nullptr); });
     }
 }
 
 void orderIsAntisymmetric(const MSPIUtilities& conversions, std::string_view first, std::string_view second) {
     endsProperly([&] {
         const auto order = conversions.compareMspdiDateTimeToMspdiDateTime(first, second);
-        require(order == -conversions.compareMspdiDateTimeToMspdiDateTime(second, first), "the order of dates turns round");
+        require(order == -conversions.compareMspdiDateTimeToMspdiDateTime(second, first),
+                "the order of dates turns round");
         return order;
     });
 }

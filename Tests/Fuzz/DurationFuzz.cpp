@@ -1,14 +1,14 @@
-// Duration, lag and number texts: every conversion answers or raises its own failure, and the quick reader reads what the
-// full grammar reads.
+// Duration, lag and number texts: every conversion answers or raises its own failure, and the quick reader reads what
+// the full grammar reads.
 
 #include <cmath>
 
 #include "FuzzWorld.h"
 #include "MSPCException.h"
+#include "MSPCISO8601Patterns.h"
+#include "MSPCISO8601Scanner.h"
+#include "MSPCISO8601Text.h"
 #include "MSPCTextScanner.h"
-#include "MSPIISO8601Patterns.h"
-#include "MSPIISO8601Scanner.h"
-#include "MSPIISO8601Text.h"
 #include "MSPIUtilities.h"
 
 namespace {

@@ -29,9 +29,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         ++imports;
         return true;
     };
-    const auto status = MSPDIImportRunner(world.services, importFile)
-                            .run({"MSPDIImport", "--template-path", "/share/Empty.kdzx", "--input-list",
-                                  "/home/me/list.txt"});
+    const auto status =
+        MSPDIImportRunner(world.services, importFile)
+            .run({"MSPDIImport", "--template-path", "/share/Empty.kdzx", "--input-list", "/home/me/list.txt"});
     require(imports <= entries, "nothing is imported that no line names");
     require(status == (imports > 0 ? 0 : 1), "the status tells of the last import");
     return 0;

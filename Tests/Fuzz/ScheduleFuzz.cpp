@@ -52,12 +52,10 @@ void endsProperly(const Operation& operation) {
 void questionsOfDaysEnd(const MSPEScheduleCalendar& calendar, const Question& question) {
     for (std::int64_t weekday = 0; weekday <= 8; ++weekday) {
         for (const auto direction : {MSPEDirection::Forward, MSPEDirection::Backward}) {
-            endsProperly([&] {
-                return calendar.timePeriodFromDurationForwardWeekday(question.duration, direction, weekday);
-            });
-            endsProperly([&] {
-                return calendar.dayTimeFromDurationForwardWeekday(question.duration, direction, weekday);
-            });
+            endsProperly(
+                [&] { return calendar.timePeriodFromDurationForwardWeekday(question.duration, direction, weekday); });
+            endsProperly(
+                [&] { return calendar.dayTimeFromDurationForwardWeekday(question.duration, direction, weekday); });
         }
         endsProperly([&] { return calendar.durationOfWeekday(weekday); });
         endsProperly([&] { return calendar.timePeriodWeekday(0, weekday); });

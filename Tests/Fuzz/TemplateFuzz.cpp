@@ -1,5 +1,5 @@
-// A template: its scenario, a zero byte, its table of contents. An empty one of the two stands for the delivered one. The
-// plan has a baseline and a custom field, so that all places of the table of contents are asked for.
+// A template: its scenario, a zero byte, its table of contents. An empty one of the two stands for the delivered one.
+// The plan has a baseline and a custom field, so that all places of the table of contents are asked for.
 
 #include "BundleImport.h"
 #include "FuzzWorld.h"

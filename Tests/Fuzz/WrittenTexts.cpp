@@ -114,7 +114,8 @@ void addElement(WrittenTexts& texts, const xmlNode& element) {
         addNamespace(texts, chars(space->prefix), chars(space->href));
     }
     for (const auto* attribute = element.properties; attribute != nullptr; attribute = attribute->next) {
-        texts.push_back("attribute " + qualified(attribute->ns, attribute->name) + "=" + holdable(contentOf(*attribute)));
+        texts.push_back("attribute " + qualified(attribute->ns, attribute->name) + "=" +
+                        holdable(contentOf(*attribute)));
     }
 }
 

@@ -258,9 +258,8 @@ TEST(MSPCExtensions, aSelectionChangesNoFailure) {
     files.addFile("/in/Cut.xml", "<scenario><a></scenario>");
     const auto selection = MSPCXMLSelection::fromText("Project(Name)");
     for (const char* path : {"/in/Empty.xml", "/in/Cut.xml", "/in/Missing.xml", "/in"}) {
-        EXPECT_RAISES(
-            newXmlDocFromUrl(MSPCURL::fileURL(path, false), MSPCXMLContent::DataOnly, files, log, &selection),
-            MSPEXMLException, "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
+        EXPECT_RAISES(newXmlDocFromUrl(MSPCURL::fileURL(path, false), MSPCXMLContent::DataOnly, files, log, &selection),
+                      MSPEXMLException, "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
     }
 }
 

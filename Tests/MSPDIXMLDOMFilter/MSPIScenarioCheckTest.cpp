@@ -32,7 +32,9 @@ bool passes(const std::string& text) {
 
 }  // namespace
 
-TEST(MSPIScenarioCheck, aScenarioWithItsFramePasses) { EXPECT_TRUE(passes(validScenario())); }
+TEST(MSPIScenarioCheck, aScenarioWithItsFramePasses) {
+    EXPECT_TRUE(passes(validScenario()));
+}
 
 TEST(MSPIScenarioCheck, aDocumentWithoutRootFails) {
     EXPECT_FALSE(MSPIScenarioCheck(MSPCXMLDocument(), kdzxNamespace));

@@ -46,10 +46,9 @@ protected:
         fileSystem.addFile("/in/Plan.xml", plan);
         MSPIImportInfo info;
         info.kdzxTemplateURL = MSPCURL::fileURL("/t/Empty.kdzx", true);
-        const bool succeeded =
-            MSPIXMLImporter(info, services)
-                .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL("/in/Plan.xml", false),
-                                                   MSPCURL::fileURL("/out/Plan.kdzx", true));
+        const bool succeeded = MSPIXMLImporter(info, services)
+                                   .importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL("/in/Plan.xml", false),
+                                                                      MSPCURL::fileURL("/out/Plan.kdzx", true));
         lastLine = log.takeLines().back();
         return succeeded;
     }
@@ -106,8 +105,7 @@ TEST_F(ImportedBundleTest, anEntryForTheActualScenarioKeepsItsPlaceAndGetsAnothe
     EXPECT_EQ(first.find("<scenario "), first.rfind("<scenario "));
     EXPECT_LT(first.find("<other"), first.find("<scenario "));
     EXPECT_THAT(first, HasSubstr("kept=\"yes\""));
-    EXPECT_EQ(idBehind("<scenario ", first),
-              idBehind("<scenario ", fileSystem.contents("/out/Plan.kdzx/Actual.xml")));
+    EXPECT_EQ(idBehind("<scenario ", first), idBehind("<scenario ", fileSystem.contents("/out/Plan.kdzx/Actual.xml")));
     EXPECT_THAT(first, HasSubstr("<editing-scenario>" + idBehind("<scenario ", first) + "</editing-scenario>"));
     EXPECT_NE(idBehind("<scenario ", first), "x");
     EXPECT_NE(idBehind("<scenario ", first), idBehind("<scenario ", second));

@@ -1,5 +1,6 @@
 // What the sanitizers do with a defect in the program under test, or in a test. Left to themselves they end a program
-// with exit status 1, which is that of an import that failed properly; a test that expects the failure would never know.
+// with exit status 1, which is that of an import that failed properly; a test that expects the failure would never
+// know.
 
 extern "C" {
 

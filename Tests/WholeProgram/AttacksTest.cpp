@@ -26,8 +26,9 @@ std::string planWithMonday(const std::string& workingTimes) {
                "T17:00:00</Finish><Value>PT8H0M0S</Value></TimephasedData>";
     };
     return planOf({"<Tasks>" +
-                       taskElement("1", "<Start>2012-01-09T08:00:00</Start><Finish>2012-03-09T08:00:00</Finish>"
-                                        "<Duration>PT800H0M0S</Duration><PercentComplete>50</PercentComplete>") +
+                       taskElement("1",
+                                   "<Start>2012-01-09T08:00:00</Start><Finish>2012-03-09T08:00:00</Finish>"
+                                   "<Duration>PT800H0M0S</Duration><PercentComplete>50</PercentComplete>") +
                        "</Tasks><Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID>" +
                        piece("09") + piece("16") + "</Assignment></Assignments>",
                    "<WeekDays><WeekDay><DayType>2</DayType><DayWorking>1</DayWorking><WorkingTimes>" + workingTimes +
@@ -138,16 +139,16 @@ TEST(Attacks, aBaselineOfManyNamesIsNotLookedUpOneByOne) {
             file << "<n" << i << '>' << value << "</n" << i << '>';
         }
     };
-    const PlanImport import(
-        "many-names", planEndingWith(
-                          [&values](std::ostream& file) {
-                              file << "<Tasks><Task><UID>1</UID><OutlineLevel>1</OutlineLevel><Name>\xFC</Name>";
-                              values(file, 1);
-                              file << "<Baseline><Number>0</Number>";
-                              values(file, 2);
-                              file << "</Baseline></Task></Tasks>";
-                          },
-                          {"", "", R"(<?xml version="1.0" encoding="windows-1252"?>)"}));
+    const PlanImport import("many-names",
+                            planEndingWith(
+                                [&values](std::ostream& file) {
+                                    file << "<Tasks><Task><UID>1</UID><OutlineLevel>1</OutlineLevel><Name>\xFC</Name>";
+                                    values(file, 1);
+                                    file << "<Baseline><Number>0</Number>";
+                                    values(file, 2);
+                                    file << "</Baseline></Task></Tasks>";
+                                },
+                                {"", "", R"(<?xml version="1.0" encoding="windows-1252"?>)"}));
     EXPECT_EQ(import.status(), 0);
     EXPECT_EQ(import.texts("title", "Baseline.xml"), std::vector<std::string>{"\xC3\xBC"});
     expectWithin(import, 5, 400);
@@ -188,13 +189,15 @@ TEST(Attacks, numbersOfAMillionDigits) {
 TEST(Attacks, datesOfYearZeroAndOfYearTwoBillion) {
     const PlanImport import(
         "dates", planOf({"<Tasks>" +
-                             taskElement("1", "<Start>2000000000-01-01T00:00:00</Start>"
-                                              "<Finish>0000-01-01T00:00:00</Finish><Duration>PT8H0M0S</Duration>"
-                                              "<PercentComplete>50</PercentComplete>") +
-                             taskElement("2", "<Start>0000-01-01T00:00:00</Start>"
-                                              "<Finish>2000000000-01-01T00:00:00</Finish>"
-                                              "<Duration>PT2000000000H0M0S</Duration>"
-                                              "<PercentComplete>50</PercentComplete>") +
+                             taskElement("1",
+                                         "<Start>2000000000-01-01T00:00:00</Start>"
+                                         "<Finish>0000-01-01T00:00:00</Finish><Duration>PT8H0M0S</Duration>"
+                                         "<PercentComplete>50</PercentComplete>") +
+                             taskElement("2",
+                                         "<Start>0000-01-01T00:00:00</Start>"
+                                         "<Finish>2000000000-01-01T00:00:00</Finish>"
+                                         "<Duration>PT2000000000H0M0S</Duration>"
+                                         "<PercentComplete>50</PercentComplete>") +
                              "</Tasks><Assignments><Assignment><TaskUID>2</TaskUID><ResourceUID>1</ResourceUID>"
                              "<TimephasedData><Type>1</Type><Start>0000-01-01T00:00:00</Start><Finish>"
                              "0000-01-02T00:00:00</Finish><Value>PT8H0M0S</Value></TimephasedData><TimephasedData>"
@@ -212,8 +215,8 @@ TEST(Attacks, outlineLevelsAtTheEndsOf64Bits) {
         return "<Task><UID>" + uid + "</UID><OutlineLevel>" + level + "</OutlineLevel></Task>";
     };
     const auto plan = [&](const std::string& level) {
-        return planOf({"<Tasks>" + taskOfLevel("1", "1") + taskOfLevel("2", level) + taskOfLevel("3", "1") + "</Tasks>",
-                       "", ""});
+        return planOf(
+            {"<Tasks>" + taskOfLevel("1", "1") + taskOfLevel("2", level) + taskOfLevel("3", "1") + "</Tasks>", "", ""});
     };
     const PlanImport highest("highest-level", plan("9223372036854775807"));
     EXPECT_EQ(highest.status(), 0) << highest.log();
@@ -224,21 +227,21 @@ TEST(Attacks, outlineLevelsAtTheEndsOf64Bits) {
 }
 
 TEST(Attacks, identifiersAtTheEndsOf64Bits) {
-    const PlanImport highest("highest-uid",
-                             planOf({"<Tasks>" + taskElement("9223372036854775807") + taskElement("9223372036854775806") +
-                                         "</Tasks><Resources><Resource><UID>9223372036854775807</UID><Name>a</Name>"
-                                         "</Resource></Resources><Assignments><Assignment><TaskUID>9223372036854775807"
-                                         "</TaskUID><ResourceUID>9223372036854775807</ResourceUID></Assignment>"
-                                         "</Assignments>",
-                                     "", ""}));
+    const PlanImport highest(
+        "highest-uid", planOf({"<Tasks>" + taskElement("9223372036854775807") + taskElement("9223372036854775806") +
+                                   "</Tasks><Resources><Resource><UID>9223372036854775807</UID><Name>a</Name>"
+                                   "</Resource></Resources><Assignments><Assignment><TaskUID>9223372036854775807"
+                                   "</TaskUID><ResourceUID>9223372036854775807</ResourceUID></Assignment>"
+                                   "</Assignments>",
+                               "", ""}));
     EXPECT_EQ(highest.status(), 0) << highest.log();
     EXPECT_EQ(highest.complaints(), "");
     const PlanImport lowest("lowest-uid", planOf({"<Resources><Resource><UID>-9223372036854775808</UID></Resource>"
                                                   "</Resources>",
                                                   "", ""}));
     EXPECT_EQ(lowest.status(), 1);
-    EXPECT_TRUE(lowest.logHolds(
-        "Invalid format of MSPDI Resource ID (can not be negative number): -9223372036854775808"));
+    EXPECT_TRUE(
+        lowest.logHolds("Invalid format of MSPDI Resource ID (can not be negative number): -9223372036854775808"));
 }
 
 TEST(Attacks, workingTimesThatMakeNoSense) {
@@ -278,11 +281,11 @@ TEST(Attacks, aHolidayOfEightThousandYearsIsMapped) {
 }
 
 TEST(Attacks, aHolidayOfTwoBillionYearsIsRefused) {
-    const PlanImport import("2000000000-years",
-                            planOf({"", exceptions(exception("0000-01-01T00:00:00", "2000000000-01-01T00:00:00")), ""}));
+    const PlanImport import(
+        "2000000000-years",
+        planOf({"", exceptions(exception("0000-01-01T00:00:00", "2000000000-01-01T00:00:00")), ""}));
     EXPECT_EQ(import.status(), 1);
-    EXPECT_TRUE(import.logHolds(
-        "Too many calendar events from '0000-01-01T00:00:00' to '2000000000-01-01T00:00:00'."));
+    EXPECT_TRUE(import.logHolds("Too many calendar events from '0000-01-01T00:00:00' to '2000000000-01-01T00:00:00'."));
     expectWithin(import, 1, 100);
 }
 
@@ -294,8 +297,8 @@ TEST(Attacks, aLongHolidayThatEachResourceHasIsRefused) {
     const PlanImport import("resources",
                             planOf({"<Resources>" + resources + "</Resources>", exceptions(LongException), ""}));
     EXPECT_EQ(import.status(), 1);
-    EXPECT_TRUE(import.logHolds(
-        "Too many working times and calendar events in all schedules together: more than 10000000."));
+    EXPECT_TRUE(
+        import.logHolds("Too many working times and calendar events in all schedules together: more than 10000000."));
     expectWithin(import, 15, 3000);
 }
 
@@ -323,9 +326,9 @@ TEST(Attacks, aLongAbsenceOfEachOfManyResourcesIsMapped) {
                      exceptions(exception("1984-01-01T00:00:00", "2049-12-31T23:59:00")) + "</Calendar>";
         resources += "<Resource><UID>" + number + "</UID><CalendarUID>" + number + "</CalendarUID></Resource>";
     }
-    const PlanImport import("absences", planOf({"<Calendars>" + calendars + "</Calendars><Resources>" + resources +
-                                                    "</Resources>",
-                                                "", ""}));
+    const PlanImport import(
+        "absences",
+        planOf({"<Calendars>" + calendars + "</Calendars><Resources>" + resources + "</Resources>", "", ""}));
     EXPECT_EQ(import.status(), 0) << import.log().substr(0, 2000);
     EXPECT_EQ(import.complaints(), "");
     expectWithin(import, 10, 1000);
@@ -342,10 +345,10 @@ TEST(Attacks, aCalendarOfHolidaysThatManyResourcesShareIsMappedOnce) {
     for (int uid = 1; uid <= 2650; ++uid) {
         resources += "<Resource><UID>" + std::to_string(uid) + "</UID><CalendarUID>2</CalendarUID></Resource>";
     }
-    const PlanImport import("shared-calendar", planOf({"<Calendars><Calendar><UID>2</UID>" + exceptions(holidays) +
-                                                           "</Calendar></Calendars><Resources>" + resources +
-                                                           "</Resources>",
-                                                       "", ""}));
+    const PlanImport import("shared-calendar",
+                            planOf({"<Calendars><Calendar><UID>2</UID>" + exceptions(holidays) +
+                                        "</Calendar></Calendars><Resources>" + resources + "</Resources>",
+                                    "", ""}));
     EXPECT_EQ(import.status(), 0) << import.log().substr(0, 2000);
     EXPECT_EQ(import.texts("event").size(), 2650U * 370U);
     expectWithin(import, 3, 500);

@@ -2,8 +2,8 @@
 
 #include "PlanImport.h"
 
-// Plans that are no XML: mended with a warning where a `Project` can be seen in them, refused otherwise. No crash, and no
-// bundle that a strict parser would refuse.
+// Plans that are no XML: mended with a warning where a `Project` can be seen in them, refused otherwise. No crash, and
+// no bundle that a strict parser would refuse.
 
 namespace fs = std::filesystem;
 
@@ -67,9 +67,11 @@ TEST(BrokenMarkup, mismatchedTagsAreMendedWithAWarning) {
 }
 
 TEST(BrokenMarkup, controlCharactersAreReplacedWithAWarning) {
-    const PlanImport import("control-characters", planWithName("a\x01\x1F\x7F" "b"));
+    const PlanImport import("control-characters", planWithName("a\x01\x1F\x7F"
+                                                               "b"));
     EXPECT_EQ(import.status(), 0);
-    EXPECT_EQ(import.texts("title"), std::vector<std::string>{"a\xEF\xBF\xBD\xEF\xBF\xBD\x7F" "b"});
+    EXPECT_EQ(import.texts("title"), std::vector<std::string>{"a\xEF\xBF\xBD\xEF\xBF\xBD\x7F"
+                                                              "b"});
     EXPECT_TRUE(import.logHolds("WARNING: Replaced 2 characters that XML cannot hold in '")) << import.log();
 }
 
@@ -77,14 +79,17 @@ TEST(BrokenMarkup, referencesToForbiddenCharactersAreReplacedWithAWarning) {
     for (const std::string reference : {"&#0;", "&#1;", "&#xD800;", "&#xFFFE;", "&#x110000;", "&#99999999999999;"}) {
         const PlanImport import("forbidden-reference", planWithName("a" + reference + "b"));
         EXPECT_EQ(import.status(), 0) << reference;
-        EXPECT_EQ(import.texts("title"), std::vector<std::string>{"a\xEF\xBF\xBD" "b"}) << reference;
+        EXPECT_EQ(import.texts("title"), std::vector<std::string>{"a\xEF\xBF\xBD"
+                                                                  "b"})
+            << reference;
         EXPECT_TRUE(import.logHolds("WARNING: ")) << reference << import.log();
     }
 }
 
 TEST(BrokenMarkup, whatHoldsNoProjectIsRefused) {
-    for (const std::string_view plan : {"", " ", "plain text", "<", "<Project", "<Other/>", "<Project/><Project/>",
-                                        "{\"Project\": 1}", "\xFF\xFE", "<!DOCTYPE Project>", "<?xml version=\"1.0\"?>"}) {
+    for (const std::string_view plan :
+         {"", " ", "plain text", "<", "<Project", "<Other/>", "<Project/><Project/>", "{\"Project\": 1}", "\xFF\xFE",
+          "<!DOCTYPE Project>", "<?xml version=\"1.0\"?>"}) {
         const PlanImport import("refused", plan);
         EXPECT_EQ(import.status(), 1) << plan;
         EXPECT_TRUE(import.logHolds("Exception: ")) << plan;
@@ -97,13 +102,14 @@ TEST(BrokenMarkup, whatHoldsNoProjectIsRefused) {
 TEST(BrokenMarkup, zeroBytesAreNoCharacters) {
     const PlanImport inside("zero-inside", planWithName(std::string("a\0b", 3)));
     EXPECT_EQ(inside.status(), 0) << inside.log();
-    EXPECT_EQ(inside.texts("title"), std::vector<std::string>{"a\xEF\xBF\xBD" "b"});
+    EXPECT_EQ(inside.texts("title"), std::vector<std::string>{"a\xEF\xBF\xBD"
+                                                              "b"});
     const PlanImport behind("zeros-behind", planWithName("a") + std::string(100, '\0'));
     EXPECT_EQ(behind.status(), 0) << behind.log();
     EXPECT_EQ(behind.texts("title"), std::vector<std::string>{"a"});
-    const PlanImport between("zero-between", planOf({"<Tasks>" + std::string(1, '\0') +
-                                                         taskElement("1", "<Name>a</Name>") + "</Tasks>",
-                                                     "", ""}));
+    const PlanImport between(
+        "zero-between",
+        planOf({"<Tasks>" + std::string(1, '\0') + taskElement("1", "<Name>a</Name>") + "</Tasks>", "", ""}));
     EXPECT_EQ(between.texts("title"), std::vector<std::string>{"a"});
     for (const auto* const import : {&inside, &between}) {
         EXPECT_TRUE(import->logHolds("WARNING: Repaired malformed XML in '")) << import->log();

@@ -61,8 +61,12 @@ ProgramResult runProgram(const std::vector<std::string>& arguments, const fs::pa
     EXPECT_GT(child, 0);
     rusage usage{};
     EXPECT_EQ(wait4(child, &state, 0, &usage), child);
-    return {WIFEXITED(state) ? WEXITSTATUS(state) : -1, WIFSIGNALED(state) ? WTERMSIG(state) : 0, bytesOf(output),
-            bytesOf(errors), secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime), usage.ru_maxrss};
+    return {WIFEXITED(state) ? WEXITSTATUS(state) : -1,
+            WIFSIGNALED(state) ? WTERMSIG(state) : 0,
+            bytesOf(output),
+            bytesOf(errors),
+            secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime),
+            usage.ru_maxrss};
 }
 
 std::string bytesOf(const fs::path& file) {

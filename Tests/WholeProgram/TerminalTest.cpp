@@ -23,7 +23,8 @@ std::string planOf5000Tasks() {
     std::string plan =
         "<Project xmlns=\"http://schemas.microsoft.com/project\"><SaveVersion>14</SaveVersion>"
         "<StartDate>2024-05-13T08:00:00</StartDate><ScheduleFromStart>1</ScheduleFromStart>"
-        "<Calendars><Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars>"
+        "<Calendars><Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar></"
+        "Calendars>"
         "<Tasks>";
     for (int uid = 1; uid <= 5'000; ++uid) {
         plan += "<Task><UID>" + std::to_string(uid) + "</UID><Name>a task</Name><OutlineLevel>1</OutlineLevel>" +
@@ -61,7 +62,8 @@ ProgramResult runOnTerminal(const fs::path& folder, const char* terminalType) {
         const int standardOutput = ::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         if (::chdir(folder.c_str()) == 0 && ::dup2(standardOutput, STDOUT_FILENO) >= 0 &&
             ::dup2(terminal.device, STDERR_FILENO) >= 0) {
-            std::array<const char*, 6> words{KZMSP_PROGRAM, "--template-path", KZMSP_TEMPLATE, "Plan.xml", "out", nullptr};
+            std::array<const char*, 6> words{KZMSP_PROGRAM, "--template-path", KZMSP_TEMPLATE, "Plan.xml", "out",
+                                             nullptr};
             std::array<const char*, 3> environment{"TZ=UTC", type.c_str(), nullptr};
             ::execve(KZMSP_PROGRAM, const_cast<char**>(words.data()), const_cast<char**>(environment.data()));
         }
@@ -110,7 +112,8 @@ TEST_F(Terminal, showsTheProgressOfALongImportBelowTheLogAndLeavesTheLogAlone) {
     const auto result = runOnTerminal(folder, "xterm");
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.standardOutput, "");
-    EXPECT_TRUE(std::regex_search(result.standardError, std::regex("\r\033\\[KActual: \\d+ of 5000 tasks \\(\\d+%\\)")));
+    EXPECT_TRUE(
+        std::regex_search(result.standardError, std::regex("\r\033\\[KActual: \\d+ of 5000 tasks \\(\\d+%\\)")));
     EXPECT_NE(result.standardError.find("Actual: 5000 of 5000 tasks (100%)"), std::string::npos);
     EXPECT_EQ(withoutTimes(onScreen(result.standardError)), redirectedLog());
 }

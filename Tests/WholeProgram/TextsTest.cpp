@@ -147,9 +147,17 @@ TEST(Texts, thatXMLCannotHoldAreReplacedWithAWarning) {
         std::string_view text;
     };
     constexpr Case cases[] = {
-        {"a\x01\x1F" "b", "a\xEF\xBF\xBD\xEF\xBF\xBD" "b"},
-        {"a&#2;b&#xFFFF;", "a\xEF\xBF\xBD" "b\xEF\xBF\xBD"},
-        {"a\xFF" "b", "a\xEF\xBF\xBD" "b"},
+        {"a\x01\x1F"
+         "b",
+         "a\xEF\xBF\xBD\xEF\xBF\xBD"
+         "b"},
+        {"a&#2;b&#xFFFF;",
+         "a\xEF\xBF\xBD"
+         "b\xEF\xBF\xBD"},
+        {"a\xFF"
+         "b",
+         "a\xEF\xBF\xBD"
+         "b"},
     };
     for (const auto& place : Places) {
         for (const auto& [markup, text] : cases) {
@@ -221,11 +229,11 @@ TEST(Texts, namesOfCustomFields) {
 TEST(Texts, linesOfNotes) {
     for (const auto& [text, markup] : Texts) {
         if (!holdsLineEnd(text)) {
-            const PlanImport import("note", planOf({"<Tasks>" +
-                                                        taskElement("1", "<Notes>first&#10;" + std::string(markup) +
-                                                                             "&#10;last</Notes>") +
-                                                        "</Tasks>",
-                                                    "", ""}));
+            const PlanImport import(
+                "note",
+                planOf({"<Tasks>" + taskElement("1", "<Notes>first&#10;" + std::string(markup) + "&#10;last</Notes>") +
+                            "</Tasks>",
+                        "", ""}));
             EXPECT_EQ(import.texts("lit"), (std::vector<std::string>{"first", std::string(text), "last"})) << markup;
         }
     }

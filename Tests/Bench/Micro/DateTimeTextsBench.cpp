@@ -1,7 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include "FuzzWorld.h"
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Text.h"
 #include "MSPIUtilities.h"
 
 // Date-time texts, read and printed: several of each task.

@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "MSPIISO8601Text.h"
+#include "MSPCISO8601Text.h"
 #include "MSPIUtilities.h"
 
 // Duration texts, read and printed: two of each task, and one of each piece of timephased work.

@@ -20,8 +20,8 @@ std::string markupOfChildren(const MSPCXMLNode& element) {
     return markup.ends_with("/>") ? "" : markup.substr(start, markup.rfind("</") - start);
 }
 
-// The same without what is in numbered baselines: while one shows, plain values have changed places with the children they
-// stand for, and nobody looks into it.
+// The same without what is in numbered baselines: while one shows, plain values have changed places with the children
+// they stand for, and nobody looks into it.
 std::string withoutBaselineContent(std::string markup) {
     constexpr std::string_view opening = "<Baseline>";
     for (auto start = markup.find(opening); start != std::string::npos; start = markup.find(opening, start + 1)) {

@@ -75,11 +75,14 @@ TEST(MSPIMapper, UsesTheBaselinesItIsGiven) {
 TEST(MSPIMapper, LeavesTheTasksOfARemovedSummaryTaskToTheNextCandidate) {
     for (const std::string version : {"9", "12"}) {
         ProjectImport import(framed(
-            "<SaveVersion>" + version + "</SaveVersion><Tasks>"
-            "<Task><UID>1</UID><OutlineLevel>1</OutlineLevel><Summary>1</Summary>" + baseline(0) + "</Task>"
+            "<SaveVersion>" + version +
+            "</SaveVersion><Tasks>"
+            "<Task><UID>1</UID><OutlineLevel>1</OutlineLevel><Summary>1</Summary>" +
+            baseline(0) +
+            "</Task>"
             "<Task><UID>2</UID><OutlineLevel>2</OutlineLevel><Summary>1</Summary></Task>"
-            "<Task><UID>3</UID><OutlineLevel>3</OutlineLevel>" + baseline(0) +
-            "<PredecessorLink><PredecessorUID>2</PredecessorUID></PredecessorLink></Task></Tasks>"));
+            "<Task><UID>3</UID><OutlineLevel>3</OutlineLevel>" +
+            baseline(0) + "<PredecessorLink><PredecessorUID>2</PredecessorUID></PredecessorLink></Task></Tasks>"));
         const auto scenario = import.mapBaseline(0);
         EXPECT_THAT(scenario, HasSubstr("<child-task idref=\"t3\"/></task><task id=\"t3\">")) << version;
         EXPECT_THAT(scenario, Not(HasSubstr("t2"))) << version;

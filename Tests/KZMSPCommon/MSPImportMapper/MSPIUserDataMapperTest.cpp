@@ -320,8 +320,9 @@ TEST(MSPIUserDataOfTasks, RecordsWhatIsRecordedElsewhereAnew) {
 TEST(MSPIUserDataOfTasks, OfTwoFieldsOfOneNameTheLastValueCounts) {
     TasksWithFields tasks;
     tasks.fixture.node("ExtendedAttributes/ExtendedAttribute[FieldID=2]/FieldName").setStringValue("Region");
-    EXPECT_EQ(tasks.markupAfter(attribute("1", "a") + attribute("3", "s") + attribute("2", "b")),
-              "<task><user-data><key>Region</key><string>b</string><key>Site</key><string>s</string></user-data></task>");
+    EXPECT_EQ(
+        tasks.markupAfter(attribute("1", "a") + attribute("3", "s") + attribute("2", "b")),
+        "<task><user-data><key>Region</key><string>b</string><key>Site</key><string>s</string></user-data></task>");
 }
 
 // Thousands of values may refer to one definition.

@@ -160,8 +160,7 @@ TEST_F(MSPDIImportRunnerTest, templateMustHaveTheBundlesExtension) {
 TEST_F(MSPDIImportRunnerTest, templateMustBeAFolder) {
     files.addFile("/home/me/Empty.kdzx");
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "Empty.kdzx", "/in/a.xml"}),
-              (Lines{start,
-                     "Exception: FileNotFoundException\nKDZX template doc folder not found: Empty.kdzx"}));
+              (Lines{start, "Exception: FileNotFoundException\nKDZX template doc folder not found: Empty.kdzx"}));
     EXPECT_EQ(linesOfFailure({"x", "--template-path", "/none/../N.kdzx", "/in/a.xml"}),
               (Lines{start, "Exception: FileNotFoundException\nKDZX template doc folder not found: /N.kdzx"}));
 }

@@ -1,0 +1,85 @@
+#include "MSPIBaselineIndex.h"
+
+#include <string>
+
+#include "MSPCExtensions.h"
+#include "MSPCFields.h"
+#include "MSPCXMLAsides.h"
+#include "MSPCXPathNumber.h"
+
+MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument)
+    : MSPIBaselineIndex(mspDocument, mspDocument.asides()) {
+}
+
+MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLAsides asides) {
+    const auto project = mspDocument.root();
+    addList(project, asides, "Assignments/Assignment", &MSPIBaselineCounts::assignments);
+    addList(project, asides, "Resources/Resource", &MSPIBaselineCounts::resources);
+    addList(project, asides, "Tasks/Task", &MSPIBaselineCounts::tasks);
+}
+
+void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, MSPCXMLAsides& asides, const std::string& path,
+                                std::size_t MSPIBaselineCounts::*count) {
+    auto asidesOfElements = asides.take(path);
+    for (const auto& element : nodesForXQuery(mspProject, path)) {
+        _elements.push_back(element);
+        ++(_elementCounts.*count);
+        // A document has its baselines in one place or the other.
+        const auto setAside = asidesOfElements.next();
+        const auto& parent = setAside ? setAside->root() : element;
+        if (const auto baseline = parent.firstChildElement("Baseline")) {
+            addBaselines(baseline, element, count);
+        }
+    }
+}
+
+void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& element,
+                                     std::size_t MSPIBaselineCounts::*count) {
+    const auto position = _elements.size() - 1;
+    std::string buffer;
+    for (; baseline; baseline = baseline.nextSiblingElement("Baseline")) {
+        const OfNumber* read = nullptr;  // where the values of this baseline are, once they have been read
+        for (auto child = baseline.firstChildElement("Number"); child; child = child.nextSiblingElement("Number")) {
+            const auto number = xpathNumber(child.stringValue(buffer));
+            const auto whole =
+                number && *number >= 0 && *number < BaselineCount ? static_cast<std::size_t>(*number) : 0;
+            if (number != static_cast<double>(whole)) {
+                continue;
+            }
+            auto& [counts, entries, showsUID, values] = _byNumber[whole];
+            const bool hasEntry = !entries.empty() && entries.back().elementPosition == position;
+            if (hasEntry && entries.back().baseline == baseline) {
+                continue;  // said twice
+            }
+            if (hasEntry) {
+                entries.pop_back();  // the last of several counts
+            } else {
+                ++(counts.*count);
+            }
+            const auto shown = read != nullptr ? read->entries.back().values : values.append(element, baseline);
+            entries.push_back({position, baseline, shown});
+            showsUID = showsUID || (read != nullptr ? read->showsUID : values.showUID());
+            read = &_byNumber[whole];
+        }
+    }
+}
+
+MSPIUnchangedLists MSPIBaselineIndex::unchangedLists(std::int32_t number) const {
+    const auto& baseline = of(number);
+    return {.tasks = !baseline.showsUID && baseline.counts.tasks == _elementCounts.tasks,
+            .assignments = !baseline.showsUID && baseline.counts.assignments == _elementCounts.assignments};
+}
+
+std::vector<MSPIBaselineIndex::Target> MSPIBaselineIndex::targets(std::int32_t number) const {
+    std::vector<Target> targets;
+    targets.reserve(_elements.size());
+    for (const auto& element : _elements) {
+        targets.push_back({element, false, {}});
+    }
+    for (const auto& entry : of(number).entries) {
+        auto& target = targets[entry.elementPosition];
+        target.hasBaseline = true;
+        target.values = entry.values;
+    }
+    return targets;
+}
