@@ -101,7 +101,7 @@ void lookAt(const std::string& planPath, const MSPCServices& services, const MSP
     MSPDIPlanFacts facts(services);
     const auto import = MSPDIImportInMemory(planPath, services, MSPDIMemoryKeeping::Names, watchedBy(facts));
     if (isNoPlan(import, facts)) {
-        account.obstacle = import.refusal ? import.refusal->reason : "no plan";
+        account.obstacle = import.refusal ? import.refusal->sentence() : "no plan";
         return;
     }
     account.refusal = import.refusal;

@@ -8,9 +8,12 @@
 #include "MSPCException.h"
 #include "MSPDIConditions.h"
 #include "MSPDIKinds.h"
+#include "MSPDIValues.h"
 
 namespace {
 
+// Real plans have ten. Their paths would take more than the square of the plan.
+constexpr std::size_t mostLevels = 256;
 constexpr std::string_view unknownElement = "unknown-element";
 
 MSPCXMLNode nextElement(MSPCXMLNode node) {
@@ -125,9 +128,12 @@ bool MSPDILeafWalk::takeLeaf(std::string_view name, std::string_view text) {
         return false;
     }
     const auto judgement = MSPDIJudgementOfText(*element, text);
+    const auto kind = judgement.kind.empty() ? 0 : MSPDIKindIndex(judgement.kind);
+    if (!judgement.kind.empty() && !MSPDIKinds()[kind].owners.empty()) {
+        return false;
+    }
     ++_tally.leaves[MSPDIFateIndex(judgement.fate)];
     if (!judgement.kind.empty()) {
-        const auto kind = MSPDIKindIndex(judgement.kind);
         _tally.lacksPlaces = _tally.lacksPlaces || wantsPlace(kind);
         _tally.kinds.push_back(kind);
     }
@@ -318,8 +324,29 @@ bool MSPDILeafWalk::wantsPlace(std::size_t kind) const {
     return loss.element.empty() || loss.where.size() < _options.mostPlaces;
 }
 
+// Whether a loss that is told once for an element was told for that around the present leaf; from now on it was.
+bool MSPDILeafWalk::wasToldOfOwner(std::size_t kind) {
+    const auto owners = MSPDIKinds()[kind].owners;
+    if (owners.empty()) {
+        return false;
+    }
+    auto owner = _steps.size() - 1;
+    while (owner > 0 && !MSPDIIsOneOf(_steps[owner].name, owners)) {
+        --owner;
+    }
+    const auto told = std::pair(owner, kind);
+    if (std::find(_told.begin(), _told.end(), told) != _told.end()) {
+        return true;
+    }
+    _told.push_back(told);
+    return false;
+}
+
 void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::string_view value) {
     const auto index = MSPDIKindIndex(kind);
+    if (wasToldOfOwner(index)) {
+        return;
+    }
     _tally.kinds.push_back(index);
     if (!wantsPlace(index)) {
         return;
@@ -384,6 +411,9 @@ std::size_t& MSPDILeafWalk::countOf(Counts& counts, std::string_view name) {
 void MSPDILeafWalk::enterChild(const MSPCXMLNode& node) {
     auto number = std::size_t(0);
     if (_countsAll) {
+        if (_steps.size() >= mostLevels) {
+            throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
+        }
         _childCounts.resize(std::max(_childCounts.size(), _steps.size()));
         number = ++countOf(_childCounts[_steps.size() - 1], withoutPrefix(node.name()));
     }
@@ -398,6 +428,11 @@ void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, std::s
         _childCounts.resize(_steps.size());
     }
     _steps.push_back({known, withoutPrefix(name), node, number, lastKnown});
+}
+
+void MSPDILeafWalk::leave() {
+    _steps.pop_back();
+    std::erase_if(_told, [this](const auto& told) { return told.first >= _steps.size(); });
 }
 
 std::size_t MSPDILeafWalk::numberOf(const Step& step) {

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "MSPCXMLDocument.h"
@@ -25,7 +26,8 @@ public:
     MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOptions& options, MSPDIAccount& account);
 
     // The whole plan in one tree. Like all below raises `MSPCInternalInconsistency` "The plan has changed while it was
-    // read." for another plan than that of the facts.
+    // read." for another plan than that of the facts, and "Elements are nested too deeply to be told one by one." where
+    // every leaf or place is to be told.
     void walk(const MSPCXMLNode& project);
     // The same plan as it is read.
     void value(std::string_view name) override;
@@ -78,6 +80,7 @@ private:
     [[nodiscard]] MSPDIJudgement judgeUnknown(const MSPCXMLNode& node, const MSPDIItem& item) const;
     void tellOfItem(const MSPDIItem& item);
     void tell(std::string_view kind, const MSPDIItem& item, std::string_view value);
+    [[nodiscard]] bool wasToldOfOwner(std::size_t kind);
     [[nodiscard]] bool wantsPlace(std::size_t kind) const;
     [[nodiscard]] MSPDIPlace placeOf(const MSPDIItem& item, std::string_view value) const;
     void enterTally();
@@ -86,7 +89,7 @@ private:
     void enterChild(const MSPCXMLNode& node);
     // Goes down to an element; `name` is to outlive the step.
     void enter(std::string_view name, const MSPCXMLNode& node, std::size_t number);
-    void leave() { _steps.pop_back(); }
+    void leave();
     [[nodiscard]] std::string path() const;
     [[nodiscard]] std::string elementPath() const;
     [[nodiscard]] static std::size_t numberOf(const Step& step);
@@ -102,6 +105,7 @@ private:
     Tally _tally;
     bool _isReduced = false;  // the present piece comes without the leaves that were taken
     std::vector<Step> _steps;
+    std::vector<std::pair<std::size_t, std::size_t>> _told;  // the steps and the kinds that were told once for them
     std::vector<Counts> _childCounts;            // of the children of these steps so far, where all are counted
     std::vector<const MSPDIElementTree*> _open;  // the elements around the leaf that is offered
     std::string _listName;

@@ -12,7 +12,7 @@ TEST(MSPDIRunTest, tellsInOneLineWhatItCouldNotLookAt) {
     std::ostringstream err;
     MSPDIRun run{world.services, out, err};
     run.couldNotLook("a\nplan\x1B[31m.xml", "no\r\nreason");
-    EXPECT_EQ(err.str(), "mspdi: a plan [31m.xml: no  reason\n");
+    EXPECT_EQ(err.str(), "mspdi: a\\nplan\\x1b[31m.xml: no\\r\\nreason\n");
     EXPECT_EQ(out.str(), "");
     EXPECT_EQ(run.status, MSPDIStatus::CouldNotLook);
 }
