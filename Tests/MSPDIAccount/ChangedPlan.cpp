@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <random>
 
 #include "MSPCStringSink.h"
 #include "MSPDIAccount.h"
@@ -111,6 +112,30 @@ bool ChangedPlan::isSameWith(const std::string& path, const std::string& value) 
         }
     });
     return importOf(plan) == _original;
+}
+
+std::pair<std::string, std::string> ChangedPlan::withUnknownElement(unsigned seed) const {
+    constexpr std::string_view unknown = "Zebra";
+    std::mt19937 random(seed);
+    const auto drawn = [&random](std::size_t below) {
+        return std::uniform_int_distribution<std::size_t>(0, below - 1)(random);
+    };
+    auto plan = copy();
+    std::vector<MSPCXMLNode> owners{plan.root()};
+    for (std::size_t at = 0; at < owners.size(); ++at) {
+        const auto children = elementsIn(owners[at]);
+        owners.insert(owners.end(), children.begin(), children.end());
+    }
+    auto owner = owners[drawn(owners.size())];
+    auto element = owner.newElement(unknown);
+    element.node().setStringValue("7");
+    const auto children = elementsIn(owner);
+    owner.insertChildBefore(std::move(element), children.empty() ? MSPCXMLNode() : children[drawn(children.size())]);
+    std::string found;
+    visitLeaves(plan.root(), "/Project", [&](const MSPCXMLNode& leaf, const std::string& path) {
+        found = leaf.name() == unknown ? path : found;
+    });
+    return {plan.serialized(), found};
 }
 
 MSPCXMLDocument ChangedPlan::copy() const {

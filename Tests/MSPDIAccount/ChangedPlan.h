@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "MSPCXMLDocument.h"
@@ -28,6 +29,8 @@ public:
     [[nodiscard]] bool isSameWithout(const std::vector<std::string>& paths) const;
     // Whether it is the same with that value in a leaf.
     [[nodiscard]] bool isSameWith(const std::string& path, const std::string& value) const;
+    // The plan with an element of a name that nobody knows, put in a place that `seed` draws, and its path.
+    [[nodiscard]] std::pair<std::string, std::string> withUnknownElement(unsigned seed) const;
     // All values of the leaves whose path without numbers is this one.
     [[nodiscard]] const std::vector<std::string>& valuesAt(const std::string& elementPath) const;
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <random>
 
 #include "AccountsOfPlan.h"
@@ -89,8 +90,8 @@ void expectTrueFates(const ChangedPlan& plan, std::size_t count) {
     std::mt19937 random(seed);
     std::shuffle(removable.begin(), removable.end(), random);
     std::shuffle(carried.begin(), carried.end(), random);
-    removable.resize(std::min(removable.size(), count / 4));
     carried.resize(std::min(carried.size(), count - count / 4));
+    removable.resize(std::min(removable.size(), count - carried.size()));
     for (const auto& path : removable) {
         EXPECT_TRUE(plan.isSameWithout({path})) << path << " = " << plan.textAt(path);
     }
@@ -115,6 +116,27 @@ std::string nameOfTest(std::string name) {
 TEST(FatesFolder, isThere) {
     if (corpusPlans().empty()) {
         GTEST_SKIP() << "no plans in " << corpusFolder() << "; KZMSP_CORPUS names another folder";
+    }
+}
+
+// Wherever a plan holds an element that nobody knows, it is told.
+TEST_P(Fates, areToldOfAnUnknownElementAnywhere) {
+    constexpr unsigned timesInEachPlan = 8;
+    const ChangedPlan plan(bytesOf(corpusFolder() / GetParam()));
+    for (unsigned number = 0; number < timesInEachPlan; ++number) {
+        const auto [bytes, path] = plan.withUnknownElement(seed + number);
+        ServicesInMemory world;
+        world.machine.addFile("/plans/Plan.xml", bytes);
+        MSPDIAccountOptions options;
+        options.mostPlaces = std::numeric_limits<std::size_t>::max();
+        const auto account = MSPDIAccountOfPlan("/plans/Plan.xml", world.services, options);
+        world.log.ignoreLines();
+        const auto loss = std::find_if(account.losses.begin(), account.losses.end(),
+                                       [](const auto& one) { return one.kind == "unknown-element"; });
+        ASSERT_NE(loss, account.losses.end()) << path;
+        EXPECT_TRUE(std::any_of(loss->where.begin(), loss->where.end(), [&at = path](const auto& place) {
+            return place.path == at;
+        })) << path;
     }
 }
 
