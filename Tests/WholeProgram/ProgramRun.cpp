@@ -11,6 +11,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "RunAgain.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -37,6 +39,7 @@ double secondsOf(const timeval& time) {
 
 ProgramResult runProgram(const std::vector<std::string>& arguments, const fs::path& folder,
                          const std::map<std::string, std::string>& environment) {
+    rememberRun(arguments, folder, environment);
     std::vector<std::string> words{KZMSP_PROGRAM};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> settings;
