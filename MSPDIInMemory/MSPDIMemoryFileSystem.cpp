@@ -1,5 +1,6 @@
 #include "MSPDIMemoryFileSystem.h"
 
+#include <set>
 #include <utility>
 
 #include "MSPCStringSink.h"
@@ -58,6 +59,25 @@ bool MSPDIMemoryFileSystem::isDirectory(const std::string& path) const {
     }
     const auto below = _files.lower_bound(path + "/");
     return path == Folder || (below != _files.end() && isBelow(below->first, path));
+}
+
+std::optional<std::vector<std::string>> MSPDIMemoryFileSystem::namesIn(const std::string& folder,
+                                                                       std::string* failure) const {
+    if (!isInMemory(folder)) {
+        return _readOnly.namesIn(folder, failure);
+    }
+    if (!isDirectory(folder)) {
+        if (failure != nullptr) {
+            *failure = nothingThere;
+        }
+        return std::nullopt;
+    }
+    std::set<std::string> names;  // the same folder leads to many files
+    for (auto file = _files.lower_bound(folder + "/"); file != _files.end() && isBelow(file->first, folder); ++file) {
+        const auto rest = std::string_view(file->first).substr(folder.size() + 1);
+        names.emplace(rest.substr(0, rest.find('/')));
+    }
+    return std::vector<std::string>(names.begin(), names.end());
 }
 
 std::string MSPDIMemoryFileSystem::resolvedPath(const std::string& path) const {

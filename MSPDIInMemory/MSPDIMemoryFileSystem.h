@@ -31,6 +31,8 @@ public:
     [[nodiscard]] bool exists(const std::string& path) const override;
     [[nodiscard]] bool leadsToAnything(const std::string& path) const override;
     [[nodiscard]] bool isDirectory(const std::string& path) const override;
+    [[nodiscard]] std::optional<std::vector<std::string>> namesIn(const std::string& folder,
+                                                                  std::string* failure = nullptr) const override;
     [[nodiscard]] std::string resolvedPath(const std::string& path) const override;
     [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;
     [[nodiscard]] std::optional<std::string> readFile(const std::string& path,

@@ -1,4 +1,4 @@
-# bash completion of mspdi: subcommands, their options, and plans.
+# bash completion of mspdi: subcommands, their options, plans and documents.
 
 _mspdi_plans() {
     local path
@@ -7,8 +7,15 @@ _mspdi_plans() {
     done < <(compgen -f -- "$1")
 }
 
+_mspdi_documents() {
+    local path
+    while IFS= read -r path; do
+        COMPREPLY+=("$path")
+    done < <(compgen -d -- "$1")
+}
+
 _mspdi() {
-    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses' options='--help --json --quiet --version'
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses check' options='--help --json --quiet --version'
     COMPREPLY=()
     compopt -o filenames 2>/dev/null
     if ((COMP_CWORD == 1)); then
@@ -21,6 +28,8 @@ _mspdi() {
     esac
     if [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+    elif [[ ${COMP_WORDS[1]} == check ]]; then
+        _mspdi_documents "$word"
     else
         _mspdi_plans "$word"
     fi

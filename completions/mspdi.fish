@@ -1,9 +1,11 @@
-# fish completion of mspdi: subcommands, their options, and plans.
+# fish completion of mspdi: subcommands, their options, plans and documents.
 
-set -l subcommands losses
+set -l subcommands losses check
 complete -c mspdi -f
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a losses -d 'Tell what of a plan is lost'
-complete -c mspdi -n "__fish_seen_subcommand_from $subcommands" -a "(__fish_complete_suffix .xml)"
+complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a check -d 'Tell whether documents are sound'
+complete -c mspdi -n "__fish_seen_subcommand_from losses" -a "(__fish_complete_suffix .xml)"
+complete -c mspdi -n "__fish_seen_subcommand_from check" -a "(__fish_complete_directories)"
 complete -c mspdi -n "__fish_seen_subcommand_from losses" -l all -d 'Tell every place'
 complete -c mspdi -l help -s h -d 'Print what there is to type'
 complete -c mspdi -l version -d 'Print the version'

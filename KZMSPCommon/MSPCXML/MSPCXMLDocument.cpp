@@ -91,6 +91,23 @@ std::optional<MSPCXMLDocument> MSPCXMLDocument::read(std::string bytes, MSPCXMLC
     return utf8 ? readMended(*utf8, survey.hasInternalSubset, content, repairableRoot, repair) : std::nullopt;
 }
 
+std::optional<MSPCXMLDocument> MSPCXMLDocument::readStrictly(std::string utf8, MSPCXMLRepair& error) {
+    if (surveyXML(utf8).hasInternalSubset) {
+        error = {0, "The document type declares something"};
+        return std::nullopt;
+    }
+    if (auto found = firstErrorInXML(utf8)) {
+        error = std::move(*found);
+        return std::nullopt;
+    }
+    auto tree = Tree::load(std::move(utf8), {.isSound = true});
+    if (!tree) {
+        error = {0, "not well-formed"};
+        return std::nullopt;
+    }
+    return MSPCXMLDocument(std::move(tree));
+}
+
 std::optional<MSPCXMLDocument> MSPCXMLDocument::readFiltered(MSPCXMLFiltered filtered) {
     // What is known about the whole document decides, so that the answers are those of the whole document.
     auto tree = Tree::load(std::move(filtered.bytes), {.content = MSPCXMLContent::DataOnly,

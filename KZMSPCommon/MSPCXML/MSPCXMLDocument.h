@@ -18,7 +18,7 @@ enum class MSPCXMLContent {
     DataOnly,    // comments and processing instructions are left out: for documents that are only read
 };
 
-// What the reader had to mend in broken markup, for the log.
+// What the reader had to mend in broken markup, or could not take.
 struct MSPCXMLRepair {
     int line = 0;         // of the first error, from 1
     std::string message;  // the parser's own words, without a line end
@@ -49,6 +49,12 @@ public:
                                                              std::string_view repairableRoot = {},
                                                              std::optional<MSPCXMLRepair>* repair = nullptr,
                                                              const MSPCXMLReadAgain& readAgain = {});
+
+    // Reads a document from UTF-8 bytes that must be well-formed in every respect, namespaces included; mends nothing and
+    // takes no declarations in a document type. Comments are kept, processing instructions are not, and blanks where
+    // they are all of an element's content. None otherwise, and `error` tells what is wrong first (the line is 0 for
+    // the document as a whole).
+    [[nodiscard]] static std::optional<MSPCXMLDocument> readStrictly(std::string utf8, MSPCXMLRepair& error);
 
     // The document of a selection; none when it is not well-formed after all.
     [[nodiscard]] static std::optional<MSPCXMLDocument> readFiltered(MSPCXMLFiltered filtered);

@@ -111,6 +111,11 @@ std::string_view MSPCXMLNode::name() const noexcept {
     return _attribute != nullptr ? treeAttribute(*this).name() : treeNode(*this).name();
 }
 
+std::optional<std::size_t> MSPCXMLNode::offset() const noexcept {
+    const auto found = isElement() ? treeNode(*this).offset_debug() : -1;
+    return found < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(found));
+}
+
 std::string MSPCXMLNode::stringValue() const {
     std::string buffer;
     const auto text = stringValue(buffer);

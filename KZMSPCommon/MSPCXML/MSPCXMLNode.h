@@ -55,6 +55,10 @@ public:
     // The name as written; empty for nodes without one. Valid as long as the node.
     [[nodiscard]] std::string_view name() const noexcept;
 
+    // Where an element's name stands in the bytes that its document was read from; none for any other node, and for an
+    // element that was not read.
+    [[nodiscard]] std::optional<std::size_t> offset() const noexcept;
+
     // The text of the node: an attribute's value, a comment's or text's characters; of an element all text and CDATA
     // below it in document order, comments left out (`<Name>a<!--x-->b<![CDATA[c]]></Name>` is "abc").
     [[nodiscard]] std::string stringValue() const;

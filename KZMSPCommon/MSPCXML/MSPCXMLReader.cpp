@@ -155,6 +155,9 @@ private:
 };
 
 unsigned optionsFor(const MSPCXMLReading& reading) {
+    if (reading.isSound) {
+        return FastOptions | pugi::parse_comments;
+    }
     const bool isPlain = reading.content == MSPCXMLContent::DataOnly && !reading.hasSections &&
                          !reading.hasMixedContent && !reading.isMended;
     return !isPlain ? CompleteOptions : reading.hasNestedValues ? FastOptions : FastestOptions;

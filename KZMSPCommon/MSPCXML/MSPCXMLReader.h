@@ -15,6 +15,7 @@ struct MSPCXMLReading {
     bool hasMixedContent = true;  // text may stand beside elements, or blanks be said to count
     bool hasNestedValues = true;  // elements whose text queries ask for may hold elements
     bool isMended = false;        // of an attribute that an element has twice the first is kept; else that is an error
+    bool isSound = false;         // known to be well-formed: nothing is looked for, and comments are kept
 };
 
 // Builds the tree from UTF-8 bytes, in place: the bytes are changed, and must live as long as the document. Says

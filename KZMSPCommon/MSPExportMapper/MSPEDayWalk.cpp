@@ -4,9 +4,6 @@
 #include <cmath>
 #include <limits>
 
-#include "MSPEScheduleDays.h"
-#include "MSPEWeekday.h"
-
 static_assert(MSPEDayWalk::DaysOfCycle * MSPESecondsPerDay == MSPCTimeZone::GregorianCycle);
 
 MSPEDayWalk::MSPEDayWalk(const MSPCGregorianCalendar& gregorian, MSPCInstant midnight, MSPEDirection direction)
@@ -29,7 +26,7 @@ double MSPEDayWalk::cyclesAhead() const {
     }
     // Backward a week is left, so that no step of the last cycle comes to lie before their start.
     return _isForward ? std::numeric_limits<double>::infinity()
-                      : std::max(0.0, std::floor((daysInCycles - MSPEDaysOfWeek) / DaysOfCycle));
+                      : std::max(0.0, std::floor((daysInCycles - MSPCDaysOfWeek) / DaysOfCycle));
 }
 
 void MSPEDayWalk::step() {
@@ -40,7 +37,7 @@ void MSPEDayWalk::step() {
         return;
     }
     --_daysBeforeChange;
-    moveWeekday(1);
+    _weekday = _weekday + (_isForward ? 1 : -1);
 }
 
 void MSPEDayWalk::leap(double days) {
@@ -49,17 +46,9 @@ void MSPEDayWalk::leap(double days) {
     _date = _isForward ? _date + time : _date - time;
     if (days <= _daysBeforeChange) {
         _daysBeforeChange -= days;
-        moveWeekday(static_cast<std::int64_t>(days - std::floor(days / MSPEDaysOfWeek) * MSPEDaysOfWeek));
+        const auto rest = static_cast<std::int64_t>(days - std::floor(days / MSPCDaysOfWeek) * MSPCDaysOfWeek);
+        _weekday = _weekday + (_isForward ? rest : -rest);
     } else {
         lookAtClocks();
-    }
-}
-
-void MSPEDayWalk::moveWeekday(std::int64_t days) {
-    _weekday += _isForward ? days : -days;
-    if (_weekday > MSPELastWeekday) {
-        _weekday -= MSPEDaysOfWeek;
-    } else if (_weekday < MSPEFirstWeekday) {
-        _weekday += MSPEDaysOfWeek;
     }
 }

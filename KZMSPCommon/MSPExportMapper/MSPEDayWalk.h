@@ -13,7 +13,7 @@ public:
 
     // The day's stepped midnight and the weekday of that instant.
     [[nodiscard]] MSPCInstant date() const { return _date; }
-    [[nodiscard]] std::int64_t weekday() const { return _weekday; }
+    [[nodiscard]] MSPCWeekday weekday() const { return _weekday; }
 
     // How many days can be stepped before the clocks change, or as far as is known that they do not; none of them lies
     // on the change. Infinite in zones of one offset.
@@ -35,12 +35,11 @@ public:
 
 private:
     void lookAtClocks();
-    void moveWeekday(std::int64_t days);
 
     const MSPCGregorianCalendar& _gregorian;
     bool _isForward;
     MSPCInstant _date;
-    std::int64_t _weekday = 0;
+    MSPCWeekday _weekday{};
     double _daysBeforeChange = 0;
     std::int64_t _steadySpan = 0;
     std::uint64_t _moves = 0;

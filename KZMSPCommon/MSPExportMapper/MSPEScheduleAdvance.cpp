@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "MSPCException.h"
-#include "MSPEScheduleDays.h"
 
 namespace {
 
@@ -16,20 +15,20 @@ constexpr double Reach = 0x1p53;
 
 }  // namespace
 
-MSPEScheduleAdvance::MSPEScheduleAdvance(const MSPEScheduleCalendar& calendar, const MSPEScheduleStart& start,
-                                         MSPEDirection direction, MSPEEdgeTime edgeTime)
-    : _calendar(calendar),
+MSPEScheduleAdvance::MSPEScheduleAdvance(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian,
+                                         const MSPEScheduleStart& start, MSPEDirection direction, MSPEEdgeTime edgeTime)
+    : _week(week),
       _start(start),
       _direction(direction),
       _isForward(direction == MSPEDirection::Forward),
       _edgeTime(edgeTime),
       // The start's time may lie outside its day, so the walk begins on the day of the instant it makes.
-      _walk(calendar.gregorian(), calendar.gregorian().midnightOf(start.date), direction),
+      _walk(gregorian, gregorian.midnightOf(start.date), direction),
       _timePeriod(start.timePeriod) {
 }
 
 MSPEScheduleAdvance::~MSPEScheduleAdvance() {
-    _calendar.addStepsTaken(_walk.moves() + _walkedPeriods);
+    _week.addStepsTaken(_walk.moves() + _walkedPeriods);
 }
 
 std::optional<MSPCInstant> MSPEScheduleAdvance::dateAfter(MSPCTimeInterval duration) {
@@ -45,7 +44,7 @@ std::optional<MSPCInstant> MSPEScheduleAdvance::dateAfter(MSPCTimeInterval durat
     _remaining = duration;
     _remainingAtCheck = duration;
     while (_remaining > 0 && mayGoOn()) {
-        if (_calendar.isWorkingDayWeekday(_walk.weekday()) && walkDay() == Day::EndsHere) {
+        if (_week.isWorkingDayWeekday(_walk.weekday()) && walkDay() == Day::EndsHere) {
             return _walk.date() + _offset;
         }
         stepDay();
@@ -62,17 +61,17 @@ MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkDay() {
     // Deliberate: a day is compared with the period at which the working day before it was begun, though it will begin
     // at its own first one. A duration that begins in a day's third period fails where the next working day has but
     // one, and so does one that goes back from a day with three periods to a day with one.
-    if (_calendar.timePeriodsInWeekday(weekday) < _timePeriod) {
+    if (_week.timePeriodsInWeekday(weekday) < _timePeriod) {
         throw MSPCInternalInconsistency("Working day has no or too few working time periods.");
     }
     if (_steppedDays > 0) {
         _timePeriod = firstTimePeriod(weekday);
     }
     // Not in the first seven days, within which the rule for edges counts steps.
-    if (_hasConsumed && _steppedDays >= MSPEDaysOfWeek) {
+    if (_hasConsumed && _steppedDays >= MSPCDaysOfWeek) {
         leapDays();
         if (_isEndless || _leaps->passesDay(weekday, _remaining)) {
-            _remaining -= _calendar.workingDayIndex(weekday).duration();
+            _remaining -= _week.workingDayIndex(weekday).duration();
             return Day::UsedUp;
         }
     }
@@ -81,7 +80,7 @@ MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkDay() {
 
 void MSPEScheduleAdvance::leapDays() {
     if (!_leaps) {
-        _leaps.emplace(_calendar, _direction);
+        _leaps.emplace(_week, _direction);
     }
     for (auto leap = _leaps->leapFrom(_walk, _remaining); leap.days > 0; leap = _leaps->leapFrom(_walk, _remaining)) {
         if (std::isinf(leap.days)) {
@@ -93,8 +92,8 @@ void MSPEScheduleAdvance::leapDays() {
     }
 }
 
-MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkTimePeriods(std::int64_t weekday) {
-    const auto last = _isForward ? _calendar.timePeriodsInWeekday(weekday) - 1 : 0;
+MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkTimePeriods(MSPCWeekday weekday) {
+    const auto last = _isForward ? _week.timePeriodsInWeekday(weekday) - 1 : 0;
     for (auto i = _timePeriod; _isForward ? i <= last : i >= last; i += _isForward ? 1 : -1) {
         ++_walkedPeriods;
         const auto near = _hasConsumed ? nearEdge(i, weekday) : _start.timeOfDay;
@@ -114,15 +113,15 @@ MSPEScheduleAdvance::Day MSPEScheduleAdvance::walkTimePeriods(std::int64_t weekd
 
 // Moves the result to the near edge of the next period. Deliberate: the search ends seven days after the walk began,
 // and the walk then goes on with the remaining duration as it was.
-bool MSPEScheduleAdvance::moveOverEdge(std::int64_t timePeriod, std::int64_t last, std::int64_t weekday) {
+bool MSPEScheduleAdvance::moveOverEdge(std::int64_t timePeriod, std::int64_t last, MSPCWeekday weekday) {
     if (timePeriod != last) {
         _offset = nearEdge(timePeriod + (_isForward ? 1 : -1), weekday);
         return true;
     }
-    while (_steppedDays < MSPEDaysOfWeek) {
+    while (_steppedDays < MSPCDaysOfWeek) {
         stepDay();
         const auto day = _walk.weekday();
-        if (_calendar.isWorkingDayWeekday(day) && _calendar.timePeriodsInWeekday(day) > 0) {
+        if (_week.isWorkingDayWeekday(day) && _week.timePeriodsInWeekday(day) > 0) {
             _offset = nearEdge(firstTimePeriod(day), day);
             return true;
         }
@@ -133,18 +132,18 @@ bool MSPEScheduleAdvance::moveOverEdge(std::int64_t timePeriod, std::int64_t las
     return false;
 }
 
-std::int64_t MSPEScheduleAdvance::firstTimePeriod(std::int64_t weekday) const {
-    return _isForward ? 0 : _calendar.timePeriodsInWeekday(weekday) - 1;
+std::int64_t MSPEScheduleAdvance::firstTimePeriod(MSPCWeekday weekday) const {
+    return _isForward ? 0 : _week.timePeriodsInWeekday(weekday) - 1;
 }
 
-MSPCTimeInterval MSPEScheduleAdvance::nearEdge(std::int64_t timePeriod, std::int64_t weekday) const {
-    return _isForward ? _calendar.startTimeForTimePeriodWeekday(timePeriod, weekday)
-                      : _calendar.endTimeForTimePeriodWeekday(timePeriod, weekday);
+MSPCTimeOfDay MSPEScheduleAdvance::nearEdge(std::int64_t timePeriod, MSPCWeekday weekday) const {
+    return _isForward ? _week.startTimeForTimePeriodWeekday(timePeriod, weekday)
+                      : _week.endTimeForTimePeriodWeekday(timePeriod, weekday);
 }
 
-MSPCTimeInterval MSPEScheduleAdvance::farEdge(std::int64_t timePeriod, std::int64_t weekday) const {
-    return _isForward ? _calendar.endTimeForTimePeriodWeekday(timePeriod, weekday)
-                      : _calendar.startTimeForTimePeriodWeekday(timePeriod, weekday);
+MSPCTimeOfDay MSPEScheduleAdvance::farEdge(std::int64_t timePeriod, MSPCWeekday weekday) const {
+    return _isForward ? _week.endTimeForTimePeriodWeekday(timePeriod, weekday)
+                      : _week.startTimeForTimePeriodWeekday(timePeriod, weekday);
 }
 
 void MSPEScheduleAdvance::stepDay() {

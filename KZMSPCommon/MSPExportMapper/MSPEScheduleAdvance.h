@@ -3,20 +3,27 @@
 #include <cstdint>
 #include <optional>
 
-#include "MSPCInstant.h"
+#include "MSPCGregorianCalendar.h"
 #include "MSPEDayWalk.h"
 #include "MSPEDirection.h"
-#include "MSPEScheduleCalendar.h"
 #include "MSPEScheduleLeaps.h"
+#include "MSPEWorkingWeek.h"
 
-// Walks a calendar from a starting point until a working duration is used up. Made for one walk; the calendar must
-// outlive it. The period edge that the walk meets first is called near (start, or end when walking backward), the other
-// one far.
+// Where working time begins, seen from a date.
+struct MSPEScheduleStart {
+    MSPCInstant date;  // midnight of the day found plus the time of day
+    MSPCTimeOfDay timeOfDay;
+    std::int64_t timePeriod = -1;  // index of the period within its day
+};
+
+// Walks a week over and over from a starting point until a working duration is used up. Made for one walk; the week and
+// the calendar must outlive it. The period edge that the walk meets first is called near (start, or end when walking
+// backward), the other one far.
 class MSPEScheduleAdvance {
 public:
-    MSPEScheduleAdvance(const MSPEScheduleCalendar& calendar, const MSPEScheduleStart& start, MSPEDirection direction,
-                        MSPEEdgeTime edgeTime);
-    // Tells the calendar what the walk has cost.
+    MSPEScheduleAdvance(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian,
+                        const MSPEScheduleStart& start, MSPEDirection direction, MSPEEdgeTime edgeTime);
+    // Tells the week what the walk has cost.
     ~MSPEScheduleAdvance();
     MSPEScheduleAdvance(const MSPEScheduleAdvance&) = delete;
     MSPEScheduleAdvance& operator=(const MSPEScheduleAdvance&) = delete;
@@ -29,16 +36,16 @@ private:
     enum class Day { UsedUp, EndsHere };
 
     [[nodiscard]] Day walkDay();
-    [[nodiscard]] Day walkTimePeriods(std::int64_t weekday);
-    [[nodiscard]] bool moveOverEdge(std::int64_t timePeriod, std::int64_t last, std::int64_t weekday);
-    [[nodiscard]] std::int64_t firstTimePeriod(std::int64_t weekday) const;
-    [[nodiscard]] MSPCTimeInterval nearEdge(std::int64_t timePeriod, std::int64_t weekday) const;
-    [[nodiscard]] MSPCTimeInterval farEdge(std::int64_t timePeriod, std::int64_t weekday) const;
+    [[nodiscard]] Day walkTimePeriods(MSPCWeekday weekday);
+    [[nodiscard]] bool moveOverEdge(std::int64_t timePeriod, std::int64_t last, MSPCWeekday weekday);
+    [[nodiscard]] std::int64_t firstTimePeriod(MSPCWeekday weekday) const;
+    [[nodiscard]] MSPCTimeOfDay nearEdge(std::int64_t timePeriod, MSPCWeekday weekday) const;
+    [[nodiscard]] MSPCTimeOfDay farEdge(std::int64_t timePeriod, MSPCWeekday weekday) const;
     [[nodiscard]] bool mayGoOn() const;
     void stepDay();
     void leapDays();
 
-    const MSPEScheduleCalendar& _calendar;
+    const MSPEWorkingWeek& _week;
     const MSPEScheduleStart _start;
     const MSPEDirection _direction;
     const bool _isForward;
@@ -52,5 +59,5 @@ private:
     bool _isEndless = false;
     std::uint64_t _walkedPeriods = 0;
     std::optional<MSPEScheduleLeaps> _leaps;  // once the walk is long enough to ask for them
-    MSPCTimeInterval _offset = 0;             // the result's seconds since the day's beginning
+    MSPCTimeOfDay _offset;                    // the result, from the day's beginning
 };

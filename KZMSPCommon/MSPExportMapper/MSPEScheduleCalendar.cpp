@@ -6,64 +6,70 @@
 #include <utility>
 
 #include "MSPCException.h"
-#include "MSPEScheduleAdvance.h"
-#include "MSPEScheduleDays.h"
+#include "MSPCTextScanner.h"
 #include "MSPEWeekday.h"
 #include "MSPEWorkingTimeCount.h"
 
 namespace {
 
-constexpr MSPETimePeriod StandardMorning{8, 0, 0, 12, 0, 0};
-constexpr MSPETimePeriod StandardAfternoon{13, 0, 0, 17, 0, 0};
-constexpr std::int64_t Monday = 2;
-constexpr std::int64_t Friday = 6;
+MSPEHourMinuteSecond splitSeconds(std::int64_t seconds) {
+    const auto hour = seconds / 3600;
+    const auto minute = (seconds - 3600 * hour) / 60;
+    return {hour, minute, seconds - 3600 * hour - 60 * minute};
+}
 
-void checkWeekday(std::int64_t weekday) {
-    if (!MSPEIsWeekday(weekday)) {
-        throw MSPCInternalInconsistency(
-            fmt::format("Incorrect value of weekdey ({}). Should be from 1 to 7.", weekday));
+// The truncated number of seconds as far as 64 bits hold it.
+std::int64_t wholeSeconds(double seconds) {
+    constexpr double limit = 9.2e18;
+    return static_cast<std::int64_t>(std::clamp(seconds, -limit, limit));
+}
+
+// Midnight for a missing attribute, none for a text that is no number.
+std::optional<MSPEHourMinuteSecond> timeInAttribute(const MSPCXMLNode& timeSpan, std::string_view name) {
+    const auto attribute = timeSpan.attribute(name);
+    if (!attribute) {
+        return MSPEHourMinuteSecond{};
     }
+    const auto seconds = scanDouble(attribute.stringValue());
+    return seconds ? std::optional(splitSeconds(wholeSeconds(*seconds))) : std::nullopt;
 }
 
 }  // namespace
 
-MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian) : _gregorian(std::move(gregorian)) {
-}
-
-MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian, WorkingDays workingDays)
-    : _gregorian(std::move(gregorian)), _workingDays(std::move(workingDays)) {
+MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian, MSPEWorkingWeek week)
+    : MSPEWorkingWeek(std::move(week)), _gregorian(std::move(gregorian)) {
 }
 
 MSPEScheduleCalendar MSPEScheduleCalendar::standardCalendar(MSPCGregorianCalendar gregorian) {
-    MSPEScheduleCalendar calendar(std::move(gregorian));
-    for (auto weekday = Monday; weekday <= Friday; ++weekday) {
-        calendar.addWorkingTimePeriodWeekday(StandardMorning, weekday);
-        calendar.addWorkingTimePeriodWeekday(StandardAfternoon, weekday);
-    }
-    return calendar;
+    return MSPEScheduleCalendar(std::move(gregorian), standardWeek());
 }
 
-void MSPEScheduleCalendar::addWorkingTimePeriodWeekday(const MSPETimePeriod& period, std::int64_t weekday) {
-    checkWeekday(weekday);
-    auto& day = _workingDays[static_cast<std::size_t>(weekday)];
-    day.timePeriods.push_back(period);
-    day.isWorkingDay = true;
-    _indexes[static_cast<std::size_t>(weekday)].reset();
+MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian, const MSPCXMLNode& kdzxSchedule)
+    : _gregorian(std::move(gregorian)) {
+    constexpr std::string_view name = "schedule-day";
+    for (auto day = kdzxSchedule.firstChildElement(name); day; day = day.nextSiblingElement(name)) {
+        addScheduleDay(day);
+    }
+}
+
+void MSPEScheduleCalendar::addScheduleDay(const MSPCXMLNode& scheduleDay) {
+    const auto weekday = MSPEWeekdayNamed(scheduleDay.attribute("day-of-week").stringValue());
+    if (!weekday) {
+        return;
+    }
+    constexpr std::string_view name = "time-span";
+    for (auto span = scheduleDay.firstChildElement(name); span; span = span.nextSiblingElement(name)) {
+        const auto from = timeInAttribute(span, "start-time");
+        const auto to = timeInAttribute(span, "end-time");
+        if (from && to) {
+            addWorkingTimePeriodWeekday({from->hour, from->minute, from->second, to->hour, to->minute, to->second},
+                                        *weekday);
+        }
+    }
 }
 
 std::string MSPEScheduleCalendar::description() const {
-    auto text = fmt::format("<MSPEScheduleCalendar: {}>", fmt::ptr(this));
-    for (std::size_t slot = 0; slot < _workingDays.size(); ++slot) {
-        const auto& day = _workingDays[slot];
-        fmt::format_to(std::back_inserter(text), "\n  {}: '{}' isWorkingDay={} timePeriods={}: ", slot,
-                       slot == 0 ? "(null)" : MSPEWeekdayNames[slot], day.isWorkingDay ? "YES" : "NO",
-                       day.timePeriods.size());
-        for (const auto& period : day.timePeriods) {
-            fmt::format_to(std::back_inserter(text), " {}:{:02}:{:02}-{}:{:02}:{:02}", period.fromHour,
-                           period.fromMinute, period.fromSecond, period.toHour, period.toMinute, period.toSecond);
-        }
-    }
-    return text;
+    return fmt::format("<MSPEScheduleCalendar: {}>{}", fmt::ptr(this), descriptionOfDays());
 }
 
 std::optional<MSPCInstant> MSPEScheduleCalendar::dateAdvanceByDurationForward(std::optional<MSPCInstant> date,
@@ -85,7 +91,7 @@ std::optional<MSPCInstant> MSPEScheduleCalendar::dateAdvanceByDurationForwardAll
     if (!start) {
         return std::nullopt;
     }
-    return MSPEScheduleAdvance(*this, *start, direction, edgeTime).dateAfter(duration);
+    return MSPEScheduleAdvance(*this, _gregorian, *start, direction, edgeTime).dateAfter(duration);
 }
 
 std::optional<MSPCInstant> MSPEScheduleCalendar::startDateForDateForward(MSPCInstant date,
@@ -96,8 +102,8 @@ std::optional<MSPCInstant> MSPEScheduleCalendar::startDateForDateForward(MSPCIns
 
 std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startDateStartDurationStartTimePeriodForDateForward(
     MSPCInstant date, MSPEDirection direction) const {
-    const auto timeOfDay = static_cast<MSPCTimeInterval>(_gregorian.timeOfDayOf(date));
-    for (int day = 0; day < MSPEDaysOfWeek; ++day) {
+    const auto timeOfDay = _gregorian.timeOfDayOf(date);
+    for (int day = 0; day < MSPCDaysOfWeek; ++day) {
         const auto weekday = _gregorian.weekdayOf(date);
         if (isWorkingDayWeekday(weekday)) {
             auto start = day == 0 ? startInFirstDay(weekday, timeOfDay, direction)
@@ -112,7 +118,7 @@ std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startDateStartDurationSta
     return std::nullopt;
 }
 
-std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startInFirstDay(std::int64_t weekday, MSPCTimeInterval timeOfDay,
+std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startInFirstDay(MSPCWeekday weekday, MSPCTimeOfDay timeOfDay,
                                                                        MSPEDirection direction) const {
     const auto& index = workingDayIndex(weekday);
     if (direction == MSPEDirection::Forward) {
@@ -127,7 +133,7 @@ std::optional<MSPEScheduleStart> MSPEScheduleCalendar::startInFirstDay(std::int6
                  : std::nullopt;
 }
 
-MSPEScheduleStart MSPEScheduleCalendar::startOfLaterDay(std::int64_t weekday, MSPEDirection direction) const {
+MSPEScheduleStart MSPEScheduleCalendar::startOfLaterDay(MSPCWeekday weekday, MSPEDirection direction) const {
     if (direction == MSPEDirection::Forward) {
         return {{}, startTimeForTimePeriodWeekday(0, weekday), 0};
     }
@@ -136,37 +142,14 @@ MSPEScheduleStart MSPEScheduleCalendar::startOfLaterDay(std::int64_t weekday, MS
 }
 
 MSPCTimeInterval MSPEScheduleCalendar::workingTimeFromDateToDate(MSPCInstant from, MSPCInstant to) const {
-    return from < to ? MSPEWorkingTimeCount(*this, from, to).total() : 0;
+    return from < to ? MSPEWorkingTimeCount(*this, _gregorian, from, to).total() : 0;
 }
 
 bool MSPEScheduleCalendar::isWorkingDay(MSPCInstant date) const {
     return isWorkingDayWeekday(_gregorian.weekdayOf(date));
 }
 
-bool MSPEScheduleCalendar::isWorkingDayWeekday(std::int64_t weekday) const {
-    return workingDay(weekday).isWorkingDay;
-}
-
-const MSPEWorkingDay& MSPEScheduleCalendar::workingDay(std::int64_t weekday) const {
-    checkWeekday(weekday);
-    return _workingDays[static_cast<std::size_t>(weekday)];
-}
-
-const MSPEWorkingDayIndex& MSPEScheduleCalendar::workingDayIndex(std::int64_t weekday) const {
-    const auto& day = workingDay(weekday);
-    auto& index = _indexes[static_cast<std::size_t>(weekday)];
-    if (!index) {
-        index.emplace(day.timePeriods);
-        addStepsTaken(day.timePeriods.size());
-    }
-    return *index;
-}
-
-std::int64_t MSPEScheduleCalendar::timePeriodsInWeekday(std::int64_t weekday) const {
-    return static_cast<std::int64_t>(workingDay(weekday).timePeriods.size());
-}
-
-MSPCTimeInterval MSPEScheduleCalendar::durationOfWeekday(std::int64_t weekday) const {
+MSPCTimeInterval MSPEScheduleCalendar::durationOfWeekday(MSPCWeekday weekday) const {
     const auto& day = workingDay(weekday);
     // Deliberate: a working day counts one second less than its periods hold.
     MSPCTimeInterval duration = -1;
@@ -178,15 +161,9 @@ MSPCTimeInterval MSPEScheduleCalendar::durationOfWeekday(std::int64_t weekday) c
     return duration;
 }
 
-MSPCTimeInterval MSPEScheduleCalendar::durationOfTimePeriodWeekday(std::int64_t timePeriod,
-                                                                   std::int64_t weekday) const {
-    const auto* period = findTimePeriod(timePeriod, weekday);
-    return period != nullptr ? period->duration() : -1;
-}
-
 std::int64_t MSPEScheduleCalendar::timePeriodFromDurationForwardWeekday(MSPCTimeInterval duration,
                                                                         MSPEDirection direction,
-                                                                        std::int64_t weekday) const {
+                                                                        MSPCWeekday weekday) const {
     const auto count = timePeriodsInWeekday(weekday);
     const auto isForward = direction == MSPEDirection::Forward;
     MSPCTimeInterval spentBefore = 0;
@@ -202,75 +179,49 @@ std::int64_t MSPEScheduleCalendar::timePeriodFromDurationForwardWeekday(MSPCTime
 }
 
 std::int64_t MSPEScheduleCalendar::timePeriodEndDurationStartedAtForwardWeekday(MSPCTimeInterval duration,
-                                                                                MSPCTimeInterval /*startedAt*/,
+                                                                                MSPCTimeOfDay /*startedAt*/,
                                                                                 MSPEDirection direction,
-                                                                                std::int64_t weekday) const {
+                                                                                MSPCWeekday weekday) const {
     return timePeriodFromDurationForwardWeekday(duration, direction, weekday);
 }
 
-MSPCTimeInterval MSPEScheduleCalendar::dayTimeFromDurationForwardWeekday(MSPCTimeInterval duration,
-                                                                         MSPEDirection direction,
-                                                                         std::int64_t weekday) const {
+MSPCTimeOfDay MSPEScheduleCalendar::dayTimeFromDurationForwardWeekday(MSPCTimeInterval duration,
+                                                                      MSPEDirection direction,
+                                                                      MSPCWeekday weekday) const {
     return dayTimeOfFoundTimePeriodWeekday(timePeriodFromDurationForwardWeekday(duration, direction, weekday), weekday);
 }
 
-MSPCTimeInterval MSPEScheduleCalendar::dayTimeEndDurationStartedAtForwardWeekday(MSPCTimeInterval duration,
-                                                                                 MSPCTimeInterval startedAt,
-                                                                                 MSPEDirection direction,
-                                                                                 std::int64_t weekday) const {
+MSPCTimeOfDay MSPEScheduleCalendar::dayTimeEndDurationStartedAtForwardWeekday(MSPCTimeInterval duration,
+                                                                              MSPCTimeOfDay startedAt,
+                                                                              MSPEDirection direction,
+                                                                              MSPCWeekday weekday) const {
     return dayTimeOfFoundTimePeriodWeekday(
         timePeriodEndDurationStartedAtForwardWeekday(duration, startedAt, direction, weekday), weekday);
 }
 
-MSPCTimeInterval MSPEScheduleCalendar::dayTimeOfFoundTimePeriodWeekday(std::int64_t timePeriod,
-                                                                       std::int64_t weekday) const {
+MSPCTimeOfDay MSPEScheduleCalendar::dayTimeOfFoundTimePeriodWeekday(std::int64_t timePeriod,
+                                                                    MSPCWeekday weekday) const {
     if (timePeriod == NotFound) {
-        return -1;
+        return {-1};
     }
-    const auto* period = findTimePeriod(timePeriod, weekday);
-    if (period == nullptr) {
-        throw MSPCInternalInconsistency(
-            fmt::format("Failed to get starting hour of time period {} at weekday {}.", timePeriod, weekday));
+    const auto period = timePeriodWeekday(timePeriod, weekday);
+    if (!period) {
+        throw MSPCInternalInconsistency(fmt::format("Failed to get starting hour of time period {} at weekday {}.",
+                                                    timePeriod, MSPCNumberOf(weekday)));
     }
     return period->startTime();
 }
 
-const MSPETimePeriod* MSPEScheduleCalendar::findTimePeriod(std::int64_t timePeriod, std::int64_t weekday) const {
-    if (!MSPEIsWeekday(weekday) || timePeriod < 0 || timePeriod >= timePeriodsInWeekday(weekday)) {
-        return nullptr;
-    }
-    return &workingDay(weekday).timePeriods[static_cast<std::size_t>(timePeriod)];
-}
-
-std::optional<MSPETimePeriod> MSPEScheduleCalendar::timePeriodWeekday(std::int64_t timePeriod,
-                                                                      std::int64_t weekday) const {
-    const auto* period = findTimePeriod(timePeriod, weekday);
-    return period != nullptr ? std::optional(*period) : std::nullopt;
-}
-
 std::optional<MSPEHourMinuteSecond> MSPEScheduleCalendar::startHourMinuteSecondTimePeriodWeekday(
-    std::int64_t timePeriod, std::int64_t weekday) const {
-    const auto* period = findTimePeriod(timePeriod, weekday);
-    return period != nullptr
-               ? std::optional(MSPEHourMinuteSecond{period->fromHour, period->fromMinute, period->fromSecond})
-               : std::nullopt;
+    std::int64_t timePeriod, MSPCWeekday weekday) const {
+    const auto period = timePeriodWeekday(timePeriod, weekday);
+    return period ? std::optional(MSPEHourMinuteSecond{period->fromHour, period->fromMinute, period->fromSecond})
+                  : std::nullopt;
 }
 
 std::optional<MSPEHourMinuteSecond> MSPEScheduleCalendar::endHourMinuteSecondTimePeriodWeekday(
-    std::int64_t timePeriod, std::int64_t weekday) const {
-    const auto* period = findTimePeriod(timePeriod, weekday);
-    return period != nullptr ? std::optional(MSPEHourMinuteSecond{period->toHour, period->toMinute, period->toSecond})
-                             : std::nullopt;
-}
-
-MSPCTimeInterval MSPEScheduleCalendar::startTimeForTimePeriodWeekday(std::int64_t timePeriod,
-                                                                     std::int64_t weekday) const {
-    const auto* period = findTimePeriod(timePeriod, weekday);
-    return period != nullptr ? period->startTime() : -1;
-}
-
-MSPCTimeInterval MSPEScheduleCalendar::endTimeForTimePeriodWeekday(std::int64_t timePeriod,
-                                                                   std::int64_t weekday) const {
-    const auto* period = findTimePeriod(timePeriod, weekday);
-    return period != nullptr ? period->endTime() : -1;
+    std::int64_t timePeriod, MSPCWeekday weekday) const {
+    const auto period = timePeriodWeekday(timePeriod, weekday);
+    return period ? std::optional(MSPEHourMinuteSecond{period->toHour, period->toMinute, period->toSecond})
+                  : std::nullopt;
 }

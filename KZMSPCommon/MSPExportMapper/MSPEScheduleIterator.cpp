@@ -3,19 +3,18 @@
 #include <fmt/format.h>
 
 #include "MSPCException.h"
-#include "MSPEScheduleDays.h"
 
-MSPEScheduleIterator::MSPEScheduleIterator(const MSPEScheduleCalendar& calendar, MSPCInstant date,
-                                           MSPEDirection direction)
-    : _scheduleCalendar(calendar),
+MSPEScheduleIterator::MSPEScheduleIterator(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian,
+                                           MSPCInstant date, MSPEDirection direction)
+    : _week(week),
+      _gregorian(gregorian),
       _direction(direction),
       _oneDayInterval(MSPEStepOf(direction)),
-      _nextDate(calendar.gregorian().midnightOf(date)),
-      _nextWeekday(calendar.gregorian().weekdayOf(date)) {
-    if (calendar.isWorkingDayWeekday(_nextWeekday)) {
+      _nextDate(gregorian.midnightOf(date)),
+      _nextWeekday(gregorian.weekdayOf(date)) {
+    if (week.isWorkingDayWeekday(_nextWeekday)) {
         enterDay();
     } else {
-        _nextWeekday = 0;
         prepareNextIteration();
     }
 }
@@ -24,9 +23,8 @@ std::optional<MSPEScheduleStop> MSPEScheduleIterator::nextTimePeriodTimePeriodIn
     if (!_found) {
         return std::nullopt;
     }
-    const MSPEScheduleStop stop{
-        _scheduleCalendar.timePeriodWeekday(_nextTimePeriodIndex, _nextWeekday).value_or(MSPETimePeriod{}),
-        _nextTimePeriodIndex, _nextDate, _nextWeekday, _flags};
+    const MSPEScheduleStop stop{_week.timePeriodWeekday(_nextTimePeriodIndex, _nextWeekday).value_or(MSPETimePeriod{}),
+                                _nextTimePeriodIndex, _nextDate, _nextWeekday, _flags};
     prepareNextIteration();
     return stop;
 }
@@ -40,10 +38,10 @@ void MSPEScheduleIterator::prepareNextIteration() {
         _found = true;
         return;
     }
-    for (int steps = 0; steps < MSPEDaysOfWeek; ++steps) {
+    for (int steps = 0; steps < MSPCDaysOfWeek; ++steps) {
         _nextDate = _nextDate + _oneDayInterval;
-        _nextWeekday = _scheduleCalendar.gregorian().weekdayOf(_nextDate);
-        if (_scheduleCalendar.isWorkingDayWeekday(_nextWeekday)) {
+        _nextWeekday = _gregorian.weekdayOf(_nextDate);
+        if (_week.isWorkingDayWeekday(_nextWeekday)) {
             enterDay();
             _flags = MSPEScheduleStop::BeginsSteppedDay;
             return;
@@ -52,7 +50,7 @@ void MSPEScheduleIterator::prepareNextIteration() {
 }
 
 void MSPEScheduleIterator::enterDay() {
-    _nextDateTimePeriods = _scheduleCalendar.timePeriodsInWeekday(_nextWeekday);
+    _nextDateTimePeriods = _week.timePeriodsInWeekday(_nextWeekday);
     _nextTimePeriodIndex = _direction == MSPEDirection::Forward ? 0 : _nextDateTimePeriods - 1;
     if (_nextTimePeriodIndex < 0) {
         throw MSPCInternalInconsistency(fmt::format("Incorrect time period index: {}", _nextTimePeriodIndex));

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <optional>
 
-#include "MSPCInstant.h"
+#include "MSPCGregorianCalendar.h"
 #include "MSPEDirection.h"
-#include "MSPEScheduleCalendar.h"
+#include "MSPEWorkingWeek.h"
 
 // One stop of a walk over working periods.
 struct MSPEScheduleStop {
@@ -16,18 +16,19 @@ struct MSPEScheduleStop {
     MSPETimePeriod timePeriod;
     std::int64_t timePeriodIndex = 0;  // within its day
     MSPCInstant date;                  // the day's midnight, stepped by 86,400 s from that of the first day
-    std::int64_t weekday = 0;          // of that instant
+    MSPCWeekday weekday{};             // of that instant
     std::uint64_t flags = 0;
 };
 
-// Walks the periods of a working-time calendar one by one, day after day in one direction, beginning with the first
-// (backward: last) period of a date's day; the time of day plays no part. Ends by itself only when seven days in a row
-// are not worked. The calendar must outlive it.
+// Walks the periods of a working week one by one, day after day in one direction, beginning with the first (backward:
+// last) period of a date's day; the time of day plays no part. Ends by itself only when seven days in a row are not
+// worked. The week and the calendar, which tells midnights and weekdays, must outlive it.
 class MSPEScheduleIterator {
 public:
     // Raises `MSPCInternalInconsistency` "Incorrect time period index: -1" when a walk backward comes to a working day
     // without periods; so does `nextTimePeriodTimePeriodIndexDateFlag`.
-    MSPEScheduleIterator(const MSPEScheduleCalendar& calendar, MSPCInstant date, MSPEDirection direction);
+    MSPEScheduleIterator(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian, MSPCInstant date,
+                         MSPEDirection direction);
 
     // The next period; none when the walk has ended.
     [[nodiscard]] std::optional<MSPEScheduleStop> nextTimePeriodTimePeriodIndexDateFlag();
@@ -36,12 +37,13 @@ private:
     void prepareNextIteration();
     void enterDay();
 
-    const MSPEScheduleCalendar& _scheduleCalendar;
+    const MSPEWorkingWeek& _week;
+    const MSPCGregorianCalendar& _gregorian;
     MSPEDirection _direction;
     MSPCTimeInterval _oneDayInterval;
     std::uint64_t _flags = 0;
     MSPCInstant _nextDate;
-    std::int64_t _nextWeekday = 0;  // 0 while there is none
+    MSPCWeekday _nextWeekday;
     std::int64_t _nextDateTimePeriods = 0;
     std::int64_t _nextTimePeriodIndex = 0;
     bool _found = false;

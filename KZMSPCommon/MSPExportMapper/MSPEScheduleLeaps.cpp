@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "MSPEScheduleDays.h"
-#include "MSPEWeekday.h"
-
 namespace {
 
 // Far more seconds than the periods of a real day hold together, far less than where sums of seconds are rounded.
@@ -13,9 +10,9 @@ constexpr MSPCTimeInterval MostSecondsOfDay = 0x1p40;
 // More than a comparison of times of that size is off by, where seconds have fractions.
 constexpr MSPCTimeInterval Margin = 0x1p-8;
 
-bool addsUpExactly(const MSPEScheduleCalendar& calendar, std::int64_t weekday) {
-    const auto count = static_cast<double>(calendar.timePeriodsInWeekday(weekday));
-    return calendar.workingDayIndex(weekday).farthestTime() * count <= MostSecondsOfDay;
+bool addsUpExactly(const MSPEWorkingWeek& week, MSPCWeekday weekday) {
+    const auto count = static_cast<double>(week.timePeriodsInWeekday(weekday));
+    return week.workingDayIndex(weekday).farthestTime() * count <= MostSecondsOfDay;
 }
 
 // How often a week or cycle that works something off passes without a result.
@@ -32,11 +29,11 @@ MSPELeap repeated(double times, double days, MSPCTimeInterval work) {
 
 }  // namespace
 
-MSPEScheduleLeaps::MSPEScheduleLeaps(const MSPEScheduleCalendar& calendar, MSPEDirection direction)
-    : _calendar(calendar), _direction(direction) {
-    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
-        if (calendar.isWorkingDayWeekday(weekday)) {
-            _isExact = _isExact && addsUpExactly(calendar, weekday);
+MSPEScheduleLeaps::MSPEScheduleLeaps(const MSPEWorkingWeek& week, MSPEDirection direction)
+    : _week(week), _direction(direction) {
+    for (const auto weekday : MSPCWeekdays) {
+        if (week.isWorkingDayWeekday(weekday)) {
+            _isExact = _isExact && addsUpExactly(week, weekday);
         }
     }
     _mayLeap = _isExact && periodsAreEnoughOnEachDay();
@@ -45,11 +42,8 @@ MSPEScheduleLeaps::MSPEScheduleLeaps(const MSPEScheduleCalendar& calendar, MSPED
     }
 }
 
-std::int64_t MSPEScheduleLeaps::nextWeekday(std::int64_t weekday) const {
-    if (_direction == MSPEDirection::Forward) {
-        return weekday == MSPELastWeekday ? MSPEFirstWeekday : weekday + 1;
-    }
-    return weekday == MSPEFirstWeekday ? MSPELastWeekday : weekday - 1;
+MSPCWeekday MSPEScheduleLeaps::nextWeekday(MSPCWeekday weekday) const {
+    return weekday + (_direction == MSPEDirection::Forward ? 1 : -1);
 }
 
 // Whether no working day of a week raises because the one before left it at a period that it has not. Forward each day
@@ -59,10 +53,10 @@ bool MSPEScheduleLeaps::periodsAreEnoughOnEachDay() const {
         return true;
     }
     std::int64_t countBefore = 0;
-    auto weekday = MSPELastWeekday;
-    for (int day = 0; day < 2 * MSPEDaysOfWeek; ++day, weekday = nextWeekday(weekday)) {
-        if (_calendar.isWorkingDayWeekday(weekday)) {
-            const auto count = _calendar.timePeriodsInWeekday(weekday);
+    auto weekday = MSPCWeekday::Saturday;
+    for (int day = 0; day < 2 * MSPCDaysOfWeek; ++day, weekday = nextWeekday(weekday)) {
+        if (_week.isWorkingDayWeekday(weekday)) {
+            const auto count = _week.timePeriodsInWeekday(weekday);
             if (count < countBefore - 1) {
                 return false;
             }
@@ -73,13 +67,13 @@ bool MSPEScheduleLeaps::periodsAreEnoughOnEachDay() const {
 }
 
 void MSPEScheduleLeaps::addUpWeeks() {
-    for (auto first = MSPEFirstWeekday; first <= MSPELastWeekday; ++first) {
+    for (const auto first : MSPCWeekdays) {
         MSPCTimeInterval work = 0;
         auto& most = _mostOfWeekFrom[static_cast<std::size_t>(first)];
         auto weekday = first;
-        for (int day = 0; day < MSPEDaysOfWeek; ++day, weekday = nextWeekday(weekday)) {
-            if (_calendar.isWorkingDayWeekday(weekday)) {
-                const auto& index = _calendar.workingDayIndex(weekday);
+        for (int day = 0; day < MSPCDaysOfWeek; ++day, weekday = nextWeekday(weekday)) {
+            if (_week.isWorkingDayWeekday(weekday)) {
+                const auto& index = _week.workingDayIndex(weekday);
                 most = std::max(most, work + index.mostDuration(_direction));
                 work += index.duration();
             }
@@ -92,8 +86,8 @@ double MSPEScheduleLeaps::Mark::daysUntil(const MSPEDayWalk& walk) const {
     return std::abs(walk.date() - date) / MSPESecondsPerDay;
 }
 
-bool MSPEScheduleLeaps::passesDay(std::int64_t weekday, MSPCTimeInterval remaining) const {
-    return _isExact && remaining > _calendar.workingDayIndex(weekday).mostDuration(_direction) + Margin;
+bool MSPEScheduleLeaps::passesDay(MSPCWeekday weekday, MSPCTimeInterval remaining) const {
+    return _isExact && remaining > _week.workingDayIndex(weekday).mostDuration(_direction) + Margin;
 }
 
 MSPELeap MSPEScheduleLeaps::leapFrom(const MSPEDayWalk& walk, MSPCTimeInterval remaining) {
@@ -115,24 +109,24 @@ MSPELeap MSPEScheduleLeaps::leapFrom(const MSPEDayWalk& walk, MSPCTimeInterval r
     return leap;
 }
 
-MSPELeap MSPEScheduleLeaps::leapOverWeeks(std::int64_t weekday, MSPCTimeInterval remaining, double mostDays) const {
-    auto weeks = std::floor(mostDays / MSPEDaysOfWeek);
+MSPELeap MSPEScheduleLeaps::leapOverWeeks(MSPCWeekday weekday, MSPCTimeInterval remaining, double mostDays) const {
+    auto weeks = std::floor(mostDays / MSPCDaysOfWeek);
     if (_workOfWeek > 0) {
         const auto most = _mostOfWeekFrom[static_cast<std::size_t>(weekday)];
         weeks = std::min(weeks, timesPassed(remaining, most, _workOfWeek));
     }
-    return repeated(weeks, MSPEDaysOfWeek, _workOfWeek);
+    return repeated(weeks, MSPCDaysOfWeek, _workOfWeek);
 }
 
 // Weeks in which results are given up can leave as much as there was, and then go on doing so. The distance of the days
 // compared grows, so that any number of weeks is found after which they do.
 MSPELeap MSPEScheduleLeaps::leapOverEqualWeeks(const MSPEDayWalk& walk, MSPCTimeInterval remaining, double mostDays) {
     if (!_weekMark || _weekMark->steadySpan != walk.steadySpan()) {
-        _weekMark = Mark{walk.date(), remaining, walk.steadySpan(), MSPEDaysOfWeek};
+        _weekMark = Mark{walk.date(), remaining, walk.steadySpan(), MSPCDaysOfWeek};
         return {};
     }
     const auto days = _weekMark->daysUntil(walk);
-    if (days > 0 && std::fmod(days, MSPEDaysOfWeek) == 0 && remaining == _weekMark->remaining) {
+    if (days > 0 && std::fmod(days, MSPCDaysOfWeek) == 0 && remaining == _weekMark->remaining) {
         _hasGivenUpInCycle = true;  // as in the weeks that these are like
         return repeated(std::floor(mostDays / days), days, 0);
     }
@@ -164,13 +158,13 @@ MSPELeap MSPEScheduleLeaps::leapOverCycles(const MSPEDayWalk& walk, MSPCTimeInte
     return repeated(cycles, MSPEDayWalk::DaysOfCycle, work);
 }
 
-void MSPEScheduleLeaps::noteMostOfCycle(std::int64_t weekday, MSPCTimeInterval remaining, const MSPELeap& leap) {
+void MSPEScheduleLeaps::noteMostOfCycle(MSPCWeekday weekday, MSPCTimeInterval remaining, const MSPELeap& leap) {
     if (!_cycleMark) {
         return;
     }
     const auto workedOff = _cycleMark->remaining - remaining;
     const auto most = leap.days > 0 ? _mostOfWeekFrom[static_cast<std::size_t>(weekday)] +
                                           std::max(0.0, leap.work - std::max(0.0, _workOfWeek))
-                                    : _calendar.workingDayIndex(weekday).mostDuration(_direction);
+                                    : _week.workingDayIndex(weekday).mostDuration(_direction);
     _mostOfCycle = std::max(_mostOfCycle, workedOff + most);
 }

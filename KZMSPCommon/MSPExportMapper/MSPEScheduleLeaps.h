@@ -7,7 +7,7 @@
 #include "MSPCInstant.h"
 #include "MSPEDayWalk.h"
 #include "MSPEDirection.h"
-#include "MSPEScheduleCalendar.h"
+#include "MSPEWorkingWeek.h"
 
 // A part of an advance that need not be walked. Infinite days tell that the advance never comes to an end.
 struct MSPELeap {
@@ -18,12 +18,12 @@ struct MSPELeap {
 // Tells an advance through working time how far it may leap because the days ahead repeat: by whole weeks as long as
 // the clocks do not change, and by cycles of 400 years, of which one is walked and the others are like it. What is
 // leapt over has no result, because more remains there than those days ever work off, or because they leave everything
-// as it was. The calendar must outlive it.
+// as it was. The week must outlive it.
 class MSPEScheduleLeaps {
 public:
-    MSPEScheduleLeaps(const MSPEScheduleCalendar& calendar, MSPEDirection direction);
+    MSPEScheduleLeaps(const MSPEWorkingWeek& week, MSPEDirection direction);
 
-    // Whether the calendar's times are such that sums of them are exact. Where they are not, nothing is leapt over.
+    // Whether the week's times are such that sums of them are exact. Where they are not, nothing is leapt over.
     [[nodiscard]] bool isExact() const { return _isExact; }
 
     // The leap from the beginning of a working day on which so many seconds remain. No days when the walk must go on
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] MSPELeap leapFrom(const MSPEDayWalk& walk, MSPCTimeInterval remaining);
 
     // Whether a day on which so many seconds remain when it begins is worked off to its end without a result.
-    [[nodiscard]] bool passesDay(std::int64_t weekday, MSPCTimeInterval remaining) const;
+    [[nodiscard]] bool passesDay(MSPCWeekday weekday, MSPCTimeInterval remaining) const;
 
     // To be told when a result on an edge was given up: what remains is then not what the days have left over.
     void resultWasGivenUp() { _hasGivenUpInCycle = true; }
@@ -47,15 +47,15 @@ private:
         [[nodiscard]] double daysUntil(const MSPEDayWalk& walk) const;
     };
 
-    [[nodiscard]] std::int64_t nextWeekday(std::int64_t weekday) const;
+    [[nodiscard]] MSPCWeekday nextWeekday(MSPCWeekday weekday) const;
     [[nodiscard]] bool periodsAreEnoughOnEachDay() const;
     void addUpWeeks();
-    [[nodiscard]] MSPELeap leapOverWeeks(std::int64_t weekday, MSPCTimeInterval remaining, double mostDays) const;
+    [[nodiscard]] MSPELeap leapOverWeeks(MSPCWeekday weekday, MSPCTimeInterval remaining, double mostDays) const;
     [[nodiscard]] MSPELeap leapOverEqualWeeks(const MSPEDayWalk& walk, MSPCTimeInterval remaining, double mostDays);
     [[nodiscard]] MSPELeap leapOverCycles(const MSPEDayWalk& walk, MSPCTimeInterval remaining);
-    void noteMostOfCycle(std::int64_t weekday, MSPCTimeInterval remaining, const MSPELeap& leap);
+    void noteMostOfCycle(MSPCWeekday weekday, MSPCTimeInterval remaining, const MSPELeap& leap);
 
-    const MSPEScheduleCalendar& _calendar;
+    const MSPEWorkingWeek& _week;
     MSPEDirection _direction;
     bool _isExact = true;
     bool _mayLeap = false;

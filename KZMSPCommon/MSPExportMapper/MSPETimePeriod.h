@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "MSPCInstant.h"
+#include "MSPCTimeOfDay.h"
 
 // One worked stretch of a day, as wall-clock times. Nothing is checked: the end may lie before the start, and fields
 // may hold any number. Times derived from them are therefore computed in floating point, where no value overflows.
@@ -16,16 +16,15 @@ struct MSPETimePeriod {
     std::int64_t toMinute = 0;
     std::int64_t toSecond = 0;
 
-    // Seconds since midnight: 08:30:00 is 30600.
-    [[nodiscard]] constexpr MSPCTimeInterval startTime() const { return seconds(fromHour, fromMinute, fromSecond); }
-    [[nodiscard]] constexpr MSPCTimeInterval endTime() const { return seconds(toHour, toMinute, toSecond); }
-    // End time less start time; negative when the period is reversed.
+    [[nodiscard]] constexpr MSPCTimeOfDay startTime() const { return time(fromHour, fromMinute, fromSecond); }
+    [[nodiscard]] constexpr MSPCTimeOfDay endTime() const { return time(toHour, toMinute, toSecond); }
+    // End time less start time, in seconds; negative when the period is reversed.
     [[nodiscard]] constexpr MSPCTimeInterval duration() const { return endTime() - startTime(); }
 
     friend bool operator==(const MSPETimePeriod&, const MSPETimePeriod&) = default;
 
 private:
-    static constexpr MSPCTimeInterval seconds(std::int64_t hour, std::int64_t minute, std::int64_t second) {
-        return (static_cast<double>(hour) * 60 + static_cast<double>(minute)) * 60 + static_cast<double>(second);
+    static constexpr MSPCTimeOfDay time(std::int64_t hour, std::int64_t minute, std::int64_t second) {
+        return {(static_cast<double>(hour) * 60 + static_cast<double>(minute)) * 60 + static_cast<double>(second)};
     }
 };

@@ -3,27 +3,25 @@
 #include <algorithm>
 #include <cmath>
 
-#include "MSPEScheduleDays.h"
-#include "MSPEWeekday.h"
-
-MSPEWorkingTimeCount::MSPEWorkingTimeCount(const MSPEScheduleCalendar& calendar, MSPCInstant from, MSPCInstant to)
-    : _calendar(calendar),
-      _fromDay(calendar.gregorian().midnightOf(from)),
-      _toDay(calendar.gregorian().midnightOf(to)),
-      _fromTime(static_cast<MSPCTimeInterval>(calendar.gregorian().timeOfDayOf(from))),
-      _toTime(static_cast<MSPCTimeInterval>(calendar.gregorian().timeOfDayOf(to))),
-      _walk(calendar.gregorian(), _fromDay, MSPEDirection::Forward) {
+MSPEWorkingTimeCount::MSPEWorkingTimeCount(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian,
+                                           MSPCInstant from, MSPCInstant to)
+    : _week(week),
+      _fromDay(gregorian.midnightOf(from)),
+      _toDay(gregorian.midnightOf(to)),
+      _fromTime(gregorian.timeOfDayOf(from)),
+      _toTime(gregorian.timeOfDayOf(to)),
+      _walk(gregorian, _fromDay, MSPEDirection::Forward) {
 }
 
 void MSPEWorkingTimeCount::addUpWeeks() {
-    for (auto first = MSPEFirstWeekday; first <= MSPELastWeekday; ++first) {
+    for (const auto first : MSPCWeekdays) {
         LastWorkingDay last;
         MSPCTimeInterval work = 0;
-        for (int day = 0; day < MSPEDaysOfWeek; ++day) {
-            const auto weekday = (first - 1 + day) % MSPEDaysOfWeek + 1;
-            if (_calendar.isWorkingDayWeekday(weekday)) {
+        for (int day = 0; day < MSPCDaysOfWeek; ++day) {
+            const auto weekday = first + day;
+            if (_week.isWorkingDayWeekday(weekday)) {
                 last = {day, work};
-                work += _calendar.workingDayIndex(weekday).workOfDay();
+                work += _week.workingDayIndex(weekday).workOfDay();
             }
             _lastWorkingDays[static_cast<std::size_t>(first)][static_cast<std::size_t>(day)] = last;
         }
@@ -42,16 +40,16 @@ MSPCTimeInterval MSPEWorkingTimeCount::total() {
         countCycles();
         countDaysBefore(_toDay);
         if (!_hasEnded && _walk.date() == _toDay) {
-            _total += day().workBetween(0, _toTime);
+            _total += day().workBetween(MSPCMidnight, _toTime);
         }
     }
-    _calendar.addStepsTaken(_walk.moves());
+    _week.addStepsTaken(_walk.moves());
     return _total;
 }
 
 void MSPEWorkingTimeCount::countFirstDay() {
     if (isWorkingDay()) {
-        _total = day().workBetween(_fromTime, _fromDay == _toDay ? _toTime : MSPESecondsPerDay);
+        _total = day().workBetween(_fromTime, _fromDay == _toDay ? _toTime : MSPCEndOfDay);
     }
 }
 
@@ -69,11 +67,11 @@ void MSPEWorkingTimeCount::leapToLastDayOf(double days) {
     if (days < 1) {
         return;
     }
-    const auto weeks = std::floor(days / MSPEDaysOfWeek);
-    const auto rest = static_cast<std::size_t>(days - weeks * MSPEDaysOfWeek);
+    const auto weeks = std::floor(days / MSPCDaysOfWeek);
+    const auto rest = static_cast<std::size_t>(days - weeks * MSPCDaysOfWeek);
     const auto& last = _lastWorkingDays[static_cast<std::size_t>(_walk.weekday())][rest];
     _total += weeks * _workOfWeek + last.workBefore;
-    _walk.leap(weeks * MSPEDaysOfWeek + last.day);
+    _walk.leap(weeks * MSPCDaysOfWeek + last.day);
 }
 
 // One cycle is walked, from one working day to the same one 400 years later; the others are like it.
@@ -91,7 +89,7 @@ void MSPEWorkingTimeCount::countCycles() {
 }
 
 void MSPEWorkingTimeCount::stepToWorkingDay() {
-    for (int steps = 0; steps < MSPEDaysOfWeek; ++steps) {
+    for (int steps = 0; steps < MSPCDaysOfWeek; ++steps) {
         _walk.step();
         if (isWorkingDay()) {
             return;

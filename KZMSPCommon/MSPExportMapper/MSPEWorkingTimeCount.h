@@ -5,16 +5,17 @@
 
 #include "MSPCInstant.h"
 #include "MSPEDayWalk.h"
-#include "MSPEScheduleCalendar.h"
+#include "MSPEWorkingWeek.h"
 
-// Counts the working time of a calendar between two dates, all weeks at once between two changes of the clocks, and
-// cycle by cycle of 400 years where there are many. Made for one question; the calendar must outlive it.
+// Counts the working time of a week between two dates, all weeks at once between two changes of the clocks, and cycle
+// by cycle of 400 years where there are many. Made for one question; the week and the calendar must outlive it.
 //
 // It meets the days that `MSPEScheduleIterator` meets: it ends early where seven days in a row are not worked.
 class MSPEWorkingTimeCount {
 public:
     // `from` is earlier than `to`.
-    MSPEWorkingTimeCount(const MSPEScheduleCalendar& calendar, MSPCInstant from, MSPCInstant to);
+    MSPEWorkingTimeCount(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian, MSPCInstant from,
+                         MSPCInstant to);
 
     // In seconds, 0 or more. To be asked once.
     [[nodiscard]] MSPCTimeInterval total();
@@ -32,14 +33,14 @@ private:
     void countCycles();
     void leapToLastDayOf(double days);
     void stepToWorkingDay();
-    [[nodiscard]] bool isWorkingDay() const { return _calendar.isWorkingDayWeekday(_walk.weekday()); }
-    [[nodiscard]] const MSPEWorkingDayIndex& day() const { return _calendar.workingDayIndex(_walk.weekday()); }
+    [[nodiscard]] bool isWorkingDay() const { return _week.isWorkingDayWeekday(_walk.weekday()); }
+    [[nodiscard]] const MSPEWorkingDayIndex& day() const { return _week.workingDayIndex(_walk.weekday()); }
 
-    const MSPEScheduleCalendar& _calendar;
+    const MSPEWorkingWeek& _week;
     MSPCInstant _fromDay;
     MSPCInstant _toDay;
-    MSPCTimeInterval _fromTime;  // seconds since midnight
-    MSPCTimeInterval _toTime;
+    MSPCTimeOfDay _fromTime;
+    MSPCTimeOfDay _toTime;
     MSPEDayWalk _walk;  // stands on a working day that is not counted yet, unless it has ended
     bool _hasEnded = false;
     MSPCTimeInterval _workOfWeek = 0;

@@ -9,12 +9,9 @@
 #include "MSPCExtensions.h"
 #include "MSPCLog.h"
 #include "MSPEWeekday.h"
+#include "MSPEWorkingWeek.h"
 
 namespace {
-
-constexpr std::int64_t Monday = 2;
-constexpr std::int64_t Friday = 6;
-constexpr std::int64_t Saturday = 7;
 
 // An empty element says as little as a missing one.
 bool isAbsent(const std::optional<std::string>& text) {
@@ -32,8 +29,8 @@ MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCDateFields 
 }
 
 // The Saturdays among so many days from a weekday on.
-std::uint64_t saturdaysWithin(std::int64_t weekday, std::int64_t days) {
-    return (static_cast<std::uint64_t>(days) + static_cast<std::uint64_t>(weekday) - 1) / MSPELastWeekday;
+std::uint64_t saturdaysWithin(MSPCWeekday weekday, std::int64_t days) {
+    return (static_cast<std::uint64_t>(days) + static_cast<std::uint64_t>(weekday) - 1) / MSPCDaysOfWeek;
 }
 
 // The days, working times and events of a schedule.
@@ -48,6 +45,18 @@ std::uint64_t countOfElements(const MSPCXMLNode& schedule) {
         }
     }
     return count;
+}
+
+// Seconds since midnight, as the document has them.
+std::string textOf(MSPCTimeOfDay time) {
+    return fmt::to_string(static_cast<std::int64_t>(time.sinceMidnight));
+}
+
+void addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& startTime,
+                 const std::optional<std::string>& endTime) {
+    const auto timeSpan = addChildElementWithName(scheduleDay, "time-span");
+    setAttributeWithNameStringValue(timeSpan, "start-time", startTime);
+    setAttributeWithNameStringValue(timeSpan, "end-time", endTime);
 }
 
 void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_view overtime,
@@ -116,9 +125,10 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalenda
     std::vector<MSPCXMLNewElement> scheduleDays;
     for (const auto& weekDay : weekDays) {
         checkNode(weekDay, "WeekDay");
-        const auto dayType = intValueForXQuery(weekDay, "DayType");
-        if (!MSPEIsWeekday(dayType)) {
-            throw MSPCInternalInconsistency(fmt::format("Unexpected DayType value {}. Must be from 1 to 7.", dayType));
+        const MSPCWeekday dayType{intValueForXQuery(weekDay, "DayType")};
+        if (!MSPCIsWeekday(dayType)) {
+            throw MSPCInternalInconsistency(
+                fmt::format("Unexpected DayType value {}. Must be from 1 to 7.", MSPCNumberOf(dayType)));
         }
         const auto workingTimes = nodesForXQuery(weekDay, "WorkingTimes/WorkingTime");
         if (workingTimes.empty() && !isBase) {
@@ -136,38 +146,31 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalenda
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newDefaultScheduleDays() const {
     std::vector<MSPCXMLNewElement> scheduleDays;
-    for (auto weekday = MSPEFirstWeekday; weekday <= MSPELastWeekday; ++weekday) {
+    for (const auto weekday : MSPCWeekdays) {
         auto scheduleDay = newScheduleDay(weekday);
-        if (weekday >= Monday && weekday <= Friday) {
-            addTimeSpan(scheduleDay.node(), "08:00:00", "12:00:00");
-            addTimeSpan(scheduleDay.node(), "13:00:00", "17:00:00");
+        for (const auto& period : MSPEWorkingWeek::standardWeek().workingDay(weekday).timePeriods) {
+            addTimeSpan(scheduleDay.node(), textOf(period.startTime()), textOf(period.endTime()));
         }
         scheduleDays.push_back(std::move(scheduleDay));
     }
     return scheduleDays;
 }
 
-MSPCXMLNewElement MSPICalendarMapper::newScheduleDay(std::int64_t weekday) const {
+MSPCXMLNewElement MSPICalendarMapper::newScheduleDay(MSPCWeekday weekday) const {
     auto scheduleDay = _mapper.newElement("schedule-day");
-    setAttributeWithNameStringValue(scheduleDay.node(), "day-of-week",
-                                    MSPEWeekdayNames[static_cast<std::size_t>(weekday)]);
+    setAttributeWithNameStringValue(scheduleDay.node(), "day-of-week", MSPENameOf(weekday));
     return scheduleDay;
 }
 
 void MSPICalendarMapper::addWorkingTimes(MSPCXMLNode scheduleDay, const std::vector<MSPCXMLNode>& workingTimes) const {
+    const auto& conversions = _mapper.conversions();
     for (const auto& workingTime : workingTimes) {
         checkNode(workingTime, "WorkingTime");
-        addTimeSpan(scheduleDay, stringValueForXQuery(workingTime, "FromTime"),
-                    stringValueForXQuery(workingTime, "ToTime"));
+        const auto fromTime = stringValueForXQuery(workingTime, "FromTime");
+        const auto toTime = stringValueForXQuery(workingTime, "ToTime");
+        addTimeSpan(scheduleDay, conversions.mspdiToKdzxTimeOnly(fromTime.value_or("")),
+                    conversions.mspdiToKdzxTimeOnly(toTime.value_or("")));
     }
-}
-
-void MSPICalendarMapper::addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,
-                                     const std::optional<std::string>& toTime) const {
-    const auto& conversions = _mapper.conversions();
-    const auto timeSpan = addChildElementWithName(scheduleDay, "time-span");
-    setAttributeWithNameStringValue(timeSpan, "start-time", conversions.mspdiToKdzxTimeOnly(fromTime.value_or("")));
-    setAttributeWithNameStringValue(timeSpan, "end-time", conversions.mspdiToKdzxTimeOnly(toTime.value_or("")));
 }
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
@@ -240,7 +243,8 @@ void MSPICalendarMapper::addEventsOfRange(const Range& range, const MSPCXMLNode&
     const auto endTime = conversions.mspdiToTimeOfDay(isAbsent(toTime) ? "23:59:59" : *toTime);
 
     for (std::int64_t day = 0; day < days;) {
-        const auto daysToSaturday = Saturday - written.weekdayOf(written.instantByAddingDays(firstDay, day));
+        const auto weekday = written.weekdayOf(written.instantByAddingDays(firstDay, day));
+        const auto daysToSaturday = MSPCNumberOf(MSPCWeekday::Saturday) - MSPCNumberOf(weekday);
         const auto lastOfWeek = day + std::min(daysToSaturday, days - day - 1);
         collection.push_back(newEvent(instantOnDay(conversions.gregorian(), *fromDay, day, startTime),
                                       instantOnDay(conversions.gregorian(), *fromDay, lastOfWeek, endTime)));

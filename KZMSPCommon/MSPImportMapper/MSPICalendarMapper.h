@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "MSPCWeekday.h"
 #include "MSPCXMLNode.h"
 #include "MSPICalendarSchedules.h"
 #include "MSPIGrowthBounds.h"
@@ -31,8 +32,8 @@ public:
 
     // A `schedule-day` per MSPDI `WeekDay` of DayType 1 (Sunday) to 7, in document order; days of one type are not
     // merged. A day with DayWorking gets its working times as seconds since midnight; where a time is missing, the
-    // attribute is empty. A base calendar without any such `WeekDay` gets the default week: Monday to Friday
-    // 08:00:00-12:00:00 and 13:00:00-17:00:00, Saturday and Sunday free. Other calendars leave out every `WeekDay`
+    // attribute is empty. A base calendar without any such `WeekDay` gets the standard week of
+    // `MSPEWorkingWeek`, Saturday and Sunday free. Other calendars leave out every `WeekDay`
     // without a `WorkingTime`. Raises `MSPCInternalInconsistency` "Unexpected DayType value <value>. Must be from 1
     // to 7." when the day's last DayType is another one.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newScheduleDaysFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
@@ -78,9 +79,7 @@ private:
     void addEventsOfRange(const Range& range, const MSPCXMLNode& mspCalendar,
                           std::vector<MSPCXMLNewElement>& collection) const;
     [[nodiscard]] std::vector<MSPCXMLNewElement> newDefaultScheduleDays() const;
-    [[nodiscard]] MSPCXMLNewElement newScheduleDay(std::int64_t weekday) const;
-    void addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& fromTime,
-                     const std::optional<std::string>& toTime) const;
+    [[nodiscard]] MSPCXMLNewElement newScheduleDay(MSPCWeekday weekday) const;
     void addWorkingTimes(MSPCXMLNode scheduleDay, const std::vector<MSPCXMLNode>& workingTimes) const;
     [[nodiscard]] MSPCXMLNewElement newEvent(MSPCInstant start, MSPCInstant end) const;
     [[nodiscard]] std::optional<std::string> extremeDate(const MSPCXMLNode& mspCalendar, std::string_view query,

@@ -7,7 +7,6 @@
 #include "MSPCClock.h"
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
-#include "MSPCInstantText.h"
 #include "MSPCLog.h"
 #include "MSPIIdentifiers.h"
 #include "MSPIProjectMapper.h"
@@ -164,10 +163,11 @@ void MSPIMapper::addHeaderComments(const MSPCXMLNode& scenario) const {
                          fmt::format("  Imported MS Project {}: '{}'{}  ", productYearOfSaveVersion(mspSaveVersion()),
                                      importedProjectName(), baselineSuffix),
                          0);
-    insertCommentAtIndex(scenario,
-                         fmt::format("  {}: Kadenza {} {} Importer.  ", displayText(services().clock.now()),
-                                     importerVersion, importedFormat),
-                         0);
+    insertCommentAtIndex(
+        scenario,
+        fmt::format("  {}: Kadenza {} {} Importer.  ", MSPCGregorianCalendar::utc().displayText(services().clock.now()),
+                    importerVersion, importedFormat),
+        0);
 }
 
 void MSPIMapper::updateTOC(const std::string& scenarioId, const MSPICurrencySettings& currency) {

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
+#include "MSPCDay.h"
 #include "MSPCException.h"
 #include "MSPCISO8601Text.h"
-#include "MSPCInstantText.h"
 #include "MSPCTextScanner.h"
 #include "MSPEDateExtensions.h"
 
@@ -128,7 +128,7 @@ std::optional<std::string> MSPIUtilities::mspdiDateTimeToString(std::string_view
     if (!instant) {
         return std::nullopt;
     }
-    return displayText(*instant, _gregorian);
+    return _gregorian.displayText(*instant);
 }
 
 std::optional<MSPCInstant> MSPIUtilities::mspdiToMppDateTime(std::string_view mspdi) const {
@@ -150,8 +150,7 @@ std::optional<MSPCDateFields> MSPIUtilities::mspdiToDateFields(std::string_view 
 MSPCDateFields MSPIUtilities::mspdiToTimeOfDay(std::string_view mspdi) const {
     MSPCDateFields timeOfDay;
     if (!mspdi.empty()) {
-        constexpr std::int64_t secondsPerDay = 86'400;
-        const auto seconds = secondsSinceMidnight(parsedLocalMspdi(mspdi).components) % secondsPerDay;
+        const auto seconds = secondsSinceMidnight(parsedLocalMspdi(mspdi).components) % MSPCSecondsPerDay;
         timeOfDay.hour = seconds / 3600;
         timeOfDay.minute = seconds / 60 % 60;
         timeOfDay.second = seconds % 60;

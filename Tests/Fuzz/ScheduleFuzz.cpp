@@ -50,7 +50,8 @@ void endsProperly(const Operation& operation) {
 }
 
 void questionsOfDaysEnd(const MSPEScheduleCalendar& calendar, const Question& question) {
-    for (std::int64_t weekday = 0; weekday <= 8; ++weekday) {
+    for (std::int64_t number = 0; number <= 8; ++number) {
+        const MSPCWeekday weekday{number};
         for (const auto direction : {MSPEDirection::Forward, MSPEDirection::Backward}) {
             endsProperly(
                 [&] { return calendar.timePeriodFromDurationForwardWeekday(question.duration, direction, weekday); });
@@ -118,7 +119,7 @@ void advancesEnd(const MSPEScheduleCalendar& calendar, const Question& question)
             advanceIsThatOfAPlainWalk(calendar, question, direction, edgeTime);
         }
         endsProperly([&] { return calendar.startDateForDateForward(question.to, direction); });
-        MSPEScheduleIterator iterator(calendar, question.from, direction);
+        MSPEScheduleIterator iterator(calendar, calendar.gregorian(), question.from, direction);
         for (int stops = 0; stops < 20 && iterator.nextTimePeriodTimePeriodIndexDateFlag(); ++stops) {
         }
     }

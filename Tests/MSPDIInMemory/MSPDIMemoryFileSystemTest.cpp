@@ -97,3 +97,14 @@ TEST_F(MemoryFileSystemTest, aCopyReplacesWhatIsThereWhereAskedTo) {
     EXPECT_EQ(copy->appear(isTaken), std::nullopt);
     EXPECT_EQ(files.takeFilesBelow(folder), (std::map<std::string, std::string>{{"Actual.xml", "a"}}));
 }
+
+TEST_F(MemoryFileSystemTest, namesWhatAFolderHolds) {
+    EXPECT_EQ(files.namesIn("/plans"), std::vector<std::string>{"Plan.xml"});
+    files.addFile(std::string(folder) + "/sub/b.xml", "");
+    files.addFile(std::string(folder) + "/sub/c.xml", "");
+    files.addFile(std::string(folder) + "/a.xml", "");
+    EXPECT_EQ(files.namesIn(folder), (std::vector<std::string>{"a.xml", "sub"}));
+    std::string failure;
+    EXPECT_EQ(files.namesIn(std::string(folder) + "/none", &failure), std::nullopt);
+    EXPECT_EQ(failure, "No such file or directory");
+}

@@ -69,6 +69,23 @@ public:
         const auto* node = resolved.empty() ? nullptr : find(resolved);
         return node && node->kind == Kind::Folder;
     }
+    [[nodiscard]] std::optional<std::vector<std::string>> namesIn(const std::string& folder,
+                                                                  std::string* failure = nullptr) const override {
+        if (!isDirectory(folder)) {
+            if (failure != nullptr) {
+                *failure = exists(folder) ? "Not a directory" : "No such file or directory";
+            }
+            return std::nullopt;
+        }
+        std::vector<std::string> names;
+        const auto top = resolvedPath(folder);
+        for (const auto& path : pathsBelow(top)) {
+            if (path != top && pathByDeletingLastComponent(path) == top) {
+                names.push_back(lastPathComponent(path));
+            }
+        }
+        return names;
+    }
     [[nodiscard]] std::string resolvedPath(const std::string& path) const override {
         auto result = absolutePath(path);
         for (int links = 0; links <= 40; ++links) {

@@ -18,14 +18,14 @@ inline MSPCTimeInterval plainCount(const MSPEScheduleCalendar& calendar, MSPCIns
     const auto& gregorian = calendar.gregorian();
     const auto fromDay = gregorian.midnightOf(from);
     const auto toDay = gregorian.midnightOf(to);
-    const auto fromTime = static_cast<double>(gregorian.timeOfDayOf(from));
-    const auto toTime = static_cast<double>(gregorian.timeOfDayOf(to));
+    const auto fromTime = gregorian.timeOfDayOf(from);
+    const auto toTime = gregorian.timeOfDayOf(to);
     MSPCTimeInterval total = 0;
-    MSPEScheduleIterator iterator(calendar, from, MSPEDirection::Forward);
+    MSPEScheduleIterator iterator(calendar, gregorian, from, MSPEDirection::Forward);
     for (auto stop = iterator.nextTimePeriodTimePeriodIndexDateFlag(); from < to && stop && stop->date <= toDay;
          stop = iterator.nextTimePeriodTimePeriodIndexDateFlag()) {
-        const auto lower = stop->date == fromDay ? fromTime : 0;
-        const auto upper = stop->date == toDay ? toTime : PlainDay;
+        const auto lower = stop->date == fromDay ? fromTime : MSPCMidnight;
+        const auto upper = stop->date == toDay ? toTime : MSPCEndOfDay;
         total +=
             std::max(0.0, std::min(upper, stop->timePeriod.endTime()) - std::max(lower, stop->timePeriod.startTime()));
     }
@@ -37,7 +37,7 @@ inline std::optional<MSPEScheduleStart> plainStart(const MSPEScheduleCalendar& c
                                                    MSPEDirection direction) {
     const auto isForward = direction == MSPEDirection::Forward;
     const auto& gregorian = calendar.gregorian();
-    const auto time = static_cast<double>(gregorian.timeOfDayOf(date));
+    const auto time = gregorian.timeOfDayOf(date);
     for (int k = 0; k <= 6; ++k, date = isForward ? date + PlainDay : date - PlainDay) {
         const auto weekday = gregorian.weekdayOf(date);
         if (!calendar.isWorkingDayWeekday(weekday)) {
@@ -79,11 +79,11 @@ inline PlainAdvance plainAdvance(const MSPEScheduleCalendar& calendar, MSPCInsta
         return {};
     }
     const auto sign = direction == MSPEDirection::Forward ? 1 : -1;
-    const auto near = [&](std::int64_t period, std::int64_t weekday) {
+    const auto near = [&](std::int64_t period, MSPCWeekday weekday) {
         return sign > 0 ? calendar.startTimeForTimePeriodWeekday(period, weekday)
                         : calendar.endTimeForTimePeriodWeekday(period, weekday);
     };
-    const auto far = [&](std::int64_t period, std::int64_t weekday) {
+    const auto far = [&](std::int64_t period, MSPCWeekday weekday) {
         return sign > 0 ? calendar.endTimeForTimePeriodWeekday(period, weekday)
                         : calendar.startTimeForTimePeriodWeekday(period, weekday);
     };
@@ -97,7 +97,7 @@ inline PlainAdvance plainAdvance(const MSPEScheduleCalendar& calendar, MSPCInsta
         ++days;
     };
     for (; days <= mostDays; step()) {
-        auto weekday = static_cast<std::int64_t>(calendar.gregorian().weekdayOf(midnight));
+        auto weekday = calendar.gregorian().weekdayOf(midnight);
         if (!calendar.isWorkingDayWeekday(weekday)) {
             continue;
         }
@@ -113,7 +113,7 @@ inline PlainAdvance plainAdvance(const MSPEScheduleCalendar& calendar, MSPCInsta
             const auto begin = consumed == 0 ? start->timeOfDay : near(i, weekday);
             const auto end = far(i, weekday);
             const auto result = begin + sign * remaining;
-            if (sign * result > sign * end) {
+            if (sign > 0 ? result > end : result < end) {
                 remaining -= sign * (end - begin);
                 ++consumed;
                 continue;
@@ -148,7 +148,7 @@ public:
     // Periods in ascending order, as plans have them.
     MSPEScheduleCalendar calendar(const MSPCGregorianCalendar& gregorian) {
         MSPEScheduleCalendar calendar(gregorian);
-        for (std::int64_t weekday = 1; weekday <= 7; ++weekday) {
+        for (const auto weekday : MSPCWeekdays) {
             for (auto hour = between(0, 20); between(0, 2) > 0 && hour < 24; hour += 3) {
                 calendar.addWorkingTimePeriodWeekday({hour, between(0, 59), 0, hour + between(1, 2), 0, between(0, 59)},
                                                      weekday);
@@ -161,7 +161,7 @@ public:
     MSPEScheduleCalendar oddCalendar(const MSPCGregorianCalendar& gregorian) {
         MSPEScheduleCalendar calendar(gregorian);
         for (auto days = between(1, 3); days > 0; --days) {
-            const auto weekday = between(1, 7);
+            const MSPCWeekday weekday{between(1, 7)};
             for (auto periods = between(1, 3); periods > 0; --periods) {
                 const auto farthest = between(0, 9) == 0 ? 200'000 : 86'400;
                 calendar.addWorkingTimePeriodWeekday(

@@ -94,6 +94,24 @@ bool MSPCDiskFileSystem::isDirectory(const std::string& path) const {
     return status && S_ISDIR(status->st_mode);
 }
 
+std::optional<std::vector<std::string>> MSPCDiskFileSystem::namesIn(const std::string& folder,
+                                                                    std::string* failure) const {
+    std::error_code error = isCutOff(folder) ? std::make_error_code(std::errc::no_such_file_or_directory) : std::error_code();
+    std::vector<std::string> names;
+    auto entry = error ? fs::directory_iterator() : fs::directory_iterator(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        names.push_back(entry->path().filename().native());
+    }
+    if (error) {
+        if (failure != nullptr) {
+            *failure = error.message();
+        }
+        return std::nullopt;
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 std::string MSPCDiskFileSystem::resolvedPath(const std::string& path) const {
     if (isCutOff(path)) {
         return {};

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Takes the bytes of a file as they are made.
 class MSPCByteSink {
@@ -79,6 +80,10 @@ public:
     [[nodiscard]] virtual bool leadsToAnything(const std::string& path) const = 0;
     // Whether the path leads to a folder, through links too.
     [[nodiscard]] virtual bool isDirectory(const std::string& path) const = 0;
+    // The names of what a folder holds, in their order as bytes; none when it cannot be listed, with the reason in
+    // `failure` if that is given.
+    [[nodiscard]] virtual std::optional<std::vector<std::string>> namesIn(const std::string& folder,
+                                                                          std::string* failure = nullptr) const = 0;
     // The absolute path of what a path leads to, without any link in it; empty when it leads nowhere.
     [[nodiscard]] virtual std::string resolvedPath(const std::string& path) const = 0;
     // Whether two paths lead to the same file or folder; false when either leads nowhere.
@@ -112,6 +117,8 @@ public:
     [[nodiscard]] bool exists(const std::string& path) const override;
     [[nodiscard]] bool leadsToAnything(const std::string& path) const override;
     [[nodiscard]] bool isDirectory(const std::string& path) const override;
+    [[nodiscard]] std::optional<std::vector<std::string>> namesIn(const std::string& folder,
+                                                                  std::string* failure = nullptr) const override;
     [[nodiscard]] std::string resolvedPath(const std::string& path) const override;
     [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;
     [[nodiscard]] std::optional<std::string> readFile(const std::string& path,

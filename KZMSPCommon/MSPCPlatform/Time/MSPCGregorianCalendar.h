@@ -3,9 +3,12 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <string>
 
 #include "MSPCInstant.h"
+#include "MSPCTimeOfDay.h"
 #include "MSPCTimeZone.h"
+#include "MSPCWeekday.h"
 
 // Fields of a date in the Gregorian calendar, each undefined until set.
 struct MSPCDateFields {
@@ -50,12 +53,12 @@ public:
     // their range carry over (hour 24 is 00:00 of the next day, month 13 is January of the next year).
     [[nodiscard]] std::optional<MSPCInstant> instantFrom(const MSPCDateFields& fields) const;
 
-    // 1 = Sunday ... 7 = Saturday.
-    [[nodiscard]] int weekdayOf(MSPCInstant instant) const;
+    // The weekday that the zone's wall clocks have at an instant.
+    [[nodiscard]] MSPCWeekday weekdayOf(MSPCInstant instant) const;
     // 00:00:00 of the instant's day on the zone's wall clocks.
     [[nodiscard]] MSPCInstant midnightOf(MSPCInstant instant) const;
-    // Whole seconds on the zone's wall clocks since 00:00:00 (hour * 3600 + minute * 60 + second).
-    [[nodiscard]] std::int64_t timeOfDayOf(MSPCInstant instant) const;
+    // What the zone's wall clocks show, in whole seconds: hour * 3600 + minute * 60 + second.
+    [[nodiscard]] MSPCTimeOfDay timeOfDayOf(MSPCInstant instant) const;
     // Days from one instant to another on the zone's wall clocks, truncated towards zero: from Monday 10:00 to
     // Tuesday 09:00 there are 0.
     [[nodiscard]] std::int64_t wholeDaysBetween(MSPCInstant from, MSPCInstant to) const;
@@ -65,6 +68,10 @@ public:
     // a day on which the clocks change.
     [[nodiscard]] MSPCInstant instantByAddingWallClock(MSPCInstant instant, std::int64_t hours, std::int64_t minutes,
                                                        std::int64_t seconds) const;
+
+    // An instant for the eye, as the zone's wall clocks show it, with the whole hours and minutes of its offset:
+    // "2011-05-04 15:22:10 +0200", "2011-05-04 09:52:10 -0330".
+    [[nodiscard]] std::string displayText(MSPCInstant instant) const;
 
 private:
     MSPCTimeZone _zone;

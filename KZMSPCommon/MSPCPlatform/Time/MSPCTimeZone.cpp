@@ -13,7 +13,6 @@
 
 #include "MSPCLocalTimes.h"
 #include "MSPCLog.h"
-#include "MSPCWholeSeconds.h"
 #include "MSPCZoneStretches.h"
 
 namespace {

@@ -40,6 +40,7 @@ using ParserPtr = std::unique_ptr<xmlParserCtxt, Freer<xmlFreeParserCtxt>>;
 struct Report {
     std::size_t size = 0;  // of the document
     std::optional<MSPCXMLRepair> firstError;
+    bool isStrict = false;        // what a parser may overlook is an error, too
     bool hasFlood = false;        // out of all proportion to the bytes
     std::size_t entityText = 0;   // made of entities that are text
     xmlEntity textOfEntity = {};  // the last of these
@@ -107,7 +108,7 @@ void noteError(void* context, xmlErrorPtr error) {
     }
     // A single text beyond the parser's measure, which it says like this.
     report->hasFlood = report->hasFlood || (error->code == XML_ERR_NO_MEMORY && report->entityText > 0);
-    if (error->level != XML_ERR_FATAL) {
+    if (error->level < (report->isStrict ? XML_ERR_ERROR : XML_ERR_FATAL)) {
         return;
     }
     if (!report->firstError) {
@@ -239,22 +240,42 @@ xmlEntityPtr entityNamed(void* context, const xmlChar* name) {
     return &report->textOfEntity;
 }
 
+// Tells nobody what it sees, and makes no tree.
+void useForErrorsOnly(xmlSAXHandler& sax) {
+    sax = {};
+    sax.initialized = XML_SAX2_MAGIC;
+    sax.startElementNs = [](void* context, const xmlChar*, const xmlChar*, const xmlChar*, int, const xmlChar**, int,
+                            int, const xmlChar**) {
+        auto& parser = *static_cast<xmlParserCtxt*>(context);
+        if (parser.nsNr > 2 * MostOpenNamespaces) {
+            stop(parser);
+        }
+    };
+    sax.serror = noteError;
+}
+
+void useForTree(xmlSAXHandler& sax) {
+    sax.serror = noteError;
+    sax.startElementNs = startElement;
+    sax.getEntity = entityNamed;
+    sax.entityDecl = declareEntity;
+    sax.attributeDecl = declareAttribute;
+}
+
+// Without a tree for a report that is strict.
 DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
     ParserPtr parser(xmlNewParserCtxt());
-    if (!parser || bytes.size() > INT_MAX) {
-        return nullptr;
-    }
-    if (holdsMonstrousTag(bytes)) {
+    if (!parser || bytes.size() > INT_MAX || holdsMonstrousTag(bytes)) {
         report.hasFlood = true;
         return nullptr;
     }
     report.size = bytes.size();
     parser->_private = &report;
-    parser->sax->serror = noteError;
-    parser->sax->startElementNs = startElement;
-    parser->sax->getEntity = entityNamed;
-    parser->sax->entityDecl = declareEntity;
-    parser->sax->attributeDecl = declareAttribute;
+    if (report.isStrict) {
+        useForErrorsOnly(*parser->sax);
+    } else {
+        useForTree(*parser->sax);
+    }
     try {
         return DocumentPtr(
             xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8", options));
@@ -311,6 +332,17 @@ bool isWellFormedXML(std::string_view bytes) {
     prepareParserOnce();
     Report report;
     return parsed(bytes, optionsFor(false), report) && !report.firstError && !report.hasFlood;
+}
+
+std::optional<MSPCXMLRepair> firstErrorInXML(std::string_view bytes) {
+    prepareParserOnce();
+    Report report;
+    report.isStrict = true;
+    static_cast<void>(parsed(bytes, optionsFor(false), report));
+    if (report.hasFlood && !report.firstError) {
+        report.firstError = MSPCXMLRepair{0, "beyond measure: too many attributes or namespaces, or too large"};
+    }
+    return std::move(report.firstError);
 }
 
 std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalSubset,

@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "MSPCInstantText.h"
+#include "MSPCGregorianCalendar.h"
 
 namespace {
 
 std::string dateText(std::optional<MSPCInstant> date) {
-    return date ? displayText(*date) : "(null)";
+    return date ? MSPCGregorianCalendar::utc().displayText(*date) : "(null)";
 }
 
 }  // namespace

@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr std::int64_t Monday = 2;
-constexpr std::int64_t Tuesday = 3;
+constexpr auto Monday = MSPCWeekday::Monday;
+constexpr auto Tuesday = MSPCWeekday::Tuesday;
 constexpr auto Forward = MSPEDirection::Forward;
 constexpr auto Backward = MSPEDirection::Backward;
 constexpr auto Allowed = MSPEEdgeTime::Allowed;
@@ -171,9 +171,9 @@ TEST(MSPEScheduleAdvance, durationsOutOfReach_giveNone) {
 }
 
 TEST(MSPEScheduleAdvance, backwardIntoAWorkingDayWithoutPeriods_raises) {
-    MSPEScheduleCalendar::WorkingDays days;
-    days[Tuesday].isWorkingDay = true;
-    const MSPEScheduleCalendar calendar(utc(), days);
+    MSPEWorkingWeek::WorkingDays days;
+    days[static_cast<std::size_t>(Tuesday)].isWorkingDay = true;
+    const MSPEScheduleCalendar calendar(utc(), MSPEWorkingWeek(days));
     const auto wednesday = instantAt("2012-03-07T12:00:00", utc());
     EXPECT_RAISES(calendar.dateAdvanceByDurationForward(wednesday, 1, Backward), MSPCInternalInconsistency,
                   "No time period specified to start duration countdown from.");
@@ -290,7 +290,7 @@ TEST(MSPEScheduleAdvance, weekOfASmallSum_isWorkedOffHoweverLongItTakes) {
     for (const auto* zone : {"Europe/Berlin", "UTC"}) {
         MSPEScheduleCalendar calendar(gregorianIn(zone));
         calendar.addWorkingTimePeriodWeekday({8, 0, 0, 16, 23, 21}, Tuesday);
-        calendar.addWorkingTimePeriodWeekday({16, 23, 20, 8, 3, 20}, 1);
+        calendar.addWorkingTimePeriodWeekday({16, 23, 20, 8, 3, 20}, MSPCWeekday::Sunday);
         expectAdvanced(calendar, {{"2012-10-02T08:00:00", 93'156, Forward, Allowed, "2018-10-09T16:20:42"}});
     }
 }
@@ -314,9 +314,9 @@ TEST(MSPEScheduleAdvance, reversedPeriodsInAWalkBeyondAllDates_giveNoneInFewStep
     calendar.addWorkingTimePeriodWeekday({0, 0, 0, 0, 0, 0}, Monday);
     calendar.addWorkingTimePeriodWeekday({0, 4, 48, 0, 0, 0}, Monday);
     calendar.addWorkingTimePeriodWeekday({13, 0, 0, 17, 0, 0}, Monday);
-    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 6);
-    calendar.addWorkingTimePeriodWeekday({0, 0, 0, 0, 0, 0}, 6);
-    calendar.addWorkingTimePeriodWeekday({13, 0, 0, 17, 0, 0}, 6);
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, MSPCWeekday::Friday);
+    calendar.addWorkingTimePeriodWeekday({0, 0, 0, 0, 0, 0}, MSPCWeekday::Friday);
+    calendar.addWorkingTimePeriodWeekday({13, 0, 0, 17, 0, 0}, MSPCWeekday::Friday);
     for (const auto direction : {Forward, Backward}) {
         for (const auto edge : {Allowed, NotAllowed}) {
             EXPECT_EQ(calendar.dateAdvanceByDurationForwardAllowEdgeTime(MSPCInstant{1000}, 0x1p53, direction, edge),

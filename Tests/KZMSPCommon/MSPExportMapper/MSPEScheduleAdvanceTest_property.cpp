@@ -81,7 +81,7 @@ TEST(MSPEScheduleAdvanceProperty, resultsOnEdges_areGivenUpAsPlainly) {
     for (const auto* zone : Zones) {
         MSPEScheduleCalendar calendar(gregorianIn(zone));
         for (auto days = random.between(1, 7); days > 0; --days) {
-            calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, random.between(1, 7));
+            calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, MSPCWeekday{random.between(1, 7)});
         }
         for (int hours = 1; hours < 200; ++hours) {
             const MSPCInstant from{static_cast<double>(random.between(1'000'000'000, 2'000'000'000))};
@@ -114,9 +114,10 @@ TEST(MSPEScheduleAdvanceProperty, weeksOfSmallSums_areWalkedAsPlainly) {
             MSPEScheduleCalendar calendar(gregorian);
             const auto start = random.between(0, 40'000);
             const auto length = random.between(1, 40'000);
-            calendar.addWorkingTimePeriodWeekday({0, 0, start, 0, 0, start + length}, random.between(1, 7));
+            calendar.addWorkingTimePeriodWeekday({0, 0, start, 0, 0, start + length},
+                                                 MSPCWeekday{random.between(1, 7)});
             calendar.addWorkingTimePeriodWeekday({0, 0, start + length - random.between(-300, 2'000), 0, 0, start},
-                                                 random.between(1, 7));
+                                                 MSPCWeekday{random.between(1, 7)});
             expectAdvancedAsPlainly(calendar, randomQuestion(random, i, 2 * length + 1'000), 12'000);
         }
     }
@@ -138,7 +139,7 @@ TEST(MSPEScheduleAdvanceProperty, thousandsOfYears_areWalkedAsPlainly) {
 TEST(MSPEScheduleAdvanceProperty, reversedPeriodsOverCenturies_areWalkedAsPlainly) {
     for (const auto* zone : {"Europe/Berlin", "Asia/Beirut", "UTC"}) {
         auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn(zone));
-        calendar.addWorkingTimePeriodWeekday({0, 0, 140'400, 0, 0, 0}, 7);
+        calendar.addWorkingTimePeriodWeekday({0, 0, 140'400, 0, 0, 0}, MSPCWeekday::Saturday);
         const auto date = instantAt("2010-06-07T10:11:12", calendar.gregorian());
         for (const auto duration : {1e6, 1e7, 3e7 + 0.5, 1e8}) {
             expectAdvancedAsPlainly(calendar, {date, duration, Forward, Allowed}, 300'000);
@@ -150,7 +151,7 @@ TEST(MSPEScheduleAdvanceProperty, reversedPeriodsOverCenturies_areWalkedAsPlainl
 TEST(MSPEScheduleAdvanceProperty, fromTheFutureIntoThePast_isWalkedAsPlainly) {
     // Juneau moved to the other side of the date line in 1867 and had a Saturday twice.
     auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("America/Juneau"));
-    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 7);
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, MSPCWeekday::Saturday);
     for (int year = 2570; year < 3400; year += 90) {
         const auto date = instantAt(std::to_string(year) + "-06-07T10:11:12", calendar.gregorian());
         expectAdvancedAsPlainly(calendar, {date, (year - 1800) * 8.265e6, Backward, Allowed}, 700'000);

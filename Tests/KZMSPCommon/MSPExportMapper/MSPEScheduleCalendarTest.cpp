@@ -7,11 +7,13 @@
 
 namespace {
 
-constexpr std::int64_t Sunday = 1;
-constexpr std::int64_t Monday = 2;
-constexpr std::int64_t Tuesday = 3;
-constexpr std::int64_t Friday = 6;
-constexpr std::int64_t Saturday = 7;
+constexpr auto Sunday = MSPCWeekday::Sunday;
+constexpr auto Monday = MSPCWeekday::Monday;
+constexpr auto Tuesday = MSPCWeekday::Tuesday;
+constexpr auto Wednesday = MSPCWeekday::Wednesday;
+constexpr auto Thursday = MSPCWeekday::Thursday;
+constexpr auto Friday = MSPCWeekday::Friday;
+constexpr auto Saturday = MSPCWeekday::Saturday;
 constexpr auto Forward = MSPEDirection::Forward;
 constexpr auto Backward = MSPEDirection::Backward;
 
@@ -25,22 +27,22 @@ protected:
 }  // namespace
 
 TEST_F(MSPEScheduleCalendarTest, standardWeek_worksMondayToFridayInTwoPeriods) {
-    for (auto weekday = Monday; weekday <= Friday; ++weekday) {
-        EXPECT_TRUE(standard.isWorkingDayWeekday(weekday)) << weekday;
-        ASSERT_EQ(standard.timePeriodsInWeekday(weekday), 2) << weekday;
+    for (const auto weekday : {Monday, Tuesday, Wednesday, Thursday, Friday}) {
+        EXPECT_TRUE(standard.isWorkingDayWeekday(weekday)) << MSPCNumberOf(weekday);
+        ASSERT_EQ(standard.timePeriodsInWeekday(weekday), 2) << MSPCNumberOf(weekday);
         EXPECT_EQ(standard.timePeriodWeekday(0, weekday), (MSPETimePeriod{8, 0, 0, 12, 0, 0}));
         EXPECT_EQ(standard.timePeriodWeekday(1, weekday), (MSPETimePeriod{13, 0, 0, 17, 0, 0}));
     }
     for (const auto weekday : {Sunday, Saturday}) {
-        EXPECT_FALSE(standard.isWorkingDayWeekday(weekday)) << weekday;
-        EXPECT_EQ(standard.timePeriodsInWeekday(weekday), 0) << weekday;
+        EXPECT_FALSE(standard.isWorkingDayWeekday(weekday)) << MSPCNumberOf(weekday);
+        EXPECT_EQ(standard.timePeriodsInWeekday(weekday), 0) << MSPCNumberOf(weekday);
     }
 }
 
 TEST_F(MSPEScheduleCalendarTest, emptyCalendar_worksOnNoDay) {
-    for (auto weekday = Sunday; weekday <= Saturday; ++weekday) {
-        EXPECT_FALSE(empty.isWorkingDayWeekday(weekday)) << weekday;
-        EXPECT_EQ(empty.timePeriodsInWeekday(weekday), 0) << weekday;
+    for (const auto weekday : MSPCWeekdays) {
+        EXPECT_FALSE(empty.isWorkingDayWeekday(weekday)) << MSPCNumberOf(weekday);
+        EXPECT_EQ(empty.timePeriodsInWeekday(weekday), 0) << MSPCNumberOf(weekday);
     }
 }
 
@@ -51,49 +53,50 @@ TEST_F(MSPEScheduleCalendarTest, addedPeriod_makesItsWeekdayWorking) {
     EXPECT_TRUE(calendar.isWorkingDayWeekday(Saturday));
     EXPECT_FALSE(calendar.isWorkingDayWeekday(Sunday));
     // The order of adding stays.
-    EXPECT_EQ(calendar.startTimeForTimePeriodWeekday(0, Saturday), 36000);
-    EXPECT_EQ(calendar.startTimeForTimePeriodWeekday(1, Saturday), 21600);
+    EXPECT_EQ(calendar.startTimeForTimePeriodWeekday(0, Saturday).sinceMidnight, 36000);
+    EXPECT_EQ(calendar.startTimeForTimePeriodWeekday(1, Saturday).sinceMidnight, 21600);
 }
 
 TEST_F(MSPEScheduleCalendarTest, weekdayOutside1To7_raises) {
     MSPEScheduleCalendar calendar(gregorian);
-    EXPECT_RAISES(calendar.addWorkingTimePeriodWeekday({}, 0), MSPCInternalInconsistency,
+    EXPECT_RAISES(calendar.addWorkingTimePeriodWeekday({}, MSPCWeekday{0}), MSPCInternalInconsistency,
                   "Incorrect value of weekdey (0). Should be from 1 to 7.");
-    EXPECT_RAISES(calendar.addWorkingTimePeriodWeekday({}, 8), MSPCInternalInconsistency,
+    EXPECT_RAISES(calendar.addWorkingTimePeriodWeekday({}, MSPCWeekday{8}), MSPCInternalInconsistency,
                   "Incorrect value of weekdey (8). Should be from 1 to 7.");
-    EXPECT_RAISES(standard.workingDay(-1), MSPCInternalInconsistency,
+    EXPECT_RAISES(standard.workingDay(MSPCWeekday{-1}), MSPCInternalInconsistency,
                   "Incorrect value of weekdey (-1). Should be from 1 to 7.");
-    EXPECT_RAISES(standard.isWorkingDayWeekday(8), MSPCInternalInconsistency,
+    EXPECT_RAISES(standard.isWorkingDayWeekday(MSPCWeekday{8}), MSPCInternalInconsistency,
                   "Incorrect value of weekdey (8). Should be from 1 to 7.");
-    EXPECT_RAISES(standard.timePeriodsInWeekday(0), MSPCInternalInconsistency,
+    EXPECT_RAISES(standard.timePeriodsInWeekday(MSPCWeekday{0}), MSPCInternalInconsistency,
                   "Incorrect value of weekdey (0). Should be from 1 to 7.");
-    EXPECT_RAISES(standard.durationOfWeekday(9), MSPCInternalInconsistency,
+    EXPECT_RAISES(standard.durationOfWeekday(MSPCWeekday{9}), MSPCInternalInconsistency,
                   "Incorrect value of weekdey (9). Should be from 1 to 7.");
-    EXPECT_RAISES(standard.timePeriodFromDurationForwardWeekday(1, Forward, 0), MSPCInternalInconsistency,
+    EXPECT_RAISES(standard.timePeriodFromDurationForwardWeekday(1, Forward, MSPCWeekday{0}), MSPCInternalInconsistency,
                   "Incorrect value of weekdey (0). Should be from 1 to 7.");
 }
 
 TEST_F(MSPEScheduleCalendarTest, durationOfWeekday_isSeededWithMinusOne) {
     EXPECT_EQ(standard.durationOfWeekday(Monday), 28799);
     EXPECT_EQ(standard.durationOfWeekday(Sunday), -1);
-    MSPEScheduleCalendar::WorkingDays days;
-    days[Monday].isWorkingDay = true;
-    EXPECT_EQ(MSPEScheduleCalendar(gregorian, days).durationOfWeekday(Monday), -1);
+    MSPEWorkingWeek::WorkingDays days;
+    days[static_cast<std::size_t>(Monday)].isWorkingDay = true;
+    EXPECT_EQ(MSPEScheduleCalendar(gregorian, MSPEWorkingWeek(days)).durationOfWeekday(Monday), -1);
 }
 
 TEST_F(MSPEScheduleCalendarTest, readersOfAPeriod_answerQuietlyWhenThereIsNone) {
     EXPECT_EQ(standard.durationOfTimePeriodWeekday(1, Monday), 14400);
-    EXPECT_EQ(standard.startTimeForTimePeriodWeekday(1, Monday), 46800);
-    EXPECT_EQ(standard.endTimeForTimePeriodWeekday(1, Monday), 61200);
+    EXPECT_EQ(standard.startTimeForTimePeriodWeekday(1, Monday).sinceMidnight, 46800);
+    EXPECT_EQ(standard.endTimeForTimePeriodWeekday(1, Monday).sinceMidnight, 61200);
     EXPECT_EQ(standard.startHourMinuteSecondTimePeriodWeekday(1, Monday), (MSPEHourMinuteSecond{13, 0, 0}));
     EXPECT_EQ(standard.endHourMinuteSecondTimePeriodWeekday(1, Monday), (MSPEHourMinuteSecond{17, 0, 0}));
 
-    const std::pair<std::int64_t, std::int64_t> missing[] = {{0, 0}, {0, 8}, {0, Sunday}, {2, Monday}, {-1, Monday}};
+    const std::pair<std::int64_t, MSPCWeekday> missing[] = {
+        {0, MSPCWeekday{0}}, {0, MSPCWeekday{8}}, {0, Sunday}, {2, Monday}, {-1, Monday}};
     for (const auto& [timePeriod, weekday] : missing) {
-        SCOPED_TRACE(testing::Message() << "period " << timePeriod << " of weekday " << weekday);
+        SCOPED_TRACE(testing::Message() << "period " << timePeriod << " of weekday " << MSPCNumberOf(weekday));
         EXPECT_EQ(standard.durationOfTimePeriodWeekday(timePeriod, weekday), -1);
-        EXPECT_EQ(standard.startTimeForTimePeriodWeekday(timePeriod, weekday), -1);
-        EXPECT_EQ(standard.endTimeForTimePeriodWeekday(timePeriod, weekday), -1);
+        EXPECT_EQ(standard.startTimeForTimePeriodWeekday(timePeriod, weekday).sinceMidnight, -1);
+        EXPECT_EQ(standard.endTimeForTimePeriodWeekday(timePeriod, weekday).sinceMidnight, -1);
         EXPECT_EQ(standard.startHourMinuteSecondTimePeriodWeekday(timePeriod, weekday), std::nullopt);
         EXPECT_EQ(standard.endHourMinuteSecondTimePeriodWeekday(timePeriod, weekday), std::nullopt);
         EXPECT_EQ(standard.timePeriodWeekday(timePeriod, weekday), std::nullopt);
@@ -106,7 +109,7 @@ TEST_F(MSPEScheduleCalendarTest, periodFromADuration_isTheOneInWhichItEnds) {
     const struct {
         MSPCTimeInterval duration;
         MSPEDirection direction;
-        std::int64_t weekday;
+        MSPCWeekday weekday;
         std::int64_t timePeriod;
         MSPCTimeInterval startTime;
     } table[] = {
@@ -118,23 +121,25 @@ TEST_F(MSPEScheduleCalendarTest, periodFromADuration_isTheOneInWhichItEnds) {
         {1, Forward, Sunday, NotFound, -1},  {-5, Forward, Monday, NotFound, -1},
     };
     for (const auto& row : table) {
-        SCOPED_TRACE(testing::Message() << row.duration << " s, weekday " << row.weekday);
+        SCOPED_TRACE(testing::Message() << row.duration << " s, weekday " << MSPCNumberOf(row.weekday));
         EXPECT_EQ(standard.timePeriodFromDurationForwardWeekday(row.duration, row.direction, row.weekday),
                   row.timePeriod);
-        EXPECT_EQ(standard.dayTimeFromDurationForwardWeekday(row.duration, row.direction, row.weekday), row.startTime);
-        for (const auto startedAt : {0.0, 30000.0, 50000.0}) {
+        EXPECT_EQ(standard.dayTimeFromDurationForwardWeekday(row.duration, row.direction, row.weekday).sinceMidnight,
+                  row.startTime);
+        for (const MSPCTimeOfDay startedAt : {MSPCMidnight, MSPCTimeOfDay{30000}, MSPCTimeOfDay{50000}}) {
             EXPECT_EQ(standard.timePeriodEndDurationStartedAtForwardWeekday(row.duration, startedAt, row.direction,
                                                                             row.weekday),
                       row.timePeriod);
             EXPECT_EQ(
-                standard.dayTimeEndDurationStartedAtForwardWeekday(row.duration, startedAt, row.direction, row.weekday),
+                standard.dayTimeEndDurationStartedAtForwardWeekday(row.duration, startedAt, row.direction, row.weekday)
+                    .sinceMidnight,
                 row.startTime);
         }
     }
 }
 
 TEST_F(MSPEScheduleCalendarTest, dayTimeOfAPeriodThatDoesNotExist_raises) {
-    EXPECT_EQ(standard.dayTimeOfFoundTimePeriodWeekday(1, Tuesday), 46800);
+    EXPECT_EQ(standard.dayTimeOfFoundTimePeriodWeekday(1, Tuesday).sinceMidnight, 46800);
     EXPECT_RAISES(standard.dayTimeOfFoundTimePeriodWeekday(2, Tuesday), MSPCInternalInconsistency,
                   "Failed to get starting hour of time period 2 at weekday 3.");
 }

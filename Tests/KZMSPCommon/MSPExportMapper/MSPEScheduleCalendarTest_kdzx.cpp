@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::int64_t Monday = 2;
+constexpr auto Monday = MSPCWeekday::Monday;
 
 MSPEScheduleCalendar calendarFrom(const std::string& xml) {
     const auto document = MSPCXMLDocument::read(xml, MSPCXMLContent::DataOnly);
@@ -24,15 +24,16 @@ MSPEScheduleCalendar mondayWith(const std::string& spans) {
 }  // namespace
 
 TEST(MSPEScheduleCalendarKdzx, eachWeekdayName_fillsItsWeekday) {
-    const std::pair<const char*, std::int64_t> names[] = {{"sunday", 1},    {"monday", 2},   {"tuesday", 3},
-                                                          {"wednesday", 4}, {"thursday", 5}, {"friday", 6},
-                                                          {"saturday", 7}};
+    const std::pair<const char*, MSPCWeekday> names[] = {
+        {"sunday", MSPCWeekday::Sunday},       {"monday", MSPCWeekday::Monday},     {"tuesday", MSPCWeekday::Tuesday},
+        {"wednesday", MSPCWeekday::Wednesday}, {"thursday", MSPCWeekday::Thursday}, {"friday", MSPCWeekday::Friday},
+        {"saturday", MSPCWeekday::Saturday}};
     for (const auto& [name, weekday] : names) {
         const auto calendar =
             calendarFrom(std::string("<schedule><schedule-day day-of-week='") + name +
                          "'><time-span start-time='28800' end-time='43200'/></schedule-day></schedule>");
-        for (std::int64_t other = 1; other <= 7; ++other) {
-            EXPECT_EQ(calendar.isWorkingDayWeekday(other), other == weekday) << name << " and " << other;
+        for (const auto other : MSPCWeekdays) {
+            EXPECT_EQ(calendar.isWorkingDayWeekday(other), other == weekday) << name << " and " << MSPCNumberOf(other);
         }
         EXPECT_EQ(calendar.timePeriodWeekday(0, weekday), (MSPETimePeriod{8, 0, 0, 12, 0, 0})) << name;
     }
@@ -43,7 +44,7 @@ TEST(MSPEScheduleCalendarKdzx, nameWithACapitalInitial_addsNothing) {
          {"day-of-week='Monday'", "day-of-week=''", "day-of-week='holiday'", "day='monday'", ""}) {
         const auto calendar = calendarFrom(std::string("<schedule><schedule-day ") + attribute +
                                            "><time-span start-time='0' end-time='1'/></schedule-day></schedule>");
-        for (std::int64_t weekday = 1; weekday <= 7; ++weekday) {
+        for (const auto weekday : MSPCWeekdays) {
             EXPECT_FALSE(calendar.isWorkingDayWeekday(weekday)) << attribute;
         }
     }
@@ -71,8 +72,8 @@ TEST(MSPEScheduleCalendarKdzx, spans_areSplitIntoHoursMinutesSeconds) {
 TEST(MSPEScheduleCalendarKdzx, numbersOutOfReach_saturate) {
     const auto calendar = mondayWith("<time-span start-time='-1e300' end-time='1e300'/>");
     ASSERT_TRUE(calendar.isWorkingDayWeekday(Monday));
-    EXPECT_LT(calendar.startTimeForTimePeriodWeekday(0, Monday), -9e18);
-    EXPECT_GT(calendar.endTimeForTimePeriodWeekday(0, Monday), 9e18);
+    EXPECT_LT(calendar.startTimeForTimePeriodWeekday(0, Monday).sinceMidnight, -9e18);
+    EXPECT_GT(calendar.endTimeForTimePeriodWeekday(0, Monday).sinceMidnight, 9e18);
 }
 
 TEST(MSPEScheduleCalendarKdzx, spanWithAnAttributeThatIsNoNumber_isLeftOut) {
@@ -81,7 +82,7 @@ TEST(MSPEScheduleCalendarKdzx, spanWithAnAttributeThatIsNoNumber_isLeftOut) {
         "<time-span start-time='46800' end-time=''/>"
         "<time-span start-time='46800' end-time='61200'/>");
     ASSERT_EQ(calendar.timePeriodsInWeekday(Monday), 1);
-    EXPECT_EQ(calendar.startTimeForTimePeriodWeekday(0, Monday), 46800);
+    EXPECT_EQ(calendar.startTimeForTimePeriodWeekday(0, Monday).sinceMidnight, 46800);
 }
 
 TEST(MSPEScheduleCalendarKdzx, dayWithoutUsableSpan_staysNonWorking) {

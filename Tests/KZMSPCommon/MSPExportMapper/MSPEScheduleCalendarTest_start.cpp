@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr std::int64_t Monday = 2;
-constexpr std::int64_t Tuesday = 3;
+constexpr auto Monday = MSPCWeekday::Monday;
+constexpr auto Tuesday = MSPCWeekday::Tuesday;
 constexpr auto Forward = MSPEDirection::Forward;
 constexpr auto Backward = MSPEDirection::Backward;
 
@@ -61,11 +61,11 @@ TEST(MSPEScheduleCalendarStart, startTellsTimeOfDayAndPeriod) {
     const auto at = [&](const char* date, MSPEDirection direction) {
         return calendar.startDateStartDurationStartTimePeriodForDateForward(instantAt(date, utc()), direction).value();
     };
-    EXPECT_EQ(at("2012-03-05T12:30:00", Forward).timeOfDay, 46800);
+    EXPECT_EQ(at("2012-03-05T12:30:00", Forward).timeOfDay.sinceMidnight, 46800);
     EXPECT_EQ(at("2012-03-05T12:30:00", Forward).timePeriod, 1);
-    EXPECT_EQ(at("2012-03-10T12:30:00", Forward).timeOfDay, 28800);
+    EXPECT_EQ(at("2012-03-10T12:30:00", Forward).timeOfDay.sinceMidnight, 28800);
     EXPECT_EQ(at("2012-03-10T12:30:00", Forward).timePeriod, 0);
-    EXPECT_EQ(at("2012-03-10T12:30:00", Backward).timeOfDay, 61200);
+    EXPECT_EQ(at("2012-03-10T12:30:00", Backward).timeOfDay.sinceMidnight, 61200);
     EXPECT_EQ(at("2012-03-10T12:30:00", Backward).timePeriod, 1);
 }
 
@@ -85,25 +85,25 @@ TEST(MSPEScheduleCalendarStart, calendarWithoutWorkingDays_hasNone) {
 }
 
 TEST(MSPEScheduleCalendarStart, laterWorkingDayWithoutPeriods_isTakenWithTimeMinusOne) {
-    MSPEScheduleCalendar::WorkingDays days;
-    days[Tuesday].isWorkingDay = true;
-    const MSPEScheduleCalendar calendar(utc(), days);
+    MSPEWorkingWeek::WorkingDays days;
+    days[static_cast<std::size_t>(Tuesday)].isWorkingDay = true;
+    const MSPEScheduleCalendar calendar(utc(), MSPEWorkingWeek(days));
     const auto forward =
         calendar.startDateStartDurationStartTimePeriodForDateForward(instantAt("2012-03-05T12:00:00", utc()), Forward);
     ASSERT_TRUE(forward);
-    EXPECT_EQ(forward->timeOfDay, -1);
+    EXPECT_EQ(forward->timeOfDay.sinceMidnight, -1);
     EXPECT_EQ(forward->timePeriod, 0);
     EXPECT_EQ(wallClockText(forward->date, utc()), "2012-03-05T23:59:59");
     const auto backward =
         calendar.startDateStartDurationStartTimePeriodForDateForward(instantAt("2012-03-07T12:00:00", utc()), Backward);
     ASSERT_TRUE(backward);
-    EXPECT_EQ(backward->timeOfDay, -1);
+    EXPECT_EQ(backward->timeOfDay.sinceMidnight, -1);
     EXPECT_EQ(backward->timePeriod, -1);
 }
 
 TEST(MSPEScheduleCalendarStart, onADayWithAClockChange_countsFromMidnight) {
     MSPEScheduleCalendar calendar(gregorianIn("Europe/Berlin"));
-    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 1);
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, MSPCWeekday::Sunday);
     // 08:00:00 is eight hours after midnight, which the clocks show as 09:00 in spring and 07:00 in autumn.
     EXPECT_EQ(startText(calendar, "2012-03-25T07:00:00", Forward), "2012-03-25T09:00:00");
     EXPECT_EQ(startText(calendar, "2012-10-28T05:00:00", Forward), "2012-10-28T07:00:00");
@@ -111,7 +111,7 @@ TEST(MSPEScheduleCalendarStart, onADayWithAClockChange_countsFromMidnight) {
 
 TEST(MSPEScheduleCalendarStart, stepsAcrossAClockChange_mayLeaveOutAWeekday) {
     MSPEScheduleCalendar calendar(gregorianIn("Europe/Berlin"));
-    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 1);
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, MSPCWeekday::Sunday);
     // A day after Saturday 23:30 it is Monday 00:30 in spring.
     EXPECT_EQ(startText(calendar, "2012-03-24T23:30:00", Forward), "none");
     EXPECT_EQ(startText(calendar, "2012-03-24T22:30:00", Forward), "2012-03-25T09:00:00");

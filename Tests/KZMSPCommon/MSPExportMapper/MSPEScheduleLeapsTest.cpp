@@ -14,8 +14,8 @@ namespace {
 
 constexpr auto Forward = MSPEDirection::Forward;
 constexpr auto Backward = MSPEDirection::Backward;
-constexpr std::int64_t Monday = 2;
-constexpr std::int64_t Tuesday = 3;
+constexpr auto Monday = MSPCWeekday::Monday;
+constexpr auto Tuesday = MSPCWeekday::Tuesday;
 constexpr MSPCTimeInterval Week = 144'000;  // of the standard calendar
 
 // A zone of one offset, in which no change of the clocks ends a leap.
@@ -49,7 +49,7 @@ TEST(MSPEScheduleLeaps, endBeforeTheClocksChange) {
               21);
     // Three weeks to the second: the third ends on the change.
     MSPEScheduleCalendar sundays(gregorianIn("Asia/Beirut"));
-    sundays.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 1);
+    sundays.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, MSPCWeekday::Sunday);
     EXPECT_EQ(MSPEScheduleLeaps(sundays, Forward).leapFrom(walkFrom(sundays, "2026-10-04T00:00:00"), 1e9).days, 14);
 }
 

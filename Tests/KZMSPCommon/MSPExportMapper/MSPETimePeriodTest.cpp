@@ -6,8 +6,8 @@
 
 TEST(MSPETimePeriod, timesAreSecondsSinceMidnight) {
     constexpr MSPETimePeriod period{8, 30, 15, 12, 0, 0};
-    EXPECT_EQ(period.startTime(), 30615);
-    EXPECT_EQ(period.endTime(), 43200);
+    EXPECT_EQ(period.startTime().sinceMidnight, 30615);
+    EXPECT_EQ(period.endTime().sinceMidnight, 43200);
     EXPECT_EQ(period.duration(), 12585);
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 using Periods = std::vector<MSPETimePeriod>;
 
-MSPCTimeInterval plainWork(const Periods& periods, MSPCTimeInterval lower, MSPCTimeInterval upper) {
+MSPCTimeInterval plainWork(const Periods& periods, MSPCTimeOfDay lower, MSPCTimeOfDay upper) {
     MSPCTimeInterval work = 0;
     for (const auto& period : periods) {
         work += std::max(0.0, std::min(upper, period.endTime()) - std::max(lower, period.startTime()));
@@ -21,7 +21,7 @@ MSPCTimeInterval plainWork(const Periods& periods, MSPCTimeInterval lower, MSPCT
     return work;
 }
 
-std::optional<std::int64_t> plainFirstEndingAfter(const Periods& periods, MSPCTimeInterval time) {
+std::optional<std::int64_t> plainFirstEndingAfter(const Periods& periods, MSPCTimeOfDay time) {
     for (std::size_t i = 0; i < periods.size(); ++i) {
         if (periods[i].endTime() > time) {
             return static_cast<std::int64_t>(i);
@@ -30,7 +30,7 @@ std::optional<std::int64_t> plainFirstEndingAfter(const Periods& periods, MSPCTi
     return std::nullopt;
 }
 
-std::optional<std::int64_t> plainLastStartingBefore(const Periods& periods, MSPCTimeInterval time) {
+std::optional<std::int64_t> plainLastStartingBefore(const Periods& periods, MSPCTimeOfDay time) {
     for (auto i = periods.size(); i-- > 0;) {
         if (periods[i].startTime() < time) {
             return static_cast<std::int64_t>(i);
@@ -68,14 +68,18 @@ TEST(MSPEWorkingDayIndex, answersAsThePeriodsDo) {
                 seconds(random.between(-farthest / 3, farthest), random.between(-farthest / 3, farthest)));
         }
         const MSPEWorkingDayIndex index(periods);
+        const auto timeUpTo = [&random](std::int64_t latest) {
+            return MSPCTimeOfDay{static_cast<double>(random.between(0, std::min<std::int64_t>(latest, 86'400)))};
+        };
         for (int k = 0; k < 30; ++k) {
-            const auto lower = static_cast<double>(random.between(0, std::min<std::int64_t>(farthest, 86'400)));
-            const auto upper = static_cast<double>(random.between(0, std::min<std::int64_t>(farthest, 86'400)));
-            ASSERT_EQ(index.workBetween(lower, upper), plainWork(periods, lower, upper)) << lower << ' ' << upper;
-            ASSERT_EQ(index.firstEndingAfter(lower), plainFirstEndingAfter(periods, lower)) << lower;
-            ASSERT_EQ(index.lastStartingBefore(lower), plainLastStartingBefore(periods, lower)) << lower;
+            const auto lower = timeUpTo(farthest);
+            const auto upper = timeUpTo(farthest);
+            ASSERT_EQ(index.workBetween(lower, upper), plainWork(periods, lower, upper))
+                << lower.sinceMidnight << ' ' << upper.sinceMidnight;
+            ASSERT_EQ(index.firstEndingAfter(lower), plainFirstEndingAfter(periods, lower)) << lower.sinceMidnight;
+            ASSERT_EQ(index.lastStartingBefore(lower), plainLastStartingBefore(periods, lower)) << lower.sinceMidnight;
         }
-        ASSERT_EQ(index.workOfDay(), plainWork(periods, 0, 86'400));
+        ASSERT_EQ(index.workOfDay(), plainWork(periods, MSPCMidnight, MSPCEndOfDay));
         for (const auto direction : {MSPEDirection::Forward, MSPEDirection::Backward}) {
             ASSERT_EQ(index.mostDuration(direction), plainMost(periods, direction));
         }
@@ -85,14 +89,14 @@ TEST(MSPEWorkingDayIndex, answersAsThePeriodsDo) {
 TEST(MSPEWorkingDayIndex, ofTheStandardDay) {
     const MSPEWorkingDayIndex index({{8, 0, 0, 12, 0, 0}, {13, 0, 0, 17, 0, 0}});
     EXPECT_EQ(index.workOfDay(), 28'800);
-    EXPECT_EQ(index.workBetween(36'000, 50'400), 10'800);
-    EXPECT_EQ(index.workBetween(50'400, 36'000), 0);
-    EXPECT_EQ(index.firstEndingAfter(43'199), 0);
-    EXPECT_EQ(index.firstEndingAfter(43'200), 1);
-    EXPECT_EQ(index.firstEndingAfter(61'200), std::nullopt);
-    EXPECT_EQ(index.lastStartingBefore(46'801), 1);
-    EXPECT_EQ(index.lastStartingBefore(46'800), 0);
-    EXPECT_EQ(index.lastStartingBefore(28'800), std::nullopt);
+    EXPECT_EQ(index.workBetween({36'000}, {50'400}), 10'800);
+    EXPECT_EQ(index.workBetween({50'400}, {36'000}), 0);
+    EXPECT_EQ(index.firstEndingAfter({43'199}), 0);
+    EXPECT_EQ(index.firstEndingAfter({43'200}), 1);
+    EXPECT_EQ(index.firstEndingAfter({61'200}), std::nullopt);
+    EXPECT_EQ(index.lastStartingBefore({46'801}), 1);
+    EXPECT_EQ(index.lastStartingBefore({46'800}), 0);
+    EXPECT_EQ(index.lastStartingBefore({28'800}), std::nullopt);
     EXPECT_EQ(index.duration(), 28'800);
     EXPECT_EQ(index.farthestTime(), 61'200);
 }
@@ -100,8 +104,8 @@ TEST(MSPEWorkingDayIndex, ofTheStandardDay) {
 TEST(MSPEWorkingDayIndex, ofADayWithoutPeriods) {
     const MSPEWorkingDayIndex index({});
     EXPECT_EQ(index.workOfDay(), 0);
-    EXPECT_EQ(index.firstEndingAfter(-1), std::nullopt);
-    EXPECT_EQ(index.lastStartingBefore(1e9), std::nullopt);
+    EXPECT_EQ(index.firstEndingAfter({-1}), std::nullopt);
+    EXPECT_EQ(index.lastStartingBefore({1e9}), std::nullopt);
     EXPECT_EQ(index.duration(), 0);
     EXPECT_EQ(index.mostDuration(MSPEDirection::Forward), 0);
 }
@@ -118,5 +122,5 @@ TEST(MSPEWorkingDayIndex, ofTimesOfAnySize_hasItsDay) {
     constexpr auto huge = std::numeric_limits<std::int64_t>::max();
     const MSPEWorkingDayIndex index({{-huge, -huge, -huge, huge, huge, huge}, {huge, 0, 0, -huge, 0, 0}});
     EXPECT_EQ(index.workOfDay(), 86'400);
-    EXPECT_EQ(index.workBetween(1, 3), 2);
+    EXPECT_EQ(index.workBetween({1}, {3}), 2);
 }

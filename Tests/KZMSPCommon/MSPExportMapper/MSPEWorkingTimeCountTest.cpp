@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr std::int64_t Sunday = 1;
-constexpr std::int64_t Monday = 2;
+constexpr auto Sunday = MSPCWeekday::Sunday;
+constexpr auto Monday = MSPCWeekday::Monday;
 constexpr MSPCTimeInterval Hour = 3600;
 constexpr auto huge = std::numeric_limits<std::int64_t>::max();
 

@@ -26,7 +26,7 @@ constexpr const char* Zones[] = {"Asia/Beirut",
 // cycle repeats that.
 MSPEScheduleCalendar workingSaturdaysInJuneau() {
     auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("America/Juneau"));
-    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 7);
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, MSPCWeekday::Saturday);
     return calendar;
 }
 
@@ -42,7 +42,7 @@ void expectCountedAsPlainly(const MSPEScheduleCalendar& calendar, MSPCInstant fr
 // walk, seven days after the Sunday before, ends. 4, 11 and 18 October count.
 TEST(MSPEWorkingTimeCountProperty, leapOverWeeks_endsBeforeAChangeOfTheClocksAtMidnight) {
     MSPEScheduleCalendar sundays(gregorianIn("Asia/Beirut"));
-    sundays.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, 1);
+    sundays.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, MSPCWeekday::Sunday);
     const auto& utc = gregorianIn("UTC");
     const auto from = instantAt("2026-10-01T00:00:00", utc);
     const auto to = instantAt("2026-12-01T00:00:00", utc);
@@ -52,7 +52,7 @@ TEST(MSPEWorkingTimeCountProperty, leapOverWeeks_endsBeforeAChangeOfTheClocksAtM
 
 TEST(MSPEWorkingTimeCountProperty, oneWorkingWeekday_isCountedAsPlainlyAroundEveryChange) {
     for (const auto* zone : Zones) {
-        for (std::int64_t weekday = 1; weekday <= 7; ++weekday) {
+        for (const auto weekday : MSPCWeekdays) {
             MSPEScheduleCalendar calendar(gregorianIn(zone));
             calendar.addWorkingTimePeriodWeekday({8, 0, 0, 12, 0, 0}, weekday);
             for (int week = 0; week < 60; ++week) {
@@ -136,8 +136,9 @@ TEST(MSPEWorkingTimeCountProperty, aroundWholeCycles_isCountedAsPlainly) {
 TEST(MSPEWorkingTimeCountProperty, manyPeriodsOfADay_areCountedAsPlainly) {
     MSPEScheduleCalendar calendar(gregorianIn("Europe/Berlin"));
     for (int minute = 0; minute < 1440; ++minute) {
-        calendar.addWorkingTimePeriodWeekday({0, minute, 0, 0, minute, 30}, 2);
-        calendar.addWorkingTimePeriodWeekday({0, 1439 - minute, 10, 0, 1439 - minute, minute % 60}, 4);
+        calendar.addWorkingTimePeriodWeekday({0, minute, 0, 0, minute, 30}, MSPCWeekday::Monday);
+        calendar.addWorkingTimePeriodWeekday({0, 1439 - minute, 10, 0, 1439 - minute, minute % 60},
+                                             MSPCWeekday::Wednesday);
     }
     RandomSchedules random;
     for (int i = 0; i < 200; ++i) {

@@ -156,9 +156,11 @@ TEST(MSPICalendarMapper, writtenSchedule_isReadBackAsACalendar) {
     const auto& gregorian = fixture.context.conversions().gregorian();
     const MSPEScheduleCalendar calendar(gregorian, schedule.node());
     const auto standard = MSPEScheduleCalendar::standardCalendar(gregorian);
-    for (std::int64_t weekday = 1; weekday <= 7; ++weekday) {
-        EXPECT_EQ(calendar.isWorkingDayWeekday(weekday), standard.isWorkingDayWeekday(weekday)) << weekday;
-        EXPECT_EQ(calendar.workingDay(weekday).timePeriods, standard.workingDay(weekday).timePeriods) << weekday;
+    for (const auto weekday : MSPCWeekdays) {
+        EXPECT_EQ(calendar.isWorkingDayWeekday(weekday), standard.isWorkingDayWeekday(weekday))
+            << MSPCNumberOf(weekday);
+        EXPECT_EQ(calendar.workingDay(weekday).timePeriods, standard.workingDay(weekday).timePeriods)
+            << MSPCNumberOf(weekday);
     }
 }
 

@@ -284,3 +284,18 @@ TEST_F(MSPCDiskFileSystem_synchronize, namesTheFolderThatIsNotThere) {
     EXPECT_EQ(files.synchronize({folder / "missing", folder.path()}),
               "'" + folder / "missing" + "': No such file or directory");
 }
+
+TEST_F(MSPCDiskFileSystemTest, namesWhatAFolderHolds) {
+    const auto& path = folder.path();
+    ASSERT_EQ(files.createFolder(path + "/b/inside"), std::nullopt);
+    for (const auto* const name : {"c.xml", "a.xml", ".hidden"}) {
+        ASSERT_EQ(files.writeAtomically(path + "/" + name, [](MSPCByteSink&) {}), std::nullopt);
+    }
+    EXPECT_EQ(files.namesIn(path), (std::vector<std::string>{".hidden", "a.xml", "b", "c.xml"}));
+    std::string failure;
+    EXPECT_EQ(files.namesIn(path + "/none", &failure), std::nullopt);
+    EXPECT_EQ(failure, "No such file or directory");
+    EXPECT_EQ(files.namesIn(path + "/a.xml", &failure), std::nullopt);
+    EXPECT_EQ(failure, "Not a directory");
+    EXPECT_EQ(files.namesIn(path + std::string("\0", 1)), std::nullopt);
+}

@@ -90,7 +90,7 @@ TEST(MSPCGregorianCalendar, wallClockInGapAndOverlapFollowsTheZonesRule) {
 
 TEST(MSPCGregorianCalendar, everyDayOfManyYearsComesBackAsItWas) {
     const auto utc = calendarIn("UTC");
-    std::int64_t weekday = utc.weekdayOf(utcInstant(-900, 1, 1));
+    auto weekday = MSPCNumberOf(utc.weekdayOf(utcInstant(-900, 1, 1)));
     for (auto instant = utcInstant(-900, 1, 1); instant < utcInstant(2900, 1, 1); instant = instant + 86'400) {
         const auto fields = utc.fieldsOf(instant);
         ASSERT_EQ(utc.instantFrom(fields), instant);
@@ -142,16 +142,16 @@ TEST(MSPCGregorianCalendar, midnightTimeOfDayAndWeekdayAreLocal) {
     const auto berlin = calendarIn("Europe/Berlin");
     const auto lateEvening = utcInstant(2012, 7, 5, 22, 30, 15);  // Friday 00:30:15 in Berlin
     EXPECT_EQ(berlin.midnightOf(lateEvening), utcInstant(2012, 7, 5, 22));
-    EXPECT_EQ(berlin.timeOfDayOf(lateEvening), 1815);
-    EXPECT_EQ(berlin.weekdayOf(lateEvening), 6);
-    EXPECT_EQ(calendarIn("UTC").weekdayOf(lateEvening), 5);
+    EXPECT_EQ(berlin.timeOfDayOf(lateEvening).sinceMidnight, 1815);
+    EXPECT_EQ(berlin.weekdayOf(lateEvening), MSPCWeekday::Friday);
+    EXPECT_EQ(calendarIn("UTC").weekdayOf(lateEvening), MSPCWeekday::Thursday);
 }
 
 TEST(MSPCGregorianCalendar, timeOfDayIsWhatTheClockShowsOnDaysOfChange) {
     const auto berlin = calendarIn("Europe/Berlin");
-    EXPECT_EQ(berlin.timeOfDayOf(utcInstant(2012, 3, 25, 10)), 12 * 3600);
+    EXPECT_EQ(berlin.timeOfDayOf(utcInstant(2012, 3, 25, 10)).sinceMidnight, 12 * 3600);
     EXPECT_EQ(berlin.midnightOf(utcInstant(2012, 3, 25, 10)), utcInstant(2012, 3, 24, 23));
-    EXPECT_EQ(berlin.timeOfDayOf(utcInstant(2012, 10, 28, 11)), 12 * 3600);
+    EXPECT_EQ(berlin.timeOfDayOf(utcInstant(2012, 10, 28, 11)).sinceMidnight, 12 * 3600);
     EXPECT_EQ(berlin.midnightOf(utcInstant(2012, 10, 28, 11)), utcInstant(2012, 10, 27, 22));
 }
 
@@ -186,4 +186,13 @@ TEST(MSPCGregorianCalendar, addedWallClockTimeIsWhatTheClockShowsThen) {
     EXPECT_EQ(berlin.instantByAddingWallClock(springMidnight, 23, 59, 59), utcInstant(2012, 3, 25, 21, 59, 59));
     EXPECT_EQ(berlin.instantByAddingWallClock(springMidnight, 1, -60, 0), springMidnight);
     EXPECT_EQ(berlin.instantByAddingWallClock(utcInstant(2012, 10, 27, 22), 8, 0, 0), utcInstant(2012, 10, 28, 7));
+}
+
+TEST(MSPCGregorianCalendar, displayTextShowsTheZonesClocksAndTheirOffset) {
+    const auto instant = utcInstant(2011, 5, 4, 13, 22, 10);
+    EXPECT_EQ(MSPCGregorianCalendar::utc().displayText(instant), "2011-05-04 13:22:10 +0000");
+    EXPECT_EQ(calendarIn("Europe/Berlin").displayText(instant), "2011-05-04 15:22:10 +0200");
+    EXPECT_EQ(calendarIn("America/St_Johns").displayText(utcInstant(2011, 1, 4, 13, 22, 10)),
+              "2011-01-04 09:52:10 -0330");
+    EXPECT_EQ(calendarIn("UTC").displayText(utcInstant(999, 1, 4)), "0999-01-04 00:00:00 +0000");
 }

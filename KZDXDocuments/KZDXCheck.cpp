@@ -1,0 +1,226 @@
+#include "KZDXCheck.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <new>
+#include <set>
+
+#include "KZDXRules.h"
+
+namespace {
+
+// The beginning of a text, in whole characters. What many findings share must not grow with each of them.
+std::string shortened(std::string_view text) {
+    constexpr std::size_t most = 80;
+    if (text.size() <= most) {
+        return std::string(text);
+    }
+    auto end = most;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
+        --end;
+    }
+    return std::string(text.substr(0, end)) + "...";
+}
+
+// "task[@id='t3']"
+std::string stepOf(const MSPCXMLNode& element) {
+    auto step = shortened(element.name());
+    for (const std::string_view name : {"id", "idref", "day-of-week", "name"}) {
+        if (const auto value = KZDXAttribute(element, name)) {
+            return fmt::format("{}[@{}='{}']", step, name, shortened(*value));
+        }
+    }
+    return step;
+}
+
+// "scenario/task[@id='t3']/prerequisite-task[@idref='t2']"; whose root it is, the file says.
+std::string pathOf(MSPCXMLNode element) {
+    const auto root = element.rootElement();
+    std::string path;
+    for (; element && element != root; element = element.parent()) {
+        path.insert(0, fmt::format("/{}", stepOf(element)));
+    }
+    return shortened(root.name()) + path;
+}
+
+// "Baseline3.xml", as an import names the files of scenarios.
+bool isNamedAsScenario(std::string_view name) {
+    constexpr std::string_view baseline = "Baseline";
+    constexpr std::string_view extension = ".xml";
+    if (name == KZDXActualName) {
+        return true;
+    }
+    if (!name.starts_with(baseline) || !name.ends_with(extension) || name.size() < baseline.size() + extension.size()) {
+        return false;
+    }
+    name.remove_prefix(baseline.size());
+    name.remove_suffix(extension.size());
+    return name.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// Looks at one bundle, and enters what it finds.
+class Look {
+public:
+    Look(KZDXFiles& files, KZDXCheck& check) : _files(files), _check(check) {}
+
+    void look() {
+        std::string failure;
+        const auto names = _files.names(failure);
+        if (!names) {
+            _check.obstacle = failure;
+            return;
+        }
+        _names.insert(names->begin(), names->end());
+        if (!isThere(KZDXContentsName)) {
+            lookWithoutContents();
+            return;
+        }
+        auto file = readFile(std::string(KZDXContentsName));
+        if (!file) {
+            return;
+        }
+        const KZDXContents contents(std::move(*file));
+        lookAtContents(contents);
+        // First the actual one, from which baselines leave something out.
+        for (const bool isActual : {true, false}) {
+            for (const auto& entry : contents.entries()) {
+                if ((entry.name == KZDXActualScenario) == isActual) {
+                    lookAtEntry(contents, entry);
+                }
+            }
+        }
+        lookForUnnamedFiles();
+    }
+
+private:
+    [[nodiscard]] bool isThere(std::string_view name) const { return _names.contains(std::string(name)); }
+
+    void add(const KZDXRule& rule, std::string file, int line, std::string element, std::string text) {
+        _check.findings.push_back(
+            {rule.name, rule.severity, std::move(file), line, std::move(element), std::move(text)});
+    }
+
+    void lookWithoutContents() {
+        if (isThere(KZDXActualName)) {
+            add(KZDXMissingFileRule, std::string(KZDXContentsName), 0, "", "the table of contents is missing");
+        } else {
+            _check.obstacle = fmt::format("no bundle: it holds no {}", KZDXContentsName);
+        }
+    }
+
+    // None where it cannot be opened, which is an obstacle, or is no XML, which is a fault.
+    std::optional<KZDXXMLFile> readFile(const std::string& name) {
+        std::string failure;
+        auto bytes = _files.read(name, failure);
+        if (!bytes) {
+            _check.obstacle = name + ": " + failure;
+            return std::nullopt;
+        }
+        KZDXXMLError error;
+        auto file = KZDXXMLFile::read(name, std::move(*bytes), error);
+        if (!file) {
+            add(KZDXXMLRule, name, error.line, "", std::move(error.reason));
+        }
+        return file;
+    }
+
+    // What the rules find in one file comes in the order of its lines.
+    template <typename Rules, typename Subject>
+    void apply(const Rules& rules, const KZDXXMLFile& file, const Subject& subject) {
+        for (const auto& [rule, look] : rules) {
+            look(subject, [&, &told = rule](const MSPCXMLNode& element, std::string text) {
+                add(told, file.name(), file.lineOf(element), pathOf(element), std::move(text));
+            });
+        }
+    }
+
+    void sortFrom(std::size_t first) {
+        std::stable_sort(_check.findings.begin() + static_cast<std::ptrdiff_t>(first), _check.findings.end(),
+                         [](const auto& one, const auto& other) { return one.line < other.line; });
+    }
+
+    void lookAtContents(const KZDXContents& contents) {
+        const auto first = _check.findings.size();
+        apply(KZDXContentsRules(), contents.file(), contents);
+        sortFrom(first);
+    }
+
+    // A file that two entries name is looked at once.
+    void lookAtEntry(const KZDXContents& contents, const KZDXEntry& entry) {
+        const std::string name(entry.filename);
+        if (!entry.staysInBundle() || !_seen.insert(name).second) {
+            return;
+        }
+        if (!isThere(name)) {
+            add(KZDXMissingFileRule, std::string(KZDXContentsName), contents.file().lineOf(entry.element),
+                pathOf(entry.element), fmt::format("there is no file '{}'", name));
+            return;
+        }
+        const auto file = readFile(name);
+        if (!file) {
+            return;
+        }
+        const auto first = _check.findings.size();
+        const KZDXScenario scenario(file->root());
+        if (entry.name == KZDXActualScenario) {
+            rememberIds(scenario);
+        }
+        const KZDXSubject subject{contents, entry, *file, scenario, _idsOfActual};
+        for (const auto rules : {KZDXReferenceRules(), KZDXOutlineRules(), KZDXValueRules(), KZDXScheduleRules()}) {
+            apply(rules, *file, subject);
+        }
+        sortFrom(first);
+    }
+
+    void rememberIds(const KZDXScenario& scenario) {
+        for (const auto* const items : {&scenario.tasks(), &scenario.resources()}) {
+            for (const auto index : items->byId()) {
+                _idsOfActual.emplace_hint(_idsOfActual.end(), (*items)[index].id);
+            }
+        }
+    }
+
+    // Files of other kinds may lie beside the scenarios, whatever they hold.
+    void lookForUnnamedFiles() {
+        for (const auto& name : _names) {
+            if (!name.ends_with(".xml") || name == KZDXContentsName || _seen.contains(name)) {
+                continue;
+            }
+            std::string failure;
+            auto bytes = _files.read(name, failure);
+            KZDXXMLError error;
+            const auto file = bytes ? KZDXXMLFile::read(name, std::move(*bytes), error) : std::nullopt;
+            if (file ? file->root().name() == "scenario" : isNamedAsScenario(name)) {
+                add(KZDXUnnamedFileRule, name, file ? file->lineOf(file->root()) : 0, file ? "scenario" : "",
+                    "the table of contents does not name this scenario");
+            }
+        }
+    }
+
+    KZDXFiles& _files;
+    KZDXCheck& _check;
+    std::set<std::string> _names;
+    std::set<std::string> _seen;                      // files that an entry names
+    std::set<std::string, std::less<>> _idsOfActual;  // of tasks and resources
+};
+
+}  // namespace
+
+std::size_t KZDXCheck::count(KZDXSeverity severity) const {
+    return static_cast<std::size_t>(std::count_if(
+        findings.begin(), findings.end(), [severity](const auto& finding) { return finding.severity == severity; }));
+}
+
+KZDXCheck KZDXCheckBundle(KZDXFiles& files) {
+    KZDXCheck check;
+    try {
+        Look(files, check).look();
+    } catch (const std::bad_alloc&) {
+        check.obstacle = "not enough memory";
+    }
+    if (check.obstacle) {
+        check.findings.clear();
+    }
+    return check;
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "MSPCGregorianCalendar.h"
+
+// A date-time of a document: "2012-03-05T08:00:00+01:00", or with "Z" for the offset 0 (ISO 8601). The year has no
+// fixed number of digits.
+struct KZDXDateTime {
+    MSPCDateFields fields;         // as the clock on the wall shows them
+    MSPCInstant wallClock;         // these fields as if they were of Greenwich, for differences that people see
+    int secondsFromGreenwich = 0;  // positive to the east
+
+    [[nodiscard]] MSPCInstant instant() const;
+};
+
+// None for a text of any other form, and for a day or a time that no calendar has.
+[[nodiscard]] std::optional<KZDXDateTime> KZDXDateTimeFrom(std::string_view text);

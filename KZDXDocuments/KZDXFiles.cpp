@@ -1,0 +1,59 @@
+#include "KZDXFiles.h"
+
+#include <utility>
+
+#include "MSPCFileSystem.h"
+#include "MSPCPath.h"
+
+namespace {
+
+class InFolder final : public KZDXFiles {
+public:
+    InFolder(const MSPCFileSystem& fileSystem, std::string folder)
+        : _fileSystem(fileSystem), _folder(std::move(folder)) {}
+
+    [[nodiscard]] std::optional<std::vector<std::string>> names(std::string& failure) const override {
+        return _fileSystem.namesIn(_folder, &failure);
+    }
+    [[nodiscard]] std::optional<std::string> read(const std::string& name, std::string& failure) override {
+        return _fileSystem.readFile(pathByAppendingComponent(_folder, name), &failure);
+    }
+
+private:
+    const MSPCFileSystem& _fileSystem;
+    std::string _folder;
+};
+
+class InMemory final : public KZDXFiles {
+public:
+    explicit InMemory(std::map<std::string, std::string> files) : _files(std::move(files)) {}
+
+    [[nodiscard]] std::optional<std::vector<std::string>> names(std::string& /*failure*/) const override {
+        std::vector<std::string> names;
+        for (const auto& [name, content] : _files) {
+            names.push_back(name);
+        }
+        return names;
+    }
+    [[nodiscard]] std::optional<std::string> read(const std::string& name, std::string& failure) override {
+        auto file = _files.extract(name);
+        if (file.empty()) {
+            failure = "No such file or directory";
+            return std::nullopt;
+        }
+        return std::move(file.mapped());
+    }
+
+private:
+    std::map<std::string, std::string> _files;
+};
+
+}  // namespace
+
+std::unique_ptr<KZDXFiles> KZDXFilesInFolder(const MSPCFileSystem& fileSystem, std::string folder) {
+    return std::make_unique<InFolder>(fileSystem, std::move(folder));
+}
+
+std::unique_ptr<KZDXFiles> KZDXFilesInMemory(std::map<std::string, std::string> files) {
+    return std::make_unique<InMemory>(std::move(files));
+}

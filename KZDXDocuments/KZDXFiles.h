@@ -1,0 +1,27 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+class MSPCFileSystem;
+
+// The files of a bundle, wherever they are.
+class KZDXFiles {
+public:
+    virtual ~KZDXFiles() = default;
+
+    // The names of all files and folders in it, in their order as bytes; none when they cannot be listed, with the
+    // reason in `failure`.
+    [[nodiscard]] virtual std::optional<std::vector<std::string>> names(std::string& failure) const = 0;
+    // The bytes of a file; none when it cannot be read, with the reason in `failure`. What was asked for once may not
+    // be there again.
+    [[nodiscard]] virtual std::optional<std::string> read(const std::string& name, std::string& failure) = 0;
+};
+
+// The files in a folder, which is only read. The file system outlives the result.
+[[nodiscard]] std::unique_ptr<KZDXFiles> KZDXFilesInFolder(const MSPCFileSystem& fileSystem, std::string folder);
+// Files in memory by their names. Each can be read once, and its memory goes to who reads it.
+[[nodiscard]] std::unique_ptr<KZDXFiles> KZDXFilesInMemory(std::map<std::string, std::string> files);

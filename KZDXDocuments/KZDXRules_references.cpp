@@ -1,0 +1,185 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+#include "KZDXRules.h"
+
+namespace {
+
+constexpr std::string_view topTaskId = "t-1";
+constexpr std::string_view topResourceId = "r-1";
+
+void lookAtRoot(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto& root = subject.scenario.root();
+    if (root.name() != "scenario") {
+        tell(root, fmt::format("the root element is '{}' instead of 'scenario'", root.name()));
+    }
+    if (const auto count = root.namespaceDeclarations().size(); count != 1) {
+        tell(root, fmt::format("{} namespaces are declared instead of one", count));
+    }
+}
+
+void lookAtScenarioId(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto& root = subject.scenario.root();
+    const auto id = KZDXAttribute(root, "id").value_or("");
+    if (id.empty()) {
+        tell(root, "the scenario has no id");
+    } else if (id != subject.entry.id) {
+        tell(root, fmt::format("the id is '{}' here and '{}' in the table of contents", id, subject.entry.id));
+    }
+}
+
+void lookAtImportComments(const KZDXSubject& subject, const KZDXTell& tell) {
+    const KZDXImportComments comments(subject.scenario.root());
+    if (comments.tellImporter != comments.tellPlan) {
+        tell(subject.scenario.root(), comments.tellPlan ? "no comment tells the importer and the time of the import"
+                                                        : "no comment tells the plan that was imported");
+    }
+}
+
+// A group of all items: named at the top, the first of its kind, and a group.
+void lookAtTop(const KZDXSubject& subject, std::string_view kind, std::string_view id, std::string_view type,
+               const KZDXItems& items, const KZDXTell& tell) {
+    const auto name = fmt::format("top-{}", kind);
+    const auto top = subject.scenario.root().firstChildElement(name);
+    if (!top) {
+        tell(subject.scenario.root(), fmt::format("there is no '{}'", name));
+    } else if (KZDXAttribute(top, "idref") != id) {
+        tell(top, fmt::format("'idref' is '{}' instead of '{}'", KZDXAttribute(top, "idref").value_or(""), id));
+    }
+    if (items.size() == 0 || items[0].id != id) {
+        tell(items.size() == 0 ? subject.scenario.root() : items[0].element,
+             fmt::format("the first {} is not '{}'", kind, id));
+    } else if (const auto found = KZDXChildText(items[0].element, "type"); found != type) {
+        tell(items[0].element, fmt::format("the type is '{}' instead of '{}'", found.value_or(""), type));
+    }
+}
+
+void lookAtTopTask(const KZDXSubject& subject, const KZDXTell& tell) {
+    lookAtTop(subject, "task", topTaskId, "group", subject.scenario.tasks(), tell);
+}
+
+// Deliberately "Group" with a capital here: the two kinds of group are spelled differently.
+void lookAtTopResource(const KZDXSubject& subject, const KZDXTell& tell) {
+    lookAtTop(subject, "resource", topResourceId, "Group", subject.scenario.resources(), tell);
+}
+
+void lookForMissingIds(const KZDXSubject& subject, const KZDXTell& tell) {
+    for (const auto* const items : {&subject.scenario.tasks(), &subject.scenario.resources()}) {
+        for (const auto& item : *items) {
+            if (item.id.empty()) {
+                tell(item.element, "there is no id");
+            }
+        }
+    }
+}
+
+// Ids of tasks and resources are compared with each other, too.
+void lookForRepeatedIds(const KZDXSubject& subject, const KZDXTell& tell) {
+    for (const auto* const items : {&subject.scenario.tasks(), &subject.scenario.resources()}) {
+        const auto byId = items->byId();
+        for (std::size_t i = 0; i < byId.size(); ++i) {
+            const auto& item = (*items)[byId[i]];
+            const bool isRepeated = i > 0 && (*items)[byId[i - 1]].id == item.id;
+            const bool isTaskToo = items == &subject.scenario.resources() && subject.scenario.tasks().find(item.id);
+            if (isRepeated || isTaskToo) {
+                tell(item.element, fmt::format("the id '{}' is taken", item.id));
+            }
+        }
+    }
+}
+
+// Whether a baseline names a resource that has no such baseline, and is left out there.
+bool isLeftOutOfBaseline(const KZDXSubject& subject, std::string_view idref) {
+    return subject.entry.name != KZDXActualScenario && subject.idsOfActual.contains(idref);
+}
+
+void lookForUnresolved(const KZDXSubject& subject, const std::vector<KZDXReference>& references, std::string_view kind,
+                       const KZDXTell& tell) {
+    for (const auto& reference : references) {
+        const auto idref = KZDXAttribute(reference.element, "idref");
+        if (!reference.to && idref && !isLeftOutOfBaseline(subject, *idref)) {
+            tell(reference.element, fmt::format("no {} has the id '{}'", kind, *idref));
+        } else if (!idref && &references != &subject.scenario.assignments()) {
+            tell(reference.element, "'idref' is missing");
+        }
+    }
+}
+
+void lookAtReferences(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto& scenario = subject.scenario;
+    lookForUnresolved(subject, scenario.childTasks(), "task", tell);
+    lookForUnresolved(subject, scenario.links(), "task", tell);
+    lookForUnresolved(subject, scenario.assignments(), "resource", tell);
+    lookForUnresolved(subject, scenario.childResources(), "resource", tell);
+}
+
+void lookForLeftOut(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto& scenario = subject.scenario;
+    for (const auto* const references :
+         {&scenario.childTasks(), &scenario.links(), &scenario.assignments(), &scenario.childResources()}) {
+        for (const auto& reference : *references) {
+            const auto idref = KZDXAttribute(reference.element, "idref");
+            if (!reference.to && idref && isLeftOutOfBaseline(subject, *idref)) {
+                tell(reference.element, fmt::format("'{}' has no such baseline, and is left out here", *idref));
+            }
+        }
+    }
+}
+
+void lookForBareAssignments(const KZDXSubject& subject, const KZDXTell& tell) {
+    for (const auto& assignment : subject.scenario.assignments()) {
+        if (!KZDXAttribute(assignment.element, "idref")) {
+            tell(assignment.element, "the assignment names no resource: the plan does not tell it");
+        }
+    }
+}
+
+// Tells the highest number among ids such as "t12" where it is not free of the next one.
+void lookAtHighestId(const KZDXItems& items, char letter, std::optional<std::int64_t> next, const KZDXTell& tell) {
+    MSPCXMLNode highest;
+    for (const auto& item : items) {
+        const auto number =
+            item.id.starts_with(letter) ? KZDXInteger(item.id.substr(1)) : std::optional<std::int64_t>();
+        if (next && number && *number >= *next) {
+            next = *number;
+            highest = item.element;
+        }
+    }
+    if (highest) {
+        tell(highest, "the next free id in the table of contents is not above this one");
+    }
+}
+
+void lookAtNextIds(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto next = [&subject](std::string_view name) {
+        const auto text = KZDXChildText(subject.contents.project(), name);
+        return text ? KZDXInteger(*text) : std::nullopt;
+    };
+    lookAtHighestId(subject.scenario.tasks(), 't', next("next-task-id"), tell);
+    lookAtHighestId(subject.scenario.resources(), 'r', next("next-resource-id"), tell);
+}
+
+}  // namespace
+
+std::span<const KZDXScenarioRule> KZDXReferenceRules() {
+    static constexpr std::array<KZDXScenarioRule, 11> rules = {{
+        {{"scenario-root", KZDXSeverity::Fault, "The root element is a scenario in one namespace"}, lookAtRoot},
+        {{"scenario-id", KZDXSeverity::Fault, "A scenario has the same id in its file and in the table of contents"},
+         lookAtScenarioId},
+        {{"import-comment", KZDXSeverity::Fault, "A scenario of an import tells the importer and the plan"},
+         lookAtImportComments},
+        {{"top-resource", KZDXSeverity::Fault, "The first resource is the group r-1 of all resources"},
+         lookAtTopResource},
+        {{"top-task", KZDXSeverity::Fault, "The first task is the group t-1 of all tasks"}, lookAtTopTask},
+        {{"missing-id", KZDXSeverity::Fault, "Every task and every resource has an id"}, lookForMissingIds},
+        {{"repeated-id", KZDXSeverity::Fault, "No two tasks or resources share an id"}, lookForRepeatedIds},
+        {{"unresolved-idref", KZDXSeverity::Fault, "Every task or resource that is named is there"}, lookAtReferences},
+        {{"next-id", KZDXSeverity::Fault, "The next free ids are above all ids"}, lookAtNextIds},
+        {{"left-out", KZDXSeverity::Note, "A baseline names a task or a resource that has no such baseline"},
+         lookForLeftOut},
+        {{"bare-assignment", KZDXSeverity::Note, "An assignment names no resource"}, lookForBareAssignments},
+    }};
+    return rules;
+}

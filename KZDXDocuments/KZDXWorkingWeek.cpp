@@ -1,0 +1,64 @@
+#include "KZDXWorkingWeek.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "KZDXXMLFile.h"
+
+namespace {
+
+constexpr std::array<std::string_view, 7> names = {"sunday",   "monday", "tuesday", "wednesday",
+                                                   "thursday", "friday", "saturday"};
+
+}  // namespace
+
+std::optional<std::size_t> KZDXWeekdayNamed(std::string_view name) {
+    const auto* const found = std::find(names.begin(), names.end(), name);
+    return found == names.end() ? std::nullopt : std::optional<std::size_t>(found - names.begin());
+}
+
+std::string_view KZDXNameOfWeekday(std::size_t day) {
+    return names.at(day);
+}
+
+std::optional<std::int64_t> KZDXTimeOfDay(const MSPCXMLNode& span, std::string_view name) {
+    const auto text = KZDXAttribute(span, name);
+    const auto seconds = text ? KZDXInteger(*text) : std::nullopt;
+    return seconds && *seconds >= 0 && *seconds <= KZDXSecondsOfDay ? seconds : std::nullopt;
+}
+
+KZDXWorkingWeek::KZDXWorkingWeek(const MSPCXMLNode& resource) {
+    const auto schedule = resource.firstChildElement("schedule");
+    for (auto day = schedule.firstChildElement("schedule-day"); day; day = day.nextSiblingElement("schedule-day")) {
+        const auto place = KZDXWeekdayNamed(KZDXAttribute(day, "day-of-week").value_or(""));
+        for (auto span = day.firstChildElement("time-span"); place && span;
+             span = span.nextSiblingElement("time-span")) {
+            const auto start = KZDXTimeOfDay(span, "start-time");
+            const auto end = KZDXTimeOfDay(span, "end-time");
+            if (start && end) {
+                _days[*place].push_back({*start, *end});
+            }
+        }
+    }
+}
+
+bool KZDXWorkingWeek::holdsWorkBetween(MSPCInstant from, MSPCInstant to) const {
+    constexpr auto day = static_cast<double>(KZDXSecondsOfDay);
+    constexpr std::size_t thursday = 4;  // the first day of 1970
+    constexpr double daysOfWeek = 7;
+    if (to - from >= daysOfWeek * day) {
+        return true;
+    }
+    for (auto number = std::floor(from.secondsSince1970 / day); number * day < to.secondsSince1970; ++number) {
+        const auto weekday =
+            static_cast<std::size_t>(std::fmod(std::fmod(number, daysOfWeek) + daysOfWeek + thursday, daysOfWeek));
+        for (const auto& times : _days[weekday]) {
+            const auto start = number * day + static_cast<double>(times.start);
+            const auto end = number * day + static_cast<double>(times.end);
+            if (std::max(start, from.secondsSince1970) < std::min(end, to.secondsSince1970)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}

@@ -1,0 +1,51 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+
+#include "KZDXRules.h"
+
+// The man page tells every rule of the program, and no other.
+
+namespace {
+
+// A section of the page as "<name>: <words>" for each entry, sorted.
+std::vector<std::string> entriesOf(const std::string& section) {
+    std::ifstream page(std::string(KZMSP_SOURCE) + "/docs/mspdi-check.1");
+    std::vector<std::string> entries;
+    bool isInside = false;
+    bool isEntry = false;
+    for (std::string line; std::getline(page, line);) {
+        if (line.starts_with(".SH ")) {
+            isInside = line == ".SH " + section;
+        } else if (isInside && line.starts_with(".B ")) {
+            line.erase(0, 3);
+            std::erase(line, '\\');
+            entries.push_back(line);
+            isEntry = true;
+        } else if (isInside && isEntry) {
+            entries.back().append(": ").append(line);
+            isEntry = false;
+        }
+    }
+    std::sort(entries.begin(), entries.end());
+    return entries;
+}
+
+std::vector<std::string> rulesOf(KZDXSeverity severity) {
+    std::vector<std::string> rules;
+    for (const auto& rule : KZDXRules()) {
+        if (rule.severity == severity) {
+            rules.push_back(std::string(rule.name).append(": ").append(rule.what));
+        }
+    }
+    std::sort(rules.begin(), rules.end());
+    return rules;
+}
+
+}  // namespace
+
+TEST(CheckDocuments, manPageTellsEveryRule) {
+    EXPECT_EQ(entriesOf("FAULTS"), rulesOf(KZDXSeverity::Fault));
+    EXPECT_EQ(entriesOf("NOTES"), rulesOf(KZDXSeverity::Note));
+}

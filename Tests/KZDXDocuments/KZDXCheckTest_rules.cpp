@@ -1,0 +1,494 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "KZDXCheck.h"
+#include "KZDXRules.h"
+#include "SoundBundle.h"
+
+// Each rule, broken by hand.
+
+namespace {
+
+// "fault date Actual.xml:5 scenario/start-date: '...' is no date ..."
+std::string lineOf(const KZDXFinding& finding) {
+    const auto* const severity = finding.severity == KZDXSeverity::Fault ? "fault " : "note ";
+    return severity + std::string(finding.rule) + " " + finding.file + ":" + std::to_string(finding.line) + " " +
+           finding.element + ": " + finding.text;
+}
+
+std::vector<std::string> findingsOf(BundleFiles files) {
+    const auto check = KZDXCheckBundle(*KZDXFilesInMemory(std::move(files)));
+    EXPECT_FALSE(check.obstacle) << *check.obstacle;
+    std::vector<std::string> lines;
+    for (const auto& finding : check.findings) {
+        lines.push_back(lineOf(finding));
+    }
+    return lines;
+}
+
+using Lines = std::vector<std::string>;
+
+void expectActual(std::string_view piece, std::string_view other, const Lines& expected) {
+    EXPECT_EQ(findingsOf(brokenBundle("Actual.xml", piece, other)), expected) << piece << " -> " << other;
+}
+void expectContents(std::string_view piece, std::string_view other, const Lines& expected) {
+    EXPECT_EQ(findingsOf(brokenBundle("__TOC.xml", piece, other)), expected) << piece << " -> " << other;
+}
+
+}  // namespace
+
+TEST(KZDXRules, findNothingInASoundDocument) {
+    EXPECT_EQ(findingsOf(soundBundle()), Lines());
+}
+
+TEST(KZDXRules, haveNamesOfTheirOwn) {
+    std::set<std::string_view> names;
+    for (const auto& rule : KZDXRules()) {
+        EXPECT_TRUE(names.insert(rule.name).second) << rule.name;
+        EXPECT_FALSE(rule.what.empty());
+    }
+    EXPECT_EQ(names.size(), 41U);
+}
+
+TEST(KZDXRules, xml) {
+    expectActual("</schedule>", "",
+                 {"fault xml Actual.xml:24 : Opening and ending tag mismatch: schedule line 12 and resource"});
+    expectActual("Mind the pipes", "Mind & dig", {"fault xml Actual.xml:69 : xmlParseEntityRef: no name"});
+    expectContents("<null/>", "<null", {"fault xml __TOC.xml:21 : error parsing attribute name"});
+}
+
+TEST(KZDXRules, missingFile) {
+    auto files = soundBundle();
+    files.erase("Baseline.xml");
+    EXPECT_EQ(findingsOf(files),
+              (Lines{"fault missing-file __TOC.xml:12 table-of-contents/project/scenario[@id='aBaseline01']: there is "
+                     "no file 'Baseline.xml'"}));
+    files.erase("__TOC.xml");
+    EXPECT_EQ(findingsOf(files), (Lines{"fault missing-file __TOC.xml:0 : the table of contents is missing"}));
+}
+
+TEST(KZDXRules, unnamedFile) {
+    auto files = soundBundle();
+    files["Baseline3.xml"] = files["Baseline.xml"];
+    files["Baseline4.xml"] = "cut";
+    files["Other.xml"] = files["Baseline.xml"];
+    files["Notes.xml"] = "<notes/>";
+    files["Draft.xml"] = "<dra";
+    files["logo.png"] = "";
+    EXPECT_EQ(findingsOf(files),
+              (Lines{"fault unnamed-file Baseline3.xml:2 scenario: the table of contents does not name this scenario",
+                     "fault unnamed-file Baseline4.xml:0 : the table of contents does not name this scenario",
+                     "fault unnamed-file Other.xml:2 scenario: the table of contents does not name this scenario"}));
+}
+
+TEST(KZDXRules, contentsFrame) {
+    expectContents("<editing-scenario>aActual0001</editing-scenario>", "",
+                   {"fault contents-frame __TOC.xml:3 table-of-contents/window: there is no 'editing-scenario'"});
+    expectContents("    <window>", "<window><editing-scenario>aActual0001</editing-scenario></window><window>",
+                   {"fault contents-frame __TOC.xml:3 table-of-contents/window: there are 2 of 'window'"});
+    auto files = soundBundle();
+    files["__TOC.xml"] = "<contents/>";
+    EXPECT_EQ(findingsOf(files),
+              (Lines{"fault contents-frame __TOC.xml:1 contents: there is no 'window'",
+                     "fault contents-frame __TOC.xml:1 contents: there is no 'project'",
+                     "fault unnamed-file Actual.xml:2 scenario: the table of contents does not name this scenario",
+                     "fault unnamed-file Baseline.xml:2 scenario: the table of contents does not name this scenario"}));
+}
+
+TEST(KZDXRules, neededSetting) {
+    const std::string project = "fault needed-setting __TOC.xml:7 table-of-contents/project: ";
+    expectContents("<title>House</title>", "", {project + "there is no 'title'"});
+    expectContents("<title>House</title>", "<title/>", {});
+    expectContents("<next-task-id>7</next-task-id>", "", {project + "there is no 'next-task-id'"});
+    expectContents("<next-resource-id>3</next-resource-id>", "", {project + "there is no 'next-resource-id'"});
+    expectContents("<currency-format>$1,234.56</currency-format>", "", {project + "there is no 'currency-format'"});
+    expectContents("<title>House</title>", "<title/><title/>",
+                   {"fault needed-setting __TOC.xml:8 table-of-contents/project/title: there are 2 of 'title'"});
+    expectContents(
+        "<next-task-id>7</next-task-id>", "<next-task-id>seven</next-task-id>",
+        {"fault needed-setting __TOC.xml:9 table-of-contents/project/next-task-id: 'seven' is no number from 1 on"});
+    expectContents(
+        " hours-per-year=\"1920\"", "",
+        {"fault needed-setting __TOC.xml:15 table-of-contents/project/duration-format: 'hours-per-year' is missing"});
+    expectContents("hours-per-year=\"1921\"", "hours-per-year=\"many\"",
+                   {"fault needed-setting __TOC.xml:16 table-of-contents/project/effort-format: 'hours-per-year' is "
+                    "'many', which is no whole number"});
+}
+
+TEST(KZDXRules, settingOrder) {
+    expectContents(
+        "    </project>", "<auto-level/></project>",
+        {"fault setting-order __TOC.xml:23 table-of-contents/project/auto-level: stands behind 'task-user-data-keys'"});
+    expectContents("    </project>", "<any-other/></project>", {});
+}
+
+TEST(KZDXRules, scenarioEntry) {
+    const std::string entry =
+        "fault scenario-entry __TOC.xml:12 table-of-contents/project/scenario[@id='aBaseline01']: ";
+    const std::string unnamed =
+        "fault unnamed-file Baseline.xml:2 scenario: the table of contents does not name this scenario";
+    expectContents("name=\"Baseline\" ", "", {entry + "'name' is missing"});
+    expectContents("filename=\"Baseline.xml\"", "", {entry + "'filename' is missing", unnamed});
+    for (const std::string outside : {"../Baseline.xml", "/etc/passwd", "..", "."}) {
+        expectContents("filename=\"Baseline.xml\"", "filename=\"" + outside + "\"",
+                       {entry + "'" + outside + "' is no file of the bundle", unnamed});
+    }
+}
+
+TEST(KZDXRules, repeatedScenario) {
+    const std::string entry =
+        "fault repeated-scenario __TOC.xml:12 table-of-contents/project/scenario[@id='aBaseline01']: ";
+    expectContents("name=\"Baseline\"", "name=\"Actual\"", {entry + "another scenario has the name 'Actual', too"});
+    expectContents("filename=\"Baseline.xml\"", "filename=\"Actual.xml\"",
+                   {entry + "another scenario has the filename 'Actual.xml', too",
+                    "fault unnamed-file Baseline.xml:2 scenario: the table of contents does not name this scenario"});
+}
+
+TEST(KZDXRules, windowScenario) {
+    expectContents("<comparison-scenario>aBaseline01", "<comparison-scenario>aBaseline99",
+                   {"fault window-scenario __TOC.xml:5 table-of-contents/window/comparison-scenario: no scenario has "
+                    "the id 'aBaseline99'"});
+    expectContents("<comparison-scenario>aBaseline01</comparison-scenario>", "", {});
+}
+
+TEST(KZDXRules, scenarioRoot) {
+    const std::string plan = "fault scenario-root Actual.xml:2 plan: ";
+    auto files = soundBundle();
+    files["Actual.xml"] =
+        withReplaced(withReplaced(files["Actual.xml"], "<scenario ", "<plan "), "</scenario>", "</plan>");
+    EXPECT_EQ(findingsOf(files), (Lines{plan + "the root element is 'plan' instead of 'scenario'"}));
+    const std::string scenario = "fault scenario-root Actual.xml:2 scenario: ";
+    expectActual(" xmlns=\"urn:kadenza:document:2\"", "", {scenario + "0 namespaces are declared instead of one"});
+    expectActual(" xmlns=\"urn:kadenza:document:2\"", " xmlns=\"urn:a\" xmlns:b=\"urn:b\"",
+                 {scenario + "2 namespaces are declared instead of one"});
+}
+
+TEST(KZDXRules, scenarioId) {
+    expectActual("id=\"aActual0001\"", "id=\"aActual0002\"",
+                 {"fault scenario-id Actual.xml:2 scenario: the id is 'aActual0002' here and 'aActual0001' in the "
+                  "table of contents"});
+    expectActual("id=\"aActual0001\"", "", {"fault scenario-id Actual.xml:2 scenario: the scenario has no id"});
+}
+
+TEST(KZDXRules, importComment) {
+    expectActual("<!--  Imported MS Project 2010: 'House'  -->", "",
+                 {"fault import-comment Actual.xml:2 scenario: no comment tells the plan that was imported"});
+    expectActual(
+        "Kadenza 2.x MSPDI Importer.", "",
+        {"fault import-comment Actual.xml:2 scenario: no comment tells the importer and the time of the import"});
+}
+
+TEST(KZDXRules, topResource) {
+    expectActual("<top-resource idref=\"r-1\"/>", "",
+                 {"fault top-resource Actual.xml:2 scenario: there is no 'top-resource'",
+                  "fault resource-group Actual.xml:9 scenario/resource[@id='r-1']: the resource is in 0 groups"});
+    expectActual(
+        "<top-resource idref=\"r-1\"/>", "<top-resource idref=\"r1\"/>",
+        {"fault top-resource Actual.xml:8 scenario/top-resource[@idref='r1']: 'idref' is 'r1' instead of 'r-1'",
+         "fault resource-group Actual.xml:9 scenario/resource[@id='r-1']: the resource is in 0 groups"});
+    expectActual(
+        "<type>Group</type>", "<type>group</type>",
+        {"fault top-resource Actual.xml:9 scenario/resource[@id='r-1']: the type is 'group' instead of 'Group'",
+         "fault word Actual.xml:10 scenario/resource[@id='r-1']/type: 'group' is none of Group Staff Material"});
+}
+
+TEST(KZDXRules, topTask) {
+    expectActual("    <top-task idref=\"t-1\"/>", "",
+                 {"fault top-task Actual.xml:2 scenario: there is no 'top-task'",
+                  "note no-group Actual.xml:39 scenario/task[@id='t-1']: the task is in no group: the plan's outline "
+                  "does not lead to it",
+                  "fault missing-value Actual.xml:39 scenario/task[@id='t-1']: there is no effort"});
+    auto files = soundBundle();
+    files["Baseline.xml"] = withReplaced(files["Baseline.xml"], "<type>group</type>", "<type>Group</type>");
+    EXPECT_EQ(
+        findingsOf(files),
+        (Lines{"fault top-task Baseline.xml:9 scenario/task[@id='t-1']: the type is 'Group' instead of 'group'",
+               "fault word Baseline.xml:10 scenario/task[@id='t-1']/type: 'Group' is none of group task milestone"}));
+}
+
+TEST(KZDXRules, missingId) {
+    expectActual("<task id=\"t6\">", "<task>",
+                 {"fault unresolved-idref Actual.xml:88 scenario/task[@id='t3']/child-task[@idref='t6']: no task has "
+                  "the id 't6'",
+                  "fault missing-id Actual.xml:108 scenario/task: there is no id",
+                  "fault missing-value Actual.xml:108 scenario/task: there is neither a type nor a split"});
+}
+
+TEST(KZDXRules, repeatedId) {
+    expectActual("<task id=\"t6\">", "<task id=\"t5\">",
+                 {"fault unresolved-idref Actual.xml:88 scenario/task[@id='t3']/child-task[@idref='t6']: no task has "
+                  "the id 't6'",
+                  "fault repeated-id Actual.xml:108 scenario/task[@id='t5']: the id 't5' is taken",
+                  "fault missing-value Actual.xml:108 scenario/task[@id='t5']: there is neither a type nor a split"});
+    auto files = brokenBundle("Actual.xml", "<resource id=\"r2\">", "<resource id=\"t4\">");
+    files["Actual.xml"] =
+        withReplaced(files["Actual.xml"], "<child-resource idref=\"r2\"/>", "<child-resource idref=\"t4\"/>");
+    files["Actual.xml"] = withReplaced(files["Actual.xml"], "<assignment idref=\"r2\"/>", "");
+    EXPECT_EQ(findingsOf(files),
+              (Lines{"fault repeated-id Actual.xml:32 scenario/resource[@id='t4']: the id 't4' is taken"}));
+}
+
+TEST(KZDXRules, unresolvedIdref) {
+    const std::string scenario = "scenario/";
+    expectActual("<prerequisite-task idref=\"t3\"", "<prerequisite-task idref=\"t99\"",
+                 {"fault unresolved-idref Actual.xml:98 " + scenario +
+                  "task[@id='t4']/prerequisite-task[@idref='t99']: no task has the id 't99'"});
+    expectActual(
+        "<prerequisite-task idref=\"t3\"", "<prerequisite-task",
+        {"fault unresolved-idref Actual.xml:98 " + scenario + "task[@id='t4']/prerequisite-task: 'idref' is missing"});
+    expectActual("<assignment idref=\"r2\"/>", "<assignment idref=\"t2\"/>",
+                 {"fault unresolved-idref Actual.xml:89 " + scenario +
+                  "task[@id='t3']/assignment[@idref='t2']: no resource has the id 't2'"});
+    expectActual(
+        "<child-resource idref=\"r2\"/>", "<child-resource idref=\"r9\"/>",
+        {"fault unresolved-idref Actual.xml:23 " + scenario +
+             "resource[@id='r-1']/child-resource[@idref='r9']: no resource has the id 'r9'",
+         "fault resource-group Actual.xml:32 " + scenario + "resource[@id='r2']: the resource is in 0 groups"});
+}
+
+TEST(KZDXRules, nextId) {
+    expectContents("<next-task-id>7<", "<next-task-id>6<",
+                   {"fault next-id Actual.xml:108 scenario/task[@id='t6']: the next free id in the table of contents "
+                    "is not above this one"});
+    expectContents("<next-resource-id>3<", "<next-resource-id>2<",
+                   {"fault next-id Actual.xml:32 scenario/resource[@id='r2']: the next free id in the table of "
+                    "contents is not above this one"});
+}
+
+TEST(KZDXRules, leftOut) {
+    auto files = soundBundle();
+    files["Baseline.xml"] =
+        withReplaced(files["Baseline.xml"], "<task id=\"t-1\">\n        <type>group</type>\n    </task>",
+                     "<task id=\"t-1\"><type>group</type><child-task idref=\"t2\"/></task>\n"
+                     "<task id=\"t2\"><type>task</type><effort>0</effort>\n"
+                     "<assignment idref=\"r1\"/><assignment idref=\"r7\"/></task>");
+    EXPECT_EQ(
+        findingsOf(files),
+        (Lines{"fault unresolved-idref Baseline.xml:11 scenario/task[@id='t2']/assignment[@idref='r7']: no resource "
+               "has the id 'r7'",
+               "note left-out Baseline.xml:11 scenario/task[@id='t2']/assignment[@idref='r1']: 'r1' has no such "
+               "baseline, and is left out here"}));
+}
+
+TEST(KZDXRules, bareAssignment) {
+    expectActual("<assignment idref=\"r2\"/>", "<assignment/>",
+                 {"note bare-assignment Actual.xml:89 scenario/task[@id='t3']/assignment: the assignment names no "
+                  "resource: the plan does not tell it"});
+}
+
+TEST(KZDXRules, severalGroups) {
+    expectActual("<child-task idref=\"t4\"/>", "<child-task idref=\"t4\"/><child-task idref=\"t2\"/>",
+                 {"fault several-groups Actual.xml:50 scenario/task[@id='t1']/child-task[@idref='t2']: the task 't2' "
+                  "is in another group, too"});
+}
+
+TEST(KZDXRules, resourceGroup) {
+    expectActual("<child-resource idref=\"r2\"/>", "",
+                 {"fault resource-group Actual.xml:32 scenario/resource[@id='r2']: the resource is in 0 groups"});
+}
+
+TEST(KZDXRules, noGroupParent) {
+    expectActual("<split/>", "<type>task</type>",
+                 {"fault no-group-parent Actual.xml:87 scenario/task[@id='t3']/child-task[@idref='t5']: the task has "
+                  "child tasks, but is neither a group nor split",
+                  "fault missing-value Actual.xml:100 scenario/task[@id='t5']: there is neither a type nor a split",
+                  "fault missing-value Actual.xml:108 scenario/task[@id='t6']: there is neither a type nor a split"});
+}
+
+TEST(KZDXRules, outlineCircle) {
+    expectActual("<child-task idref=\"t2\"/>", "<child-task idref=\"t1\"/>",
+                 {"fault several-groups Actual.xml:50 scenario/task[@id='t1']/child-task[@idref='t1']: the task 't1' "
+                  "is in another group, too",
+                  "fault outline-circle Actual.xml:50 scenario/task[@id='t1']/child-task[@idref='t1']: the task 't1' "
+                  "is in a group below itself",
+                  "note no-group Actual.xml:53 scenario/task[@id='t2']: the task is in no group: the plan's outline "
+                  "does not lead to it"});
+}
+
+TEST(KZDXRules, linkCircle) {
+    expectActual("<assignment idref=\"r1\"/>", "<prerequisite-task idref=\"t4\" kind=\"FS\"/>",
+                 {"fault link-circle Actual.xml:86 scenario/task[@id='t3']/prerequisite-task[@idref='t2']: the task "
+                  "'t2' waits for itself"});
+    expectActual("<prerequisite-task idref=\"t3\"", "<prerequisite-task idref=\"t4\"",
+                 {"fault link-circle Actual.xml:98 scenario/task[@id='t4']/prerequisite-task[@idref='t4']: the task "
+                  "'t4' waits for itself"});
+}
+
+TEST(KZDXRules, noGroup) {
+    expectActual("<child-task idref=\"t4\"/>", "",
+                 {"note no-group Actual.xml:91 scenario/task[@id='t4']: the task is in no group: the plan's outline "
+                  "does not lead to it"});
+}
+
+TEST(KZDXRules, date) {
+    const std::string leveled = "<leveled-start>2026-05-29T17:00:00+02:00<";
+    for (const std::string wrong : {"2026-05-29", "2026-02-30T17:00:00Z", "", "tomorrow", "2026-05-29T17:00:00"}) {
+        expectActual(leveled, "<leveled-start>" + wrong + "<",
+                     {"fault date Actual.xml:95 scenario/task[@id='t4']/leveled-start: '" + wrong +
+                      "' is no date with a time and an offset"});
+    }
+}
+
+namespace {
+
+constexpr std::string_view startOfDig =
+    "<static-cost>0.000000</static-cost>\n        <start-date>2026-05-04T08:00:00+02:00<";
+
+std::string startingAt(const std::string& time) {
+    return "<static-cost>0.000000</static-cost>\n        <start-date>" + time + "<";
+}
+
+}  // namespace
+
+// Work is on Mondays, from 8 to 12 and from 13 to 17 o'clock; the task ends on Tuesday.
+TEST(KZDXRules, reversedDates) {
+    expectActual(
+        startOfDig, startingAt("2026-05-11T08:00:01+02:00"),
+        {"fault reversed-dates Actual.xml:63 scenario/task[@id='t2']/start-date: the start is behind the end"});
+    expectActual(
+        startOfDig, startingAt("2027-05-11T08:00:00+02:00"),
+        {"fault reversed-dates Actual.xml:63 scenario/task[@id='t2']/start-date: the start is behind the end"});
+}
+
+TEST(KZDXRules, reversedInPlan) {
+    expectActual(
+        startOfDig, startingAt("2026-05-11T08:00:00+02:00"),
+        {"note reversed-in-plan Actual.xml:63 scenario/task[@id='t2']/start-date: the start is behind the end: "
+         "the plan says so"});
+    expectActual(
+        "2026-05-29T17:00:00+02:00</end-date>\n        <child-task",
+        "2026-05-01T17:00:00+02:00</end-date>\n<child-task",
+        {"note reversed-in-plan Actual.xml:41 scenario/task[@id='t-1']/start-date: the start is behind the end: "
+         "the plan says so"});
+    auto files = soundBundle();
+    files["Baseline.xml"] =
+        withReplaced(files["Baseline.xml"], "<task id=\"t-1\">\n        <type>group</type>\n    </task>",
+                     "<task id=\"t-1\"><type>group</type><child-task idref=\"t2\"/></task>\n"
+                     "<task id=\"t2\"><type>task</type><effort>0</effort>\n"
+                     "<start-date>2026-05-12T08:00:00Z</start-date><end-date>2026-05-01T08:00:00Z</end-date></task>");
+    EXPECT_EQ(findingsOf(files), (Lines{"note reversed-in-plan Baseline.xml:11 scenario/task[@id='t2']/start-date: the "
+                                        "start is behind the end: the plan says so"}));
+}
+
+TEST(KZDXRules, reversedOffsets) {
+    expectActual("<end-date>2026-05-05T17:00:00+02:00<", "<end-date>2026-05-04T08:30:00+03:00<",
+                 {"note reversed-offsets Actual.xml:63 scenario/task[@id='t2']/start-date: the start is behind the end "
+                  "by their offsets alone: the clocks change in between"});
+}
+
+TEST(KZDXRules, number) {
+    const std::string task = "scenario/task[@id='t2']/";
+    expectActual("<effort>57600<", "<effort>much<",
+                 {"fault number Actual.xml:58 " + task + "effort: 'much' is no number"});
+    expectActual("<effort-done>28800<", "<effort-done>-1<",
+                 {"fault number Actual.xml:60 " + task + "effort-done: '-1' is out of range"});
+    expectActual("<completion-percentage>0.50<", "<completion-percentage>1.01<",
+                 {"fault number Actual.xml:59 " + task + "completion-percentage: '1.01' is out of range"});
+    expectActual("<static-cost>0.000000<", "<static-cost>free<",
+                 {"fault number Actual.xml:62 " + task + "static-cost: 'free' is no number"});
+    expectActual("<units-available>5.000000<", "<units-available>nan<",
+                 {"fault number Actual.xml:35 scenario/resource[@id='r2']/units-available: 'nan' is no number"});
+}
+
+TEST(KZDXRules, word) {
+    const std::string task = "scenario/task[@id='t2']/";
+    expectActual("<type>task<", "<type>tusk<",
+                 {"fault word Actual.xml:55 " + task + "type: 'tusk' is none of group task milestone"});
+    expectActual("<schedule-type>asap<", "<schedule-type>asap alap<",
+                 {"fault word Actual.xml:56 " + task + "schedule-type: 'asap alap' is none of asap alap"});
+    expectActual("<recalculate>duration<", "<recalculate><",
+                 {"fault word Actual.xml:61 " + task + "recalculate: '' is none of duration effort"});
+    expectActual("kind=\"SS\"", "kind=\"XX\"",
+                 {"fault word Actual.xml:98 scenario/task[@id='t4']/prerequisite-task[@idref='t3']: 'XX' is none of FF "
+                  "FS SF SS"});
+    expectActual("<granularity>hours<", "<granularity>years<",
+                 {"fault word Actual.xml:6 scenario/granularity: 'years' is none of hours days minutes"});
+    expectActual(
+        "<type>Staff<", "<type>Stuff<",
+        {"fault word Actual.xml:27 scenario/resource[@id='r1']/type: 'Stuff' is none of Group Staff Material"});
+}
+
+TEST(KZDXRules, missingValue) {
+    expectActual("<type>milestone</type>", "",
+                 {"fault missing-value Actual.xml:91 scenario/task[@id='t4']: there is neither a type nor a split"});
+    expectActual("<effort>57600</effort>", "",
+                 {"fault missing-value Actual.xml:53 scenario/task[@id='t2']: there is no effort"});
+    expectActual("<type>Staff</type>", "",
+                 {"fault missing-value Actual.xml:25 scenario/resource[@id='r1']: there is no type"});
+}
+
+TEST(KZDXRules, missingStartOfAnImport) {
+    expectActual("<start-date>2026-05-04T08:00:00+02:00</start-date>\n    <granularity>", "<granularity>",
+                 {"fault missing-value Actual.xml:2 scenario: there is neither a start-date nor an end-date"});
+    auto files = soundBundle();
+    files["Baseline.xml"] = withReplaced(files["Baseline.xml"], "<end-date>2026-05-29T17:00:00Z</end-date>", "");
+    EXPECT_EQ(findingsOf(files), Lines());
+}
+
+TEST(KZDXRules, userData) {
+    const std::string data = "scenario/task[@id='t2']/user-data/";
+    expectActual("<string>North</string>", "", {"fault user-data Actual.xml:75 " + data + "key: the key has no value"});
+    expectActual("<key>Region</key>", "",
+                 {"fault user-data Actual.xml:76 " + data + "string: 'string' stands where a key belongs"});
+    expectActual("<string>North</string>", "<null/>", {});
+}
+
+TEST(KZDXRules, unlistedField) {
+    expectActual("<key>Region</key>", "<key>Colour</key>",
+                 {"note unlisted-field Actual.xml:75 scenario/task[@id='t2']/user-data/key: custom fields that the "
+                  "table of contents does not list: 'Colour'"});
+}
+
+TEST(KZDXRules, dayTimes) {
+    const std::string day = "scenario/resource[@id='r-1']/schedule/schedule-day[@day-of-week='monday']/time-span: ";
+    expectActual("start-time=\"46800\" end-time=\"61200\"", "start-time=\"61200\" end-time=\"46800\"",
+                 {"fault day-times Actual.xml:15 " + day + "the span ends at second 46800, but begins at 61200"});
+    expectActual("start-time=\"46800\"", "start-time=\"43199\"",
+                 {"fault day-times Actual.xml:15 " + day +
+                  "the span begins at second 43199, before the end of the one before it"});
+    for (const auto* const wrong : {"end-time=\"86401\"", "end-time=\"-1\"", "end-time=\"noon\"", ""}) {
+        expectActual(
+            "end-time=\"61200\"", wrong,
+            {"fault day-times Actual.xml:15 " + day + "'start-time' and 'end-time' are not both seconds of a day"});
+    }
+    expectActual("end-time=\"61200\"", "end-time=\"86400\"", {});
+}
+
+TEST(KZDXRules, midnight) {
+    expectActual("end-time=\"61200\"", "end-time=\"0\"",
+                 {"note midnight Actual.xml:15 "
+                  "scenario/resource[@id='r-1']/schedule/schedule-day[@day-of-week='monday']/time-span: the span ends "
+                  "at midnight, which is taken for the beginning of the day: it counts no work"});
+}
+
+TEST(KZDXRules, emptySpan) {
+    expectActual(
+        "start-time=\"46800\" end-time=\"61200\"", "start-time=\"\" end-time=\"\"",
+        {"note empty-span Actual.xml:15 scenario/resource[@id='r-1']/schedule/"
+         "schedule-day[@day-of-week='monday']/time-span: the span has no times: the plan's calendar has none there"});
+}
+
+TEST(KZDXRules, weekday) {
+    expectActual(
+        "day-of-week=\"tuesday\"", "day-of-week=\"Tuesday\"",
+        {"fault weekday Actual.xml:17 scenario/resource[@id='r-1']/schedule/schedule-day[@day-of-week='Tuesday']: "
+         "'Tuesday' is no day of the week"});
+}
+
+TEST(KZDXRules, repeatedDay) {
+    expectActual(
+        "day-of-week=\"tuesday\"", "day-of-week=\"monday\"",
+        {"note repeated-day Actual.xml:17 scenario/resource[@id='r-1']/schedule/schedule-day[@day-of-week='monday']: "
+         "the day is there twice: the plan's calendar has it twice"});
+}
+
+TEST(KZDXRules, event) {
+    const std::string event = "scenario/resource[@id='r-1']/schedule/calendar[@name='Time Off']/event: ";
+    expectActual("end=\"2026-12-26T23:59:59+01:00\"", "end=\"2026-12-23T23:59:59+01:00\"",
+                 {"fault event Actual.xml:19 " + event + "the start is behind the end"});
+    expectActual("end=\"2026-12-26T23:59:59+01:00\"", "",
+                 {"fault event Actual.xml:19 " + event + "'' is no date with a time and an offset"});
+    expectActual("start=\"2026-12-24T00:00:00+01:00\"", "start=\"Christmas\"",
+                 {"fault event Actual.xml:19 " + event + "'Christmas' is no date with a time and an offset"});
+}
