@@ -66,14 +66,6 @@ const PlanShape ofLeaves[] = {
      [](int n) {
          return ofTask(times(n, "<Baseline><Number>0</Number><Number>1</Number>" + baselineStart + "</Baseline>"));
      }},
-    {"WorkingTimesOfAWeekDay",
-     [](int n) {
-         return planOf("", "<WeekDays><WeekDay>" +
-                               times(n,
-                                     "<WorkingTimes><WorkingTime><FromTime>08:00:00</FromTime></WorkingTime>"
-                                     "</WorkingTimes>") +
-                               "<DayType>2</DayType><DayWorking>1</DayWorking></WeekDay></WeekDays>");
-     }},
     {"DatesOfAnExceptionThatRecurs",
      [](int n) {
          return planOf("", "<Exceptions><Exception>" +
