@@ -51,6 +51,8 @@ public:
     [[nodiscard]] bool boolValue(std::string_view name, Error* error = nullptr) const;
     // The position among `elements` of the last field of that name; `elements().size()` where there is none.
     [[nodiscard]] std::size_t lastPosition(std::string_view name) const;
+    // The last field of that name, and their number.
+    [[nodiscard]] MSPCXMLLastChild lastChild(std::string_view name) const;
     // All of them, in order. Valid as long as this object.
     [[nodiscard]] std::span<const MSPCXMLNamedElement> elements() const { return _fields; }
     // All children of that name, in order.
