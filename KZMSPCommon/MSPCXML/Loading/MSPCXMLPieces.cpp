@@ -9,18 +9,23 @@
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLLexis.h"
+#include "MSPCXMLLoader.h"
 
 namespace {
 
 using namespace MSPCXMLLexis;
 
 constexpr std::size_t windowSize = 1 << 20;
-constexpr MSPCXMLReading dataReading{.content = MSPCXMLContent::DataOnly};
 // Of elements and leaves without anything else.
 constexpr MSPCXMLReading plainReading{
     .content = MSPCXMLContent::DataOnly, .hasSections = false, .hasMixedContent = false, .hasNestedValues = false};
 // Ends the start tag of an element all of whose leaves were taken. No other one has attributes then.
 constexpr std::string_view emptiedMark = " emptied=\"\">";
+
+// Mends nothing.
+MSPCXMLLoader dataLoader() {
+    return MSPCXMLLoader(MSPCXMLContent::DataOnly);
+}
 
 std::string_view nameOf(std::string_view tag) {
     const auto start = tag.starts_with("</") ? 2U : 1U;
@@ -384,21 +389,21 @@ private:
     }
 
     bool showPiece(std::size_t end) {
-        auto piece = MSPCXMLDocument::read(_window.substr(*_pieceStart, end - *_pieceStart), dataReading);
+        const auto piece = dataLoader().loadBytes(_window.substr(*_pieceStart, end - *_pieceStart));
         _pieceStart.reset();
         if (!piece) {
             return false;
         }
-        _visitor.piece(piece->root());
+        _visitor.piece(piece->document.root());
         return true;
     }
 
     bool showRoot() {
-        const auto document = MSPCXMLDocument::read(std::move(_root), dataReading);
-        if (document) {
-            _visitor.root(document->root());
+        const auto loaded = dataLoader().loadBytes(std::move(_root));
+        if (loaded) {
+            _visitor.root(loaded->document.root());
         }
-        return document.has_value();
+        return loaded.has_value();
     }
 
     const std::function<std::size_t(char*, std::size_t)>& _read;
