@@ -41,11 +41,11 @@ std::string commandOfRun(const std::vector<std::string>& arguments, const std::f
                          const std::map<std::string, std::string>& environment) {
     std::string command = "cd " + inQuotes(folder.string()) + " && env -i";
     for (const auto& [name, value] : environment) {
-        command += " " + inQuotes(name + "=" + value);
+        command.append(" ").append(inQuotes(name + "=" + value));
     }
-    command += " " + inQuotes(KZMSP_PROGRAM);
+    command.append(" ").append(inQuotes(KZMSP_PROGRAM));
     for (const auto& argument : arguments) {
-        command += " " + inQuotes(argument);
+        command.append(" ").append(inQuotes(argument));
     }
     return command;
 }
