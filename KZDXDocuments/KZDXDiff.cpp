@@ -163,7 +163,7 @@ private:
         }
     }
 
-    // "in Building": where an item is, for people.
+    // Where an item is, for people: "Building (t1)".
     static std::string placeOf(const KZDXOutline& outline, std::size_t item) {
         const auto parent = outline.parent(item);
         if (!parent) {
@@ -172,11 +172,18 @@ private:
         return parent == outline.top() ? "the top level" : KZDXNamed(outline.name(*parent), outline.id(*parent));
     }
 
+    // The same behind "is new" or "was": "in Building (t1)".
+    static std::string locationOf(const KZDXOutline& outline, std::size_t item) {
+        const auto parent = outline.parent(item);
+        const std::string_view preposition = !parent ? "" : parent == outline.top() ? "at " : "in ";
+        return fmt::format("{}{}", preposition, placeOf(outline, item));
+    }
+
     void tellItem(std::string_view kind, std::string_view subject, const KZDXOutline& outline, std::size_t item) {
-        const bool isTask = subject == "task" && !outline.isPiece(item);
+        const bool hasPlace = subject == "task" && !outline.isPiece(item);
         auto what = std::string(kind == "new" ? "is new" : "is gone");
-        if (isTask) {
-            what += fmt::format("{} {}", kind == "new" ? ":" : ", was", placeOf(outline, item));
+        if (hasPlace) {
+            what += fmt::format(", {}{}", kind == "new" ? "" : "was ", locationOf(outline, item));
         }
         _differences.push_back({kind, subject, std::string(outline.id(item)), outline.shownName(item), std::move(what),
                                 kind == "gone" ? outline.name(item) : std::string(),

@@ -129,9 +129,9 @@ TEST(KZDXDiff, tellsLinksAndAssignments) {
     expectDifferences(
         "<prerequisite-task idref=\"t3\" kind=\"SS\"/>", "<prerequisite-task idref=\"t2\" kind=\"SS\"/>",
         {"link Done (t4): waits for Dig (t2) now, start to start", "link Done (t4): no longer waits for Paint (t3)"});
-    expectDifferences(
-        "<assignment idref=\"r1\"/>", "<assignment idref=\"r2\"/>",
-        {"assignment Dig (t2): no longer assigned to Anna (r1)", "assignment Dig (t2): is assigned to Wood (r2) now"});
+    expectDifferences("<assignment idref=\"r1\"/>", "<assignment idref=\"r2\"/>",
+                      {"assignment Dig (t2): is no longer assigned to Anna (r1)",
+                       "assignment Dig (t2): is assigned to Wood (r2) now"});
 }
 
 TEST(KZDXDiff, tellsNotesAndFields) {
@@ -191,7 +191,7 @@ TEST(KZDXDiff, tellsScenariosThatComeAndGo) {
 TEST(KZDXDiff, tellsNewAndGoneTasks) {
     EXPECT_EQ(differencesOf(outlineOf({"Build@t1", "  Dig@t2", "  Paint@t3"}),
                             outlineOf({"Build@t1", "  Dig@t2", "  Clean@t4"})),
-              (Lines{"new Clean (t4): is new: Build (t1)", "gone Paint (t3): is gone, was Build (t1)"}));
+              (Lines{"new Clean (t4): is new, in Build (t1)", "gone Paint (t3): is gone, was in Build (t1)"}));
 }
 
 TEST(KZDXDiff, tellsOnlyWhatWasMovedOfAGroup) {
@@ -207,15 +207,15 @@ TEST(KZDXDiff, matchesByOutlineAndNameWhereIdsWereGivenAnew) {
         differencesOf(outlineOf(before), outlineOf({"Build@t11", "  Dig@t12", "  Paint@t13", "Test@t14", "  Dig@t15"})),
         Lines{"ids : 5 tasks got another id: matched by outline and name"});
     // One more at the front, and all numbers count on.
-    EXPECT_EQ(
-        differencesOf(outlineOf(before),
-                      outlineOf({"Plan@t1", "Build@t2", "  Dig@t3", "  Paint@t4", "Test@t5", "  Dig@t6"})),
-        (Lines{"ids : 5 tasks got another id: matched by outline and name", "new Plan (t1): is new: the top level"}));
+    EXPECT_EQ(differencesOf(outlineOf(before),
+                            outlineOf({"Plan@t1", "Build@t2", "  Dig@t3", "  Paint@t4", "Test@t5", "  Dig@t6"})),
+              (Lines{"ids : 5 tasks got another id: matched by outline and name",
+                     "new Plan (t1): is new, at the top level"}));
 }
 
 TEST(KZDXDiff, takesATaskForRenamedWhoseNameANewOneTook) {
     EXPECT_EQ(differencesOf(outlineOf({"Paint@t1", "Dig@t2"}), outlineOf({"Paint walls@t1", "Dig@t2", "Paint@t3"})),
-              (Lines{"renamed Paint walls (t1): renamed, was \"Paint\"", "new Paint (t3): is new: the top level"}));
+              (Lines{"renamed Paint walls (t1): renamed, was \"Paint\"", "new Paint (t3): is new, at the top level"}));
 }
 
 // The ids of pieces follow the highest id of a task, so that a new task changes them all.
@@ -229,7 +229,7 @@ TEST(KZDXDiff, matchesPiecesByTheirOrder) {
     actual = withReplaced(actual, "<child-task idref=\"t4\"/>", "<child-task idref=\"t4\"/><child-task idref=\"t5\"/>");
     actual = withReplaced(actual, "    <task id=\"t4\">",
                           "<task id=\"t5\"><title>Sweep</title><type>task</type></task><task id=\"t4\">");
-    EXPECT_EQ(differencesOf(soundBundle(), files), Lines{"new Sweep (t5): is new: the top level"});
+    EXPECT_EQ(differencesOf(soundBundle(), files), Lines{"new Sweep (t5): is new, at the top level"});
 }
 
 TEST(KZDXDiff, needsWhatItCompares) {
