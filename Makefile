@@ -40,9 +40,11 @@ FUZZ_SECONDS ?= 60
 FUZZ_SEED ?=
 .PHONY: fuzz
 fuzz: deps
-	@tools/install-dependencies clang libclang-rt-14-dev
+	@tools/install-dependencies clang libclang-rt-14-dev dpkg-dev xz-utils
+	@tools/build-fuzz-libraries build-fuzz/libraries
 	cmake --preset fuzz
 	cmake --build --preset fuzz
+	build-fuzz/CountedStepsTests
 	FUZZ_SEED="$(FUZZ_SEED)" tools/fuzz "$(FUZZ_SECONDS)"
 
 # Measures single operations, then imports of generated plans against the floor of only parsing and writing the same, and

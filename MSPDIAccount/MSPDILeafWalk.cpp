@@ -55,6 +55,9 @@ void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
     _steps.push_back({&MSPDIElementTree::project(), withoutPrefix(project.name()), 0, {}});
     if (isLeaf(project)) {
         ++_account.leaves[MSPDIFateIndex(MSPDIFate::Default)];
+        if (_options.visitLeaf) {
+            _options.visitLeaf(path(), MSPDIFate::Default);
+        }
     }
     walkChildren(project, item);
     leave();

@@ -17,7 +17,7 @@ if(KZMSP_SANITIZE)
 endif()
 if(KZMSP_FUZZ)
     target_compile_options(kzmsp_options INTERFACE
-        ${kzmsp_sanitizers} -fsanitize=fuzzer-no-link -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        ${kzmsp_sanitizers} -fsanitize=fuzzer-no-link -fsanitize-coverage=trace-pc -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(kzmsp_options INTERFACE ${kzmsp_sanitizers} -fsanitize=fuzzer-no-link)
 endif()
 if(KZMSP_COVERAGE)

@@ -52,6 +52,11 @@ MSPEScheduleCalendar::MSPEScheduleCalendar(MSPCGregorianCalendar gregorian, cons
     }
 }
 
+void MSPEScheduleCalendar::addWorkingTimePeriodWeekday(const MSPETimePeriod& period, MSPCWeekday weekday) {
+    MSPEWorkingWeek::addWorkingTimePeriodWeekday(period, weekday);
+    _worksOfCycle.clear();
+}
+
 void MSPEScheduleCalendar::addScheduleDay(const MSPCXMLNode& scheduleDay) {
     const auto weekday = MSPEWeekdayNamed(scheduleDay.attribute("day-of-week").stringValue());
     if (!weekday) {
@@ -142,7 +147,7 @@ MSPEScheduleStart MSPEScheduleCalendar::startOfLaterDay(MSPCWeekday weekday, MSP
 }
 
 MSPCTimeInterval MSPEScheduleCalendar::workingTimeFromDateToDate(MSPCInstant from, MSPCInstant to) const {
-    return from < to ? MSPEWorkingTimeCount(*this, _gregorian, from, to).total() : 0;
+    return from < to ? MSPEWorkingTimeCount(*this, _gregorian, _worksOfCycle, from, to).total() : 0;
 }
 
 bool MSPEScheduleCalendar::isWorkingDay(MSPCInstant date) const {

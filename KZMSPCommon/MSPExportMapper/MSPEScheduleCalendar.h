@@ -10,6 +10,7 @@
 #include "MSPEDirection.h"
 #include "MSPEScheduleAdvance.h"
 #include "MSPEWorkingWeek.h"
+#include "MSPEWorksOfCycle.h"
 
 // A clock time as three fields.
 struct MSPEHourMinuteSecond {
@@ -45,6 +46,9 @@ public:
 
     // "<MSPEScheduleCalendar: address>" and the lines of the week's days.
     [[nodiscard]] std::string description() const;
+
+    // Appends a period to a weekday and makes it a working day.
+    void addWorkingTimePeriodWeekday(const MSPETimePeriod& period, MSPCWeekday weekday);
 
     // The date that lies a duration of working time (in seconds) after or before a date. The walk begins where working
     // time begins seen from the date, so noon plus half a second is 13:00:00 in the standard calendar; durations below
@@ -128,4 +132,5 @@ private:
     [[nodiscard]] MSPEScheduleStart startOfLaterDay(MSPCWeekday weekday, MSPEDirection direction) const;
 
     MSPCGregorianCalendar _gregorian;
+    mutable MSPEWorksOfCycle _worksOfCycle;
 };

@@ -4,8 +4,9 @@
 #include <cmath>
 
 MSPEWorkingTimeCount::MSPEWorkingTimeCount(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian,
-                                           MSPCInstant from, MSPCInstant to)
+                                           MSPEWorksOfCycle& worksOfCycle, MSPCInstant from, MSPCInstant to)
     : _week(week),
+      _worksOfCycle(worksOfCycle),
       _fromDay(gregorian.midnightOf(from)),
       _toDay(gregorian.midnightOf(to)),
       _fromTime(gregorian.timeOfDayOf(from)),
@@ -74,18 +75,26 @@ void MSPEWorkingTimeCount::leapToLastDayOf(double days) {
     _walk.leap(weeks * MSPCDaysOfWeek + last.day);
 }
 
-// One cycle is walked, from one working day to the same one 400 years later; the others are like it.
 void MSPEWorkingTimeCount::countCycles() {
-    const auto cycles = std::floor((_toDay - _walk.date()) / MSPCTimeZone::GregorianCycle) - 1;
+    const auto cycles = std::floor((_toDay - _walk.date()) / MSPCTimeZone::GregorianCycle);
     if (_hasEnded || cycles < 1 || _walk.cyclesAhead() < 1) {
         return;
     }
-    const auto totalBefore = _total;
-    countDaysBefore(_walk.date() + MSPCTimeZone::GregorianCycle);
-    if (!_hasEnded) {
-        _total += cycles * (_total - totalBefore);
-        _walk.leap(cycles * MSPEDayWalk::DaysOfCycle);
+    // The days of any 400 years are the same ones, begun with another, unless they are stepped at another time.
+    const auto steppedAt = std::fmod(_walk.date().secondsSince1970, MSPESecondsPerDay);
+    auto known = _worksOfCycle.find(steppedAt);
+    auto ahead = cycles;
+    if (known == _worksOfCycle.end()) {
+        const auto totalBefore = _total;
+        countDaysBefore(_walk.date() + MSPCTimeZone::GregorianCycle);
+        if (_hasEnded) {
+            return;
+        }
+        known = _worksOfCycle.emplace(steppedAt, _total - totalBefore).first;
+        --ahead;
     }
+    _total += ahead * known->second;
+    _walk.leap(ahead * MSPEDayWalk::DaysOfCycle);
 }
 
 void MSPEWorkingTimeCount::stepToWorkingDay() {

@@ -6,16 +6,17 @@
 #include "MSPCInstant.h"
 #include "MSPEDayWalk.h"
 #include "MSPEWorkingWeek.h"
+#include "MSPEWorksOfCycle.h"
 
-// Counts the working time of a week between two dates, all weeks at once between two changes of the clocks, and cycle
-// by cycle of 400 years where there are many. Made for one question; the week and the calendar must outlive it.
+// Counts the working time of a week between two dates, all weeks at once between two changes of the clocks, and all
+// cycles of 400 years at once, of which one is walked. Made for one question; what it is given must outlive it.
 //
 // It meets the days that `MSPEScheduleIterator` meets: it ends early where seven days in a row are not worked.
 class MSPEWorkingTimeCount {
 public:
-    // `from` is earlier than `to`.
-    MSPEWorkingTimeCount(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian, MSPCInstant from,
-                         MSPCInstant to);
+    // `from` is earlier than `to`. What has been walked of the week in this calendar is remembered in `worksOfCycle`.
+    MSPEWorkingTimeCount(const MSPEWorkingWeek& week, const MSPCGregorianCalendar& gregorian,
+                         MSPEWorksOfCycle& worksOfCycle, MSPCInstant from, MSPCInstant to);
 
     // In seconds, 0 or more. To be asked once.
     [[nodiscard]] MSPCTimeInterval total();
@@ -37,6 +38,7 @@ private:
     [[nodiscard]] const MSPEWorkingDayIndex& day() const { return _week.workingDayIndex(_walk.weekday()); }
 
     const MSPEWorkingWeek& _week;
+    MSPEWorksOfCycle& _worksOfCycle;
     MSPCInstant _fromDay;
     MSPCInstant _toDay;
     MSPCTimeOfDay _fromTime;

@@ -18,6 +18,10 @@ bool isAbsent(const std::optional<std::string>& text) {
     return !text || text->empty();
 }
 
+bool isFirstEmpty(std::span<const MSPCXMLNode> nodes) {
+    return !nodes.empty() && nodes.front().stringValue().empty();
+}
+
 // The instant of a time of day on the wall clocks, a number of calendar days after a date.
 MSPCInstant instantOnDay(const MSPCGregorianCalendar& gregorian, MSPCDateFields date, std::int64_t daysLater,
                          const MSPCDateFields& timeOfDay) {
@@ -261,27 +265,30 @@ MSPCXMLNewElement MSPICalendarMapper::newEvent(MSPCInstant start, MSPCInstant en
 }
 
 std::optional<std::string> MSPICalendarMapper::makeScheduleStartFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
-    return extremeDate(mspCalendar, "//FromDate", -1, "Failed to find minimal FromDate in Calendar.");
+    const auto dates = nodesForXQuery(mspCalendar, "//FromDate");
+    if (isFirstEmpty(dates)) {
+        throw MSPCInternalInconsistency("Failed to find minimal FromDate in Calendar.");
+    }
+    return extremeDate(dates, -1);
 }
 
 std::optional<std::string> MSPICalendarMapper::makeScheduleEndFromMSPCalendar(const MSPCXMLNode& mspCalendar) const {
-    return extremeDate(mspCalendar, "//ToDate", 1, "Failed to find maximal ToDate in Calendar.");
+    const auto dates = nodesForXQuery(mspCalendar, "//ToDate");
+    if (isFirstEmpty(dates)) {
+        throw MSPCInternalInconsistency("Failed to find maximal ToDate in Calendar.");
+    }
+    return extremeDate(dates, 1);
 }
 
 // The date that stands in the wanted order (-1 earlier, 1 later) to all others.
-std::optional<std::string> MSPICalendarMapper::extremeDate(const MSPCXMLNode& mspCalendar, std::string_view query,
-                                                           int wantedOrder, const char* failure) const {
-    const auto nodes = nodesForXQuery(mspCalendar, query);
-    if (nodes.empty()) {
+std::optional<std::string> MSPICalendarMapper::extremeDate(std::span<const MSPCXMLNode> dates, int wantedOrder) const {
+    if (dates.empty()) {
         return std::nullopt;
     }
     const auto& conversions = _mapper.conversions();
-    auto extreme = nodes.front().stringValue();
-    if (extreme.empty()) {
-        throw MSPCInternalInconsistency(failure);
-    }
-    for (const auto& node : nodes) {
-        auto candidate = node.stringValue();
+    auto extreme = dates.front().stringValue();
+    for (const auto& date : dates) {
+        auto candidate = date.stringValue();
         if (conversions.compareMspdiDateTimeToMspdiDateTime(candidate, extreme) == wantedOrder) {
             extreme = std::move(candidate);
         }

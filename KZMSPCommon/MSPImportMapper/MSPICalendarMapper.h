@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -82,6 +83,5 @@ private:
     [[nodiscard]] MSPCXMLNewElement newScheduleDay(MSPCWeekday weekday) const;
     void addWorkingTimes(MSPCXMLNode scheduleDay, const std::vector<MSPCXMLNode>& workingTimes) const;
     [[nodiscard]] MSPCXMLNewElement newEvent(MSPCInstant start, MSPCInstant end) const;
-    [[nodiscard]] std::optional<std::string> extremeDate(const MSPCXMLNode& mspCalendar, std::string_view query,
-                                                         int wantedOrder, const char* failure) const;
+    [[nodiscard]] std::optional<std::string> extremeDate(std::span<const MSPCXMLNode> dates, int wantedOrder) const;
 };

@@ -2,9 +2,10 @@
 // which: "<kind> <n> <errno>" for the n-th call of a kind, "space <bytes> <errno>" for every write once that many bytes
 // have been written, "slow 0 0" for no fault but two milliseconds before every change of the disk, so that a test meets
 // the moments between them, "plain-rename <n> <errno>" for a file system of the network, whose locks nobody else sees
-// and which knows no flags of renaming (that error), nor the n-th plain renaming if n is not 0. KZMSP_FAULT_MARK names
-// a file that is made when the fault strikes, so that a test can tell the end of the calls. Writes to standard error
-// are left alone, for the log tells the test what happened.
+// and which knows no flags of renaming (that error), nor the n-th plain renaming if n is not 0, "kill-at-plain-rename
+// <n> <errno>" for a local one that knows no such flags, and the end of the process at the n-th plain renaming.
+// KZMSP_FAULT_MARK names a file that is made when the fault strikes, so that a test can tell the end of the calls.
+// Writes to standard error are left alone, for the log tells the test what happened.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -15,6 +16,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -194,9 +196,12 @@ int renameat(int oldFolder, const char* from, int newFolder, const char* to) {
 
 int renameat2(int oldFolder, const char* from, int newFolder, const char* to, unsigned flags) {
     delayIfAsked();
-    if (flags != 0 && isFaulty("plain-rename")) {
+    if (flags != 0 && (isFaulty("plain-rename") || isFaulty("kill-at-plain-rename"))) {
         errno = faultError;
         return -1;
+    }
+    if (isFaulty("kill-at-plain-rename") && ++renamesSoFar == callsLeft) {
+        ::raise(SIGKILL);
     }
     if (flags == 0 && isFaulty("plain-rename") && callsLeft > 0 && ++renamesSoFar == callsLeft) {
         mark();

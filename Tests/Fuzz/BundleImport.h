@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "MSPIScenarioMapping.h"
+
 // The bytes of the documents that an import reads.
 struct BundleImportInput {
     std::string plan;
@@ -14,5 +16,6 @@ struct BundleImportInput {
 [[nodiscard]] const BundleImportInput& emptyTemplate();
 
 // Imports a plan into a new bundle on a disk in memory. Ends the run when the importer lets anything through but its
-// own answer, or when a document of the new bundle does not read back strictly with the texts that were mapped.
-void importIntoBundle(const BundleImportInput& input);
+// own answer, when a document of the new bundle does not read back strictly with the texts that were mapped, or when it
+// takes more steps than the bytes that are read and written account for.
+void importIntoBundle(const BundleImportInput& input, const MSPIScenarioMapping& mapScenario = MSPIMapScenario);

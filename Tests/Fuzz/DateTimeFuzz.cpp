@@ -1,6 +1,7 @@
 // Date-time texts, two to an input with a line feed between them: every conversion answers or raises its own failure,
 // and the quick reader reads what the full grammar reads.
 
+#include "CountedSteps.h"
 #include "FuzzWorld.h"
 #include "MSPCException.h"
 #include "MSPCISO8601Patterns.h"
@@ -62,6 +63,7 @@ void orderIsAntisymmetric(const MSPIUtilities& conversions, std::string_view fir
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const CountedSteps steps;
     const FuzzWorld world;
     const MSPIUtilities conversions(world.services);
     InputReader reader(textOf(bytes, size));
@@ -72,5 +74,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         conversionsEnd(conversions, text, MSPIUtilities::mspdiToMppDuration(reader.rest()));
     }
     orderIsAntisymmetric(conversions, first, second);
+    requireStepsThatGrowWith(size, steps.count(), {1'000'000, 500});
     return 0;
 }

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "CountedSteps.h"
 #include "FuzzWorld.h"
 #include "MSPCException.h"
 #include "MSPCISO8601Patterns.h"
@@ -43,6 +44,7 @@ void numberConversionsEnd(double number) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const CountedSteps steps;
     const FuzzWorld world;
     const MSPIUtilities conversions(world.services);
     const auto text = textOf(bytes, size);
@@ -60,5 +62,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     numberConversionsEnd(scanDouble(text).value_or(0));
     static_cast<void>(scanInteger64(text));
     static_cast<void>(scanInteger32(text));
+    requireStepsThatGrowWith(size, steps.count(), {10'000'000, 200});
     return 0;
 }

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -12,14 +10,7 @@
 #include "MSPCRandomSource.h"
 #include "MSPCServices.h"
 #include "MapUserDefaults.h"
-
-// Ends the run with a message where a property does not hold, so that the fuzzer keeps the input.
-inline void require(bool holds, std::string_view property) {
-    if (!holds) {
-        std::fprintf(stderr, "PROPERTY BROKEN: %.*s\n", static_cast<int>(property.size()), property.data());
-        std::abort();
-    }
-}
+#include "Property.h"
 
 inline std::string_view textOf(const std::uint8_t* bytes, std::size_t size) {
     return size == 0 ? std::string_view() : std::string_view(reinterpret_cast<const char*>(bytes), size);
@@ -62,6 +53,9 @@ private:
 };
 
 class SilentLog final : public MSPCLog {
+public:
+    [[nodiscard]] std::size_t characters() const noexcept { return _characters; }
+
 protected:
     void write(std::string_view message) override { _characters += message.size(); }
 

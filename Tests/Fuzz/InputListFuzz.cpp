@@ -1,5 +1,6 @@
 // A list file, gone through by a whole run in which every import succeeds.
 
+#include "CountedSteps.h"
 #include "FuzzWorld.h"
 #include "MSPCException.h"
 #include "MSPDIImportRunner.h"
@@ -8,6 +9,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const CountedSteps steps;
     FuzzWorld world;
     world.fileSystem.addFile("/home/me/list.txt", std::string(textOf(bytes, size)));
     world.fileSystem.addFile("/home/me/Plan.xml", "<Project/>");
@@ -34,5 +36,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             .run({"MSPDIImport", "--template-path", "/share/Empty.kdzx", "--input-list", "/home/me/list.txt"});
     require(imports <= entries, "nothing is imported that no line names");
     require(status == (imports > 0 ? 0 : 1), "the status tells of the last import");
+    requireStepsThatGrowWith(size, steps.count(), {50'000, 1'000});
     return 0;
 }

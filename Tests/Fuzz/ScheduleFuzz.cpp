@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "CountedSteps.h"
 #include "FuzzWorld.h"
 #include "MSPCException.h"
 #include "MSPCTextScanner.h"
@@ -130,6 +131,7 @@ void advancesEnd(const MSPEScheduleCalendar& calendar, const Question& question)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const CountedSteps steps;
     InputReader reader(textOf(bytes, size));
     const auto question = questionFrom(reader.upTo('\n'));
     const auto document = MSPCXMLDocument::read(std::string(reader.rest()), MSPCXMLContent::DataOnly, "schedule");
@@ -142,5 +144,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     stepsGrowWithTheInput(calendar.stepsTaken(), 50'000, 1, size);
     advancesEnd(calendar, question);
     stepsGrowWithTheInput(calendar.stepsTaken(), 2'000'000, 2'000, size);
+    requireStepsThatGrowWith(size, steps.count(), {10'000'000, 5'000});
     return 0;
 }

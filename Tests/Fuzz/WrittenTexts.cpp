@@ -1,15 +1,19 @@
 #include "WrittenTexts.h"
 
+#include <expat.h>
 #include <libxml/parser.h>
-#include <libxml/tree.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <pugixml.hpp>
+#include <string>
+#include <utility>
 
 #include "FuzzWorld.h"
 #include "MSPCXMLDocument.h"
+#include "MSPCXMLNodeAccess.h"
 
 namespace {
 
@@ -61,23 +65,31 @@ void addText(WrittenTexts& texts, const std::string& text, bool hasElements) {
     }
 }
 
-void addNamespace(WrittenTexts& texts, std::string_view prefix, std::string_view uri) {
-    std::string text = "attribute xmlns";
-    if (!prefix.empty()) {
-        text.append(":").append(prefix);
-    }
-    texts.push_back(text.append("=").append(holdable(uri)));
+bool isNamespace(std::string_view name) {
+    return name == "xmlns" || name.starts_with("xmlns:");
 }
+
+// Declarations of namespaces first: they have no place of their own in a document's tree.
+template <typename Attributes>
+void addAttributes(WrittenTexts& texts, const Attributes& attributes) {
+    for (const bool wantsNamespaces : {true, false}) {
+        for (const auto& [name, value] : attributes) {
+            if (isNamespace(name) == wantsNamespaces) {
+                texts.push_back("attribute " + std::string(name) + "=" + holdable(value));
+            }
+        }
+    }
+}
+
+using Attributes = std::vector<std::pair<std::string_view, std::string_view>>;
 
 void addElement(WrittenTexts& texts, const MSPCXMLNode& element) {
     texts.push_back("element " + std::string(element.name()));
-    for (const auto& [prefix, uri] : element.namespaceDeclarations()) {
-        addNamespace(texts, prefix, uri);
+    Attributes attributes;
+    for (const auto& attribute : pugi::xml_node(MSPCXMLNodeAccess::node(element)).attributes()) {
+        attributes.emplace_back(attribute.name(), attribute.value());
     }
-    const auto attributes = element.nodesForXPath("@*");
-    for (const auto& attribute : *attributes) {
-        texts.push_back("attribute " + std::string(attribute.name()) + "=" + holdable(attribute.stringValue()));
-    }
+    addAttributes(texts, attributes);
 }
 
 std::string ownTextOf(const MSPCXMLNode& element, bool& hasElements) {
@@ -91,57 +103,46 @@ std::string ownTextOf(const MSPCXMLNode& element, bool& hasElements) {
     return text;
 }
 
-const char* chars(const xmlChar* text) {
-    return text == nullptr ? "" : reinterpret_cast<const char*>(text);
-}
-
-std::string qualified(const xmlNs* space, const xmlChar* name) {
-    const bool hasPrefix = space != nullptr && space->prefix != nullptr;
-    return hasPrefix ? std::string(chars(space->prefix)) + ":" + chars(name) : std::string(chars(name));
-}
-
-std::string contentOf(const xmlAttr& attribute) {
-    std::string text;
-    for (const auto* child = attribute.children; child != nullptr; child = child->next) {
-        text += chars(child->content);
-    }
-    return text;
-}
-
-void addElement(WrittenTexts& texts, const xmlNode& element) {
-    texts.push_back("element " + qualified(element.ns, element.name));
-    for (const auto* space = element.nsDef; space != nullptr; space = space->next) {
-        addNamespace(texts, chars(space->prefix), chars(space->href));
-    }
-    for (const auto* attribute = element.properties; attribute != nullptr; attribute = attribute->next) {
-        texts.push_back("attribute " + qualified(attribute->ns, attribute->name) + "=" +
-                        holdable(contentOf(*attribute)));
-    }
-}
-
-std::string ownTextOf(const xmlNode& element, bool& hasElements) {
-    std::string text;
-    for (const auto* child = element.children; child != nullptr; child = child->next) {
-        hasElements = hasElements || child->type == XML_ELEMENT_NODE;
-        if (child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE) {
-            text += chars(child->content);
+// What the strict reader tells of a document. An element's own text is complete at its end only, and has its place
+// behind the element's attributes all the same.
+class StrictReading {
+public:
+    void start(const char* name, const char** namesAndValues, int count) {
+        if (!_open.empty()) {
+            _open.back().hasElements = true;
         }
-    }
-    return text;
-}
-
-const xmlNode* nextInDocument(const xmlNode* node) {
-    if (node->children != nullptr && node->type == XML_ELEMENT_NODE) {
-        return node->children;
-    }
-    while (node != nullptr && node->next == nullptr) {
-        node = node->parent;
-        if (node != nullptr && node->type == XML_DOCUMENT_NODE) {
-            return nullptr;
+        _texts.push_back(std::string("element ") + name);
+        Attributes attributes;
+        for (int i = 0; i < count; i += 2) {
+            attributes.emplace_back(namesAndValues[i], namesAndValues[i + 1]);
         }
+        addAttributes(_texts, attributes);
+        _open.push_back({_texts.size(), {}, false});
+        _texts.emplace_back();
     }
-    return node == nullptr ? nullptr : node->next;
-}
+    void text(std::string_view characters) { _open.back().text += characters; }
+    void end() {
+        WrittenTexts text;
+        addText(text, _open.back().text, _open.back().hasElements);
+        if (!text.empty()) {
+            _texts[_open.back().place] = std::move(text.front());
+        }
+        _open.pop_back();
+    }
+    [[nodiscard]] WrittenTexts texts() && {
+        std::erase(_texts, std::string());
+        return std::move(_texts);
+    }
+
+private:
+    struct Element {
+        std::size_t place;
+        std::string text;
+        bool hasElements;
+    };
+    std::vector<Element> _open;
+    WrittenTexts _texts;
+};
 
 MSPCXMLNode nextInDocument(MSPCXMLNode node) {
     if (const auto child = node.firstChild()) {
@@ -154,6 +155,16 @@ MSPCXMLNode nextInDocument(MSPCXMLNode node) {
         node = node.parent();
     }
     return {};
+}
+
+// The strict reader knows the letters that the fourth edition of XML 1.0 allowed in names; the fifth has more.
+bool isWellFormedByTheFifthEdition(std::string_view bytes) {
+    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), xmlFreeParserCtxt);
+    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(
+        xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
+                          XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_HUGE),
+        xmlFreeDoc);
+    return document != nullptr && parser->wellFormed == 1;
 }
 
 }  // namespace
@@ -171,28 +182,35 @@ WrittenTexts textsOf(const MSPCXMLDocument& document) {
     return texts;
 }
 
-WrittenTexts textsOfStrictReading(std::string_view bytes) {
-    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), xmlFreeParserCtxt);
-    // Without its entities replaced the URI of a namespace would keep "&#38;" for each ampersand.
-    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(
-        xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
-                          XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_HUGE),
-        xmlFreeDoc);
-    if (!document || parser->wellFormed != 1) {
-        const auto* error = xmlCtxtGetLastError(parser.get());
-        std::fwrite(bytes.data(), 1, bytes.size(), stderr);
-        require(false, error != nullptr && error->message != nullptr
-                           ? "a written document is well-formed: " + std::string(error->message)
-                           : std::string("a written document is well-formed"));
-    }
-    WrittenTexts texts;
-    for (const auto* node = xmlDocGetRootElement(document.get()); node != nullptr; node = nextInDocument(node)) {
-        if (node->type == XML_ELEMENT_NODE) {
-            addElement(texts, *node);
-            bool hasElements = false;
-            const auto text = ownTextOf(*node, hasElements);
-            addText(texts, text, hasElements);
+std::optional<WrittenTexts> textsOfStrictReading(std::string_view bytes) {
+    StrictReading reading;
+    const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate("UTF-8"),
+                                                                              XML_ParserFree);
+    XML_SetUserData(parser.get(), &reading);
+    // The parser is its own argument, for only it knows how many attributes the document itself gives.
+    XML_UseParserAsHandlerArg(parser.get());
+    XML_SetElementHandler(
+        parser.get(),
+        [](void* self, const XML_Char* name, const XML_Char** attributes) {
+            auto* inner = static_cast<XML_Parser>(self);
+            static_cast<StrictReading*>(XML_GetUserData(inner))
+                ->start(name, attributes, XML_GetSpecifiedAttributeCount(inner));
+        },
+        [](void* self, const XML_Char*) {
+            static_cast<StrictReading*>(XML_GetUserData(static_cast<XML_Parser>(self)))->end();
+        });
+    XML_SetCharacterDataHandler(parser.get(), [](void* self, const XML_Char* characters, int count) {
+        static_cast<StrictReading*>(XML_GetUserData(static_cast<XML_Parser>(self)))
+            ->text({characters, static_cast<std::size_t>(count)});
+    });
+    if (XML_Parse(parser.get(), bytes.data(), static_cast<int>(bytes.size()), XML_TRUE) != XML_STATUS_OK) {
+        if (XML_GetErrorCode(parser.get()) == XML_ERROR_INVALID_TOKEN && isWellFormedByTheFifthEdition(bytes)) {
+            return std::nullopt;
         }
+        std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+        require(false,
+                "a written document is well-formed: " + std::string(XML_ErrorString(XML_GetErrorCode(parser.get()))) +
+                    " in line " + std::to_string(XML_GetCurrentLineNumber(parser.get())));
     }
-    return texts;
+    return std::move(reading).texts();
 }

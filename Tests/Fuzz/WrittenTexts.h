@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,5 +13,6 @@ class MSPCXMLDocument;
 using WrittenTexts = std::vector<std::string>;
 
 [[nodiscard]] WrittenTexts textsOf(const MSPCXMLDocument& document);
-// Ends the run where the bytes are no well-formed XML in UTF-8.
-[[nodiscard]] WrittenTexts textsOfStrictReading(std::string_view bytes);
+// Read by a parser that no other part of the program uses. Ends the run where the bytes are no well-formed XML in
+// UTF-8; nothing where they are, but with letters in names that this parser does not know.
+[[nodiscard]] std::optional<WrittenTexts> textsOfStrictReading(std::string_view bytes);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,8 +10,11 @@
 #include "FixedClock.h"
 #include "InMemoryFileSystem.h"
 #include "ListedRandomSource.h"
+#include "MSPCExtensions.h"
 #include "MSPCServices.h"
+#include "MSPCURL.h"
 #include "MSPCXMLDocument.h"
+#include "MSPIElementsRead.h"
 #include "MSPIMappingContext.h"
 #include "MapUserDefaults.h"
 #include "RecordingLog.h"
@@ -41,15 +45,31 @@ inline MSPCXMLDocument documentFromXML(std::string_view xml, MSPCXMLContent cont
     return std::move(*document);
 }
 
+// What plans are loaded with: the elements that an import reads. elements-read-test names others in the environment, to
+// show for each of them that a test misses it.
+inline const MSPCXMLSelection& elementsRead() {
+    static const char* const named = std::getenv("KZMSP_ELEMENTS_READ");
+    static const auto others = MSPCXMLSelection::fromText(named != nullptr ? named : "");
+    return named != nullptr ? others : MSPIElementsRead();
+}
+
+// An MSPDI document, loaded as by an import: it lacks what no import reads. `projectContent` is what stands between the
+// tags of `Project`.
+inline MSPCXMLDocument planFromXML(std::string_view projectContent) {
+    constexpr const char* path = "/Plan.xml";
+    InMemoryFileSystem disk;
+    disk.addFile(
+        path, "<Project xmlns=\"http://schemas.microsoft.com/project\">" + std::string(projectContent) + "</Project>");
+    RecordingLog log;  // repairs would stand there
+    return newXmlDocFromUrl(MSPCURL::fileURL(path, false), MSPCXMLContent::DataOnly, disk, log, &elementsRead());
+}
+
 // The content of an MSPDI project and the context of its mapping.
 class MappingFixture : public MappingServices {
 public:
     // `projectContent` is what stands between the tags of `Project`.
     explicit MappingFixture(std::string_view projectContent, std::string_view zone = "Europe/Berlin")
-        : MappingServices(zone),
-          document(documentFromXML("<Project xmlns=\"http://schemas.microsoft.com/project\">" +
-                                   std::string(projectContent) + "</Project>")),
-          context(services) {
+        : MappingServices(zone), document(planFromXML(projectContent)), context(services) {
         context.setMspProject(document.root());
     }
 

@@ -40,9 +40,7 @@ inline std::string baseline(int number, const std::string& more = "") {
 class ProjectImport : public MappingServices {
 public:
     explicit ProjectImport(const std::string& projectContent, std::string_view tocMarkup = emptyTOC)
-        : ProjectImport(documentFromXML("<Project xmlns=\"http://schemas.microsoft.com/project\">" + projectContent +
-                                        "</Project>"),
-                        tocMarkup) {}
+        : ProjectImport(planFromXML(projectContent), tocMarkup) {}
     ProjectImport(MSPCXMLDocument&& source, std::string_view tocMarkup)
         : project(std::move(source)),
           toc(documentFromXML(tocMarkup, MSPCXMLContent::Everything)),

@@ -28,18 +28,19 @@ class RunsOfFailures final : public testing::EmptyTestEventListener {
 };
 
 std::string inQuotes(std::string_view word) {
-    std::string text = "'";
+    std::string text("'");
     for (const char character : word) {
-        text += character == '\'' ? std::string("'\\''") : std::string(1, character);
+        text.append(character == '\'' ? std::string("'\\''") : std::string(1, character));
     }
-    return text + "'";
+    return text.append("'");
 }
 
 }  // namespace
 
 std::string commandOfRun(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
                          const std::map<std::string, std::string>& environment) {
-    std::string command = "cd " + inQuotes(folder.string()) + " && env -i";
+    std::string command("cd ");
+    command.append(inQuotes(folder.string())).append(" && env -i");
     for (const auto& [name, value] : environment) {
         command.append(" ").append(inQuotes(name + "=" + value));
     }

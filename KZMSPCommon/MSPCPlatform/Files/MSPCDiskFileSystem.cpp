@@ -14,6 +14,7 @@
 #include "MSPCFileDescriptor.h"
 #include "MSPCFileSystem.h"
 #include "MSPCFilesIn.h"
+#include "MSPCLeftovers.h"
 #include "MSPCNewDiskFolder.h"
 #include "MSPCPath.h"
 
@@ -96,7 +97,8 @@ bool MSPCDiskFileSystem::isDirectory(const std::string& path) const {
 
 std::optional<std::vector<std::string>> MSPCDiskFileSystem::namesIn(const std::string& folder,
                                                                     std::string* failure) const {
-    std::error_code error = isCutOff(folder) ? std::make_error_code(std::errc::no_such_file_or_directory) : std::error_code();
+    std::error_code error =
+        isCutOff(folder) ? std::make_error_code(std::errc::no_such_file_or_directory) : std::error_code();
     std::vector<std::string> names;
     auto entry = error ? fs::directory_iterator() : fs::directory_iterator(folder, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
@@ -149,7 +151,18 @@ std::optional<std::string> MSPCReadFileIn(int folder, const std::string& path, s
     return std::nullopt;
 }
 
+// Once for each folder: its list may be as long as that of the plans to come.
+void MSPCDiskFileSystem::removeLeftoversBeside(const std::string& path) {
+    if (isCutOff(path) || !_clearedFolders.insert(pathByDeletingLastComponent(path)).second) {
+        return;
+    }
+    if (const MSPCFileDescriptor folder(MSPCOpenFolderOf(path)); folder.isOpen()) {
+        MSPCRemoveLeftovers(folder.number());
+    }
+}
+
 std::unique_ptr<MSPCNewFolder> MSPCDiskFileSystem::newFolder(const std::string& path, bool replacesOld) {
+    removeLeftoversBeside(path);
     auto folder = std::make_unique<MSPCNewDiskFolder>(path, replacesOld);
     return folder->isNameTaken() ? nullptr : std::move(folder);
 }

@@ -92,7 +92,8 @@ public:
     // Begins a new folder with that path, which nothing may have: a null pointer when anything (file, folder, or a
     // link, even one that points nowhere) is there, or another process keeps the path for a folder of its own. With
     // `replacesOld` what is there is replaced when the new folder appears, and stands until then; a null pointer when
-    // it could not be removed. Any other failure is told by the first operation on the new folder.
+    // it could not be removed. Any other failure is told by the first operation on the new folder. What processes that
+    // were killed left hidden beside it goes with the first new folder there.
     [[nodiscard]] virtual std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) = 0;
     // Makes a folder and the folders above it.
     [[nodiscard]] virtual std::optional<std::string> createFolder(const std::string& path) = 0;
@@ -129,4 +130,8 @@ public:
     [[nodiscard]] std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
     [[nodiscard]] std::optional<std::string> synchronize(const std::set<std::string>& folders) override;
+
+private:
+    void removeLeftoversBeside(const std::string& path);
+    std::set<std::string> _clearedFolders;
 };

@@ -6,8 +6,9 @@
 #include "MSPCUnfinishedItem.h"
 
 // A name in an open folder that one process keeps for itself while nothing has it yet: a hidden, locked file
-// ".MSPDIImport-<name>.tmp" beside it. The system takes the lock off when the process ends, however it ends, so a name
-// is never lost to a dead run. The file goes with this object.
+// ".MSPDIImport-<name>.tmp" beside it, which notes the hidden item that is being made for the name. The system takes
+// the lock off when the process ends, however it ends, so a name is never lost to a dead run, and whoever takes the
+// lock over removes what the dead one noted. The file goes with this object.
 //
 // Where locks are not seen by everybody who may write there (file systems of the network), where the name is too long,
 // or where the file cannot be had, nothing is kept, and whoever gives the name first has it.
@@ -22,11 +23,15 @@ public:
         NotPossible
     };
     [[nodiscard]] Answer keep(const std::string& name);
-    [[nodiscard]] bool isKept() const noexcept { return _file.isOpen(); }
-    // Notes the hidden item in the folder that is being made for the name.
-    void note(const char* item) const noexcept;
-    // What the dead process noted from which the lock was taken over; empty without one.
-    [[nodiscard]] const std::string& noteOfDeadProcess() const noexcept { return _noteOfDeadProcess; }
+    // Keeps "<name>.<number>", the first that nobody keeps: no name, but a place for the note of a process that makes
+    // something for a name which it cannot keep.
+    [[nodiscard]] Answer keepNumbered(const std::string& name);
+    // Notes the hidden item in the folder that is being made, or nothing with an empty text.
+    void note(const std::string& item) const;
+
+    // Removes the lock with that hidden name in a folder and what it notes, when it is one of this user's and its
+    // process is dead. Nothing happens otherwise.
+    static void removeIfDead(int folder, const char* hidden) noexcept;
 
     // Whether the folder lies on a file system of this machine, where locks are seen by everybody and the numbers of
     // items tell them apart.
@@ -38,10 +43,8 @@ public:
 
 private:
     [[nodiscard]] int openLocked(const char* name);
-    void readNote();
 
     int _folder;
     MSPCFileDescriptor _file;
     MSPCUnfinishedItem _item;
-    std::string _noteOfDeadProcess;
 };

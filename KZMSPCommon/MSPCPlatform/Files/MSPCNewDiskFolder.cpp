@@ -55,9 +55,9 @@ void MSPCNewDiskFolder::keepName() {
     if (_isNameTaken || _error != 0) {
         return;
     }
-    switch (_lock.keep(_name)) {
+    const auto answer = _lock.keep(_name);
+    switch (answer) {
         case MSPCNameLock::Answer::Kept:
-            removeLeftoversOfDeadRun();
             // The last one who kept the name may have given it since it was found free.
             _isNameTaken = isInTheWay();
             break;
@@ -68,6 +68,9 @@ void MSPCNewDiskFolder::keepName() {
         case MSPCNameLock::Answer::NotPossible:
             break;  // whether the name is still free shows at the end
     }
+    if (answer != MSPCNameLock::Answer::Kept && !_isNameTaken) {
+        static_cast<void>(_lock.keepNumbered(_name));
+    }
 }
 
 bool MSPCNewDiskFolder::isInTheWay() {
@@ -77,21 +80,6 @@ bool MSPCNewDiskFolder::isInTheWay() {
     }
     _error = error == ENOENT ? 0 : error;
     return false;
-}
-
-// A dead run noted in its lock what it was making. It belongs to nobody when it is locked no longer.
-void MSPCNewDiskFolder::removeLeftoversOfDeadRun() const {
-    const auto& name = _lock.noteOfDeadProcess();
-    if (!MSPCIsTemporaryName(name)) {
-        return;
-    }
-    const MSPCFileDescriptor left(
-        ::openat(_parent.number(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    struct stat status {};
-    if (left.isOpen() && ::fstat(left.number(), &status) == 0 && status.st_uid == ::geteuid() &&
-        MSPCNameLock::lock(left) && MSPCNameLock::isNamed(_parent.number(), name.c_str(), left)) {
-        MSPCRemoveItem(_parent.number(), name.c_str());
-    }
 }
 
 std::optional<std::string> MSPCNewDiskFolder::copyContent(const std::string& from) {
@@ -212,11 +200,14 @@ int MSPCNewDiskFolder::exchange() {
 }
 
 int MSPCNewDiskFolder::setOldAside() {
+    _lock.note("");  // a kill meanwhile could leave the only copy of a document under a hidden name: no run removes it
     MSPCUnfinishedItem aside;
     const int error = renameOldAndTakeItsName(aside);
     if (!aside.path().empty()) {
+        _lock.note(aside.path());
         removeReplaced(aside);
     }
+    _lock.note(_stage.path());
     return error;
 }
 

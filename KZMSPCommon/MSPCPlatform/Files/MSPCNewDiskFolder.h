@@ -29,7 +29,6 @@ public:
 private:
     void keepName();
     [[nodiscard]] bool isInTheWay();
-    void removeLeftoversOfDeadRun() const;
     [[nodiscard]] int makeStage(unsigned mode);
     [[nodiscard]] int openStage(const char* name);
     [[nodiscard]] bool isOurs(const char* stage) const;

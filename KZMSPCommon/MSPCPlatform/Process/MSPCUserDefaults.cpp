@@ -23,6 +23,11 @@ void logUnreadable(MSPCLog& log, const std::string& path, std::size_t line, std:
     log.log("WARNING: Settings file could not be read: '{}' line {}: {}", path, line, description);
 }
 
+// What is no file has no line either.
+void logUnreadable(MSPCLog& log, const std::string& path, std::string_view description) {
+    log.log("WARNING: Settings file could not be read: '{}': {}", path, description);
+}
+
 // 0 for a file, else the system's error number. What is not a file could keep the program waiting, or never end.
 int errorOfKind(const MSPCFileDescriptor& file) {
     struct stat status {};
@@ -46,7 +51,7 @@ std::optional<std::string> boundedText(const std::string& path, std::string& fai
         error = file.read(text.data() + used, text.size() - used, count);
     }
     if (error != 0) {
-        failure = MSPCSystemErrorText(error);
+        failure = error == ENOTSUP ? "Not a regular file" : MSPCSystemErrorText(error);
         return std::nullopt;
     }
     text.resize(used);
@@ -61,11 +66,11 @@ toml::table parsedTable(const std::string& path, MSPCLog& log) {
     std::string failure;
     const auto text = boundedText(path, failure);
     if (!text) {
-        logUnreadable(log, path, 0, failure);
+        logUnreadable(log, path, failure);
         return {};
     }
     if (text->size() > largestSize) {
-        logUnreadable(log, path, 0, fmt::format("more than {} bytes", largestSize));
+        logUnreadable(log, path, fmt::format("more than {} bytes", largestSize));
         return {};
     }
     if (const auto line = MSPCLineNestedDeeperThan(deepestLevel, *text)) {

@@ -25,7 +25,10 @@ std::tm localTimeAt(std::int64_t second) {
 }  // namespace
 
 MSPCLocalTimes::MSPCLocalTimes(const std::string& setting)
-    : _turn(turns()), _isOther(processZone() != setting), _before(_isOther ? processZone() : std::nullopt) {
+    : _turn(turns()),
+      _isRule(!setting.starts_with(':')),
+      _isOther(processZone() != setting),
+      _before(_isOther ? processZone() : std::nullopt) {
     if (_isOther) {
         setProcessZone(setting);
     }
@@ -51,6 +54,10 @@ bool MSPCLocalTimes::areKnown() const {
 MSPCLocalOffset MSPCLocalTimes::offsetAt(std::int64_t second) const {
     const auto local = localTimeAt(second);
     return {local.tm_gmtoff, local.tm_isdst > 0};
+}
+
+std::optional<std::int64_t> MSPCLocalTimes::standardOffset() const {
+    return _isRule ? std::optional<std::int64_t>(-::timezone) : std::nullopt;
 }
 
 void MSPCLocalTimes::setProcessZone(const std::string& setting) {

@@ -29,12 +29,15 @@ public:
     [[nodiscard]] bool areKnown() const;
     // The offset in force at a second since 1970-01-01T00:00:00Z.
     [[nodiscard]] MSPCLocalOffset offsetAt(std::int64_t second) const;
+    // The offset of standard time, which a POSIX rule names; none for a zone in a file, where it may change.
+    [[nodiscard]] std::optional<std::int64_t> standardOffset() const;
 
     // Sets TZ for the rest of the run, for all who ask the C library. For `main` alone.
     static void setProcessZone(const std::string& setting);
 
 private:
     std::unique_lock<std::mutex> _turn;
+    bool _isRule;
     bool _isOther;
     std::optional<std::string> _before;  // the value of TZ where this one is another
 };

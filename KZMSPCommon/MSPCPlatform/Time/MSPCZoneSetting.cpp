@@ -11,6 +11,8 @@ namespace {
 constexpr const char* UTC = "UTC0";
 // Files of zones have some thousand bytes; the numbers in a damaged one may ask for thousands of millions.
 constexpr std::uintmax_t LargestFile = 1'048'576;
+// A file's header has as much. What the system shows as a file of no size (/proc/kmsg) may keep its reader waiting.
+constexpr std::uintmax_t SmallestFile = 44;
 constexpr std::size_t LongestRule = 200;
 
 // A rule as POSIX defines it: standard time and its offset west of Greenwich, summer time, and from when to when. None
@@ -37,7 +39,8 @@ std::optional<std::string> settingOfRule(std::string_view text) {
 // The zone in a file, when the C library takes it for one.
 std::optional<std::string> settingOfFile(const std::string& path) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error) || std::filesystem::file_size(path, error) > LargestFile) {
+    const auto size = std::filesystem::is_regular_file(path, error) ? std::filesystem::file_size(path, error) : 0;
+    if (error || size < SmallestFile || size > LargestFile) {
         return std::nullopt;
     }
     auto setting = ":" + path;

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
+#include <utility>
 
 #include "MSPCLocalTimes.h"
+#include "MSPCZoneChanges.h"
 
 namespace {
 
@@ -22,9 +25,27 @@ struct Stretch {
 };
 using Stretches = std::vector<Stretch>;
 
-// The first second in the step with another offset than at its begin, which is not that at its end.
+// The seconds at which to ask for an offset, after `from` and up to `before`: where the clocks may change, or, in a
+// zone of which nobody tells that, every three days.
+std::vector<std::int64_t> secondsToAsk(const std::string& setting, std::int64_t from, std::int64_t before) {
+    auto seconds = MSPCZoneChangesBetween(setting, from + 1, before);
+    if (!seconds) {
+        seconds.emplace();
+        for (auto second = from + Step; second < before; second += Step) {
+            seconds->push_back(second);
+        }
+    }
+    seconds->push_back(before);
+    return *std::move(seconds);
+}
+
+// The first second in the step with another offset than at its begin, which is not that at its end: the end, where that
+// is a change.
 std::int64_t changeWithin(const MSPCLocalTimes& times, std::int64_t begin, std::int64_t end) {
     const auto local = times.offsetAt(begin);
+    if (times.offsetAt(end - 1) == local) {
+        return end;
+    }
     while (end - begin > 1) {
         const auto middle = begin + (end - begin) / 2;
         (times.offsetAt(middle) == local ? begin : end) = middle;
@@ -32,19 +53,20 @@ std::int64_t changeWithin(const MSPCLocalTimes& times, std::int64_t begin, std::
     return end;
 }
 
-Stretches stretchesBetween(const std::string& setting, std::int64_t from, std::int64_t before) {
-    const MSPCLocalTimes times(setting);
+Stretches stretchesBetween(const MSPCLocalTimes& times, const std::string& setting, std::int64_t from,
+                           std::int64_t before) {
     Stretches stretches{{from, before, times.offsetAt(from)}};
-    for (auto second = from; second < before;) {
-        const auto next = std::min(second + Step, before);
-        const auto& current = stretches.back().local;
-        if (times.offsetAt(next) == current) {
-            second = next;
-            continue;
+    auto second = from;
+    for (const auto next : secondsToAsk(setting, from, before)) {
+        while (times.offsetAt(next) != stretches.back().local) {
+            second = changeWithin(times, second, next);
+            if (second == before) {
+                break;  // a change that is no longer asked for
+            }
+            stretches.back().end = second;
+            stretches.push_back({second, before, times.offsetAt(second)});
         }
-        second = changeWithin(times, second, next);
-        stretches.back().end = second;
-        stretches.push_back({second, before, times.offsetAt(second)});
+        second = next;
     }
     return stretches;
 }
@@ -91,26 +113,30 @@ bool isBesideSuchASummer(const Stretches& stretches, std::size_t index) {
     return (index > 0 && isSummerBetweenWinters(stretches, index - 1)) || isSummerBetweenWinters(stretches, index + 1);
 }
 
-std::int64_t daylightSavingOf(const Stretches& stretches, std::size_t index) {
+// `standardOffset` is that of a zone which has one for all times.
+std::int64_t daylightSavingOf(const Stretches& stretches, std::size_t index,
+                              const std::optional<std::int64_t>& standardOffset) {
     if (isSummerBetweenWinters(stretches, index)) {
         return stretches[index].local.seconds - stretches[index - 1].local.seconds;
     }
     if (!stretches[index].local.isDaylightSaving || isBesideSuchASummer(stretches, index)) {
         return 0;
     }
-    return aheadOfStandardTime(stretches, index);
+    return standardOffset ? stretches[index].local.seconds - *standardOffset : aheadOfStandardTime(stretches, index);
 }
 
 }  // namespace
 
 std::vector<MSPCZoneStretch> MSPCZoneStretchesBetween(const std::string& setting, std::int64_t from,
                                                       std::int64_t before) {
-    const auto all = stretchesBetween(setting, from - Margin, before + Margin);
+    const MSPCLocalTimes times(setting);
+    const auto all = stretchesBetween(times, setting, from - Margin, before + Margin);
     std::vector<MSPCZoneStretch> covering;
     for (std::size_t index = 0; index < all.size(); ++index) {
         const auto& stretch = all[index];
         if (stretch.end > from && stretch.start < before) {
-            covering.push_back({stretch.start, stretch.end, stretch.local.seconds, daylightSavingOf(all, index)});
+            const auto daylightSaving = daylightSavingOf(all, index, times.standardOffset());
+            covering.push_back({stretch.start, stretch.end, stretch.local.seconds, daylightSaving});
         }
     }
     return covering;

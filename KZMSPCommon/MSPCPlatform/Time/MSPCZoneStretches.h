@@ -16,11 +16,13 @@ struct MSPCZoneStretch {
 };
 
 // The stretches, one behind the other, that cover the time from one second until before another. The first begins and
-// the last ends where the zone changes, or two years outside that time when it does not change so long. Two changes
-// within three days are not seen: no zone of the database has ever had them. `setting` is a value for TZ, see
-// `MSPCZoneSetting.h`.
+// the last ends where the zone changes, or two years outside that time when it does not change so long. In a zone whose
+// file or rule is not understood (`MSPCZoneChanges.h`) two changes within three days are not seen. `setting` is a value
+// for TZ, see `MSPCZoneSetting.h`.
 //
-// The zone database tells of each stretch whether it is daylight-saving time, not how much of the offset that makes:
+// A POSIX rule tells how much of the offset is daylight saving: what the clocks are ahead of its standard time, however
+// much that is, but for summers such as Ireland's, below. The zone database tells of each stretch whether it is
+// daylight-saving time, not how much of the offset that makes:
 // - where the clocks are ahead of standard time then, by how much they are (Europe/Berlin and most others);
 // - where they are behind it each winter, as in Europe/Dublin, the winter counts as standard time and the summer as
 //   daylight-saving time, by the same difference;

@@ -8,12 +8,18 @@
 
 namespace {
 
-MSPCXMLNode required(const MSPCXMLNode& parent, std::string_view name, std::string_view failure) {
+// The child of that name; raises the failure where there is none.
+MSPCXMLNode required(const MSPCXMLNode& parent, std::string_view name, const MSPCInternalInconsistency& failure) {
     const auto child = singleObjectForXQuery(parent, name);
     if (!child) {
-        throw MSPCInternalInconsistency(std::string(failure));
+        throw failure;
     }
     return child;
+}
+
+MSPCXMLNode editingScenarioOf(const MSPCXMLNode& window) {
+    return required(window, "editing-scenario",
+                    MSPCInternalInconsistency("Failed to get 'window/editing-scenario' from TOC XML DOM."));
 }
 
 // The last `scenario` of that name; names are compared here because a name in a query could hold quotes.
@@ -35,8 +41,10 @@ MSPCXMLNode insertedAfter(MSPCXMLNode parent, std::string_view name, const MSPCX
 }  // namespace
 
 MSPITOCUpdater::MSPITOCUpdater(const MSPCXMLNode& tocRoot)
-    : _window(required(tocRoot, "window", "Failed to get 'scenario/window' element from TOC XML DOM")),
-      _project(required(tocRoot, "project", "Failed to get 'scenario/project' element from TOC XML DOM")) {
+    : _window(required(tocRoot, "window",
+                       MSPCInternalInconsistency("Failed to get 'scenario/window' element from TOC XML DOM"))),
+      _project(required(tocRoot, "project",
+                        MSPCInternalInconsistency("Failed to get 'scenario/project' element from TOC XML DOM"))) {
 }
 
 void MSPITOCUpdater::setScenarioEntry(std::string_view scenarioName, std::string_view scenarioId) {
@@ -44,8 +52,9 @@ void MSPITOCUpdater::setScenarioEntry(std::string_view scenarioName, std::string
     if (!entry) {
         auto anchor = singleObjectForXQuery(_project, "scenario");
         if (!anchor) {
-            anchor = required(_project, "next-resource-id",
-                              "Failed to find insertion point for 'scenario' element in TOC XML DOM.");
+            anchor = required(
+                _project, "next-resource-id",
+                MSPCInternalInconsistency("Failed to find insertion point for 'scenario' element in TOC XML DOM."));
         }
         entry = insertedAfter(_project, "scenario", anchor);
         setAttributeWithNameStringValue(entry, "id", "");
@@ -61,7 +70,9 @@ void MSPITOCUpdater::raiseNextIds(std::int64_t maxTaskId, std::int64_t maxResour
 }
 
 void MSPITOCUpdater::raiseNextId(std::string_view name, std::int64_t maxId) {
-    auto nextId = required(_project, name, fmt::format("Failed to get 'project/{}' element from TOC XML DOM", name));
+    auto nextId =
+        required(_project, name,
+                 MSPCInternalInconsistency(fmt::format("Failed to get 'project/{}' element from TOC XML DOM", name)));
     if (intValueForXQuery(_project, name) <= maxId) {
         // Unsigned, so that the number after the largest one can be written.
         nextId.setStringValue(fmt::format("{}", static_cast<std::uint64_t>(maxId) + 1));
@@ -71,16 +82,13 @@ void MSPITOCUpdater::raiseNextId(std::string_view name, std::int64_t maxId) {
 void MSPITOCUpdater::setComparisonScenario(std::string_view scenarioId) {
     auto comparison = singleObjectForXQuery(_window, "comparison-scenario");
     if (!comparison) {
-        comparison = insertedAfter(
-            _window, "comparison-scenario",
-            required(_window, "editing-scenario", "Failed to get 'window/editing-scenario' from TOC XML DOM."));
+        comparison = insertedAfter(_window, "comparison-scenario", editingScenarioOf(_window));
     }
     comparison.setStringValue(scenarioId);
 }
 
 void MSPITOCUpdater::setEditingScenario(std::string_view scenarioId) {
-    required(_window, "editing-scenario", "Failed to get 'window/editing-scenario' from TOC XML DOM.")
-        .setStringValue(scenarioId);
+    editingScenarioOf(_window).setStringValue(scenarioId);
 }
 
 void MSPITOCUpdater::setTitle(std::string_view title) {
@@ -101,7 +109,9 @@ void MSPITOCUpdater::setCurrencyFormat(std::string_view sampleAmount) {
 
 void MSPITOCUpdater::setWorkingTimeUnits(const MSPIWorkingTimeUnits& units) {
     for (const std::string_view name : {"duration-format", "effort-format"}) {
-        const auto format = required(_project, name, fmt::format("Failed to get 'project/{}' from TOC XML DOM.", name));
+        const auto format =
+            required(_project, name,
+                     MSPCInternalInconsistency(fmt::format("Failed to get 'project/{}' from TOC XML DOM.", name)));
         setAttributeWithNameStringValue(format, "hours-per-day", fmt::format("{}", units.hoursPerDay));
         setAttributeWithNameStringValue(format, "hours-per-week", fmt::format("{}", units.hoursPerWeek));
         setAttributeWithNameStringValue(format, "hours-per-month", fmt::format("{}", units.hoursPerMonth));

@@ -146,3 +146,41 @@ TEST(MSPEWorkingTimeCountProperty, manyPeriodsOfADay_areCountedAsPlainly) {
         expectCountedAsPlainly(calendar, from, from + static_cast<double>(random.between(0, 1'000'000)));
     }
 }
+
+// What a calendar remembers of 400 years counts for questions that begin in summer, in winter and on any day.
+TEST(MSPEWorkingTimeCountProperty, questionsOverCenturies_haveTheAnswersOfACalendarThatIsAskedNothingElse) {
+    for (const auto* zone : Zones) {
+        const auto& gregorian = gregorianIn(zone);
+        const auto shared = MSPEScheduleCalendar::standardCalendar(gregorian);
+        for (int number = 0; number < 12; ++number) {
+            const auto from = instantAt("2098-01-04T05:06:07", gregorian) + number * 31 * PlainDay;
+            const auto to = from + (399 + number % 3 * 400) * 366 * PlainDay;
+            const auto fresh = MSPEScheduleCalendar::standardCalendar(gregorian);
+            ASSERT_EQ(shared.workingTimeFromDateToDate(from, to), fresh.workingTimeFromDateToDate(from, to))
+                << zone << ' ' << number;
+        }
+        expectCountedAsPlainly(shared, instantAt("2120-07-01T09:00:00", gregorian),
+                               instantAt("2523-02-01T09:00:00", gregorian));
+    }
+}
+
+TEST(MSPEWorkingTimeCountProperty, aPeriodThatIsAddedCountsInEveryCycle) {
+    MSPEScheduleCalendar calendar(gregorianIn("Europe/Berlin"));
+    const auto from = instantAt("2100-01-03T00:00:00", calendar.gregorian());
+    const auto to = instantAt("3700-01-03T00:00:00", calendar.gregorian());  // 4 cycles of 20,871 weeks
+    calendar.addWorkingTimePeriodWeekday({8, 0, 0, 9, 0, 0}, MSPCWeekday::Wednesday);
+    EXPECT_EQ(calendar.workingTimeFromDateToDate(from, to), 4 * 20'871 * 3600.0);
+    calendar.addWorkingTimePeriodWeekday({10, 0, 0, 11, 0, 0}, MSPCWeekday::Wednesday);
+    EXPECT_EQ(calendar.workingTimeFromDateToDate(from, to), 8 * 20'871 * 3600.0);
+}
+
+TEST(MSPEWorkingTimeCountProperty, ofManyQuestionsOverCenturies_oneWalksACycle) {
+    const auto calendar = MSPEScheduleCalendar::standardCalendar(gregorianIn("Europe/Berlin"));
+    const auto from = instantAt("2101-01-03T08:00:00", calendar.gregorian());
+    const auto to = from + 5 * MSPCTimeZone::GregorianCycle;
+    static_cast<void>(calendar.workingTimeFromDateToDate(from, to));
+    const auto first = calendar.stepsTaken();
+    static_cast<void>(calendar.workingTimeFromDateToDate(from + 14 * PlainDay, to + 21 * PlainDay));
+    EXPECT_GT(first, 800U) << "two changes of the clocks a year";
+    EXPECT_LT(calendar.stepsTaken() - first, 20U);
+}

@@ -6,8 +6,9 @@
 namespace {
 
 std::string assignmentOf(std::string_view content) {
-    MappingFixture fixture("<Assignment>" + std::string(content) + "</Assignment>");
-    return markupOf(MSPIAssignmentMapper(fixture.context).newAssignmentFromMSPAssignment(fixture.node("Assignment")));
+    MappingFixture fixture("<Assignments><Assignment>" + std::string(content) + "</Assignment></Assignments>");
+    return markupOf(
+        MSPIAssignmentMapper(fixture.context).newAssignmentFromMSPAssignment(fixture.node("Assignments/Assignment")));
 }
 
 }  // namespace

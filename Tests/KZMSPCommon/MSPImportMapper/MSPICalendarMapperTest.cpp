@@ -173,16 +173,25 @@ TEST(MSPICalendarMapper, emptyHandles_areRefused) {
                   "Expected NSXMLNodeProxy as a TimePeriod object.");
 }
 
+std::string timePeriod(const std::string& from, const std::string& to) {
+    return "<TimePeriod><FromDate>" + from + "</FromDate><ToDate>" + to + "</ToDate></TimePeriod>";
+}
+
 TEST(MSPICalendarMapper, scheduleBounds_areTheExtremesOfTheWholeDocument) {
-    MappingFixture fixture(
-        "<Calendars><Calendar/><Calendar><TimePeriod><FromDate>2012-03-05T00:00:00</FromDate>"
-        "<ToDate>2012-03-06T00:00:00</ToDate></TimePeriod></Calendar></Calendars>"
-        "<X><FromDate>2012-07-01T08:00:00</FromDate><ToDate>2012-07-05T17:00:00</ToDate></X>"
-        "<X><FromDate>2011-12-24T08:00:00</FromDate><ToDate>2012-01-01T00:00:00</ToDate></X>");
-    const auto calendar = fixture.document.root().firstChild().firstChild();
-    const MSPICalendarMapper mapper(fixture.context);
-    EXPECT_EQ(mapper.makeScheduleStartFromMSPCalendar(calendar), "2011-12-24T08:00:00+01:00");
-    EXPECT_EQ(mapper.makeScheduleEndFromMSPCalendar(calendar), "2012-07-05T17:00:00+02:00");
+    const auto middle = timePeriod("2012-03-05T00:00:00", "2012-03-06T00:00:00");
+    const auto last = timePeriod("2012-07-01T08:00:00", "2012-07-05T17:00:00");
+    const auto first = timePeriod("2011-12-24T08:00:00", "2012-01-01T00:00:00");
+    for (const auto& [day, exception, week] :
+         {std::tuple(middle, last, first), std::tuple(first, middle, last), std::tuple(last, first, middle)}) {
+        MappingFixture fixture("<Calendars><Calendar/><Calendar><WeekDays><WeekDay>" + day +
+                               "</WeekDay></WeekDays><Exceptions><Exception>" + exception +
+                               "</Exception></Exceptions></Calendar><Calendar><WorkWeeks><WorkWeek>" + week +
+                               "</WorkWeek></WorkWeeks></Calendar></Calendars>");
+        const auto calendar = fixture.document.root().firstChild().firstChild();
+        const MSPICalendarMapper mapper(fixture.context);
+        EXPECT_EQ(mapper.makeScheduleStartFromMSPCalendar(calendar), "2011-12-24T08:00:00+01:00");
+        EXPECT_EQ(mapper.makeScheduleEndFromMSPCalendar(calendar), "2012-07-05T17:00:00+02:00");
+    }
 }
 
 TEST(MSPICalendarMapper, scheduleBounds_areNoneWithoutDates) {
@@ -193,10 +202,12 @@ TEST(MSPICalendarMapper, scheduleBounds_areNoneWithoutDates) {
 }
 
 TEST(MSPICalendarMapper, firstDateWithoutText_raises) {
-    MappingFixture fixture("<Calendar><FromDate/><ToDate/><FromDate>2012-03-05T00:00:00</FromDate></Calendar>");
+    MappingFixture fixture("<Calendars><Calendar><Exceptions><Exception>" + timePeriod("", "") +
+                           "</Exception><Exception>" + timePeriod("2012-03-05T00:00:00", "2012-03-06T00:00:00") +
+                           "</Exception></Exceptions></Calendar></Calendars>");
     const MSPICalendarMapper mapper(fixture.context);
-    EXPECT_RAISES(mapper.makeScheduleStartFromMSPCalendar(fixture.node("Calendar")), MSPCInternalInconsistency,
-                  "Failed to find minimal FromDate in Calendar.");
-    EXPECT_RAISES(mapper.makeScheduleEndFromMSPCalendar(fixture.node("Calendar")), MSPCInternalInconsistency,
+    EXPECT_RAISES(mapper.makeScheduleStartFromMSPCalendar(fixture.node("Calendars/Calendar")),
+                  MSPCInternalInconsistency, "Failed to find minimal FromDate in Calendar.");
+    EXPECT_RAISES(mapper.makeScheduleEndFromMSPCalendar(fixture.node("Calendars/Calendar")), MSPCInternalInconsistency,
                   "Failed to find maximal ToDate in Calendar.");
 }

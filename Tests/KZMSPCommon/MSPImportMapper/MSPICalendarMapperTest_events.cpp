@@ -53,8 +53,9 @@ std::string workingTime(const std::string& from, const std::string& to) {
 }
 
 std::string scheduleWith(const std::string& exceptions) {
-    MappingFixture fixture("<Calendar><Exceptions>" + exceptions + "</Exceptions></Calendar>", "UTC");
-    auto schedule = MSPICalendarMapper(fixture.context).newScheduleFromMSPCalendar(fixture.node("Calendar"));
+    MappingFixture fixture("<Calendars><Calendar><Exceptions>" + exceptions + "</Exceptions></Calendar></Calendars>",
+                           "UTC");
+    auto schedule = MSPICalendarMapper(fixture.context).newScheduleFromMSPCalendar(fixture.node("Calendars/Calendar"));
     fixture.log.ignoreLines();
     return markupOf(std::move(schedule));
 }

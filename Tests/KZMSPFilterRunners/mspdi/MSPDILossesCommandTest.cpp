@@ -126,3 +126,10 @@ TEST_F(LossesCommandTest, writesNoControlCharactersOfAPlan) {
     EXPECT_EQ(run({"losses", "Odd.xml"}, true), 1);
     EXPECT_THAT(out.str(), StartsWith("\x1B[1m1 x document-properties\x1B[0m: "));
 }
+
+TEST_F(LossesCommandTest, givesTheFateOfAProjectWithoutAnything) {
+    world.machine.addFile("/home/me/Empty.xml", R"(<Project xmlns="http://schemas.microsoft.com/project"/>)");
+    EXPECT_EQ(run({"losses", "--all", "--json", "Empty.xml"}), 1);
+    EXPECT_EQ(told()["leaves"]["total"], 1);
+    EXPECT_EQ(told()["fates"].dump(), R"({"/Project":"default"})");
+}

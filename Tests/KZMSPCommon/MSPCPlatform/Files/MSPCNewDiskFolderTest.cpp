@@ -229,6 +229,96 @@ TEST_F(MSPCNewDiskFolderTest, theNameOfADeadRunIsFreeAndWhatItLeftGoes) {
     EXPECT_EQ(folder.contents("out/Plan.kdzx/Actual.xml"), "template");
 }
 
+TEST_F(MSPCNewDiskFolderTest, whatADeadRunLeftGoesWithTheNextRunWhateverItMakes) {
+    killAfter([this] {
+        const auto one = begin(false, "a.kdzx");
+        const auto other = begin(false, "b.kdzx");
+        ::raise(SIGKILL);
+    });
+    EXPECT_EQ(hiddenItems(), 4U) << folder.listing("out");
+    begin(false, "c.kdzx").reset();
+    EXPECT_EQ(folder.listing("out"), "");
+}
+
+TEST_F(MSPCNewDiskFolderTest, ofSeveralThatReplaceOneFolderWhatDeadOnesLeftGoesAndNothingOfThoseThatLive) {
+    folder.addFile("out/Plan.kdzx/old", "old");
+    const auto first = begin(true);
+    for (int number = 0; number < 3; ++number) {
+        killAfter([this] {
+            const auto begun = begin(true);
+            static_cast<void>(write(*begun, "Actual.xml", "half"));
+            ::raise(SIGKILL);
+        });
+    }
+    const auto second = begin(true);
+    killAfter([this] {
+        const auto begun = begin(true);
+        ::raise(SIGKILL);
+    });
+    EXPECT_EQ(hiddenItems(), 6U) << "locks and folders of two that live and a dead one: " << folder.listing("out");
+    MSPCDiskFileSystem ofLaterRun;
+    ofLaterRun.newFolder(folder / "out/Other.kdzx", false).reset();
+    EXPECT_EQ(hiddenItems(), 4U) << folder.listing("out");
+    EXPECT_EQ(write(*first, "Actual.xml", "first"), "");
+    EXPECT_EQ(appear(*first), "");
+    EXPECT_EQ(write(*second, "Actual.xml", "second"), "");
+    EXPECT_EQ(appear(*second), "");
+    EXPECT_EQ(folder.contents("out/Plan.kdzx/Actual.xml"), "second");
+}
+
+TEST_F(MSPCNewDiskFolderTest, aRunThatReplacesAndHasNoLockStillLeavesNothingBesideIt) {
+    folder.addFile("out/Plan.kdzx/old", "old");
+    auto first = begin(true);
+    auto second = begin(true);
+    EXPECT_EQ(appear(*first), "");
+    first.reset();
+    EXPECT_EQ(appear(*second), "");
+    second.reset();
+    EXPECT_EQ(folder.listing("out"), "Plan.kdzx ");
+}
+
+// A folder whose lock somebody else's item stands in the way of has a note all the same.
+TEST_F(MSPCNewDiskFolderTest, whatADeadRunWithoutItsNamesLockLeftGoesToo) {
+    folder.addFolder("out/.MSPDIImport-Plan.kdzx.tmp");
+    killAfter([this] {
+        const auto begun = begin();
+        ::raise(SIGKILL);
+    });
+    EXPECT_EQ(hiddenItems(), 3U) << folder.listing("out");
+    begin().reset();
+    EXPECT_EQ(folder.listing("out"), ".MSPDIImport-Plan.kdzx.tmp ");
+}
+
+TEST_F(MSPCNewDiskFolderTest, hiddenItemsThatAreNoLocksStay) {
+    folder.addFile("out/.MSPDIImport-of-mine.tmp", "my own words");
+    folder.addFile("out/.MSPDIImport-1-1.tmp/document", "of a run without a lock");
+    folder.addFile("out/.MSPDIImport-1-2.tmp", "a file in the making");
+    fs::create_symlink("nowhere", folder / "out/.MSPDIImport-link.tmp");
+    ASSERT_EQ(::mkfifo((folder / "out/.MSPDIImport-pipe.tmp").c_str(), 0600), 0);
+    folder.addFile("out/.MSPDIImport-folder.tmp/file", "in a folder");
+    const auto before = folder.listing("out");
+    begin().reset();
+    EXPECT_EQ(folder.listing("out"), before);
+    EXPECT_EQ(folder.contents("out/.MSPDIImport-of-mine.tmp"), "my own words");
+    EXPECT_EQ(folder.contents("out/.MSPDIImport-1-1.tmp/document"), "of a run without a lock");
+    EXPECT_EQ(folder.contents("out/.MSPDIImport-folder.tmp/file"), "in a folder");
+}
+
+// The list of a folder may be as long as that of the plans which are imported into it.
+TEST_F(MSPCNewDiskFolderTest, aRunLooksForLeftoversInEachFolderOnce) {
+    begin().reset();
+    killAfter([this] {
+        const auto begun = begin(false, "a.kdzx");
+        ::raise(SIGKILL);
+    });
+    begin().reset();
+    EXPECT_EQ(hiddenItems(), 2U);
+    folder.addFolder("beside");
+    fs::rename(folder / "out", folder / "beside/out");
+    files.newFolder(folder / "beside/out/Plan.kdzx", false).reset();
+    EXPECT_EQ(folder.listing("beside/out"), "");
+}
+
 TEST_F(MSPCNewDiskFolderTest, nothingGoesThatSomebodyHolds) {
     const auto note = [this](const std::string& name) { folder.addFile("out/.MSPDIImport-Plan.kdzx.tmp", name); };
     folder.addFile("out/.MSPDIImport-1-1.tmp/kept", "of a run that lives");

@@ -62,8 +62,7 @@ TEST_F(MSPCSettingsFileTest, warnsOfAFileThatCannotBeOpened) {
     folder.addFolder("org.example.App.toml");
     const MSPCSettingsFile read(folder.path(), "org.example.App", log);
     EXPECT_EQ(read.boolForKey("a"), std::nullopt);
-    EXPECT_EQ(log.takeLines(),
-              Lines{"WARNING: Settings file could not be read: '" + path() + "' line 0: Is a directory"});
+    EXPECT_EQ(log.takeLines(), Lines{"WARNING: Settings file could not be read: '" + path() + "': Is a directory"});
 }
 
 TEST_F(MSPCSettingsFileTest, warnsOfNestingThatTheLibraryCouldNotBear) {
@@ -94,7 +93,7 @@ TEST_F(MSPCSettingsFileTest, warnsOfAFileThatIsTooLarge) {
     constexpr std::size_t largest = 1'048'576;
     EXPECT_EQ(settings(setting + std::string(largest - setting.size(), 'x')).boolForKey("a"), true);
     EXPECT_EQ(settings(setting + std::string(largest - setting.size() + 1, 'x')).boolForKey("a"), std::nullopt);
-    const Lines refusal{"WARNING: Settings file could not be read: '" + path() + "' line 0: more than 1048576 bytes"};
+    const Lines refusal{"WARNING: Settings file could not be read: '" + path() + "': more than 1048576 bytes"};
     EXPECT_EQ(log.takeLines(), refusal);
     std::filesystem::resize_file(path(), 8'000'000'000);  // without taking room on the disk
     const MSPCSettingsFile huge(folder.path(), "org.example.App", log);
@@ -103,7 +102,7 @@ TEST_F(MSPCSettingsFileTest, warnsOfAFileThatIsTooLarge) {
 }
 
 TEST_F(MSPCSettingsFileTest, waitsForNoPipeAndReadsNoDevice) {
-    const Lines refusal{"WARNING: Settings file could not be read: '" + path() + "' line 0: Operation not supported"};
+    const Lines refusal{"WARNING: Settings file could not be read: '" + path() + "': Not a regular file"};
     ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
     const MSPCSettingsFile pipe(folder.path(), "org.example.App", log);
     EXPECT_EQ(pipe.boolForKey("a"), std::nullopt);

@@ -94,6 +94,36 @@ TEST(MSPCTimeZone, winterBehindStandardTimeMakesTheSummerDaylightSaving) {
 }
 
 // Morocco is behind its standard time during Ramadan, in 2026 from 15 February to 22 March.
+// A rule says how far its summer is ahead, however much that is and however short it lasts.
+TEST(MSPCTimeZone, daylightSavingOfARuleIsWhatTheRuleSays) {
+    RecordingLog log;
+    const struct {
+        const char* rule;
+        MSPCInstant instant;
+        std::int64_t offset;
+        std::int64_t daylightSaving;
+    } cases[] = {
+        {"AAA-1BBB-4,M3.5.0,M10.5.0/3", utcInstant(2026, 7, 1), 14'400, 10'800},
+        {"AAA-1BBB-4,M3.5.0,M10.5.0/3", utcInstant(2026, 1, 1), 3'600, 0},
+        {"AAA-1BBB-4,M3.5.0,M10.5.0/3", utcInstant(2426, 7, 1), 14'400, 10'800},
+        {"AAA12BBB-12,M3.5.0,M10.5.0", utcInstant(2026, 7, 1), 43'200, 86'400},
+        // From Friday 2026-04-10 at 10:00 to 13:00 by the summer's clocks: two hours.
+        {"AAA-1BBB,J100/10,J100/13", utcInstant(2026, 4, 10, 8, 59, 59), 3'600, 0},
+        {"AAA-1BBB,J100/10,J100/13", utcInstant(2026, 4, 10, 9), 7'200, 3'600},
+        {"AAA-1BBB,J100/10,J100/13", utcInstant(2026, 4, 10, 10, 59, 59), 7'200, 3'600},
+        {"AAA-1BBB,J100/10,J100/13", utcInstant(2026, 4, 10, 11), 3'600, 0},
+        {"AAA-1BBB-1:20,J100/0,J103/0", utcInstant(2026, 4, 11), 4'800, 1'200},
+        // Nearly all the year.
+        {"AAA3BBB0,0/0,J365/27", utcInstant(2026, 1, 1, 12), 0, 10'800},
+        {"AAA3BBB0,0/0,J365/27", utcInstant(2026, 7, 1), 0, 10'800},
+    };
+    for (const auto& [rule, instant, offset, daylightSaving] : cases) {
+        const auto zone = MSPCTimeZone::fromEnvironment(rule, log);
+        EXPECT_EQ(zone.secondsFromGMT(instant), offset) << rule << ' ' << secondsOf(instant);
+        EXPECT_EQ(zone.daylightSavingOffset(instant), daylightSaving) << rule << ' ' << secondsOf(instant);
+    }
+}
+
 TEST(MSPCTimeZone, daylightSavingForMostOfTheYearIsNone) {
     for (const char* zone : {"Africa/Casablanca", "Africa/El_Aaiun"}) {
         const OffsetCase cases[] = {

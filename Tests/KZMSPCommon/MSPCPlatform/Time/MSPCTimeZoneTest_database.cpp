@@ -1,9 +1,12 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <set>
 #include <string>
 #include <utility>
@@ -52,6 +55,30 @@ std::vector<std::int64_t> offsetsOfTheCLibrary(const std::string& tz) {
         offsets.push_back(local.tm_gmtoff);
     }
     return offsets;
+}
+
+// The C library's offset in the zone of TZ.
+std::int64_t offsetOfTheCLibraryAt(std::int64_t second) {
+    const auto time = static_cast<std::time_t>(second);
+    std::tm local{};
+    ::localtime_r(&time, &local);
+    return local.tm_gmtoff;
+}
+
+// Compares a zone with the C library's zone of TZ right before and at each of the changes that the zone tells of, and
+// now and then between them.
+void expectTheChangesOfTheCLibrary(const MSPCTimeZone& zone, std::int64_t from, std::int64_t before) {
+    constexpr std::int64_t nowAndThen = 61 * 86'400 + 12'345;
+    for (auto second = from; second < before;) {
+        const auto span = zone.steadySpanAt({static_cast<double>(second)});
+        const auto offset = zone.secondsFromGMT({static_cast<double>(second)});
+        const auto end = span.end.secondsSince1970 < static_cast<double>(before) ? secondsOf(span.end) : before;
+        for (auto within = second; within < end; within += nowAndThen) {
+            ASSERT_EQ(offset, offsetOfTheCLibraryAt(within)) << zone.name() << ' ' << within;
+        }
+        ASSERT_EQ(offset, offsetOfTheCLibraryAt(end - 1)) << zone.name() << " before " << end;
+        second = end;
+    }
 }
 
 std::vector<std::int64_t> offsetsOf(const MSPCTimeZone& zone) {
@@ -104,6 +131,45 @@ TEST(MSPCTimeZoneDatabase, everythingElseTheCLibraryUnderstands_hasItsOffsetsToo
                                  "",
                                  ":"}) {
         EXPECT_EQ(offsetsOf(MSPCTimeZone::fromEnvironment(tz.c_str(), log)), offsetsOfTheCLibrary(tz)) << tz;
+    }
+    ::tzset();
+}
+
+TEST(MSPCTimeZoneDatabase, everyZone_changesWhenTheCLibraryDoes) {
+    std::set<std::string> compared;
+    for (const auto& name : zoneNames()) {
+        if (!compared.insert(bytesOf(name)).second) {
+            continue;
+        }
+        const auto zone = MSPCTimeZone::named(name);
+        ASSERT_TRUE(zone) << name;
+        const ScopedEnvironment tz("TZ", name.c_str());
+        ::tzset();
+        expectTheChangesOfTheCLibrary(*zone, secondsOf(utcInstant(1840, 1, 1)), secondsOf(utcInstant(2140, 1, 1)));
+        ASSERT_FALSE(testing::Test::HasFatalFailure());
+    }
+    ::tzset();
+}
+
+// Changes on any day and at any time, days or minutes apart, on the other side of the new year too.
+TEST(MSPCTimeZoneDatabase, rulesOfAllKinds_haveTheOffsetsOfTheCLibrary) {
+    std::mt19937 random(2'012);
+    const auto number = [&random](int least, int most) {
+        return std::uniform_int_distribution<int>(least, most)(random);
+    };
+    const auto change = [&](int day) {
+        const auto month = day / 31 + 1;
+        const std::string days[] = {fmt::format("J{}", day + 1), fmt::format("{}", day),
+                                    fmt::format("M{}.{}.{}", month, number(1, 5), number(0, 6))};
+        return fmt::format(",{}/{}:{}:{}", days[number(0, 2)], number(-167, 167), number(0, 59), number(0, 59));
+    };
+    RecordingLog log;
+    for (int count = 0; count < 150; ++count) {
+        const auto first = number(0, 364);
+        const auto second = count % 3 == 0 ? std::min(364, first + number(0, 3)) : number(0, 364);
+        const auto rule = fmt::format("AAA{}:{}BBB{}:{}{}{}", number(-24, 24), number(0, 59), number(-24, 24),
+                                      number(0, 59), change(first), change(second));
+        EXPECT_EQ(offsetsOf(MSPCTimeZone::fromEnvironment(rule.c_str(), log)), offsetsOfTheCLibrary(rule)) << rule;
     }
     ::tzset();
 }

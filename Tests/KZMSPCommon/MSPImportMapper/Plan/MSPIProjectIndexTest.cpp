@@ -160,8 +160,8 @@ TEST(MSPIProjectIndex, ofAProjectWithoutListsFindsNothing) {
 }
 
 TEST(MSPIProjectIndex, needsNoErrorToReportTo) {
-    MappingFixture fixture("<Tasks><Task><UID>1</UID></Task><Task><UID>1</UID><Last/></Task></Tasks>");
+    MappingFixture fixture("<Tasks><Task><UID>1</UID></Task><Task><UID>1</UID><Name>last</Name></Task></Tasks>");
     MSPIProjectIndex index(fixture.document.root());
-    EXPECT_TRUE(index.tasksByUID().singleNodeWithKey(1).firstChildElement("Last"));
+    EXPECT_TRUE(index.tasksByUID().singleNodeWithKey(1).firstChildElement("Name"));
     EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(2));
 }
