@@ -38,6 +38,9 @@ std::span<const std::size_t> KZDXOutline::children(std::size_t item) const {
 }
 
 std::string KZDXOutline::shownName(std::size_t item) const {
+    if (item == _top && _names[item].empty()) {
+        return KZDXNamed("Project", id(item));
+    }
     if (!_isPiece[item]) {
         return KZDXNamed(_names[item], id(item));
     }

@@ -32,7 +32,7 @@ public:
     [[nodiscard]] std::span<const std::size_t> outside() const { return _outside; }
     // A piece of a split task: its id is given anew with each import, so that it says nothing.
     [[nodiscard]] bool isPiece(std::size_t item) const { return _isPiece[item]; }
-    // "Paint (t12)"; of a piece "Paint (t3), piece 2".
+    // "Paint (t12)"; of a piece "Paint (t3), piece 2"; of the group of all "Project (t-1)".
     [[nodiscard]] std::string shownName(std::size_t item) const;
 
 private:

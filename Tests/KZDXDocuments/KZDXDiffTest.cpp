@@ -166,13 +166,13 @@ TEST(KZDXDiff, tellsNamesAndGroups) {
 
 TEST(KZDXDiff, tellsWorkingTimesAndSettings) {
     expectDifferences("start-time=\"46800\" end-time=\"61200\"", "start-time=\"46800\" end-time=\"64800\"",
-                      {"calendar (no name) (r-1): working times on monday 08:00-12:00 13:00-17:00 -> 08:00-12:00 "
+                      {"calendar Project (r-1): working times on monday 08:00-12:00 13:00-17:00 -> 08:00-12:00 "
                        "13:00-18:00"});
     expectDifferences("<schedule-day day-of-week=\"tuesday\"/>", "",
-                      {"calendar (no name) (r-1): working times on tuesday no work -> not told"});
+                      {"calendar Project (r-1): working times on tuesday no work -> not told"});
     expectDifferences("2026-12-26T23:59:59+01:00", "2026-12-27T23:59:59+01:00",
-                      {"calendar (no name) (r-1): no longer Time Off Thu 24 Dec 2026 00:00 - Sat 26 Dec 2026 23:59:59",
-                       "calendar (no name) (r-1): new: Time Off Thu 24 Dec 2026 00:00 - Sun 27 Dec 2026 23:59:59"});
+                      {"calendar Project (r-1): no longer Time Off Thu 24 Dec 2026 00:00 - Sat 26 Dec 2026 23:59:59",
+                       "calendar Project (r-1): new: Time Off Thu 24 Dec 2026 00:00 - Sun 27 Dec 2026 23:59:59"});
     expectDifferences("<granularity>hours<", "<granularity>days<", {"setting : granularity \"hours\" -> \"days\""});
     auto files = soundBundle();
     files["__TOC.xml"] = withReplaced(files["__TOC.xml"], "<title>House<", "<title>Villa<");
