@@ -47,17 +47,19 @@ fuzz: deps
 	build-fuzz/CountedStepsTests
 	FUZZ_SEED="$(FUZZ_SEED)" tools/fuzz "$(FUZZ_SECONDS)"
 
-# Measures single operations, then imports of generated plans against the floor of only parsing and writing the same.
+# Measures single operations, then imports of generated plans against the floor of only parsing and writing the same, and
+# the comparison of two documents against reading both.
 # BENCH=--micro measures the operations alone; any other BENCH measures imports alone and is passed on, such as
 # BENCH='--only actual' or BENCH=--huge for the plan of 1,000,000 tasks.
 .PHONY: bench
 bench: deps
 	@tools/install-dependencies libbenchmark-dev
 	cmake --preset release -DKZMSP_BUILD_BENCH=ON
-	cmake --build --preset release --target MSPDIImport mspdi import-bench floor linked-only micro-bench
+	cmake --build --preset release --target MSPDIImport mspdi import-bench diff-bench floor linked-only micro-bench
 	$(if $(filter-out --micro,$(BENCH)),,build/micro-bench)
 	$(if $(filter --micro,$(BENCH)),,build/import-bench build/MSPDIImport share/kadenza2/Empty.kdzx build/floor \
 	    build/linked-only "$${TMPDIR:-/tmp}" $(BENCH))
+	$(if $(BENCH),,build/diff-bench "$${TMPDIR:-/tmp}")
 
 .PHONY: configure
 configure: deps

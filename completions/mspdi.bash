@@ -15,7 +15,7 @@ _mspdi_documents() {
 }
 
 _mspdi() {
-    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses check' options='--help --json --quiet --version'
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses check diff' options='--help --json --quiet --version'
     COMPREPLY=()
     compopt -o filenames 2>/dev/null
     if ((COMP_CWORD == 1)); then
@@ -24,9 +24,12 @@ _mspdi() {
     fi
     case ${COMP_WORDS[1]} in
         losses) options+=' --all' ;;
+        diff) options+=' --scenario' ;;
         -*) return ;;
     esac
-    if [[ $word == -* ]]; then
+    if [[ ${COMP_WORDS[COMP_CWORD - 1]} == --scenario ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "Actual Baseline $(printf 'Baseline%d ' {1..10})" -- "$word")
+    elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
     elif [[ ${COMP_WORDS[1]} == check ]]; then
         _mspdi_documents "$word"

@@ -3,9 +3,11 @@
 #include <array>
 
 #include "MSPDICheckCommand.h"
+#include "MSPDIDiffCommand.h"
 #include "MSPDILossesCommand.h"
 
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    static constexpr std::array<MSPDISubcommand, 2> all = {MSPDIAddLossesCommand, MSPDIAddCheckCommand};
+    static constexpr std::array<MSPDISubcommand, 3> all = {MSPDIAddLossesCommand, MSPDIAddCheckCommand,
+                                                           MSPDIAddDiffCommand};
     return all;
 }

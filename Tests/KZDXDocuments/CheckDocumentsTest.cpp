@@ -3,15 +3,16 @@
 #include <algorithm>
 #include <fstream>
 
+#include "KZDXDifference.h"
 #include "KZDXRules.h"
 
-// The man page tells every rule of the program, and no other.
+// The man pages tell every rule and every kind of difference of the program, and no other.
 
 namespace {
 
 // A section of the page as "<name>: <words>" for each entry, sorted.
-std::vector<std::string> entriesOf(const std::string& section) {
-    std::ifstream page(std::string(KZMSP_SOURCE) + "/docs/mspdi-check.1");
+std::vector<std::string> entriesOf(const std::string& section, const std::string& name = "mspdi-check.1") {
+    std::ifstream page(std::string(KZMSP_SOURCE).append("/docs/").append(name));
     std::vector<std::string> entries;
     bool isInside = false;
     bool isEntry = false;
@@ -48,4 +49,13 @@ std::vector<std::string> rulesOf(KZDXSeverity severity) {
 TEST(CheckDocuments, manPageTellsEveryRule) {
     EXPECT_EQ(entriesOf("FAULTS"), rulesOf(KZDXSeverity::Fault));
     EXPECT_EQ(entriesOf("NOTES"), rulesOf(KZDXSeverity::Note));
+}
+
+TEST(DiffDocuments, manPageTellsEveryKind) {
+    std::vector<std::string> kinds;
+    for (const auto& kind : KZDXDifferenceKinds()) {
+        kinds.push_back(std::string(kind.name).append(": ").append(kind.what));
+    }
+    std::sort(kinds.begin(), kinds.end());
+    EXPECT_EQ(entriesOf("KINDS", "mspdi-diff.1"), kinds);
 }

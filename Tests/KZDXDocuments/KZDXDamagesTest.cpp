@@ -2,6 +2,7 @@
 
 #include "DamagedBundle.h"
 #include "KZDXCheck.h"
+#include "KZDXDiff.h"
 #include "SoundBundle.h"
 
 // Whatever happened to a document, looking at it ends with an answer.
@@ -26,4 +27,28 @@ TEST(KZDXDamages, endACheckWithAnAnswer) {
         }
     }
     EXPECT_GT(found, damages / 2);  // some damages hit what nobody looks at
+}
+
+TEST(KZDXDamages, endAComparisonWithAnAnswer) {
+    std::mt19937 random(seed);
+    int compared = 0;
+    for (int i = 0; i < damages; ++i) {
+        const auto soundFiles = KZDXFilesInMemory(soundBundle());
+        const auto damagedFiles = KZDXFilesInMemory(damagedBundle(soundBundle(), random));
+        std::string failure;
+        const auto sound = KZDXOpenDocument::open(*soundFiles, "", failure);
+        const auto damaged = KZDXOpenDocument::open(*damagedFiles, "", failure);
+        ASSERT_TRUE(sound);
+        if (!damaged) {
+            EXPECT_FALSE(failure.empty());
+            continue;
+        }
+        ++compared;
+        for (const auto& difference : KZDXDiff(*sound, *damaged)) {
+            EXPECT_FALSE(difference.what.empty());
+        }
+        static_cast<void>(KZDXDiff(*damaged, *sound));
+        EXPECT_TRUE(KZDXDiff(*damaged, *damaged).empty());
+    }
+    EXPECT_GT(compared, damages / 4);
 }
