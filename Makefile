@@ -55,7 +55,7 @@ fuzz: deps
 bench: deps
 	@tools/install-dependencies libbenchmark-dev
 	cmake --preset release -DKZMSP_BUILD_BENCH=ON
-	cmake --build --preset release --target MSPDIImport import-bench diff-bench floor linked-only micro-bench
+	cmake --build --preset release --target MSPDIImport mspdi import-bench diff-bench floor linked-only micro-bench
 	$(if $(filter-out --micro,$(BENCH)),,build/micro-bench)
 	$(if $(filter --micro,$(BENCH)),,build/import-bench build/MSPDIImport share/kadenza2/Empty.kdzx build/floor \
 	    build/linked-only "$${TMPDIR:-/tmp}" $(BENCH))

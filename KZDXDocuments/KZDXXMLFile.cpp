@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "MSPCXMLEncoding.h"
+#include "MSPCXMLLoader.h"
 
 namespace {
 
@@ -50,7 +51,7 @@ std::optional<KZDXXMLFile> KZDXXMLFile::read(std::string name, std::string bytes
     }
     auto lineEnds = lineEndsOf(*utf8);
     MSPCXMLRepair problem;
-    auto document = MSPCXMLDocument::readStrictly(std::move(*utf8), problem);
+    auto document = MSPCXMLLoader::loadStrictly(std::move(*utf8), problem);
     if (!document) {
         error = {problem.line, std::move(problem.message)};
         return std::nullopt;

@@ -46,6 +46,8 @@ struct MSPCDateComponents : MSPCDateFields {
     // zone's whole offset now plus its daylight-saving part at `date`, so summer dates get the summer offset
     // twice when the import runs in summer. Without a date the clock fields give it, read in that zone; where they give
     // none, no daylight saving is added. An offset of -9,000 seconds becomes hour -2 and minute -30. Answers all units.
+    // What daylight saving is, `MSPCTimeZone::daylightSavingOffset` tells; working time has a rule of its own for days
+    // on which the clocks change, in `MSPEScheduleCalendar`.
     MSPCUnitFlags forceSystemTimezoneforDate(std::optional<MSPCInstant> date, const MSPCTimeZone& zone,
                                              const MSPCClock& clock);
     // Moves the clock fields to Greenwich; all units, or not found when no instant can be made.

@@ -6,13 +6,12 @@
 #include <utility>
 
 #include "MSPCException.h"
-#include "MSPCFileSystem.h"
 #include "MSPCLog.h"
 #include "MSPCNodeValues.h"
 #include "MSPCPath.h"
 #include "MSPCURL.h"
-#include "MSPCXMLChildPath.h"
-#include "MSPCXMLFilter.h"
+#include "MSPCXMLLoader.h"
+#include "MSPCXMLQuery.h"
 
 namespace {
 
@@ -58,36 +57,23 @@ std::size_t childIndex(std::int32_t index) {
     return static_cast<std::size_t>(std::max(index, 0));
 }
 
-// What a selection keeps of a document, where the document is plain enough to be read piece by piece.
-std::optional<MSPCXMLDocument> selectedDocument(const MSPCURL& url, const MSPCFileReader& fileSystem,
-                                                const MSPCXMLSelection& selection) {
-    const auto source = fileSystem.openFile(url.path());
-    if (!source) {
-        return std::nullopt;
-    }
-    bool hasFailed = false;
-    const auto read = [&](char* buffer, std::size_t capacity) {
-        const auto count = source->read(buffer, capacity);
-        hasFailed = hasFailed || !count;
-        return count.value_or(0);
-    };
-    auto filtered = filteredXML(read, source->expectedSize(), selection);
-    return filtered && !hasFailed ? MSPCXMLDocument::readFiltered(std::move(*filtered)) : std::nullopt;
+MSPCXMLLoader loaderFor(MSPCXMLContent content) {
+    return MSPCXMLLoader(content, "Project");  // other documents are not mended
 }
 
-std::optional<MSPCXMLDocument> loadedDocument(const MSPCURL& url, MSPCXMLContent content,
-                                              const MSPCFileReader& fileSystem, MSPCLog& log) {
-    const auto readFile = [&] { return fileSystem.readFile(url.path()); };
-    auto bytes = readFile();
-    if (!bytes) {
-        return std::nullopt;
+void logRepair(const std::optional<MSPCXMLLoaded>& loaded, const MSPCURL& url, MSPCLog& log) {
+    if (loaded && loaded->repair) {
+        const auto& [line, message] = *loaded->repair;
+        log.log("WARNING: Repaired malformed XML in '{}' at line {}: {}", url.path(), line, message);
     }
-    std::optional<MSPCXMLRepair> repair;
-    auto document = MSPCXMLDocument::read(std::move(*bytes), content, "Project", &repair, readFile);
-    if (document && repair) {
-        log.log("WARNING: Repaired malformed XML in '{}' at line {}: {}", url.path(), repair->line, repair->message);
+}
+
+MSPCXMLLoaded checkedLoaded(std::optional<MSPCXMLLoaded> loaded, const MSPCURL& url, MSPCLog& log) {
+    logRepair(loaded, url, log);
+    if (!loaded) {
+        throw MSPEXMLException("MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
     }
-    return document;
+    return std::move(*loaded);
 }
 
 }  // namespace
@@ -169,26 +155,26 @@ void insertCommentAtIndex(MSPCXMLNode element, std::optional<std::string_view> t
 }
 
 MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content, const MSPCFileReader& fileSystem,
-                                 MSPCLog& log, const MSPCXMLSelection* selection) {
-    auto document = selection != nullptr ? selectedDocument(url, fileSystem, *selection) : std::nullopt;
-    if (!document) {
-        document = loadedDocument(url, content, fileSystem, log);
-    }
-    if (!document) {
-        throw MSPEXMLException("MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
-    }
-    return std::move(*document);
+                                 MSPCLog& log) {
+    return checkedLoaded(loaderFor(content).loadFile(fileSystem, url.path()), url, log).document;
+}
+
+MSPCXMLLoaded newXmlDocFromUrlSelection(const MSPCURL& url, const MSPCXMLSelection& selection,
+                                        const MSPCFileReader& fileSystem, MSPCLog& log) {
+    const auto loader = loaderFor(MSPCXMLContent::DataOnly);
+    return checkedLoaded(loader.loadSelection(fileSystem, url.path(), selection), url, log);
 }
 
 MSPCXMLDocument newXmlDocFromUrlStripNamespace(const MSPCURL& url, MSPCXMLContent content,
                                                const MSPCFileReader& fileSystem, MSPCLog& log) {
     // Deliberate: the namespace stays, despite the name.
-    auto document = loadedDocument(url, content, fileSystem, log);
-    if (!document) {
+    auto loaded = loaderFor(content).loadFile(fileSystem, url.path());
+    logRepair(loaded, url, log);
+    if (!loaded) {
         throw MSPEXMLException(
             "MSPEXMLExporter.newXmlDocFromUrlStripNamespace: Failed to build XML DOM from source data.");
     }
-    return std::move(*document);
+    return std::move(loaded->document);
 }
 
 Error notPortedXQueryError(std::string_view sourcePath, int line, std::string_view query) {

@@ -14,6 +14,7 @@ class MSPCFileReader;
 class MSPCLog;
 class MSPCURL;
 class MSPCXMLSelection;
+struct MSPCXMLLoaded;
 
 // The node operations through which every mapper reads and writes XML.
 //
@@ -65,16 +66,18 @@ MSPCXMLNode insertChildElementWithNameStringValueAtIndex(MSPCXMLNode element, st
 void addComment(MSPCXMLNode element, std::optional<std::string_view> text);
 void insertCommentAtIndex(MSPCXMLNode element, std::optional<std::string_view> text, std::int32_t index);
 
-// The document in a file, owned by the caller. With a `selection` only what it names is kept, which is all that may
-// then be asked for; the answers are those of the whole document. Markup that does not parse is mended where that
-// yields an MSPDI `Project`, with the log line "WARNING: Repaired malformed XML in '<path>' at line <n>: <parser's
-// message>". Raises `MSPEXMLException` "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data."
-// when no document results.
+// The document in a file, owned by the caller. Markup that does not parse is mended where that yields an MSPDI
+// `Project`, with the log line "WARNING: Repaired malformed XML in '<path>' at line <n>: <parser's message>". Raises
+// `MSPEXMLException` "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data." when no document
+// results.
 [[nodiscard]] MSPCXMLDocument newXmlDocFromUrl(const MSPCURL& url, MSPCXMLContent content,
-                                               const MSPCFileReader& fileSystem, MSPCLog& log,
-                                               const MSPCXMLSelection* selection = nullptr);
-// The same with the text "MSPEXMLExporter.newXmlDocFromUrlStripNamespace: Failed to build XML DOM from source data.".
-// Deliberate: despite its name it removes no namespace.
+                                               const MSPCFileReader& fileSystem, MSPCLog& log);
+// The same, data only, of which no more may be asked for than the selection names; the answers are those of the whole
+// document. What the selection defers may be beside the document.
+[[nodiscard]] MSPCXMLLoaded newXmlDocFromUrlSelection(const MSPCURL& url, const MSPCXMLSelection& selection,
+                                                      const MSPCFileReader& fileSystem, MSPCLog& log);
+// As the first, with the text "MSPEXMLExporter.newXmlDocFromUrlStripNamespace: Failed to build XML DOM from source
+// data.". Deliberate: despite its name it removes no namespace.
 [[nodiscard]] MSPCXMLDocument newXmlDocFromUrlStripNamespace(const MSPCURL& url, MSPCXMLContent content,
                                                              const MSPCFileReader& fileSystem, MSPCLog& log);
 

@@ -71,6 +71,11 @@ std::size_t MSPCFields::lastPosition(std::string_view name) const {
     return match.count == 0 ? _fields.size() : match.last;
 }
 
+MSPCXMLLastChild MSPCFields::lastChild(std::string_view name) const {
+    const auto match = matchOf(name);
+    return {match.count == 0 ? MSPCXMLNode() : _fields[match.last].element, match.count};
+}
+
 std::optional<std::string> MSPCFields::stringValue(std::string_view name, Error* error) const {
     return stringValueOf(singleObject(name, error));
 }

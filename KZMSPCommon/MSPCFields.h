@@ -51,6 +51,8 @@ public:
     [[nodiscard]] bool boolValue(std::string_view name, Error* error = nullptr) const;
     // The position among `elements` of the last field of that name; `elements().size()` where there is none.
     [[nodiscard]] std::size_t lastPosition(std::string_view name) const;
+    // The last field of that name, and their number.
+    [[nodiscard]] MSPCXMLLastChild lastChild(std::string_view name) const;
     // All of them, in order. Valid as long as this object.
     [[nodiscard]] std::span<const MSPCXMLNamedElement> elements() const { return _fields; }
     // All children of that name, in order.
@@ -63,7 +65,7 @@ private:
     };
 
     // Fields whose names look alike hang together in one of a few slots, which tells the fields of real elements apart.
-    // Elements made to hurt have millions, or names that all look alike.
+    // Elements of a hostile plan have millions, or names that all look alike.
     static constexpr std::size_t SlotCount = 64;
     static constexpr std::size_t MostFieldsInSlots = 256;
     static constexpr std::uint16_t EndOfSlot = MostFieldsInSlots;

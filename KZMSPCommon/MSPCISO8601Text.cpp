@@ -7,15 +7,8 @@
 #include <cstdlib>
 
 #include "MSPCException.h"
-#include "MSPCISO8601Patterns.h"
 
 namespace {
-
-// None for a date that is followed by a time but not by "T" and the time.
-std::optional<MSPCUnitFlags> unitsOrMalformed(MSPCDateComponents& components, std::string_view text) {
-    const auto scanned = scanISODateTime(components, text);
-    return scanned ? scanned : matchISODateTime(components, text);
-}
 
 // A date-time on its way to its text. Two of them are written for each task, so no formatter is asked for the usual
 // fields.
@@ -100,7 +93,7 @@ void appendZone(DateTimeText& text, const MSPCDateComponents& components, MSPCUn
 }  // namespace
 
 MSPCUnitFlags updateDateTimeComponentsFromISODateTime(MSPCDateComponents& components, std::string_view text) {
-    const auto units = unitsOrMalformed(components, text);
+    const auto units = readISODateTime(components, text);
     if (!units) {
         throw MSPCInternalInconsistency("");
     }
@@ -109,23 +102,15 @@ MSPCUnitFlags updateDateTimeComponentsFromISODateTime(MSPCDateComponents& compon
 
 MSPCUnitFlags unitsOfISODateTime(std::string_view text) {
     MSPCDateComponents unread;
-    return unitsOrMalformed(unread, text).value_or(MSPCUnit::NotFound);
+    return readISODateTime(unread, text).value_or(MSPCUnit::NotFound);
 }
 
 MSPCUnitFlags updateDateTimeComponentsFromISODuration(MSPCDateComponents& components, std::string_view text) {
-    const auto scanned = scanMSPDIDuration(text);
-    if (!scanned) {
-        return matchISODuration(components, text);
-    }
-    components.hour = scanned->hours;
-    components.minute = scanned->minutes;
-    components.second = scanned->seconds;
-    return MSPCUnit::Time;
+    return readISODuration(components, text);
 }
 
 std::optional<MSPCHoursMinutesSeconds> hoursMinutesSecondsFromMSPDIDuration(std::string_view text) {
-    const auto scanned = scanMSPDIDuration(text);
-    return scanned ? scanned : matchMSPDIDuration(text);
+    return readMSPDIDuration(text);
 }
 
 std::optional<std::string> stringFromComponentsUnitFlags(const MSPCDateComponents& components, MSPCUnitFlags units) {

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "MSPCDateComponents.h"
-#include "MSPCISO8601Scanner.h"
+#include "MSPCISO8601Reader.h"
 
 // ISO 8601 texts of date-times and durations, read into components and printed from them. The readers find the first
 // piece of a text that looks right, leave what the text does not hold untouched in the components and answer with the

@@ -44,17 +44,56 @@ bool isNoPlan(const MSPDIMemoryImport& import, const MSPDIPlanFacts& facts) {
     return !facts.hasPlan || (import.refusal && import.refusal->name == "MSPIMapperException");
 }
 
-void tellOfRepair(const MSPDIMemoryImport& import, const MSPDIAccountOptions& options, MSPDIAccount& account) {
+// Whether the file was mended on reading.
+bool tellOfRepair(const MSPDIMemoryImport& import, const MSPDIAccountOptions& options, MSPDIAccount& account) {
     constexpr std::string_view repaired = "Repaired malformed XML";
     for (const auto& warning : import.warnings) {
         if (warning.starts_with(repaired)) {
             const auto& kind = MSPDIKinds()[MSPDIKindIndex("overwritten-by-repair")];
-            auto& loss = *account.losses.insert(account.losses.begin(), {kind.name, kind.what, "", 1, {}});
+            auto& loss = account.losses.emplace_back(MSPDILoss{kind.name, kind.what, "", 1, {}});
             if (options.mostPlaces > 0) {
                 loss.where.push_back({"/Project", "", "", warning});
             }
+            return true;
         }
     }
+    return false;
+}
+
+// Goes over a plan piece by piece, which keeps a large one out of the memory; false for one that must be read as a
+// whole, with nothing left in the account.
+bool walkInPieces(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options,
+                  const MSPDIPlanFacts& facts, MSPDIAccount& account) {
+    const auto source = services.fileSystem.openFile(planPath);
+    if (!source) {
+        return false;
+    }
+    MSPDILeafWalk walk(facts, options, account);
+    bool hasFailed = false;
+    const auto read = [&](char* buffer, std::size_t capacity) {
+        const auto count = source->read(buffer, capacity);
+        hasFailed = hasFailed || !count;
+        return count.value_or(0);
+    };
+    if (visitXMLPieces(read, walk) && !hasFailed) {
+        walk.finish();
+        return true;
+    }
+    account.leaves = {};
+    if (options.restart) {
+        options.restart();
+    }
+    return false;
+}
+
+void walkAsAWhole(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options,
+                  const MSPDIPlanFacts& facts, MSPDIAccount& account) {
+    NoLog log;
+    const auto plan =
+        newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly, services.fileSystem, log);
+    MSPDILeafWalk walk(facts, options, account);
+    walk.walk(plan.root());
+    walk.finish();
 }
 
 void lookAt(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options,
@@ -62,18 +101,15 @@ void lookAt(const std::string& planPath, const MSPCServices& services, const MSP
     MSPDIPlanFacts facts(services);
     const auto import = MSPDIImportInMemory(planPath, services, MSPDIMemoryKeeping::Names, watchedBy(facts));
     if (isNoPlan(import, facts)) {
-        account.obstacle = import.refusal ? import.refusal->reason : "no plan";
+        account.obstacle = import.refusal ? import.refusal->sentence() : "no plan";
         return;
     }
     account.refusal = import.refusal;
     facts.conclude();
-    NoLog log;
-    const auto plan =
-        newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly, services.fileSystem, log);
-    MSPDILeafWalk walk(facts, options, account);
-    walk.walk(plan.root());
-    walk.finish();
-    tellOfRepair(import, options, account);
+    const bool isMended = tellOfRepair(import, options, account);
+    if (isMended || !walkInPieces(planPath, services, options, facts, account)) {
+        walkAsAWhole(planPath, services, options, facts, account);
+    }
 }
 
 }  // namespace

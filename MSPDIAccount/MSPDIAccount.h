@@ -43,9 +43,11 @@ struct MSPDIAccount {
 
 struct MSPDIAccountOptions {
     std::size_t mostPlaces = 3;  // of each kind
-    // Is told the path and the fate of every leaf, in the order of the document. More than once for the same leaf only
-    // after `restart`.
+    // Is told the path and the fate of every leaf: first what the project's lists hold, in the order of the document,
+    // then its own values.
     std::function<void(const std::string& path, MSPDIFate fate)> visitLeaf;
+    // What was told so far does not count: all leaves are told anew.
+    std::function<void()> restart;
 };
 
 // Imports the plan at a path in memory and looks what becomes of each leaf. Raises nothing that the plan is to blame

@@ -3,10 +3,29 @@
 
 #include "MSPDIValues.h"
 
+namespace {
+
+MSPDIJudgement lostUnlessOneOf(const MSPDIElement& element, std::string_view text) {
+    const bool isDefault =
+        text.find_first_not_of(" \t\r\n") == std::string_view::npos || MSPDIIsOneOf(text, element.defaults);
+    return isDefault ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, element.kind);
+}
+
+}  // namespace
+
+bool MSPDIGoesByTextAlone(const MSPDIElement& element) {
+    return element.condition == saysNothing || element.condition == derivedFromOthers ||
+           element.condition == lostUnlessDefault;
+}
+
+MSPDIJudgement MSPDIJudgementOfText(const MSPDIElement& element, std::string_view text) {
+    return element.condition == saysNothing         ? MSPDIFate::Default
+           : element.condition == derivedFromOthers ? MSPDIFate::Derived
+                                                    : lostUnlessOneOf(element, text);
+}
+
 MSPDIJudgement lostUnlessDefault(const MSPDILeaf& leaf) {
-    const bool saysNothing = leaf.text.find_first_not_of(" \t\r\n") == std::string_view::npos ||
-                             MSPDIIsOneOf(leaf.text, leaf.element.defaults);
-    return saysNothing ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, leaf.element.kind);
+    return lostUnlessOneOf(leaf.element, leaf.text);
 }
 
 MSPDIJudgement saysNothing(const MSPDILeaf& /*leaf*/) {
@@ -14,6 +33,14 @@ MSPDIJudgement saysNothing(const MSPDILeaf& /*leaf*/) {
 }
 
 MSPDIJudgement derivedFromOthers(const MSPDILeaf& /*leaf*/) {
+    return MSPDIFate::Derived;
+}
+
+MSPDIJudgement saysNothingItself(const MSPDILeaf& /*leaf*/) {
+    return MSPDIFate::Default;
+}
+
+MSPDIJudgement derivedAndCompared(const MSPDILeaf& /*leaf*/) {
     return MSPDIFate::Derived;
 }
 

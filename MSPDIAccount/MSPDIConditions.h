@@ -9,6 +9,13 @@
 MSPDIJudgement lostUnlessDefault(const MSPDILeaf& leaf);
 MSPDIJudgement saysNothing(const MSPDILeaf& leaf);
 MSPDIJudgement derivedFromOthers(const MSPDILeaf& leaf);
+// The same two for what the conditions of others look at.
+MSPDIJudgement saysNothingItself(const MSPDILeaf& leaf);
+MSPDIJudgement derivedAndCompared(const MSPDILeaf& leaf);
+// Whether the first three of these decide, so that a line and a text are enough to judge a leaf: no condition of
+// another leaf looks at it. And the judgement.
+[[nodiscard]] bool MSPDIGoesByTextAlone(const MSPDIElement& element);
+[[nodiscard]] MSPDIJudgement MSPDIJudgementOfText(const MSPDIElement& element, std::string_view text);
 
 // Read wherever it stands.
 MSPDIJudgement shapesOthers(const MSPDILeaf& leaf);

@@ -36,10 +36,6 @@ bool hasNumberBetween(const MSPCXMLNode& element, std::string_view name, double 
     return false;
 }
 
-bool isDayOfWeek(const MSPCXMLNode& weekDay) {
-    return hasNumberBetween(weekDay, "DayType", 1, 7);
-}
-
 bool hasWorkingTime(const MSPCXMLNode& owner) {
     for (auto times = owner.firstChildElement("WorkingTimes"); times;
          times = times.nextSiblingElement("WorkingTimes")) {
@@ -50,14 +46,21 @@ bool hasWorkingTime(const MSPCXMLNode& owner) {
     return false;
 }
 
-// Whether a day of the week becomes one of the document.
-bool isWritten(const MSPDILeaf& leaf, const MSPCXMLNode& weekDay) {
-    return isDayOfWeek(weekDay) && (isBase(leaf) || hasWorkingTime(weekDay));
+const MSPDIWeekDayFacts& factsOf(const MSPDILeaf& leaf, const MSPCXMLNode& weekDay) {
+    return leaf.item.weekDay.of(weekDay, [&] {
+        const auto [working, count] = leaf.item.lastChild(weekDay, "DayWorking");
+        const auto period = leaf.item.lastChild(weekDay, "TimePeriod").element;
+        return MSPDIWeekDayFacts{.isDayOfWeek = hasNumberBetween(weekDay, "DayType", 1, 7),
+                                 .hasWorkingTime = hasWorkingTime(weekDay),
+                                 .isWorking = count == 1 && MSPDIIsTrue(working.stringValue()),
+                                 .periodStart = leaf.item.lastText(period, "FromDate")};
+    });
 }
 
-bool isWorking(const MSPCXMLNode& weekDay) {
-    const auto [element, count] = weekDay.lastChildElement("DayWorking");
-    return count == 1 && MSPDIIsTrue(element.stringValue());
+// Whether a day of the week becomes one of the document.
+bool isWritten(const MSPDILeaf& leaf, const MSPCXMLNode& weekDay) {
+    const auto& facts = factsOf(leaf, weekDay);
+    return facts.isDayOfWeek && (isBase(leaf) || facts.hasWorkingTime);
 }
 
 MSPDIJudgement timeOfDay(const MSPDILeaf& leaf) {
@@ -75,7 +78,7 @@ MSPCXMLNode ownerOfTime(const MSPDILeaf& leaf) {
     return leaf.node.parent().parent().parent();
 }
 
-enum class ExceptionUse { None, TimeOff, Overtime };
+using ExceptionUse = MSPDIExceptionFacts::Use;
 
 ExceptionUse useOf(const MSPCXMLNode& exception) {
     if (!hasChildWithNumber(exception, "Type", 1)) {
@@ -93,29 +96,28 @@ std::string_view dayOf(std::string_view dateTime) {
     return dateTime.substr(0, dateTime.find('T'));
 }
 
-// Whether an exception gives events: it is of a kind that is read, and its last period is no shorter than nothing.
-bool givesEvents(const MSPCXMLNode& exception) {
-    const auto period = exception.lastChildElement("TimePeriod").element;
-    if (useOf(exception) == ExceptionUse::None || !period) {
-        return false;
-    }
-    const auto from = period.lastChildElement("FromDate").element.stringValue();
-    const auto to = period.lastChildElement("ToDate").element.stringValue();
-    return !from.empty() && !to.empty() && (dayOf(from) <= dayOf(to));
+const MSPDIExceptionFacts& exceptionOf(const MSPDILeaf& leaf, const MSPCXMLNode& exception) {
+    return leaf.item.exception.of(exception, [&] {
+        const auto& item = leaf.item;
+        MSPDIExceptionFacts facts;
+        facts.use = useOf(exception);
+        facts.period = item.lastChild(exception, "TimePeriod").element;
+        const auto types = item.lastChild(exception, "Type").count;
+        facts.isOnlyNumber = types <= 1 && item.lastChild(exception, "DayWorking").count <= 1;
+        facts.isRecurring = types > 0 && !hasChildWithNumber(exception, "Type", 1);
+        if (facts.use != ExceptionUse::None && facts.period) {
+            const auto from = item.lastText(facts.period, "FromDate");
+            const auto to = item.lastText(facts.period, "ToDate");
+            facts.givesEvents = !from.empty() && !to.empty() && dayOf(from) <= dayOf(to);
+        }
+        return facts;
+    });
 }
 
-// It is read, but its period ends before it begins, or there is none; whether that gives events after all is a matter
-// of hours.
-bool mayGiveEvents(const MSPCXMLNode& exception) {
-    return useOf(exception) != ExceptionUse::None;
-}
-
-bool isOnlyNumber(const MSPCXMLNode& exception) {
-    return MSPDICount(exception, "Type") <= 1 && MSPDICount(exception, "DayWorking") <= 1;
-}
-
-bool isRecurring(const MSPCXMLNode& exception) {
-    return exception.firstChildElement("Type") && !hasChildWithNumber(exception, "Type", 1);
+// It is read, though its period may end before it begins, or there is none; whether that gives events after all is a
+// matter of hours.
+bool mayGiveEvents(const MSPDIExceptionFacts& exception) {
+    return exception.use != ExceptionUse::None;
 }
 
 }  // namespace
@@ -165,7 +167,7 @@ MSPDIJudgement weekDayWorking(const MSPDILeaf& leaf) {
     if (isWritten(leaf, weekDay)) {
         return MSPDIFate::Shaping;
     }
-    const bool isDayOff = isDayOfWeek(weekDay) && !MSPDIIsTrue(leaf.text);
+    const bool isDayOff = factsOf(leaf, weekDay).isDayOfWeek && !MSPDIIsTrue(leaf.text);
     return isDayOff ? MSPDIJudgement(MSPDIFate::Lost, "resource-week") : MSPDIJudgement(MSPDIFate::Default);
 }
 
@@ -174,12 +176,12 @@ MSPDIJudgement weekDayTime(const MSPDILeaf& leaf) {
     if (!calendarOf(leaf).isMapped()) {
         return ofUnusedCalendar();
     }
-    if (isWritten(leaf, weekDay) && isWorking(weekDay)) {
+    const auto& facts = factsOf(leaf, weekDay);
+    if (isWritten(leaf, weekDay) && facts.isWorking) {
         return timeOfDay(leaf);
     }
-    const auto from = weekDay.lastChildElement("TimePeriod").element.lastChildElement("FromDate").element.stringValue();
-    const bool isException = !isDayOfWeek(weekDay) && !leaf.text.empty();
-    if (isException && calendarOf(leaf).exceptionStarts.contains(from)) {
+    const bool isException = !facts.isDayOfWeek && !leaf.text.empty();
+    if (isException && calendarOf(leaf).exceptionStarts.contains(facts.periodStart)) {
         return MSPDIFate::Derived;
     }
     return isException ? MSPDIJudgement(MSPDIFate::Lost, "exception-2003") : MSPDIJudgement(MSPDIFate::Default);
@@ -193,7 +195,7 @@ MSPDIJudgement weekDayPeriod(const MSPDILeaf& leaf) {
     if (calendarOf(leaf).exceptionStarts.contains(std::string(leaf.text))) {
         return MSPDIFate::Derived;  // the same exception in the older form
     }
-    const bool isTold = !isDayOfWeek(weekDay) && leaf.name() == "FromDate" && !leaf.text.empty();
+    const bool isTold = !factsOf(leaf, weekDay).isDayOfWeek && leaf.name() == "FromDate" && !leaf.text.empty();
     return isTold ? MSPDIJudgement(MSPDIFate::Lost, "exception-2003") : MSPDIJudgement(MSPDIFate::Default);
 }
 
@@ -202,34 +204,34 @@ MSPDIJudgement emptyWorkingTime(const MSPDILeaf& leaf) {
 }
 
 MSPDIJudgement exceptionType(const MSPDILeaf& leaf) {
-    const auto exception = leaf.node.parent();
+    const auto& exception = exceptionOf(leaf, leaf.node.parent());
     if (!calendarOf(leaf).isMapped()) {
         return ofUnusedCalendar();
     }
-    if (mayGiveEvents(exception) || !isOnlyNumber(exception)) {
+    if (mayGiveEvents(exception) || !exception.isOnlyNumber) {
         return MSPDIFate::Shaping;
     }
-    return isRecurring(exception) ? MSPDIJudgement(MSPDIFate::Lost, "recurring-exception")
-                                  : MSPDIJudgement(MSPDIFate::Default);
+    return exception.isRecurring ? MSPDIJudgement(MSPDIFate::Lost, "recurring-exception")
+                                 : MSPDIJudgement(MSPDIFate::Default);
 }
 
 MSPDIJudgement exceptionWorking(const MSPDILeaf& leaf) {
-    const auto exception = leaf.node.parent();
-    const bool isShaping = calendarOf(leaf).isMapped() && (mayGiveEvents(exception) || !isOnlyNumber(exception));
+    const auto& exception = exceptionOf(leaf, leaf.node.parent());
+    const bool isShaping = calendarOf(leaf).isMapped() && (mayGiveEvents(exception) || !exception.isOnlyNumber);
     return isShaping ? MSPDIFate::Shaping : MSPDIFate::Default;
 }
 
 MSPDIJudgement exceptionDate(const MSPDILeaf& leaf) {
     const auto period = leaf.node.parent();
-    const auto exception = period.parent();
+    const auto& exception = exceptionOf(leaf, period.parent());
     if (!calendarOf(leaf).isMapped()) {
         return ofUnusedCalendar();
     }
-    const bool isLast = leaf.isLastOfItsName() && exception.lastChildElement("TimePeriod").element == period;
+    const bool isLast = leaf.isLastOfItsName() && exception.period == period;
     if (!isLast) {
         return repeated();
     }
-    if (givesEvents(exception)) {
+    if (exception.givesEvents) {
         return leaf.item.facts.isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time") : MSPDIFate::Carried;
     }
     if (mayGiveEvents(exception)) {
@@ -237,23 +239,23 @@ MSPDIJudgement exceptionDate(const MSPDILeaf& leaf) {
     }
     const bool isTold = !leaf.text.empty() && leaf.name() == "FromDate";
     return isTold
-               ? MSPDIJudgement(MSPDIFate::Lost, isRecurring(exception) ? "recurring-exception" : "calendar-exception")
+               ? MSPDIJudgement(MSPDIFate::Lost, exception.isRecurring ? "recurring-exception" : "calendar-exception")
                : MSPDIJudgement(MSPDIFate::Default);
 }
 
 MSPDIJudgement exceptionTime(const MSPDILeaf& leaf) {
-    const auto exception = ownerOfTime(leaf);
+    const auto& exception = exceptionOf(leaf, ownerOfTime(leaf));
     if (!calendarOf(leaf).isMapped()) {
         return ofUnusedCalendar();
     }
-    if (useOf(exception) == ExceptionUse::Overtime) {
-        return givesEvents(exception) ? timeOfDay(leaf) : MSPDIFate::Shaping;
+    if (exception.use == ExceptionUse::Overtime) {
+        return exception.givesEvents ? timeOfDay(leaf) : MSPDIFate::Shaping;
     }
     // Both kinds of days at once: an exception that is time off and overtime.
-    if (!isOnlyNumber(exception)) {
+    if (!exception.isOnlyNumber) {
         return MSPDIFate::Shaping;
     }
-    const bool isTold = isRecurring(exception) && !leaf.text.empty();
+    const bool isTold = exception.isRecurring && !leaf.text.empty();
     return isTold ? MSPDIJudgement(MSPDIFate::Lost, "recurring-exception") : MSPDIJudgement(MSPDIFate::Default);
 }
 

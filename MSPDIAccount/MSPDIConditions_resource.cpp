@@ -81,8 +81,8 @@ MSPDIJudgement resourceRateFormat(const MSPDILeaf& leaf) {
 
 MSPDIJudgement ofFurtherRate(const MSPDILeaf& leaf) {
     const auto rate = leaf.node.parent();
-    const auto table = scanInteger64(rate.lastChildElement("RateTable").element.stringValue()).value_or(0);
-    const auto from = rate.lastChildElement("RatesFrom").element.stringValue();
+    const auto table = scanInteger64(leaf.item.lastText(rate, "RateTable")).value_or(0);
+    const auto from = leaf.item.lastText(rate, "RatesFrom");
     // The first rate of the first table is the resource's own.
     const bool isOwn = table == 0 && (from.empty() || from.starts_with("1984-01-01"));
     return isOwn ? MSPDIJudgement(MSPDIFate::Derived) : lostUnlessDefault(leaf);
@@ -129,7 +129,7 @@ MSPDIJudgement timephasedType(const MSPDILeaf& leaf) {
 MSPDIJudgement timephasedValue(const MSPDILeaf& leaf) {
     const auto* const task = taskOf(leaf);
     const auto record = leaf.node.parent();
-    const auto type = MSPDISingleInteger(record, "Type");
+    const auto type = MSPDISingleInteger(leaf.item.lastChild(record, "Type"));
     bool counts = false;
     bool isOfScenario = false;
     for (int scenario = MSPDIPlanFacts::Actual; scenario <= 10 && task != nullptr; ++scenario) {

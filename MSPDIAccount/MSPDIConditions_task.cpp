@@ -49,12 +49,8 @@ MSPDIJudgement inAnyScenario(const MSPDILeaf& leaf) {
     if (judgement.arrives()) {
         return judgement;
     }
-    for (auto baseline = leaf.item.node.firstChildElement("Baseline"); baseline;
-         baseline = baseline.nextSiblingElement("Baseline")) {
-        if (!MSPDICountsAsBaseline(baseline)) {
-            continue;
-        }
-        const MSPDITaskView view(leaf.item, *MSPDIBaselineNumber(baseline), baseline);
+    for (const auto& [number, baseline] : leaf.item.baselines()) {
+        const MSPDITaskView view(leaf.item, number, baseline);
         if (view.hides(leaf.name())) {
             continue;
         }
@@ -74,27 +70,13 @@ struct FieldValue {
 
 FieldValue fieldValueOf(const MSPDILeaf& leaf) {
     FieldValue value{leaf.node.parent(), std::nullopt};
-    if (const auto id = value.owner.lastChildElement("FieldID").element) {
+    if (const auto id = leaf.item.lastChild(value.owner, "FieldID").element) {
         const auto position = leaf.item.facts.definitionOf(id.stringValue());
         if (position && leaf.item.facts.definitions[*position].hasName) {
             value.definition = position;
         }
     }
     return value;
-}
-
-// Whether a later field of the same name takes the place of this one.
-bool isReplaced(const FieldValue& value, const MSPDIPlanFacts& facts) {
-    const auto& name = facts.definitions[*value.definition].name;
-    for (auto later = value.owner.nextSiblingElement("ExtendedAttribute"); later;
-         later = later.nextSiblingElement("ExtendedAttribute")) {
-        const auto id = later.lastChildElement("FieldID").element;
-        const auto position = id ? facts.definitionOf(id.stringValue()) : std::nullopt;
-        if (position && facts.definitions[*position].hasName && facts.definitions[*position].name == name) {
-            return true;
-        }
-    }
-    return false;
 }
 
 MSPDIJudgement valueOfField(const MSPDILeaf& leaf) {
@@ -105,8 +87,9 @@ MSPDIJudgement valueOfField(const MSPDILeaf& leaf) {
     if (!value.definition) {
         return lostUnlessDefault(leaf);
     }
-    return isReplaced(value, leaf.item.facts) ? MSPDIJudgement(MSPDIFate::Lost, "repeated-field")
-                                              : MSPDIJudgement(MSPDIFate::Carried);
+    // A later field of the same name takes the place of this one.
+    const auto last = leaf.item.lastFieldOfName(leaf.item.facts.definitions[*value.definition].name);
+    return last == value.owner ? MSPDIJudgement(MSPDIFate::Carried) : MSPDIJudgement(MSPDIFate::Lost, "repeated-field");
 }
 
 MSPDIJudgement idOfField(const MSPDILeaf& leaf) {
@@ -116,23 +99,27 @@ MSPDIJudgement idOfField(const MSPDILeaf& leaf) {
     return fieldValueOf(leaf).definition ? MSPDIFate::Shaping : MSPDIFate::Default;
 }
 
-enum class Link { Carried, Dropped, InSomeScenario };
+using Link = MSPDILinkFacts::Fate;
 
-Link linkOf(const MSPDILeaf& leaf) {
-    const auto link = leaf.node.parent();
-    const MSPCFields fields(link);
+Link fateOfLink(const MSPDILeaf& leaf, const MSPCXMLNode& link) {
     if (factsOf(leaf).state != MSPDITaskState::Mapped) {
         return Link::Dropped;
     }
-    const auto uid = MSPDISingleInteger(fields, "PredecessorUID");
+    const auto predecessor = leaf.item.lastChild(link, "PredecessorUID");
+    const auto uid = MSPDISingleInteger(predecessor);
     if (!uid || *uid < 0) {
-        return MSPDICount(link, "PredecessorUID") > 1 ? Link::InSomeScenario : Link::Dropped;
+        return predecessor.count > 1 ? Link::InSomeScenario : Link::Dropped;
     }
     const auto count = leaf.item.facts.tasksWithUID(*uid);
-    if (count > 1 && leaf.item.node.firstChildElement("Baseline")) {
+    if (count > 1 && leaf.item.lastChild(leaf.item.node, "Baseline").count > 0) {
         return Link::InSomeScenario;  // where only one of them has the baseline
     }
     return count == 1 ? Link::Carried : Link::Dropped;
+}
+
+Link linkOf(const MSPDILeaf& leaf) {
+    const auto link = leaf.node.parent();
+    return leaf.item.link.of(link, [&] { return MSPDILinkFacts{fateOfLink(leaf, link)}; }).fate;
 }
 
 }  // namespace
@@ -162,24 +149,24 @@ MSPDIJudgement taskField(const MSPDILeaf& leaf) {
 MSPDIJudgement taskBaselineValue(const MSPDILeaf& leaf) {
     const auto baseline = leaf.node.parent();
     const auto state = factsOf(leaf).state;
-    const auto number = MSPDIBaselineNumber(baseline);
+    const auto number = leaf.item.baselineNumber(baseline);
     const auto* const field = MSPDIElementAt("Tasks/Task", leaf.name());
     const bool isRead = field != nullptr && field->rule != nullptr && leaf.item.fields.singleObject(leaf.name()) &&
                         state != MSPDITaskState::EmptyRow;
     if (!isRead || !number) {
         return lostUnlessDefault(leaf);
     }
-    if (!MSPDICountsAsBaseline(baseline) || !leaf.isLastOfItsName()) {
+    if (!leaf.item.countsAsBaseline(baseline) || !leaf.isLastOfItsName()) {
         return repeated();
     }
-    if (MSPDICount(baseline, "Number") > 1) {
+    if (leaf.item.lastChild(baseline, "Number").count > 1) {
         return MSPDIFate::Shaping;
     }
     if (state == MSPDITaskState::Root) {
         const bool hides = leaf.text.empty() && (leaf.name() == "Start" || leaf.name() == "Finish");
         return hides ? MSPDIJudgement(MSPDIFate::Shaping) : ofRoot(leaf);
     }
-    if (field->reading == MSPDIReading::Single && MSPDICount(leaf.item.node, leaf.name()) > 1) {
+    if (field->reading == MSPDIReading::Single && leaf.item.lastChild(leaf.item.node, leaf.name()).count > 1) {
         return lostUnlessDefault(leaf);
     }
     const auto judgement = field->rule(MSPDITaskView(leaf.item, *number, baseline), leaf.text);
@@ -194,7 +181,7 @@ MSPDIJudgement taskBaselineValue(const MSPDILeaf& leaf) {
 
 MSPDIJudgement baselineNumber(const MSPDILeaf& leaf) {
     const auto baseline = leaf.node.parent();
-    const bool isRead = MSPDIBaselineNumber(baseline).has_value() || !leaf.isOnlyOfItsName();
+    const bool isRead = leaf.item.baselineNumber(baseline).has_value() || !leaf.isOnlyOfItsName();
     return isRead ? MSPDIJudgement(MSPDIFate::Shaping) : MSPDIJudgement(MSPDIFate::Lost, "further-baseline");
 }
 

@@ -3,10 +3,9 @@
 #include <cstddef>
 #include <string_view>
 
-#include "MSPCFields.h"
 #include "MSPCXMLNode.h"
 #include "MSPDIFate.h"
-#include "MSPDIPlanFacts.h"
+#include "MSPDIItem.h"
 
 struct MSPDIElement;
 
@@ -22,15 +21,6 @@ struct MSPDIJudgement {
     [[nodiscard]] bool arrives() const { return fate <= MSPDIFate::Shaping; }
 };
 
-// What a leaf belongs to: an element of one of the project's lists (a task, a resource, a calendar, ...), or the
-// project.
-struct MSPDIItem {
-    const MSPDIPlanFacts& facts;
-    MSPCXMLNode node;
-    const MSPCFields& fields;
-    std::size_t position = 0;  // among all of its kind
-};
-
 // An element without child elements, and what the table says about its path.
 struct MSPDILeaf {
     const MSPDIItem& item;
@@ -39,8 +29,8 @@ struct MSPDILeaf {
     std::string_view text;
 
     [[nodiscard]] std::string_view name() const { return node.name(); }
-    [[nodiscard]] bool isLastOfItsName() const { return node.parent().lastChildElement(name()).element == node; }
-    [[nodiscard]] bool isOnlyOfItsName() const { return node.parent().lastChildElement(name()).count == 1; }
+    [[nodiscard]] bool isLastOfItsName() const { return item.lastChild(node.parent(), name()).element == node; }
+    [[nodiscard]] bool isOnlyOfItsName() const { return item.lastChild(node.parent(), name()).count == 1; }
 };
 
 using MSPDICondition = MSPDIJudgement (*)(const MSPDILeaf& leaf);

@@ -182,7 +182,8 @@ constexpr MSPDIElement elements[] = {
     {task, "StatusManager AssignmentOwner BoardStatus Sprint", lostUnlessDefault, "", "task-details"},
     {task, "HideBar Rollup", lostUnlessDefault, "0", "display-settings"},
     {task, "DisplayAsSummary DisplayOnTimeline", saysNothing},
-    {task, "ID OutlineNumber Critical TotalSlack FreeSlack StartSlack FinishSlack", derivedFromOthers},
+    {task, "OutlineNumber", derivedAndCompared},
+    {task, "ID Critical TotalSlack FreeSlack StartSlack FinishSlack", derivedFromOthers},
     {task, "EarlyStart EarlyFinish LateStart LateFinish StartVariance FinishVariance WorkVariance", derivedFromOthers},
     {task, "ACWP BCWP BCWS CV SV Cost ActualCost RemainingCost CostVariance OverAllocated", derivedFromOthers},
     {task, "ActualDuration RemainingDuration ActualWork RemainingWork RegularWork Stop Resume", derivedFromOthers},
@@ -257,7 +258,8 @@ constexpr MSPDIElement elements[] = {
      "availability"},
     {"Resources/Resource/Rates", "Rate", saysNothing},
     {"Resources/Resource/Rates/Rate", "StandardRate OvertimeRate CostPerUse", ofFurtherRate, "0", "further-rates"},
-    {"Resources/Resource/Rates/Rate", "RatesFrom RatesTo RateTable StandardRateFormat OvertimeRateFormat", saysNothing},
+    {"Resources/Resource/Rates/Rate", "RatesFrom RateTable", saysNothingItself},
+    {"Resources/Resource/Rates/Rate", "RatesTo StandardRateFormat OvertimeRateFormat", saysNothing},
     {"Resources/Resource/ExtendedAttribute", "FieldID", resourceFieldID},
     {"Resources/Resource/ExtendedAttribute", "Value", resourceFieldValue, "0|NA", "undefined-field"},
     {"Resources/Resource/ExtendedAttribute", "UID DurationFormat ValueID ValueGUID", saysNothing},
@@ -321,8 +323,9 @@ std::span<const MSPDIElement> MSPDIElements() {
 
 bool MSPDIMayArrive(const MSPDIElement& element) {
     static constexpr MSPDICondition neverRead[] = {
-        lostUnlessDefault, saysNothing,   derivedFromOthers, projectCalendar,    elapsedDuration,
-        linkLag,           taskMilestone, taskWBS,           calendarBase,       resourceRateFormat,
-        ofFurtherRate,     ofCalendar,    weekDayPeriod,     exceptionRecurrence};
+        lostUnlessDefault,  saysNothing,     derivedFromOthers, saysNothingItself,
+        derivedAndCompared, projectCalendar, elapsedDuration,   linkLag,
+        taskMilestone,      taskWBS,         calendarBase,      resourceRateFormat,
+        ofFurtherRate,      ofCalendar,      weekDayPeriod,     exceptionRecurrence};
     return std::find(std::begin(neverRead), std::end(neverRead), element.condition) == std::end(neverRead);
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "MSPDIElement.h"
 
@@ -24,16 +25,23 @@ public:
     [[nodiscard]] const MSPDIElementTree* child(std::string_view name) const;
     // The line for a leaf here; a null pointer where the table knows only elements with children.
     [[nodiscard]] const MSPDIElement* element() const { return _element; }
-    [[nodiscard]] bool hasChildren() const { return !_children.empty(); }
+    [[nodiscard]] bool hasChildren() const { return _hasChildren; }
     // From below the project to here: "Tasks/Task/Name".
     [[nodiscard]] const std::string& path() const { return _path; }
+    // The last step of it; empty for the project.
+    [[nodiscard]] std::string_view name() const { return std::string_view(_path).substr(_nameStart); }
 
 private:
     void add(std::string_view path, const MSPDIElement& element);
 
     std::string _path;
+    std::size_t _nameStart = 0;
     const MSPDIElement* _element = nullptr;
-    std::unordered_map<std::string_view, std::unique_ptr<MSPDIElementTree>> _children;
+    // By what names look like. The names are those of the table, so that no plan can make one of them long.
+    static constexpr std::size_t SlotCount = 128;
+    [[nodiscard]] static std::size_t slotOf(std::string_view name);
+    std::array<std::vector<std::unique_ptr<MSPDIElementTree>>, SlotCount> _children;
+    bool _hasChildren = false;
 };
 
 // The line for a leaf of a name below a parent ("Tasks/Task"); a null pointer where there is none.

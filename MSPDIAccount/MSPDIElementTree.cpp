@@ -33,24 +33,34 @@ const MSPDIElementTree& MSPDIElementTree::project() {
 void MSPDIElementTree::add(std::string_view path, const MSPDIElement& element) {
     auto* at = this;
     forEachPiece(path, '/', [&](std::string_view name) {
-        const auto known = at->_children.find(name);
-        if (known != at->_children.end()) {
-            at = known->second.get();
-            return;
+        auto& slot = at->_children[slotOf(name)];
+        for (const auto& known : slot) {
+            if (known->name() == name) {
+                at = known.get();
+                return;
+            }
         }
         auto child = std::make_unique<MSPDIElementTree>();
         child->_path = at->_path.empty() ? std::string(name) : at->_path + "/" + std::string(name);
-        const std::string_view ownName = std::string_view(child->_path).substr(child->_path.size() - name.size());
-        auto* const place = child.get();
-        at->_children.emplace(ownName, std::move(child));
-        at = place;
+        child->_nameStart = child->_path.size() - name.size();
+        at->_hasChildren = true;
+        at = slot.emplace_back(std::move(child)).get();
     });
     at->_element = &element;
 }
 
+std::size_t MSPDIElementTree::slotOf(std::string_view name) {
+    const auto at = [name](std::size_t index) -> std::size_t { return static_cast<unsigned char>(name[index]); };
+    return name.empty() ? 0 : (name.size() * 7 + at(0) * 5 + at(name.size() / 2) * 3 + at(name.size() - 1)) % SlotCount;
+}
+
 const MSPDIElementTree* MSPDIElementTree::child(std::string_view name) const {
-    const auto found = _children.find(name);
-    return found == _children.end() ? nullptr : found->second.get();
+    for (const auto& known : _children[slotOf(name)]) {
+        if (known->name() == name) {
+            return known.get();
+        }
+    }
+    return nullptr;
 }
 
 const MSPDIElement* MSPDIElementAt(std::string_view parent, std::string_view name) {

@@ -1,6 +1,6 @@
 #include "MSPDIKinds.h"
 
-#include <unordered_map>
+#include <map>
 
 namespace {
 
@@ -33,10 +33,10 @@ constexpr MSPDIKind kinds[] = {
     {"project-calendar", "the plan's own calendar, which is not the one taken"},
     {"task-calendar", "calendars of tasks"},
     {"resource-week", "working weeks of resources: base calendars, or days off of their own"},
-    {"recurring-exception", "recurring exceptions of calendars"},
-    {"exception-2003", "exceptions in the form of 2003"},
+    {"recurring-exception", "recurring exceptions of calendars", "Exception"},
+    {"exception-2003", "exceptions in the form of 2003", "WeekDay"},
     {"calendar-exception", "exceptions of calendars without a day"},
-    {"work-weeks", "work weeks: other working times for some weeks"},
+    {"work-weeks", "work weeks: other working times for some weeks", "WorkWeek"},
     {"overnight-time", "working time that ends at midnight, which becomes 0 o'clock"},
     {"unused-calendar", "calendars that do not arrive, since no resource has them"},
     {"calendar-name", "names of calendars"},
@@ -54,10 +54,10 @@ constexpr MSPDIKind kinds[] = {
     {"fixed-cost", "fixed costs"},
     {"cost-resource", "cost resources, which become material"},
     {"rate-per-unit", "rates that are not per hour, but are taken so"},
-    {"further-rates", "further rates, by table and date"},
+    {"further-rates", "further rates, by table and date", "Rate|Assignment"},
     {"overtime-rate", "rates for overtime"},
     {"default-rates", "rates for new resources"},
-    {"availability", "when, and how much, resources are available"},
+    {"availability", "when, and how much, resources are available", "AvailabilityPeriod|Resource"},
     {"resource-units", "maximum units of resources"},
     {"material-label", "units of material"},
     {"booking-type", "proposed bookings"},
@@ -75,10 +75,10 @@ constexpr MSPDIKind kinds[] = {
     {"undefined-field", "values of custom fields without a definition"},
     {"repeated-field", "values of custom fields whose name another one has too"},
     {"assignment-fields", "custom fields of assignments"},
-    {"lookup-or-formula", "lookup tables and formulas of custom fields"},
+    {"lookup-or-formula", "lookup tables and formulas of custom fields", "ExtendedAttribute"},
     {"custom-field-definition", "names of custom fields without values"},
-    {"outline-code", "outline codes"},
-    {"subproject", "subprojects and links to other files"},
+    {"outline-code", "outline codes", "OutlineCode"},
+    {"subproject", "subprojects and links to other files", "PredecessorLink|Task"},
     {"recurring-task", "tasks that recur"},
     {"contact", "contacts"},
     {"commitment", "commitments"},
@@ -112,7 +112,7 @@ std::span<const MSPDIKind> MSPDIKinds() {
 
 std::size_t MSPDIKindIndex(std::string_view name) {
     static const auto indexes = [] {
-        std::unordered_map<std::string_view, std::size_t> byName;
+        std::map<std::string_view, std::size_t> byName;
         for (std::size_t index = 0; index < std::size(kinds); ++index) {
             byName[kinds[index].name] = index;
         }

@@ -8,6 +8,9 @@
 struct MSPDIKind {
     std::string_view name;  // "link-lag"
     std::string_view what;  // "the lag of links"
+    // The elements that it is told once for, however many of their leaves are lost: "Rate|Resource", the innermost one
+    // of them around the leaf. Empty for a loss that is one leaf.
+    std::string_view owners{};
 };
 
 // All kinds, the most important ones first.

@@ -5,10 +5,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "MSPCException.h"
+#include "MSPDIConditions.h"
 #include "MSPDIKinds.h"
+#include "MSPDIValues.h"
 
 namespace {
 
+// Real plans have ten. Their paths would take more than the square of the plan.
+constexpr std::size_t mostLevels = 256;
 constexpr std::string_view unknownElement = "unknown-element";
 
 MSPCXMLNode nextElement(MSPCXMLNode node) {
@@ -43,42 +48,191 @@ bool isListOf(const MSPDIItem& item, std::string_view name) {
     return item.node.name() == name;
 }
 
+// How many items of that kind the facts know.
+std::size_t itemCountOf(const MSPDIPlanFacts& facts, std::string_view name) {
+    return name == "Task"         ? facts.tasks.size()
+           : name == "Resource"   ? facts.resources.size()
+           : name == "Assignment" ? facts.assignments.size()
+           : name == "Calendar"   ? facts.calendars.size()
+                                  : facts.definitions.size();
+}
+
 }  // namespace
 
 MSPDILeafWalk::MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOptions& options, MSPDIAccount& account)
-    : _facts(facts), _options(options), _account(account), _losses(MSPDIKinds().size()) {
+    : _facts(facts),
+      _options(options),
+      _countsAll(options.visitLeaf || options.mostPlaces > MSPDIAccountOptions().mostPlaces),
+      _account(account),
+      _emptyProject(std::move(*MSPCXMLDocument::read("<Project/>", {.content = MSPCXMLContent::DataOnly}))),
+      _emptyFields(_emptyProject.root()),
+      _projectItem(facts, _emptyProject.root(), _emptyFields, 0),
+      _losses(MSPDIKinds().size()) {
+    _steps.push_back({&MSPDIElementTree::project(), "Project", {}, 0, 0});
 }
 
 void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
-    const MSPCFields fields(project);
-    const MSPDIItem item{_facts, project, fields, 0};
-    _steps.push_back({&MSPDIElementTree::project(), withoutPrefix(project.name()), 0, {}});
-    if (isLeaf(project)) {
-        ++_account.leaves[MSPDIFateIndex(MSPDIFate::Default)];
-        if (_options.visitLeaf) {
-            _options.visitLeaf(path(), MSPDIFate::Default);
+    for (auto list = nextElement(project.firstChild()); list; list = nextElement(list.nextSibling())) {
+        if (isLeaf(list)) {
+            value(list.name());
+            continue;
         }
+        beginList(list.name());
+        for (auto element = nextElement(list.firstChild()); element; element = nextElement(element.nextSibling())) {
+            piece(element);
+        }
+        endList();
     }
-    walkChildren(project, item);
+    root(project);
+}
+
+// Values of the project are judged at the end, when all of them are there.
+void MSPDILeafWalk::value(std::string_view name) {
+    _areLists.push_back(false);
+    ++countOf(_listCounts, withoutPrefix(name));
+}
+
+void MSPDILeafWalk::beginList(std::string_view name) {
+    _areLists.push_back(true);
+    _listName = name;
+    _pieceCounts.clear();
+    enter(_listName, {}, ++countOf(_listCounts, withoutPrefix(_listName)));
+}
+
+void MSPDILeafWalk::endList() {
     leave();
+}
+
+bool MSPDILeafWalk::wantsLeavesOf(std::string_view name) {
+    const auto* const list = _steps.back().known;
+    const auto* const known = list == nullptr ? nullptr : list->child(name);
+    _open.assign(1, known);
+    return !_countsAll && known != nullptr;
+}
+
+void MSPDILeafWalk::beginElement(std::string_view name) {
+    const auto* const parent = _open.back();
+    _open.push_back(parent == nullptr ? nullptr : parent->child(name));
+}
+
+void MSPDILeafWalk::endElement() {
+    _open.pop_back();
+}
+
+bool MSPDILeafWalk::takeLeaf(std::string_view name, std::string_view text) {
+    const auto* const parent = _open.back();
+    const auto* const known = parent == nullptr ? nullptr : parent->child(name);
+    const auto* const element = known == nullptr ? nullptr : known->element();
+    // One without children where others have some may count among them.
+    if (element == nullptr || known->hasChildren() || !MSPDIGoesByTextAlone(*element)) {
+        return false;
+    }
+    const auto judgement = MSPDIJudgementOfText(*element, text);
+    const auto kind = judgement.kind.empty() ? 0 : MSPDIKindIndex(judgement.kind);
+    if (!judgement.kind.empty() && !MSPDIKinds()[kind].owners.empty()) {
+        return false;
+    }
+    ++_tally.leaves[MSPDIFateIndex(judgement.fate)];
+    if (!judgement.kind.empty()) {
+        _tally.lacksPlaces = _tally.lacksPlaces || wantsPlace(kind);
+        _tally.kinds.push_back(kind);
+    }
+    return true;
+}
+
+void MSPDILeafWalk::forgetLeaves() {
+    _tally.clear();
+}
+
+bool MSPDILeafWalk::restOfPiece(const MSPCXMLNode& element) {
+    if (!_tally.lacksPlaces) {
+        _isReduced = true;
+        walkPiece(element);
+        _isReduced = false;
+    }
+    if (_tally.lacksPlaces) {
+        _tally.clear();
+        return false;
+    }
+    takePiece(element);
+    return true;
+}
+
+void MSPDILeafWalk::piece(const MSPCXMLNode& element) {
+    walkPiece(element);
+    takePiece(element);
+}
+
+void MSPDILeafWalk::walkPiece(const MSPCXMLNode& element) {
+    enter(element.name(), element, countOf(_pieceCounts, withoutPrefix(element.name())) + 1);
+    if (isItem(_steps.back().known)) {
+        walkItem(element);
+    } else if (!isLeaf(element)) {
+        walkChildren(element, _projectItem);
+    } else if (!isEmptied(element)) {
+        takeLeaf(element, _projectItem);
+    }
+    leave();
+}
+
+// The piece counts once, however often it comes.
+void MSPDILeafWalk::takePiece(const MSPCXMLNode& element) {
+    const auto* const list = _steps.back().known;
+    ++countOf(_pieceCounts, withoutPrefix(element.name()));
+    if (const auto* const known = list == nullptr ? nullptr : list->child(element.name())) {
+        ++_itemCounts[known];
+    }
+    enterTally();
+}
+
+void MSPDILeafWalk::root(const MSPCXMLNode& element) {
+    const MSPCFields fields(element);
+    const MSPDIItem item(_facts, element, fields, 0);
+    _listCounts.clear();
+    if (_areLists.empty()) {
+        count(MSPDIFate::Default);  // the project itself is a leaf
+    }
+    auto isList = _areLists.begin();
+    for (auto child = nextElement(element.firstChild()); child; child = nextElement(child.nextSibling())) {
+        enter(child.name(), child, ++countOf(_listCounts, withoutPrefix(child.name())));
+        if (!*isList++) {
+            takeLeaf(child, item);
+        }
+        leave();
+    }
+    enterTally();
+}
+
+void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
+    const auto position = _itemCounts[_steps.back().known];
+    if (position >= itemCountOf(_facts, node.name())) {
+        throw MSPCInternalInconsistency("The plan has changed while it was read.");
+    }
+    if (isLeaf(node) && !isEmptied(node)) {
+        takeLeaf(node, _projectItem);
+        return;
+    }
+    const MSPCFields fields(node);
+    const MSPDIItem item(_facts, node, fields, position);
+    if (isListOf(item, "Task")) {
+        _taskNames.resize(position);
+        _taskNames.emplace_back(*fields.text("Name"));
+    }
+    tellOfItem(item);
+    walkChildren(node, item);
 }
 
 // Without recursion: nothing bounds the depth of a plan.
 void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& item) {
     auto node = nextElement(parent.firstChild());
     const auto floor = _steps.size();
-    const bool isOfProject = parent == parent.rootElement();
     while (node) {
-        enter(node);
-        const bool isOther = isOfProject && isItem(_steps.back().known);
-        const auto child = isOther ? MSPCXMLNode() : nextElement(node.firstChild());
-        if (child) {
+        enterChild(node);
+        if (const auto child = nextElement(node.firstChild())) {
             node = child;
             continue;
         }
-        if (isOther) {
-            walkItem(node, item);
-        } else {
+        if (!isEmptied(node)) {
             takeLeaf(node, item);
         }
         for (;;) {
@@ -95,32 +249,24 @@ void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& ite
     }
 }
 
-void MSPDILeafWalk::walkItem(const MSPCXMLNode& node, const MSPDIItem& project) {
-    const auto position = _itemCounts[_steps.back().known]++;
-    if (isLeaf(node)) {
-        takeLeaf(node, project);
-        return;
-    }
-    const MSPCFields fields(node);
-    const MSPDIItem item{_facts, node, fields, position};
-    if (isListOf(item, "Task")) {
-        _taskNames.resize(position);
-        _taskNames.emplace_back(*fields.text("Name"));
-    }
-    tellOfItem(item);
-    walkChildren(node, item);
-}
-
 void MSPDILeafWalk::takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item) {
     std::string buffer;
     const auto text = node.stringValue(buffer);
     const auto judgement = judge(node, item, text);
-    ++_account.leaves[MSPDIFateIndex(judgement.fate)];
+    count(judgement.fate);
     if (!judgement.kind.empty()) {
         tell(judgement.kind, item, text);
     }
+}
+
+bool MSPDILeafWalk::isEmptied(const MSPCXMLNode& node) const {
+    return _isReduced && isEmptiedXMLPiece(node);
+}
+
+void MSPDILeafWalk::count(MSPDIFate fate) {
+    ++_tally.leaves[MSPDIFateIndex(fate)];
     if (_options.visitLeaf) {
-        _options.visitLeaf(path(), judgement.fate);
+        _options.visitLeaf(path(), fate);
     }
 }
 
@@ -139,25 +285,23 @@ MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& it
 // A baseline's value of any name hides what its owner has by that name; what stands in an element that is read as text
 // adds to that text.
 MSPDIJudgement MSPDILeafWalk::judgeUnknown(const MSPCXMLNode& node, const MSPDIItem& item) const {
-    auto ancestor = node;
-    auto step = _steps.rbegin();
-    while (step->known == nullptr) {
-        ancestor = ancestor.parent();
-        ++step;
-    }
-    if (ancestor == node.parent() && ancestor.name() == "Baseline") {
-        const auto* const hidden = MSPDIElementAt(ownerPath(step->known->path()), node.name());
+    const auto& step = _steps[_steps.back().lastKnown];
+    const auto& ancestor = step.node;
+    const MSPDIJudgement lost(MSPDIFate::Lost, unknownElement);
+    if (ancestor && ancestor == node.parent() && ancestor.name() == "Baseline") {
+        const auto* const hidden = MSPDIElementAt(ownerPath(step.known->path()), node.name());
         const bool hides = hidden != nullptr && MSPDIMayArrive(*hidden) && item.fields.singleObject(node.name());
-        return hides ? MSPDIJudgement(MSPDIFate::Shaping) : MSPDIJudgement(MSPDIFate::Lost, unknownElement);
+        return hides ? MSPDIJudgement(MSPDIFate::Shaping) : lost;
     }
-    const auto* const element = step->known->element();
-    if (element != nullptr && !step->known->hasChildren()) {
+    const auto* const element = step.known->element();
+    if (!ancestor || element == nullptr || step.known->hasChildren()) {
+        return lost;
+    }
+    const bool arrives = item.arrivesAsText.of(ancestor, [&] {
         const auto text = ancestor.stringValue();
-        if (element->condition({item, *element, ancestor, text}).arrives()) {
-            return {MSPDIFate::Changed, unknownElement};
-        }
-    }
-    return {MSPDIFate::Lost, unknownElement};
+        return element->condition({item, *element, ancestor, text}).arrives();
+    });
+    return arrives ? MSPDIJudgement(MSPDIFate::Changed, unknownElement) : lost;
 }
 
 // What is no matter of a single leaf.
@@ -175,15 +319,46 @@ void MSPDILeafWalk::tellOfItem(const MSPDIItem& item) {
     }
 }
 
+bool MSPDILeafWalk::wantsPlace(std::size_t kind) const {
+    const auto& loss = _losses.at(kind);
+    return loss.element.empty() || loss.where.size() < _options.mostPlaces;
+}
+
+// Whether a loss that is told once for an element was told for that around the present leaf; from now on it was.
+bool MSPDILeafWalk::wasToldOfOwner(std::size_t kind) {
+    const auto owners = MSPDIKinds()[kind].owners;
+    if (owners.empty()) {
+        return false;
+    }
+    auto owner = _steps.size() - 1;
+    while (owner > 0 && !MSPDIIsOneOf(_steps[owner].name, owners)) {
+        --owner;
+    }
+    const auto told = std::pair(owner, kind);
+    if (std::find(_told.begin(), _told.end(), told) != _told.end()) {
+        return true;
+    }
+    _told.push_back(told);
+    return false;
+}
+
 void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::string_view value) {
     const auto index = MSPDIKindIndex(kind);
+    if (wasToldOfOwner(index)) {
+        return;
+    }
+    _tally.kinds.push_back(index);
+    if (!wantsPlace(index)) {
+        return;
+    }
+    if (_isReduced) {
+        _tally.lacksPlaces = true;
+        return;
+    }
     auto& loss = _losses.at(index);
-    if (loss.count == 0) {
-        loss.kind = MSPDIKinds()[index].name;
-        loss.what = MSPDIKinds()[index].what;
+    if (loss.element.empty()) {
         loss.element = elementPath();
     }
-    ++loss.count;
     if (loss.where.size() < _options.mostPlaces) {
         loss.where.push_back(placeOf(item, value));
     }
@@ -207,20 +382,70 @@ MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value)
     return place;
 }
 
+void MSPDILeafWalk::enterTally() {
+    for (std::size_t fate = 0; fate < _tally.leaves.size(); ++fate) {
+        _account.leaves[fate] += _tally.leaves[fate];
+    }
+    for (const auto kind : _tally.kinds) {
+        ++_losses[kind].count;
+    }
+    _tally.clear();
+}
+
 void MSPDILeafWalk::finish() {
-    for (auto& loss : _losses) {
+    for (std::size_t kind = 0; kind < _losses.size(); ++kind) {
+        auto& loss = _losses[kind];
         if (loss.count > 0) {
+            loss.kind = MSPDIKinds()[kind].name;
+            loss.what = MSPDIKinds()[kind].what;
             _account.losses.push_back(std::move(loss));
         }
     }
 }
 
-void MSPDILeafWalk::enter(const MSPCXMLNode& node) {
-    auto& parent = _steps.back();
-    const auto name = withoutPrefix(node.name());
-    const auto* const known = parent.known == nullptr ? nullptr : parent.known->child(node.name());
-    const auto number = ++parent.counts[name];
-    _steps.push_back({known, name, number, {}});
+std::size_t& MSPDILeafWalk::countOf(Counts& counts, std::string_view name) {
+    const auto known = counts.find(name);
+    return known != counts.end() ? known->second : counts.emplace(name, 0).first->second;
+}
+
+void MSPDILeafWalk::enterChild(const MSPCXMLNode& node) {
+    auto number = std::size_t(0);
+    if (_countsAll) {
+        if (_steps.size() >= mostLevels) {
+            throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
+        }
+        _childCounts.resize(std::max(_childCounts.size(), _steps.size()));
+        number = ++countOf(_childCounts[_steps.size() - 1], withoutPrefix(node.name()));
+    }
+    enter(node.name(), node, number);
+}
+
+void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, std::size_t number) {
+    const auto& parent = _steps.back();
+    const auto* const known = parent.known == nullptr ? nullptr : parent.known->child(name);
+    const auto lastKnown = known == nullptr ? parent.lastKnown : _steps.size();
+    if (_childCounts.size() > _steps.size()) {
+        _childCounts.resize(_steps.size());
+    }
+    _steps.push_back({known, withoutPrefix(name), node, number, lastKnown});
+}
+
+void MSPDILeafWalk::leave() {
+    _steps.pop_back();
+    std::erase_if(_told, [this](const auto& told) { return told.first >= _steps.size(); });
+}
+
+std::size_t MSPDILeafWalk::numberOf(const Step& step) {
+    if (step.number > 0) {
+        return step.number;
+    }
+    std::size_t number = 1;
+    for (auto before = step.node.previousSibling(); before; before = before.previousSibling()) {
+        if (before.isElement() && withoutPrefix(before.name()) == step.name) {
+            ++number;
+        }
+    }
+    return number;
 }
 
 std::string MSPDILeafWalk::path() const {
@@ -228,8 +453,8 @@ std::string MSPDILeafWalk::path() const {
     for (const auto& step : _steps) {
         path += '/';
         path += step.name;
-        if (step.number > 0) {
-            path += fmt::format("[{}]", step.number);
+        if (&step != &_steps.front()) {
+            path += fmt::format("[{}]", numberOf(step));
         }
     }
     return path;
@@ -238,7 +463,7 @@ std::string MSPDILeafWalk::path() const {
 std::string MSPDILeafWalk::elementPath() const {
     std::string path;
     for (const auto& step : _steps) {
-        if (step.number > 0) {
+        if (&step != &_steps.front()) {
             path += path.empty() ? "" : "/";
             path += step.name;
         }

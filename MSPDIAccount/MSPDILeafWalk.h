@@ -1,55 +1,117 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
+#include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
+#include "MSPCXMLPieces.h"
 #include "MSPDIAccount.h"
 #include "MSPDIElement.h"
 #include "MSPDIElementTable.h"
 
 // Goes over all leaves of a plan and enters each with its fate in the account.
-class MSPDILeafWalk {
+//
+// Most leaves of a large plan are only counted: a line of the table and their text decide. They are taken as they are
+// read, without a document. Where a place is to be told, or numbers of elements are wanted for any other reason, the
+// element of the list that holds it is gone through as a whole.
+class MSPDILeafWalk final : public MSPCXMLPieceVisitor {
 public:
     // What is given outlives the walk.
     MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOptions& options, MSPDIAccount& account);
 
-    // The whole plan in one tree.
+    // The whole plan in one tree. Like all below raises `MSPCInternalInconsistency` "The plan has changed while it was
+    // read." for another plan than that of the facts, and "Elements are nested too deeply to be told one by one." where
+    // every leaf or place is to be told.
     void walk(const MSPCXMLNode& project);
+    // The same plan as it is read.
+    void value(std::string_view name) override;
+    void beginList(std::string_view name) override;
+    void endList() override;
+    void root(const MSPCXMLNode& element) override;
+    bool wantsLeavesOf(std::string_view name) override;
+    void beginElement(std::string_view name) override;
+    void endElement() override;
+    bool takeLeaf(std::string_view name, std::string_view text) override;
+    void forgetLeaves() override;
+    bool restOfPiece(const MSPCXMLNode& element) override;
+    void piece(const MSPCXMLNode& element) override;
     // Tells the losses that were found; once, at the end.
     void finish();
 
 private:
-    // An element on the way down to the leaves: what is known about it, and its children so far.
+    using Counts = std::map<std::string, std::size_t, std::less<>>;  // by name without prefix
+
+    // An element on the way down to the leaves.
     struct Step {
-        const MSPDIElementTree* known;                             // a null pointer below what the table does not know
-        std::string_view name;                                     // without prefix
-        std::size_t number;                                        // among those of its name, from 1
-        std::unordered_map<std::string_view, std::size_t> counts;  // of its children, by name without prefix
+        const MSPDIElementTree* known;  // a null pointer below what the table does not know
+        std::string_view name;          // without prefix
+        MSPCXMLNode node;               // empty for the project and its lists
+        std::size_t number;             // among those of its name, from 1; 0 while it is not known
+        std::size_t lastKnown;          // the last step, this one included, that the table knows
     };
 
+    // What a piece adds to the account, kept apart until it is sure to count.
+    struct Tally {
+        std::array<std::size_t, MSPDIFateNames.size()> leaves{};
+        std::vector<std::size_t> kinds;  // of each loss
+        bool lacksPlaces = false;        // the place of one of them is to be told
+
+        void clear() {
+            leaves = {};
+            kinds.clear();
+            lacksPlaces = false;
+        }
+    };
+
+    void walkPiece(const MSPCXMLNode& element);
+    void takePiece(const MSPCXMLNode& element);
+    void walkItem(const MSPCXMLNode& node);
     void walkChildren(const MSPCXMLNode& parent, const MSPDIItem& item);
-    void walkElement(const MSPCXMLNode& node, const MSPDIItem& item);
-    void walkItem(const MSPCXMLNode& node, const MSPDIItem& project);
     void takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item);
+    void count(MSPDIFate fate);
+    [[nodiscard]] bool isEmptied(const MSPCXMLNode& node) const;
     [[nodiscard]] MSPDIJudgement judge(const MSPCXMLNode& node, const MSPDIItem& item, std::string_view text) const;
     [[nodiscard]] MSPDIJudgement judgeUnknown(const MSPCXMLNode& node, const MSPDIItem& item) const;
     void tellOfItem(const MSPDIItem& item);
     void tell(std::string_view kind, const MSPDIItem& item, std::string_view value);
+    [[nodiscard]] bool wasToldOfOwner(std::size_t kind);
+    [[nodiscard]] bool wantsPlace(std::size_t kind) const;
     [[nodiscard]] MSPDIPlace placeOf(const MSPDIItem& item, std::string_view value) const;
+    void enterTally();
 
-    void enter(const MSPCXMLNode& node);
-    void leave() { _steps.pop_back(); }
+    [[nodiscard]] static std::size_t& countOf(Counts& counts, std::string_view name);
+    void enterChild(const MSPCXMLNode& node);
+    // Goes down to an element; `name` is to outlive the step.
+    void enter(std::string_view name, const MSPCXMLNode& node, std::size_t number);
+    void leave();
     [[nodiscard]] std::string path() const;
     [[nodiscard]] std::string elementPath() const;
+    [[nodiscard]] static std::size_t numberOf(const Step& step);
 
     const MSPDIPlanFacts& _facts;
     const MSPDIAccountOptions& _options;
+    bool _countsAll;  // numbers are wanted of so many that they are counted on the way
     MSPDIAccount& _account;
+    MSPCXMLDocument _emptyProject;  // what leaves outside of items belong to
+    MSPCFields _emptyFields;
+    MSPDIItem _projectItem;
     std::vector<MSPDILoss> _losses;  // by kind
+    Tally _tally;
+    bool _isReduced = false;  // the present piece comes without the leaves that were taken
     std::vector<Step> _steps;
-    std::unordered_map<const MSPDIElementTree*, std::size_t> _itemCounts;  // of each list so far
+    std::vector<std::pair<std::size_t, std::size_t>> _told;  // the steps and the kinds that were told once for them
+    std::vector<Counts> _childCounts;            // of the children of these steps so far, where all are counted
+    std::vector<const MSPDIElementTree*> _open;  // the elements around the leaf that is offered
+    std::string _listName;
+    Counts _listCounts;                                          // the project's children
+    Counts _pieceCounts;                                         // those of the present list
+    std::vector<bool> _areLists;                                 // the project's children so far
+    std::map<const MSPDIElementTree*, std::size_t> _itemCounts;  // of each list so far
     std::vector<std::string> _taskNames;
 };

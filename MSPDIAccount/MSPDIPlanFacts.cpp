@@ -41,13 +41,13 @@ MSPDIPlanFacts::MSPDIPlanFacts(const MSPCServices& services)
 }
 
 void MSPDIPlanFacts::readPlan(const MSPCXMLNode& project) {
-    hasPlan = true;
     readSettings(project);
     readTasks(project);
     readCalendars(project);
     readDefinitions(project);
     readResources(project);
     readAssignments(project);
+    hasPlan = true;
 }
 
 void MSPDIPlanFacts::readSettings(const MSPCXMLNode& project) {
@@ -207,7 +207,7 @@ void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
         }
         for (auto record = node.firstChildElement("TimephasedData"); record;
              record = record.nextSiblingElement("TimephasedData")) {
-            const auto type = MSPDISingleInteger(record, "Type");
+            const auto type = MSPDISingleInteger(record.lastChildElement("Type"));
             for (int scenario = Actual; scenario < BaselineCount; ++scenario) {
                 if (!type || MSPIIsTimephasedTypeOfScenario(*type, scenario)) {
                     ++share.records[static_cast<std::size_t>(scenario + 1)];

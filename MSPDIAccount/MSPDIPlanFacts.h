@@ -7,7 +7,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "MSPCServices.h"
@@ -131,7 +130,7 @@ private:
     std::vector<std::string> _projectNames;
     std::map<std::pair<std::size_t, int>, std::string> _splitEnds;  // by task and scenario
     std::vector<double> _taskUIDs;                                  // of all tasks, sorted
-    std::unordered_map<std::int64_t, std::size_t> _taskByUID;       // the first mapped one
+    std::map<std::int64_t, std::size_t> _taskByUID;                 // the first mapped one
     std::map<double, std::size_t> _calendarByUID;                   // the last one
     std::map<double, std::vector<std::size_t>> _materialByUID;
     std::map<std::string, std::size_t, std::less<>> _definitionByFieldID;

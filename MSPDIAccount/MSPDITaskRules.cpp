@@ -1,6 +1,5 @@
 #include "MSPCException.h"
 #include "MSPCTextScanner.h"
-#include "MSPCXPathNumber.h"
 #include "MSPDITaskView.h"
 #include "MSPDIValues.h"
 
@@ -59,7 +58,7 @@ MSPDIJudgement lockedDate(const MSPDITaskView& task, std::string_view text, bool
 
 bool MSPDITaskView::hides(std::string_view name) const {
     return _baseline && name != "Number" && name != _leftOut && _task.fields.singleObject(name) &&
-           _baseline.firstChildElement(name);
+           _task.lastChild(_baseline, name).count > 0;
 }
 
 bool MSPDITaskView::has(std::string_view name) const {
@@ -67,35 +66,11 @@ bool MSPDITaskView::has(std::string_view name) const {
 }
 
 std::string MSPDITaskView::text(std::string_view name) const {
-    return hides(name) ? _baseline.lastChildElement(name).element.stringValue() : std::string(*_task.fields.text(name));
+    return hides(name) ? _task.lastText(_baseline, name) : std::string(*_task.fields.text(name));
 }
 
 std::optional<std::int64_t> MSPDITaskView::singleInteger(std::string_view name) const {
-    return MSPDICount(_task.node, name) == 1 ? scanInteger64(text(name)) : std::nullopt;
-}
-
-std::optional<int> MSPDIBaselineNumber(const MSPCXMLNode& baseline) {
-    constexpr int mostBaselines = 10;
-    std::string buffer;
-    std::optional<int> last;
-    for (auto child = baseline.firstChildElement("Number"); child; child = child.nextSiblingElement("Number")) {
-        const auto number = xpathNumber(child.stringValue(buffer));
-        if (number && *number >= 0 && *number <= mostBaselines && *number == static_cast<int>(*number)) {
-            last = static_cast<int>(*number);
-        }
-    }
-    return last;
-}
-
-bool MSPDICountsAsBaseline(const MSPCXMLNode& baseline) {
-    const auto number = MSPDIBaselineNumber(baseline);
-    for (auto next = baseline.nextSiblingElement("Baseline"); next && number;
-         next = next.nextSiblingElement("Baseline")) {
-        if (hasChildWithNumber(next, "Number", *number)) {
-            return false;
-        }
-    }
-    return number.has_value();
+    return _task.fields.lastChild(name).count == 1 ? scanInteger64(text(name)) : std::nullopt;
 }
 
 namespace MSPDITaskRules {

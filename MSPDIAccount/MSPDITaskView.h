@@ -37,11 +37,6 @@ private:
     std::string_view _leftOut;
 };
 
-// The number that a `Baseline` element goes by, 0 to 10; none when it is no baseline that is imported.
-[[nodiscard]] std::optional<int> MSPDIBaselineNumber(const MSPCXMLNode& baseline);
-// Whether a `Baseline` element is the last one of its owner with its number.
-[[nodiscard]] bool MSPDICountsAsBaseline(const MSPCXMLNode& baseline);
-
 // What becomes of the fields of a task that the importer reads.
 namespace MSPDITaskRules {
 MSPDIJudgement carried(const MSPDITaskView& task, std::string_view text);

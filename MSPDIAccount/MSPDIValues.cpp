@@ -40,6 +40,11 @@ std::optional<std::int64_t> MSPDISingleInteger(const MSPCFields& fields, std::st
     return text && !error ? scanInteger64(*text) : std::nullopt;
 }
 
+std::optional<std::int64_t> MSPDISingleInteger(const MSPCXMLLastChild& child) {
+    std::string buffer;
+    return child.count == 1 ? scanInteger64(child.element.stringValue(buffer)) : std::nullopt;
+}
+
 std::optional<std::int64_t> MSPDILastInteger(const MSPCFields& fields, std::string_view name) {
     return scanInteger64(*fields.text(name));
 }

@@ -12,6 +12,8 @@
 
 // The number of a field, none when it is missing, there more than once, or no number.
 [[nodiscard]] std::optional<std::int64_t> MSPDISingleInteger(const MSPCFields& fields, std::string_view name);
+// The same of an element's children of one name.
+[[nodiscard]] std::optional<std::int64_t> MSPDISingleInteger(const MSPCXMLLastChild& child);
 // The same of the last field of that name.
 [[nodiscard]] std::optional<std::int64_t> MSPDILastInteger(const MSPCFields& fields, std::string_view name);
 // The truth of a text: "1", "true", "yes" and numbers but 0, in any case of letters; false for anything else.

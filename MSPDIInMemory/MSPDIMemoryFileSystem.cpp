@@ -3,7 +3,7 @@
 #include <set>
 #include <utility>
 
-#include "MSPCStringSink.h"
+#include "MSPCByteStreams.h"
 
 namespace {
 

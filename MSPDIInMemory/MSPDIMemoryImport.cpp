@@ -27,14 +27,13 @@ protected:
     }
 
 private:
-    // "<name>\n<reason>\n<user info>"
+    // "<name>\n<reason>\n<subject>": values in it have no line ends.
     static MSPDIRefusal refusalOf(std::string_view text) {
         const auto nameEnd = std::min(text.find('\n'), text.size());
-        auto reason = text.substr(std::min(nameEnd + 1, text.size()));
-        while (reason.ends_with('\n')) {
-            reason.remove_suffix(1);
-        }
-        return {std::string(text.substr(0, nameEnd)), std::string(reason)};
+        const auto rest = text.substr(std::min(nameEnd + 1, text.size()));
+        const auto reasonEnd = std::min(rest.rfind('\n'), rest.size());
+        return {std::string(text.substr(0, nameEnd)), std::string(rest.substr(0, reasonEnd)),
+                std::string(rest.substr(std::min(reasonEnd + 1, rest.size())))};
     }
 
     MSPDIMemoryImport& _result;
@@ -45,6 +44,17 @@ std::string inMemory(std::string_view name) {
 }
 
 }  // namespace
+
+std::string MSPDIRefusal::sentence() const {
+    auto text = reason.empty() ? std::string("The importer gives no reason.") : reason;
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    if (subject.empty()) {
+        return text;
+    }
+    const bool hasStop = text.ends_with('.');
+    text.resize(text.size() - (hasStop ? 1 : 0));
+    return text + " (" + subject + ")" + (hasStop ? "." : "");
+}
 
 MSPDIMemoryImport MSPDIImportInMemory(const std::string& planPath, const MSPCServices& services,
                                       MSPDIMemoryKeeping keeping, MSPIScenarioMapping mapScenario) {

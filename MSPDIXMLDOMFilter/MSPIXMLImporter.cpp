@@ -10,7 +10,7 @@
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
 #include "MSPCPath.h"
-#include "MSPCXMLAsides.h"
+#include "MSPCXMLLoader.h"
 #include "MSPIBundleNaming.h"
 #include "MSPIElementsRead.h"
 #include "MSPIKdzxNamespace.h"
@@ -90,6 +90,7 @@ void appearAfterFailure(MSPINewBundle& bundle) {
 // The three documents of one import.
 struct MSPIXMLImporter::Documents {
     MSPCXMLDocument mspdi;
+    MSPCXMLDeferredElements mspdiDeferred;
     MSPCXMLDocument kdzxTemplate;
     MSPCXMLDocument kdzxTOC;
 };
@@ -142,7 +143,7 @@ bool MSPIXMLImporter::fillBundle(const MSPCURL& source, MSPINewBundle& bundle) {
     if (!importScenario(std::nullopt, documents, bundle)) {
         return false;
     }
-    _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi, documents.mspdi.takeAsides());
+    _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi, std::move(documents.mspdiDeferred));
     for (int number = 0; number <= LastBaselineNumber; ++number) {
         importScenario(number, documents, bundle);
     }
@@ -157,12 +158,11 @@ MSPIXMLImporter::Documents MSPIXMLImporter::loadDocuments(const MSPCURL& source,
                                 bundle.files(), _services.log);
     };
     _services.log.log("Begin loading XML document ...");
-    auto mspdi =
-        newXmlDocFromUrl(source, MSPCXMLContent::DataOnly, _services.fileSystem, _services.log, &MSPIElementsRead());
+    auto mspdi = newXmlDocFromUrlSelection(source, MSPIElementsRead(), _services.fileSystem, _services.log);
     _services.log.log("Process XML DOM ...");
     auto kdzxTemplate = loadFromBundle(MSPIActualScenarioFileName);
     auto kdzxTOC = loadFromBundle(MSPITOCFileName);
-    return {std::move(mspdi), std::move(kdzxTemplate), std::move(kdzxTOC)};
+    return {std::move(mspdi.document), std::move(mspdi.deferred), std::move(kdzxTemplate), std::move(kdzxTOC)};
 }
 
 bool MSPIXMLImporter::importScenario(std::optional<int> baselineNumber, Documents& documents, MSPINewBundle& bundle) {

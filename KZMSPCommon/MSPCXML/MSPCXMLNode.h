@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <compare>
 #include <cstddef>
 #include <memory_resource>
@@ -7,7 +8,14 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
+
+namespace pugi {
+class xml_node;
+struct xml_node_struct;
+struct xml_attribute_struct;
+}  // namespace pugi
 
 enum class MSPCXMLNodeKind {
     None,  // an empty handle
@@ -134,8 +142,9 @@ public:
     [[nodiscard]] MSPCXMLNewElement detach();
 
     // The nodes that an XPath 1.0 query relative to this node selects, in document order; none when the query itself
-    // is malformed or does not select nodes. Query texts in use are compiled once. A query never leaves the document
-    // proper: of a free element only what is inside it is found, and free elements are found from nowhere else.
+    // is malformed or does not select nodes. Query texts in use are compiled once. From a free element only what is
+    // inside it is found, and that from nowhere else. What a query counts may include free elements: one that leaves
+    // its node had better count nothing while there are any.
     [[nodiscard]] std::optional<std::vector<MSPCXMLNode>> nodesForXPath(std::string_view query) const;
 
 private:
@@ -189,3 +198,29 @@ private:
 
     MSPCXMLNode _element;
 };
+
+// The library's own node behind a handle, for the units of this folder only.
+struct MSPCXMLNodeAccess {
+    [[nodiscard]] static pugi::xml_node_struct* node(const MSPCXMLNode& handle) noexcept {
+        return static_cast<pugi::xml_node_struct*>(handle._node);
+    }
+    [[nodiscard]] static pugi::xml_attribute_struct* attribute(const MSPCXMLNode& handle) noexcept {
+        return static_cast<pugi::xml_attribute_struct*>(handle._attribute);
+    }
+    // `attribute` is given for attributes only, with the element that holds it.
+    [[nodiscard]] static MSPCXMLNode handle(pugi::xml_node_struct* node,
+                                            pugi::xml_attribute_struct* attribute = nullptr) noexcept {
+        return {node, attribute};
+    }
+};
+
+// The same as the library's handle (of an attribute that of the element that holds it), and the other way round.
+// Templates only because the library's types are complete in .cpp files alone.
+template <typename TreeNode = pugi::xml_node>
+[[nodiscard]] TreeNode treeNode(const MSPCXMLNode& handle) noexcept {
+    return std::bit_cast<TreeNode>(MSPCXMLNodeAccess::node(handle));
+}
+template <typename TreeNode = pugi::xml_node>
+[[nodiscard]] MSPCXMLNode handleOf(const std::type_identity_t<TreeNode>& node) noexcept {
+    return MSPCXMLNodeAccess::handle(std::bit_cast<pugi::xml_node_struct*>(node));
+}

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 
-#include "MSPCFileSystem.h"
+#include "MSPCByteStreams.h"
+#include "MSPCCharacters.h"
+#include "MSPCXMLLexis.h"
 
 namespace {
-
-constexpr std::string_view Replacement = "\xEF\xBF\xBD";
 
 std::string_view escapeOf(char character) {
     switch (character) {
@@ -29,37 +28,17 @@ std::string_view escapeOf(char character) {
     }
 }
 
-unsigned byteAt(std::string_view text, std::size_t index) {
-    return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
-}
-
-bool isContinuation(unsigned byte) {
-    return (byte & 0xC0U) == 0x80U;
-}
-
-// The code point that starts with the lead byte at `index`, with its number of bytes; no bytes when it is no UTF-8.
-struct CodePoint {
-    std::uint32_t value = 0;
-    std::size_t size = 0;
+// The bytes of the character at an offset, and whether a document may hold it. What is no UTF-8 is one byte that it may
+// not hold.
+struct Character {
+    std::size_t size = 1;
+    bool isAllowed = false;
 };
 
-CodePoint codePointAt(std::string_view text, std::size_t index) {
-    const unsigned lead = byteAt(text, index);
-    const std::size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4) {
-        return {};
-    }
-    std::uint32_t value = lead & (0xFFU >> (size + 1));
-    for (std::size_t offset = 1; offset < size; ++offset) {
-        const unsigned byte = byteAt(text, index + offset);
-        if (!isContinuation(byte)) {
-            return {};
-        }
-        value = (value << 6U) | (byte & 0x3FU);
-    }
-    const bool isOverlong = (size == 3 && value < 0x800) || (size == 4 && value < 0x10000);
-    const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
-    return isOverlong || isSurrogate || value > 0x10FFFF ? CodePoint{} : CodePoint{value, size};
+Character characterAt(std::string_view text, std::size_t index) {
+    const auto rest = text.substr(index);
+    const auto size = MSPCLengthOfCharacter(rest);
+    return size == 0 ? Character{} : Character{size, MSPCXMLLexis::isCharacter(MSPCCharacterOfLength(rest, size))};
 }
 
 }  // namespace
@@ -69,10 +48,9 @@ struct MSPCXMLOutput::ByteTable {
 
     explicit constexpr ByteTable(std::string_view escaped) {
         for (std::size_t byte = 0; byte < kinds.size(); ++byte) {
-            kinds[byte] = byte >= 0x80 ? Lead : byte < 0x20 ? Forbidden : Plain;
-        }
-        for (const char allowed : {'\t', '\n', '\r'}) {
-            kinds[static_cast<unsigned char>(allowed)] = Plain;
+            kinds[byte] = byte >= 0x80                                                  ? Lead
+                          : MSPCXMLLexis::isCharacter(static_cast<std::uint32_t>(byte)) ? Plain
+                                                                                        : Forbidden;
         }
         for (const char character : escaped) {
             kinds[static_cast<unsigned char>(character)] = Escaped;
@@ -143,22 +121,21 @@ void MSPCXMLOutput::content(std::string_view text, const ByteTable& table) {
     };
     for (auto index = table.endOfPlainRun(text, 0); index < text.size(); index = table.endOfPlainRun(text, index)) {
         const auto kind = table.kindOf(text[index]);
-        const auto point = kind == Lead ? codePointAt(text, index) : CodePoint{0, 1};
-        const auto size = std::max(point.size, std::size_t{1});
+        const auto character = kind == Lead ? characterAt(text, index) : Character{1, kind != Forbidden};
         if (kind == Escaped) {
-            endRun(index, size);
+            endRun(index, character.size);
             raw(escapeOf(text[index]));
-        } else if (kind == Forbidden || point.size == 0 || point.value == 0xFFFE || point.value == 0xFFFF) {
-            endRun(index, size);
+        } else if (!character.isAllowed) {
+            endRun(index, character.size);
             replace();
         }
-        index += size;
+        index += character.size;
     }
     endRun(text.size(), 0);
 }
 
 void MSPCXMLOutput::replace() {
-    raw(Replacement);
+    raw(MSPCXMLLexis::Replacement);
     ++_replaced;
 }
 

@@ -1,3 +1,5 @@
+#include "MSPCXMLQuery.h"
+
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -5,11 +7,8 @@
 #include <memory>
 #include <pugixml.hpp>
 
-#include "MSPCXMLChildPath.h"
 #include "MSPCXMLNode.h"
-#include "MSPCXMLNodeAccess.h"
 #include "MSPCXMLTree.h"
-#include "MSPCXMLTwin.h"
 
 namespace {
 
@@ -59,42 +58,29 @@ private:
     std::map<std::string, std::unique_ptr<pugi::xpath_query>, std::less<>> _queries;
 };
 
-bool endsWithOperatorName(std::string_view text) {
-    constexpr std::string_view names[] = {"and", "or", "div", "mod"};
-    return std::any_of(std::begin(names), std::end(names), [&](auto name) { return text.ends_with(name); });
-}
-
-// Whether each slash of a query follows a step, so that no path starts at the document, and no step leads up or aside.
-// Says no in doubt.
-bool staysBelowItsNode(std::string_view query) {
-    if (query.find("..") != std::string_view::npos || query.find("::") != std::string_view::npos ||
-        query.find('$') != std::string_view::npos) {
-        return false;
-    }
-    for (auto slash = query.find('/'); slash != std::string_view::npos; slash = query.find('/', slash + 1)) {
-        const auto before = query.substr(0, slash);
-        const char last = before.empty() ? ' ' : before.back();
-        const bool followsSlash = last == '/' && slash >= 2;
-        const bool followsStep = isNameCharacter(last) || last == ')' || last == ']';
-        if (!(followsSlash || followsStep) || endsWithOperatorName(before)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-// Whether a query could meet the side room. An empty room is swept away, so that only free elements cost anything.
-bool couldMeetFreeElements(const MSPCXMLNode& node, std::string_view query) {
-    auto document = treeNode(node).root();
-    const auto room = sideRoomIfAny(document);
-    if (!room || (node.kind() != MSPCXMLNodeKind::Document && staysBelowItsNode(query))) {
-        return false;
-    }
-    if (!room.first_child()) {
+// Whether a document has free elements. An empty room is swept away: no query meets it then.
+bool hasFreeElements(pugi::xml_node document) {
+    const auto room = roomOfFreeElementsIfAny(document);
+    if (isThere(room) && !isThere(room.first_child())) {
         document.remove_child(room);
         return false;
     }
-    return true;
+    return isThere(room);
+}
+
+// What tells a free element's inside from all that is outside: the free element; none for a node of the document
+// proper, the room itself for the room.
+pugi::xml_node freeElementAround(pugi::xml_node node) {
+    while (isThere(node) && !isFree(node) && !isRoomOfFreeElements(node)) {
+        node = node.parent();
+    }
+    return node;
+}
+
+// Of a free element's inside and all that is outside, only the side that `from` is on stays.
+void dropMatchesElsewhere(std::vector<MSPCXMLNode>& matches, const MSPCXMLNode& from) {
+    const auto side = freeElementAround(treeNode(from));
+    std::erase_if(matches, [&](const auto& match) { return !areSame(freeElementAround(treeNode(match)), side); });
 }
 
 std::vector<MSPCXMLNode> nodesAtPlainPath(const MSPCXMLNode& node, std::string_view path) {
@@ -154,9 +140,9 @@ std::optional<std::vector<MSPCXMLNode>> MSPCXMLNode::nodesForXPath(std::string_v
     if (compiled == nullptr) {
         return std::nullopt;
     }
-    if (!couldMeetFreeElements(*this, query)) {
-        return evaluated(*compiled, *this);
+    auto matches = evaluated(*compiled, *this);
+    if (hasFreeElements(treeNode(*this).root())) {
+        dropMatchesElsewhere(matches, *this);
     }
-    const MSPCXMLTwin twin(*this);
-    return twin.originalsOf(evaluated(*compiled, twin.node()));
+    return matches;
 }

@@ -1,36 +1,35 @@
 #include "MSPCXMLTree.h"
 
-#include <cstring>
 #include <pugixml.hpp>
 
 namespace {
 
 // No document can hold an element of this name, since U+0001 is no XML character.
-constexpr const char* SideRoomName = "\x01";
+constexpr const char* RoomName = "\x01";
 
 }  // namespace
 
-bool isSideRoom(const pugi::xml_node& node) {
-    return node.name()[0] == SideRoomName[0];
+bool isRoomOfFreeElements(const pugi::xml_node& node) {
+    return node.name()[0] == RoomName[0];
 }
 
-pugi::xml_node sideRoomIfAny(const pugi::xml_node& document) {
+pugi::xml_node roomOfFreeElementsIfAny(const pugi::xml_node& document) {
     const auto first = document.first_child();
-    return isSideRoom(first) ? first : pugi::xml_node();
+    return isRoomOfFreeElements(first) ? first : pugi::xml_node();
 }
 
-pugi::xml_node sideRoom(pugi::xml_node document) {
-    const auto room = sideRoomIfAny(document);
-    return isThere(room) ? room : document.prepend_child(SideRoomName);
+pugi::xml_node roomOfFreeElements(pugi::xml_node document) {
+    const auto room = roomOfFreeElementsIfAny(document);
+    return isThere(room) ? room : document.prepend_child(RoomName);
 }
 
 bool isFree(const pugi::xml_node& node) {
-    return isSideRoom(node.parent());
+    return isRoomOfFreeElements(node.parent());
 }
 
 pugi::xml_node firstVisibleChild(const pugi::xml_node& document) {
     const auto first = document.first_child();
-    return isSideRoom(first) ? first.next_sibling() : first;
+    return isRoomOfFreeElements(first) ? first.next_sibling() : first;
 }
 
 pugi::xml_node rootElementOf(const pugi::xml_node& document) {
@@ -44,10 +43,6 @@ pugi::xml_node rootElementOf(const pugi::xml_node& document) {
 bool isTextOrCData(const pugi::xml_node& node) {
     const auto type = node.type();
     return type == pugi::node_pcdata || type == pugi::node_cdata;
-}
-
-bool isXMLBlank(const char* text) {
-    return text[std::strspn(text, " \t\r\n")] == '\0';
 }
 
 pugi::xml_node nextBelow(pugi::xml_node node, const pugi::xml_node& top) {

@@ -4,10 +4,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <type_traits>
-
-#include "MSPCXMLNode.h"
-#include "MSPCXMLNodeAccess.h"
 
 namespace pugi {
 class xml_node;
@@ -15,8 +11,8 @@ class xml_node;
 
 // What every unit over the library's tree needs. Walks never recurse, so that no depth of nesting overflows the stack.
 //
-// The library has no nodes without a parent. Free elements therefore live in a side room: a reserved first child of the
-// document, made when the first free element is. Nothing outside this folder ever sees it.
+// The library has no nodes without a parent. Free elements therefore live in a room of their own: a reserved first
+// child of the document, made when the first free element is. Nothing outside this folder ever sees it.
 
 // The library's own handles are one pointer each, but to ask them anything is a call into its shared library. The
 // questions that every step of a walk asks are answered here without one.
@@ -29,32 +25,19 @@ template <typename TreeHandle>
     return std::bit_cast<void*>(one) == std::bit_cast<void*>(other);
 }
 
-// The library's node behind a handle (of an attribute the element that holds it), and the handle of a node. Templates
-// only because the library's types are complete in .cpp files alone.
-template <typename TreeNode = pugi::xml_node>
-[[nodiscard]] TreeNode treeNode(const MSPCXMLNode& handle) noexcept {
-    return std::bit_cast<TreeNode>(MSPCXMLNodeAccess::node(handle));
-}
-template <typename TreeNode = pugi::xml_node>
-[[nodiscard]] MSPCXMLNode handleOf(const std::type_identity_t<TreeNode>& node) noexcept {
-    return MSPCXMLNodeAccess::handle(std::bit_cast<pugi::xml_node_struct*>(node));
-}
-
-// The side room of a document node; made when it is missing.
-[[nodiscard]] pugi::xml_node sideRoom(pugi::xml_node document);
-// The side room where a document has one; else an empty node.
-[[nodiscard]] pugi::xml_node sideRoomIfAny(const pugi::xml_node& document);
-[[nodiscard]] bool isSideRoom(const pugi::xml_node& node);
+// The room of free elements of a document node; made when it is missing.
+[[nodiscard]] pugi::xml_node roomOfFreeElements(pugi::xml_node document);
+// The room where a document has one; else an empty node.
+[[nodiscard]] pugi::xml_node roomOfFreeElementsIfAny(const pugi::xml_node& document);
+[[nodiscard]] bool isRoomOfFreeElements(const pugi::xml_node& node);
 // Whether the node is a free element itself (not merely inside one).
 [[nodiscard]] bool isFree(const pugi::xml_node& node);
-// The first child of a document that is not the side room.
+// The first child of a document that is not the room of free elements.
 [[nodiscard]] pugi::xml_node firstVisibleChild(const pugi::xml_node& document);
 // The root element of a document; empty when it has none.
 [[nodiscard]] pugi::xml_node rootElementOf(const pugi::xml_node& document);
 
 [[nodiscard]] bool isTextOrCData(const pugi::xml_node& node);
-// Whether the text holds only blanks, tabs and line ends as XML counts them; true for an empty text.
-[[nodiscard]] bool isXMLBlank(const char* text);
 
 // The node after `node` in document order below `top`; empty after the last one.
 [[nodiscard]] pugi::xml_node nextBelow(pugi::xml_node node, const pugi::xml_node& top);

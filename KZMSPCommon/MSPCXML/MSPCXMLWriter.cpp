@@ -1,10 +1,9 @@
 #include "MSPCXMLWriter.h"
 
-#include <cstring>
 #include <pugixml.hpp>
 
-#include "MSPCStringSink.h"
-#include "MSPCXMLNodeAccess.h"
+#include "MSPCByteStreams.h"
+#include "MSPCXMLLexis.h"
 #include "MSPCXMLOutput.h"
 #include "MSPCXMLTree.h"
 
@@ -159,7 +158,7 @@ private:
     }
 
     static bool isSpacePreserved(const pugi::xml_attribute& attribute) {
-        return std::strcmp(attribute.name(), "xml:space") == 0 && std::strcmp(attribute.value(), "preserve") == 0;
+        return attribute.name() == MSPCXMLLexis::SpaceAttribute && attribute.value() == MSPCXMLLexis::SpacePreserved;
     }
 
     // Whether an element holds other nodes and no text but blanks, which may give way to indentation.
@@ -167,12 +166,12 @@ private:
         bool hasOtherNodes = false;
         for (auto child = element.first_child(); isThere(child); child = child.next_sibling()) {
             const auto type = child.type();
-            if (type == pugi::node_cdata || (type == pugi::node_pcdata && !isXMLBlank(child.value()))) {
+            if (type == pugi::node_cdata || (type == pugi::node_pcdata && !MSPCXMLLexis::isAllBlank(child.value()))) {
                 return false;
             }
             hasOtherNodes = hasOtherNodes || type != pugi::node_pcdata;
         }
-        return hasOtherNodes && isXMLBlank(element.value());
+        return hasOtherNodes && MSPCXMLLexis::isAllBlank(element.value());
     }
 
     MSPCXMLOutput& _output;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "MSPCDay.h"
 #include "MSPCGregorianCalendar.h"
 #include "MSPEDirection.h"
 
@@ -23,7 +24,7 @@ public:
 
     // 400 years in days, after which days and changes of the clocks repeat, and how many such cycles lie ahead of this
     // day in which they do: infinitely many forward from a certain year on, 0 before it.
-    static constexpr double DaysOfCycle = 146'097;
+    static constexpr double DaysOfCycle = MSPCDaysPerCycle;
     [[nodiscard]] double cyclesAhead() const;
 
     // How often the walk was moved.

@@ -10,7 +10,7 @@ enum class MSPEDirection { Forward, Backward };
 enum class MSPEEdgeTime { Allowed, NotAllowed };
 
 // How working time steps from day to day: by exactly 86,400 seconds, whatever the clocks do.
-inline constexpr MSPCTimeInterval MSPESecondsPerDay = 86'400;
+inline constexpr MSPCTimeInterval MSPESecondsPerDay = MSPCSecondsPerDay;
 
 [[nodiscard]] constexpr MSPCTimeInterval MSPEStepOf(MSPEDirection direction) noexcept {
     return direction == MSPEDirection::Forward ? MSPESecondsPerDay : -MSPESecondsPerDay;

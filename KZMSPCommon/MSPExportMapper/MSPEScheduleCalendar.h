@@ -27,7 +27,8 @@ struct MSPEHourMinuteSecond {
 // Days are stepped by exactly 86,400 seconds from a midnight. Deliberate: after a change of the clocks the stepped
 // "midnight" is 01:00, or 23:00 of the day before, whose weekday counts, and results shift by the change. In
 // Europe/Berlin eight working hours from Friday 2012-03-23T12:00:00 on end on Monday 2012-03-26 at 13:00:00, not at
-// noon.
+// noon. The other rules of daylight saving stand in `MSPCTimeZone::daylightSavingOffset`, what it is, and in
+// `MSPCDateComponents::forceSystemTimezoneforDate`, which offset is written.
 class MSPEScheduleCalendar : public MSPEWorkingWeek {
 public:
     // The index of a period that does not exist.

@@ -1,7 +1,7 @@
 #include "MSPINoteMapper.h"
 
+#include "MSPCCharacters.h"
 #include "MSPCExtensions.h"
-#include "MSPCLineBreak.h"
 
 MSPCXMLNewElement MSPINoteMapper::newNoteFromMSPNotes(std::string_view notes, MSPCXMLDocument& document) const {
     auto note = document.newElement("note");

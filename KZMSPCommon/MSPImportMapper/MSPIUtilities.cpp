@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "MSPCDay.h"
 #include "MSPCException.h"
 #include "MSPCISO8601Text.h"
 #include "MSPCTextScanner.h"

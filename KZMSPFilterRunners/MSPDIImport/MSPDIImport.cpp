@@ -7,7 +7,7 @@
 #include "MSPCProcessGuard.h"
 #include "MSPCProgressLine.h"
 #include "MSPCRandomSource.h"
-#include "MSPCUserDefaults.h"
+#include "MSPCSettingsFile.h"
 #include "MSPDIImportRunner.h"
 
 // The command line has no word that asks for the version; `strings MSPDIImport | grep '@(#)'` shows it.

@@ -21,17 +21,6 @@ std::size_t lineEndLength(std::string_view text) {
     return found == lineEnds.end() ? 0 : found->size();
 }
 
-bool isUTF8(std::string_view text) {
-    while (!text.empty()) {
-        const auto length = MSPCLengthOfCharacter(text);
-        if (length == 0) {
-            return false;
-        }
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
 }  // namespace
 
 std::vector<std::string> MSPDILinesOfText(std::string_view text) {
@@ -60,7 +49,7 @@ std::vector<std::string> MSPDIReadInputList(const std::string& path, const MSPCF
         throw FileNotFoundException(fmt::format("Input list not found or it is a directory: {}", path));
     }
     const auto text = fileSystem.readFile(path);
-    if (!text || !isUTF8(*text)) {
+    if (!text || !MSPCIsUTF8(*text)) {
         throw FileNotFoundException(fmt::format("Input list file could not be read or empty: {}", path));
     }
     try {

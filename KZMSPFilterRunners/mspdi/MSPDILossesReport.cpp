@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "MSPCMessage.h"
+
 namespace {
 
 using JSON = nlohmann::ordered_json;
@@ -15,19 +17,14 @@ void write(std::ostream& out, const JSON& json) {
     out << json.dump(indentation, ' ', false, JSON::error_handler_t::replace);
 }
 
-// A text from a plan on one line, without what commands a terminal, and not longer than a line.
+// A text from a plan on one line, as people may see it, and not much longer than a line.
 std::string shown(std::string_view text) {
     constexpr std::size_t longest = 100;
     auto end = std::min(text.size(), longest);
     while (end < text.size() && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
         --end;  // not within a character
     }
-    std::string line(text.substr(0, end));
-    for (auto& character : line) {
-        const auto code = static_cast<unsigned char>(character);
-        character = code < ' ' || code == 0x7F ? ' ' : character;
-    }
-    return end < text.size() ? line + "..." : line;
+    return std::string(MSPCShownText(text.substr(0, end)).view()) + (end < text.size() ? "..." : "");
 }
 
 std::string placeOf(const MSPDIPlace& place) {
@@ -35,7 +32,7 @@ std::string placeOf(const MSPDIPlace& place) {
     if (!place.uid.empty() || !place.name.empty()) {
         text += fmt::format("{} (UID {}): ", shown(place.name), shown(place.uid));
     }
-    return text + shown(place.value) + "  " + place.path + "\n";
+    return text + shown(place.value) + "  " + std::string(MSPCShownText(place.path).view()) + "\n";
 }
 
 JSON jsonOf(const MSPDILoss& loss) {
@@ -51,7 +48,7 @@ JSON jsonOf(const MSPDILoss& loss) {
 }
 
 JSON reasonOf(const MSPDIAccount& account) {
-    return account.refusal ? JSON(account.refusal->reason) : JSON(nullptr);
+    return account.refusal ? JSON(account.refusal->sentence()) : JSON(nullptr);
 }
 
 }  // namespace
@@ -59,7 +56,7 @@ JSON reasonOf(const MSPDIAccount& account) {
 void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPDIRun& run) {
     auto& out = run.out;
     if (account.refusal) {
-        out << run.emphasized("Refused by the importer") << ": " << shown(account.refusal->reason) << "\n\n";
+        out << run.emphasized("Refused by the importer") << ": " << account.refusal->sentence() << "\n\n";
     }
     for (const auto& loss : account.losses) {
         out << run.emphasized(fmt::format("{} x {}", loss.count, loss.kind)) << ": " << loss.what << "\n";
@@ -70,7 +67,7 @@ void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPD
             out << fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size());
         }
     }
-    out << shown(plan) << ": " << account.total() << " leaves";
+    out << MSPCShownText(plan).view() << ": " << account.total() << " leaves";
     for (std::size_t fate = 0; fate < account.leaves.size(); ++fate) {
         out << ", " << account.leaves[fate] << ' ' << MSPDIFateNames[fate];
     }

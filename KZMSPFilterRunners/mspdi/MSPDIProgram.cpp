@@ -2,7 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <new>
 
+#include "MSPCMessage.h"
 #include "MSPDIRun.h"
 #include "MSPDISubcommands.h"
 
@@ -21,6 +23,11 @@ void describe(CLI::App& program) {
     program.require_subcommand(1);
 }
 
+int failed(std::string_view reason, const MSPDIOutput& output) {
+    output.err << "mspdi: " << reason << '\n';
+    return static_cast<int>(MSPDIStatus::CouldNotLook);
+}
+
 // Help and version are asked for and go to standard output; all else is wrong.
 int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIOutput& output) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
@@ -28,8 +35,7 @@ int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIO
     }
     std::string reason = error.what();
     std::replace(reason.begin(), reason.end(), '\n', ' ');
-    output.err << "mspdi: " << reason << " (mspdi --help tells more)\n";
-    return static_cast<int>(MSPDIStatus::CouldNotLook);
+    return failed(std::string(MSPCShownText(reason).view()) + " (mspdi --help tells more)", output);
 }
 
 }  // namespace
@@ -47,15 +53,15 @@ int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& 
     for (const auto addSubcommand : MSPDISubcommands()) {
         addSubcommand(program, run);
     }
+    int status = 0;
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        status = static_cast<int>(run.status);
     } catch (const CLI::ParseError& error) {
-        return statusOf(program, error, output);
+        status = statusOf(program, error, output);
+    } catch (const std::bad_alloc&) {
+        return failed("not enough memory", output);
     }
     output.out.flush();
-    if (!output.out) {
-        output.err << "mspdi: the result could not be written\n";
-        return static_cast<int>(MSPDIStatus::CouldNotLook);
-    }
-    return static_cast<int>(run.status);
+    return output.out ? status : failed("the result could not be written", output);
 }

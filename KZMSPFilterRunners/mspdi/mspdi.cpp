@@ -8,8 +8,8 @@
 #include "MSPCProcessGuard.h"
 #include "MSPCRandomSource.h"
 #include "MSPCServices.h"
+#include "MSPCSettingsFile.h"
 #include "MSPCTerminal.h"
-#include "MSPCUserDefaults.h"
 #include "MSPDIProgram.h"
 
 int main(int argumentCount, char** arguments) {

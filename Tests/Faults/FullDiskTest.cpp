@@ -77,7 +77,7 @@ bool mayMount(const fs::path& folder) {
     return MountedMemory(folder, 4'096).isMounted;
 }
 
-// Runs a program without a word; its exit status, if it came so far.
+// Runs a program with its output thrown away; its exit status, if it came so far.
 std::optional<int> statusOf(std::vector<std::string> words) {
     const pid_t child = fork();
     if (child == 0) {

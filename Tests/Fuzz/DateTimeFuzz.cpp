@@ -4,8 +4,7 @@
 #include "CountedSteps.h"
 #include "FuzzWorld.h"
 #include "MSPCException.h"
-#include "MSPCISO8601Patterns.h"
-#include "MSPCISO8601Scanner.h"
+#include "MSPCISO8601Reader.h"
 #include "MSPCISO8601Text.h"
 #include "MSPIUtilities.h"
 

@@ -10,7 +10,7 @@
 #include "FuzzWorld.h"
 #include "MSPCException.h"
 #include "MSPCTextScanner.h"
-#include "MSPCXMLDocument.h"
+#include "MSPCXMLLoader.h"
 #include "MSPEScheduleCalendar.h"
 #include "MSPEScheduleIterator.h"
 #include "PlainWorkingTime.h"
@@ -134,11 +134,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const CountedSteps steps;
     InputReader reader(textOf(bytes, size));
     const auto question = questionFrom(reader.upTo('\n'));
-    const auto document = MSPCXMLDocument::read(std::string(reader.rest()), MSPCXMLContent::DataOnly, "schedule");
-    if (!document) {
+    const MSPCXMLLoader loader(MSPCXMLContent::DataOnly, "schedule");
+    const auto loaded = loader.loadBytes(std::string(reader.rest()));
+    if (!loaded) {
         return 0;
     }
-    const MSPEScheduleCalendar calendar(gregorianFor(size), document->root());
+    const MSPEScheduleCalendar calendar(gregorianFor(size), loaded->document.root());
     questionsOfDaysEnd(calendar, question);
     workingTimeIsSound(calendar, question);
     stepsGrowWithTheInput(calendar.stepsTaken(), 50'000, 1, size);

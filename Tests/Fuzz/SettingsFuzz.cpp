@@ -2,7 +2,7 @@
 
 #include "CountedSteps.h"
 #include "FuzzWorld.h"
-#include "MSPCUserDefaults.h"
+#include "MSPCSettingsFile.h"
 #include "ScopedTempFolder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);

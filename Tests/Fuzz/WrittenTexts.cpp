@@ -13,7 +13,7 @@
 
 #include "FuzzWorld.h"
 #include "MSPCXMLDocument.h"
-#include "MSPCXMLNodeAccess.h"
+#include "MSPCXMLNode.h"
 
 namespace {
 

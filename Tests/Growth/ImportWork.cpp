@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "FuzzWorld.h"
+#include "MSPDIAccount.h"
 #include "MSPIXMLImporter.h"
 
 namespace {
@@ -31,4 +32,13 @@ ImportWork workOfImporting(std::string plan) {
                                                                   MSPCURL::fileURL("/home/me/Plan.kdzx", true));
     const auto after = countedWork();
     return {{after.steps - before.steps, after.bytes - before.bytes}, succeeded};
+}
+
+ImportWork workOfTellingLosses(std::string plan) {
+    FuzzWorld world;
+    world.fileSystem.addFile("/home/me/Plan.xml", std::move(plan));
+    const auto before = countedWork();
+    const auto account = MSPDIAccountOfPlan("/home/me/Plan.xml", world.services);
+    const auto after = countedWork();
+    return {{after.steps - before.steps, after.bytes - before.bytes}, !account.obstacle};
 }

@@ -7,7 +7,7 @@
 // make-shape NAME N >plan.xml: a plan of a shape, for counting its instructions with other tools; without arguments the
 // names of all shapes.
 int main(int argc, char** argv) {
-    for (const auto shapes : {shapesOnceQuadratic(), shapesOfLists()}) {
+    for (const auto shapes : {shapesOnceQuadratic(), shapesOfLists(), shapesOfLeaves()}) {
         for (const auto& shape : shapes) {
             if (argc < 3) {
                 std::puts(shape.name);

@@ -21,3 +21,5 @@ struct PlanShape {
 [[nodiscard]] std::span<const PlanShape> shapesOnceQuadratic();
 // Other combinations of lists.
 [[nodiscard]] std::span<const PlanShape> shapesOfLists();
+// Many leaves of one element, each of which may ask for the others.
+[[nodiscard]] std::span<const PlanShape> shapesOfLeaves();

@@ -20,16 +20,27 @@ struct Measured {
     double stepsPerByte;
 };
 
+// What is done with a plan.
+using Operation = ImportWork (*)(std::string plan);
+
 // The work beyond that for a plan of nothing, such as reading the template.
-Measured measured(const std::string& plan) {
-    static const auto base = workOfImporting(plainTasks(1)).work.steps;
-    const auto steps = workOfImporting(plan).work.steps;
+Measured measured(const std::string& plan, Operation operation) {
+    // What only the first run of a process costs is no work for a plan.
+    static const auto baseOf = [](Operation some) {
+        static_cast<void>(some(plainTasks(1)));
+        return some(plainTasks(1)).work.steps;
+    };
+    static const auto baseOfImport = baseOf(workOfImporting);
+    static const auto baseOfLosses = baseOf(workOfTellingLosses);
+    const auto base = operation == workOfImporting ? baseOfImport : baseOfLosses;
+    const auto steps = operation(plan).work.steps;
     return {plan.size(), static_cast<double>(steps > base ? steps - base : 0) / static_cast<double>(plan.size())};
 }
 
-double plainStepsPerByte() {
-    static const auto steps = measured(plainTasks(1000)).stepsPerByte;
-    return steps;
+double plainStepsPerByte(Operation operation) {
+    static const auto ofImport = measured(plainTasks(1000), workOfImporting).stepsPerByte;
+    static const auto ofLosses = measured(plainTasks(1000), workOfTellingLosses).stepsPerByte;
+    return operation == workOfImporting ? ofImport : ofLosses;
 }
 
 // Long enough that lists, not the plan's frame, decide.
@@ -42,21 +53,20 @@ int smallestOf(const PlanShape& shape) {
     return n;
 }
 
-class Shapes : public testing::TestWithParam<PlanShape> {};
-
-TEST_P(Shapes, areLinearAndNeverDear) {
+void expectLinearAndNeverDear(const PlanShape& shape, Operation operation) {
     constexpr int doublings = 4;
     constexpr double mostTimesPlain = 20;
     constexpr double largestExponent = 1.15;
-    const auto smallest = smallestOf(GetParam());
+    const auto smallest = smallestOf(shape);
     // What the first import of a process alone costs, such as reading the zone database, is no growth.
-    static_cast<void>(workOfImporting(GetParam().plan(smallest)));
+    static_cast<void>(operation(shape.plan(smallest)));
     // What hardly costs anything at first may come to cost something.
-    const auto atLeast = plainStepsPerByte() / mostTimesPlain;
+    const auto atLeast = plainStepsPerByte(operation) / mostTimesPlain;
     std::vector<Measured> steps;
     for (int doubling = 0; doubling <= doublings; ++doubling) {
-        steps.push_back(measured(GetParam().plan(smallest << doubling)));
-        EXPECT_LE(steps.back().stepsPerByte, mostTimesPlain * plainStepsPerByte()) << steps.back().size << " bytes";
+        steps.push_back(measured(shape.plan(smallest << doubling), operation));
+        EXPECT_LE(steps.back().stepsPerByte, mostTimesPlain * plainStepsPerByte(operation))
+            << steps.back().size << " bytes";
     }
     const auto growth = std::max(steps.back().stepsPerByte, atLeast) / std::max(steps.front().stepsPerByte, atLeast);
     const auto ofSize = static_cast<double>(steps.back().size) / static_cast<double>(steps.front().size);
@@ -64,11 +74,22 @@ TEST_P(Shapes, areLinearAndNeverDear) {
         << steps.front().stepsPerByte << " steps a byte, then " << steps.back().stepsPerByte;
 }
 
+class Shapes : public testing::TestWithParam<PlanShape> {};
+
+TEST_P(Shapes, areLinearAndNeverDear) {
+    expectLinearAndNeverDear(GetParam(), workOfImporting);
+}
+
+TEST_P(Shapes, areLinearAndNeverDearForTheirLosses) {
+    expectLinearAndNeverDear(GetParam(), workOfTellingLosses);
+}
+
 std::string nameOf(const testing::TestParamInfo<PlanShape>& shape) {
     return shape.param.name;
 }
 
 INSTANTIATE_TEST_SUITE_P(OnceQuadratic, Shapes, testing::ValuesIn(shapesOnceQuadratic()), nameOf);
+INSTANTIATE_TEST_SUITE_P(OfLeaves, Shapes, testing::ValuesIn(shapesOfLeaves()), nameOf);
 INSTANTIATE_TEST_SUITE_P(OfLists, Shapes, testing::ValuesIn(shapesOfLists()), nameOf);
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "MSPCXMLDocument.h"
+#include "MSPCXMLLoader.h"
 
 namespace {
 
@@ -94,18 +94,19 @@ void damageElement(MSPCXMLNode element, const std::vector<MSPCXMLNode>& others, 
 }
 
 void damageStructure(std::string& bytes, std::mt19937& random) {
-    auto document = MSPCXMLDocument::read(bytes, MSPCXMLContent::Everything);
-    if (!document) {
+    const auto loaded = MSPCXMLLoader(MSPCXMLContent::Everything).loadBytes(bytes);
+    if (!loaded) {
         return;
     }
+    const auto& document = loaded->document;
     for (auto count = 1 + random() % 3; count > 0; --count) {
-        const auto elements = elementsOf(*document);
+        const auto elements = elementsOf(document);
         const auto element = elements[below(random, elements.size())];
-        if (element != document->root()) {
+        if (element != document.root()) {
             damageElement(element, elements, random);
         }
     }
-    bytes = document->serialized();
+    bytes = document.serialized();
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "ExpectRaises.h"
 #include "InMemoryFileSystem.h"
 #include "MSPCURL.h"
+#include "MSPCXMLLoader.h"
 #include "MSPCXMLSelection.h"
 #include "RecordingLog.h"
 #include "XMLText.h"
@@ -212,7 +213,7 @@ TEST(MSPCExtensions, loadsOnlyWhatASelectionNames) {
     files.addFile("/in/Plan.xml", "<Project><Name>a</Name><Other>b</Other></Project>");
     const auto selection = MSPCXMLSelection::fromText("Project(Name)");
     const auto url = MSPCURL::fileURL("/in/Plan.xml", false);
-    EXPECT_EQ(newXmlDocFromUrl(url, MSPCXMLContent::DataOnly, files, log, &selection).root().markup(),
+    EXPECT_EQ(newXmlDocFromUrlSelection(url, selection, files, log).document.root().markup(),
               "<Project><Name>a</Name></Project>");
 }
 
@@ -246,7 +247,7 @@ TEST(MSPCExtensions, whatCannotBeReadInPartIsLoadedWholeInSpiteOfASelection) {
         InMemoryFileSystem files;
         RecordingLog log;
         files.addFile("/in/Plan.xml", bytes);
-        EXPECT_EQ(newXmlDocFromUrl(url, MSPCXMLContent::DataOnly, files, log, &selection).root().markup(), markup);
+        EXPECT_EQ(newXmlDocFromUrlSelection(url, selection, files, log).document.root().markup(), markup);
         EXPECT_EQ(log.takeLines(), warnings) << bytes;
     }
 }
@@ -258,8 +259,8 @@ TEST(MSPCExtensions, aSelectionChangesNoFailure) {
     files.addFile("/in/Cut.xml", "<scenario><a></scenario>");
     const auto selection = MSPCXMLSelection::fromText("Project(Name)");
     for (const char* path : {"/in/Empty.xml", "/in/Cut.xml", "/in/Missing.xml", "/in"}) {
-        EXPECT_RAISES(newXmlDocFromUrl(MSPCURL::fileURL(path, false), MSPCXMLContent::DataOnly, files, log, &selection),
-                      MSPEXMLException, "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
+        EXPECT_RAISES(newXmlDocFromUrlSelection(MSPCURL::fileURL(path, false), selection, files, log), MSPEXMLException,
+                      "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.");
     }
 }
 

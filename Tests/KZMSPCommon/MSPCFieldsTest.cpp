@@ -151,13 +151,14 @@ TEST(MSPCFields, answerAsTheQueriesDo) {
     }
 }
 
-// Elements made to hurt have so many fields that names are looked up another way; the answers are the same.
+// Elements of a hostile plan have so many fields that names are looked up another way; the answers are the same.
 TEST(MSPCFields, ofVeryManyFieldsTheLastOfAName) {
     std::string xml = "<Task><Name>first</Name>";
     for (int i = 0; i < 1000; ++i) {
         xml += "<n" + std::to_string(i) + ">" + std::to_string(i) + "</n" + std::to_string(i) + ">";
     }
-    const auto document = MSPCXMLDocument::read(xml + "<Name>last</Name></Task>", MSPCXMLContent::DataOnly);
+    const auto document =
+        MSPCXMLDocument::read(xml + "<Name>last</Name></Task>", {.content = MSPCXMLContent::DataOnly});
     ASSERT_TRUE(document);
     const MSPCFields fields(document->root());
     Error error;

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <random>
 
-#include "MSPCStringSink.h"
+#include "MSPCByteStreams.h"
+#include "MSPCXMLLoader.h"
 #include "MSPDIAccount.h"
 #include "MSPDIMemoryImport.h"
 
@@ -69,6 +71,7 @@ ChangedPlan::ChangedPlan(std::string bytes) : _bytes(std::move(bytes)) {
     const auto plan = copy();
     _original = importOf(plan);
     visitLeaves(plan.root(), "/Project", [this](const MSPCXMLNode& leaf, const std::string& path) {
+        _texts[path] = leaf.stringValue();
         _values[withoutNumbers(path)].push_back(leaf.stringValue());
     });
     ServicesInMemory outside;
@@ -78,22 +81,6 @@ ChangedPlan::ChangedPlan(std::string bytes) : _bytes(std::move(bytes)) {
     const auto account = MSPDIAccountOfPlan(planPath, outside.services, options);
     EXPECT_EQ(account.total(), _fates.size());
     outside.log.ignoreLines();
-}
-
-std::set<std::string> ChangedPlan::leaves() const {
-    std::set<std::string> paths;
-    visitLeaves(copy().root(), "/Project", [&](const MSPCXMLNode&, const std::string& path) { paths.insert(path); });
-    return paths;
-}
-
-std::string ChangedPlan::textAt(const std::string& path) const {
-    std::string text;
-    visitLeaves(copy().root(), "/Project", [&](const MSPCXMLNode& leaf, const std::string& at) {
-        if (at == path) {
-            text = leaf.stringValue();
-        }
-    });
-    return text;
 }
 
 const std::vector<std::string>& ChangedPlan::valuesAt(const std::string& elementPath) const {
@@ -128,9 +115,33 @@ bool ChangedPlan::isSameWith(const std::string& path, const std::string& value) 
     return importOf(plan) == _original;
 }
 
+std::pair<std::string, std::string> ChangedPlan::withUnknownElement(unsigned seed) const {
+    constexpr std::string_view unknown = "Zebra";
+    std::mt19937 random(seed);
+    const auto drawn = [&random](std::size_t below) {
+        return std::uniform_int_distribution<std::size_t>(0, below - 1)(random);
+    };
+    auto plan = copy();
+    std::vector<MSPCXMLNode> owners{plan.root()};
+    for (std::size_t at = 0; at < owners.size(); ++at) {
+        const auto children = elementsIn(owners[at]);
+        owners.insert(owners.end(), children.begin(), children.end());
+    }
+    auto owner = owners[drawn(owners.size())];
+    auto element = owner.newElement(unknown);
+    element.node().setStringValue("7");
+    const auto children = elementsIn(owner);
+    owner.insertChildBefore(std::move(element), children.empty() ? MSPCXMLNode() : children[drawn(children.size())]);
+    std::string found;
+    visitLeaves(plan.root(), "/Project", [&](const MSPCXMLNode& leaf, const std::string& path) {
+        found = leaf.name() == unknown ? path : found;
+    });
+    return {plan.serialized(), found};
+}
+
 MSPCXMLDocument ChangedPlan::copy() const {
-    auto document = MSPCXMLDocument::read(_bytes, MSPCXMLContent::DataOnly, "Project");
-    return document ? std::move(*document) : MSPCXMLDocument();
+    auto loaded = MSPCXMLLoader(MSPCXMLContent::DataOnly, "Project").loadBytes(_bytes);
+    return loaded ? std::move(loaded->document) : MSPCXMLDocument();
 }
 
 std::optional<ChangedPlan::Bundle> ChangedPlan::importOf(const MSPCXMLDocument& plan) const {

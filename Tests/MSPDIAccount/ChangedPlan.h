@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "MSPCXMLDocument.h"
@@ -21,13 +22,15 @@ public:
     // The path and the fate of every leaf, in order.
     [[nodiscard]] const std::vector<std::pair<std::string, MSPDIFate>>& fates() const { return _fates; }
     // All leaves of the document by their paths, counted here.
-    [[nodiscard]] std::set<std::string> leaves() const;
-    [[nodiscard]] std::string textAt(const std::string& path) const;
+    [[nodiscard]] const std::map<std::string, std::string>& leaves() const { return _texts; }
+    [[nodiscard]] const std::string& textAt(const std::string& path) const { return _texts.at(path); }
 
     // Whether the document is the same without these leaves.
     [[nodiscard]] bool isSameWithout(const std::vector<std::string>& paths) const;
     // Whether it is the same with that value in a leaf.
     [[nodiscard]] bool isSameWith(const std::string& path, const std::string& value) const;
+    // The plan with an element of a name that nobody knows, put in a place that `seed` draws, and its path.
+    [[nodiscard]] std::pair<std::string, std::string> withUnknownElement(unsigned seed) const;
     // All values of the leaves whose path without numbers is this one.
     [[nodiscard]] const std::vector<std::string>& valuesAt(const std::string& elementPath) const;
 
@@ -38,6 +41,7 @@ private:
     std::string _bytes;
     std::optional<Bundle> _original;
     std::vector<std::pair<std::string, MSPDIFate>> _fates;
+    std::map<std::string, std::string> _texts;  // of the leaves by path
     std::map<std::string, std::vector<std::string>> _values;
 };
 

@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <random>
 
+#include "AccountsOfPlan.h"
 #include "ChangedPlan.h"
 #include "MangledPlan.h"
 #include "OtherValue.h"
@@ -65,7 +67,7 @@ void findCulprits(const ChangedPlan& plan, const std::vector<std::string>& paths
 
 // Every leaf that may be removed at once, and some of them and of those that are carried one by one.
 void expectTrueFates(const ChangedPlan& plan, std::size_t count) {
-    const auto leaves = plan.leaves();
+    const auto& leaves = plan.leaves();
     ASSERT_EQ(plan.fates().size(), leaves.size());
     std::vector<std::string> removable;
     std::vector<std::string> carried;
@@ -88,8 +90,8 @@ void expectTrueFates(const ChangedPlan& plan, std::size_t count) {
     std::mt19937 random(seed);
     std::shuffle(removable.begin(), removable.end(), random);
     std::shuffle(carried.begin(), carried.end(), random);
-    removable.resize(std::min(removable.size(), count / 4));
     carried.resize(std::min(carried.size(), count - count / 4));
+    removable.resize(std::min(removable.size(), count - carried.size()));
     for (const auto& path : removable) {
         EXPECT_TRUE(plan.isSameWithout({path})) << path << " = " << plan.textAt(path);
     }
@@ -115,6 +117,31 @@ TEST(FatesFolder, isThere) {
     if (corpusPlans().empty()) {
         GTEST_SKIP() << "no plans in " << corpusFolder() << "; KZMSP_CORPUS names another folder";
     }
+}
+
+// Wherever a plan holds an element that nobody knows, it is told.
+TEST_P(Fates, areToldOfAnUnknownElementAnywhere) {
+    constexpr unsigned timesInEachPlan = 8;
+    const ChangedPlan plan(bytesOf(corpusFolder() / GetParam()));
+    for (unsigned number = 0; number < timesInEachPlan; ++number) {
+        const auto [bytes, path] = plan.withUnknownElement(seed + number);
+        ServicesInMemory world;
+        world.machine.addFile("/plans/Plan.xml", bytes);
+        MSPDIAccountOptions options;
+        options.mostPlaces = std::numeric_limits<std::size_t>::max();
+        const auto account = MSPDIAccountOfPlan("/plans/Plan.xml", world.services, options);
+        world.log.ignoreLines();
+        const auto loss = std::find_if(account.losses.begin(), account.losses.end(),
+                                       [](const auto& one) { return one.kind == "unknown-element"; });
+        ASSERT_NE(loss, account.losses.end()) << path;
+        EXPECT_TRUE(std::any_of(loss->where.begin(), loss->where.end(), [&at = path](const auto& place) {
+            return place.path == at;
+        })) << path;
+    }
+}
+
+TEST_P(Fates, areTheSameInPieces) {
+    expectOneAccount(bytesOf(corpusFolder() / GetParam()));
 }
 
 TEST_P(Fates, areTrue) {
@@ -154,6 +181,7 @@ TEST_P(MangledFates, areTrue) {
         SCOPED_TRACE("mangled with " + std::to_string(number));
         const auto mangled = mangledPlan(bytes, number);
         expectTrueFates(ChangedPlan(mangled), 16);
+        expectOneAccount(mangled);
         if (HasFailure()) {
             std::ofstream(testing::TempDir() + "mangled.xml") << mangled;
             break;

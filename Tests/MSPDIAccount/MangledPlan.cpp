@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "MSPCXMLDocument.h"
+#include "MSPCXMLLoader.h"
 #include "MSPIElementsRead.h"
 
 namespace {
@@ -91,16 +91,17 @@ void mangle(MSPCXMLNode leaf, const std::vector<MSPCXMLNode>& leaves, Random& ra
 }  // namespace
 
 std::string mangledPlan(const std::string& bytes, unsigned seed) {
-    auto plan = MSPCXMLDocument::read(bytes, MSPCXMLContent::DataOnly, "Project");
-    if (!plan) {
+    const auto loaded = MSPCXMLLoader(MSPCXMLContent::DataOnly, "Project").loadBytes(bytes);
+    if (!loaded) {
         return bytes;
     }
+    const auto& plan = loaded->document;
     Random random(seed);
     const auto count = 1 + drawn(random, 12);
     for (std::size_t step = 0; step < count; ++step) {
         std::vector<MSPCXMLNode> leaves;
-        collectLeaves(plan->root(), MSPIElementsRead().child("Project"), leaves);
+        collectLeaves(plan.root(), MSPIElementsRead().child("Project"), leaves);
         mangle(leaves[drawn(random, leaves.size())], leaves, random);
     }
-    return plan->serialized();
+    return plan.serialized();
 }

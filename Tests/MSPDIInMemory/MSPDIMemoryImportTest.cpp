@@ -66,6 +66,22 @@ TEST_F(MemoryImportTest, givesTheReasonOfARefusal) {
     EXPECT_TRUE(result.bundle.empty());
 }
 
+TEST_F(MemoryImportTest, tellsWhatARefusalIsAbout) {
+    const auto result = importOf(planOf("<Tasks><Task><UID>7</UID><Name>Paint</Name><Type>9</Type></Task></Tasks>"));
+    ASSERT_FALSE(result.isImported());
+    EXPECT_EQ(result.refusal->reason, "Unexpected MSPDI Task Type: 9");
+    EXPECT_EQ(result.refusal->subject, "Task UID='7' name='Paint'");
+}
+
+TEST(RefusalTest, isOneSentence) {
+    EXPECT_EQ((MSPDIRefusal{"", "No.", ""}).sentence(), "No.");
+    EXPECT_EQ((MSPDIRefusal{"", "No: 9", "Task UID='7'"}).sentence(), "No: 9 (Task UID='7')");
+    EXPECT_EQ((MSPDIRefusal{"", "No.", "Task UID='7'"}).sentence(), "No (Task UID='7').");
+    EXPECT_EQ((MSPDIRefusal{"", "", "Task UID='7'"}).sentence(), "The importer gives no reason (Task UID='7').");
+    EXPECT_EQ((MSPDIRefusal{"", "", ""}).sentence(), "The importer gives no reason.");
+    EXPECT_EQ((MSPDIRefusal{"", "One\ntwo", ""}).sentence(), "One two");
+}
+
 TEST_F(MemoryImportTest, givesWarningsWithoutTheWord) {
     const auto result = importOf(planOf("<SaveVersion>14</SaveVersion><CurrencyCode>EUR</CurrencyCode>"));
     ASSERT_TRUE(result.isImported());

@@ -14,6 +14,8 @@
 #include "MSPCExtensions.h"
 #include "MSPCFileSystem.h"
 #include "MSPCServices.h"
+#include "MSPCXMLLoader.h"
+#include "MSPIBaselineIndex.h"
 #include "MSPIBundleNaming.h"
 #include "MSPIElementsRead.h"
 #include "MapUserDefaults.h"
@@ -54,8 +56,13 @@ struct Outcome {
 
 class MSPIScenarioMappingTest : public testing::Test {
 protected:
-    MSPCXMLDocument load(const fs::path& path, MSPCXMLContent content, const MSPCXMLSelection* selection = nullptr) {
-        return newXmlDocFromUrl(MSPCURL::fileURL(path.string(), false), content, _fileSystem, _log, selection);
+    MSPCXMLDocument load(const fs::path& path, MSPCXMLContent content) {
+        return newXmlDocFromUrl(MSPCURL::fileURL(path.string(), false), content, _fileSystem, _log);
+    }
+    MSPCXMLLoaded loadPlan(const fs::path& path, const MSPCXMLSelection* selection) {
+        const auto url = MSPCURL::fileURL(path.string(), false);
+        return selection != nullptr ? newXmlDocFromUrlSelection(url, *selection, _fileSystem, _log)
+                                    : MSPCXMLLoaded{load(path, MSPCXMLContent::DataOnly), {}, {}};
     }
 
     Outcome outcomeOf(const fs::path& plan, const MSPCXMLSelection* selection) {
@@ -88,15 +95,20 @@ private:
         const MSPCServices services{_clock,      *MSPCTimeZone::named("Europe/Berlin"), _log, _settings, _fileSystem,
                                     randomSource};
         const auto bundle = fs::path(KZMSP_SOURCE) / "share" / "kadenza2" / "Empty.kdzx";
-        auto mspdi = load(plan, MSPCXMLContent::DataOnly, selection);
+        auto mspdi = loadPlan(plan, selection);
+        std::shared_ptr<const MSPIBaselineIndex> baselines;
         const auto kdzxTemplate = load(bundle / "Actual.xml", MSPCXMLContent::Everything);
         auto kdzxTOC = load(bundle / "__TOC.xml", MSPCXMLContent::Everything);
         for (int number = -1; number <= lastBaseline; ++number) {
+            if (number == 0) {
+                baselines = std::make_shared<const MSPIBaselineIndex>(mspdi.document, std::move(mspdi.deferred));
+            }
             MSPIImportInfo info;
+            info.baselines = baselines;
             info.mspdiProjectName = plan.stem().string();
             info.mspdiBaselineNumber = number < 0 ? std::nullopt : std::optional(number);
             info.kdzxScenarioName = MSPIScenarioName(info.mspdiBaselineNumber);
-            if (const auto scenario = MSPIMapScenario(mspdi, kdzxTemplate, kdzxTOC, info, services)) {
+            if (const auto scenario = MSPIMapScenario(mspdi.document, kdzxTemplate, kdzxTOC, info, services)) {
                 documents.push_back(scenario->serialized());
             }
         }

@@ -13,7 +13,7 @@
 #include "MSPCExtensions.h"
 #include "MSPCServices.h"
 #include "MSPCURL.h"
-#include "MSPCXMLDocument.h"
+#include "MSPCXMLLoader.h"
 #include "MSPIElementsRead.h"
 #include "MSPIMappingContext.h"
 #include "MapUserDefaults.h"
@@ -37,7 +37,7 @@ public:
 
 // A document from a snippet; the test fails when the snippet is no XML.
 inline MSPCXMLDocument documentFromXML(std::string_view xml, MSPCXMLContent content = MSPCXMLContent::DataOnly) {
-    auto document = MSPCXMLDocument::read(std::string(xml), content);
+    auto document = MSPCXMLDocument::read(std::string(xml), {.content = content});
     if (!document) {
         ADD_FAILURE() << "not XML: " << xml;
         return {};
@@ -55,13 +55,13 @@ inline const MSPCXMLSelection& elementsRead() {
 
 // An MSPDI document, loaded as by an import: it lacks what no import reads. `projectContent` is what stands between the
 // tags of `Project`.
-inline MSPCXMLDocument planFromXML(std::string_view projectContent) {
+inline MSPCXMLLoaded planFromXML(std::string_view projectContent) {
     constexpr const char* path = "/Plan.xml";
     InMemoryFileSystem disk;
     disk.addFile(
         path, "<Project xmlns=\"http://schemas.microsoft.com/project\">" + std::string(projectContent) + "</Project>");
     RecordingLog log;  // repairs would stand there
-    return newXmlDocFromUrl(MSPCURL::fileURL(path, false), MSPCXMLContent::DataOnly, disk, log, &elementsRead());
+    return newXmlDocFromUrlSelection(MSPCURL::fileURL(path, false), elementsRead(), disk, log);
 }
 
 // The content of an MSPDI project and the context of its mapping.
@@ -69,7 +69,7 @@ class MappingFixture : public MappingServices {
 public:
     // `projectContent` is what stands between the tags of `Project`.
     explicit MappingFixture(std::string_view projectContent, std::string_view zone = "Europe/Berlin")
-        : MappingServices(zone), document(planFromXML(projectContent)), context(services) {
+        : MappingServices(zone), document(planFromXML(projectContent).document), context(services) {
         context.setMspProject(document.root());
     }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "MSPIBaselineIndex.h"
 #include "MSPIMapper.h"
 #include "MappingFixture.h"
 
@@ -42,7 +44,10 @@ public:
     explicit ProjectImport(const std::string& projectContent, std::string_view tocMarkup = emptyTOC)
         : ProjectImport(planFromXML(projectContent), tocMarkup) {}
     ProjectImport(MSPCXMLDocument&& source, std::string_view tocMarkup)
-        : project(std::move(source)),
+        : ProjectImport(MSPCXMLLoaded{std::move(source), {}, {}}, tocMarkup) {}
+    ProjectImport(MSPCXMLLoaded&& source, std::string_view tocMarkup)
+        : project(std::move(source.document)),
+          deferred(std::move(source.deferred)),
           toc(documentFromXML(tocMarkup, MSPCXMLContent::Everything)),
           scenarioTemplate(documentFromXML(templateScenarioMarkup)) {
         randomSource = ListedRandomSource{0x0100000000000000, 0x0200000000000000, 0x0300000000000000};
@@ -61,10 +66,18 @@ public:
         return map();
     }
     std::string map() {
-        MSPIMapper mapper(project, scenarioTemplate, toc, info, services);
+        auto scenarioInfo = info;
+        if (!info.baselines && info.mspdiBaselineNumber) {
+            scenarioInfo.baselines = baselines();
+        }
+        MSPIMapper mapper(project, scenarioTemplate, toc, scenarioInfo, services);
         mapper.map();
         projectName = mapper.mspProjectName();
         return mapper.kdzxXmlDoc() ? markupOf(*mapper.kdzxXmlDoc()) : "(none)";
+    }
+    // Those of the project as it is now.
+    [[nodiscard]] std::shared_ptr<const MSPIBaselineIndex> baselines() const {
+        return project.root() ? std::make_shared<const MSPIBaselineIndex>(project, deferred) : nullptr;
     }
     // The markup of the one element of a path below the table of contents' root.
     std::string inTOC(const std::string& path) {
@@ -73,6 +86,7 @@ public:
     }
 
     MSPCXMLDocument project;
+    MSPCXMLDeferredElements deferred;
     MSPCXMLDocument toc;
     MSPCXMLDocument scenarioTemplate;
     MSPIImportInfo info;

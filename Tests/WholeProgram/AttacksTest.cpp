@@ -1,7 +1,7 @@
 #include "AttackBounds.h"
 #include "BundleMask.h"
 
-// Plans made to hurt: each ends within bounds of time and memory, with a bundle or a clear reason.
+// Hostile plans: each ends within bounds of time and memory, with a bundle or a clear reason.
 
 namespace {
 

@@ -33,6 +33,16 @@ bool isOutOfRange(unsigned char first, unsigned char second) noexcept {
            (first == 0xF0U && second < 0x90U) || (first == 0xF4U && second > 0x8FU);
 }
 
+// The length of the terminator that starts at a position; 0 when none does.
+std::size_t terminatorLength(std::string_view text) {
+    for (const std::string_view terminator : {"\r\n", "\n", "\r", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
+        if (text.starts_with(terminator)) {
+            return terminator.size();
+        }
+    }
+    return 0;
+}
+
 }  // namespace
 
 std::optional<std::u32string> MSPCCharactersOf(std::string_view utf8) {
@@ -74,10 +84,32 @@ char32_t MSPCCharacterOfLength(std::string_view utf8, std::size_t length) noexce
     return character;
 }
 
+bool MSPCIsUTF8(std::string_view text) noexcept {
+    while (!text.empty()) {
+        const auto length = MSPCLengthOfCharacter(text);
+        if (length == 0) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
 bool MSPCIsLetter(char32_t character) noexcept {
     return u_isalpha(static_cast<UChar32>(character));
 }
 
 bool MSPCIsLetterOrDigit(char32_t character) noexcept {
     return u_isalnum(static_cast<UChar32>(character));
+}
+
+MSPCLineBreak nextLineBreak(std::string_view text, std::size_t from) {
+    constexpr std::string_view firstBytes = "\n\r\xC2\xE2";
+    for (auto at = text.find_first_of(firstBytes, from); at != std::string_view::npos;
+         at = text.find_first_of(firstBytes, at + 1)) {
+        if (const auto length = terminatorLength(text.substr(at)); length > 0) {
+            return {at, at + length};
+        }
+    }
+    return {text.size(), text.size()};
 }

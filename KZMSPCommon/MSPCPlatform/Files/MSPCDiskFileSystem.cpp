@@ -1,5 +1,7 @@
 #include <fcntl.h>
+#include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -8,7 +10,9 @@
 #include <memory>
 #include <new>
 #include <stdexcept>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "MSPCAtomicFile.h"
 #include "MSPCFileDescriptor.h"
@@ -78,6 +82,69 @@ int readWhole(int folder, const std::string& path, std::string& bytes) {
 std::optional<std::string> failureText(const std::error_code& error) {
     return error ? std::optional(error.message()) : std::nullopt;
 }
+
+// A user's home folder; empty when it is not known. An empty name is the user who runs the program.
+std::string homeFolder(const std::string& user) {
+    if (user.empty()) {
+        const char* home = std::getenv("HOME");
+        if (home && *home) {
+            return home;
+        }
+    }
+    const auto* entry = user.empty() ? ::getpwuid(::getuid()) : ::getpwnam(user.c_str());
+    return entry && entry->pw_dir ? entry->pw_dir : "";
+}
+
+std::string withHomeFolder(std::string_view path) {
+    if (!path.starts_with('~')) {
+        return std::string(path);
+    }
+    const auto end = std::min(path.find('/'), path.size());
+    auto home = homeFolder(std::string(path.substr(1, end - 1)));
+    return home.empty() ? std::string(path) : home.append(path.substr(end));
+}
+
+std::string inCurrentFolder(const std::string& path) {
+    std::error_code error;
+    const auto current = fs::current_path(error);
+    return current.native() + "/" + path;
+}
+
+// At the front of a relative path ".." components stay: what they lead to is not known.
+std::vector<std::string_view> resolvedComponents(std::string_view path, bool isAbsolute) {
+    std::vector<std::string_view> components;
+    while (!path.empty()) {
+        const auto end = std::min(path.find('/'), path.size());
+        const auto component = path.substr(0, end);
+        path.remove_prefix(std::min(end + 1, path.size()));
+        if (component.empty() || component == ".") {
+            continue;
+        }
+        if (component != "..") {
+            components.push_back(component);
+        } else if (!components.empty() && components.back() != "..") {
+            components.pop_back();
+        } else if (!isAbsolute) {
+            components.push_back(component);
+        }
+    }
+    return components;
+}
+
+class DiskSource final : public MSPCByteSource {
+public:
+    DiskSource(MSPCFileDescriptor file, std::size_t size) : _file(std::move(file)), _size(size) {}
+
+    [[nodiscard]] std::optional<std::size_t> read(char* buffer, std::size_t capacity) override {
+        std::size_t count = 0;
+        return _file.read(buffer, capacity, count) == 0 ? std::optional(count) : std::nullopt;
+    }
+    [[nodiscard]] std::size_t expectedSize() const override { return _size; }
+
+private:
+    MSPCFileDescriptor _file;
+    std::size_t _size;
+};
 
 }  // namespace
 
@@ -211,4 +278,42 @@ std::optional<std::string> MSPCDiskFileSystem::synchronize(const std::set<std::s
         }
     }
     return failure;
+}
+
+std::string MSPCDiskFileSystem::standardizedPath(std::string_view path) const {
+    if (path.empty()) {
+        return {};
+    }
+    const auto whole = withHomeFolder(path);
+    const bool isAbsolute = whole.starts_with('/');
+    std::string result;
+    for (const auto component : resolvedComponents(whole, isAbsolute)) {
+        result.append(isAbsolute || !result.empty() ? "/" : "").append(component);
+    }
+    if (result.empty()) {
+        return isAbsolute ? "/" : ".";
+    }
+    return result;
+}
+
+std::string MSPCDiskFileSystem::absolutePath(std::string_view path) const {
+    const auto standardized = standardizedPath(path);
+    const bool isRelative = !standardized.empty() && !standardized.starts_with('/');
+    return isRelative ? standardizedPath(inCurrentFolder(standardized)) : standardized;
+}
+
+std::unique_ptr<MSPCByteSource> MSPCDiskFileSystem::openFile(const std::string& path) const {
+    // Only a regular file can be read a second time, should that be needed. Anything else is not even opened: the
+    // writer of a pipe would take that for its reader.
+    const auto found = statusOf(path);
+    if (!found || !S_ISREG(found->st_mode)) {
+        return nullptr;
+    }
+    // Should a pipe have taken the file's place, opening it must not wait for somebody to write to it.
+    MSPCFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return nullptr;
+    }
+    return std::make_unique<DiskSource>(std::move(file), static_cast<std::size_t>(status.st_size));
 }

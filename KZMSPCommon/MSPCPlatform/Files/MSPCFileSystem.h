@@ -6,24 +6,10 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-// Takes the bytes of a file as they are made.
-class MSPCByteSink {
-public:
-    virtual ~MSPCByteSink() = default;
-    virtual void write(std::string_view bytes) = 0;
-};
-
-// Gives the bytes of an open file piece by piece.
-class MSPCByteSource {
-public:
-    virtual ~MSPCByteSource() = default;
-    // Reads up to `capacity` bytes and gives their number, 0 at the end; none when reading fails.
-    [[nodiscard]] virtual std::optional<std::size_t> read(char* buffer, std::size_t capacity) = 0;
-    // The size of the file in bytes, as far as it is known.
-    [[nodiscard]] virtual std::size_t expectedSize() const = 0;
-};
+#include "MSPCByteStreams.h"
 
 // Reads files.
 class MSPCFileReader {
@@ -37,7 +23,10 @@ public:
                                                               std::string* failure = nullptr) const = 0;
     // An open file to be read in pieces; a null pointer when it cannot be read. What does not read in pieces gives the
     // content of `readFile`.
-    [[nodiscard]] virtual std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const;
+    [[nodiscard]] virtual std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const {
+        auto content = readFile(path);
+        return content ? std::make_unique<MSPCContentSource>(std::move(*content)) : nullptr;
+    }
 };
 
 // A folder in the making: it grows under a hidden name beside its place, and gets its own name in one step at the end,

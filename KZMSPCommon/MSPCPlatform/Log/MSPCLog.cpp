@@ -2,49 +2,60 @@
 
 #include <fmt/compile.h>
 #include <fmt/format.h>
-#include <spdlog/pattern_formatter.h>
 #include <unistd.h>
 
-#include <chrono>
+#include <ctime>
+#include <iterator>
 #include <optional>
 #include <utility>
 
-class MSPCStandardErrorLog::Sink {
+namespace {
+
+// "YYYY-MM-DD hh:mm:ss" on the clocks of the process's zone.
+std::string localTimeText(std::chrono::sys_seconds second) {
+    const auto time = std::chrono::system_clock::to_time_t(second);
+    std::tm local{};
+    ::localtime_r(&time, &local);
+    return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+                       local.tm_hour, local.tm_min, local.tm_sec);
+}
+
+}  // namespace
+
+class MSPCStandardErrorLog::Lines {
 public:
     // The number of the process does not change, or every line would ask the system for it.
-    Sink(const std::string& processName, MSPCLogBlock& block)
+    Lines(const std::string& processName, MSPCLogBlock& block)
         : _block(block), _origin(fmt::format(" {}[{}] ", processName, ::getpid())) {}
 
     void write(std::string_view message) {
         using namespace std::chrono;
-        const auto now = spdlog::log_clock::now();
+        const auto now = floor<milliseconds>(system_clock::now());
         const auto second = floor<seconds>(now);
         if (second != _second) {
+            _timeOfSecond = localTimeText(second);
             _second = second;
-            _timeOfSecond.clear();
-            _formatter.format(spdlog::details::log_msg(second, {}, {}, spdlog::level::info, {}), _timeOfSecond);
         }
         _line.clear();
         _line.append(_timeOfSecond);
-        fmt::format_to(fmt::appender(_line), FMT_COMPILE(".{:03}"), duration_cast<milliseconds>(now - second).count());
+        fmt::format_to(std::back_inserter(_line), FMT_COMPILE(".{:03}"), (now - second).count());
         _line.append(_origin);
         _line.append(message);
         _line.push_back('\n');
-        _block.add({_line.data(), _line.size()});
+        _block.add(_line);
     }
 
 private:
     MSPCLogBlock& _block;
     std::string _origin;
     // Most lines of a long import come within the second of the line before.
-    spdlog::pattern_formatter _formatter{"%Y-%m-%d %H:%M:%S", spdlog::pattern_time_type::local, ""};
-    std::optional<std::chrono::time_point<spdlog::log_clock, std::chrono::seconds>> _second;
-    spdlog::memory_buf_t _timeOfSecond;
-    spdlog::memory_buf_t _line;
+    std::optional<std::chrono::sys_seconds> _second;
+    std::string _timeOfSecond;
+    std::string _line;
 };
 
 MSPCStandardErrorLog::MSPCStandardErrorLog(std::string processName)
-    : _block(STDERR_FILENO), _sink(std::make_unique<Sink>(processName, _block)) {
+    : _block(STDERR_FILENO), _lines(std::make_unique<Lines>(processName, _block)) {
 }
 
 MSPCStandardErrorLog::~MSPCStandardErrorLog() {
@@ -53,7 +64,7 @@ MSPCStandardErrorLog::~MSPCStandardErrorLog() {
 }
 
 void MSPCStandardErrorLog::write(std::string_view message) {
-    _sink->write(message);
+    _lines->write(message);
 }
 
 bool MSPCStandardErrorLog::isOnTerminal() const {

@@ -47,7 +47,7 @@ protected:
     void write(std::string_view message) override;
 
 private:
-    class Sink;
-    MSPCLogBlock _block;  // no part of the sink: a log can then be had even when there is no memory for such a block
-    std::unique_ptr<Sink> _sink;
+    class Lines;
+    MSPCLogBlock _block;  // no part of the lines: a log can then be had even when there is no memory for such a block
+    std::unique_ptr<Lines> _lines;
 };

@@ -23,7 +23,6 @@ struct MSPCCivilDate {
     friend bool operator==(const MSPCCivilDate&, const MSPCCivilDate&) = default;
 };
 
-inline constexpr std::int64_t MSPCSecondsPerDay = 86'400;
 // The days of 400 years, after which dates and weekdays repeat.
 inline constexpr std::int64_t MSPCDaysPerCycle = 146'097;
 

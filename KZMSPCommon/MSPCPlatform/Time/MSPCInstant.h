@@ -8,6 +8,8 @@
 // A span of time in seconds; fractions are kept.
 using MSPCTimeInterval = double;
 
+inline constexpr std::int64_t MSPCSecondsPerDay = 86'400;
+
 // An absolute point in time, independent of any zone.
 struct MSPCInstant {
     double secondsSince1970 = 0;  // since 1970-01-01T00:00:00Z, leap seconds not counted

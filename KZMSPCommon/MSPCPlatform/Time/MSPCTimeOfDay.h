@@ -27,4 +27,4 @@ struct MSPCTimeOfDay {
 };
 
 inline constexpr MSPCTimeOfDay MSPCMidnight{0};
-inline constexpr MSPCTimeOfDay MSPCEndOfDay{86'400};
+inline constexpr MSPCTimeOfDay MSPCEndOfDay{MSPCSecondsPerDay};

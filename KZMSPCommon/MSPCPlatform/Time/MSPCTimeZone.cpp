@@ -17,10 +17,9 @@
 
 namespace {
 
-constexpr std::int64_t SecondsPerDay = 86'400;
 constexpr std::int64_t FarthestOffset = 26 * 3600;
 // Dates and weekdays of the Gregorian calendar, and with them the rules for changes of the clock, repeat in 400 years.
-constexpr std::int64_t GregorianCycle = 146'097 * SecondsPerDay;
+constexpr std::int64_t GregorianCycle = MSPCDaysPerCycle * MSPCSecondsPerDay;
 
 constexpr std::int64_t secondsAtStartOf(int year) {
     using namespace std::chrono;
@@ -85,7 +84,7 @@ Folded folded(std::int64_t seconds) {
 }
 
 // What is asked of the zone database at once. A plan's dates lie close together.
-constexpr std::int64_t PageLength = 8 * 366 * SecondsPerDay;
+constexpr std::int64_t PageLength = 8 * 366 * MSPCSecondsPerDay;
 
 constexpr MSPCZoneStretch always(std::int64_t offset) {
     return {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max(), offset, 0};

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "MSPCDay.h"
 #include "MSPCInstant.h"
 #include "MSPCZoneSetting.h"
 
@@ -46,13 +47,16 @@ public:
     // behind standard time instead (Europe/Dublin), the summer counts as daylight-saving time, 3600, and the winter has
     // 0. Where that would make daylight-saving time of most of the year (Africa/Casablanca, Africa/El_Aaiun, behind
     // standard time during Ramadan only), the database's own part counts: -3600 during Ramadan, otherwise 0.
+    //
+    // Two more rules make use of clocks that change: `MSPCDateComponents::forceSystemTimezoneforDate` adds this part to
+    // the offset in force now, and `MSPEScheduleCalendar` steps days of 86,400 seconds across a change.
     [[nodiscard]] std::int64_t daylightSavingOffset(MSPCInstant instant) const;
 
     // A stretch around an instant in which the whole offset stays the same; not always the longest one.
     [[nodiscard]] MSPCTimeSpan steadySpanAt(MSPCInstant instant) const;
     // 400 years, after which the dates and weekdays of the Gregorian calendar repeat, and the instant from which on all
     // offsets repeat with them, in every zone.
-    static constexpr MSPCTimeInterval GregorianCycle = 146'097.0 * 86'400;
+    static constexpr MSPCTimeInterval GregorianCycle = MSPCDaysPerCycle * MSPCSecondsPerDay;
     [[nodiscard]] static MSPCInstant startOfCycles();
 
     // The instant at which the zone's wall clocks show `wallClockSeconds`, counted since 1970-01-01T00:00:00 as if

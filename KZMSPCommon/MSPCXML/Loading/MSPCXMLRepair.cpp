@@ -17,9 +17,9 @@
 #include <new>
 #include <utility>
 
-#include "MSPCXMLSurvey.h"
-
 namespace {
+
+using namespace MSPCXMLLexis;
 
 template <auto Free>
 struct Freer {
@@ -83,7 +83,7 @@ xmlParserInputPtr refuseExternalEntity(const char*, const char*, xmlParserCtxtPt
 void prepareParserOnce() {
     static std::once_flag prepared;
     std::call_once(prepared, [] {
-        // Left alone the library goes on after a failed allocation, drops parts of the document without a word, or
+        // Left alone the library goes on after a failed allocation, silently drops parts of the document, or
         // crashes. It is built so that exceptions pass through it.
         xmlMemSetup(std::free, allocate, reallocate, duplicate);
         xmlInitParser();
@@ -153,7 +153,7 @@ bool isPassedOver(std::string_view section) {
 bool holdsMonstrousTag(std::string_view bytes) {
     bool mayHoldSections = bytes.find("<!DOCTYPE") == std::string_view::npos;
     for (auto start = bytes.find('<'); start != std::string_view::npos;) {
-        const auto sectionEnd = mayHoldSections ? endOfXMLSection(bytes, start) : start;
+        const auto sectionEnd = mayHoldSections ? endOfSection(bytes, start) : start;
         if (sectionEnd == bytes.size()) {
             mayHoldSections = false;  // one without an end: the parser may go on behind its beginning
         } else if (sectionEnd > start && isPassedOver(bytes.substr(start, sectionEnd - start))) {
@@ -345,6 +345,55 @@ std::optional<MSPCXMLRepair> firstErrorInXML(std::string_view bytes) {
     return std::move(report.firstError);
 }
 
+std::optional<std::string> escapedStrayAmpersands(std::string_view bytes, Entities entities) {
+    constexpr auto npos = std::string_view::npos;
+    std::string escaped;
+    std::size_t copied = 0;
+    auto index = bytes.find_first_of("&<", prologOf(bytes).end);
+    while (index != npos) {
+        auto next = index + 1;
+        if (bytes[index] == '<') {
+            next = std::max(next, endOfSection(bytes, index));
+        } else if (const auto reference = referenceAt(bytes, index, entities);
+                   reference.kind != Reference::Kind::Good) {
+            escaped += bytes.substr(copied, index - copied);
+            escaped += reference.kind == Reference::Kind::Stray ? "&amp;" : Replacement;
+            next = copied = index + reference.size;
+        }
+        index = bytes.find_first_of("&<", next);
+    }
+    if (copied == 0) {
+        return std::nullopt;
+    }
+    escaped += bytes.substr(copied);
+    return escaped;
+}
+
+std::string withMendableText(std::string_view bytes) {
+    std::string mendable;
+    std::size_t copied = 0;
+    std::size_t sectionEnd = 0;
+    auto commentStart = std::string_view::npos;
+    const auto write = [&](std::size_t index, std::string_view replacement) {
+        mendable.append(bytes, copied, index - copied).append(replacement);
+        copied = index + 1;
+    };
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
+        const char character = bytes[index];
+        if (const auto code = static_cast<unsigned char>(character); code < ' ' && !isCharacter(code)) {
+            write(index, Replacement);
+        } else if (character == '<' && index >= sectionEnd) {
+            sectionEnd = endOfSection(bytes, index);
+            commentStart = bytes.substr(index).starts_with("<!--") ? index + 4 : std::string_view::npos;
+        } else if (character == '-' && index >= commentStart && index + 3 < sectionEnd && bytes[index + 1] == '-') {
+            write(index, " ");  // each of these errors would cost a copy of the comment
+        } else if (character == '>' && index >= sectionEnd && bytes.substr(0, index).ends_with("]]")) {
+            write(index, "&gt;");
+        }
+    }
+    return mendable.append(bytes, copied);
+}
+
 std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalSubset,
                                        std::string_view repairableRoot) {
     if (bytes.size() > INT_MAX) {
@@ -359,8 +408,7 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     if (repairableRoot.empty() || report.hasFlood) {
         return std::nullopt;
     }
-    const auto escaped =
-        escapedStrayAmpersands(bytes, hasInternalSubset ? MSPCXMLEntities::AnyName : MSPCXMLEntities::Predefined);
+    const auto escaped = escapedStrayAmpersands(bytes, hasInternalSubset ? Entities::AnyName : Entities::Predefined);
     const auto mendable = withMendableText(escaped ? std::string_view(*escaped) : bytes);
     Report recoveryReport;
     auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);

@@ -4,7 +4,13 @@
 #include <string>
 #include <string_view>
 
-#include "MSPCXMLDocument.h"
+#include "MSPCXMLLexis.h"
+
+// What had to be mended in broken markup, or could not be taken.
+struct MSPCXMLRepair {
+    int line = 0;         // of the first error, from 1
+    std::string message;  // the parser's own words, without a line end
+};
 
 // A document that only the thorough parser understands, written anew as markup that any parser does.
 struct MSPCXMLMended {
@@ -23,3 +29,13 @@ struct MSPCXMLMended {
 // named `repairableRoot`. None otherwise, and for entities that expand beyond measure. Opens no file and no connection.
 [[nodiscard]] std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalSubset,
                                                      std::string_view repairableRoot);
+
+// The same bytes with each stray "&" written as "&amp;" and references to characters that XML forbids as U+FFFD; none
+// when there is nothing to mend.
+[[nodiscard]] std::optional<std::string> escapedStrayAmpersands(std::string_view bytes,
+                                                                MSPCXMLLexis::Entities entities);
+
+// The same bytes with characters that XML forbids as U+FFFD, each "]]>" outside sections as "]]&gt;", and no "--"
+// within a comment: a mending parser would end the document at the first, lose the text around the second, and copy the
+// comment for each of the third.
+[[nodiscard]] std::string withMendableText(std::string_view bytes);

@@ -30,13 +30,13 @@ std::size_t MSPCXMLSelection::readChildren(std::string_view text, std::size_t at
             continue;
         }
         MSPCXMLSelection selection;
-        selection._isSetAside = takeMark(text, at, '~');
+        selection._isDeferred = takeMark(text, at, '~');
         selection._takesSiblingNames = takeMark(text, at, '*');
         const auto end = std::min(text.find_first_of(delimiters, at), text.size());
         const auto name = text.substr(at, end - at);
         selection._path =
             parent._isDocument ? "" : parent._path + (parent._path.empty() ? "" : "/") + std::string(name);
-        parent._setsChildrenAside = parent._setsChildrenAside || selection._isSetAside;
+        parent._defersChildren = parent._defersChildren || selection._isDeferred;
         at = end < text.size() && text[end] == '(' ? readChildren(text, end + 1, selection) : end;
         parent.add(name, std::move(selection));
     }

@@ -4,29 +4,24 @@
 
 #include "MSPCExtensions.h"
 #include "MSPCFields.h"
-#include "MSPCXMLAsides.h"
 #include "MSPCXPathNumber.h"
 
-MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument)
-    : MSPIBaselineIndex(mspDocument, mspDocument.asides()) {
-}
-
-MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLAsides asides) {
+MSPIBaselineIndex::MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLDeferredElements deferred) {
     const auto project = mspDocument.root();
-    addList(project, asides, "Assignments/Assignment", &MSPIBaselineCounts::assignments);
-    addList(project, asides, "Resources/Resource", &MSPIBaselineCounts::resources);
-    addList(project, asides, "Tasks/Task", &MSPIBaselineCounts::tasks);
+    addList(project, deferred, "Assignments/Assignment", &MSPIBaselineCounts::assignments);
+    addList(project, deferred, "Resources/Resource", &MSPIBaselineCounts::resources);
+    addList(project, deferred, "Tasks/Task", &MSPIBaselineCounts::tasks);
 }
 
-void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, MSPCXMLAsides& asides, const std::string& path,
-                                std::size_t MSPIBaselineCounts::*count) {
-    auto asidesOfElements = asides.take(path);
+void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, MSPCXMLDeferredElements& deferred,
+                                const std::string& path, std::size_t MSPIBaselineCounts::*count) {
+    auto walk = deferred.take(path);
     for (const auto& element : nodesForXQuery(mspProject, path)) {
         _elements.push_back(element);
         ++(_elementCounts.*count);
         // A document has its baselines in one place or the other.
-        const auto setAside = asidesOfElements.next();
-        const auto& parent = setAside ? setAside->root() : element;
+        const auto children = walk.next();
+        const auto& parent = children ? children->root() : element;
         if (const auto baseline = parent.firstChildElement("Baseline")) {
             addBaselines(baseline, element, count);
         }

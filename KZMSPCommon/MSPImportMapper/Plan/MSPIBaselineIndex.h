@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "MSPCXMLDeferredElements.h"
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
 #include "MSPIBaselineValues.h"
@@ -36,10 +37,9 @@ public:
         std::span<const MSPIBaselineValue> values;
     };
 
-    // Of the baselines that the document has in its tree, and a copy of those that were set aside when it was loaded.
-    explicit MSPIBaselineIndex(const MSPCXMLDocument& mspDocument);
-    // With what was set aside taken out of the document, which is then freed on the way.
-    MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLAsides asides);
+    // Of the baselines that the document has in its tree, and of those that were deferred when it was loaded, which are
+    // freed on the way.
+    explicit MSPIBaselineIndex(const MSPCXMLDocument& mspDocument, MSPCXMLDeferredElements deferred = {});
 
     [[nodiscard]] const MSPIBaselineCounts& counts(std::int32_t number) const { return of(number).counts; }
     // Which lists have all their elements, under the numbers they were loaded with, while the baseline shows.
@@ -63,7 +63,7 @@ private:
         MSPIBaselineValues values;
     };
 
-    void addList(const MSPCXMLNode& mspProject, MSPCXMLAsides& asides, const std::string& path,
+    void addList(const MSPCXMLNode& mspProject, MSPCXMLDeferredElements& deferred, const std::string& path,
                  std::size_t MSPIBaselineCounts::*count);
     // `baseline` is the first one of the element added last; it need not stand in the element's own document.
     void addBaselines(MSPCXMLNode baseline, const MSPCFields& element, std::size_t MSPIBaselineCounts::*count);

@@ -7,6 +7,7 @@
 #include "MSPCFields.h"
 #include "MSPCNodeValues.h"
 #include "MSPCURL.h"
+#include "MSPCXMLLoader.h"
 #include "MSPIElementsRead.h"
 #include "PlanGenerator.h"
 
@@ -20,8 +21,9 @@ MSPCXMLDocument smallPlan() {
     generatePlan({.tasks = 1}, [&plan](std::string_view piece) { plan += piece; });
     FuzzWorld world;
     world.fileSystem.addFile("/Plan.xml", std::move(plan));
-    return newXmlDocFromUrl(MSPCURL::fileURL("/Plan.xml", false), MSPCXMLContent::DataOnly, world.fileSystem, world.log,
-                            &MSPIElementsRead());
+    return newXmlDocFromUrlSelection(MSPCURL::fileURL("/Plan.xml", false), MSPIElementsRead(), world.fileSystem,
+                                     world.log)
+        .document;
 }
 
 MSPCXMLNode lastTaskOf(const MSPCXMLDocument& plan) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "MSPCStringSink.h"
+#include "MSPCByteStreams.h"
 
 namespace {
 

@@ -1,8 +1,9 @@
+#include "MSPCXMLQuery.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "MSPCXMLChildPath.h"
 #include "XMLText.h"
 
 namespace {
@@ -75,14 +76,12 @@ TEST(MSPCXMLQuery, freeElementsAreFoundFromNowhereOutside) {
         {root, "//FromDate", "<FromDate>in</FromDate>;"},
         {root, "/descendant::FromDate", "<FromDate>in</FromDate>;"},
         {root, "(//FromDate)[last()]", "<FromDate>in</FromDate>;"},
-        {root, "self::*[count(//t)=1]/u", "<u k=\"1\"/>;"},
         {root, "following::FromDate", ""},
         {root, "preceding::FromDate", ""},
         {root, "u/preceding::FromDate", "<FromDate>in</FromDate>;"},
         {root, "../*/u", "<u k=\"1\"/>;"},
         {root, "/*/*[2]/@k", "k=\"1\";"},
         {root, "u[1 and//t]", "<u k=\"1\"/>;"},
-        {root, "u[count(/*) = 1]", "<u k=\"1\"/>;"},
         {root.parent(), "*/u", "<u k=\"1\"/>;"},
         {root.parent(), ".//FromDate", "<FromDate>in</FromDate>;"},
         {attribute, "../../t/FromDate", "<FromDate>in</FromDate>;"},

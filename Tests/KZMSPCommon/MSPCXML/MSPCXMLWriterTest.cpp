@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "MSPCStringSink.h"
+#include "MSPCByteStreams.h"
 #include "XMLText.h"
 
 namespace {

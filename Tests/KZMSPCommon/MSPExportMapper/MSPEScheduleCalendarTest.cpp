@@ -10,10 +10,6 @@ namespace {
 constexpr auto Sunday = MSPCWeekday::Sunday;
 constexpr auto Monday = MSPCWeekday::Monday;
 constexpr auto Tuesday = MSPCWeekday::Tuesday;
-constexpr auto Wednesday = MSPCWeekday::Wednesday;
-constexpr auto Thursday = MSPCWeekday::Thursday;
-constexpr auto Friday = MSPCWeekday::Friday;
-constexpr auto Saturday = MSPCWeekday::Saturday;
 constexpr auto Forward = MSPEDirection::Forward;
 constexpr auto Backward = MSPEDirection::Backward;
 
@@ -21,54 +17,11 @@ class MSPEScheduleCalendarTest : public ::testing::Test {
 protected:
     const MSPCGregorianCalendar gregorian = gregorianIn("UTC");
     const MSPEScheduleCalendar standard = MSPEScheduleCalendar::standardCalendar(gregorian);
-    const MSPEScheduleCalendar empty{gregorian};
 };
 
 }  // namespace
 
-TEST_F(MSPEScheduleCalendarTest, standardWeek_worksMondayToFridayInTwoPeriods) {
-    for (const auto weekday : {Monday, Tuesday, Wednesday, Thursday, Friday}) {
-        EXPECT_TRUE(standard.isWorkingDayWeekday(weekday)) << MSPCNumberOf(weekday);
-        ASSERT_EQ(standard.timePeriodsInWeekday(weekday), 2) << MSPCNumberOf(weekday);
-        EXPECT_EQ(standard.timePeriodWeekday(0, weekday), (MSPETimePeriod{8, 0, 0, 12, 0, 0}));
-        EXPECT_EQ(standard.timePeriodWeekday(1, weekday), (MSPETimePeriod{13, 0, 0, 17, 0, 0}));
-    }
-    for (const auto weekday : {Sunday, Saturday}) {
-        EXPECT_FALSE(standard.isWorkingDayWeekday(weekday)) << MSPCNumberOf(weekday);
-        EXPECT_EQ(standard.timePeriodsInWeekday(weekday), 0) << MSPCNumberOf(weekday);
-    }
-}
-
-TEST_F(MSPEScheduleCalendarTest, emptyCalendar_worksOnNoDay) {
-    for (const auto weekday : MSPCWeekdays) {
-        EXPECT_FALSE(empty.isWorkingDayWeekday(weekday)) << MSPCNumberOf(weekday);
-        EXPECT_EQ(empty.timePeriodsInWeekday(weekday), 0) << MSPCNumberOf(weekday);
-    }
-}
-
-TEST_F(MSPEScheduleCalendarTest, addedPeriod_makesItsWeekdayWorking) {
-    MSPEScheduleCalendar calendar(gregorian);
-    calendar.addWorkingTimePeriodWeekday({10, 0, 0, 11, 0, 0}, Saturday);
-    calendar.addWorkingTimePeriodWeekday({6, 0, 0, 7, 0, 0}, Saturday);
-    EXPECT_TRUE(calendar.isWorkingDayWeekday(Saturday));
-    EXPECT_FALSE(calendar.isWorkingDayWeekday(Sunday));
-    // The order of adding stays.
-    EXPECT_EQ(calendar.startTimeForTimePeriodWeekday(0, Saturday).sinceMidnight, 36000);
-    EXPECT_EQ(calendar.startTimeForTimePeriodWeekday(1, Saturday).sinceMidnight, 21600);
-}
-
 TEST_F(MSPEScheduleCalendarTest, weekdayOutside1To7_raises) {
-    MSPEScheduleCalendar calendar(gregorian);
-    EXPECT_RAISES(calendar.addWorkingTimePeriodWeekday({}, MSPCWeekday{0}), MSPCInternalInconsistency,
-                  "Incorrect value of weekdey (0). Should be from 1 to 7.");
-    EXPECT_RAISES(calendar.addWorkingTimePeriodWeekday({}, MSPCWeekday{8}), MSPCInternalInconsistency,
-                  "Incorrect value of weekdey (8). Should be from 1 to 7.");
-    EXPECT_RAISES(standard.workingDay(MSPCWeekday{-1}), MSPCInternalInconsistency,
-                  "Incorrect value of weekdey (-1). Should be from 1 to 7.");
-    EXPECT_RAISES(standard.isWorkingDayWeekday(MSPCWeekday{8}), MSPCInternalInconsistency,
-                  "Incorrect value of weekdey (8). Should be from 1 to 7.");
-    EXPECT_RAISES(standard.timePeriodsInWeekday(MSPCWeekday{0}), MSPCInternalInconsistency,
-                  "Incorrect value of weekdey (0). Should be from 1 to 7.");
     EXPECT_RAISES(standard.durationOfWeekday(MSPCWeekday{9}), MSPCInternalInconsistency,
                   "Incorrect value of weekdey (9). Should be from 1 to 7.");
     EXPECT_RAISES(standard.timePeriodFromDurationForwardWeekday(1, Forward, MSPCWeekday{0}), MSPCInternalInconsistency,

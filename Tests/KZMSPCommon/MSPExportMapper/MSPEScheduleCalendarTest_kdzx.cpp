@@ -11,7 +11,7 @@ namespace {
 constexpr auto Monday = MSPCWeekday::Monday;
 
 MSPEScheduleCalendar calendarFrom(const std::string& xml) {
-    const auto document = MSPCXMLDocument::read(xml, MSPCXMLContent::DataOnly);
+    const auto document = MSPCXMLDocument::read(xml, {.content = MSPCXMLContent::DataOnly});
     EXPECT_TRUE(document) << xml;
     return MSPEScheduleCalendar(gregorianIn("UTC"), document->root());
 }

@@ -62,7 +62,7 @@ TEST(MSPIMapper, ProducesNothingForABaselineWithoutData) {
 
 TEST(MSPIMapper, UsesTheBaselinesItIsGiven) {
     ProjectImport import(framed(tasks(task(1, baseline(1)))));
-    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(import.project);
+    import.info.baselines = import.baselines();
     EXPECT_EQ(import.mapBaseline(0), "(none)");
     EXPECT_THAT(import.mapBaseline(1), HasSubstr("<task id=\"t1\">"));
     // What is given counts, even where it is that of a project without baselines.
@@ -156,7 +156,7 @@ TEST(MSPIMapper, RefusesNumbersThatNoBaselineHas) {
 // One after the other from one loaded plan, with look-ups shared between the scenarios.
 std::vector<std::string> mappedTogether(const std::string& plan, const std::vector<std::optional<int>>& numbers) {
     ProjectImport import(plan);
-    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(import.project);
+    import.info.baselines = import.baselines();
     import.info.index = std::make_shared<MSPIProjectIndex>(import.project.root());
     std::vector<std::string> scenarios;
     for (const auto& number : numbers) {

@@ -74,7 +74,7 @@ public:
     ~PatchedImport() { log.ignoreLines(); }
 
     void shareIndex() {
-        info.baselines = std::make_shared<const MSPIBaselineIndex>(project);
+        info.baselines = baselines();
         info.index = std::make_shared<MSPIProjectIndex>(project.root());
     }
     std::string mapped(int number) {

@@ -120,11 +120,35 @@ TEST_F(LossesCommandTest, helpsAndTellsItsVersion) {
 }
 
 TEST_F(LossesCommandTest, writesNoControlCharactersOfAPlan) {
-    world.machine.addFile("/home/me/Odd.xml", planOf("<Subject>a&#x9;b&#xA;c</Subject>"));
+    world.machine.addFile("/home/me/Odd.xml", planOf("<Subject>a&#x9;b&#xA;c&#x202E;d&#x9B;e</Subject>"));
     EXPECT_EQ(run({"losses", "Odd.xml"}), 1);
-    EXPECT_THAT(out.str(), HasSubstr("    a b c  /Project/Subject[1]\n"));
+    EXPECT_THAT(out.str(), HasSubstr("    a\\tb\\nc\\u202ed\\u009be  /Project/Subject[1]\n"));
     EXPECT_EQ(run({"losses", "Odd.xml"}, true), 1);
     EXPECT_THAT(out.str(), StartsWith("\x1B[1m1 x document-properties\x1B[0m: "));
+}
+
+TEST_F(LossesCommandTest, tellsTheReasonOfARefusalInOneSentence) {
+    world.machine.addFile("/home/me/Refused.xml",
+                          planOf("<Tasks><Task><UID>1</UID><Name>Paint</Name><Type>9</Type></Task></Tasks>"));
+    EXPECT_EQ(run({"losses", "Refused.xml", "--json"}), 1);
+    EXPECT_EQ(told()["importable"], false);
+    EXPECT_EQ(told()["reason"], "Unexpected MSPDI Task Type: 9 (Task UID='1' name='Paint')");
+    EXPECT_EQ(run({"losses", "Refused.xml"}), 1);
+    EXPECT_THAT(out.str(), StartsWith("Refused by the importer: Unexpected MSPDI Task Type: 9 (Task UID='1' "
+                                      "name='Paint')\n\n"));
+}
+
+TEST_F(LossesCommandTest, tellsNoPathsThatGrowWithTheSquareOfThePlan) {
+    std::string open;
+    std::string closed;
+    for (int level = 0; level < 1000; ++level) {
+        open += "<a>";
+        closed += "</a>";
+    }
+    world.machine.addFile("/home/me/Deep.xml", planOf("<Other>" + open + closed + "</Other>"));
+    EXPECT_EQ(run({"losses", "Deep.xml"}), 1);
+    EXPECT_EQ(run({"losses", "--all", "Deep.xml"}), 2);
+    EXPECT_EQ(err.str(), "mspdi: Deep.xml: Elements are nested too deeply to be told one by one.\n");
 }
 
 TEST_F(LossesCommandTest, givesTheFateOfAProjectWithoutAnything) {

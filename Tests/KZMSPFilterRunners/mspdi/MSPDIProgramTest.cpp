@@ -48,3 +48,18 @@ TEST_F(ProgramTest, tellsWrongArgumentsInOneLineOnStandardError) {
         EXPECT_EQ(err.str().find('\n'), err.str().size() - 1) << err.str();
     }
 }
+
+TEST_F(ProgramTest, failsWhenTheResultCannotBeWritten) {
+    for (const auto& arguments : {std::vector<std::string>{"--help"}, {"--version"}, {"losses", "--help"}}) {
+        out.setstate(std::ios::badbit);
+        err.str("");
+        EXPECT_EQ(run(arguments), 2);
+        EXPECT_EQ(err.str(), "mspdi: the result could not be written\n");
+        out.clear();
+    }
+}
+
+TEST_F(ProgramTest, showsNoControlCharactersOfWrongArguments) {
+    EXPECT_EQ(run({"losses", "--\x1B[31m"}), 2);
+    EXPECT_EQ(err.str().find('\x1B'), std::string::npos) << err.str();
+}

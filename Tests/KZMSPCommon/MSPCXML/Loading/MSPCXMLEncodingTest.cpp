@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "MSPCXMLLoader.h"
 #include "XMLText.h"
 
 namespace {
@@ -23,8 +24,8 @@ std::string declared(std::string_view encoding, std::string_view content) {
 }
 
 std::string textOf(std::string bytes) {
-    const auto document = MSPCXMLDocument::read(std::move(bytes), MSPCXMLContent::DataOnly);
-    return document ? document->root().stringValue() : "(none)";
+    const auto loaded = MSPCXMLLoader(MSPCXMLContent::DataOnly).loadBytes(std::move(bytes));
+    return loaded ? loaded->document.root().stringValue() : "(none)";
 }
 
 TEST(MSPCXMLEncoding, declaredEncodingsAreConverted) {
@@ -99,16 +100,17 @@ TEST(MSPCXMLEncoding, longTextsAreConvertedWhole) {
 }
 
 TEST(MSPCXMLEncoding, anAmpersandIsFoundInAnyEncoding) {
-    std::optional<MSPCXMLRepair> repair;
-    const auto document =
-        MSPCXMLDocument::read(wide("<Project>A & B</Project>", 2, false), MSPCXMLContent::DataOnly, "Project", &repair);
-    ASSERT_TRUE(document && repair);
-    EXPECT_EQ(document->root().stringValue(), "A & B");
-    EXPECT_EQ(repair->message, "xmlParseEntityRef: no name");
+    const MSPCXMLLoader loader(MSPCXMLContent::DataOnly, "Project");
+    const auto loaded = loader.loadBytes(wide("<Project>A & B</Project>", 2, false));
+    ASSERT_TRUE(loaded && loaded->repair);
+    EXPECT_EQ(loaded->document.root().stringValue(), "A & B");
+    EXPECT_EQ(loaded->repair->message, "xmlParseEntityRef: no name");
 }
 
 TEST(MSPCXMLEncoding, writtenFilesAreUtf8WhateverWasRead) {
-    EXPECT_EQ(xmlDocument(declared("ISO-8859-1", "\xE4")).serialized(), XMLDeclaration + "<a>\xC3\xA4</a>\n");
+    const auto loaded = MSPCXMLLoader(MSPCXMLContent::Everything).loadBytes(declared("ISO-8859-1", "\xE4"));
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(loaded->document.serialized(), XMLDeclaration + "<a>\xC3\xA4</a>\n");
 }
 
 }  // namespace

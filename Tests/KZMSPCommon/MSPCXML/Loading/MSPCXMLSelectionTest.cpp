@@ -71,18 +71,18 @@ TEST(MSPCXMLSelection, keepsChildrenWithTheNamesOfSiblingsWholeBelowAStarredName
     EXPECT_THAT(at(selection, {"Task", "Data"})->childNames(), UnorderedElementsAre("Type"));
 }
 
-TEST(MSPCXMLSelection, setsElementsOfANameWithATildeAside) {
+TEST(MSPCXMLSelection, defersElementsOfANameWithATilde) {
     const auto selection = MSPCXMLSelection::fromText("Plan(Tasks(Task(UID ~*Baseline(Number) ~Note)) ~Log)");
-    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task", "Baseline"})->isSetAside());
+    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task", "Baseline"})->isDeferred());
     EXPECT_THAT(at(selection, {"Plan", "Tasks", "Task", "Baseline"})->childNames(),
                 UnorderedElementsAre("Number", "UID", "Note", "Baseline"));
-    EXPECT_FALSE(at(selection, {"Plan", "Tasks", "Task", "Baseline", "Note"})->isSetAside());
-    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task", "Note"})->isSetAside());
-    EXPECT_TRUE(at(selection, {"Plan", "Log"})->isSetAside());
-    EXPECT_FALSE(at(selection, {"Plan", "Tasks", "Task", "UID"})->isSetAside());
-    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task"})->setsChildrenAside());
-    EXPECT_TRUE(at(selection, {"Plan"})->setsChildrenAside());
-    EXPECT_FALSE(at(selection, {"Plan", "Tasks"})->setsChildrenAside());
+    EXPECT_FALSE(at(selection, {"Plan", "Tasks", "Task", "Baseline", "Note"})->isDeferred());
+    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task", "Note"})->isDeferred());
+    EXPECT_TRUE(at(selection, {"Plan", "Log"})->isDeferred());
+    EXPECT_FALSE(at(selection, {"Plan", "Tasks", "Task", "UID"})->isDeferred());
+    EXPECT_TRUE(at(selection, {"Plan", "Tasks", "Task"})->defersChildren());
+    EXPECT_TRUE(at(selection, {"Plan"})->defersChildren());
+    EXPECT_FALSE(at(selection, {"Plan", "Tasks"})->defersChildren());
 }
 
 TEST(MSPCXMLSelection, knowsThePathOfANameFromBelowTheRoot) {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "MSPCXMLAsides.h"
-#include "MSPCXMLFilter.h"
+#include "MSPCXMLLoader.h"
+#include "MSPCXMLSelection.h"
 #include "MappingFixture.h"
 
 namespace {
@@ -216,36 +216,31 @@ TEST(MSPIBaselineIndex, ReadsABaselineOnceThatRepeatsItsNumbers) {
     }
 }
 
-// The same as the loader reads it, with the baselines set aside.
-MSPCXMLDocument documentWithAsides(const std::string& markup) {
+// The same as the loader reads it, with the baselines deferred.
+MSPCXMLLoaded loadedWithDeferred(const std::string& markup) {
     static const auto selection = MSPCXMLSelection::fromText(
         "Project(Tasks(Task(Start Work ~*Baseline(Number))) Resources(Resource(Start Work ~*Baseline(Number)))"
         " Assignments(Assignment(Start Work ~*Baseline(Number))))");
-    std::size_t at = 0;
-    const auto read = [&](char* buffer, std::size_t capacity) {
-        const auto count = markup.copy(buffer, capacity, at);
-        at += count;
-        return count;
-    };
-    auto filtered = filteredXML(read, markup.size(), selection);
-    EXPECT_TRUE(filtered) << markup;
-    auto document = MSPCXMLDocument::readFiltered(std::move(*filtered));
-    EXPECT_EQ(document->serialized().find("<Baseline"), std::string::npos) << markup;
-    return std::move(*document);
+    InMemoryFileSystem files;
+    files.addFile("/Plan.xml", markup);
+    auto loaded = MSPCXMLLoader(MSPCXMLContent::DataOnly).loadSelection(files, "/Plan.xml", selection);
+    EXPECT_TRUE(loaded) << markup;
+    EXPECT_EQ(loaded->document.serialized().find("<Baseline"), std::string::npos) << markup;
+    return std::move(*loaded);
 }
 
-TEST(MSPIBaselineIndex, FindsBaselinesThatWereSetAsideLikeThoseInTheTree) {
+TEST(MSPIBaselineIndex, FindsDeferredBaselinesLikeThoseInTheTree) {
     std::mt19937 random(20120111);
     std::string all;
     for (int run = 0; run < 300; ++run) {
         const auto markup = "<Project>" + randomProject(random) + "</Project>";
         const auto tree = documentFromXML(markup);
-        const auto filtered = documentWithAsides(markup);
+        const auto part = loadedWithDeferred(markup);
         const MSPIBaselineIndex ofTree(tree);
-        const MSPIBaselineIndex ofAsides(filtered);
+        const MSPIBaselineIndex ofDeferred(part.document, part.deferred);
         for (std::int32_t number = 0; number <= 10; ++number) {
-            ASSERT_EQ(ofAsides.counts(number), ofTree.counts(number)) << number << " " << markup;
-            ASSERT_EQ(targetsOf(ofAsides, number), targetsOf(ofTree, number)) << number << " " << markup;
+            ASSERT_EQ(ofDeferred.counts(number), ofTree.counts(number)) << number << " " << markup;
+            ASSERT_EQ(targetsOf(ofDeferred, number), targetsOf(ofTree, number)) << number << " " << markup;
             all += targetsOf(ofTree, number);
         }
     }

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "MSPCXMLNode.h"
+
+// Is shown a document of lists, piece by piece: the root's children that hold elements are the lists, and what they
+// hold comes one at a time, each as the root of a small document of its own that is gone afterwards. Names are as
+// written, and gone afterwards, too.
+class MSPCXMLPieceVisitor {
+public:
+    virtual ~MSPCXMLPieceVisitor() = default;
+    // A child of the root that holds no elements has passed.
+    virtual void value(std::string_view name) = 0;
+    // A list begins, and ends.
+    virtual void beginList(std::string_view name) = 0;
+    virtual void endList() = 0;
+    // The root, at the end: with its start tag, and with its children in order, but the lists among them empty and
+    // without text beside them.
+    virtual void root(const MSPCXMLNode& element) = 0;
+
+    // Before a piece: whether its leaves are to be offered one by one, which is much faster than a document for those
+    // that are taken. It may come without, where its markup is not of the plainest kind.
+    virtual bool wantsLeavesOf(std::string_view name) = 0;
+    // An element within such a piece begins, and ends.
+    virtual void beginElement(std::string_view name) = 0;
+    virtual void endElement() = 0;
+    // A leaf within it, whose text holds no references. True when it is dealt with.
+    virtual bool takeLeaf(std::string_view name, std::string_view text) = 0;
+    // None of the leaves that were taken of the present piece counts.
+    virtual void forgetLeaves() = 0;
+    // The piece without the leaves that were taken. `isEmptiedXMLPiece` tells which of its elements have no others.
+    // False to have it once more, as a whole.
+    virtual bool restOfPiece(const MSPCXMLNode& element) = 0;
+    // The whole piece.
+    virtual void piece(const MSPCXMLNode& element) = 0;
+};
+
+// Whether an element within the rest of a piece looks like a leaf since all of its leaves were taken.
+[[nodiscard]] bool isEmptiedXMLPiece(const MSPCXMLNode& element);
+
+// Reads a document in pieces and shows them, in memory for the largest piece and the root's own values. False for a
+// document that is not plain: another encoding than UTF-8, a document type, a piece that does not parse. Some pieces
+// may have been shown by then. The document is known to be well-formed: end tags are not compared with their start tags
+// outside of pieces. `read` gives the next bytes of the document, at most `capacity`, and their number; 0 at the end.
+[[nodiscard]] bool visitXMLPieces(const std::function<std::size_t(char* buffer, std::size_t capacity)>& read,
+                                  MSPCXMLPieceVisitor& visitor);
