@@ -33,7 +33,7 @@ MSPIScenarioMapping watchedBy(MSPDIPlanFacts& facts) {
         }
         auto scenario = MSPIMapScenario(mspdi, kdzxTemplate, kdzxTOC, info, services);
         if (scenario) {
-            facts.readScenario(info, *scenario, kdzxTOC);
+            facts.readScenario(mspdi, info, *scenario, kdzxTOC);
         }
         return scenario;
     };
