@@ -103,10 +103,12 @@ public:
     // The schedules of calendars that several resources have. They belong to the scenario document.
     [[nodiscard]] MSPICalendarSchedules& calendarSchedules() { return _calendarSchedules; }
 
-    // What the definitions of custom fields tell, and what the assignments of resources add up to. As with the index,
-    // neither may change once it has been asked for.
+    // What the definitions of custom fields tell, and what the assignments of a resource add up to (as
+    // `MSPIAssignedUnits` has it). As with the index, neither may change once it has been asked for.
     [[nodiscard]] MSPICustomFields& customFields() { return _customFields; }
-    [[nodiscard]] MSPIAssignedUnits& assignedUnits() { return _assignedUnits; }
+    [[nodiscard]] double assignedUnitsOfResource(std::int64_t uid) {
+        return _assignedUnits.ofResource(uid, _index, _assignmentLooks, *_growthBounds);
+    }
     // Which assignments of several tasks or resources have been looked at.
     [[nodiscard]] MSPIAssignmentLooks& assignmentLooks() { return _assignmentLooks; }
 
