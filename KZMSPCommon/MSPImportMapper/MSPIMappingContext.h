@@ -107,7 +107,7 @@ public:
     // `MSPIAssignedUnits` has it). As with the index, neither may change once it has been asked for.
     [[nodiscard]] MSPICustomFields& customFields() { return _customFields; }
     [[nodiscard]] double assignedUnitsOfResource(std::int64_t uid) {
-        return _assignedUnits.ofResource(uid, _index, _assignmentLooks, *_growthBounds);
+        return _assignedUnits.ofResource(uid, index(), _assignmentLooks, growthBounds());
     }
     // Which assignments of several tasks or resources have been looked at.
     [[nodiscard]] MSPIAssignmentLooks& assignmentLooks() { return _assignmentLooks; }
