@@ -115,7 +115,6 @@ std::optional<Seconds> MSPCZoneChangesBetween(const std::string& setting, std::i
     }
     std::erase_if(seconds, [&](std::int64_t second) { return second < from || second >= before; });
     std::ranges::sort(seconds);
-    const auto repeated = std::ranges::unique(seconds);
-    seconds.erase(repeated.begin(), repeated.end());
+    seconds.erase(std::unique(seconds.begin(), seconds.end()), seconds.end());
     return std::move(seconds);
 }

@@ -143,9 +143,9 @@ std::int64_t MSPCZoneRule::Change::secondIn(int year) const {
     } else if (kind == Kind::WeekdayOfMonth) {
         const auto inMonth = inYear / std::chrono::month(static_cast<unsigned>(month));
         const std::chrono::weekday onDay(static_cast<unsigned>(day));
-        constexpr int last = 5;
-        const sys_days found = week == last ? sys_days(inMonth / onDay[std::chrono::last])
-                                            : sys_days(inMonth / onDay[static_cast<unsigned>(week)]);
+        constexpr int lastWeek = 5;
+        const sys_days found = week == lastWeek ? sys_days(inMonth / onDay[std::chrono::last])
+                                                : sys_days(inMonth / onDay[static_cast<unsigned>(week)]);
         dayOfYear = (found - sys_days(inYear / January / 1)).count();
     }
     return startOf(year) + dayOfYear * Day + time + westBefore;
