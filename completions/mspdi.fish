@@ -8,7 +8,7 @@ complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a diff -d '
 complete -c mspdi -n "__fish_seen_subcommand_from losses diff" -a "(__fish_complete_suffix .xml)"
 complete -c mspdi -n "__fish_seen_subcommand_from check diff" -a "(__fish_complete_directories)"
 complete -c mspdi -n "__fish_seen_subcommand_from losses" -l all -d 'Tell every place'
-complete -c mspdi -n "__fish_seen_subcommand_from diff" -l scenario -x -a "Actual Baseline Baseline"(seq 10) -d 'Compare this scenario'
+complete -c mspdi -n "__fish_seen_subcommand_from diff" -l scenario -x -a "Actual Baseline Baseline(seq 10)" -d 'Compare this scenario'
 complete -c mspdi -l help -s h -d 'Print what there is to type'
 complete -c mspdi -l version -d 'Print the version'
 complete -c mspdi -n "__fish_seen_subcommand_from $subcommands" -l json -d 'Tell it as one JSON document'

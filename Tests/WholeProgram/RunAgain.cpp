@@ -4,25 +4,50 @@
 
 #include <deque>
 #include <iostream>
+#include <mutex>
 #include <string_view>
+#include <utility>
 
 namespace {
 
 constexpr std::size_t KeptRuns = 3;
 
-std::deque<std::string>& runs() {
-    static std::deque<std::string> commands;
-    return commands;
+// The last runs of the present test, which may have several at once.
+class Runs {
+public:
+    void clear() {
+        const std::scoped_lock lock(_mutex);
+        _commands.clear();
+    }
+    void add(std::string command) {
+        const std::scoped_lock lock(_mutex);
+        _commands.push_back(std::move(command));
+        if (_commands.size() > KeptRuns) {
+            _commands.pop_front();
+        }
+    }
+    void show() {
+        const std::scoped_lock lock(_mutex);
+        for (const auto& command : _commands) {
+            std::cout << "To run it again:\n  " << command << "\n";
+        }
+    }
+
+private:
+    std::mutex _mutex;
+    std::deque<std::string> _commands;
+};
+
+Runs& runs() {
+    static Runs kept;
+    return kept;
 }
 
 class RunsOfFailures final : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo& /*test*/) override { runs().clear(); }
     void OnTestEnd(const testing::TestInfo& test) override {
-        if (!test.result()->Failed()) {
-            return;
-        }
-        for (const auto& command : runs()) {
-            std::cout << "To run it again:\n  " << command << "\n";
+        if (test.result()->Failed()) {
+            runs().show();
         }
     }
 };
@@ -60,8 +85,5 @@ void rememberRun(const std::vector<std::string>& arguments, const std::filesyste
         return added;
     }();
     static_cast<void>(listener);
-    runs().push_back(commandOfRun(arguments, folder, environment));
-    if (runs().size() > KeptRuns) {
-        runs().pop_front();
-    }
+    runs().add(commandOfRun(arguments, folder, environment));
 }
