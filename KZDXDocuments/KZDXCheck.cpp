@@ -7,28 +7,16 @@
 #include <set>
 
 #include "KZDXRules.h"
+#include "KZDXWords.h"
 
 namespace {
 
-// The beginning of a text, in whole characters. What many findings share must not grow with each of them.
-std::string shortened(std::string_view text) {
-    constexpr std::size_t most = 80;
-    if (text.size() <= most) {
-        return std::string(text);
-    }
-    auto end = most;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
-        --end;
-    }
-    return std::string(text.substr(0, end)) + "...";
-}
-
-// "task[@id='t3']"
+// "task[@id='t3']"; what many findings share must not grow with each of them.
 std::string stepOf(const MSPCXMLNode& element) {
-    auto step = shortened(element.name());
+    auto step = KZDXShortened(element.name());
     for (const std::string_view name : {"id", "idref", "day-of-week", "name"}) {
         if (const auto value = KZDXAttribute(element, name)) {
-            return fmt::format("{}[@{}='{}']", step, name, shortened(*value));
+            return fmt::format("{}[@{}='{}']", step, name, KZDXShortened(*value));
         }
     }
     return step;
@@ -41,7 +29,7 @@ std::string pathOf(MSPCXMLNode element) {
     for (; element && element != root; element = element.parent()) {
         path.insert(0, fmt::format("/{}", stepOf(element)));
     }
-    return shortened(root.name()) + path;
+    return KZDXShortened(root.name()) + path;
 }
 
 // "Baseline3.xml", as an import names the files of scenarios.

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "KZDXMatch.h"
-#include "KZDXValues.h"
+#include "KZDXTellValue.h"
 
 // Where the links and assignments of each task begin in the lists of their scenarios.
 struct KZDXRelationStarts {

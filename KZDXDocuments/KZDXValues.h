@@ -1,15 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 
+#include "KZDXTellValue.h"
 #include "MSPCXMLNode.h"
-
-// What differs between two values: the kind, the words, and the values as they stand.
-using KZDXTellValue =
-    std::function<void(std::string_view kind, std::string what, std::string before, std::string after)>;
 
 // Compares the values of two tasks, two resources or two scenarios: all child elements but those that other comparisons
 // look at. An element that nobody knows is compared as it stands. Dates that differ in their offset alone, while the

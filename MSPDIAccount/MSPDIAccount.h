@@ -3,12 +3,12 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "MSPCServices.h"
 #include "MSPDIFate.h"
 #include "MSPDIMemoryImport.h"
 
@@ -38,7 +38,7 @@ struct MSPDIAccount {
     std::array<std::size_t, MSPDIFateNames.size()> leaves{};  // by fate
     std::vector<MSPDILoss> losses;                            // the most important ones first
 
-    [[nodiscard]] std::size_t total() const;
+    [[nodiscard]] std::size_t total() const { return std::accumulate(leaves.begin(), leaves.end(), std::size_t{0}); }
 };
 
 struct MSPDIAccountOptions {
@@ -49,8 +49,3 @@ struct MSPDIAccountOptions {
     // What was told so far does not count: all leaves are told anew.
     std::function<void()> restart;
 };
-
-// Imports the plan at a path in memory and looks what becomes of each leaf. Raises nothing that the plan is to blame
-// for.
-[[nodiscard]] MSPDIAccount MSPDIAccountOfPlan(const std::string& planPath, const MSPCServices& services,
-                                              const MSPDIAccountOptions& options = {});

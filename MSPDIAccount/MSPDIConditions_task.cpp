@@ -1,7 +1,7 @@
 // What becomes of what a task holds.
 #include "MSPCTextScanner.h"
 #include "MSPDIConditions.h"
-#include "MSPDIElementTable.h"
+#include "MSPDIElementTree.h"
 #include "MSPDITaskView.h"
 #include "MSPDIValues.h"
 
@@ -150,7 +150,8 @@ MSPDIJudgement taskBaselineValue(const MSPDILeaf& leaf) {
     const auto baseline = leaf.node.parent();
     const auto state = factsOf(leaf).state;
     const auto number = leaf.item.baselineNumber(baseline);
-    const auto* const field = MSPDIElementAt("Tasks/Task", leaf.name());
+    const auto* const known = leaf.item.known.child(leaf.name());
+    const auto* const field = known == nullptr ? nullptr : known->element();
     const bool isRead = field != nullptr && field->rule != nullptr && leaf.item.fields.singleObject(leaf.name()) &&
                         state != MSPDITaskState::EmptyRow;
     if (!isRead || !number) {

@@ -329,3 +329,14 @@ bool MSPDIMayArrive(const MSPDIElement& element) {
         ofFurtherRate,      ofCalendar,      weekDayPeriod,     exceptionRecurrence};
     return std::find(std::begin(neverRead), std::end(neverRead), element.condition) == std::end(neverRead);
 }
+
+const MSPDIElementTree& MSPDIProjectElements() {
+    static const MSPDIElementTree tree(MSPDIElements());
+    return tree;
+}
+
+const MSPDIElement* MSPDIElementAt(std::string_view parent, std::string_view name) {
+    const auto* const below = MSPDIProjectElements().at(parent);
+    const auto* const found = below == nullptr ? nullptr : below->child(name);
+    return found == nullptr ? nullptr : found->element();
+}

@@ -1,13 +1,10 @@
 #pragma once
 
-#include <array>
-#include <memory>
 #include <span>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "MSPDIElement.h"
+#include "MSPDIElementTree.h"
 
 // The table of element paths: what becomes of every leaf that plans are known to have.
 [[nodiscard]] std::span<const MSPDIElement> MSPDIElements();
@@ -15,34 +12,8 @@
 // Whether anything of the leaves of a line may reach the document, wherever they stand.
 [[nodiscard]] bool MSPDIMayArrive(const MSPDIElement& element);
 
-// The table as a tree of names.
-class MSPDIElementTree {
-public:
-    // The tree of the whole table, from the project on.
-    [[nodiscard]] static const MSPDIElementTree& project();
-
-    // What is known below this element under a name; a null pointer for an element that the table does not know.
-    [[nodiscard]] const MSPDIElementTree* child(std::string_view name) const;
-    // The line for a leaf here; a null pointer where the table knows only elements with children.
-    [[nodiscard]] const MSPDIElement* element() const { return _element; }
-    [[nodiscard]] bool hasChildren() const { return _hasChildren; }
-    // From below the project to here: "Tasks/Task/Name".
-    [[nodiscard]] const std::string& path() const { return _path; }
-    // The last step of it; empty for the project.
-    [[nodiscard]] std::string_view name() const { return std::string_view(_path).substr(_nameStart); }
-
-private:
-    void add(std::string_view path, const MSPDIElement& element);
-
-    std::string _path;
-    std::size_t _nameStart = 0;
-    const MSPDIElement* _element = nullptr;
-    // By what names look like. The names are those of the table, so that no plan can make one of them long.
-    static constexpr std::size_t SlotCount = 128;
-    [[nodiscard]] static std::size_t slotOf(std::string_view name);
-    std::array<std::vector<std::unique_ptr<MSPDIElementTree>>, SlotCount> _children;
-    bool _hasChildren = false;
-};
+// The same as a tree of names, from the project on.
+[[nodiscard]] const MSPDIElementTree& MSPDIProjectElements();
 
 // The line for a leaf of a name below a parent ("Tasks/Task"); a null pointer where there is none.
 [[nodiscard]] const MSPDIElement* MSPDIElementAt(std::string_view parent, std::string_view name);

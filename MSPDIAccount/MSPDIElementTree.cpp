@@ -1,4 +1,8 @@
-#include "MSPDIElementTable.h"
+#include "MSPDIElementTree.h"
+
+#include <algorithm>
+
+#include "MSPDIElement.h"
 
 namespace {
 
@@ -16,18 +20,13 @@ void forEachPiece(std::string_view text, char separator, const Visit& visit) {
 
 }  // namespace
 
-const MSPDIElementTree& MSPDIElementTree::project() {
-    static const auto tree = [] {
-        MSPDIElementTree root;
-        for (const auto& element : MSPDIElements()) {
-            forEachPiece(element.names, ' ', [&](std::string_view name) {
-                const auto& parent = element.parent;
-                root.add(parent.empty() ? std::string(name) : std::string(parent) + "/" + std::string(name), element);
-            });
-        }
-        return root;
-    }();
-    return tree;
+MSPDIElementTree::MSPDIElementTree(std::span<const MSPDIElement> table) {
+    for (const auto& element : table) {
+        forEachPiece(element.names, ' ', [&](std::string_view name) {
+            const auto& parent = element.parent;
+            add(parent.empty() ? std::string(name) : std::string(parent) + "/" + std::string(name), element);
+        });
+    }
 }
 
 void MSPDIElementTree::add(std::string_view path, const MSPDIElement& element) {
@@ -63,9 +62,9 @@ const MSPDIElementTree* MSPDIElementTree::child(std::string_view name) const {
     return nullptr;
 }
 
-const MSPDIElement* MSPDIElementAt(std::string_view parent, std::string_view name) {
-    const auto* at = &MSPDIElementTree::project();
-    forEachPiece(parent, '/', [&at](std::string_view step) { at = at == nullptr ? nullptr : at->child(step); });
-    at = at == nullptr ? nullptr : at->child(name);
-    return at == nullptr ? nullptr : at->element();
+const MSPDIElementTree* MSPDIElementTree::at(std::string_view path) const {
+    const auto* found = this;
+    forEachPiece(path, '/',
+                 [&found](std::string_view step) { found = found == nullptr ? nullptr : found->child(step); });
+    return found;
 }

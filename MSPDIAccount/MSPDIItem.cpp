@@ -37,21 +37,21 @@ MSPCXMLLastChild MSPDIItem::lastChild(const MSPCXMLNode& parent, std::string_vie
     if (parent == node) {
         return fields.lastChild(name);
     }
-    auto known = _children.find(parent);
-    if (known == _children.end()) {
+    auto children = _children.find(parent);
+    if (children == _children.end()) {
         if (!hasMany(parent)) {
             return parent.lastChildElement(name);
         }
-        known = _children.emplace(parent, LastChildren()).first;
+        children = _children.emplace(parent, LastChildren()).first;
         for (auto child = parent.firstChild(); child; child = child.nextSibling()) {
             if (child.isElement()) {
-                auto& last = known->second[child.name()];
+                auto& last = children->second[child.name()];
                 last = {child, last.count + 1};
             }
         }
     }
-    const auto found = known->second.find(name);
-    return found == known->second.end() ? MSPCXMLLastChild() : found->second;
+    const auto found = children->second.find(name);
+    return found == children->second.end() ? MSPCXMLLastChild() : found->second;
 }
 
 std::string MSPDIItem::lastText(const MSPCXMLNode& parent, std::string_view name) const {

@@ -11,6 +11,8 @@
 #include "MSPCXMLNode.h"
 #include "MSPDIPlanFacts.h"
 
+class MSPDIElementTree;
+
 // Keeps what was found out about one element until another one is asked about: the leaves of an element ask one after
 // the other, and there may be millions of them.
 template <typename Facts>
@@ -55,10 +57,11 @@ struct MSPDILinkFacts {
 // project. Remembers what its leaves ask for, so that an item costs no more than its size, whatever it holds.
 class MSPDIItem {
 public:
-    // All that is given outlives the item. `positionOf` is its place among all of its kind.
-    MSPDIItem(const MSPDIPlanFacts& factsOf, const MSPCXMLNode& element, const MSPCFields& fieldsOf,
-              std::size_t positionOf)
-        : facts(factsOf), node(element), fields(fieldsOf), position(positionOf) {}
+    // All that is given outlives the item. `knownOf` is what the table knows below it, `positionOf` its place among all
+    // of its kind.
+    MSPDIItem(const MSPDIPlanFacts& factsOf, const MSPDIElementTree& knownOf, const MSPCXMLNode& element,
+              const MSPCFields& fieldsOf, std::size_t positionOf)
+        : facts(factsOf), known(knownOf), node(element), fields(fieldsOf), position(positionOf) {}
     MSPDIItem(const MSPDIItem&) = delete;
     MSPDIItem& operator=(const MSPDIItem&) = delete;
 
@@ -76,6 +79,7 @@ public:
     [[nodiscard]] MSPCXMLNode lastFieldOfName(std::string_view name) const;
 
     const MSPDIPlanFacts& facts;
+    const MSPDIElementTree& known;
     MSPCXMLNode node;
     const MSPCFields& fields;
     std::size_t position;

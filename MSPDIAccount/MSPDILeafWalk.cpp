@@ -66,9 +66,9 @@ MSPDILeafWalk::MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOpti
       _account(account),
       _emptyProject(std::move(*MSPCXMLDocument::read("<Project/>", {.content = MSPCXMLContent::DataOnly}))),
       _emptyFields(_emptyProject.root()),
-      _projectItem(facts, _emptyProject.root(), _emptyFields, 0),
+      _projectItem(facts, MSPDIProjectElements(), _emptyProject.root(), _emptyFields, 0),
       _losses(MSPDIKinds().size()) {
-    _steps.push_back({&MSPDIElementTree::project(), "Project", {}, 0, 0});
+    _steps.push_back({&MSPDIProjectElements(), "Project", {}, 0, 0});
 }
 
 void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
@@ -187,7 +187,7 @@ void MSPDILeafWalk::takePiece(const MSPCXMLNode& element) {
 
 void MSPDILeafWalk::root(const MSPCXMLNode& element) {
     const MSPCFields fields(element);
-    const MSPDIItem item(_facts, element, fields, 0);
+    const MSPDIItem item(_facts, MSPDIProjectElements(), element, fields, 0);
     _listCounts.clear();
     if (_areLists.empty()) {
         count(MSPDIFate::Default);  // the project itself is a leaf
@@ -213,7 +213,7 @@ void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
         return;
     }
     const MSPCFields fields(node);
-    const MSPDIItem item(_facts, node, fields, position);
+    const MSPDIItem item(_facts, *_steps.back().known, node, fields, position);
     if (isListOf(item, "Task")) {
         _taskNames.resize(position);
         _taskNames.emplace_back(*fields.text("Name"));

@@ -217,7 +217,7 @@ void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
     }
 }
 
-void MSPDIPlanFacts::readScenario(const MSPIImportInfo& info, const MSPCXMLDocument& scenario,
+void MSPDIPlanFacts::readScenario(MSPIPlan& plan, const MSPIImportInfo& info, const MSPCXMLDocument& scenario,
                                   const MSPCXMLDocument& kdzxTOC) {
     const auto number = info.mspdiBaselineNumber.value_or(Actual);
     if (number == Actual) {
@@ -227,8 +227,8 @@ void MSPDIPlanFacts::readScenario(const MSPIImportInfo& info, const MSPCXMLDocum
         }
     }
     std::vector<bool> isThere(tasks.size(), true);
-    if (number != Actual && info.baselines) {
-        const auto targets = info.baselines->targets(number);
+    if (number != Actual) {
+        const auto targets = plan.baselines().targets(number);
         const auto firstTask = targets.size() - tasks.size();  // tasks come last
         for (std::size_t position = 0; position < tasks.size(); ++position) {
             isThere[position] = targets[firstTask + position].hasBaseline;

@@ -12,6 +12,7 @@
 #include "MSPCServices.h"
 #include "MSPCXMLDocument.h"
 #include "MSPIImportInfo.h"
+#include "MSPIPlan.h"
 #include "MSPIUtilities.h"
 
 // What the fate of a leaf depends on beside its own task, resource, assignment or calendar: found in the documents of
@@ -72,7 +73,8 @@ public:
     // Looks at the plan before anything is mapped.
     void readPlan(const MSPCXMLNode& project);
     // Looks at a scenario that came out, and for the plan itself at the table of contents.
-    void readScenario(const MSPIImportInfo& info, const MSPCXMLDocument& scenario, const MSPCXMLDocument& kdzxTOC);
+    void readScenario(MSPIPlan& plan, const MSPIImportInfo& info, const MSPCXMLDocument& scenario,
+                      const MSPCXMLDocument& kdzxTOC);
     // Draws the conclusions from all of it; once, at the end, whether the plan was imported or not.
     void conclude();
 

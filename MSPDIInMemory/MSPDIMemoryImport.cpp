@@ -6,7 +6,6 @@
 #include "MSPCLog.h"
 #include "MSPCPath.h"
 #include "MSPDIEmptyDocument.h"
-#include "MSPIXMLImporter.h"
 
 namespace {
 

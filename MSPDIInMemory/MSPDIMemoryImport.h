@@ -7,7 +7,7 @@
 
 #include "MSPCServices.h"
 #include "MSPDIMemoryFileSystem.h"
-#include "MSPIScenarioMapping.h"
+#include "MSPIXMLImporter.h"
 
 // Why a plan was refused, in the importer's own words.
 struct MSPDIRefusal {

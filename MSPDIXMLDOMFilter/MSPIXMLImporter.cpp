@@ -14,6 +14,7 @@
 #include "MSPIBundleNaming.h"
 #include "MSPIElementsRead.h"
 #include "MSPIKdzxNamespace.h"
+#include "MSPIMapper.h"
 #include "MSPINewBundle.h"
 #include "MSPIScenarioCheck.h"
 
@@ -60,22 +61,6 @@ private:
     MSPCProgress& _progress;
 };
 
-// Lets go of what was found out about the documents of one import, before the documents themselves.
-class FindingsOfImport {
-public:
-    explicit FindingsOfImport(MSPIImportInfo& info) : _info(info) {}
-    ~FindingsOfImport() {
-        _info.baselines.reset();
-        _info.index.reset();
-        _info.growthBounds.reset();
-    }
-    FindingsOfImport(const FindingsOfImport&) = delete;
-    FindingsOfImport& operator=(const FindingsOfImport&) = delete;
-
-private:
-    MSPIImportInfo& _info;
-};
-
 // The failure itself is what counts. Where not even the remains of the import can be shown, they are of no use either.
 void appearAfterFailure(MSPINewBundle& bundle) {
     try {
@@ -87,10 +72,17 @@ void appearAfterFailure(MSPINewBundle& bundle) {
 
 }  // namespace
 
+std::optional<MSPCXMLDocument> MSPIMapScenario(MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplate,
+                                               MSPCXMLDocument& kdzxTOC, const MSPIImportInfo& info,
+                                               const MSPCServices& services) {
+    MSPIMapper mapper(plan, kdzxTemplate, kdzxTOC, info, services);
+    mapper.map();
+    return std::move(mapper.kdzxXmlDoc());
+}
+
 // The three documents of one import.
 struct MSPIXMLImporter::Documents {
-    MSPCXMLDocument mspdi;
-    MSPCXMLDeferredElements mspdiDeferred;
+    MSPIPlan plan;
     MSPCXMLDocument kdzxTemplate;
     MSPCXMLDocument kdzxTOC;
 };
@@ -137,13 +129,9 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
 
 bool MSPIXMLImporter::fillBundle(const MSPCURL& source, MSPINewBundle& bundle) {
     auto documents = loadDocuments(source, bundle);
-    const FindingsOfImport findings(_info);
-    _info.index = std::make_shared<MSPIProjectIndex>(documents.mspdi.root());
-    _info.growthBounds = std::make_shared<MSPIGrowthBounds>();
     if (!importScenario(std::nullopt, documents, bundle)) {
         return false;
     }
-    _info.baselines = std::make_shared<const MSPIBaselineIndex>(documents.mspdi, std::move(documents.mspdiDeferred));
     for (int number = 0; number <= LastBaselineNumber; ++number) {
         importScenario(number, documents, bundle);
     }
@@ -162,14 +150,14 @@ MSPIXMLImporter::Documents MSPIXMLImporter::loadDocuments(const MSPCURL& source,
     _services.log.log("Process XML DOM ...");
     auto kdzxTemplate = loadFromBundle(MSPIActualScenarioFileName);
     auto kdzxTOC = loadFromBundle(MSPITOCFileName);
-    return {std::move(mspdi.document), std::move(mspdi.deferred), std::move(kdzxTemplate), std::move(kdzxTOC)};
+    return {MSPIPlan(std::move(mspdi)), std::move(kdzxTemplate), std::move(kdzxTOC)};
 }
 
 bool MSPIXMLImporter::importScenario(std::optional<int> baselineNumber, Documents& documents, MSPINewBundle& bundle) {
     _info.mspdiBaselineNumber = baselineNumber;
     _info.kdzxScenarioName = MSPIScenarioName(baselineNumber);
     _services.progress.beginScenario(*_info.kdzxScenarioName);
-    const auto scenario = _mapScenario(documents.mspdi, documents.kdzxTemplate, documents.kdzxTOC, _info, _services);
+    const auto scenario = _mapScenario(documents.plan, documents.kdzxTemplate, documents.kdzxTOC, _info, _services);
     if (!scenario) {
         return false;
     }

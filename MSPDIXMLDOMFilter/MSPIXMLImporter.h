@@ -1,14 +1,28 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "MSPCServices.h"
 #include "MSPCURL.h"
+#include "MSPCXMLDocument.h"
 #include "MSPIImportInfo.h"
-#include "MSPIScenarioMapping.h"
+#include "MSPIPlan.h"
 
 class MSPINewBundle;
+
+// Maps one scenario: reads the plan and the template scenario, enters the scenario in the table of contents and gives
+// its document, owned by the caller; none when the plan holds no such scenario. `info` says which scenario it is. The
+// plan's document is afterwards what it was before. Raises the mappers' failures.
+using MSPIScenarioMapping = std::function<std::optional<MSPCXMLDocument>(
+    MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplate, MSPCXMLDocument& kdzxTOC, const MSPIImportInfo& info,
+    const MSPCServices& services)>;
+
+// The mapping by a mapper of its own.
+[[nodiscard]] std::optional<MSPCXMLDocument> MSPIMapScenario(MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplate,
+                                                             MSPCXMLDocument& kdzxTOC, const MSPIImportInfo& info,
+                                                             const MSPCServices& services);
 
 // Imports one MSPDI file into one new Kadenza 2 bundle. Made for one file; the services outlive it.
 class MSPIXMLImporter {

@@ -102,10 +102,6 @@ MSPCXMLNodeKind MSPCXMLNode::kind() const noexcept {
     return _attribute != nullptr ? MSPCXMLNodeKind::Attribute : kindOf(treeNode(*this).type());
 }
 
-void MSPCXMLNode::prefetchText() const noexcept {
-    __builtin_prefetch(treeNode(*this).value());
-}
-
 std::string_view MSPCXMLNode::name() const noexcept {
     return _attribute != nullptr ? treeAttribute(*this).name() : treeNode(*this).name();
 }

@@ -53,11 +53,6 @@ public:
     // Some order that stays as long as the nodes do, for keeping what is known about them; not that of the document.
     friend std::strong_ordering operator<=>(const MSPCXMLNode&, const MSPCXMLNode&) noexcept = default;
 
-    // Has the processor fetch what a look at the node, or at its own text, is going to need. Worth it some nodes ahead
-    // of a walk that jumps about in a large document; the second looks at the node.
-    void prefetch() const noexcept { __builtin_prefetch(_node); }
-    void prefetchText() const noexcept;
-
     [[nodiscard]] MSPCXMLNodeKind kind() const noexcept;
     [[nodiscard]] bool isElement() const noexcept;
     // The name as written; empty for nodes without one. Valid as long as the node.

@@ -3,16 +3,17 @@
 #include <string>
 
 #include "MSPCTextScanner.h"
-#include "MSPIMappingContext.h"
+#include "MSPIAssignmentLooks.h"
+#include "MSPIProjectIndex.h"
 
 namespace {
 
-double sumOfUnits(std::int64_t uid, MSPIMappingContext& mapper) {
+double sumOfUnits(std::int64_t uid, const MSPINumberIndex& byResourceUID, MSPIAssignmentLooks& looks,
+                  MSPIGrowthBounds& bounds) {
     double units = 0;
     std::string buffer;
-    const auto& byResourceUID = mapper.index().assignmentsByResourceUID();
     for (const auto& assignment : byResourceUID.nodesWithKey(uid)) {
-        mapper.assignmentLooks().lookAt(assignment, byResourceUID, mapper.growthBounds());
+        looks.lookAt(assignment, byResourceUID, bounds);
         for (auto child = assignment.firstChildElement("Units"); child; child = child.nextSiblingElement("Units")) {
             units += scanDouble(child.stringValue(buffer)).value_or(0);
         }
@@ -22,10 +23,11 @@ double sumOfUnits(std::int64_t uid, MSPIMappingContext& mapper) {
 
 }  // namespace
 
-double MSPIAssignedUnits::ofResource(std::int64_t uid, MSPIMappingContext& mapper) {
+double MSPIAssignedUnits::ofResource(std::int64_t uid, MSPIProjectIndex& index, MSPIAssignmentLooks& looks,
+                                     MSPIGrowthBounds& bounds) {
     const auto [known, isNew] = _byUID.try_emplace(uid, 0);
     if (isNew) {
-        known->second = sumOfUnits(uid, mapper);
+        known->second = sumOfUnits(uid, index.assignmentsByResourceUID(), looks, bounds);
     }
     return known->second;
 }

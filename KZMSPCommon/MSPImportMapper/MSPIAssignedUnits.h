@@ -3,15 +3,19 @@
 #include <cstdint>
 #include <map>
 
-class MSPIMappingContext;
+class MSPIAssignmentLooks;
+class MSPIGrowthBounds;
+class MSPIProjectIndex;
 
 // How many units of a resource all its assignments take together, within one scenario. Summed up once for all resources
 // of one UID.
 class MSPIAssignedUnits {
 public:
     // The sum of "Assignments/Assignment[ResourceUID=<uid>]/Units", in document order; a text that is no number counts
-    // nothing. Raises what `MSPIGrowthBounds` raises for assignments of many resources.
-    [[nodiscard]] double ofResource(std::int64_t uid, MSPIMappingContext& mapper);
+    // nothing. The assignments are those of `index`, of which `looks` and `bounds` keep account. Raises what
+    // `MSPIGrowthBounds` raises for assignments of many resources.
+    [[nodiscard]] double ofResource(std::int64_t uid, MSPIProjectIndex& index, MSPIAssignmentLooks& looks,
+                                    MSPIGrowthBounds& bounds);
 
 private:
     std::map<std::int64_t, double> _byUID;

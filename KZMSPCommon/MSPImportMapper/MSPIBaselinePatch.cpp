@@ -3,37 +3,39 @@
 #include <utility>
 
 #include "MSPCException.h"
-#include "MSPCFields.h"
-#include "MSPCXPathNumber.h"
 
-namespace {
-
-// "Baseline[Number=<n>]", the last of several.
-MSPCXMLNode baselineOf(const MSPCXMLNode& target, std::int32_t number) {
-    MSPCXMLNode found;
-    for (auto baseline = target.firstChildElement("Baseline"); baseline;
-         baseline = baseline.nextSiblingElement("Baseline")) {
-        if (hasChildWithNumber(baseline, "Number", number)) {
-            found = baseline;
-        }
+// A child that is one text gets another one and stays where it is. Any other child, and a text that is or becomes
+// empty, gives way to a new element.
+void MSPIBaselineJournal::show(MSPCXMLNode target, const MSPIBaselineValue& value) {
+    auto child = value.child;
+    const auto start = _originalTexts.size();
+    if (child.replaceOnlyText(value.text, &_originalTexts)) {
+        _starts.push_back(start);
+        return;
     }
-    return found;
+    _starts.push_back(ByStandIn);
+    auto standIn = target.insertChildBefore(target.newElement(child.name()), child);
+    standIn.setStringValue(value.text);
+    _standIns.push_back({standIn, child.detach()});
 }
 
-}  // namespace
-
-MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, std::int32_t baselineNumber) : _target(target) {
-    if (const auto baseline = baselineOf(target, baselineNumber)) {
-        _own = std::make_unique<Own>();
-        _values = _own->values.append(MSPCFields(target), baseline);
-        _journal = &_own->journal;
-        _hasBaseline = true;
+void MSPIBaselineJournal::takeBack(MSPCXMLNode target, const MSPIBaselineValue& value) {
+    const auto start = _starts.back();
+    _starts.pop_back();
+    if (start == ByStandIn) {
+        auto& [standIn, keptChild] = _standIns.back();
+        target.insertChildBefore(std::move(keptChild), standIn);
+        static_cast<void>(standIn.detach());
+        _standIns.pop_back();
+        return;
     }
+    auto child = value.child;
+    child.replaceOnlyText(std::string_view(_originalTexts).substr(start));
+    _originalTexts.resize(start);
 }
 
-MSPIBaselinePatch::MSPIBaselinePatch(MSPCXMLNode target, bool hasBaseline, std::span<const MSPIBaselineValue> values,
-                                     MSPIBaselineJournal& journal)
-    : _target(target), _values(values), _journal(&journal), _hasBaseline(hasBaseline) {
+MSPIBaselinePatch::MSPIBaselinePatch(const MSPIBaselineIndex::Target& target, MSPIBaselineJournal& journal)
+    : _target(target), _journal(journal) {
 }
 
 void MSPIBaselinePatch::apply() {
@@ -41,12 +43,12 @@ void MSPIBaselinePatch::apply() {
         throw MSPCInternalInconsistency("Can not apply patch to already patched target. Must revert first.");
     }
     _isPatched = true;
-    if (!_hasBaseline) {
+    if (!_target.hasBaseline) {
         removeTarget();
         return;
     }
-    for (const auto& value : _values) {
-        _journal->show(_target, value);
+    for (const auto& value : _target.values) {
+        _journal.show(_target.element, value);
     }
 }
 
@@ -55,28 +57,16 @@ void MSPIBaselinePatch::revert() {
         throw MSPCInternalInconsistency("Can not revert patch at non-patched target. Must apply patch first.");
     }
     if (_removedTarget) {
-        _target = _parentOfRemoved.insertChildBefore(std::move(_removedTarget), _siblingAfterRemoved);
+        _target.element = _parentOfRemoved.insertChildBefore(std::move(_removedTarget), _siblingAfterRemoved);
     }
-    for (auto value = _values.rbegin(); value != _values.rend(); ++value) {
-        _journal->takeBack(_target, *value);
+    for (auto value = _target.values.rbegin(); value != _target.values.rend(); ++value) {
+        _journal.takeBack(_target.element, *value);
     }
     _isPatched = false;
 }
 
-void MSPIBaselinePatch::prefetch() const {
-    for (const auto& value : _values) {
-        value.child.prefetch();
-    }
-}
-
-void MSPIBaselinePatch::prefetchTexts() const {
-    for (const auto& value : _values) {
-        value.child.prefetchText();
-    }
-}
-
 void MSPIBaselinePatch::removeTarget() {
-    _parentOfRemoved = _target.parent();
-    _siblingAfterRemoved = _target.nextSibling();
-    _removedTarget = _target.detach();
+    _parentOfRemoved = _target.element.parent();
+    _siblingAfterRemoved = _target.element.nextSibling();
+    _removedTarget = _target.element.detach();
 }

@@ -7,9 +7,6 @@
 #include <string>
 
 #include "MSPCURL.h"
-#include "MSPIBaselineIndex.h"
-#include "MSPIGrowthBounds.h"
-#include "MSPIProjectIndex.h"
 
 // What the runner, the importer and the mappers tell each other about one import. A field without a value is absent.
 // The key in each comment is the name under which the value is known.
@@ -24,14 +21,6 @@ struct MSPIImportInfo {
     // InfoKDZXScenarioName: "Actual", "Baseline" (of number 0) or "Baseline1" to "Baseline10". Set by the importer,
     // read by the mapper.
     std::optional<std::string> kdzxScenarioName;
-    // The next three belong to the document that the mapper is given, and are of no use after it.
-    // What the project holds for each baseline, found once for all scenarios by the importer; a mapper that is not told
-    // looks for itself.
-    std::shared_ptr<const MSPIBaselineIndex> baselines;
-    // The look-ups in the project as it was loaded, for all scenarios; a mapper that is not told makes its own.
-    std::shared_ptr<MSPIProjectIndex> index;
-    // What the scenarios may still grow by; a mapper that is not told begins anew.
-    std::shared_ptr<MSPIGrowthBounds> growthBounds;
     // Whether what has the new bundle's name is replaced by it. Set by the runner, read by the importer.
     bool replacesOldBundle = false;
     // The number that the names of the bundles have reached, by the path that was wanted, for all imports of a run.

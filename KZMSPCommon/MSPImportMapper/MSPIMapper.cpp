@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cstddef>
-
 #include "MSPCClock.h"
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
@@ -33,28 +31,11 @@ std::string_view productYearOfSaveVersion(std::int64_t saveVersion) {
     }
 }
 
-// Calls `visit` with each patch. What patches change lies scattered over a document that no cache holds; the processor
-// fetches it some patches ahead, first the elements, then the texts that they point to.
-template <typename Iterator, typename Visit>
-void visitFetchingAhead(Iterator patch, Iterator end, const Visit& visit) {
-    constexpr std::ptrdiff_t elementsAhead = 16;
-    constexpr std::ptrdiff_t textsAhead = 8;
-    for (; patch != end; ++patch) {
-        if (end - patch > elementsAhead) {
-            patch[elementsAhead].prefetch();
-        }
-        if (end - patch > textsAhead) {
-            patch[textsAhead].prefetchTexts();
-        }
-        visit(*patch);
-    }
-}
-
 }  // namespace
 
-MSPIMapper::MSPIMapper(MSPCXMLDocument& mspDocument, const MSPCXMLDocument& kdzxTemplateXmlDoc,
-                       MSPCXMLDocument& kdzxTOCXmlDoc, const MSPIImportInfo& info, const MSPCServices& services)
-    : MSPIMappingContext(services), _mspDocument(mspDocument), _kdzxTOCXmlDoc(kdzxTOCXmlDoc), _info(info) {
+MSPIMapper::MSPIMapper(MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplateXmlDoc, MSPCXMLDocument& kdzxTOCXmlDoc,
+                       const MSPIImportInfo& info, const MSPCServices& services)
+    : MSPIMappingContext(plan, services), _kdzxTOCXmlDoc(kdzxTOCXmlDoc), _info(info) {
     setKdzxTemplateRoot(kdzxTemplateXmlDoc.root());
     if (info.mspdiBaselineNumber) {
         const auto number = *info.mspdiBaselineNumber;
@@ -75,8 +56,6 @@ void MSPIMapper::map() {
         log().log("Mapping active scenario ...");
     }
     // From here until the patches are reverted the input shows the baseline.
-    shareIndex(_info.index, isBaselineScenario() ? _baselines->unchangedLists(baselineNumber()) : MSPIUnchangedLists());
-    shareGrowthBounds(_info.growthBounds);
     setImportedProjectName(_info.mspdiProjectName.value_or("MS Project project"));
     _settings = MSPIProjectSettings::ofProject(mspProject());
     setMspSaveVersion(_settings.saveVersion);
@@ -94,18 +73,17 @@ void MSPIMapper::map() {
     revertBaseline();
 }
 
-void MSPIMapper::validateSource() {
-    const auto root = _mspDocument.root();
+void MSPIMapper::validateSource() const {
+    const auto root = mspProject();
     const auto namespaces = root.namespaceDeclarations();
     if (root.name() != "Project" || namespaces.size() != 1 || namespaces.front().uri != mspdiNamespace) {
         throw MSPIMapperException("MSPIMapper.map: Source XML DOM is not a valid MSPDI document.");
     }
-    setMspProject(root);
 }
 
 bool MSPIMapper::applyBaseline() {
-    _baselines = _info.baselines ? _info.baselines : std::make_shared<const MSPIBaselineIndex>(_mspDocument);
-    const auto& counts = _baselines->counts(baselineNumber());
+    const auto& baselines = plan().baselines();
+    const auto& counts = baselines.counts(baselineNumber());
     if (counts.areZero()) {
         return false;
     }
@@ -113,18 +91,21 @@ bool MSPIMapper::applyBaseline() {
     log().log("  Baseline Tasks: {}", counts.tasks);
     log().log("  Baseline Resources: {}", counts.resources);
     log().log("  Baseline Assignments: {}", counts.assignments);
-    for (const auto& [element, hasBaseline, values] : _baselines->targets(baselineNumber())) {
-        _patches.emplace_back(element, hasBaseline, values, _journal);
+    for (const auto& target : baselines.targets(baselineNumber())) {
+        _patches.emplace_back(target, _journal);
     }
+    setUnchangedLists(baselines.unchangedLists(baselineNumber()));
     setHiddenElements([this] { return hiddenElementsOfBaseline(); });
     // From the last to the first, and back the other way: each removed element finds its place again.
-    visitFetchingAhead(_patches.rbegin(), _patches.rend(), [](auto& patch) { patch.apply(); });
+    for (auto patch = _patches.rbegin(); patch != _patches.rend(); ++patch) {
+        patch->apply();
+    }
     return true;
 }
 
-std::vector<MSPCXMLNode> MSPIMapper::hiddenElementsOfBaseline() const {
+std::vector<MSPCXMLNode> MSPIMapper::hiddenElementsOfBaseline() {
     std::vector<MSPCXMLNode> hidden;
-    for (const auto& target : _baselines->targets(baselineNumber())) {
+    for (const auto& target : plan().baselines().targets(baselineNumber())) {
         if (!target.hasBaseline) {
             hidden.push_back(target.element);
         }
@@ -133,7 +114,9 @@ std::vector<MSPCXMLNode> MSPIMapper::hiddenElementsOfBaseline() const {
 }
 
 void MSPIMapper::revertBaseline() {
-    visitFetchingAhead(_patches.begin(), _patches.end(), [](auto& patch) { patch.revert(); });
+    for (auto& patch : _patches) {
+        patch.revert();
+    }
     _patches.clear();
 }
 

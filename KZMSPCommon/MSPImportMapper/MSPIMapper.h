@@ -2,25 +2,23 @@
 
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <optional>
 #include <string>
 
 #include "MSPCXMLDocument.h"
-#include "MSPIBaselineJournal.h"
 #include "MSPIBaselinePatch.h"
 #include "MSPIImportInfo.h"
 #include "MSPIMappingContext.h"
 #include "MSPIProjectSettings.h"
 #include "MSPIUserDataMapper.h"
 
-// Turns one MSPDI document into one scenario document, the actual scenario or a baseline, and records it and the
+// Turns one MSPDI plan into one scenario document, the actual scenario or a baseline, and records it and the
 // project's settings in the table of contents. Made for one scenario: `map` is called once, then the result is taken.
 class MSPIMapper : public MSPIMappingContext {
 public:
-    // The documents and the services outlive the mapper. Raises `MSPCInternalInconsistency` "Unexpected baseline number
-    // in info dictionary: <number>" for a number below 0 or above 10.
-    MSPIMapper(MSPCXMLDocument& mspDocument, const MSPCXMLDocument& kdzxTemplateXmlDoc, MSPCXMLDocument& kdzxTOCXmlDoc,
+    // The plan, the documents, the info and the services outlive the mapper. Raises `MSPCInternalInconsistency`
+    // "Unexpected baseline number in info dictionary: <number>" for a number below 0 or above 10.
+    MSPIMapper(MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplateXmlDoc, MSPCXMLDocument& kdzxTOCXmlDoc,
                const MSPIImportInfo& info, const MSPCServices& services);
 
     // Maps the scenario. A baseline without data produces no document and leaves the table of contents untouched. While
@@ -36,22 +34,20 @@ public:
     [[nodiscard]] const std::string& mspProjectName() const { return _mspProjectName; }
 
 private:
-    void validateSource();
+    void validateSource() const;
     bool applyBaseline();
     void revertBaseline();
-    [[nodiscard]] std::vector<MSPCXMLNode> hiddenElementsOfBaseline() const;
+    [[nodiscard]] std::vector<MSPCXMLNode> hiddenElementsOfBaseline();
     MSPCXMLNewElement newScenarioElement();
     std::string makeScenarioDocument(MSPCXMLNewElement&& newScenario);
     void addHeaderComments(const MSPCXMLNode& scenario) const;
     void updateTOC(const std::string& scenarioId, const MSPICurrencySettings& currency);
 
-    MSPCXMLDocument& _mspDocument;
     MSPCXMLDocument& _kdzxTOCXmlDoc;
     std::optional<MSPCXMLDocument> _kdzxXmlDoc;
     const MSPIImportInfo& _info;
     std::string _mspProjectName;
     MSPIProjectSettings _settings;
-    std::shared_ptr<const MSPIBaselineIndex> _baselines;  // has the values that the patches show
     MSPIBaselineJournal _journal;
     std::deque<MSPIBaselinePatch> _patches;  // in the order of the document: assignments, resources, tasks
     bool _userDataChanged = false;

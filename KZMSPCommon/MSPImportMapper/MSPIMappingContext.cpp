@@ -2,15 +2,8 @@
 
 #include <fmt/format.h>
 
-MSPIMappingContext::MSPIMappingContext(const MSPCServices& services) : _services(services), _conversions(services) {
-}
-
-void MSPIMappingContext::setMspProject(MSPCXMLNode project) {
-    _mspProject = project;
-    _index = MSPIProjectIndex(project);
-    _customFields = {};
-    _assignedUnits = {};
-    _assignmentLooks = {};
+MSPIMappingContext::MSPIMappingContext(MSPIPlan& plan, const MSPCServices& services)
+    : _plan(plan), _services(services), _conversions(services), _index(plan.index(), MSPIUnchangedLists()) {
 }
 
 std::optional<MSPCInstant> MSPIMappingContext::instantOfProjectDate(std::string_view mspdiDate) {

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,17 +18,18 @@
 #include "MSPICustomFields.h"
 #include "MSPIGrowthBounds.h"
 #include "MSPIIdMapper.h"
+#include "MSPIPlan.h"
 #include "MSPIProjectIndex.h"
-#include "MSPIStretchCache.h"
+#include "MSPITimephasedSpans.h"
 #include "MSPIUtilities.h"
 
-// What the mappers of one scenario share: the MSPDI project they read, the scenario document they build, the settings
-// that all of them need and the services of the run. `MSPIMapper` is one; tests make a bare one around a snippet of
-// XML. Lives as long as the mapping of its scenario; handles into its document must not outlive it.
+// What the mappers of one scenario share: the plan they read, the scenario document they build, the settings that all
+// of them need and the services of the run. `MSPIMapper` is one; tests make a bare one around a snippet of XML. Lives
+// as long as the mapping of its scenario; handles into its document must not outlive it.
 class MSPIMappingContext {
 public:
-    // The actual scenario, of an empty project, with save version 9 and no calendar.
-    explicit MSPIMappingContext(const MSPCServices& services);
+    // The plan's actual scenario, with save version 9 and no calendar. The plan and the services outlive it.
+    MSPIMappingContext(MSPIPlan& plan, const MSPCServices& services);
     MSPIMappingContext(const MSPIMappingContext&) = delete;
     MSPIMappingContext& operator=(const MSPIMappingContext&) = delete;
 
@@ -37,9 +37,8 @@ public:
     [[nodiscard]] MSPCLog& log() const { return _services.log; }
     [[nodiscard]] const MSPIUtilities& conversions() const { return _conversions; }
 
-    // The MSPDI root element `Project`. Setting it drops the index and what else is known of the project.
-    [[nodiscard]] MSPCXMLNode mspProject() const { return _mspProject; }
-    void setMspProject(MSPCXMLNode project);
+    // The MSPDI root element `Project`.
+    [[nodiscard]] MSPCXMLNode mspProject() const { return _plan.root(); }
     // The root element of the template's scenario document; empty where there is none.
     [[nodiscard]] MSPCXMLNode kdzxTemplateRoot() const { return _kdzxTemplateRoot; }
     void setKdzxTemplateRoot(MSPCXMLNode root) { _kdzxTemplateRoot = root; }
@@ -47,11 +46,8 @@ public:
     // Tasks, assignments, calendars and definitions of the project by their keys. Built by the first look-up of each
     // kind; from then on the project's lists must not change.
     [[nodiscard]] MSPIProjectIndex& index() { return _index; }
-    // Looks up what has not changed since the project was loaded in an index of the same document that outlives this
-    // scenario; a null pointer is none.
-    void shareIndex(std::shared_ptr<MSPIProjectIndex> asLoaded, MSPIUnchangedLists unchanged) {
-        _index = MSPIProjectIndex(_mspProject, std::move(asLoaded), unchanged);
-    }
+    // To be told, before anything is looked up, which lists are as they were loaded; without it all are.
+    void setUnchangedLists(MSPIUnchangedLists unchanged) { _index = MSPIProjectIndex(_plan.index(), unchanged); }
 
     // MSPDI `SaveVersion`; 9 (2003) where the project has none.
     [[nodiscard]] std::int64_t mspSaveVersion() const { return _mspSaveVersion; }
@@ -102,19 +98,17 @@ public:
     [[nodiscard]] std::string getTempSplitTaskID();
 
     // What the scenarios of the project may still grow by together.
-    [[nodiscard]] MSPIGrowthBounds& growthBounds() { return *_growthBounds; }
-    // Takes part in what the scenarios before this one have left; a null pointer is none.
-    void shareGrowthBounds(std::shared_ptr<MSPIGrowthBounds> bounds) {
-        _growthBounds = bounds ? std::move(bounds) : std::make_shared<MSPIGrowthBounds>();
-    }
+    [[nodiscard]] MSPIGrowthBounds& growthBounds() { return _plan.growthBounds(); }
 
     // The schedules of calendars that several resources have. They belong to the scenario document.
     [[nodiscard]] MSPICalendarSchedules& calendarSchedules() { return _calendarSchedules; }
 
-    // What the definitions of custom fields tell, and what the assignments of resources add up to. As with the index,
-    // neither may change once it has been asked for.
+    // What the definitions of custom fields tell, and what the assignments of a resource add up to (as
+    // `MSPIAssignedUnits` has it). As with the index, neither may change once it has been asked for.
     [[nodiscard]] MSPICustomFields& customFields() { return _customFields; }
-    [[nodiscard]] MSPIAssignedUnits& assignedUnits() { return _assignedUnits; }
+    [[nodiscard]] double assignedUnitsOfResource(std::int64_t uid) {
+        return _assignedUnits.ofResource(uid, index(), _assignmentLooks, growthBounds());
+    }
     // Which assignments of several tasks or resources have been looked at.
     [[nodiscard]] MSPIAssignmentLooks& assignmentLooks() { return _assignmentLooks; }
 
@@ -125,10 +119,13 @@ public:
     [[nodiscard]] MSPCXMLDocument& kdzxDocument() { return _kdzxDocument; }
     [[nodiscard]] MSPCXMLNewElement newElement(std::string_view name) { return _kdzxDocument.newElement(name); }
 
+protected:
+    [[nodiscard]] MSPIPlan& plan() { return _plan; }
+
 private:
+    MSPIPlan& _plan;
     const MSPCServices& _services;
     MSPIUtilities _conversions;
-    MSPCXMLNode _mspProject;
     MSPCXMLNode _kdzxTemplateRoot;
     MSPIProjectIndex _index;
     std::int64_t _mspSaveVersion = 9;
@@ -144,7 +141,6 @@ private:
     MSPIIdMapper _idMapper;
     std::optional<MSPEScheduleCalendar> _scheduleCalendar;
     std::int64_t _splitTaskID = 0;
-    std::shared_ptr<MSPIGrowthBounds> _growthBounds = std::make_shared<MSPIGrowthBounds>();
     MSPICustomFields _customFields;
     MSPIAssignedUnits _assignedUnits;
     MSPIAssignmentLooks _assignmentLooks;

@@ -99,7 +99,7 @@ void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNo
         if (error) {
             return;
         }
-        units = _mapper.assignedUnits().ofResource(uid, _mapper);
+        units = _mapper.assignedUnitsOfResource(uid);
     }
     addChildElementWithNameStringValue(resource, "units-available", fmt::format("{:f}", units));
 }

@@ -9,6 +9,17 @@
 #include "MSPCExtensions.h"
 #include "MSPIMappingContext.h"
 
+void MSPIUserData::set(std::optional<std::string> name, MSPIUserDataValue value) {
+    if (name) {
+        const auto [position, isNew] = _positions.try_emplace(*name, _entries.size());
+        if (!isNew) {
+            _entries[position->second].second = std::move(value);
+            return;
+        }
+    }
+    _entries.emplace_back(std::move(name), std::move(value));
+}
+
 namespace {
 
 // A date-time in its display form; any other text, or a date-time that has none, as it is. Deliberate: a text that

@@ -13,6 +13,12 @@
 #include "MSPCUserDefaults.h"
 #include "MSPDIImportDestination.h"
 #include "MSPDIInputList.h"
+#include "MSPIXMLImporter.h"
+
+bool MSPDIImportFile(const MSPIImportInfo& info, const MSPCServices& services, const MSPCURL& source,
+                     const MSPCURL& destination) {
+    return MSPIXMLImporter(info, services).importFromMspdiURLToKdzxBundleURL(source, destination);
+}
 
 MSPDIImportRunner::MSPDIImportRunner(const MSPCServices& services, MSPDIFileImport importFile)
     : _services(services), _importFile(std::move(importFile)) {

@@ -5,7 +5,7 @@
 
 #include "MSPCFileSystem.h"
 #include "MSPDICheckReport.h"
-#include "MSPDISubcommands.h"
+#include "MSPDICommonOptions.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
+#include "MSPDICommonOptions.h"
 #include "MSPDIDiffReport.h"
 #include "MSPDIMemoryImport.h"
-#include "MSPDISubcommands.h"
 
 namespace {
 

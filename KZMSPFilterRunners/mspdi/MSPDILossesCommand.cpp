@@ -5,8 +5,9 @@
 #include <memory>
 
 #include "MSPCFileSystem.h"
+#include "MSPDIAccountOfPlan.h"
+#include "MSPDICommonOptions.h"
 #include "MSPDILossesReport.h"
-#include "MSPDISubcommands.h"
 
 namespace {
 

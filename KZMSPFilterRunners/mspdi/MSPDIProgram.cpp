@@ -5,12 +5,11 @@
 #include <new>
 
 #include "MSPCMessage.h"
+#include "MSPDICommonOptions.h"
 #include "MSPDIRun.h"
 #include "MSPDISubcommands.h"
 
 namespace {
-
-constexpr const char* versionText = "mspdi " KZMSP_VERSION;
 
 void describe(CLI::App& program) {
     program.name("mspdi");
@@ -18,7 +17,7 @@ void describe(CLI::App& program) {
     program.footer(
         "Exit status: 0 nothing to tell, 1 something to tell, 2 could not look.\n"
         "See also: man mspdi, man mspdi-<subcommand>");
-    program.set_version_flag("--version", versionText, "Print the version");
+    program.set_version_flag("--version", MSPDIVersionText, "Print the version");
     program.set_help_flag("--help,-h", "Print this help");
     program.require_subcommand(1);
 }
@@ -39,12 +38,6 @@ int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIO
 }
 
 }  // namespace
-
-void MSPDIAddCommonOptions(CLI::App& subcommand, MSPDIRun& run) {
-    subcommand.add_flag("--json", run.isJSON, "Tell it as one JSON document");
-    subcommand.add_flag("--quiet,-q", run.isQuiet, "Tell nothing; the exit status says enough");
-    subcommand.set_version_flag("--version", versionText, "Print the version");
-}
 
 int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& services, const MSPDIOutput& output) {
     MSPDIRun run{services, output.out, output.err, output.isColored};

@@ -14,6 +14,3 @@ using MSPDISubcommand = void (*)(CLI::App& program, MSPDIRun& run);
 
 // All subcommands, in the order of the help text.
 [[nodiscard]] std::span<const MSPDISubcommand> MSPDISubcommands();
-
-// What every subcommand takes: --json, --quiet, --version.
-void MSPDIAddCommonOptions(CLI::App& subcommand, MSPDIRun& run);

@@ -10,7 +10,6 @@
 #include "MSPCException.h"
 #include "MSPCXMLDocument.h"
 #include "MSPIBundleNaming.h"
-#include "MSPIXMLImporter.h"
 #include "WrittenTexts.h"
 
 namespace {
@@ -68,10 +67,10 @@ void importIntoBundle(const BundleImportInput& input, const MSPIScenarioMapping&
     world.fileSystem.addFile(Plan, input.plan);
 
     std::map<std::string, WrittenTexts> mapped;
-    const auto mapAndRemember = [&mapped, &mapScenario](MSPCXMLDocument& mspdi, const MSPCXMLDocument& kdzxTemplate,
+    const auto mapAndRemember = [&mapped, &mapScenario](MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplate,
                                                         MSPCXMLDocument& toc, const MSPIImportInfo& info,
                                                         const MSPCServices& services) {
-        auto scenario = mapScenario(mspdi, kdzxTemplate, toc, info, services);
+        auto scenario = mapScenario(plan, kdzxTemplate, toc, info, services);
         if (scenario) {
             mapped[MSPIScenarioFileName(*info.kdzxScenarioName)] = textsOf(*scenario);
         }

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "MSPIScenarioMapping.h"
+#include "MSPIXMLImporter.h"
 
 // The bytes of the documents that an import reads.
 struct BundleImportInput {

@@ -29,7 +29,7 @@ std::string smallTasks(std::size_t mostBytes) {
 }
 
 // Looks for each task through all of them, as the mapping of links once did, and then maps them.
-std::optional<MSPCXMLDocument> mapWithASearchForEachTask(MSPCXMLDocument& mspdi, const MSPCXMLDocument& kdzxTemplate,
+std::optional<MSPCXMLDocument> mapWithASearchForEachTask(MSPIPlan& mspdi, const MSPCXMLDocument& kdzxTemplate,
                                                          MSPCXMLDocument& toc, const MSPIImportInfo& info,
                                                          const MSPCServices& services) {
     const auto tasks = mspdi.root().firstChildElement("Tasks");

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "FuzzWorld.h"
-#include "MSPDIAccount.h"
+#include "MSPDIAccountOfPlan.h"
 #include "MSPIXMLImporter.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-#include "MSPDIAccount.h"
+#include "MSPDIAccountOfPlan.h"
 #include "ServicesInMemory.h"
 
 // What becomes of a plan with this content beside a start, a calendar named Standard (number 1) and a save version.

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "MSPDIAccount.h"
+#include "MSPDIAccountOfPlan.h"
 #include "ServicesInMemory.h"
 
 // All that an account says, in words.

@@ -8,7 +8,7 @@
 
 #include "MSPCByteStreams.h"
 #include "MSPCXMLLoader.h"
-#include "MSPDIAccount.h"
+#include "MSPDIAccountOfPlan.h"
 #include "MSPDIMemoryImport.h"
 
 namespace {

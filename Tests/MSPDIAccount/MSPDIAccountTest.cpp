@@ -1,4 +1,4 @@
-#include "MSPDIAccount.h"
+#include "MSPDIAccountOfPlan.h"
 
 #include <gtest/gtest.h>
 

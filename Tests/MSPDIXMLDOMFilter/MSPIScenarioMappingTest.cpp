@@ -1,4 +1,4 @@
-#include "MSPIScenarioMapping.h"
+#include "MSPIXMLImporter.h"
 
 #include <gtest/gtest.h>
 
@@ -95,20 +95,15 @@ private:
         const MSPCServices services{_clock,      *MSPCTimeZone::named("Europe/Berlin"), _log, _settings, _fileSystem,
                                     randomSource};
         const auto bundle = fs::path(KZMSP_SOURCE) / "share" / "kadenza2" / "Empty.kdzx";
-        auto mspdi = loadPlan(plan, selection);
-        std::shared_ptr<const MSPIBaselineIndex> baselines;
+        MSPIPlan mspdi(loadPlan(plan, selection));
         const auto kdzxTemplate = load(bundle / "Actual.xml", MSPCXMLContent::Everything);
         auto kdzxTOC = load(bundle / "__TOC.xml", MSPCXMLContent::Everything);
         for (int number = -1; number <= lastBaseline; ++number) {
-            if (number == 0) {
-                baselines = std::make_shared<const MSPIBaselineIndex>(mspdi.document, std::move(mspdi.deferred));
-            }
             MSPIImportInfo info;
-            info.baselines = baselines;
             info.mspdiProjectName = plan.stem().string();
             info.mspdiBaselineNumber = number < 0 ? std::nullopt : std::optional(number);
             info.kdzxScenarioName = MSPIScenarioName(info.mspdiBaselineNumber);
-            if (const auto scenario = MSPIMapScenario(mspdi.document, kdzxTemplate, kdzxTOC, info, services)) {
+            if (const auto scenario = MSPIMapScenario(mspdi, kdzxTemplate, kdzxTOC, info, services)) {
                 documents.push_back(scenario->serialized());
             }
         }

@@ -49,11 +49,11 @@ protected:
     }
     bool import() { return import(MSPCURL::fileURL("/in/Plan.xml", false), MSPCURL::fileURL("/out/Plan.kdzx", true)); }
 
-    std::optional<MSPCXMLDocument> mapScenario(const MSPCXMLDocument& mspdi, const MSPCXMLDocument& kdzxTemplate,
+    std::optional<MSPCXMLDocument> mapScenario(const MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplate,
                                                MSPCXMLDocument& kdzxTOC, const MSPIImportInfo& scenarioInfo) {
         const auto number = scenarioInfo.mspdiBaselineNumber;
         mapped.push_back(scenarioInfo);
-        EXPECT_EQ(mspdi.root().stringValue(), "the plan");
+        EXPECT_EQ(plan.root().stringValue(), "the plan");
         EXPECT_EQ(kdzxTemplate.root().stringValue(), "template");
         if (number ? !baselinesWithData.contains(*number) : !hasActualScenario) {
             return std::nullopt;
@@ -92,10 +92,9 @@ protected:
     std::string scenarioText;
     std::vector<MSPIImportInfo> mapped;
     std::vector<std::string> rest;  // of the log, behind its head
-    MSPIScenarioMapping mapping = [this](MSPCXMLDocument& mspdi, const MSPCXMLDocument& kdzxTemplate,
-                                         MSPCXMLDocument& kdzxTOC, const MSPIImportInfo& scenarioInfo,
-                                         const MSPCServices&) {
-        return mapScenario(mspdi, kdzxTemplate, kdzxTOC, scenarioInfo);
+    MSPIScenarioMapping mapping = [this](MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplate, MSPCXMLDocument& kdzxTOC,
+                                         const MSPIImportInfo& scenarioInfo, const MSPCServices&) {
+        return mapScenario(plan, kdzxTemplate, kdzxTOC, scenarioInfo);
     };
 };
 
@@ -444,12 +443,12 @@ TEST_F(MSPIXMLImporterTest, whatAMapperRaisesIsLoggedWithItsUserInformation) {
 }
 
 TEST_F(MSPIXMLImporterTest, aFailingBaselineLeavesTheActualScenarioAndTheTemplatesTableOfContents) {
-    mapping = [this](MSPCXMLDocument& mspdi, const MSPCXMLDocument& kdzxTemplate, MSPCXMLDocument& kdzxTOC,
+    mapping = [this](MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplate, MSPCXMLDocument& kdzxTOC,
                      const MSPIImportInfo& scenarioInfo, const MSPCServices&) {
         if (scenarioInfo.mspdiBaselineNumber == 4) {
             throw MSPIMapperException("No baseline 4.");
         }
-        return mapScenario(mspdi, kdzxTemplate, kdzxTOC, scenarioInfo);
+        return mapScenario(plan, kdzxTemplate, kdzxTOC, scenarioInfo);
     };
     baselinesWithData = {1};
     EXPECT_FALSE(import());

@@ -64,23 +64,21 @@ inline MSPCXMLLoaded planFromXML(std::string_view projectContent) {
     return newXmlDocFromUrlSelection(MSPCURL::fileURL(path, false), elementsRead(), disk, log);
 }
 
-// The content of an MSPDI project and the context of its mapping.
+// An MSPDI plan and the context of its mapping.
 class MappingFixture : public MappingServices {
 public:
     // `projectContent` is what stands between the tags of `Project`.
     explicit MappingFixture(std::string_view projectContent, std::string_view zone = "Europe/Berlin")
-        : MappingServices(zone), document(planFromXML(projectContent).document), context(services) {
-        context.setMspProject(document.root());
-    }
+        : MappingServices(zone), plan(planFromXML(projectContent)), context(plan, services) {}
 
     // The only child element at a path below `Project`.
     [[nodiscard]] MSPCXMLNode node(std::string_view path) {
-        const auto nodes = document.root().nodesForXPath(path);
+        const auto nodes = plan.root().nodesForXPath(path);
         EXPECT_TRUE(nodes && nodes->size() == 1) << path;
         return nodes && !nodes->empty() ? nodes->front() : MSPCXMLNode();
     }
 
-    MSPCXMLDocument document;
+    MSPIPlan plan;
     MSPIMappingContext context;
 };
 

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "MSPIBaselineIndex.h"
 #include "MSPIMapper.h"
 #include "MappingFixture.h"
 
@@ -37,7 +35,7 @@ inline std::string baseline(int number, const std::string& more = "") {
     return "<Baseline><Number>" + std::to_string(number) + "</Number>" + more + "</Baseline>";
 }
 
-// An import of one project: its documents, and one mapper after another. The n-th scenario gets the n-th of the ids
+// An import of one plan: its documents, and one mapper after another. The n-th scenario gets the n-th of the ids
 // "baaaaaaaaaa", "caaaaaaaaaa", "daaaaaaaaaa".
 class ProjectImport : public MappingServices {
 public:
@@ -46,8 +44,7 @@ public:
     ProjectImport(MSPCXMLDocument&& source, std::string_view tocMarkup)
         : ProjectImport(MSPCXMLLoaded{std::move(source), {}, {}}, tocMarkup) {}
     ProjectImport(MSPCXMLLoaded&& source, std::string_view tocMarkup)
-        : project(std::move(source.document)),
-          deferred(std::move(source.deferred)),
+        : plan(std::move(source)),
           toc(documentFromXML(tocMarkup, MSPCXMLContent::Everything)),
           scenarioTemplate(documentFromXML(templateScenarioMarkup)) {
         randomSource = ListedRandomSource{0x0100000000000000, 0x0200000000000000, 0x0300000000000000};
@@ -66,18 +63,10 @@ public:
         return map();
     }
     std::string map() {
-        auto scenarioInfo = info;
-        if (!info.baselines && info.mspdiBaselineNumber) {
-            scenarioInfo.baselines = baselines();
-        }
-        MSPIMapper mapper(project, scenarioTemplate, toc, scenarioInfo, services);
+        MSPIMapper mapper(plan, scenarioTemplate, toc, info, services);
         mapper.map();
         projectName = mapper.mspProjectName();
         return mapper.kdzxXmlDoc() ? markupOf(*mapper.kdzxXmlDoc()) : "(none)";
-    }
-    // Those of the project as it is now.
-    [[nodiscard]] std::shared_ptr<const MSPIBaselineIndex> baselines() const {
-        return project.root() ? std::make_shared<const MSPIBaselineIndex>(project, deferred) : nullptr;
     }
     // The markup of the one element of a path below the table of contents' root.
     std::string inTOC(const std::string& path) {
@@ -85,8 +74,7 @@ public:
         return nodes && nodes->size() == 1 ? markupOf(toc.root().newCopyOf(nodes->front())) : "(not one)";
     }
 
-    MSPCXMLDocument project;
-    MSPCXMLDeferredElements deferred;
+    MSPIPlan plan;
     MSPCXMLDocument toc;
     MSPCXMLDocument scenarioTemplate;
     MSPIImportInfo info;

@@ -36,12 +36,12 @@ public:
 
     // Maps the project; gives the new scenario.
     MSPCXMLNode map() {
-        _scenario = mapper.newScenarioFromMSPProject(fixture.document.root());
+        _scenario = mapper.newScenarioFromMSPProject(fixture.plan.root());
         return _scenario.node();
     }
 
     // The scenario's markup.
-    std::string markup() { return markupOf(fixture.document.root().newCopyOf(map())); }
+    std::string markup() { return markupOf(fixture.plan.root().newCopyOf(map())); }
 
     // Who belongs to whom, the group task with its children and each task with its own, in document order:
     // "t-1(t1) t1(t2 t3) t2 t3".

@@ -39,7 +39,7 @@ public:
 
     MSPITaskMapper mapper() { return {fixture.context, _fromStart, userDataTOCElements, maxId}; }
     // The first task of the project.
-    MSPCXMLNode task() { return fixture.document.root().firstChildElement("Tasks").firstChildElement("Task"); }
+    MSPCXMLNode task() { return fixture.plan.root().firstChildElement("Tasks").firstChildElement("Task"); }
 
     std::string markup() { return markupOf(mapper().newTaskFromMSPTask(task())); }
     // What the target of a task with UID 7 holds.

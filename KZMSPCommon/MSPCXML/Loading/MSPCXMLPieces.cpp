@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "MSPCByteStreams.h"
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLLexis.h"
@@ -35,8 +36,7 @@ std::string_view nameOf(std::string_view tag) {
 
 class Scanner {
 public:
-    Scanner(const std::function<std::size_t(char*, std::size_t)>& read, MSPCXMLPieceVisitor& visitor)
-        : _read(read), _visitor(visitor) {}
+    Scanner(MSPCByteSource& source, MSPCXMLPieceVisitor& visitor) : _source(source), _visitor(visitor) {}
 
     bool run() {
         if (!skipProlog()) {
@@ -47,7 +47,7 @@ public:
                 return false;
             }
             if (_depth == 0) {
-                return showRoot();
+                return !_hasFailed && showRoot();
             }
         }
         return false;
@@ -81,9 +81,10 @@ private:
         const auto size = _window.size();
         const auto room = std::max(windowSize, size - std::min(size, _pieceStart.value_or(_at)));
         _window.resize(size + room);
-        const auto count = _read(_window.data() + size, room);
-        _window.resize(size + count);
-        _isAtEnd = count == 0;
+        const auto count = _source.read(_window.data() + size, room);
+        _hasFailed = !count;
+        _window.resize(size + count.value_or(0));
+        _isAtEnd = count.value_or(0) == 0;
         return !_isAtEnd;
     }
 
@@ -406,11 +407,12 @@ private:
         return loaded.has_value();
     }
 
-    const std::function<std::size_t(char*, std::size_t)>& _read;
+    MSPCByteSource& _source;
     MSPCXMLPieceVisitor& _visitor;
     std::string _window;
     std::size_t _at = 0;
     bool _isAtEnd = false;
+    bool _hasFailed = false;
     std::size_t _depth = 0;                  // of the open elements
     std::optional<std::size_t> _pieceStart;  // of what is wanted as a whole
     std::string _childTag;                   // of the open child of the root
@@ -426,6 +428,6 @@ bool isEmptiedXMLPiece(const MSPCXMLNode& element) {
     return static_cast<bool>(element.attribute("emptied"));
 }
 
-bool visitXMLPieces(const std::function<std::size_t(char*, std::size_t)>& read, MSPCXMLPieceVisitor& visitor) {
-    return Scanner(read, visitor).run();
+bool visitXMLPieces(MSPCByteSource& source, MSPCXMLPieceVisitor& visitor) {
+    return Scanner(source, visitor).run();
 }

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <functional>
 #include <string_view>
 
 #include "MSPCXMLNode.h"
+
+class MSPCByteSource;
 
 // Is shown a document of lists, piece by piece: the root's children that hold elements are the lists, and what they
 // hold comes one at a time, each as the root of a small document of its own that is gone afterwards. Names are as
@@ -43,6 +44,5 @@ public:
 // Reads a document in pieces and shows them, in memory for the largest piece and the root's own values. False for a
 // document that is not plain: another encoding than UTF-8, a document type, a piece that does not parse. Some pieces
 // may have been shown by then. The document is known to be well-formed: end tags are not compared with their start tags
-// outside of pieces. `read` gives the next bytes of the document, at most `capacity`, and their number; 0 at the end.
-[[nodiscard]] bool visitXMLPieces(const std::function<std::size_t(char* buffer, std::size_t capacity)>& read,
-                                  MSPCXMLPieceVisitor& visitor);
+// outside of pieces. False, too, when reading fails.
+[[nodiscard]] bool visitXMLPieces(MSPCByteSource& source, MSPCXMLPieceVisitor& visitor);

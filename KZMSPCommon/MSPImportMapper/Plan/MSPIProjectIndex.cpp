@@ -102,9 +102,8 @@ const Index& builtOnce(std::optional<Index>& index, const MSPCXMLNode& project, 
 
 }  // namespace
 
-MSPIProjectIndex::MSPIProjectIndex(const MSPCXMLNode& project, std::shared_ptr<MSPIProjectIndex> asLoaded,
-                                   MSPIUnchangedLists unchanged)
-    : _project(project), _asLoaded(std::move(asLoaded)), _unchanged(unchanged) {
+MSPIProjectIndex::MSPIProjectIndex(MSPIProjectIndex& asLoaded, MSPIUnchangedLists unchanged)
+    : _project(asLoaded._project), _asLoaded(&asLoaded), _unchanged(unchanged) {
 }
 
 const MSPINumberIndex& MSPIProjectIndex::tasksByUID() {

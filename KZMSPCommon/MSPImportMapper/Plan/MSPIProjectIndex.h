@@ -10,7 +10,7 @@
 
 #include "MSPCError.h"
 #include "MSPCXMLNode.h"
-#include "MSPIAssignmentKeys.h"
+#include "MSPIAssignmentPool.h"
 
 // The elements of one list of the project by the number in one of their children, with the meaning of the XPath
 // predicate `[child=number]`: texts count as XPath reads them (" 12 " and "012" are 12, "12h" is no number), and an
@@ -57,12 +57,11 @@ struct MSPIUnchangedLists {
 // whose names end in "UID"; what baselines show is watched for these names.
 class MSPIProjectIndex {
 public:
-    MSPIProjectIndex() = default;
+    // Of a project as it was loaded.
     explicit MSPIProjectIndex(const MSPCXMLNode& project) : _project(project) {}
-    // Of a project of which a baseline shows: what the baseline leaves as it is, is looked up in the index of the
-    // project as it was loaded, where there is one.
-    MSPIProjectIndex(const MSPCXMLNode& project, std::shared_ptr<MSPIProjectIndex> asLoaded,
-                     MSPIUnchangedLists unchanged);
+    // Of the same project for one scenario: lists that are as they were loaded are looked up in that index, which
+    // outlives this one.
+    MSPIProjectIndex(MSPIProjectIndex& asLoaded, MSPIUnchangedLists unchanged);
 
     // "Tasks/Task[UID=<uid>]"
     [[nodiscard]] const MSPINumberIndex& tasksByUID();
@@ -81,10 +80,12 @@ public:
 
 private:
     // The index that holds lists of a kind: this one, unless they are as they were loaded.
-    [[nodiscard]] MSPIProjectIndex& holderOf(bool isUnchanged) { return _asLoaded && isUnchanged ? *_asLoaded : *this; }
+    [[nodiscard]] MSPIProjectIndex& holderOf(bool isUnchanged) {
+        return _asLoaded != nullptr && isUnchanged ? *_asLoaded : *this;
+    }
 
     MSPCXMLNode _project;
-    std::shared_ptr<MSPIProjectIndex> _asLoaded;
+    MSPIProjectIndex* _asLoaded = nullptr;
     MSPIUnchangedLists _unchanged;
     std::optional<MSPINumberIndex> _tasksByUID;
     std::optional<MSPINumberIndex> _calendarsByUID;

@@ -8,9 +8,31 @@
 #include <vector>
 
 #include "ExpectRaises.h"
+#include "MSPCExtensions.h"
 #include "MappingFixture.h"
 
 namespace {
+
+// A patch with all that it needs, of the element's baseline that the plain query finds.
+class PatchOf {
+public:
+    PatchOf(const MSPCXMLNode& element, std::int32_t number)
+        : _patch(targetOf(element, singleObjectForXQuery(element, "Baseline[Number=" + std::to_string(number) + "]")),
+                 _journal) {}
+    PatchOf(const PatchOf&) = delete;
+    PatchOf& operator=(const PatchOf&) = delete;
+    MSPIBaselinePatch* operator->() { return &_patch; }
+
+private:
+    MSPIBaselineIndex::Target targetOf(const MSPCXMLNode& element, const MSPCXMLNode& baseline) {
+        return baseline ? MSPIBaselineIndex::Target{element, true, _values.append(MSPCFields(element), baseline)}
+                        : MSPIBaselineIndex::Target{element, false, {}};
+    }
+
+    MSPIBaselineValues _values;
+    MSPIBaselineJournal _journal;
+    MSPIBaselinePatch _patch;
+};
 
 constexpr std::string_view missing = "(removed)";
 
@@ -47,21 +69,21 @@ TEST_P(MSPIBaselinePatchOf, ShowsTheBaselineAndRestoresTheTaskExactly) {
     const auto& [what, task, patched] = GetParam();
     const auto document = documentFromXML("<Tasks><Task>" + task + "</Task></Tasks>", MSPCXMLContent::Everything);
     const auto before = markupOf(document);
-    MSPIBaselinePatch patch(document.root().firstChildElement("Task"), 1);
+    PatchOf patch(document.root().firstChildElement("Task"), 1);
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(markupOf(document), before);
-        EXPECT_FALSE(patch.isPatched());
-        patch.apply();
-        EXPECT_TRUE(patch.isPatched());
-        EXPECT_EQ(patch.isTargetRemoved(), patched == missing);
+        EXPECT_FALSE(patch->isPatched());
+        patch->apply();
+        EXPECT_TRUE(patch->isPatched());
+        EXPECT_EQ(patch->isTargetRemoved(), patched == missing);
         const auto target = document.root().firstChildElement("Task");
         EXPECT_EQ(withoutBaselineContent(target ? markupOfChildren(target) : std::string(missing)),
                   withoutBaselineContent(patched));
-        patch.revert();
+        patch->revert();
     }
     EXPECT_EQ(markupOf(document), before);
-    EXPECT_FALSE(patch.isPatched());
-    EXPECT_FALSE(patch.isTargetRemoved());
+    EXPECT_FALSE(patch->isPatched());
+    EXPECT_FALSE(patch->isTargetRemoved());
 }
 
 const PatchCase patchCases[] = {
@@ -125,16 +147,16 @@ INSTANTIATE_TEST_SUITE_P(MSPIBaselinePatch, MSPIBaselinePatchOf, testing::Values
 TEST(MSPIBaselinePatch, TakesNumberZeroForABaselineLikeAnyOther) {
     const auto document = documentFromXML(
         "<Tasks><Task><Start>a</Start><Baseline><Number>0</Number><Start>A</Start></Baseline></Task></Tasks>");
-    MSPIBaselinePatch patch(document.root().firstChild(), 0);
-    patch.apply();
+    PatchOf patch(document.root().firstChild(), 0);
+    patch->apply();
     EXPECT_EQ(document.root().firstChild().firstChild().stringValue(), "A");
 }
 
 TEST(MSPIBaselinePatch, ChangesNothingBeforeItIsApplied) {
     const auto document = documentFromXML("<Tasks><Task/></Tasks>");
-    const MSPIBaselinePatch patch(document.root().firstChild(), 1);
-    EXPECT_FALSE(patch.isPatched());
-    EXPECT_FALSE(patch.isTargetRemoved());
+    PatchOf patch(document.root().firstChild(), 1);
+    EXPECT_FALSE(patch->isPatched());
+    EXPECT_FALSE(patch->isTargetRemoved());
     EXPECT_EQ(markupOf(document), "<Tasks><Task/></Tasks>");
 }
 
@@ -144,26 +166,26 @@ TEST(MSPIBaselinePatch, CanNotBeAppliedTwice) {
           "<Tasks><Task><Start>a</Start><Baseline><Number>1</Number><Start>A</Start></Baseline></Task></Tasks>"}) {
         const auto document = documentFromXML(task);
         const auto before = markupOf(document);
-        MSPIBaselinePatch patch(document.root().firstChild(), 1);
-        patch.apply();
+        PatchOf patch(document.root().firstChild(), 1);
+        patch->apply();
         const auto patched = markupOf(document);
-        EXPECT_RAISES(patch.apply(), MSPCInternalInconsistency,
+        EXPECT_RAISES(patch->apply(), MSPCInternalInconsistency,
                       "Can not apply patch to already patched target. Must revert first.");
-        EXPECT_TRUE(patch.isPatched());
+        EXPECT_TRUE(patch->isPatched());
         EXPECT_EQ(markupOf(document), patched);
-        patch.revert();
+        patch->revert();
         EXPECT_EQ(markupOf(document), before);
     }
 }
 
 TEST(MSPIBaselinePatch, CanNotBeRevertedUnlessApplied) {
     const auto document = documentFromXML("<Tasks><Task/></Tasks>");
-    MSPIBaselinePatch patch(document.root().firstChild(), 1);
-    EXPECT_RAISES(patch.revert(), MSPCInternalInconsistency,
+    PatchOf patch(document.root().firstChild(), 1);
+    EXPECT_RAISES(patch->revert(), MSPCInternalInconsistency,
                   "Can not revert patch at non-patched target. Must apply patch first.");
-    patch.apply();
-    patch.revert();
-    EXPECT_RAISES(patch.revert(), MSPCInternalInconsistency,
+    patch->apply();
+    patch->revert();
+    EXPECT_RAISES(patch->revert(), MSPCInternalInconsistency,
                   "Can not revert patch at non-patched target. Must apply patch first.");
     EXPECT_EQ(markupOf(document), "<Tasks><Task/></Tasks>");
 }
@@ -179,17 +201,17 @@ public:
     }
     void apply() {
         for (auto patch = _patches.rbegin(); patch != _patches.rend(); ++patch) {
-            patch->apply();
+            (*patch)->apply();
         }
     }
     void revert() {
         for (auto& patch : _patches) {
-            patch.revert();
+            patch->revert();
         }
     }
 
 private:
-    std::deque<MSPIBaselinePatch> _patches;
+    std::deque<PatchOf> _patches;
 };
 
 constexpr std::string_view kept = "<Task>kept<Baseline><Number>1</Number></Baseline></Task>";
@@ -224,10 +246,10 @@ TEST(MSPIBaselinePatch, BringsRemovedTasksBackToTheirPlaces) {
 
 TEST(MSPIBaselinePatch, HidesARemovedTaskFromEveryQuery) {
     const auto document = documentFromXML("<Tasks><Task><UID>1</UID></Task></Tasks>");
-    MSPIBaselinePatch patch(document.root().firstChild(), 1);
-    patch.apply();
+    PatchOf patch(document.root().firstChild(), 1);
+    patch->apply();
     EXPECT_TRUE(document.root().nodesForXPath("//Task")->empty());
-    patch.revert();
+    patch->revert();
     EXPECT_EQ(document.root().nodesForXPath("Task[UID=1]")->size(), 1U);
 }
 

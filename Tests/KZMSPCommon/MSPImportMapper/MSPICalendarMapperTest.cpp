@@ -187,7 +187,7 @@ TEST(MSPICalendarMapper, scheduleBounds_areTheExtremesOfTheWholeDocument) {
                                "</WeekDay></WeekDays><Exceptions><Exception>" + exception +
                                "</Exception></Exceptions></Calendar><Calendar><WorkWeeks><WorkWeek>" + week +
                                "</WorkWeek></WorkWeeks></Calendar></Calendars>");
-        const auto calendar = fixture.document.root().firstChild().firstChild();
+        const auto calendar = fixture.plan.root().firstChild().firstChild();
         const MSPICalendarMapper mapper(fixture.context);
         EXPECT_EQ(mapper.makeScheduleStartFromMSPCalendar(calendar), "2011-12-24T08:00:00+01:00");
         EXPECT_EQ(mapper.makeScheduleEndFromMSPCalendar(calendar), "2012-07-05T17:00:00+02:00");

@@ -88,11 +88,7 @@ TEST(MSPICalendarSchedules, OfARangeAllWeeksButTheFirstAreCounted) {
 TEST(MSPICalendarSchedules, TheRangesOfOneCalendarAreBoundInAllScenariosTogether) {
     SharedCalendar actual(dayOff("0001-01-01T00:00:00", "9999-12-31T00:00:00"));
     static_cast<void>(actual.schedule());
-    MSPIMappingContext baseline(actual.services);
-    baseline.setMspProject(actual.document.root());
-    auto bounds = std::make_shared<MSPIGrowthBounds>();
-    ASSERT_TRUE(bounds->addEventsOfRange(actual.node("Calendars/Calendar"), 500'000));
-    baseline.shareGrowthBounds(bounds);
+    MSPIMappingContext baseline(actual.plan, actual.services);
     EXPECT_RAISES(
         static_cast<void>(MSPICalendarMapper(baseline).newScheduleFromMSPCalendar(actual.node("Calendars/Calendar"))),
         MSPCInternalInconsistency, "Too many calendar events from '0001-01-01T00:00:00' to '9999-12-31T00:00:00'.");

@@ -153,7 +153,7 @@ TEST(MSPIMapper, RefusesADocumentWithoutRoot) {
 
 TEST(MSPIMapper, HasNoDocumentBeforeItMaps) {
     ProjectImport import(framed(""));
-    MSPIMapper mapper(import.project, import.scenarioTemplate, import.toc, import.info, import.services);
+    MSPIMapper mapper(import.plan, import.scenarioTemplate, import.toc, import.info, import.services);
     EXPECT_FALSE(mapper.kdzxXmlDoc());
     EXPECT_EQ(markupOf(import.toc), emptyTOC);
 }

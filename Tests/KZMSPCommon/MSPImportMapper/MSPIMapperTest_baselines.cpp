@@ -21,7 +21,7 @@ using testing::Not;
 
 TEST(MSPIMapper, MapsABaselineOfTheSamePlanAndRestoresTheSource) {
     ProjectImport import(framed(std::string(smallPlan)));
-    const auto before = import.project.serialized();
+    const auto before = import.plan.document().serialized();
     EXPECT_EQ(import.mapBaseline(1),
               "<scenario xmlns=\"urn:kadenza:document:2\" id=\"baaaaaaaaaa\">"
               "<!--  2012-01-10 11:00:00 +0000: Kadenza 2.x MSPDI Importer.  -->"
@@ -37,7 +37,7 @@ TEST(MSPIMapper, MapsABaselineOfTheSamePlanAndRestoresTheSource) {
                   "<end-date>2012-01-11T17:00:00+01:00</end-date>"
                   "<user-data><key>Region</key><string>North</string></user-data></task>"
                   "<!--  Critical Path  --><critical-path slack=\"0\"/></scenario>");
-    EXPECT_EQ(import.project.serialized(), before);
+    EXPECT_EQ(import.plan.document().serialized(), before);
     EXPECT_EQ(markupOf(import.toc),
               "<toc xmlns=\"urn:kadenza:document:2\"><!-- kept -->"
               "<window><editing-scenario>template</editing-scenario>"
@@ -58,18 +58,6 @@ TEST(MSPIMapper, ProducesNothingForABaselineWithoutData) {
     EXPECT_EQ(import.mapBaseline(10), "(none)");
     EXPECT_EQ(markupOf(import.toc), emptyTOC);
     EXPECT_THAT(import.log.takeLines(), IsEmpty());
-}
-
-TEST(MSPIMapper, UsesTheBaselinesItIsGiven) {
-    ProjectImport import(framed(tasks(task(1, baseline(1)))));
-    import.info.baselines = import.baselines();
-    EXPECT_EQ(import.mapBaseline(0), "(none)");
-    EXPECT_THAT(import.mapBaseline(1), HasSubstr("<task id=\"t1\">"));
-    // What is given counts, even where it is that of a project without baselines.
-    const auto empty = documentFromXML("<Project/>");
-    import.info.baselines = std::make_shared<const MSPIBaselineIndex>(empty);
-    EXPECT_EQ(import.mapBaseline(1), "(none)");
-    import.log.ignoreLines();
 }
 
 TEST(MSPIMapper, LeavesTheTasksOfARemovedSummaryTaskToTheNextCandidate) {
@@ -95,11 +83,11 @@ TEST(MSPIMapper, MapsABaselineThatOnlyAssignmentsHave) {
                                 "<Resources><Resource><UID>3</UID></Resource></Resources><Assignments>"
                                 "<Assignment><TaskUID>1</TaskUID><ResourceUID>3</ResourceUID>" +
                                 baseline(0) + "</Assignment></Assignments>"));
-    const auto before = import.project.serialized();
+    const auto before = import.plan.document().serialized();
     const auto scenario = import.mapBaseline(0);
     EXPECT_THAT(scenario, HasSubstr("<task id=\"t-1\"><type>group</type></task><!--  Critical Path  -->"));
     EXPECT_THAT(scenario, Not(HasSubstr("<resource id=\"r3\"")));
-    EXPECT_EQ(import.project.serialized(), before);
+    EXPECT_EQ(import.plan.document().serialized(), before);
     EXPECT_EQ(import.inTOC("project/scenario[@name='Baseline']"),
               "<scenario id=\"baaaaaaaaaa\" name=\"Baseline\" filename=\"Baseline.xml\"/>");
     EXPECT_THAT(import.log.takeLines(),
@@ -129,12 +117,12 @@ TEST(MSPIMapper, MapsEveryBaselineFromTheSameSource) {
                                  baseline(2, "<Start>2012-01-12T08:00:00</Start>")) +
                      task(2, baseline(2)) + task(3, baseline(0)) + task(4)));
     ProjectImport import(content);
-    const auto before = import.project.serialized();
+    const auto before = import.plan.document().serialized();
     const auto actual = import.mapActual();
     const auto first = import.mapBaseline(0);
-    EXPECT_EQ(import.project.serialized(), before);
+    EXPECT_EQ(import.plan.document().serialized(), before);
     const auto second = import.mapBaseline(2);
-    EXPECT_EQ(import.project.serialized(), before);
+    EXPECT_EQ(import.plan.document().serialized(), before);
     EXPECT_THAT(actual, HasSubstr("<child-task idref=\"t1\"/><child-task idref=\"t2\"/><child-task idref=\"t3\"/>"
                                   "<child-task idref=\"t4\"/></task>"));
     EXPECT_THAT(actual, HasSubstr("<effort>0</effort><start-date>2012-01-09T08:00:00+01:00</start-date>"));
@@ -153,11 +141,9 @@ TEST(MSPIMapper, RefusesNumbersThatNoBaselineHas) {
                   "Unexpected baseline number in info dictionary: -1");
 }
 
-// One after the other from one loaded plan, with look-ups shared between the scenarios.
+// One after the other from one loaded plan.
 std::vector<std::string> mappedTogether(const std::string& plan, const std::vector<std::optional<int>>& numbers) {
     ProjectImport import(plan);
-    import.info.baselines = import.baselines();
-    import.info.index = std::make_shared<MSPIProjectIndex>(import.project.root());
     std::vector<std::string> scenarios;
     for (const auto& number : numbers) {
         import.randomSource = ListedRandomSource{0x0100000000000000};

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <memory>
 #include <string>
 
 #include "ProjectImport.h"
@@ -73,10 +72,6 @@ public:
     PatchedImport() : ProjectImport(planOfAllShapes()) {}
     ~PatchedImport() { log.ignoreLines(); }
 
-    void shareIndex() {
-        info.baselines = baselines();
-        info.index = std::make_shared<MSPIProjectIndex>(project.root());
-    }
     std::string mapped(int number) {
         randomSource = ListedRandomSource{0x0100000000000000};
         return mapBaseline(number);
@@ -85,21 +80,19 @@ public:
 
 TEST(MSPIMapperPatches, LeaveThePlanAsItWasAndMapWhatANewPlanGives) {
     PatchedImport import;
-    import.shareIndex();
-    const auto before = import.project.serialized();
+    const auto before = import.plan.document().serialized();
     for (int round = 0; round < 2; ++round) {
         for (int number = 0; number < baselineCount; ++number) {
             const auto scenario = import.mapped(number);
             EXPECT_EQ(scenario, PatchedImport().mapped(number)) << number;
             EXPECT_EQ(scenario == "(none)", number > 1);
-            EXPECT_EQ(import.project.serialized(), before) << number;
+            EXPECT_EQ(import.plan.document().serialized(), before) << number;
         }
     }
 }
 
 TEST(MSPIMapperPatches, ShowTheValuesOfTheBaselineAndNothingElse) {
     PatchedImport import;
-    import.shareIndex();
     const struct {
         int number;
         const char* shape;

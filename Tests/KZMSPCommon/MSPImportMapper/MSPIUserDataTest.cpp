@@ -1,4 +1,4 @@
-#include "MSPIUserData.h"
+#include "MSPIUserDataMapper.h"
 
 #include <gtest/gtest.h>
 

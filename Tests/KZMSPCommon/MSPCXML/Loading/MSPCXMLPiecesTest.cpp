@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
+
+#include "PiecewiseSource.h"
 
 namespace {
 
@@ -45,17 +46,9 @@ private:
 
 // What is shown of a document that is read so many bytes at a time; "(not plain)" behind it for one that is not.
 std::string shown(const std::string& document, std::size_t step = 1 << 20, std::string_view taken = {}) {
-    std::size_t at = 0;
+    PiecewiseSource source(document, step);
     Written written(taken);
-    const bool isPlain = visitXMLPieces(
-        [&](char* buffer, std::size_t capacity) {
-            const auto count = std::min({step, capacity, document.size() - at});
-            document.copy(buffer, count, at);
-            at += count;
-            return count;
-        },
-        written);
-    return isPlain ? written.text : written.text + "(not plain)";
+    return visitXMLPieces(source, written) ? written.text : written.text + "(not plain)";
 }
 
 }  // namespace

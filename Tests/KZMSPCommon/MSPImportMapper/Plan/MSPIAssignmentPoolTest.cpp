@@ -56,7 +56,7 @@ std::string assignments(std::mt19937& random) {
 }
 
 std::vector<MSPCXMLNode> assignmentsOf(MappingFixture& fixture) {
-    return *fixture.document.root().nodesForXPath("Assignments/Assignment");
+    return *fixture.plan.root().nodesForXPath("Assignments/Assignment");
 }
 
 // The positions of assignments among those of the project.

@@ -97,7 +97,7 @@ TEST(MSPIProjectIndex, findsWhatTheQueriesFind) {
         const auto xml = projectContent(random);
         SCOPED_TRACE(fmt::format("seed {}: {}", seed, xml));
         MappingFixture fixture(xml);
-        const auto project = fixture.document.root();
+        const auto project = fixture.plan.root();
         MSPIProjectIndex index(project);
         for (const std::int64_t number : {-9, -3, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12, 15, 19, 20}) {
             expectSameAsQuery(index.tasksByUID(), project, "Tasks/Task[UID={}]", number);
@@ -126,7 +126,7 @@ TEST(MSPIProjectIndex, comparesLargeNumbersAsTheQueriesDo) {
     MappingFixture fixture(
         "<Tasks><Task><UID>9007199254740993</UID></Task><Task><UID>9223372036854775807</UID></Task>"
         "<Task><UID>-9223372036854775808</UID></Task><Task><UID>4294967299</UID></Task></Tasks>");
-    const auto project = fixture.document.root();
+    const auto project = fixture.plan.root();
     MSPIProjectIndex index(project);
     for (const std::int64_t number :
          {std::int64_t{9007199254740992}, std::int64_t{9007199254740993}, std::int64_t{9007199254740994},
@@ -142,7 +142,7 @@ TEST(MSPIProjectIndex, findsATextWithQuotesButNoneWithAnApostropheWhichWouldEndT
     MappingFixture fixture(
         "<ExtendedAttributes><ExtendedAttribute><FieldID>a\"b</FieldID></ExtendedAttribute>"
         "<ExtendedAttribute><FieldID>a'b</FieldID></ExtendedAttribute></ExtendedAttributes>");
-    MSPIProjectIndex index(fixture.document.root());
+    MSPIProjectIndex index(fixture.plan.root());
     EXPECT_TRUE(index.definitionsByFieldID().singleNodeWithKey("a\"b"));
     Error error;
     EXPECT_FALSE(index.definitionsByFieldID().singleNodeWithKey("a'b", &error));
@@ -151,7 +151,7 @@ TEST(MSPIProjectIndex, findsATextWithQuotesButNoneWithAnApostropheWhichWouldEndT
 
 TEST(MSPIProjectIndex, ofAProjectWithoutListsFindsNothing) {
     MappingFixture fixture("<UID>1</UID><FieldID>1</FieldID>");
-    MSPIProjectIndex index(fixture.document.root());
+    MSPIProjectIndex index(fixture.plan.root());
     Error error;
     EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(1, &error));
     EXPECT_EQ(error.code, MSPCXQueryNoMatch);
@@ -161,7 +161,7 @@ TEST(MSPIProjectIndex, ofAProjectWithoutListsFindsNothing) {
 
 TEST(MSPIProjectIndex, needsNoErrorToReportTo) {
     MappingFixture fixture("<Tasks><Task><UID>1</UID></Task><Task><UID>1</UID><Name>last</Name></Task></Tasks>");
-    MSPIProjectIndex index(fixture.document.root());
+    MSPIProjectIndex index(fixture.plan.root());
     EXPECT_TRUE(index.tasksByUID().singleNodeWithKey(1).firstChildElement("Name"));
     EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(2));
 }

@@ -1,7 +1,6 @@
-#include "MSPDIAccount.h"
+#include "MSPDIAccountOfPlan.h"
 
 #include <new>
-#include <numeric>
 
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
@@ -33,7 +32,7 @@ MSPIScenarioMapping watchedBy(MSPDIPlanFacts& facts) {
         }
         auto scenario = MSPIMapScenario(mspdi, kdzxTemplate, kdzxTOC, info, services);
         if (scenario) {
-            facts.readScenario(info, *scenario, kdzxTOC);
+            facts.readScenario(mspdi, info, *scenario, kdzxTOC);
         }
         return scenario;
     };
@@ -69,13 +68,7 @@ bool walkInPieces(const std::string& planPath, const MSPCServices& services, con
         return false;
     }
     MSPDILeafWalk walk(facts, options, account);
-    bool hasFailed = false;
-    const auto read = [&](char* buffer, std::size_t capacity) {
-        const auto count = source->read(buffer, capacity);
-        hasFailed = hasFailed || !count;
-        return count.value_or(0);
-    };
-    if (visitXMLPieces(read, walk) && !hasFailed) {
+    if (visitXMLPieces(*source, walk)) {
         walk.finish();
         return true;
     }
@@ -113,10 +106,6 @@ void lookAt(const std::string& planPath, const MSPCServices& services, const MSP
 }
 
 }  // namespace
-
-std::size_t MSPDIAccount::total() const {
-    return std::accumulate(leaves.begin(), leaves.end(), std::size_t(0));
-}
 
 MSPDIAccount MSPDIAccountOfPlan(const std::string& planPath, const MSPCServices& services,
                                 const MSPDIAccountOptions& options) {
