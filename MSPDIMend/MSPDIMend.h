@@ -27,7 +27,7 @@ struct MSPDIMendOptions {
     // The names of the steps that may be done; with none the necessary ones. What a plan that imports would be changed
     // by is done only when it is named here.
     std::vector<std::string> only;
-    bool isAll = false;           // all steps, the improvements too
+    bool isAll = false;          // all steps, the improvements too
     std::size_t mostPlaces = 3;  // that are told of each step
 };
 
