@@ -313,8 +313,11 @@ void MSPDILeafWalk::tellOfItem(const MSPDIItem& item) {
         }
     } else if (isListOf(item, "ExtendedAttribute")) {
         const auto& definition = _facts.definitions[item.position];
-        if (definition.isLast && definition.isShownByTask && _facts.isMissingInTOC(definition.name)) {
+        if (definition.isLast && definition.isShownByTask && _facts.isMissingInTOC(definition.name, true)) {
             tell("unregistered-field", item, definition.name);
+        }
+        if (definition.isLast && definition.isShownByResource && _facts.isMissingInTOC(definition.name, false)) {
+            tell("unregistered-resource-field", item, definition.name);
         }
     }
 }
