@@ -84,6 +84,16 @@ TEST_F(LossesCommandTest, tellsItAsJSON) {
     EXPECT_EQ(told()["fates"]["/Project/Tasks[1]/Task[4]/Deadline[1]"], "lost");
 }
 
+// Broken markup may have them. One character for all bytes that cannot be shown would make their paths alike.
+TEST_F(LossesCommandTest, keepsElementsApartWhoseNamesAreNoUTF8) {
+    world.machine.addFile("/home/me/Bytes.xml", planOf("<A><a\xE8/><a\xE9/><a\xE9/></A>"));
+    EXPECT_EQ(run({"losses", "--json", "--all", "Bytes.xml"}), 1);
+    EXPECT_EQ(told()["leaves"]["total"], told()["fates"].size());
+    EXPECT_EQ(told()["losses"][0]["where"][0]["path"], "/Project/A[1]/a\\xe8[1]");
+    EXPECT_EQ(told()["losses"][0]["where"][2]["path"], "/Project/A[1]/a\\xe9[2]");
+    EXPECT_EQ(told()["losses"][0]["element"], "A/a\\xe8");
+}
+
 TEST_F(LossesCommandTest, tellsNothingWhenQuiet) {
     EXPECT_EQ(run({"losses", "--quiet", "Lossy.xml"}), 1);
     EXPECT_EQ(run({"losses", "-q", "--json", "Lossy.xml"}), 1);
