@@ -1,11 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <sstream>
-
-#include "MSPDIProgram.h"
-#include "ServicesInMemory.h"
+#include "RunInMemory.h"
 
 namespace {
 
@@ -18,7 +14,7 @@ std::string planOf(const std::string& content) {
            content + "</Project>";
 }
 
-class LossesCommandTest : public testing::Test {
+class LossesCommandTest : public RunInMemory {
 protected:
     LossesCommandTest() {
         std::string tasks;
@@ -31,17 +27,6 @@ protected:
         world.machine.addFile("/home/me/Lossless.xml", planOf(""));
         world.machine.addFile("/home/me/Other.xml", "<html/>");
     }
-
-    int run(const std::vector<std::string>& arguments, bool isColored = false) {
-        out.str("");
-        err.str("");
-        return MSPDIProgram(arguments, world.services, {out, err, isColored});
-    }
-    [[nodiscard]] nlohmann::json told() const { return nlohmann::json::parse(out.str()); }
-
-    ServicesInMemory world;
-    std::ostringstream out;
-    std::ostringstream err;
 };
 
 }  // namespace
