@@ -2,7 +2,6 @@
 
 #include <map>
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -62,10 +61,6 @@ void expectLinear(const std::vector<double>& bytes, const std::vector<double>& s
 }
 
 constexpr int sizes[] = {500, 1000, 2000, 4000};
-
-void PrintTo(const DocumentShape& shape, std::ostream* stream) {
-    *stream << shape.name;
-}
 
 class DocumentsGrowth : public testing::TestWithParam<DocumentShape> {};
 
