@@ -27,7 +27,7 @@ std::string subjectOfOwner(const MSPCXMLNode& reference) {
     const auto owner = reference.parent();
     const auto id = idOf(owner);
     return fmt::format("Task UID='{}' name='{}'", id.empty() ? id : id.substr(1),
-                       stringValueForXQuery(owner, "title").value_or(""));
+                       textForXQuery(owner, "title").textOrEmpty());
 }
 
 }  // namespace
@@ -56,7 +56,7 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
     const auto outlineLevel = fields.intValue("OutlineLevel");
     if (outlineLevel < 0) {
         throw MSPCInternalInconsistency(fmt::format("Unexpected outline level {} found in task (UID={})", outlineLevel,
-                                                    fields.stringValue("UID").value_or("")));
+                                                    fields.text("UID").textOrEmpty()));
     }
     if (fields.boolValue("IsNull")) {
         return;

@@ -34,9 +34,9 @@ private:
         std::int64_t durationSeconds = 0;  // -1 for a Duration without text
         std::int64_t effortSeconds = 0;
         std::int64_t constraintType = -1;
-        MSPCFieldText start;  // MSPDI texts
-        MSPCFieldText finish;
-        MSPCFieldText constraintDate;  // read for constraint types 2 and above only
+        MSPCNodeText start;  // MSPDI texts
+        MSPCNodeText finish;
+        MSPCNodeText constraintDate;  // read for constraint types 2 and above only
         std::optional<std::string> kdzxStart;
         std::optional<std::string> kdzxFinish;
         bool hasLeveledStart = false;

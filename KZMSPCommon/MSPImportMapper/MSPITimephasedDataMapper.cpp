@@ -17,7 +17,7 @@ constexpr std::array<std::int64_t, 11> baselineWorkTypes = {4, 16, 22, 28, 34, 4
 MSPCTimeInterval assignedWorkOf(std::span<const MSPCXMLNode> assignments) {
     MSPCTimeInterval work = 0;
     for (const auto& assignment : assignments) {
-        work += MSPIUtilities::mspdiToMppDuration(stringValueForXQuery(assignment, "Work").value_or(""));
+        work += MSPIUtilities::mspdiToMppDuration(textForXQuery(assignment, "Work").textOrEmpty());
     }
     return work;
 }
@@ -55,7 +55,7 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
     const auto taskName = mspTask.text("Name");
     const auto addPieces = [&](const MSPITimephasedSpans& stretches) {
         for (const auto& stretch : stretches) {
-            pieces.push_back(newTaskFromStretch(stretch, *taskName));
+            pieces.push_back(newTaskFromStretch(stretch, taskName.textOrEmpty()));
             _taskEndDate = std::max(_taskEndDate, stretch.endDate());
         }
     };
@@ -64,7 +64,7 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
         _mapper.growthBounds().addRepeatedPieces(stretches->size());
         addPieces(*stretches);
     } else {
-        const auto found = stretchesOfSpans(spansOfTask(uid, *taskName));
+        const auto found = stretchesOfSpans(spansOfTask(uid, taskName.textOrEmpty()));
         known.add(uid, found);
         addPieces(found);
     }
@@ -102,11 +102,12 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         if (!error && !MSPIIsTimephasedTypeOfScenario(type, _mapper.baselineNumber())) {
             continue;
         }
-        const auto start = stringValueForXQuery(record, "Start").value_or("");
-        const auto finish = stringValueForXQuery(record, "Finish").value_or("");
-        const auto value = stringValueForXQuery(record, "Value").value_or("");
-        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start),
-                           conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
+        const auto start = textForXQuery(record, "Start");
+        const auto finish = textForXQuery(record, "Finish");
+        const auto value = textForXQuery(record, "Value");
+        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start.textOrEmpty()),
+                           conversions.mspdiToMppDateTime(finish.textOrEmpty()),
+                           MSPIUtilities::mspdiToMppDuration(value.textOrEmpty()));
     }
 }
 

@@ -58,9 +58,9 @@ std::vector<FieldValue> fieldValuesOf(std::span<const MSPCXMLNode> extendedAttri
     std::vector<FieldValue> values;
     std::unordered_map<std::size_t, std::size_t> positions;  // by the number of the name
     for (const auto& attribute : extendedAttributes) {
-        const auto fieldID = stringValueForXQuery(attribute, "FieldID");
+        const auto fieldID = textForXQuery(attribute, "FieldID");
         const auto definition =
-            fieldID ? mapper.index().definitionsByFieldID().singleNodeWithKey(*fieldID) : MSPCXMLNode();
+            fieldID ? mapper.index().definitionsByFieldID().singleNodeWithKey(fieldID.textOrEmpty()) : MSPCXMLNode();
         if (!definition) {
             continue;
         }

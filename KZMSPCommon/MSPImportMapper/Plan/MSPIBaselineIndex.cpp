@@ -86,7 +86,7 @@ void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, MSPCXMLDeferredEl
         const auto children = walk.next();
         const auto& parent = children ? children->root() : element;
         if (const auto baseline = parent.firstChildElement("Baseline")) {
-            addBaselines(baseline, element, count);
+            addBaselines(baseline, MSPCFields(element), count);
         }
     }
 }
