@@ -1,6 +1,5 @@
 #include "MSPCFields.h"
 
-
 MSPCFields::MSPCFields(const MSPCXMLNode& element) : _fields(element.childElements(&_memory)) {
     checkIsNode(element);
     if (_fields.size() <= MostFieldsInSlots) {

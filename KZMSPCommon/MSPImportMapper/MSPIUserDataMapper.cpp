@@ -75,7 +75,7 @@ std::vector<FieldValue> fieldValuesOf(std::span<const MSPCXMLNode> extendedAttri
     return values;
 }
 
-MSPIUserData userDataOf(std::vector<FieldValue> values, MSPIMappingContext& mapper) {
+MSPIUserData userDataOf(std::vector<FieldValue>&& values, MSPIMappingContext& mapper) {
     MSPIUserData userData;
     for (auto& [field, value] : values) {
         mapper.growthBounds().addRepeatedName(field->name()->size());
