@@ -173,7 +173,7 @@ void MSPIProjectMapper::addProjectSchedule(const MSPCXMLNode& calendar, MSPCXMLN
     }
     Error error;
     const auto calendarUID = intValueForXQuery(calendar, "UID", &error);
-    _mapper.setMspStandardCalendarUID(error ? -1 : calendarUID);
+    _mapper.setMspStandardCalendarUID(MSPCCalendarUID{error ? -1 : calendarUID});
 
     addComment(topGroupResource, "  Project Schedule  ");
     const auto schedule =

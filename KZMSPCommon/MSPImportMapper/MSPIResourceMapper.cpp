@@ -43,10 +43,11 @@ void MSPIResourceMapper::addIdentity(const MSPCFields& mspResource, const MSPCXM
     if (!uid) {
         throw MSPCInternalInconsistency("Failed to get UID from Resource.");
     }
-    _mspResourceUID = scanInteger64(uid.textOrEmpty()).value_or(0);
+    const auto number = scanInteger64(uid.textOrEmpty()).value_or(0);
+    _mspResourceUID = MSPCResourceUID{number};
     setAttributeWithNameStringValue(resource, "id", _mapper.idMapper().resourceIdFromMspdiUID(uid.textOrEmpty()));
-    if (_mspResourceUID > 0) {
-        _mspResourceMaxId = std::max(_mspResourceMaxId, _mspResourceUID);
+    if (number > 0) {
+        _mspResourceMaxId = std::max(_mspResourceMaxId, number);
     }
     const auto name = mspResource.text("Name");
     if (name) {
@@ -95,7 +96,7 @@ void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNo
         }
     } else {
         Error error;
-        const auto uid = mspResource.intValue("UID", &error);
+        const MSPCResourceUID uid{mspResource.intValue("UID", &error)};
         if (error) {
             return;
         }
@@ -106,8 +107,8 @@ void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNo
 
 void MSPIResourceMapper::addSchedule(const MSPCFields& mspResource, const MSPCXMLNode& resource) const {
     Error error;
-    const auto calendarUID = mspResource.intValue("CalendarUID", &error);
-    if (error || calendarUID < 0) {
+    const MSPCCalendarUID calendarUID{mspResource.intValue("CalendarUID", &error)};
+    if (error || MSPCNumberOf(calendarUID) < 0) {
         return;
     }
     if (const auto calendar = _mapper.index().calendarsByUID().singleNodeWithKey(calendarUID)) {

@@ -111,10 +111,11 @@ void MSPITaskMapper::addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& t
     if (!uid) {
         throw MSPCInternalInconsistency("Failed to get UID from Task.");
     }
-    _mspTaskUID = scanInteger64(uid.textOrEmpty()).value_or(0);
+    const auto number = scanInteger64(uid.textOrEmpty()).value_or(0);
+    _mspTaskUID = MSPCTaskUID{number};
     setAttributeWithNameStringValue(task, "id", _mapper.idMapper().taskIdFromMspdiUID(uid.textOrEmpty()));
-    if (_mspTaskUID > 0) {
-        _mspTaskMaxId = std::max(_mspTaskMaxId, _mspTaskUID);
+    if (number > 0) {
+        _mspTaskMaxId = std::max(_mspTaskMaxId, number);
     }
     const auto name = mspTask.text("Name");
     addChildIfPresent(task, "title", name);
@@ -255,16 +256,15 @@ void MSPITaskMapper::addPrerequisites(const MSPCFields& mspTask, const MSPCXMLNo
     for (const auto& link : mspTask.nodes("PredecessorLink")) {
         checkNode(link, "PredecessorLink");
         Error error;
-        const auto uid = intValueForXQuery(link, "PredecessorUID", &error);
-        if (error || uid < 0) {
+        const MSPCTaskUID uid{intValueForXQuery(link, "PredecessorUID", &error)};
+        if (error || MSPCNumberOf(uid) < 0) {
             continue;
         }
         if (!_mapper.index().tasksByUID().singleNodeWithKey(uid, &error) || error) {
             continue;
         }
         const auto prerequisite = addChildElementWithName(task, "prerequisite-task");
-        setAttributeWithNameStringValue(prerequisite, "idref",
-                                        _mapper.idMapper().taskIdFromMspdiUID(fmt::to_string(uid)));
+        setAttributeWithNameStringValue(prerequisite, "idref", _mapper.idMapper().taskIdFromMspdiUID(uid));
         const auto type = intValueForXQuery(link, "Type", &error);
         if (!error && type >= 0 && type < static_cast<std::int64_t>(linkKinds.size())) {
             setAttributeWithNameStringValue(prerequisite, "kind", linkKinds[static_cast<std::size_t>(type)]);

@@ -48,7 +48,7 @@ bool MSPIIsTimephasedTypeOfScenario(std::int64_t type, std::int32_t baselineNumb
 std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiTask(const MSPCFields& mspTask) {
     std::vector<MSPCXMLNewElement> pieces;
     Error error;
-    const auto uid = mspTask.intValue("UID", &error);
+    const MSPCTaskUID uid{mspTask.intValue("UID", &error)};
     if (error || _mapper.index().timephasedAssignmentsByTaskUID().nodesWithKey(uid).empty()) {
         return pieces;
     }
@@ -71,7 +71,7 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
     return pieces;
 }
 
-MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std::string_view taskName) const {
+MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(MSPCTaskUID uid, std::string_view taskName) const {
     MSPITimephasedSpans spans;
     const auto sharedName = std::make_shared<const std::string>(taskName);
     const auto& timephased = _mapper.index().timephasedAssignmentsByTaskUID();
@@ -164,9 +164,9 @@ MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimepha
     }
     addChild("duration", MSPIUtilities::mppToKdzxDuration(stretch.duration()));
     for (const auto uid : stretch.resourceUIDs()) {
-        if (uid > 0) {
+        if (MSPCNumberOf(uid) > 0) {
             setAttributeWithNameStringValue(addChildElementWithName(task, "assignment"), "idref",
-                                            _mapper.idMapper().resourceIdFromMspdiUID(fmt::to_string(uid)));
+                                            _mapper.idMapper().resourceIdFromMspdiUID(uid));
         }
     }
     return newTask;

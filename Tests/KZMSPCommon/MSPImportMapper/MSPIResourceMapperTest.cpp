@@ -94,9 +94,9 @@ TEST(MSPIResourceMapper, keepsItsUIDAndRaisesTheCounterOnly) {
         ResourceMapping mapping("<UID>" + std::string(uid) + "</UID>");
         mapping.maxId = counterBefore;
         auto mapper = mapping.mapper();
-        EXPECT_EQ(mapper.mspResourceUID(), -1);
+        EXPECT_EQ(mapper.mspResourceUID(), MSPCResourceUID{-1});
         static_cast<void>(mapper.newResourceFromMSPResource(MSPCFields(mapping.resource())));
-        EXPECT_EQ(mapper.mspResourceUID(), readUID) << uid;
+        EXPECT_EQ(mapper.mspResourceUID(), MSPCResourceUID{readUID}) << uid;
         EXPECT_EQ(mapping.maxId, counterAfter) << uid;
     }
 }
@@ -271,7 +271,7 @@ TEST(MSPIResourceMapper, recordsTheKeysOfItsUserData) {
 
     ResourceMapping without("<UID>3</UID>", definitions);
     auto otherMapper = without.mapper();
-    static_cast<void>(otherMapper.newResourceFromMSPResource(without.resource()));
+    static_cast<void>(otherMapper.newResourceFromMSPResource(MSPCFields(without.resource())));
     EXPECT_FALSE(otherMapper.userDataChanged());
     EXPECT_TRUE(without.userDataTOCElements.empty());
 }

@@ -69,9 +69,9 @@ TEST(MSPITaskMapper, keepsItsUIDAndRaisesTheCounterOnly) {
         TaskMapping mapping("<UID>" + std::string(uid) + "</UID>");
         mapping.maxId = counterBefore;
         auto mapper = mapping.mapper();
-        EXPECT_EQ(mapper.mspTaskUID(), -1);
+        EXPECT_EQ(mapper.mspTaskUID(), MSPCTaskUID{-1});
         const auto task = mapper.newTaskFromMSPTask(MSPCFields(mapping.task()));
-        EXPECT_EQ(mapper.mspTaskUID(), readUID) << uid;
+        EXPECT_EQ(mapper.mspTaskUID(), MSPCTaskUID{readUID}) << uid;
         EXPECT_EQ(mapping.maxId, counterAfter) << uid;
         EXPECT_EQ(task.node().attribute("id").stringValue(), *uid == '\0' ? "" : std::string("t").append(uid));
     }
@@ -250,7 +250,7 @@ TEST(MSPITaskMapper, recordsTheKeysOfItsUserData) {
 
     TaskMapping without("<UID>7</UID><ExtendedAttribute><FieldID>2</FieldID></ExtendedAttribute>", options);
     auto otherMapper = without.mapper();
-    EXPECT_EQ(markupOf(otherMapper.newTaskFromMSPTask(without.task())), "<task id=\"t7\">" + milestone + "</task>");
+    EXPECT_EQ(markupOf(otherMapper.newTaskFromMSPTask(MSPCFields(without.task()))), "<task id=\"t7\">" + milestone + "</task>");
     EXPECT_FALSE(otherMapper.userDataChanged());
     EXPECT_TRUE(without.userDataTOCElements.empty());
 }
