@@ -250,7 +250,8 @@ TEST(MSPITaskMapper, recordsTheKeysOfItsUserData) {
 
     TaskMapping without("<UID>7</UID><ExtendedAttribute><FieldID>2</FieldID></ExtendedAttribute>", options);
     auto otherMapper = without.mapper();
-    EXPECT_EQ(markupOf(otherMapper.newTaskFromMSPTask(MSPCFields(without.task()))), "<task id=\"t7\">" + milestone + "</task>");
+    EXPECT_EQ(markupOf(otherMapper.newTaskFromMSPTask(MSPCFields(without.task()))),
+              "<task id=\"t7\">" + milestone + "</task>");
     EXPECT_FALSE(otherMapper.userDataChanged());
     EXPECT_TRUE(without.userDataTOCElements.empty());
 }
