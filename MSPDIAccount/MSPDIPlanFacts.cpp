@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int BaselineCount = 11;
+constexpr int BaselineCount = MSPIBaselineCount;
 
 // The numbers of all children of that name, each once, as look-ups by number see them.
 std::vector<double> numbersOf(const MSPCXMLNode& element, std::string_view name) {
