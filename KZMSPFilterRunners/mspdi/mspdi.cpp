@@ -12,6 +12,7 @@
 #include "MSPCTerminal.h"
 #include "MSPDIProgram.h"
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nobody catches ends the program as the guard has it
 int main(int argumentCount, char** arguments) {
     MSPCProcessGuard::endAtLackOfMemory();
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
