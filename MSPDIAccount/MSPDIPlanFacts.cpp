@@ -16,6 +16,12 @@ namespace {
 
 constexpr int BaselineCount = MSPIBaselineCount;
 
+// Where what is kept for each scenario has that of one; the actual one comes first.
+std::size_t slotOf(int scenario) {
+    const int slot = scenario - MSPDIPlanFacts::Actual;
+    return static_cast<std::size_t>(slot);
+}
+
 // The numbers of all children of that name, each once, as look-ups by number see them.
 std::vector<double> numbersOf(const MSPCXMLNode& element, std::string_view name) {
     std::vector<double> numbers;
@@ -207,7 +213,7 @@ void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
             const auto type = MSPDISingleInteger(record.lastChildElement("Type"));
             for (int scenario = Actual; scenario < BaselineCount; ++scenario) {
                 if (!type || MSPIIsTimephasedTypeOfScenario(*type, scenario)) {
-                    ++share.records[static_cast<std::size_t>(scenario + 1)];
+                    ++share.records[slotOf(scenario)];
                 }
             }
         }
@@ -269,7 +275,7 @@ void MSPDIPlanFacts::conclude() {
     }
     for (std::size_t position = 0; position < tasks.size(); ++position) {
         for (int scenario = Actual; scenario < BaselineCount; ++scenario) {
-            if (records[position][static_cast<std::size_t>(scenario + 1)] >= 2) {
+            if (records[position][slotOf(scenario)] >= 2) {
                 tasks[position].timephasedScenarios |= bitOf(scenario);
             }
         }
