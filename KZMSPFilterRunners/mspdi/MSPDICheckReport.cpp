@@ -7,7 +7,6 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
-#include "MSPDIJSON.h"
 
 namespace {
 
@@ -87,5 +86,6 @@ void MSPDIWriteChecksAsJSON(const std::vector<MSPDICheckedDocument>& documents, 
     for (const auto& document : documents) {
         told.push_back(jsonOf(document));
     }
-    MSPDIWriteJSON(JSON{{"documents", std::move(told)}}, out);
+    constexpr int indentation = 2;
+    out << JSON{{"documents", std::move(told)}}.dump(indentation, ' ', false, JSON::error_handler_t::replace) << '\n';
 }

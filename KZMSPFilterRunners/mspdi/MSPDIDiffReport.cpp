@@ -6,7 +6,6 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
-#include "MSPDIJSON.h"
 
 namespace {
 
@@ -44,5 +43,6 @@ void MSPDIWriteDifferencesAsJSON(const MSPDIDiffSubject& subject, const KZDXDiff
     }
     const JSON json = {
         {"old", subject.old}, {"new", subject.now}, {"scenario", subject.scenario}, {"differences", std::move(told)}};
-    MSPDIWriteJSON(json, out);
+    constexpr int indentation = 2;
+    out << json.dump(indentation, ' ', false, JSON::error_handler_t::replace) << '\n';
 }
