@@ -23,6 +23,7 @@ std::string_view environment(const char* name) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nobody catches ends the program as the guard has it
 int main(int argumentCount, char** arguments) {
     MSPCProcessGuard::endAtLackOfMemory("mspdi: not enough memory\n", static_cast<int>(MSPDIStatus::CouldNotLook));
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
