@@ -27,6 +27,11 @@ int failed(std::string_view reason, const MSPDIOutput& output) {
     return static_cast<int>(MSPDIStatus::CouldNotLook);
 }
 
+int unwritten(const MSPDIOutput& output) {
+    return output.isReaderGone() ? static_cast<int>(MSPDIStatus::CouldNotLook)
+                                 : failed("the result could not be written", output);
+}
+
 // Help and version are asked for and go to standard output; all else is wrong.
 int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIOutput& output) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
@@ -58,5 +63,5 @@ int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& 
         return failed("not enough memory", output);
     }
     output.out.flush();
-    return output.out ? status : failed("the result could not be written", output);
+    return output.out ? status : unwritten(output);
 }
