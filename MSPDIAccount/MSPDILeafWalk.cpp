@@ -8,6 +8,7 @@
 #include "MSPCCharacters.h"
 #include "MSPCException.h"
 #include "MSPCMessage.h"
+#include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
 #include "MSPDIKinds.h"
 #include "MSPDIValues.h"
@@ -284,7 +285,9 @@ MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& it
         return judgeUnknown(node, item);
     }
     if (const auto* const element = known->element()) {
-        return element->condition({item, *element, node, text});
+        const auto judgement = element->condition({item, *element, node, text});
+        const bool isReplaced = judgement.fate == MSPDIFate::Carried && MSPDIArrival::isUnreadable(text);
+        return isReplaced ? MSPDIJudgement(MSPDIFate::Changed, "unreadable-characters") : judgement;
     }
     const bool isBlank = text.find_first_not_of(" \t\r\n") == std::string_view::npos;
     return isBlank ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, unknownElement);
