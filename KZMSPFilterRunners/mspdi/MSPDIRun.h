@@ -24,8 +24,8 @@ struct MSPDIRun {
     bool isQuiet = false;
     MSPDIStatus status = MSPDIStatus::NothingToTell;
 
-    // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What
-    // could begin another line or drive a terminal stands in either as an escape.
+    // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What could begin another line or drive a
+    // terminal stands in either as an escape.
     void couldNotLook(std::string_view file, std::string_view reason);
     // The same line, about a file that was looked at; nothing where the run is to be quiet.
     void warn(std::string_view file, std::string_view warning);

@@ -124,7 +124,9 @@ TEST(KZDXRules, neededSetting) {
          "too large"});
     expectContents(
         "<next-task-id>7</next-task-id>", "<next-task-id>00</next-task-id>",
-        {"fault needed-setting __TOC.xml:9 table-of-contents/project/next-task-id: '00' is no number from 1 on"});
+        {"fault needed-setting __TOC.xml:9 table-of-contents/project/next-task-id: '00' is no number from 1 on",
+         "fault next-id Actual.xml:108 scenario/task[@id='t6']: the next free id in the table of contents is not above "
+         "this one"});
     expectContents(
         " hours-per-year=\"1920\"", "",
         {"fault needed-setting __TOC.xml:15 table-of-contents/project/duration-format: 'hours-per-year' is missing"});
@@ -511,7 +513,7 @@ TEST(KZDXRules, repeatedValue) {
 
 TEST(KZDXRules, namespaceOfTheContents) {
     expectActual("xmlns=\"urn:kadenza:document:2\"", "xmlns=\"urn:other\"",
-                 {"fault namespace Actual.xml:2 scenario[@id='aActual0001']: the namespace is 'urn:other' here and "
+                 {"fault namespace Actual.xml:2 scenario: the namespace is 'urn:other' here and "
                   "'urn:kadenza:document:2' in the table of contents"});
 }
 
