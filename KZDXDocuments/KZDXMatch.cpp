@@ -59,13 +59,20 @@ std::optional<std::size_t> KZDXMatch::sameId(std::size_t oldItem) const {
 // with the ids, names were exchanged.
 bool KZDXMatch::areIdsGivenAnew() const {
     std::vector<std::size_t> renamed;
+    std::vector<std::size_t> gone;
     std::vector<bool> keepsName(_now.size(), false);
     for (std::size_t item = 0; item < _old.size(); ++item) {
         if (const auto found = sameId(item); found && _old.name(item) == _now.name(*found)) {
             keepsName[*found] = true;
         } else if (found) {
             renamed.push_back(item);
+        } else if (!_old.isPiece(item) && item != _old.top()) {
+            gone.push_back(item);
         }
+    }
+    // Where no id is left, all of them may have been given anew.
+    if (renamed.empty() && std::find(keepsName.begin(), keepsName.end(), true) == keepsName.end()) {
+        renamed = std::move(gone);
     }
     std::vector<std::pair<Place, std::size_t>> places;
     for (std::size_t item = 0; !renamed.empty() && item < _now.size(); ++item) {
@@ -85,8 +92,9 @@ bool KZDXMatch::areIdsGivenAnew() const {
         }
         const auto& element = _old.items()[item].element;
         ++movedOn;
-        alikeById += areAlike(element, _now.items()[*sameId(item)].element) ? 1 : 0;
-        alikeByPlace += areAlike(element, _now.items()[found->second].element) ? 1 : 0;
+        const auto namesake = sameId(item);
+        alikeById += namesake && areAlike(element, _now.items()[*namesake].element) ? 1U : 0U;
+        alikeByPlace += areAlike(element, _now.items()[found->second].element) ? 1U : 0U;
     }
     return movedOn > 1 && 2 * movedOn > renamed.size() && alikeById <= alikeByPlace;
 }
