@@ -1,5 +1,6 @@
 #include "MSPIBaselineNumbers.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -20,8 +21,8 @@ std::string countingOf(const std::string& content) {
     std::size_t number = 0;
     for (const auto& baseline : MSPILastBaselines(document.root().firstChildElement("Baseline"))) {
         if (baseline) {
-            shown += (shown.empty() ? "" : " ") + std::to_string(number) + "=" +
-                     baseline.firstChildElement("Work").stringValue();
+            shown += fmt::format("{}{}={}", shown.empty() ? "" : " ", number,
+                                 baseline.firstChildElement("Work").stringValue());
         }
         ++number;
     }
