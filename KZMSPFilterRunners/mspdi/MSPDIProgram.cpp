@@ -1,5 +1,7 @@
 #include "MSPDIProgram.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <new>
@@ -20,6 +22,15 @@ void describe(CLI::App& program) {
     program.set_version_flag("--version", MSPDIVersionText, "Print the version");
     program.set_help_flag("--help,-h", "Print this help");
     program.require_subcommand(1);
+}
+
+// "--scenario=": CLI11 would take the next argument for the value. Empty where there is none.
+std::string optionWithoutValue(const std::vector<std::string>& arguments) {
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    const auto found = std::find_if(arguments.begin(), end, [](const std::string& argument) {
+        return argument.starts_with("--") && argument.ends_with('=') && argument.find('=') == argument.size() - 1;
+    });
+    return found == end ? std::string() : *found;
 }
 
 int failed(std::string_view reason, const MSPDIOutput& output) {
@@ -47,6 +58,9 @@ int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIO
 }  // namespace
 
 int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& services, const MSPDIOutput& output) {
+    if (const auto option = optionWithoutValue(arguments); !option.empty()) {
+        return failed(fmt::format("{} needs a value (mspdi --help tells more)", MSPCShownText(option)), output);
+    }
     MSPDIRun run{services, output.out, output.err, output.isColored};
     CLI::App program;
     describe(program);
