@@ -208,6 +208,12 @@ private:
                                 kind == "new" ? outline.name(item) : std::string()});
     }
 
+    // The new name stands in front of it, as far as it can be shown.
+    static std::string wordsOfRenaming(const std::string& before, const std::string& after) {
+        return KZDXShortened(after) == after ? fmt::format("renamed, was {}", KZDXQuoted(before))
+                                             : fmt::format("renamed, {}", KZDXQuotedChange(before, after));
+    }
+
     void compareItem(std::string_view subject, const KZDXOutline& old, std::size_t before, const KZDXOutline& now,
                      std::size_t after, const KZDXMatch& match, bool isReordered) {
         const auto tell = [&](std::string_view kind, std::string what, std::string valueBefore,
@@ -216,8 +222,7 @@ private:
                                     std::move(valueBefore), std::move(valueAfter)});
         };
         if (old.name(before) != now.name(after) && !now.isPiece(after)) {
-            tell("renamed", fmt::format("renamed, was {}", KZDXQuoted(old.name(before))), old.name(before),
-                 now.name(after));
+            tell("renamed", wordsOfRenaming(old.name(before), now.name(after)), old.name(before), now.name(after));
         }
         compareGroups(old, before, now, after, match, isReordered, tell);
         _values.compare(old.items()[before].element, now.items()[after].element, tell);

@@ -244,6 +244,14 @@ TEST(KZDXDiff, showsThePartOfLongTextsThatDiffers) {
               Lines{"note Dig (t2): note \"pipes\" -> \"" + std::string(80, 'w') + "...\""});
 }
 
+TEST(KZDXDiff, showsThePartOfLongNamesThatDiffers) {
+    const std::string name(90, 'n');
+    EXPECT_EQ(differencesOf(brokenBundle("Actual.xml", "<title>Dig<", "<title>" + name + " one<"),
+                            brokenBundle("Actual.xml", "<title>Dig<", "<title>" + name + " two<")),
+              Lines{"renamed " + name.substr(0, 80) + "... (t2): renamed, \"..." + name.substr(0, 19) +
+                    " one\" -> \"..." + name.substr(0, 19) + " two\""});
+}
+
 TEST(KZDXDiff, keepsABackslashApartFromALineFeed) {
     expectDifferences("<lit>Mind the pipes<", "<lit>Mind\\nthe pipes<",
                       {"note Dig (t2): note \"Mind the pipes\" -> \"Mind\\\\nthe pipes\""});
