@@ -11,9 +11,10 @@
 #include "MSPCSettingsFile.h"
 #include "MSPCTerminal.h"
 #include "MSPDIProgram.h"
+#include "MSPDIRun.h"
 
 int main(int argumentCount, char** arguments) {
-    MSPCProcessGuard::endAtLackOfMemory();
+    MSPCProcessGuard::endAtLackOfMemory("mspdi: not enough memory\n", static_cast<int>(MSPDIStatus::CouldNotLook));
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
     const MSPCProcessGuard guard(log);
     auto timeZone = MSPCTimeZone::ofProcess(log);
