@@ -29,31 +29,42 @@ bool isQuoted(const MSPCXMLNode& leaf, const std::string& reason) {
            reason.find(fmt::format("'{}'", text)) != std::string::npos;
 }
 
-// Only what is no longer there can be ruled out.
-bool isToBlame(MSPCXMLNode leaf, const MSPDIMappingFailure& failure, const MSPDITrial& trial) {
+// What the mapping fails with without a leaf.
+std::optional<MSPDIMappingFailure> failureWithout(MSPCXMLNode leaf, const MSPDITrial& trial) {
     auto parent = leaf.parent();
     const auto before = leaf.previousSibling();
     auto removed = leaf.detach();
-    const auto rest = trial();
+    auto rest = trial();
     parent.insertChildAfter(std::move(removed), before);
-    return !rest || rest->reason != failure.reason || rest->subject != failure.subject;
+    return rest;
 }
 
 }  // namespace
 
 MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MSPDIMappingFailure& failure,
-                              const MSPDITrial& trial, bool onlyQuoted) {
+                              const MSPDITrial& trial, const std::function<bool(const std::string&)>& isUnreadable) {
     std::vector<MSPCXMLNode> leaves;
     for (const auto& element : elements) {
         collectLeaves(element, leaves);
     }
-    const auto firstOther = std::stable_partition(leaves.begin(), leaves.end(),
-                                                  [&](const auto& leaf) { return isQuoted(leaf, failure.reason); });
-    if (onlyQuoted) {
-        leaves.erase(firstOther, leaves.end());
+    const auto others = std::stable_partition(leaves.begin(), leaves.end(), [&](const auto& leaf) {
+        return isQuoted(leaf, failure.reason);
+    });
+    for (auto leaf = leaves.begin(); leaf != others; ++leaf) {
+        const auto rest = failureWithout(*leaf, trial);
+        if (!rest || rest->reason != failure.reason || rest->subject != failure.subject) {
+            return *leaf;
+        }
     }
-    leaves.resize(std::min(leaves.size(), mostTries));
-    const auto found =
-        std::find_if(leaves.begin(), leaves.end(), [&](const auto& leaf) { return isToBlame(leaf, failure, trial); });
-    return found == leaves.end() ? MSPCXMLNode() : *found;
+    const auto mostOthers = static_cast<std::ptrdiff_t>(mostTries);
+    const auto end = others + std::min(mostOthers, leaves.end() - others);
+    const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout(leaf, trial); });
+    if (helping != end) {
+        return *helping;
+    }
+    const auto unreadable = !failure.reason.empty() ? leaves.end()
+                                                    : std::find_if(leaves.begin(), leaves.end(), [&](const auto& leaf) {
+                                                          return isUnreadable(leaf.stringValue());
+                                                      });
+    return unreadable == leaves.end() ? MSPCXMLNode() : *unreadable;
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // Changes to a text that are collected and then made all at once, so that every other byte stays as it is.
@@ -12,6 +13,7 @@ public:
     std::size_t replace(std::size_t begin, std::size_t end, std::string text);
     // Gives an edit another text.
     void setText(std::size_t edit, std::string text) { _edits[edit].text = std::move(text); }
+    [[nodiscard]] const std::string& textOf(std::size_t edit) const { return _edits[edit].text; }
     [[nodiscard]] bool isEmpty() const { return _edits.empty(); }
 
     // The text with all changes made. What is replaced as a whole takes with it what was changed within.

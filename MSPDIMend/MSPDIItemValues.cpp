@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "MSPCFields.h"
+#include "MSPCExtensions.h"
 #include "MSPCTextScanner.h"
 #include "MSPDIPatient.h"
 #include "MSPDIValues.h"
@@ -74,6 +74,11 @@ std::vector<MSPCXMLNode> MSPDITasksOf(const MSPDIPatient& patient) {
 bool MSPDIHasSummaryParentsOnly(const MSPDIPatient& patient) {
     constexpr std::int64_t since2007 = 12;
     return MSPIProjectSettings::ofProject(patient.project()).saveVersion >= since2007;
+}
+
+MSPCXMLNode MSPDITakenCalendar(const MSPDIPatient& patient) {
+    const auto first = singleObjectForXQuery(patient.project(), "Calendars/Calendar[UID=1]");
+    return first ? first : singleObjectForXQuery(patient.project(), "Calendars/Calendar[Name='Standard']");
 }
 
 MSPDIFreeUIDs::MSPDIFreeUIDs(const std::vector<MSPCXMLNode>& items) {

@@ -24,6 +24,9 @@ class MSPDIPatient;
 // Whether only summary tasks can have others under them.
 [[nodiscard]] bool MSPDIHasSummaryParentsOnly(const MSPDIPatient& patient);
 
+// The calendar that the importer takes for the project's; empty where it finds none.
+[[nodiscard]] MSPCXMLNode MSPDITakenCalendar(const MSPDIPatient& patient);
+
 // Numbers that no item has.
 class MSPDIFreeUIDs {
 public:

@@ -107,11 +107,14 @@ void MSPDIMappingTrial::run() {
 bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, const std::string& subject) {
     auto failure = trial();
     while (failure && !isBound(*failure)) {
-        auto culprit = MSPDICulpritAmong(owners(*failure), *failure, trial);
-        if (!culprit) {
-            const auto definitions = _patient.items("ExtendedAttributes", "ExtendedAttribute");
-            culprit = MSPDICulpritAmong(definitions, *failure, trial, true);
-        }
+        const auto isUnreadable = [this](const std::string& text) {
+            return failureOf([&] { static_cast<void>(_context.conversions().isMspdiDateTime(text)); }).has_value();
+        };
+        // What a definition says is read when the first value of its field is.
+        const bool isOfDefinition = failure->reason.find("<CFType>") != std::string::npos;
+        const auto suspects =
+            isOfDefinition ? _patient.items("ExtendedAttributes", "ExtendedAttribute") : owners(*failure);
+        const auto culprit = MSPDICulpritAmong(suspects, *failure, trial, isUnreadable);
         if (!culprit || !takeOut(culprit, failure->subject.empty() ? subject : failure->subject)) {
             break;
         }

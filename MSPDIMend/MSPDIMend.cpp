@@ -94,21 +94,32 @@ private:
                 loaded = MSPCXMLLoadWithBytes(copy, planRoot);
             }
         }
-        if (loaded && allows(namespaceStep) && _result.refusal && _result.refusal->name == "MSPIMapperException") {
-            const auto utf8 = loaded->isConverted ? MSPDIWithUtf8Declared(loaded->utf8) : loaded->utf8;
-            if (auto plain = MSPDIPlanOfOneNamespace(utf8)) {
-                add(MSPDIMendDone{namespaceStep, 1, {}});
-                isTreated = true;
-                _result.isConverted = _result.isConverted || loaded->isConverted;
-                _result.isRepaired = _result.isRepaired || loaded->isWrittenAnew;
-                copy = std::move(*plain);
-                loaded = MSPCXMLLoadWithBytes(copy, planRoot);
+        if (loaded && _result.refusal && _result.refusal->name == "MSPIMapperException" && !_isNamespaceMended) {
+            if (!allows(namespaceStep) || !mendNamespace(*loaded, copy)) {
+                return isTreated;
             }
+            isTreated = true;
+            loaded = MSPCXMLLoadWithBytes(copy, planRoot);
         }
-        return loaded && loaded->document.root().name() == planRoot ? treatPlan(std::move(*loaded), copy) || isTreated
-                                                                    : isTreated;
+        const bool isPlan = loaded && loaded->document.root().name() == planRoot;
+        return (isPlan && treatPlan(std::move(*loaded), copy)) || isTreated;
     }
 
+    bool mendNamespace(const MSPCXMLWithBytes& loaded, std::string& copy) {
+        const auto utf8 = loaded.isConverted ? MSPDIWithUtf8Declared(loaded.utf8) : loaded.utf8;
+        auto plain = MSPDIPlanOfOneNamespace(utf8);
+        if (!plain) {
+            return false;
+        }
+        add(MSPDIMendDone{namespaceStep, 1, {}});
+        _result.isConverted = _result.isConverted || loaded.isConverted;
+        _result.isRepaired = _result.isRepaired || loaded.isWrittenAnew;
+        copy = std::move(*plain);
+        _isNamespaceMended = true;
+        return true;
+    }
+
+    // The keys of fields come behind the fields, and what cannot be mapped behind all that is new.
     bool treatPlan(MSPCXMLWithBytes loaded, std::string& copy) {
         MSPDIPatient patient(std::move(loaded), _options);
         MSPDIMendMissingUIDs(patient);
@@ -118,6 +129,12 @@ private:
         MSPDIMendCalendarOrder(patient);
         MSPDIMendStandardCalendar(patient);
         MSPDIMendResourceTypes(patient);
+        MSPDIMendResourceWeeks(patient);
+        MSPDIMendExceptionsOf2003(patient);
+        MSPDIMendDeadlines(patient);
+        MSPDIMendLags(patient);
+        MSPDIMendUnits(patient);
+        MSPDIMendFieldKeys(patient);
         if (_result.refusal) {
             MSPDIMendWhatCannotBeMapped(patient, _services);
         }
@@ -152,6 +169,7 @@ private:
     const MSPCServices& _services;
     const MSPDIMendOptions& _options;
     MSPDIMended _result;
+    bool _isNamespaceMended = false;
 };
 
 }  // namespace

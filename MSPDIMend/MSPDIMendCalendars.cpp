@@ -147,7 +147,7 @@ void putInStandardCalendar(MSPDIPatient& patient) {
 
 // The importer takes the calendar with UID 1, whosever it is.
 void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
-    const auto first = calendarOf(patient, 1);
+    const auto first = MSPDITakenCalendar(patient);
     const auto own = projectsCalendar(patient);
     const bool isNeeded = first && own && first != own && (!isBase(first) || patient.isAskedFor(calendarOrder));
     if (!isNeeded || !patient.allows(calendarOrder)) {
@@ -155,7 +155,7 @@ void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
     }
     patient.note(calendarOrder, fmt::format("{} exchanges its UID with {}", MSPISubjectOf("Calendar", own),
                                             MSPISubjectOf("Calendar", first)));
-    const auto taken = MSPDITextIn(first, "UID").value_or("1");
+    const auto taken = calendarOf(patient, 1) ? MSPDITextIn(first, "UID").value_or("1") : std::string("1");
     const auto ownUID = MSPDITextIn(own, "UID");
     exchangeUIDs(patient, taken, ownUID.value_or(MSPDIFreeUIDs(patient.items("Calendars", "Calendar")).next()));
     if (!ownUID) {
@@ -168,10 +168,7 @@ void MSPDIMendStandardCalendar(MSPDIPatient& patient) {
     if (!patient.allows(standardCalendar)) {
         return;
     }
-    auto taken = calendarOf(patient, 1);
-    if (!taken) {
-        taken = singleObjectForXQuery(patient.project(), "Calendars/Calendar[Name='Standard']");
-    }
+    const auto taken = MSPDITakenCalendar(patient);
     if (taken && isBase(taken)) {
         return;
     }

@@ -42,8 +42,8 @@ std::optional<std::string> MSPDIEmbeddedPlan(std::string_view bytes) {
         const auto end = MSPDIExtentOfElement(bytes, begin).end;
         const auto start = withDeclaration(bytes, begin);
         // The whole of it is no other file's.
-        return start == 0 && end == bytes.size() ? std::nullopt
-                                                 : std::optional(std::string(bytes.substr(start, end - start)) + "\n");
+        const bool isWhole = start == 0 && end == bytes.size();
+        return isWhole ? std::nullopt : std::optional(std::string(bytes.substr(start, end - start)));
     }
     return std::nullopt;
 }

@@ -17,13 +17,12 @@ using NewUIDs = std::map<std::string, std::string>;  // by the old text
 struct Kind {
     std::string_view list;
     std::string_view item;
-    bool standsInTheWay;  // whether one without a usable UID ends the import
 };
 
 constexpr Kind kinds[] = {
-    {"Tasks", "Task", true},
-    {"Resources", "Resource", true},
-    {"Calendars", "Calendar", false},
+    {"Tasks", "Task"},
+    {"Resources", "Resource"},
+    {"Calendars", "Calendar"},
 };
 
 bool hasUsableUID(const MSPCXMLNode& item) {
@@ -34,17 +33,23 @@ bool hasUsableUID(const MSPCXMLNode& item) {
 // A resource without any UID is passed over by the importer.
 bool isInTheWay(const Kind& kind, const MSPCXMLNode& item) {
     const bool isPassedOver = kind.item == "Resource" && !MSPDITextIn(item, "UID");
-    return kind.standsInTheWay && !isPassedOver && !hasUsableUID(item) && !MSPDIIsTrueIn(item, "IsNull");
+    return !isPassedOver && !hasUsableUID(item) && !MSPDIIsTrueIn(item, "IsNull");
+}
+
+// Of calendars only the number of the project's is read, and one that it lacks is not missed.
+bool isCalendarInTheWay(const MSPDIPatient& patient) {
+    const auto taken = MSPDITakenCalendar(patient);
+    return taken && MSPDITextIn(taken, "UID") && !MSPDIIntegerIn(taken, "UID");
 }
 
 bool isNeeded(const MSPDIPatient& patient) {
-    for (const auto& kind : kinds) {
+    for (const auto& kind : {kinds[0], kinds[1]}) {
         const auto items = patient.items(kind.list, kind.item);
         if (std::any_of(items.begin(), items.end(), [&](const auto& item) { return isInTheWay(kind, item); })) {
             return true;
         }
     }
-    return patient.isAskedFor(missingUID);
+    return isCalendarInTheWay(patient) || patient.isAskedFor(missingUID);
 }
 
 NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind) {

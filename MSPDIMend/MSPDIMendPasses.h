@@ -24,5 +24,12 @@ void MSPDIMendOutline(MSPDIPatient& patient);
 void MSPDIMendCalendarOrder(MSPDIPatient& patient);
 void MSPDIMendStandardCalendar(MSPDIPatient& patient);
 void MSPDIMendResourceTypes(MSPDIPatient& patient);
+// The improvements; each only where it is asked for.
+void MSPDIMendResourceWeeks(MSPDIPatient& patient);
+void MSPDIMendExceptionsOf2003(MSPDIPatient& patient);
+void MSPDIMendDeadlines(MSPDIPatient& patient);
+void MSPDIMendLags(MSPDIPatient& patient);
+void MSPDIMendUnits(MSPDIPatient& patient);
+void MSPDIMendFieldKeys(MSPDIPatient& patient);
 // Maps everything to see what the mappers stumble over.
 void MSPDIMendWhatCannotBeMapped(MSPDIPatient& patient, const MSPCServices& services);

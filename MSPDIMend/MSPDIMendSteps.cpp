@@ -33,6 +33,18 @@ constexpr MSPDIMendStep steps[] = {
      "how the work of these assignments is spread over the time", true},
     {"split-pieces", "timephased data of tasks whose pieces hold no working time leave the copy",
      "how the work of these assignments is spread over the time", true},
+    {"resource-weeks",
+     "days and exceptions that a resource's calendar has from its base calendar are written into it, and it becomes one",
+     "changes of the base calendar no longer reach the resource", false},
+    {"exceptions-2003", "exceptions of calendars in the form of 2003 are written in the later form", "nothing", false},
+    {"deadline-to-field", "deadlines become a custom field of their tasks", "the deadline is a text from then on",
+     false},
+    {"lag-to-field", "the lag of links becomes a custom field of the later task, in words",
+     "the lag is a text from then on; lag in percent stays as it is", false},
+    {"units-to-field", "units of work resources other than 100% become a custom field of the task, in words",
+     "the units are a text from then on", false},
+    {"field-keys", "the last task and the last resource get every custom field in use, so that all have a key",
+     "they have fields without a value", false},
 };
 
 }  // namespace

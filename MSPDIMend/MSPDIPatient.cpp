@@ -110,6 +110,12 @@ MSPCXMLNode MSPDIPatient::setChild(MSPCXMLNode parent, std::string_view name, st
 
 MSPCXMLNode MSPDIPatient::insertAfter(MSPCXMLNode parent, const MSPCXMLNode& sibling, std::string_view name,
                                       std::string_view markup) {
+    if (const auto holder = _inserted.find(parent); holder != _inserted.end()) {
+        auto text = _edits.textOf(holder->second.edit);
+        text.insert(text.rfind("</"), markup);
+        _edits.setText(holder->second.edit, std::move(text));
+        return parent.insertChildAfter(parent.newElement(name), sibling);
+    }
     // What was put in has no place of its own: the next one follows it at the same place.
     auto anchor = sibling;
     while (anchor && (!anchor.isElement() || _inserted.contains(anchor))) {
@@ -129,6 +135,11 @@ MSPCXMLNode MSPDIPatient::append(MSPCXMLNode parent, std::string_view name, std:
         last = child;
     }
     return insertAfter(parent, last, name, markup);
+}
+
+std::string MSPDIPatient::markupOf(const MSPCXMLNode& element) const {
+    const auto extent = extentOf(element);
+    return _utf8.substr(extent.begin, extent.end - extent.begin);
 }
 
 std::string MSPDIPatient::blanksBefore(std::size_t offset) const {

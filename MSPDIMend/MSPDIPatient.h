@@ -43,6 +43,8 @@ public:
     // The same behind a child of the parent; behind none, as the first one.
     MSPCXMLNode insertAfter(MSPCXMLNode parent, const MSPCXMLNode& sibling, std::string_view name,
                             std::string_view markup);
+    // An element of the plan as it stands there.
+    [[nodiscard]] std::string markupOf(const MSPCXMLNode& element) const;
     // What stands before the children of an element: a line end and blanks; empty where they share a line.
     [[nodiscard]] std::string indentationWithin(const MSPCXMLNode& parent) const;
     // Takes an element out, with the line that it leaves empty.

@@ -15,7 +15,8 @@ _mspdi_documents() {
 }
 
 _mspdi_steps='embedded namespace missing-uid duplicate-root root-task outline calendar-order standard-calendar'
-_mspdi_steps+=' resource-type unreadable-value split-roll-up split-pieces'
+_mspdi_steps+=' resource-type unreadable-value split-roll-up split-pieces resource-weeks exceptions-2003 deadline-to-field'
+_mspdi_steps+=' lag-to-field units-to-field field-keys'
 
 _mspdi() {
     local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses mend check diff' options='--help --json --quiet --version'

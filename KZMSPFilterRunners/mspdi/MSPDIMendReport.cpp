@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
+#include "MSPDIJSON.h"
 
 namespace {
 
@@ -92,6 +93,5 @@ void MSPDIWriteMendAsJSON(const std::string& plan, const MSPDIMended& mended, co
                        {"converted", mended.isConverted},
                        {"repaired", mended.isRepaired},
                        {"mended", path ? JSON(*path) : JSON(nullptr)}};
-    constexpr int indentation = 2;
-    out << json.dump(indentation, ' ', false, JSON::error_handler_t::replace) << '\n';
+    MSPDIWriteJSON(json, out);
 }

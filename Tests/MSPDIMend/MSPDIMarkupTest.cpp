@@ -43,5 +43,6 @@ TEST(MSPDIMarkupTest, declaresUTF8) {
     EXPECT_EQ(MSPDIWithUtf8Declared("<?xml version='1.0' encoding='windows-1252'?><a/>"),
               "<?xml version='1.0' encoding='UTF-8'?><a/>");
     EXPECT_EQ(MSPDIWithUtf8Declared("<a encoding='x'/>"), "<a encoding='x'/>");
-    EXPECT_EQ(MSPDIWithUtf8Declared("<?xml version='1.0'?><a encoding='x'/>"), "<?xml version='1.0'?><a encoding='x'/>");
+    EXPECT_EQ(MSPDIWithUtf8Declared("<?xml version='1.0'?><a encoding='x'/>"),
+              "<?xml version='1.0'?><a encoding='x'/>");
 }

@@ -60,9 +60,9 @@ TEST_F(MendTest, exchangesACalendarThatIsNoBaseWithTheProjects) {
     const std::string resources =
         "  <Resources><Resource><UID>1</UID><CalendarUID>1</CalendarUID></Resource></Resources>\n";
     const auto plan = planOf(resources, calendars(calendar("1", "Anna", false) + calendar("3", "Early", true)));
-    const auto wanted = planOf(with(resources, "<CalendarUID>1", "<CalendarUID>3"),
-                               with(calendars(calendar("3", "Anna", false) + calendar("1", "Early", true)), "UID>3<",
-                                    "UID>1<"));
+    const auto wanted =
+        planOf(with(resources, "<CalendarUID>1", "<CalendarUID>3"),
+               with(calendars(calendar("3", "Anna", false) + calendar("1", "Early", true)), "UID>3<", "UID>1<"));
     expectMended(plan, wanted, "calendar-order 1");
 }
 

@@ -35,8 +35,9 @@ TEST_F(MendTest, leavesOutADateOnlyWhereItIsRead) {
 }
 
 TEST_F(MendTest, leavesOutAllUnreadableValuesOfATaskWithTheirLines) {
-    const auto plan = planOf(tasks("\n    <Task>\n      <UID>1</UID>\n      <Start>x</Start>\n      <Type>y</Type>\n"
-                                   "      <Notes>n</Notes>\n    </Task>\n  "));
+    const auto plan =
+        planOf(tasks("\n    <Task>\n      <UID>1</UID>\n      <Start>x</Start>\n      <Type>y</Type>\n"
+                     "      <Notes>n</Notes>\n    </Task>\n  "));
     expectMended(plan, with(plan, "      <Start>x</Start>\n      <Type>y</Type>\n", ""), "unreadable-value 2");
     EXPECT_THAT(mend(plan).steps[0].where,
                 ElementsAre("Task UID='1' name='': Start 'x'", "Task UID='1' name='': Type 'y'"));
@@ -54,13 +55,15 @@ TEST_F(MendTest, leavesOutUnreadableValuesOfTheProject) {
 
 TEST_F(MendTest, leavesOutUnreadableValuesOfResourcesAndTheirCalendars) {
     const std::string resource =
-        "  <Resources><Resource><UID>1</UID><MaxUnits>x</MaxUnits><CalendarUID>2</CalendarUID></Resource></Resources>\n";
+        "  "
+        "<Resources><Resource><UID>1</UID><MaxUnits>x</MaxUnits><CalendarUID>2</CalendarUID></Resource></Resources>\n";
     const std::string calendars =
-        "  <Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar><Calendar><UID>2</UID><WeekDays>"
-        "<WeekDay><DayType>2</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime><FromTime>early</FromTime>"
+        "  "
+        "<Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar><Calendar><UID>2</UID><WeekDays>"
+        "<WeekDay><DayType>2</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime><FromTime>2012-01-09X8:00:00</FromTime>"
         "<ToTime>17:00:00</ToTime></WorkingTime></WorkingTimes></WeekDay></WeekDays></Calendar></Calendars>\n";
     const auto plan = planOf(resource, calendars);
-    expectMended(plan, with(with(plan, "<MaxUnits>x</MaxUnits>", ""), "<FromTime>early</FromTime>", ""),
+    expectMended(plan, with(with(plan, "<MaxUnits>x</MaxUnits>", ""), "<FromTime>2012-01-09X8:00:00</FromTime>", ""),
                  "unreadable-value 2");
 }
 
@@ -74,9 +77,9 @@ TEST_F(MendTest, leavesOutUnreadableValuesOfAssignments) {
 }
 
 TEST_F(MendTest, leavesOutUnreadableValuesOfBaselines) {
-    const auto plan =
-        planOf(tasks(task(1, 1, "<Start>2012-01-09T08:00:00</Start><Baseline><Number>3</Number><Start>x</Start>"
-                                "<Work>PT8H0M0S</Work></Baseline>")));
+    const auto plan = planOf(tasks(task(1, 1,
+                                        "<Start>2012-01-09T08:00:00</Start><Baseline><Number>3</Number><Start>x</Start>"
+                                        "<Work>PT8H0M0S</Work></Baseline>")));
     expectMended(plan, with(plan, "<Start>x</Start>", ""), "unreadable-value 1");
 }
 
@@ -84,8 +87,9 @@ TEST_F(MendTest, leavesOutDefinitionsTypesThatAreNoNumbers) {
     const std::string definitions =
         "  <ExtendedAttributes><ExtendedAttribute><FieldID>7</FieldID><FieldName>Text1</FieldName><CFType>x</CFType>"
         "</ExtendedAttribute></ExtendedAttributes>\n";
-    const auto plan = planOf(definitions + tasks(task(1, 1, "<ExtendedAttribute><FieldID>7</FieldID><Value>v</Value>"
-                                                            "</ExtendedAttribute>")));
+    const auto plan = planOf(definitions + tasks(task(1, 1,
+                                                      "<ExtendedAttribute><FieldID>7</FieldID><Value>v</Value>"
+                                                      "</ExtendedAttribute>")));
     expectMended(plan, with(plan, "<CFType>x</CFType>", ""), "unreadable-value 1");
 }
 

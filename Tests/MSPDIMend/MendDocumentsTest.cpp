@@ -1,6 +1,7 @@
 // The documents name the steps that the program has.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -22,8 +23,9 @@ void replaceAll(std::string& text, const std::string& piece, const std::string& 
 }
 
 std::string sentence(std::string_view text) {
-    auto result = std::string(text) + ".";
-    result[0] = static_cast<char>(std::toupper(result[0]));
+    std::string result(text);
+    result.front() = static_cast<char>(std::toupper(result.front()));
+    result.push_back('.');
     return result;
 }
 
@@ -37,8 +39,8 @@ TEST(MendDocumentsTest, theManPageHasAllStepsInTheirOrder) {
     replaceAll(page, "\\(aq", "'");
     std::string wanted = ".SH STEPS\nIn the order in which they are done.\n";
     for (const auto& step : MSPDIMendSteps()) {
-        wanted += ".TP\n.B " + std::string(step.name) + "\n" + sentence(step.what) + "\n.br\nLost or invented: " +
-                  std::string(step.price) + ".\n";
+        wanted.append(".TP\n.B ").append(step.name).append("\n").append(sentence(step.what));
+        wanted.append("\n.br\nLost or invented: ").append(step.price).append(".\n");
     }
     EXPECT_EQ(page, wanted);
 }
@@ -46,7 +48,7 @@ TEST(MendDocumentsTest, theManPageHasAllStepsInTheirOrder) {
 TEST(MendDocumentsTest, theCompletionsOfferAllSteps) {
     std::string names;
     for (const auto& step : MSPDIMendSteps()) {
-        names += (names.empty() ? "" : " ") + std::string(step.name);
+        names.append(names.empty() ? "" : " ").append(step.name);
     }
     for (const auto* file : {"completions/mspdi.bash", "completions/_mspdi", "completions/mspdi.fish"}) {
         auto text = sourceFile(file);

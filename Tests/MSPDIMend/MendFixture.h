@@ -25,8 +25,8 @@ protected:
     }
     static std::string tasks(const std::string& content) { return "  <Tasks>" + content + "</Tasks>\n"; }
     static std::string task(int uid, int level, const std::string& content = {}) {
-        return "<Task><UID>" + std::to_string(uid) + "</UID><OutlineLevel>" + std::to_string(level) + "</OutlineLevel>" +
-               content + "</Task>";
+        return "<Task><UID>" + std::to_string(uid) + "</UID><OutlineLevel>" + std::to_string(level) +
+               "</OutlineLevel>" + content + "</Task>";
     }
 
     MSPDIMended mend(const std::string& plan, const MSPDIMendOptions& options = {}) const {
