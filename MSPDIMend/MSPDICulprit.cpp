@@ -47,9 +47,8 @@ MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MS
     for (const auto& element : elements) {
         collectLeaves(element, leaves);
     }
-    const auto others = std::stable_partition(leaves.begin(), leaves.end(), [&](const auto& leaf) {
-        return isQuoted(leaf, failure.reason);
-    });
+    const auto others = std::stable_partition(leaves.begin(), leaves.end(),
+                                              [&](const auto& leaf) { return isQuoted(leaf, failure.reason); });
     for (auto leaf = leaves.begin(); leaf != others; ++leaf) {
         const auto rest = failureWithout(*leaf, trial);
         if (!rest || rest->reason != failure.reason || rest->subject != failure.subject) {
@@ -62,9 +61,9 @@ MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MS
     if (helping != end) {
         return *helping;
     }
-    const auto unreadable = !failure.reason.empty() ? leaves.end()
-                                                    : std::find_if(leaves.begin(), leaves.end(), [&](const auto& leaf) {
-                                                          return isUnreadable(leaf.stringValue());
-                                                      });
+    const auto unreadable =
+        !failure.reason.empty() ? leaves.end() : std::find_if(leaves.begin(), leaves.end(), [&](const auto& leaf) {
+            return isUnreadable(leaf.stringValue());
+        });
     return unreadable == leaves.end() ? MSPCXMLNode() : *unreadable;
 }

@@ -20,11 +20,11 @@ constexpr std::array<int, 30> textFields = {
     188744007, 188744008, 188744009, 188744010, 188744011, 188744012, 188744013, 188744014, 188744015, 188744016};
 
 // What planning programs write behind the custom fields of a task or resource.
-constexpr std::string_view fieldsBehind[] = {"Baseline",        "OutlineCode",      "IsPublished", "StatusManager",
-                                             "CommitmentStart", "CommitmentFinish", "CommitmentType", "Active",
-                                             "Manual",          "ManualStart",      "ManualFinish",   "ManualDuration",
-                                             "TimephasedData",  "IsCostResource",   "AssnOwner",      "AssnOwnerGuid",
-                                             "IsBudget",        "AvailabilityPeriods", "Rates"};
+constexpr std::string_view fieldsBehind[] = {
+    "Baseline",       "OutlineCode",    "IsPublished", "StatusManager", "CommitmentStart", "CommitmentFinish",
+    "CommitmentType", "Active",         "Manual",      "ManualStart",   "ManualFinish",    "ManualDuration",
+    "TimephasedData", "IsCostResource", "AssnOwner",   "AssnOwnerGuid", "IsBudget",        "AvailabilityPeriods",
+    "Rates"};
 
 // What planning programs write before the list of definitions.
 constexpr std::string_view listsBehind[] = {"Calendars", "Tasks", "Resources", "Assignments"};
@@ -68,8 +68,7 @@ void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view 
 
 void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_view fieldID,
                         const std::optional<std::string>& value) {
-    const auto content =
-        childMarkup("FieldID", fieldID) + (value ? childMarkup("Value", *value) : std::string());
+    const auto content = childMarkup("FieldID", fieldID) + (value ? childMarkup("Value", *value) : std::string());
     const auto before = owner.lastChildElement("ExtendedAttribute").element;
     auto field = patient.insertAfter(owner, before ? before : lastChildBefore(owner, fieldsBehind), "ExtendedAttribute",
                                      "<ExtendedAttribute>" + content + "</ExtendedAttribute>");

@@ -235,7 +235,7 @@ void MSPDIMappingTrial::mapTask(const MSPCXMLNode& task) {
     const auto trial = [&] { return failureOf([&] { facts = mapped(task); }); };
     if (!mend(
             trial, [&](const auto&) { return std::vector{task}; }, subject) ||
-        facts.isNull || facts.uid == 0) {
+        facts.isNull || facts.uid == MSPCTaskUID{0}) {
         return;
     }
     const bool hasPieces = splits(task, facts, subject);
@@ -248,10 +248,10 @@ void MSPDIMappingTrial::mapTask(const MSPCXMLNode& task) {
         mend(
             take, [&](const auto&) { return assignmentsOf(facts.uid); }, subject);
     }
-    link(task, facts, hasPieces);
+    link(facts);
 }
 
-std::vector<MSPCXMLNode> MSPDIMappingTrial::assignmentsOf(std::int64_t taskUID) {
+std::vector<MSPCXMLNode> MSPDIMappingTrial::assignmentsOf(MSPCTaskUID taskUID) {
     const auto found = _context.index().assignmentsByTaskUID().nodesWithKey(taskUID);
     return {found.begin(), found.end()};
 }
@@ -284,24 +284,21 @@ bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts, con
     return false;
 }
 
-void MSPDIMappingTrial::link(const MSPCXMLNode& task, const Mapped& facts, bool hasPieces) {
-    static_cast<void>(task);
-    static_cast<void>(hasPieces);
+// A parent that is split has no type left that could say that it is a group.
+void MSPDIMappingTrial::link(const Mapped& facts) {
     const auto parent = facts.level == 1 ? std::nullopt : _tree->parentForLevel(facts.level);
     if (!parent) {
         return;
     }
     const auto failure = failureOf([&] { static_cast<void>(_tree->groupOfParent(*parent)); });
-    const auto uid = MSPDIIntegerIn(parent->mspTask, "UID").value_or(0);
+    const MSPCTaskUID uid{MSPDIIntegerIn(parent->mspTask, "UID").value_or(0)};
     if (failure && _patient.allows(splitRollUp) && !_withoutPieces.contains(uid)) {
         removeTimephasedData(uid, splitRollUp, MSPISubjectOf("Task", parent->mspTask));
     }
 }
 
 // Those that count in this scenario.
-std::size_t MSPDIMappingTrial::removeTimephasedData(std::int64_t taskUID, std::string_view step,
-                                                    const std::string& subject) {
-    std::size_t count = 0;
+void MSPDIMappingTrial::removeTimephasedData(MSPCTaskUID taskUID, std::string_view step, const std::string& subject) {
     for (const auto& assignment : assignmentsOf(taskUID)) {
         for (const auto& record : assignment.childElements("TimephasedData")) {
             const auto type = MSPDIIntegerIn(record, "Type");
@@ -309,10 +306,8 @@ std::size_t MSPDIMappingTrial::removeTimephasedData(std::int64_t taskUID, std::s
                 _patient.note(step, fmt::format("{}: {} to {}", subject, MSPDITextIn(record, "Start").value_or(""),
                                                 MSPDITextIn(record, "Finish").value_or("")));
                 _patient.remove(record);
-                ++count;
             }
         }
     }
     _withoutPieces.insert(taskUID);
-    return count;
 }

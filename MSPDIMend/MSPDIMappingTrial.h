@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "MSPCServices.h"
+#include "MSPCUID.h"
 #include "MSPDICulprit.h"
 #include "MSPDIPatient.h"
 #include "MSPIMappingContext.h"
@@ -33,7 +34,7 @@ public:
 private:
     struct Mapped {
         std::string id;
-        std::int64_t uid = -1;
+        MSPCTaskUID uid{-1};
         std::int64_t level = 0;
         bool isSummary = false;
         bool isNull = false;
@@ -51,9 +52,9 @@ private:
     void mapTask(const MSPCXMLNode& task);
     [[nodiscard]] Mapped mapped(const MSPCXMLNode& task);
     bool splits(const MSPCXMLNode& task, const Mapped& facts, const std::string& subject);
-    void link(const MSPCXMLNode& task, const Mapped& facts, bool hasPieces);
-    std::size_t removeTimephasedData(std::int64_t taskUID, std::string_view step, const std::string& subject);
-    [[nodiscard]] std::vector<MSPCXMLNode> assignmentsOf(std::int64_t taskUID);
+    void link(const Mapped& facts);
+    void removeTimephasedData(MSPCTaskUID taskUID, std::string_view step, const std::string& subject);
+    [[nodiscard]] std::vector<MSPCXMLNode> assignmentsOf(MSPCTaskUID taskUID);
 
     MSPDIPatient& _patient;
     MSPCServices _services;
@@ -65,7 +66,7 @@ private:
     MSPCXMLNewElement _groupType;  // that of any group
     std::unique_ptr<MSPITaskTree> _tree;
     std::unique_ptr<MSPIAssignmentPool> _pool;
-    std::set<std::int64_t> _withoutPieces;  // UIDs of tasks whose timephased data were taken out
+    std::set<MSPCTaskUID> _withoutPieces;  // UIDs of tasks whose timephased data were taken out
     // What shows a value of a baseline and is set aside until the mapping of its owner is through.
     struct Aside {
         MSPCXMLNode parent;

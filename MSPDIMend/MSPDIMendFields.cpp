@@ -99,7 +99,8 @@ std::string lagInWords(std::int64_t tenthsOfMinutes) {
     const auto minutes = std::abs(tenthsOfMinutes) / 10;
     const auto hours = minutes / 60;
     const auto rest = minutes % 60;
-    return fmt::format("{}{} h{}", tenthsOfMinutes < 0 ? "-" : "", hours, rest == 0 ? "" : fmt::format(" {} min", rest));
+    return fmt::format("{}{} h{}", tenthsOfMinutes < 0 ? "-" : "", hours,
+                       rest == 0 ? "" : fmt::format(" {} min", rest));
 }
 
 }  // namespace
@@ -132,8 +133,9 @@ void MSPDIMendLags(MSPDIPatient& patient) {
             const auto lag = MSPDIIntegerIn(link, "LinkLag").value_or(0);
             const auto format = MSPDIIntegerIn(link, "LagFormat").value_or(0);
             if (lag != 0 && format != percentFormat && format != percentFormat + 1) {
-                addWords(words, task, fmt::format("{} after task {}", lagInWords(lag),
-                                                  MSPDITextIn(link, "PredecessorUID").value_or("")));
+                addWords(
+                    words, task,
+                    fmt::format("{} after task {}", lagInWords(lag), MSPDITextIn(link, "PredecessorUID").value_or("")));
                 moved.push_back(link.lastChildElement("LinkLag").element);
             }
         }
@@ -148,7 +150,8 @@ void MSPDIMendUnits(MSPDIPatient& patient) {
     }
     std::map<std::string, std::string> namesOfWork;
     for (const auto& resource : patient.items("Resources", "Resource")) {
-        const bool isWork = MSPDIIntegerIn(resource, "Type").value_or(1) == 1 && !MSPDIIsTrueIn(resource, "IsCostResource");
+        const bool isWork =
+            MSPDIIntegerIn(resource, "Type").value_or(1) == 1 && !MSPDIIsTrueIn(resource, "IsCostResource");
         if (isWork && MSPDIIntegerIn(resource, "UID").value_or(0) > 0) {
             namesOfWork[*MSPDITextIn(resource, "UID")] = MSPDITextIn(resource, "Name").value_or("");
         }

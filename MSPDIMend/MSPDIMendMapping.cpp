@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <deque>
 
 #include "MSPCLog.h"
@@ -50,7 +51,7 @@ void MSPDIMendWhatCannotBeMapped(MSPDIPatient& patient, const MSPCServices& serv
     const auto kdzxTemplate = MSPCXMLDocument::read(std::string(file->content));
     constexpr std::int32_t ofPlan = -1;
     MSPDIMappingTrial(patient, quiet, ofPlan, *kdzxTemplate).run();
-    for (std::int32_t number = 0; number < MSPIBaselineIndex::BaselineCount; ++number) {
+    for (std::int32_t number = 0; number < MSPIBaselineCount; ++number) {
         if (patient.plan().baselines().counts(number).areZero()) {
             continue;
         }

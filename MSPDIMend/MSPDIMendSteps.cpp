@@ -34,7 +34,8 @@ constexpr MSPDIMendStep steps[] = {
     {"split-pieces", "timephased data of tasks whose pieces hold no working time leave the copy",
      "how the work of these assignments is spread over the time", true},
     {"resource-weeks",
-     "days and exceptions that a resource's calendar has from its base calendar are written into it, and it becomes one",
+     "days and exceptions that a resource's calendar has from its base calendar are written into it, and it becomes "
+     "one",
      "changes of the base calendar no longer reach the resource", false},
     {"exceptions-2003", "exceptions of calendars in the form of 2003 are written in the later form", "nothing", false},
     {"deadline-to-field", "deadlines become a custom field of their tasks", "the deadline is a text from then on",

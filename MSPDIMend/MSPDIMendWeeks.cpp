@@ -14,11 +14,10 @@ namespace {
 
 constexpr std::string_view exceptions2003 = "exceptions-2003";
 constexpr std::string_view resourceWeeks = "resource-weeks";
-constexpr std::string_view beforeWeekDays[] = {"UID",           "GUID",           "Name",
-                                               "IsBaseCalendar", "IsBaselineCalendar", "BaseCalendarUID"};
-constexpr std::string_view beforeExceptions[] = {"UID",           "GUID",           "Name",
-                                                 "IsBaseCalendar", "IsBaselineCalendar", "BaseCalendarUID",
-                                                 "WeekDays"};
+constexpr std::string_view beforeWeekDays[] = {
+    "UID", "GUID", "Name", "IsBaseCalendar", "IsBaselineCalendar", "BaseCalendarUID"};
+constexpr std::string_view beforeExceptions[] = {
+    "UID", "GUID", "Name", "IsBaseCalendar", "IsBaselineCalendar", "BaseCalendarUID", "WeekDays"};
 
 std::string firstDayOf(const MSPCXMLNode& exception) {
     return MSPDITextIn(exception.firstChildElement("TimePeriod"), "FromDate").value_or("");
@@ -140,8 +139,8 @@ void MSPDIMendResourceWeeks(MSPDIPatient& patient) {
         if (!base || isBase || base == calendar || calendar == taken || !done.insert(uid).second) {
             continue;
         }
-        patient.note(resourceWeeks, fmt::format("{} from {}", MSPISubjectOf("Calendar", calendar),
-                                                MSPISubjectOf("Calendar", base)));
+        patient.note(resourceWeeks,
+                     fmt::format("{} from {}", MSPISubjectOf("Calendar", calendar), MSPISubjectOf("Calendar", base)));
         copyDays(patient, base, calendar);
         copyExceptions(patient, base, calendar);
         patient.setChild(calendar, "IsBaseCalendar", "1", beforeWeekDays);

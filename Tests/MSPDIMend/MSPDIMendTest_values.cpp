@@ -60,7 +60,8 @@ TEST_F(MendTest, leavesOutUnreadableValuesOfResourcesAndTheirCalendars) {
     const std::string calendars =
         "  "
         "<Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar><Calendar><UID>2</UID><WeekDays>"
-        "<WeekDay><DayType>2</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime><FromTime>2012-01-09X8:00:00</FromTime>"
+        "<WeekDay><DayType>2</DayType><DayWorking>1</"
+        "DayWorking><WorkingTimes><WorkingTime><FromTime>2012-01-09X8:00:00</FromTime>"
         "<ToTime>17:00:00</ToTime></WorkingTime></WorkingTimes></WeekDay></WeekDays></Calendar></Calendars>\n";
     const auto plan = planOf(resource, calendars);
     expectMended(plan, with(with(plan, "<MaxUnits>x</MaxUnits>", ""), "<FromTime>2012-01-09X8:00:00</FromTime>", ""),

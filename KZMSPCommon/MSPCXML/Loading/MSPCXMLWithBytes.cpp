@@ -11,16 +11,16 @@ std::optional<MSPCXMLWithBytes> MSPCXMLLoadWithBytes(const std::string& bytes, s
         return std::nullopt;
     }
     const bool isConverted = *utf8 != bytes;
-    const auto prescan = prescannedXML(*utf8);
-    if (!prescan.hasInternalSubset && !prescan.hasStrayAmpersand) {
+    const auto traits = traitsOfXML(*utf8);
+    if (!traits.hasInternalSubset && !traits.hasStrayAmpersand) {
         auto document = MSPCXMLDocument::read(*utf8, {.content = MSPCXMLContent::DataOnly,
-                                                      .hasSections = prescan.hasSections,
-                                                      .hasMixedContent = prescan.hasMixedContent});
+                                                      .hasSections = traits.hasSections,
+                                                      .hasMixedContent = traits.hasMixedContent});
         if (document) {
             return MSPCXMLWithBytes{std::move(*document), std::move(*utf8), isConverted, false};
         }
     }
-    auto mended = mendedXML(*utf8, prescan.hasInternalSubset, mendableRoot);
+    auto mended = mendedXML(*utf8, traits.hasInternalSubset, mendableRoot);
     auto document = mended
                         ? MSPCXMLDocument::read(mended->bytes, {.content = MSPCXMLContent::DataOnly, .isMended = true})
                         : std::nullopt;
