@@ -99,8 +99,10 @@ std::string lagInWords(std::int64_t tenthsOfMinutes) {
     const auto minutes = std::abs(tenthsOfMinutes) / 10;
     const auto hours = minutes / 60;
     const auto rest = minutes % 60;
-    return fmt::format("{}{} h{}", tenthsOfMinutes < 0 ? "-" : "", hours,
-                       rest == 0 ? "" : fmt::format(" {} min", rest));
+    const auto inHours = hours == 0 && rest != 0 ? std::string() : fmt::format("{} h", hours);
+    const auto inMinutes = rest == 0 ? std::string() : fmt::format("{} min", rest);
+    const auto* between = inHours.empty() || inMinutes.empty() ? "" : " ";
+    return (tenthsOfMinutes < 0 ? "-" : "") + inHours + between + inMinutes;
 }
 
 }  // namespace

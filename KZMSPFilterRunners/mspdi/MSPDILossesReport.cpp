@@ -7,6 +7,7 @@
 
 #include "MSPCMessage.h"
 #include "MSPDIJSON.h"
+#include "MSPDIMendForLoss.h"
 
 namespace {
 
@@ -33,6 +34,7 @@ std::string placeOf(const MSPDIPlace& place) {
 }
 
 JSON jsonOf(const MSPDILoss& loss) {
+    const auto* step = MSPDIMendStepForLoss(loss.kind);
     auto where = JSON::array();
     for (const auto& place : loss.where) {
         where.push_back({{"path", place.path}, {"uid", place.uid}, {"name", place.name}, {"value", place.value}});
@@ -41,6 +43,7 @@ JSON jsonOf(const MSPDILoss& loss) {
             {"count", loss.count},
             {"element", loss.element},
             {"what", loss.what},
+            {"step", step == nullptr ? JSON(nullptr) : JSON(step->name)},
             {"where", std::move(where)}};
 }
 
@@ -62,6 +65,9 @@ void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPD
         }
         if (loss.where.size() < loss.count) {
             out << fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size());
+        }
+        if (const auto* step = MSPDIMendStepForLoss(loss.kind)) {
+            out << fmt::format("    mspdi mend --only {} saves what it can of it in a copy\n", step->name);
         }
     }
     out << MSPCShownText(plan).view() << ": " << account.total() << " leaves";
