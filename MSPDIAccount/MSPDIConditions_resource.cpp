@@ -95,7 +95,9 @@ MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {
         return MSPDIFate::Shaping;
     }
     if (assignment.arrives) {
-        return MSPDIFate::Carried;
+        // Nothing in the document bears the id of a resource that is not there, or of that for unassigned work.
+        return uid && leaf.item.facts.isResource(*uid) ? MSPDIJudgement(MSPDIFate::Carried)
+                                                       : MSPDIJudgement(MSPDIFate::Changed, "dropped-assignment");
     }
     if (assignment.countsForMaterial) {
         return MSPDIFate::Shaping;

@@ -27,7 +27,7 @@ constexpr MSPDIKind kinds[] = {
     {"assignment-units", "units of assignments other than 100%"},
     {"unequal-shares", "shares of a task's work, where its resources have different ones"},
     {"summary-assignment", "assignments of summary tasks"},
-    {"dropped-assignment", "assignments of tasks that are not there"},
+    {"dropped-assignment", "assignments of tasks or resources that do not arrive"},
     {"assignment-delay", "delays of assignments"},
     {"work-contour", "contours of work: how it is spread over the time"},
     {"project-calendar", "the plan's own calendar, which is not the one taken"},
