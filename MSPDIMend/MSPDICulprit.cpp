@@ -47,8 +47,11 @@ MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MS
     for (const auto& element : elements) {
         collectLeaves(element, leaves);
     }
-    const auto others = std::stable_partition(leaves.begin(), leaves.end(),
-                                              [&](const auto& leaf) { return isQuoted(leaf, failure.reason); });
+    // A failure that says nothing is one of dates.
+    const auto isSuspect = [&](const MSPCXMLNode& leaf) {
+        return failure.reason.empty() ? isUnreadable(leaf.stringValue()) : isQuoted(leaf, failure.reason);
+    };
+    const auto others = std::stable_partition(leaves.begin(), leaves.end(), isSuspect);
     for (auto leaf = leaves.begin(); leaf != others; ++leaf) {
         const auto rest = failureWithout(*leaf, trial);
         if (!rest || rest->reason != failure.reason || rest->subject != failure.subject) {
@@ -61,9 +64,6 @@ MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MS
     if (helping != end) {
         return *helping;
     }
-    const auto unreadable =
-        !failure.reason.empty() ? leaves.end() : std::find_if(leaves.begin(), leaves.end(), [&](const auto& leaf) {
-            return isUnreadable(leaf.stringValue());
-        });
-    return unreadable == leaves.end() ? MSPCXMLNode() : *unreadable;
+    // Several of them together stand in the way.
+    return failure.reason.empty() && others != leaves.begin() ? leaves.front() : MSPCXMLNode();
 }

@@ -18,7 +18,7 @@ using MSPDITrial = std::function<std::optional<MSPDIMappingFailure>()>;
 
 // Finds the value that a mapping stumbles over. A leaf of these elements that the failure quotes is to blame when the
 // failure is gone without it, or is about something else; any other one only when it is gone. Of a failure that says
-// nothing a leaf is to blame that `isUnreadable`, if there is no better one. A UID is never to blame. The elements are
+// nothing those that `isUnreadable` are taken for quoted. A UID is never to blame. The elements are
 // as before. Empty when no single leaf is to blame.
 [[nodiscard]] MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements,
                                             const MSPDIMappingFailure& failure, const MSPDITrial& trial,

@@ -108,7 +108,8 @@ bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, cons
     auto failure = trial();
     while (failure && !isBound(*failure)) {
         const auto isUnreadable = [this](const std::string& text) {
-            return failureOf([&] { static_cast<void>(_context.conversions().isMspdiDateTime(text)); }).has_value();
+            const auto of = failureOf([&] { static_cast<void>(_context.conversions().mspdiToMppDateTime(text)); });
+            return of && of->reason.empty();
         };
         // What a definition says is read when the first value of its field is.
         const bool isOfDefinition = failure->reason.find("<CFType>") != std::string::npos;

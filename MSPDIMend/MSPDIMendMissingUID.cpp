@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <limits>
 #include <map>
 
 #include "MSPDIItemValues.h"
@@ -25,9 +26,11 @@ constexpr Kind kinds[] = {
     {"Calendars", "Calendar"},
 };
 
+// Numbers beyond all others are read as the largest there is, which leaves none for the pieces of split tasks.
 bool hasUsableUID(const MSPCXMLNode& item) {
     const auto text = MSPDITextIn(item, "UID");
-    return text && !text->starts_with('-') && MSPDIIntegerIn(item, "UID").value_or(-1) >= 0;
+    const auto uid = MSPDIIntegerIn(item, "UID").value_or(-1);
+    return text && !text->starts_with('-') && uid >= 0 && uid < std::numeric_limits<std::int64_t>::max();
 }
 
 // A resource without any UID is passed over by the importer.

@@ -81,6 +81,17 @@ TEST_F(MendTest, leavesWorkThatIsAssignedToNobody) {
     expectMended(plan, with(plan, "<UID>-65535<", "<UID>1<"), "missing-uid 1");
 }
 
+TEST_F(MendTest, renumbersUIDsThatLeaveNoneForPieces) {
+    const auto piece = [](const std::string& day) {
+        return "<TimephasedData><Type>1</Type><Start>2012-01-" + day + "T08:00:00</Start><Finish>2012-01-" + day +
+               "T17:00:00</Finish><Value>PT8H0M0S</Value></TimephasedData>";
+    };
+    const auto plan = planOf(tasks("<Task><UID>9223372036854775807</UID></Task>" + task(1, 1)) +
+                             "  <Assignments><Assignment><TaskUID>1</TaskUID>" + piece("09") + piece("11") +
+                             "</Assignment></Assignments>\n");
+    expectMended(plan, with(plan, "9223372036854775807", "2"), "missing-uid 1");
+}
+
 TEST_F(MendTest, levelsTheOutlineFromNegativeLevelsOn) {
     const auto summary = std::string("<Summary>1</Summary>");
     const auto plan = planOf(tasks(task(1, -1, summary) + task(2, 3, summary) + task(3, 5) + task(4, 3) + task(5, -1)));
