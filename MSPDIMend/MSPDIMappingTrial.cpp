@@ -104,7 +104,7 @@ void MSPDIMappingTrial::run() {
     }
 }
 
-bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, const std::string& subject) {
+bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, const Subject& subject) {
     auto failure = trial();
     while (failure && !isBound(*failure)) {
         const auto isUnreadable = [this](const std::string& text) {
@@ -116,7 +116,7 @@ bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, cons
         const auto suspects =
             isOfDefinition ? _patient.items("ExtendedAttributes", "ExtendedAttribute") : owners(*failure);
         const auto culprit = MSPDICulpritAmong(suspects, *failure, trial, isUnreadable);
-        if (!culprit || !takeOut(culprit, failure->subject.empty() ? subject : failure->subject)) {
+        if (!culprit || !takeOut(culprit, failure->subject.empty() ? subject() : failure->subject)) {
             break;
         }
         failure = trial();
@@ -175,7 +175,7 @@ bool MSPDIMappingTrial::mapProject() {
         }
         return found;
     };
-    return mend(trial, owners, "Project");
+    return mend(trial, owners, [] { return std::string("Project"); });
 }
 
 void MSPDIMappingTrial::mapResource(const MSPCXMLNode& resource) {
@@ -204,13 +204,14 @@ void MSPDIMappingTrial::mapResource(const MSPCXMLNode& resource) {
         }
         return found.empty() ? std::vector{resource} : found;
     };
-    mend(trial, owners, MSPISubjectOf("Resource", resource));
+    mend(trial, owners, [&] { return MSPISubjectOf("Resource", resource); });
 }
 
 void MSPDIMappingTrial::readAssignment(const MSPCXMLNode& assignment) {
     const auto trial = [&] { return failureOf([&] { static_cast<void>(intValueForXQuery(assignment, "TaskUID")); }); };
     mend(
-        trial, [&](const auto&) { return std::vector{assignment}; }, MSPISubjectOfAssignment(assignment));
+        trial, [&](const auto&) { return std::vector{assignment}; },
+        [&] { return MSPISubjectOfAssignment(assignment); });
 }
 
 MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task) {
@@ -231,7 +232,7 @@ MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task) {
 }
 
 void MSPDIMappingTrial::mapTask(const MSPCXMLNode& task) {
-    const auto subject = MSPISubjectOf("Task", task);
+    const auto subject = [&task] { return MSPISubjectOf("Task", task); };
     Mapped facts;
     const auto trial = [&] { return failureOf([&] { facts = mapped(task); }); };
     if (!mend(
@@ -258,7 +259,7 @@ std::vector<MSPCXMLNode> MSPDIMappingTrial::assignmentsOf(MSPCTaskUID taskUID) {
 }
 
 // Whether the task is split. Where its pieces cannot be made and no value is to blame, its timephased data are.
-bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts, const std::string& subject) {
+bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts, const Subject& subject) {
     bool hasPieces = false;
     const auto trial = [&] {
         return failureOf([&] {
@@ -280,7 +281,7 @@ bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts, con
     }
     const auto failure = trial();
     if (failure && !isBound(*failure) && _patient.allows(splitPieces)) {
-        removeTimephasedData(facts.uid, splitPieces, subject);
+        removeTimephasedData(facts.uid, splitPieces, subject());
     }
     return false;
 }

@@ -40,10 +40,12 @@ private:
         bool isNull = false;
     };
 
+    // Finding out what something is called may mean to look through the whole plan.
+    using Subject = std::function<std::string()>;
     using Owners = std::function<std::vector<MSPCXMLNode>(const MSPDIMappingFailure&)>;
 
     // Tries until it succeeds or nothing is found to blame; says whether it succeeded.
-    bool mend(const MSPDITrial& trial, const Owners& owners, const std::string& subject);
+    bool mend(const MSPDITrial& trial, const Owners& owners, const Subject& subject);
     bool takeOut(MSPCXMLNode leaf, const std::string& subject);
 
     bool mapProject();
@@ -51,7 +53,7 @@ private:
     void readAssignment(const MSPCXMLNode& assignment);
     void mapTask(const MSPCXMLNode& task);
     [[nodiscard]] Mapped mapped(const MSPCXMLNode& task);
-    bool splits(const MSPCXMLNode& task, const Mapped& facts, const std::string& subject);
+    bool splits(const MSPCXMLNode& task, const Mapped& facts, const Subject& subject);
     void link(const Mapped& facts);
     void removeTimephasedData(MSPCTaskUID taskUID, std::string_view step, const std::string& subject);
     [[nodiscard]] std::vector<MSPCXMLNode> assignmentsOf(MSPCTaskUID taskUID);
