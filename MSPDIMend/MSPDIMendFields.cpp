@@ -94,6 +94,11 @@ std::vector<MSPCXMLNode> mappedTasks(const MSPDIPatient& patient) {
     return tasks;
 }
 
+// Of elapsed time or not, an estimate or not.
+bool isPercentage(std::int64_t lagFormat) {
+    return lagFormat == 19 || lagFormat == 20 || lagFormat == 51 || lagFormat == 52;
+}
+
 // "2 d 4 h" would depend on what a day is; hours and minutes do not.
 std::string lagInWords(std::int64_t tenthsOfMinutes) {
     const auto minutes = std::abs(tenthsOfMinutes) / 10;
@@ -131,10 +136,9 @@ void MSPDIMendLags(MSPDIPatient& patient) {
     std::vector<MSPCXMLNode> moved;
     for (const auto& task : mappedTasks(patient)) {
         for (const auto& link : task.childElements("PredecessorLink")) {
-            constexpr std::int64_t percentFormat = 19;
             const auto lag = MSPDIIntegerIn(link, "LinkLag").value_or(0);
             const auto format = MSPDIIntegerIn(link, "LagFormat").value_or(0);
-            if (lag != 0 && format != percentFormat && format != percentFormat + 1) {
+            if (lag != 0 && !isPercentage(format)) {
                 addWords(
                     words, task,
                     fmt::format("{} after task {}", lagInWords(lag), MSPDITextIn(link, "PredecessorUID").value_or("")));
