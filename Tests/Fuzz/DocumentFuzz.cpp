@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const auto inMemory = KZDXFilesInMemory(std::move(files));
     const CountedSteps steps;
     const auto check = KZDXCheckBundle(*inMemory);
-    requireStepsThatGrowWith(size, steps.count(), {1'000'000, 1'000});
+    requireStepsThatGrowWith(size, steps.count(), {100'000, 200});
     require(!check.obstacle, "what is there can be looked at");
     for (const auto& finding : check.findings) {
         require(!finding.file.empty() && !finding.text.empty() && finding.line >= 0, "a finding says what and where");
