@@ -77,10 +77,14 @@ MSPDIJudgement resourceMaxUnits(const MSPDILeaf& leaf) {
 
 MSPDIJudgement resourceCalendar(const MSPDILeaf& leaf) {
     const auto& resource = resourceOf(leaf);
-    if (resource.isMapped && (resource.calendar || !leaf.isOnlyOfItsName())) {
-        return MSPDIFate::Shaping;
+    if (!resource.isMapped) {
+        return MSPDIFate::Default;  // nobody works by the calendar for unassigned work
     }
-    return lostUnlessDefault(leaf);
+    if (resource.calendar) {
+        const bool losesWeek = leaf.item.facts.calendars[*resource.calendar].losesWeek;
+        return losesWeek ? MSPDIJudgement(MSPDIFate::Shaping, "resource-week") : MSPDIFate::Shaping;
+    }
+    return leaf.isOnlyOfItsName() ? lostUnlessDefault(leaf) : MSPDIFate::Shaping;
 }
 
 MSPDIJudgement resourceRateFormat(const MSPDILeaf& leaf) {
@@ -122,7 +126,11 @@ MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {
 }
 
 MSPDIJudgement assignmentUnits(const MSPDILeaf& leaf) {
-    return assignmentOf(leaf).countsForMaterial ? MSPDIFate::Carried : lostUnlessDefault(leaf);
+    if (assignmentOf(leaf).countsForMaterial) {
+        return MSPDIFate::Carried;
+    }
+    const bool isOfNobody = scanInteger64(leaf.item.fields.text("ResourceUID").textOrEmpty()).value_or(-1) < 0;
+    return isOfNobody && MSPDIIsOneOf(leaf.text, "0") ? MSPDIJudgement(MSPDIFate::Default) : lostUnlessDefault(leaf);
 }
 
 MSPDIJudgement assignmentWork(const MSPDILeaf& leaf) {

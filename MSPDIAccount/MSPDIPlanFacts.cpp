@@ -9,6 +9,7 @@
 #include "MSPCTextScanner.h"
 #include "MSPCXPathNumber.h"
 #include "MSPDIValues.h"
+#include "MSPDIWeekDayFacts.h"
 #include "MSPITaskTree.h"
 #include "MSPITimephasedDataMapper.h"
 
@@ -107,7 +108,8 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
 void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
     std::optional<std::size_t> first;
     std::optional<std::size_t> standard;
-    for (const auto& node : nodesForXQuery(project, "Calendars/Calendar")) {
+    const auto nodes = nodesForXQuery(project, "Calendars/Calendar");
+    for (const auto& node : nodes) {
         const auto position = calendars.size();
         auto& calendar = calendars.emplace_back();
         for (const auto& period : nodesForXQuery(node, "Exceptions/Exception[Type=1]/TimePeriod")) {
@@ -127,9 +129,23 @@ void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
     const auto taken = first ? first : standard;
     if (taken) {
         calendars[*taken].isProjects = true;
-        const auto nodes = nodesForXQuery(project, "Calendars/Calendar");
         projectCalendarUID = MSPDILastInteger(MSPCFields(nodes[*taken]), "UID");
     }
+    for (std::size_t position = 0; position < nodes.size(); ++position) {
+        calendars[position].losesWeek = losesWeek(nodes[position]);
+    }
+}
+
+// A base calendar arrives with all its days; of another one only those with working time do.
+bool MSPDIPlanFacts::losesWeek(const MSPCXMLNode& calendar) const {
+    const MSPCFields fields(calendar);
+    if (MSPDIIsTrueField(fields, "IsBaseCalendar")) {
+        return false;
+    }
+    const auto weekDays = nodesForXQuery(calendar, "WeekDays/WeekDay");
+    return isOtherBaseCalendar(fields.text("BaseCalendarUID").textOrEmpty()) ||
+           std::any_of(weekDays.begin(), weekDays.end(),
+                       [](const MSPCXMLNode& weekDay) { return MSPDIWeekDayFacts(weekDay).isDayOff; });
 }
 
 void MSPDIPlanFacts::readDefinitions(const MSPCXMLNode& project) {
@@ -332,6 +348,19 @@ std::string MSPDIPlanFacts::kdzxDateOf(std::string_view date) const {
     } catch (const MSPCException&) {
         return {};
     }
+}
+
+std::optional<std::int64_t> MSPDIPlanFacts::secondsOfDay(std::string_view time) const {
+    try {
+        return scanInteger64(_conversions.mspdiToKdzxTimeOnly(time).value_or(""));
+    } catch (const MSPCException&) {
+        return std::nullopt;
+    }
+}
+
+bool MSPDIPlanFacts::isOtherBaseCalendar(std::string_view uid) const {
+    const auto number = scanInteger64(uid).value_or(-1);
+    return number >= 0 && number != projectCalendarUID;
 }
 
 bool MSPDIPlanFacts::isProjectName(std::string_view text) const {

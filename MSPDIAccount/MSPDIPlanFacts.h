@@ -50,6 +50,7 @@ struct MSPDIAssignmentFacts {
 
 struct MSPDICalendarFacts {
     bool isProjects = false;                // the schedule of the document is made from it
+    bool losesWeek = false;                 // what it is based on, or a day off, does not arrive with its resource
     std::vector<std::size_t> resources;     // positions of those whose schedule is made from it
     std::set<std::string> exceptionStarts;  // of exceptions of one date range
     [[nodiscard]] bool isMapped() const { return isProjects || !resources.empty(); }
@@ -94,6 +95,10 @@ public:
     // The instant, and the target date, of a date in the plan; none, and empty, where it cannot be read.
     [[nodiscard]] std::optional<MSPCInstant> instantOf(std::string_view date) const;
     [[nodiscard]] std::string kdzxDateOf(std::string_view date) const;
+    // Seconds since midnight of a time in a week; none where it cannot be read.
+    [[nodiscard]] std::optional<std::int64_t> secondsOfDay(std::string_view time) const;
+    // Whether a `BaseCalendarUID` names another calendar than that which the document's schedule is made from.
+    [[nodiscard]] bool isOtherBaseCalendar(std::string_view uid) const;
     // Whether a text is the title that the document gets, or the plan's own name.
     [[nodiscard]] bool isProjectName(std::string_view text) const;
     // Whether a custom field of tasks, or of resources, has no key in the table of contents; false where there is none.
@@ -126,6 +131,7 @@ private:
     void readSettings(const MSPCXMLNode& project);
     void readTasks(const MSPCXMLNode& project);
     void readCalendars(const MSPCXMLNode& project);
+    [[nodiscard]] bool losesWeek(const MSPCXMLNode& calendar) const;
     void readDefinitions(const MSPCXMLNode& project);
     void readResources(const MSPCXMLNode& project);
     void readAssignments(const MSPCXMLNode& project);
