@@ -255,7 +255,7 @@ private:
     std::set<std::string, std::less<>> _idsOfActual;  // of tasks and resources
     std::vector<Uncommented> _uncommented;
     bool _isOfImport = false;  // one scenario tells the importer
-    MSPCXMLNode _named;                               // whose name was asked for last, and the name
+    MSPCXMLNode _named;        // whose name was asked for last, and the name
     std::string _name;
 };
 

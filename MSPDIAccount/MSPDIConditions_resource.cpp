@@ -111,8 +111,9 @@ MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {
     }
     if (assignment.arrives) {
         // Nothing in the document bears the id of a resource that is not there, or of that for unassigned work.
-        return uid && leaf.item.facts.isResource(*uid) ? MSPDIJudgement(MSPDIFate::Carried)
-                                                       : MSPDIJudgement(MSPDIFate::Changed, "dropped-assignment");
+        return uid && leaf.item.facts.mappedResource(MSPCResourceUID{*uid})
+                   ? MSPDIJudgement(MSPDIFate::Carried)
+                   : MSPDIJudgement(MSPDIFate::Changed, "dropped-assignment");
     }
     if (assignment.countsForMaterial) {
         return MSPDIFate::Shaping;

@@ -117,14 +117,14 @@ Link fateOfLink(const MSPDILeaf& leaf, const MSPCXMLNode& link) {
     if (!uid || *uid < 0) {
         return predecessor.count > 1 ? Link::InSomeScenario : Link::Dropped;
     }
-    const auto count = leaf.item.facts.tasksWithUID(*uid);
+    const auto count = leaf.item.facts.tasksWithUID(MSPCTaskUID{*uid});
     if (count > 1 && leaf.item.lastChild(leaf.item.node, "Baseline").count > 0) {
         return Link::InSomeScenario;  // where only one of them has the baseline
     }
     if (count != 1) {
         return Link::Dropped;
     }
-    return leaf.item.facts.isMapped(*uid) ? Link::Carried : Link::LeadsNowhere;
+    return leaf.item.facts.mappedTask(MSPCTaskUID{*uid}) ? Link::Carried : Link::LeadsNowhere;
 }
 
 Link linkOf(const MSPDILeaf& leaf) {

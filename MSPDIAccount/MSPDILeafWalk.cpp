@@ -1,13 +1,9 @@
 #include "MSPDILeafWalk.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
-#include "MSPCCharacters.h"
 #include "MSPCException.h"
-#include "MSPCMessage.h"
 #include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
 #include "MSPDIKinds.h"
@@ -28,17 +24,6 @@ MSPCXMLNode nextElement(MSPCXMLNode node) {
 
 bool isLeaf(const MSPCXMLNode& node) {
     return !nextElement(node.firstChild());
-}
-
-std::string_view withoutPrefix(std::string_view name) {
-    const auto colon = name.rfind(':');
-    return colon == std::string_view::npos ? name : name.substr(colon + 1);
-}
-
-// Bytes that are no UTF-8, which only broken markup has in a name, as escapes: one character for all of them would make
-// two paths alike.
-void appendName(std::string_view name, std::string& path) {
-    path += MSPCIsUTF8(name) ? name : MSPCShownText(name).view();
 }
 
 // The lists whose elements are looked at together with all that they hold.
@@ -223,9 +208,10 @@ void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
     }
     const MSPCFields fields(node);
     const MSPDIItem item(_facts, *_steps.back().known, node, fields, position);
-    if (isListOf(item, "Task")) {
-        _taskNames.resize(position);
-        _taskNames.emplace_back(fields.text("Name").textOrEmpty());
+    if (isListOf(item, "Task") || isListOf(item, "Resource")) {
+        auto& names = isListOf(item, "Task") ? _taskNames : _resourceNames;
+        names.resize(position);
+        names.emplace_back(fields.text("Name").textOrEmpty());
     }
     tellOfItem(item);
     walkChildren(node, item);
@@ -378,27 +364,6 @@ void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::stri
     }
 }
 
-MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value) const {
-    MSPDIPlace place{path(), {}, {}, std::string(value), {}};
-    if (const auto& node = _steps.back().node; node && node.name() == "LinkLag") {
-        place.unit = item.lastText(node.parent(), "LagFormat");
-    }
-    const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
-    if (isListOf(item, "ExtendedAttribute")) {
-        place.uid = textOf("FieldID");
-        place.name = textOf(item.fields.singleObject("Alias") ? "Alias" : "FieldName");
-    } else if (isListOf(item, "Assignment")) {
-        // Nobody knows an assignment by its number, but its task.
-        const auto& task = _facts.assignments[item.position].task;
-        place.uid = textOf("TaskUID");
-        place.name = task && *task < _taskNames.size() ? _taskNames[*task] : std::string();
-    } else if (item.node.name() != "Project") {
-        place.uid = textOf("UID");
-        place.name = textOf("Name");
-    }
-    return place;
-}
-
 void MSPDILeafWalk::enterTally() {
     for (std::size_t fate = 0; fate < _tally.leaves.size(); ++fate) {
         _account.leaves[fate] += _tally.leaves[fate];
@@ -415,9 +380,17 @@ void MSPDILeafWalk::finish() {
         if (loss.count > 0) {
             loss.kind = MSPDIKinds()[kind].name;
             loss.what = MSPDIKinds()[kind].what;
+            for (auto& place : loss.where) {
+                nameTarget(place);
+            }
             _account.losses.push_back(std::move(loss));
         }
     }
+}
+
+std::string_view MSPDILeafWalk::withoutPrefix(std::string_view name) {
+    const auto colon = name.rfind(':');
+    return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
 std::size_t& MSPDILeafWalk::countOf(Counts& counts, std::string_view name) {
@@ -454,46 +427,4 @@ void MSPDILeafWalk::leave() {
     _path.resize(_steps.back().pathLength);
     _steps.pop_back();
     std::erase_if(_told, [this](const auto& told) { return told.first >= _steps.size(); });
-}
-
-std::size_t MSPDILeafWalk::numberOf(const Step& step) {
-    if (step.number > 0) {
-        return step.number;
-    }
-    std::size_t number = 1;
-    for (auto before = step.node.previousSibling(); before; before = before.previousSibling()) {
-        if (before.isElement() && withoutPrefix(before.name()) == step.name) {
-            ++number;
-        }
-    }
-    return number;
-}
-
-void MSPDILeafWalk::appendStep(const Step& step, std::size_t number, std::string& path) {
-    path += '/';
-    appendName(step.name, path);
-    path += '[';
-    path += fmt::format_int(number).c_str();
-    path += ']';
-}
-
-std::string MSPDILeafWalk::path() const {
-    auto path = _path;
-    if (!_countsAll) {
-        for (std::size_t step = 1; step < _steps.size(); ++step) {
-            appendStep(_steps[step], numberOf(_steps[step]), path);
-        }
-    }
-    return path;
-}
-
-std::string MSPDILeafWalk::elementPath() const {
-    std::string path;
-    for (const auto& step : _steps) {
-        if (&step != &_steps.front()) {
-            path += path.empty() ? "" : "/";
-            appendName(step.name, path);
-        }
-    }
-    return path;
 }

@@ -84,8 +84,11 @@ private:
     [[nodiscard]] bool wasToldOfOwner(std::size_t kind);
     [[nodiscard]] bool wantsPlace(std::size_t kind) const;
     [[nodiscard]] MSPDIPlace placeOf(const MSPDIItem& item, std::string_view value) const;
+    void setTarget(const MSPDIItem& item, std::string_view value, MSPDIPlace& place) const;
+    void nameTarget(MSPDIPlace& place) const;
     void enterTally();
 
+    [[nodiscard]] static std::string_view withoutPrefix(std::string_view name);
     [[nodiscard]] static std::size_t& countOf(Counts& counts, std::string_view name);
     void enterChild(const MSPCXMLNode& node);
     // Goes down to an element; `name` is to outlive the step.
@@ -117,4 +120,5 @@ private:
     std::vector<bool> _areLists;                                 // the project's children so far
     std::map<const MSPDIElementTree*, std::size_t> _itemCounts;  // of each list so far
     std::vector<std::string> _taskNames;
+    std::vector<std::string> _resourceNames;
 };

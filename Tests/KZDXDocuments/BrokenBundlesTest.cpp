@@ -63,7 +63,8 @@ std::vector<BrokenBundle> brokenReferences() {
             {"link-kind", actual("idref=\"t3\" kind=\"SS\"", "idref=\"t3\"")},
             {"repeated-reference",
              actual("<assignment idref=\"r2\"/>", "<assignment idref=\"r2\"/><assignment idref=\"r2\"/>")},
-            {"several-groups", actual("<child-task idref=\"t4\"/>", "<child-task idref=\"t4\"/><child-task idref=\"t2\"/>")},
+            {"several-groups",
+             actual("<child-task idref=\"t4\"/>", "<child-task idref=\"t4\"/><child-task idref=\"t2\"/>")},
             {"resource-group", actual("<child-resource idref=\"r2\"/>", "")},
             {"no-group-parent", actual("<split/>", "<type>task</type>")},
             {"outline-circle", actual("<child-task idref=\"t2\"/>", "<child-task idref=\"t1\"/>")},
@@ -73,30 +74,31 @@ std::vector<BrokenBundle> brokenReferences() {
 }
 
 std::vector<BrokenBundle> brokenValues() {
-    return {{"date", actual("<leveled-start>2026-05-29T", "<leveled-start>2026-05-32T")},
-            {"reversed-dates", actual("<start-date>2026-05-04T08:00:00+02:00</start-date>\n        "
-                                      "<end-date>2026-05-05T17:00:00+02:00<",
-                                      "<start-date>2026-05-11T17:00:00+02:00</start-date>"
-                                      "<end-date>2026-05-05T17:00:00+02:00<")},
-            {"project-dates", actual("    <granularity>", "<end-date>2026-05-03T08:00:00+02:00</end-date><granularity>")},
-            {"number", actual("<effort>57600</effort>", "<effort>-1</effort>")},
-            {"word", actual("<type>Staff<", "<type>Stuff<")},
-            {"missing-value", actual("<type>Staff</type>", "")},
-            {"repeated-value", actual("<type>Staff</type>", "<type>Staff</type><type>Staff</type>")},
-            {"user-data", actual("<string>North</string>", "")},
-            {"unlisted-field", actual("<key>Region</key>", "<key>Colour</key>")},
-            {"reversed-in-plan", actual("<end-date>2026-05-29T17:00:00+02:00</end-date>\n        <child-task",
-                                        "<end-date>2026-05-01T17:00:00+02:00</end-date><child-task")},
-            {"reversed-offsets", actual("<end-date>2026-05-29T17:00:00+02:00</end-date>\n        <prerequisite-task",
-                                        "<end-date>2026-05-29T17:00:00+03:00</end-date><prerequisite-task")},
-            {"number-in-plan", actual("<cost-per-hour>50<", "<cost-per-hour>lots<")},
-            {"done-above-effort", actual("<effort-done>28800<", "<effort-done>57601<")},
-            {"day-times", actual("start-time=\"46800\"", "start-time=\"43199\"")},
-            {"weekday", actual("day-of-week=\"tuesday\"", "day-of-week=\"Tuesday\"")},
-            {"event", actual("start=\"2026-12-24T00:00:00+01:00\"", "start=\"Christmas\"")},
-            {"midnight", actual("end-time=\"61200\"", "end-time=\"0\"")},
-            {"empty-span", actual("start-time=\"46800\" end-time=\"61200\"", "start-time=\"\" end-time=\"\"")},
-            {"repeated-day", actual("day-of-week=\"tuesday\"", "day-of-week=\"monday\"")}};
+    return {
+        {"date", actual("<leveled-start>2026-05-29T", "<leveled-start>2026-05-32T")},
+        {"reversed-dates", actual("<start-date>2026-05-04T08:00:00+02:00</start-date>\n        "
+                                  "<end-date>2026-05-05T17:00:00+02:00<",
+                                  "<start-date>2026-05-11T17:00:00+02:00</start-date>"
+                                  "<end-date>2026-05-05T17:00:00+02:00<")},
+        {"project-dates", actual("    <granularity>", "<end-date>2026-05-03T08:00:00+02:00</end-date><granularity>")},
+        {"number", actual("<effort>57600</effort>", "<effort>-1</effort>")},
+        {"word", actual("<type>Staff<", "<type>Stuff<")},
+        {"missing-value", actual("<type>Staff</type>", "")},
+        {"repeated-value", actual("<type>Staff</type>", "<type>Staff</type><type>Staff</type>")},
+        {"user-data", actual("<string>North</string>", "")},
+        {"unlisted-field", actual("<key>Region</key>", "<key>Colour</key>")},
+        {"reversed-in-plan", actual("<end-date>2026-05-29T17:00:00+02:00</end-date>\n        <child-task",
+                                    "<end-date>2026-05-01T17:00:00+02:00</end-date><child-task")},
+        {"reversed-offsets", actual("<end-date>2026-05-29T17:00:00+02:00</end-date>\n        <prerequisite-task",
+                                    "<end-date>2026-05-29T17:00:00+03:00</end-date><prerequisite-task")},
+        {"number-in-plan", actual("<cost-per-hour>50<", "<cost-per-hour>lots<")},
+        {"done-above-effort", actual("<effort-done>28800<", "<effort-done>57601<")},
+        {"day-times", actual("start-time=\"46800\"", "start-time=\"43199\"")},
+        {"weekday", actual("day-of-week=\"tuesday\"", "day-of-week=\"Tuesday\"")},
+        {"event", actual("start=\"2026-12-24T00:00:00+01:00\"", "start=\"Christmas\"")},
+        {"midnight", actual("end-time=\"61200\"", "end-time=\"0\"")},
+        {"empty-span", actual("start-time=\"46800\" end-time=\"61200\"", "start-time=\"\" end-time=\"\"")},
+        {"repeated-day", actual("day-of-week=\"tuesday\"", "day-of-week=\"monday\"")}};
 }
 
 std::vector<BrokenBundle> brokenBundles() {

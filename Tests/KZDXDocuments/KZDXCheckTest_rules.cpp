@@ -218,7 +218,8 @@ TEST(KZDXRules, importCommentOfEveryScenario) {
         }
         return findingsOf(files);
     };
-    const std::string finding = ":2 scenario: no comments tell the importer and the plan, as those of other scenarios do";
+    const std::string finding =
+        ":2 scenario: no comments tell the importer and the plan, as those of other scenarios do";
     EXPECT_EQ(without({"Baseline.xml"}), Lines{"fault import-comment Baseline.xml" + finding});
     EXPECT_EQ(without({"Actual.xml"}), Lines{"fault import-comment Actual.xml" + finding});
     EXPECT_EQ(without({"Actual.xml", "Baseline.xml"}), Lines());
@@ -226,8 +227,9 @@ TEST(KZDXRules, importCommentOfEveryScenario) {
 
 // Among what else is found, it stands where the file begins.
 TEST(KZDXRules, importCommentStandsWithItsFile) {
-    auto files = brokenBundle("Actual.xml", "    <!--  2026-11-21 20:00:00 +0000: Kadenza 2.x MSPDI Importer.  -->\n"
-                                            "    <!--  Imported MS Project 2010: 'House'  -->\n",
+    auto files = brokenBundle("Actual.xml",
+                              "    <!--  2026-11-21 20:00:00 +0000: Kadenza 2.x MSPDI Importer.  -->\n"
+                              "    <!--  Imported MS Project 2010: 'House'  -->\n",
                               "");
     files["Actual.xml"] = withReplaced(files["Actual.xml"], "<type>Staff</type>", "");
     files["Baseline.xml"] = withReplaced(files["Baseline.xml"], "<type>Group</type>", "");
@@ -435,8 +437,8 @@ TEST(KZDXRules, noGroupFromTheGroupOfAllTasks) {
                  {"note no-group Actual.xml:46 scenario/task[@id='t1']: " + top,
                   "note no-group Actual.xml:53 scenario/task[@id='t2']: " + below,
                   "note no-group Actual.xml:80 scenario/task[@id='t3']: " + below,
-                  "note no-group Actual.xml:99 scenario/task[@id='t5']: " + below,
-                  "note no-group Actual.xml:107 scenario/task[@id='t6']: " + below});
+                  "note no-group Actual.xml:100 scenario/task[@id='t5']: " + below,
+                  "note no-group Actual.xml:108 scenario/task[@id='t6']: " + below});
 }
 
 // Without the group of all tasks there is one thing to tell, not one for each task.
@@ -495,7 +497,7 @@ TEST(KZDXRules, reversedInPlan) {
                      "<task id=\"t-1\"><type>group</type><child-task idref=\"t2\"/></task>\n"
                      "<task id=\"t2\"><type>task</type><effort>0</effort>\n"
                      "<start-date>2026-05-12T08:00:00Z</start-date><end-date>2026-05-01T08:00:00Z</end-date></task>");
-    EXPECT_EQ(findingsOf(files), (Lines{"note reversed-in-plan Baseline.xml:11 scenario/task[@id='t2']/start-date: the "
+    EXPECT_EQ(findingsOf(files), (Lines{"note reversed-in-plan Baseline.xml:13 scenario/task[@id='t2']/start-date: the "
                                         "start is behind the end: the plan says so"}));
 }
 
@@ -624,9 +626,8 @@ TEST(KZDXRules, missingStartOfAnImport) {
         files[name] = withReplaced(files[name], "Kadenza 2.x MSPDI Importer.", "");
         files[name] = withReplaced(files[name], "  Imported MS Project 2010: 'House'  ", "");
     }
-    files["Actual.xml"] =
-        withReplaced(files["Actual.xml"], "<start-date>2026-05-04T08:00:00+02:00</start-date>\n    <granularity>",
-                     "<granularity>");
+    files["Actual.xml"] = withReplaced(
+        files["Actual.xml"], "<start-date>2026-05-04T08:00:00+02:00</start-date>\n    <granularity>", "<granularity>");
     EXPECT_EQ(findingsOf(files), Lines());
 }
 

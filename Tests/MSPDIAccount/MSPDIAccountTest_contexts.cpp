@@ -380,7 +380,8 @@ TEST(FatesInContext, aFurtherBaselineIsToldOnce) {
     const std::string baseline =
         "<Baseline><Number>11</Number><Start>2012-01-12T08:00:00</Start><Work>PT8H0M0S</Work><Cost>5</Cost></Baseline>";
     const AccountOfPlan plan(tasksOf(taskOf(1, "<Start>2012-01-11T08:00:00</Start>" + baseline + baseline)) +
-                             "<Resources><Resource><UID>1</UID>" + baseline + "</Resource></Resources>");
+                             "<Resources><Resource><UID>1</UID><Baseline><Number>12</Number><Cost>5</Cost></Baseline>"
+                             "</Resource></Resources>");
     ASSERT_EQ(plan.account.losses.size(), 1U);
     EXPECT_EQ(plan.count("further-baseline"), 3U);
     EXPECT_EQ(plan.loss("further-baseline").where[0].value, "11");
@@ -460,6 +461,10 @@ TEST(FatesInContext, aValueThatArrivesAsAnotherIsChanged) {
     EXPECT_EQ(kindOf("FixedCost", "5.0000001"), "changed rounded-amount");
     EXPECT_EQ(kindOf("PercentComplete", "100"), "carried");
     EXPECT_EQ(kindOf("PercentComplete", "150"), "changed completion");
+    EXPECT_EQ(kindOf("PercentComplete", "33.5"), "changed completion");
+    EXPECT_EQ(kindOf("PercentComplete", "33.0"), "carried");
+    EXPECT_EQ(kindOf("PercentComplete", "0.5"), "lost completion");
+    EXPECT_EQ(kindOf("PercentWorkComplete", "33.5"), "changed completion");
     EXPECT_EQ(kindOf("Name", "\xC3\xA9t\xC3\xA9"), "carried");
     EXPECT_EQ(kindOf("Name", "caf\xE9"), "changed unreadable-characters");
     EXPECT_EQ(kindOf("Notes", "a\x01z"), "changed unreadable-characters");
