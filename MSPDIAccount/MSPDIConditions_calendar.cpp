@@ -16,6 +16,9 @@ bool isBase(const MSPDILeaf& leaf) {
     return MSPDIIsTrueField(leaf.item.fields, "IsBaseCalendar");
 }
 
+// Of a calendar of resources; each of those is told once at the end to lack its week.
+const MSPDIJudgement lackedWeek(MSPDIFate::Lost, "resource-week");
+
 MSPDIJudgement repeated() {
     return {MSPDIFate::Lost, "repeated-element"};
 }
@@ -147,8 +150,7 @@ MSPDIJudgement calendarBase(const MSPDILeaf& leaf) {
     if (isBase(leaf) || !leaf.item.facts.isOtherBaseCalendar(leaf.text)) {
         return MSPDIFate::Default;
     }
-    // Whoever has the calendar is told to lack its week.
-    return calendarOf(leaf).isMapped() ? MSPDIFate::Lost : ofUnusedCalendar(leaf);
+    return calendarOf(leaf).isMapped() ? lackedWeek : ofUnusedCalendar(leaf);
 }
 
 MSPDIJudgement weekDayType(const MSPDILeaf& leaf) {
@@ -159,7 +161,7 @@ MSPDIJudgement weekDayType(const MSPDILeaf& leaf) {
     if (isWritten(leaf, weekDay) || !leaf.isOnlyOfItsName()) {
         return MSPDIFate::Shaping;
     }
-    return factsOf(leaf, weekDay).isDayOff ? MSPDIFate::Lost : MSPDIFate::Default;
+    return factsOf(leaf, weekDay).isDayOff ? lackedWeek : MSPDIFate::Default;
 }
 
 MSPDIJudgement weekDayWorking(const MSPDILeaf& leaf) {
@@ -174,8 +176,7 @@ MSPDIJudgement weekDayWorking(const MSPDILeaf& leaf) {
     if (!facts.isDayOfWeek) {
         return ofExceptionOf2003(leaf, weekDay);
     }
-    // Whoever has the calendar is told to lack its days off.
-    return facts.isDayOff && !MSPDIIsTrue(leaf.text) ? MSPDIFate::Lost : MSPDIFate::Default;
+    return facts.isDayOff && !MSPDIIsTrue(leaf.text) ? lackedWeek : MSPDIFate::Default;
 }
 
 MSPDIJudgement weekDayTime(const MSPDILeaf& leaf) {

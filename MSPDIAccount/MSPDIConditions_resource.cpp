@@ -80,11 +80,7 @@ MSPDIJudgement resourceCalendar(const MSPDILeaf& leaf) {
     if (!resource.isMapped) {
         return MSPDIFate::Default;  // nobody works by the calendar for unassigned work
     }
-    if (resource.calendar) {
-        const bool losesWeek = leaf.item.facts.calendars[*resource.calendar].losesWeek;
-        return losesWeek ? MSPDIJudgement(MSPDIFate::Shaping, "resource-week") : MSPDIFate::Shaping;
-    }
-    return leaf.isOnlyOfItsName() ? lostUnlessDefault(leaf) : MSPDIFate::Shaping;
+    return resource.calendar || !leaf.isOnlyOfItsName() ? MSPDIFate::Shaping : lostUnlessDefault(leaf);
 }
 
 MSPDIJudgement resourceRateFormat(const MSPDILeaf& leaf) {

@@ -8,6 +8,7 @@ constexpr MSPDIKind kinds[] = {
     // What was read may not be what was meant.
     {"overwritten-by-repair", "the file was damaged and mended on reading; values may be missing"},
     {"unreadable-characters", "texts with characters that no document can hold, which are replaced"},
+    {"external-text", "texts that stand in other files, which are never read"},
     // Work that is gone, or stands elsewhere.
     {"unreachable-task", "tasks that no group leads to"},
     {"summer-time", "dates that get another offset because the import is run in summer"},

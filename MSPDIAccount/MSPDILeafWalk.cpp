@@ -1,11 +1,14 @@
 #include "MSPDILeafWalk.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "MSPCException.h"
 #include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
+#include "MSPDIExternalTexts.h"
 #include "MSPDIKinds.h"
 #include "MSPDIValues.h"
 
@@ -14,6 +17,7 @@ namespace {
 // Real plans have ten. Their paths would take more than the square of the plan.
 constexpr std::size_t mostLevels = 256;
 constexpr std::string_view unknownElement = "unknown-element";
+constexpr std::string_view resourceWeek = "resource-week";
 
 MSPCXMLNode nextElement(MSPCXMLNode node) {
     while (node && !node.isElement()) {
@@ -208,11 +212,7 @@ void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
     }
     const MSPCFields fields(node);
     const MSPDIItem item(_facts, *_steps.back().known, node, fields, position);
-    if (isListOf(item, "Task") || isListOf(item, "Resource")) {
-        auto& names = isListOf(item, "Task") ? _taskNames : _resourceNames;
-        names.resize(position);
-        names.emplace_back(fields.text("Name").textOrEmpty());
-    }
+    remember(item);
     tellOfItem(item);
     walkChildren(node, item);
 }
@@ -247,7 +247,10 @@ void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& ite
 void MSPDILeafWalk::takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item) {
     std::string buffer;
     const auto text = node.stringValue(buffer);
-    const auto judgement = judge(node, item, text);
+    auto judgement = judge(node, item, text);
+    if (_hasExternalTexts && judgement.fate == MSPDIFate::Carried && MSPDIHoldsExternalText(text)) {
+        judgement = {MSPDIFate::Changed, "external-text"};
+    }
     count(judgement.fate);
     if (!judgement.kind.empty()) {
         tell(judgement.kind, item, text);
@@ -343,6 +346,11 @@ bool MSPDILeafWalk::wasToldOfOwner(std::size_t kind) {
 }
 
 void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::string_view value) {
+    if (kind == resourceWeek) {
+        auto& without = isListOf(item, "Calendar") ? _calendarsWithoutWeek : _resourcesWithoutWeek;
+        without.insert(item.position);
+        return;
+    }
     const auto index = MSPDIKindIndex(kind);
     if (wasToldOfOwner(index)) {
         return;
@@ -374,7 +382,43 @@ void MSPDILeafWalk::enterTally() {
     _tally.clear();
 }
 
+// An item may come twice: first without the leaves that were taken.
+void MSPDILeafWalk::remember(const MSPDIItem& item) {
+    if (isListOf(item, "Task")) {
+        _taskNames.resize(item.position);
+        _taskNames.emplace_back(item.fields.text("Name").textOrEmpty());
+    } else if (isListOf(item, "Resource")) {
+        const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
+        _resources.resize(item.position);
+        _resources.push_back(
+            {_steps.at(1).number, _steps.back().number, textOf("UID"), textOf("Name"), textOf("CalendarUID")});
+    }
+}
+
+void MSPDILeafWalk::tellOfWeeks() {
+    auto& loss = _losses.at(MSPDIKindIndex(resourceWeek));
+    for (std::size_t position = 0; position < _resources.size(); ++position) {
+        const auto& calendar = _facts.resources[position].calendar;
+        if (!_resourcesWithoutWeek.contains(position) && !(calendar && _calendarsWithoutWeek.contains(*calendar))) {
+            continue;
+        }
+        const auto& [list, number, uid, name, calendarUID] = _resources[position];
+        loss.element = "Resources/Resource/CalendarUID";
+        ++loss.count;
+        if (loss.where.size() < _options.mostPlaces) {
+            loss.where.push_back({fmt::format("/Project/Resources[{}]/Resource[{}]/CalendarUID[1]", list, number),
+                                  uid,
+                                  name,
+                                  calendarUID,
+                                  {},
+                                  calendarUID,
+                                  {}});
+        }
+    }
+}
+
 void MSPDILeafWalk::finish() {
+    tellOfWeeks();
     for (std::size_t kind = 0; kind < _losses.size(); ++kind) {
         auto& loss = _losses[kind];
         if (loss.count > 0) {
@@ -382,6 +426,10 @@ void MSPDILeafWalk::finish() {
             loss.what = MSPDIKinds()[kind].what;
             for (auto& place : loss.where) {
                 nameTarget(place);
+                if (_hasExternalTexts) {
+                    MSPDIRemoveExternalTexts(place.name);
+                    MSPDIRemoveExternalTexts(place.value);
+                }
             }
             _account.losses.push_back(std::move(loss));
         }

@@ -64,7 +64,8 @@ void MSPDILeafWalk::nameTarget(MSPDIPlace& place) const {
         const auto calendar = _facts.calendarWithUID(MSPCCalendarUID{*uid});
         place.targetName = calendar ? _facts.calendars[*calendar].name : std::string();
     } else if (element.starts_with("ResourceUID")) {
-        place.targetName = nameAt(_facts.mappedResource(MSPCResourceUID{*uid}), _resourceNames);
+        const auto resource = _facts.mappedResource(MSPCResourceUID{*uid});
+        place.targetName = resource && *resource < _resources.size() ? _resources[*resource].name : std::string();
     } else {
         place.targetName = nameAt(_facts.mappedTask(MSPCTaskUID{*uid}), _taskNames);
     }

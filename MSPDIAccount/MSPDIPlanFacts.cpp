@@ -10,7 +10,6 @@
 #include "MSPCTextScanner.h"
 #include "MSPCXPathNumber.h"
 #include "MSPDIValues.h"
-#include "MSPDIWeekDayFacts.h"
 #include "MSPIStandardCalendar.h"
 #include "MSPITaskTree.h"
 #include "MSPITimephasedDataMapper.h"
@@ -137,8 +136,7 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
 void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
     const auto taken = MSPIStandardCalendar(project);
     isCalendarFoundByName = !taken || !hasChildWithNumber(taken, "UID", 1);
-    const auto nodes = nodesForXQuery(project, "Calendars/Calendar");
-    for (const auto& node : nodes) {
+    for (const auto& node : nodesForXQuery(project, "Calendars/Calendar")) {
         const auto position = calendars.size();
         auto& calendar = calendars.emplace_back();
         calendar.name = textForXQuery(node, "Name").textOrEmpty();
@@ -153,21 +151,6 @@ void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
     if (taken) {
         projectCalendarUID = uidFrom<MSPCCalendarUID>(MSPDILastInteger(MSPCFields(taken), "UID"));
     }
-    for (std::size_t position = 0; position < nodes.size(); ++position) {
-        calendars[position].losesWeek = losesWeek(nodes[position]);
-    }
-}
-
-// A base calendar arrives with all its days; of another one only those with working time do.
-bool MSPDIPlanFacts::losesWeek(const MSPCXMLNode& calendar) const {
-    const MSPCFields fields(calendar);
-    if (MSPDIIsTrueField(fields, "IsBaseCalendar")) {
-        return false;
-    }
-    const auto weekDays = nodesForXQuery(calendar, "WeekDays/WeekDay");
-    return isOtherBaseCalendar(fields.text("BaseCalendarUID").textOrEmpty()) ||
-           std::any_of(weekDays.begin(), weekDays.end(),
-                       [](const MSPCXMLNode& weekDay) { return MSPDIWeekDayFacts(weekDay).isDayOff; });
 }
 
 void MSPDIPlanFacts::readDefinitions(const MSPCXMLNode& project) {

@@ -52,7 +52,6 @@ struct MSPDIAssignmentFacts {
 struct MSPDICalendarFacts {
     std::string name;
     bool isProjects = false;                // the schedule of the document is made from it
-    bool losesWeek = false;                 // what it is based on, or a day off, does not arrive with its resource
     std::vector<std::size_t> resources;     // positions of those whose schedule is made from it
     std::set<std::string> exceptionStarts;  // of exceptions of one date range
     [[nodiscard]] bool isMapped() const { return isProjects || !resources.empty(); }
@@ -134,7 +133,6 @@ private:
     void readSettings(const MSPCXMLNode& project);
     void readTasks(const MSPCXMLNode& project);
     void readCalendars(const MSPCXMLNode& project);
-    [[nodiscard]] bool losesWeek(const MSPCXMLNode& calendar) const;
     void readDefinitions(const MSPCXMLNode& project);
     void readResources(const MSPCXMLNode& project);
     void readAssignments(const MSPCXMLNode& project);

@@ -358,6 +358,23 @@ TEST(FatesInContext, resourcesThatLackTheirWeekAreToldOnce) {
     EXPECT_EQ(plan.at("Calendars[2]/Calendar[2]/WeekDays[1]/WeekDay[1]/DayWorking[1]"), "lost");
 }
 
+// The importer never reads what a calendar is based on.
+TEST(FatesInContext, aResourceLacksTheWeekOfItsBaseCalendar) {
+    const std::string calendars =
+        "<Calendars><Calendar><UID>6</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar><Calendar><UID>7</UID>"
+        "<BaseCalendarUID>6</BaseCalendarUID></Calendar><Calendar><UID>8</UID><BaseCalendarUID>1</BaseCalendarUID>"
+        "</Calendar></Calendars>";
+    const std::string resources =
+        "<Resources><Resource><UID>1</UID><Name>Anna</Name><CalendarUID>7</CalendarUID></Resource>"
+        "<Resource><UID>2</UID><Name>Bob</Name><CalendarUID>8</CalendarUID></Resource></Resources>";
+    for (const auto& content : {calendars + resources, resources + calendars}) {
+        const AccountOfPlan plan(content);
+        EXPECT_EQ(plan.count("resource-week"), 1U);
+        EXPECT_EQ(plan.loss("resource-week").where[0].name, "Anna");
+        EXPECT_EQ(plan.loss("resource-week").where[0].uid, "1");
+    }
+}
+
 TEST(FatesInContext, noUnitsAreLostToo) {
     const auto fateOf = [](const std::string& resource, const std::string& units) {
         const AccountOfPlan plan(tasksOf(taskOf(1)) +
