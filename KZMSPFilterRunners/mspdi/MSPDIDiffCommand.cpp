@@ -6,11 +6,10 @@
 
 #include "KZDXDiff.h"
 #include "MSPCException.h"
-#include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDICommonOptions.h"
 #include "MSPDIDiffReport.h"
-#include "MSPDIMemoryImport.h"
+#include "MSPDIDocumentFiles.h"
 
 namespace {
 
@@ -20,26 +19,10 @@ struct Arguments {
     std::string scenario;
 };
 
-// The files of a plan's document, made in memory.
-std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServices& services, std::string& failure) {
-    auto import = MSPDIImportInMemory(plan, services);
-    if (import.refusal) {
-        failure = import.refusal->reason.empty() ? "the importer refuses the plan" : import.refusal->reason;
-        return nullptr;
-    }
-    return KZDXFilesInMemory(std::move(import.bundle));
-}
-
 // A folder is a document, anything else a plan.
 std::optional<KZDXOpenDocument> openDocument(const std::string& name, const std::string& scenario,
                                              const MSPCServices& services, std::string& failure) {
-    const auto path = services.fileSystem.absolutePath(name);
-    if (!services.fileSystem.leadsToAnything(path)) {
-        failure = "no such file";
-        return std::nullopt;
-    }
-    const auto files = services.fileSystem.isDirectory(path) ? KZDXFilesInFolder(services.fileSystem, path)
-                                                             : importedFiles(path, services, failure);
+    const auto files = MSPDIFilesOfDocumentOrPlan(name, services, failure);
     return files ? KZDXOpenDocument::open(*files, scenario, failure) : std::nullopt;
 }
 

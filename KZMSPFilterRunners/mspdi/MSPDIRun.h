@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -20,6 +21,7 @@ struct MSPDIRun {
     std::ostream& out;  // results, and nothing else
     std::ostream& err;  // everything else
     bool isColored = false;
+    std::function<bool(const std::string& path)> openOnDesktop = {};  // empty where there is no desktop
     bool isJSON = false;
     bool isQuiet = false;
     MSPDIStatus status = MSPDIStatus::NothingToTell;

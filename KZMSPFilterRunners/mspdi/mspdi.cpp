@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "MSPCClock.h"
+#include "MSPCDesktop.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
 #include "MSPCProcessGuard.h"
@@ -24,5 +25,6 @@ int main(int argumentCount, char** arguments) {
     const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource};
     const auto* noColor = std::getenv("NO_COLOR");
     const bool isColored = MSPCIsStandardOutputTerminal() && (noColor == nullptr || *noColor == '\0');
-    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services, {std::cout, std::cerr, isColored});
+    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services,
+                        {std::cout, std::cerr, isColored, MSPCOpenOnDesktop});
 }

@@ -1,0 +1,29 @@
+#include "MSPDIDocumentFiles.h"
+
+#include "MSPCFileSystem.h"
+#include "MSPDIMemoryImport.h"
+
+namespace {
+
+// The files of a plan's document, made in memory.
+std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServices& services, std::string& failure) {
+    auto import = MSPDIImportInMemory(plan, services);
+    if (import.refusal) {
+        failure = import.refusal->reason.empty() ? "the importer refuses the plan" : import.refusal->reason;
+        return nullptr;
+    }
+    return KZDXFilesInMemory(std::move(import.bundle));
+}
+
+}  // namespace
+
+std::unique_ptr<KZDXFiles> MSPDIFilesOfDocumentOrPlan(const std::string& name, const MSPCServices& services,
+                                                      std::string& failure) {
+    const auto path = services.fileSystem.absolutePath(name);
+    if (!services.fileSystem.leadsToAnything(path)) {
+        failure = "no such file";
+        return nullptr;
+    }
+    return services.fileSystem.isDirectory(path) ? KZDXFilesInFolder(services.fileSystem, path)
+                                                 : importedFiles(path, services, failure);
+}
