@@ -169,6 +169,14 @@ function markShapes(drawing: Drawing, task: Task): Shape[] {
     });
 }
 
+// Behind the bar and the marks that stand close to it.
+function captionPlace(drawing: Drawing, task: Task, end: number): number {
+    const places = [...task.dates].flatMap(([name, moment]) => (name === "leveled-start" ? [] : [place(drawing, moment)]));
+    return places
+        .sort((one, other) => one - other)
+        .reduce((x, mark) => (mark > x - 12 && mark < x + 90 ? mark + 12 : x), end + (task.kind === "milestone" ? 13 : 8));
+}
+
 const names = (task: Task): string => task.resources.map((resource) => resource.name).join(", ");
 
 // Everything of a task on its row, from y 0 to the height of a row.
@@ -178,14 +186,7 @@ export function taskShapes(drawing: Drawing, task: Task): Shape[] {
     const caption = names(task);
     if (whole && caption !== "" && isVisible(drawing, whole) && task.kind !== "group") {
         const shown = caption.length > 60 ? `${caption.slice(0, 59)}…` : caption;
-        const marks = [...task.dates].some(([name]) => name.includes("end"));
-        shapes.push({
-            tag: "text",
-            look: "caption",
-            x: whole.to + (task.kind === "milestone" ? 12 : marks ? 16 : 7),
-            y: middle + 4,
-            text: shown,
-        });
+        shapes.push({ tag: "text", look: "caption", x: captionPlace(drawing, task, whole.to), y: middle + 4, text: shown });
     }
     return shapes;
 }

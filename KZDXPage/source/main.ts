@@ -61,8 +61,6 @@ class Page {
         this.build();
         this.updateColumns();
         this.updateTrees();
-        this.views.plan.mount();
-        this.views.resources.mount();
         this.choose("plan");
         this.listen();
         performance.mark("first-rows");
@@ -174,6 +172,7 @@ class Page {
         this.views.resources.element.hidden = tab !== "resources";
         this.losses.hidden = tab !== "losses";
         this.root.classList.toggle("without-chart", tab === "losses");
+        this.view?.mount();
         this.fillColumnChoice();
         this.updateCount();
     }

@@ -91,8 +91,12 @@ export class View {
         this.listen();
     }
 
-    // The element is part of the page now.
+    private isMounted = false;
+
+    // The element is to be seen now.
     mount(): void {
+        if (this.isMounted) return;
+        this.isMounted = true;
         this.virtualizer._didMount();
         this.virtualizer._willUpdate();
         this.scroller.addEventListener("scroll", () => this.scrolled(), { passive: true });

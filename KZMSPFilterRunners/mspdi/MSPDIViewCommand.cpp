@@ -15,6 +15,7 @@
 #include "MSPDIAccountOfPlan.h"
 #include "MSPDICommonOptions.h"
 #include "MSPDIDocumentFiles.h"
+#include "MSPDIJSON.h"
 #include "MSPDIRun.h"
 
 namespace {
@@ -95,14 +96,13 @@ void tellPage(const std::string& name, const KZDXPage& page, MSPDIRun& run) {
         return;
     }
     if (run.isJSON) {
-        constexpr int indentation = 2;
-        const nlohmann::ordered_json told = {{"page", name},
-                                             {"bytes", page.html.size()},
-                                             {"tasks", page.tasks},
-                                             {"resources", page.resources},
-                                             {"baselines", page.baselines},
-                                             {"notes", page.notes}};
-        run.out << told.dump(indentation, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+        MSPDIWriteJSON({{"page", name},
+                        {"bytes", page.html.size()},
+                        {"tasks", page.tasks},
+                        {"resources", page.resources},
+                        {"baselines", page.baselines},
+                        {"notes", page.notes}},
+                       run.out);
     } else {
         run.out << fmt::format("{}: {}, {}, {}\n", MSPCShownText(name), counted(page.tasks, "task"),
                                counted(page.resources, "resource"), counted(page.baselines, "baseline"));
