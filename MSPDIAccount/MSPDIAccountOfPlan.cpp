@@ -9,6 +9,7 @@
 #include "MSPDIKinds.h"
 #include "MSPDILeafWalk.h"
 #include "MSPDIPlanFacts.h"
+#include "MSPDIReadOnlyFileSystem.h"
 
 namespace {
 
@@ -41,6 +42,11 @@ MSPIScenarioMapping watchedBy(MSPDIPlanFacts& facts) {
 // What is no plan at all; a plan that is refused for what it holds can still be looked at.
 bool isNoPlan(const MSPDIMemoryImport& import, const MSPDIPlanFacts& facts) {
     return !facts.hasPlan || (import.refusal && import.refusal->name == "MSPIMapperException");
+}
+
+// A lack of memory says nothing about the plan.
+bool lackedMemory(const MSPDIMemoryImport& import) {
+    return import.refusal && import.refusal->name == "std::bad_alloc";
 }
 
 // Whether the file was mended on reading.
@@ -93,7 +99,7 @@ void lookAt(const std::string& planPath, const MSPCServices& services, const MSP
             MSPDIAccount& account) {
     MSPDIPlanFacts facts(services);
     const auto import = MSPDIImportInMemory(planPath, services, MSPDIMemoryKeeping::Names, watchedBy(facts));
-    if (isNoPlan(import, facts)) {
+    if (lackedMemory(import) || isNoPlan(import, facts)) {
         account.obstacle = import.refusal ? import.refusal->sentence() : "no plan";
         return;
     }
@@ -103,6 +109,21 @@ void lookAt(const std::string& planPath, const MSPCServices& services, const MSP
     if (isMended || !walkInPieces(planPath, services, options, facts, account)) {
         walkAsAWhole(planPath, services, options, facts, account);
     }
+}
+
+// The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory.
+void lookAtOnce(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options,
+                MSPDIAccount& account) {
+    auto content = services.fileSystem.openFile(planPath) ? std::nullopt : services.fileSystem.readFile(planPath);
+    if (!content) {
+        lookAt(planPath, services, options, account);
+        return;
+    }
+    MSPDIFileSystemWithContent fileSystem(services.fileSystem, planPath, std::move(*content));
+    lookAt(planPath,
+           {services.clock, services.timeZone, services.log, services.userDefaults, fileSystem, services.randomSource,
+            services.progress},
+           options, account);
 }
 
 }  // namespace
@@ -115,7 +136,7 @@ MSPDIAccount MSPDIAccountOfPlan(const std::string& planPath, const MSPCServices&
         return account;
     }
     try {
-        lookAt(planPath, services, options, account);
+        lookAtOnce(planPath, services, options, account);
     } catch (const MSPCException& exception) {
         account = {};
         account.obstacle = exception.reason();

@@ -15,7 +15,7 @@ _mspdi_documents() {
 }
 
 _mspdi() {
-    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses check diff' options='--help --json --quiet --version'
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses check diff view' options='--help --json --quiet --version'
     COMPREPLY=()
     compopt -o filenames 2>/dev/null
     if ((COMP_CWORD == 1)); then
@@ -25,10 +25,13 @@ _mspdi() {
     case ${COMP_WORDS[1]} in
         losses) options+=' --all' ;;
         diff) options+=' --scenario' ;;
+        view) options+=' --output --open' ;;
         -*) return ;;
     esac
     if [[ ${COMP_WORDS[COMP_CWORD - 1]} == --scenario ]]; then
         mapfile -t COMPREPLY < <(compgen -W "Actual Baseline $(printf 'Baseline%d ' {1..10})" -- "$word")
+    elif [[ ${COMP_WORDS[COMP_CWORD - 1]} == @(-o|--output) ]]; then
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
     elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
     elif [[ ${COMP_WORDS[1]} == check ]]; then

@@ -26,8 +26,8 @@ struct MSPDIRun {
     bool isQuiet = false;
     MSPDIStatus status = MSPDIStatus::NothingToTell;
 
-    // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What
-    // could begin another line or drive a terminal stands in either as an escape.
+    // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What could begin another line or drive a
+    // terminal stands in either as an escape.
     void couldNotLook(std::string_view file, std::string_view reason);
     // The text between the codes of a terminal for bold letters, where colour is wanted; else the text itself.
     [[nodiscard]] std::string emphasized(std::string_view text) const;

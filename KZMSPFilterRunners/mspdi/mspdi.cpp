@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <iostream>
+#include <string_view>
 #include <utility>
 
 #include "MSPCClock.h"
@@ -12,9 +13,19 @@
 #include "MSPCSettingsFile.h"
 #include "MSPCTerminal.h"
 #include "MSPDIProgram.h"
+#include "MSPDIRun.h"
+
+namespace {
+
+std::string_view environment(const char* name) {
+    const auto* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+}  // namespace
 
 int main(int argumentCount, char** arguments) {
-    MSPCProcessGuard::endAtLackOfMemory();
+    MSPCProcessGuard::endAtLackOfMemory("mspdi: not enough memory\n", static_cast<int>(MSPDIStatus::CouldNotLook));
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
     const MSPCProcessGuard guard(log);
     auto timeZone = MSPCTimeZone::ofProcess(log);
@@ -23,8 +34,8 @@ int main(int argumentCount, char** arguments) {
     MSPCDiskFileSystem fileSystem;
     MSPCCryptoRandomSource randomSource;
     const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource};
-    const auto* noColor = std::getenv("NO_COLOR");
-    const bool isColored = MSPCIsStandardOutputTerminal() && (noColor == nullptr || *noColor == '\0');
+    const bool isColored =
+        MSPCIsStandardOutputTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
     return MSPDIProgram({arguments + 1, arguments + argumentCount}, services,
                         {std::cout, std::cerr, isColored, MSPCOpenOnDesktop});
 }
