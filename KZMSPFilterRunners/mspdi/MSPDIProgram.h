@@ -1,19 +1,16 @@
 #pragma once
 
-#include <functional>
 #include <iosfwd>
 #include <string>
 #include <vector>
 
 struct MSPCServices;
 
-// Where a run of the program writes, and shows what it has written.
+// Where a run of the program writes.
 struct MSPDIOutput {
     std::ostream& out;
     std::ostream& err;
     bool isColored = false;
-    // Lets the desktop open a file; false where it does not.
-    std::function<bool(const std::string& path)> openOnDesktop = {};
 };
 
 // Runs the program with these arguments, without the program's own name, and gives its exit status. What is wrong with

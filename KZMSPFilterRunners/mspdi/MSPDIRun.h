@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -21,7 +20,6 @@ struct MSPDIRun {
     std::ostream& out;  // results, and nothing else
     std::ostream& err;  // everything else
     bool isColored = false;
-    std::function<bool(const std::string& path)> openOnDesktop = {};  // empty where there is no desktop
     bool isJSON = false;
     bool isQuiet = false;
     MSPDIStatus status = MSPDIStatus::NothingToTell;

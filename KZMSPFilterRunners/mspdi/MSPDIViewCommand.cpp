@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "KZDXPage.h"
+#include "MSPCDesktop.h"
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
 #include "MSPCMessage.h"
@@ -134,7 +135,7 @@ void writePage(const Arguments& arguments, MSPDIRun& run) {
         return;
     }
     tellPage(name, *page, run);
-    if (arguments.isToBeOpened && !(run.openOnDesktop && run.openOnDesktop(path))) {
+    if (arguments.isToBeOpened && !MSPCOpenOnDesktop(path)) {
         run.couldNotLook(name, "it is written, but nothing here opens it (xdg-open)");
     }
 }

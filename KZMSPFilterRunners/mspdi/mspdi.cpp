@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "MSPCClock.h"
-#include "MSPCDesktop.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
 #include "MSPCProcessGuard.h"
@@ -24,6 +23,7 @@ std::string_view environment(const char* name) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nobody catches ends the program as the guard has it
 int main(int argumentCount, char** arguments) {
     MSPCProcessGuard::endAtLackOfMemory("mspdi: not enough memory\n", static_cast<int>(MSPDIStatus::CouldNotLook));
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
@@ -36,6 +36,5 @@ int main(int argumentCount, char** arguments) {
     const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource};
     const bool isColored =
         MSPCIsStandardOutputTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
-    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services,
-                        {std::cout, std::cerr, isColored, MSPCOpenOnDesktop});
+    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services, {std::cout, std::cerr, isColored});
 }
