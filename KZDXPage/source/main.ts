@@ -36,7 +36,7 @@ class Page {
     private readonly columnHolder = make("div");
     private readonly filterMenu = disclosure(word("filter"), "filter-panel", this.filterHolder);
     private readonly columnMenu = disclosure(word("columns"), "column-panel", this.columnHolder);
-    private readonly count = make("span", { class: "count", role: "status", "aria-live": "polite" });
+    private readonly count = make("span", { class: "row-count", role: "status", "aria-live": "polite" });
     private readonly zoneNote = make("span", { class: "zone-note" });
     private readonly help = helpDialog();
     private readonly chartTools = make("div", { class: "tools chart-tools" });
@@ -70,6 +70,7 @@ class Page {
 
     private build(): void {
         document.documentElement.lang = language;
+        document.documentElement.classList.add("live");
         const title = make("h1", {}, button(this.model.title === "" ? "–" : this.model.title, () => this.showProject(), { title: word("project") }));
         this.root.append(
             make("header", { class: "top" }, title, this.tabList(), this.search),

@@ -1,6 +1,6 @@
 // The document in the page's own form: objects with references instead of columns with indices.
 
-import type { Column, DateColumn, WrittenDate, WrittenDocument, WrittenPiece, WrittenSchedule } from "./contract";
+import type { Column, DateColumn, WrittenDate, WrittenDocument, WrittenPiece, WrittenResource, WrittenSchedule } from "./contract";
 
 // A time as it is written: what the clock on the wall shows, in seconds since 1970, and that clock's offset.
 export interface Moment {
@@ -175,6 +175,15 @@ const numberOf = (text: string | undefined): number | null => {
     return Number.isFinite(value) ? value : null;
 };
 
+// Amounts that are no numbers are told as they stand.
+function unreadable(written: WrittenResource): [string, string][] {
+    const names = ["units-available", "cost-per-hour", "cost-per-use"] as const;
+    return names.flatMap((name) => {
+        const text = written[name];
+        return text !== undefined && numberOf(text) === null ? [[name, text] as [string, string]] : [];
+    });
+}
+
 function resourcesOf(document: WrittenDocument): (Resource | null)[] {
     return document.scenario.resources.map((written, index) =>
         written === null
@@ -190,7 +199,7 @@ function resourcesOf(document: WrittenDocument): (Resource | null)[] {
                   units: numberOf(written["units-available"]),
                   note: written.note ?? "",
                   fields: written.fields,
-                  facts: written.facts,
+                  facts: [...written.facts, ...unreadable(written)],
                   schedule: scheduleOf(written.schedule),
                   tasks: [],
               },

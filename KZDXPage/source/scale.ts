@@ -119,7 +119,7 @@ export class TimeScale {
     }
 
     get showsDays(): boolean {
-        return this.perSecond * day >= 2.5;
+        return this.perSecond * day >= 1.5;
     }
 
     axis(): Axis {

@@ -217,7 +217,6 @@ export class View {
 
     focus(): void {
         this.grid.element.focus({ preventScroll: true });
-        if (this.active < 0 && this.rows.length > 0) this.activate(0);
     }
 
     // ---- time ----
@@ -377,6 +376,9 @@ export class View {
     // ---- keys, wheel, dragging ----
 
     private listen(): void {
+        this.grid.element.addEventListener("focus", () => {
+            if (this.active < 0 && this.rows.length > 0) this.activate(0);
+        });
         this.grid.element.addEventListener("keydown", (event) => this.key(event));
         this.chart.element.addEventListener("wheel", (event) => this.wheel(event), { passive: false });
         this.grid.element.addEventListener("scroll", () => this.updateBars(), { passive: true });

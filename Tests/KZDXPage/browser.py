@@ -141,6 +141,12 @@ class Browser:
     def keys(self, *keys):
         ActionChains(self.driver).send_keys(*keys).perform()
 
+    def search(self, text):
+        """Searches for a text in the place of the one before."""
+        field = self.find("input[type=search]")
+        field.send_keys(Keys.CONTROL + "a")
+        field.send_keys(Keys.BACKSPACE, text)
+
     def click(self, selector):
         self.find(selector).click()
 
