@@ -10,6 +10,7 @@
 #include "MSPDILeafWalk.h"
 #include "MSPDIPlanFacts.h"
 #include "MSPDIReadOnlyFileSystem.h"
+#include "MSPDIRepairWarning.h"
 
 namespace {
 
@@ -51,9 +52,8 @@ bool lackedMemory(const MSPDIMemoryImport& import) {
 
 // Whether the file was mended on reading.
 bool tellOfRepair(const MSPDIMemoryImport& import, const MSPDIAccountOptions& options, MSPDIAccount& account) {
-    constexpr std::string_view repaired = "Repaired malformed XML";
     for (const auto& warning : import.warnings) {
-        if (warning.starts_with(repaired)) {
+        if (MSPDIIsRepairWarning(warning)) {
             const auto& kind = MSPDIKinds()[MSPDIKindIndex("overwritten-by-repair")];
             auto& loss = account.losses.emplace_back(MSPDILoss{kind.name, kind.what, "", 1, {}});
             if (options.mostPlaces > 0) {

@@ -1,5 +1,6 @@
 // What becomes of what a task holds.
 #include "MSPCTextScanner.h"
+#include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
 #include "MSPDIElementTree.h"
 #include "MSPDITaskView.h"
@@ -30,9 +31,8 @@ MSPDIJudgement ofEmptyRow(const MSPDILeaf& leaf) {
 MSPDIJudgement ofRoot(const MSPDILeaf& leaf) {
     const auto name = leaf.name();
     if (name == "Start" || name == "Finish") {
-        return leaf.text.empty()             ? MSPDIJudgement(MSPDIFate::Default)
-               : leaf.item.facts.isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time")
-                                             : MSPDIJudgement(MSPDIFate::Carried);
+        return leaf.text.empty() ? MSPDIJudgement(MSPDIFate::Default)
+                                 : MSPDIArrival::ofDate(leaf.item.facts, leaf.text);
     }
     if (name == "Name") {
         const bool saysNothing = leaf.text.empty() || leaf.item.facts.isProjectName(leaf.text);
@@ -239,8 +239,8 @@ MSPDIJudgement linkLag(const MSPDILeaf& leaf) {
 
 MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {
     const auto& facts = factsOf(leaf);
-    const bool hasNoDuration =
-        MSPDISeconds(*leaf.item.fields.text("Duration")).value_or(0) == 0 || !leaf.item.fields.singleObject("Duration");
+    const bool hasNoDuration = MSPDISeconds(leaf.item.fields.text("Duration").textOrEmpty()).value_or(0) == 0 ||
+                               !leaf.item.fields.singleObject("Duration");
     const bool isOne = MSPDIIsTrue(leaf.text);
     const bool becomesOne = facts.state == MSPDITaskState::Mapped && hasNoDuration && !facts.isSummary;
     const bool isTold = facts.state == MSPDITaskState::Mapped && !facts.isSummary && isOne != becomesOne;
@@ -249,7 +249,7 @@ MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {
 
 MSPDIJudgement taskWBS(const MSPDILeaf& leaf) {
     const auto number = leaf.item.fields.text("OutlineNumber");
-    const bool saysTheSame = number && *number == leaf.text;
+    const bool saysTheSame = number && number.textOrEmpty() == leaf.text;
     return saysTheSame ? MSPDIJudgement(MSPDIFate::Derived) : lostUnlessDefault(leaf);
 }
 

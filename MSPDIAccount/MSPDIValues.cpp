@@ -8,12 +8,6 @@
 
 namespace {
 
-// A text that is a number from its beginning to its end.
-std::optional<double> wholeNumber(std::string_view text) {
-    const bool isNumber = !text.empty() && text.find_first_not_of("0123456789.-+eE") == std::string_view::npos;
-    return isNumber ? scanDouble(text) : std::nullopt;
-}
-
 bool isNothingOfADuration(std::string_view text) {
     return text.starts_with("PT") && text.find_first_not_of("PTHMS0.") == std::string_view::npos;
 }
@@ -22,8 +16,8 @@ bool isSame(std::string_view text, std::string_view wanted) {
     if (text == wanted) {
         return true;
     }
-    const auto number = wholeNumber(text);
-    if (number && number == wholeNumber(wanted)) {
+    const auto number = MSPDIWholeNumber(text);
+    if (number && number == MSPDIWholeNumber(wanted)) {
         return true;
     }
     if (wanted == "0" && (isNothingOfADuration(text) || lowerCased(text) == "false")) {
@@ -37,7 +31,7 @@ bool isSame(std::string_view text, std::string_view wanted) {
 std::optional<std::int64_t> MSPDISingleInteger(const MSPCFields& fields, std::string_view name) {
     Error error;
     const auto text = fields.text(name, &error);
-    return text && !error ? scanInteger64(*text) : std::nullopt;
+    return text && !error ? scanInteger64(text.textOrEmpty()) : std::nullopt;
 }
 
 std::optional<std::int64_t> MSPDISingleInteger(const MSPCXMLLastChild& child) {
@@ -46,7 +40,7 @@ std::optional<std::int64_t> MSPDISingleInteger(const MSPCXMLLastChild& child) {
 }
 
 std::optional<std::int64_t> MSPDILastInteger(const MSPCFields& fields, std::string_view name) {
-    return scanInteger64(*fields.text(name));
+    return scanInteger64(fields.text(name).textOrEmpty());
 }
 
 bool MSPDIIsTrue(std::string_view text) {
@@ -59,7 +53,7 @@ bool MSPDIIsTrue(std::string_view text) {
 }
 
 bool MSPDIIsTrueField(const MSPCFields& fields, std::string_view name) {
-    return MSPDIIsTrue(*fields.text(name));
+    return MSPDIIsTrue(fields.text(name).textOrEmpty());
 }
 
 std::optional<std::int64_t> MSPDISeconds(std::string_view duration) {
@@ -70,8 +64,9 @@ std::optional<std::int64_t> MSPDISeconds(std::string_view duration) {
     }
 }
 
-std::size_t MSPDICount(const MSPCXMLNode& element, std::string_view name) {
-    return element.lastChildElement(name).count;
+std::optional<double> MSPDIWholeNumber(std::string_view text) {
+    const bool isNumber = !text.empty() && text.find_first_not_of("0123456789.-+eE") == std::string_view::npos;
+    return isNumber ? scanDouble(text) : std::nullopt;
 }
 
 bool MSPDIIsOneOf(std::string_view text, std::string_view list) {

@@ -12,6 +12,7 @@
 namespace {
 
 void* allocateOrThrow(std::size_t size) {
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the library owns it, and frees it with what it is given below
     if (void* const memory = std::malloc(size)) {
         return memory;
     }

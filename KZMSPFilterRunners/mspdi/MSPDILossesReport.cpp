@@ -32,16 +32,40 @@ std::string placeOf(const MSPDIPlace& place) {
     return text + shown(place.value) + "  " + std::string(MSPCShownText(place.path).view()) + "\n";
 }
 
-JSON jsonOf(const MSPDILoss& loss) {
-    auto where = JSON::array();
+void writeLoss(const MSPDILoss& loss, MSPDIJSONWriter& writer) {
+    writer.beginObject();
+    writer.key("kind");
+    writer.text(loss.kind);
+    writer.key("count");
+    writer.value(loss.count);
+    writer.key("element");
+    writer.text(loss.element);
+    writer.key("what");
+    writer.text(loss.what);
+    writer.key("where");
+    writer.beginArray();
     for (const auto& place : loss.where) {
-        where.push_back({{"path", place.path}, {"uid", place.uid}, {"name", place.name}, {"value", place.value}});
+        writer.value({{"path", place.path}, {"uid", place.uid}, {"name", place.name}, {"value", place.value}});
     }
-    return {{"kind", loss.kind},
-            {"count", loss.count},
-            {"element", loss.element},
-            {"what", loss.what},
-            {"where", std::move(where)}};
+    writer.endArray();
+    writer.endObject();
+}
+
+JSON leavesOf(const MSPDIAccount& account) {
+    JSON leaves = {{"total", account.total()}};
+    for (std::size_t fate = 0; fate < account.leaves.size(); ++fate) {
+        leaves[std::string(MSPDIFateNames[fate])] = account.leaves[fate];
+    }
+    return leaves;
+}
+
+void writeFates(const MSPDIFatesByPath& fates, MSPDIJSONWriter& writer) {
+    writer.beginObject();
+    fates.forEach([&writer](std::string_view path, MSPDIFate fate) {
+        writer.key(path);
+        writer.text(MSPDIFateNames[MSPDIFateIndex(fate)]);
+    });
+    writer.endObject();
 }
 
 JSON reasonOf(const MSPDIAccount& account) {
@@ -73,28 +97,26 @@ void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPD
 
 void MSPDIWriteLossesAsJSON(const std::string& plan, const MSPDIAccount& account, const MSPDIFatesByPath* fates,
                             std::ostream& out) {
-    JSON leaves = {{"total", account.total()}};
-    for (std::size_t fate = 0; fate < account.leaves.size(); ++fate) {
-        leaves[std::string(MSPDIFateNames[fate])] = account.leaves[fate];
-    }
-    auto losses = JSON::array();
+    MSPDIJSONWriter writer(out);
+    writer.beginObject();
+    writer.key("plan");
+    writer.text(plan);
+    writer.key("importable");
+    writer.value(!account.refusal);
+    writer.key("reason");
+    writer.value(reasonOf(account));
+    writer.key("leaves");
+    writer.value(leavesOf(account));
+    writer.key("losses");
+    writer.beginArray();
     for (const auto& loss : account.losses) {
-        losses.push_back(jsonOf(loss));
+        writeLoss(loss, writer);
     }
-    JSON json = {{"plan", plan},
-                 {"importable", !account.refusal},
-                 {"reason", reasonOf(account)},
-                 {"leaves", std::move(leaves)},
-                 {"losses", std::move(losses)}};
+    writer.endArray();
     if (fates != nullptr) {
-        auto byPath = JSON::object();
-        // Paths differ, so that nothing has to be looked up.
-        auto& entries = static_cast<JSON::object_t::Container&>(byPath.get_ref<JSON::object_t&>());
-        entries.reserve(fates->size());
-        for (const auto& [path, fate] : *fates) {
-            entries.emplace_back(path, MSPDIFateNames[MSPDIFateIndex(fate)]);
-        }
-        json["fates"] = std::move(byPath);
+        writer.key("fates");
+        writeFates(*fates, writer);
     }
-    MSPDIWriteJSON(json, out);
+    writer.endObject();
+    writer.finish();
 }

@@ -11,6 +11,8 @@ struct MSPDIOutput {
     std::ostream& out;
     std::ostream& err;
     bool isColored = false;
+    // Whether whoever read `out` has left, as `head` does: then it is nothing to tell that the rest cannot be written.
+    bool (*isReaderGone)() = [] { return false; };
 };
 
 // Runs the program with these arguments, without the program's own name, and gives its exit status. What is wrong with

@@ -27,6 +27,8 @@ struct MSPDIRun {
     // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What could begin another line or drive a
     // terminal stands in either as an escape.
     void couldNotLook(std::string_view file, std::string_view reason);
+    // The same line, about a file that was looked at; nothing where the run is to be quiet.
+    void warn(std::string_view file, std::string_view warning);
     // The text between the codes of a terminal for bold letters, where colour is wanted; else the text itself.
     [[nodiscard]] std::string emphasized(std::string_view text) const;
 };

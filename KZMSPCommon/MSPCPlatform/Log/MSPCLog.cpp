@@ -54,7 +54,7 @@ private:
     std::string _line;
 };
 
-MSPCStandardErrorLog::MSPCStandardErrorLog(std::string processName)
+MSPCStandardErrorLog::MSPCStandardErrorLog(const std::string& processName)
     : _block(STDERR_FILENO), _lines(std::make_unique<Lines>(processName, _block)) {
 }
 
