@@ -14,7 +14,7 @@ struct KZDXPage {
     std::size_t tasks = 0;
     std::size_t resources = 0;
     std::size_t baselines = 0;
-    std::vector<std::string> notes;  // which scenarios could not be read, and why
+    std::vector<std::string> notes;  // which scenarios are left out, and why
 };
 
 // Makes the page of a document. It loads nothing and says so to the browser; every text of the document is data in it.

@@ -73,7 +73,7 @@ std::optional<KZDXPageDocument> KZDXPageDocument::open(KZDXFiles& files, std::st
         if (auto baseline = openScenario(files, entry, reason)) {
             document.baselines.push_back(std::move(*baseline));
         } else {
-            document.notes.push_back(std::move(reason));
+            document.notes.push_back("left out: " + reason);
         }
     }
     return document;

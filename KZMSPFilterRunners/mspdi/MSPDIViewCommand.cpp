@@ -33,7 +33,8 @@ struct Arguments {
 constexpr std::size_t mostPlaces = 200;
 
 std::optional<KZDXPage> pageOf(const std::string& name, const MSPCServices& services, std::string& failure) {
-    const auto files = MSPDIFilesOfDocumentOrPlan(name, services, failure);
+    std::vector<std::string> repairs;
+    const auto files = MSPDIFilesOfDocumentOrPlan(name, services, failure, repairs);
     if (!files) {
         return std::nullopt;
     }
@@ -46,7 +47,11 @@ std::optional<KZDXPage> pageOf(const std::string& name, const MSPCServices& serv
         account = MSPDIAccountOfPlan(path, services, options);
         subject.account = &account;
     }
-    return KZDXPageOf(*files, subject, failure);
+    auto page = KZDXPageOf(*files, subject, failure);
+    if (page) {
+        page->notes.insert(page->notes.begin(), repairs.begin(), repairs.end());
+    }
+    return page;
 }
 
 // What is wrong with the document or plan is told, and nothing is given then.
@@ -120,8 +125,7 @@ void writePage(const Arguments& arguments, MSPDIRun& run) {
         return;
     }
     for (const auto& note : page->notes) {
-        run.err << "mspdi: " << MSPCShownText(arguments.shown).view() << ": left out: " << MSPCShownText(note).view()
-                << '\n';
+        run.warn(arguments.shown, note);
     }
     if (isPiped) {
         run.out << page->html;

@@ -53,7 +53,8 @@ TEST(KZDXPageTest, holdsEverythingThatTheDocumentSaysOfTasks) {
 
 TEST(KZDXPageTest, holdsSchedulesAndResources) {
     const auto scenario = dataOf(pageOf(soundBundle()))["scenario"];
-    EXPECT_EQ(scenario["schedule"]["days"], JSON::parse("[null, [[28800, 43200], [46800, 61200]], [], null, null, null, null]"));
+    EXPECT_EQ(scenario["schedule"]["days"],
+              JSON::parse("[null, [[28800, 43200], [46800, 61200]], [], null, null, null, null]"));
     EXPECT_EQ(scenario["schedule"]["off"].size(), 1U);
     EXPECT_EQ(scenario["schedule"]["over"].size(), 0U);
     const auto resources = scenario["resources"];
@@ -83,9 +84,10 @@ TEST(KZDXPageTest, showsTasksOutsideOfTheOutlineAndInCircles) {
     EXPECT_EQ(tasks["outside"], 3);
     EXPECT_EQ(tasks["id"], JSON::parse(R"(["t1", "t2", "t3", "t4"])"));
     // Two groups that hold each other.
-    files["Actual.xml"] = R"(<scenario xmlns="urn:kadenza:document:2" id="a"><top-task idref="t-1"/><task id="t-1"/>)"
-                          R"(<task id="t1"><child-task idref="t2"/></task><task id="t2"><child-task idref="t1"/></task>)"
-                          "</scenario>";
+    files["Actual.xml"] =
+        R"(<scenario xmlns="urn:kadenza:document:2" id="a"><top-task idref="t-1"/><task id="t-1"/>)"
+        R"(<task id="t1"><child-task idref="t2"/></task><task id="t2"><child-task idref="t1"/></task>)"
+        "</scenario>";
     tasks = dataOf(pageOf(files))["scenario"]["tasks"];
     EXPECT_EQ(tasks["id"], JSON::parse(R"(["t1", "t2"])"));
     EXPECT_EQ(tasks["level"], JSON::parse("[1, 2]"));
@@ -93,8 +95,9 @@ TEST(KZDXPageTest, showsTasksOutsideOfTheOutlineAndInCircles) {
 
 TEST(KZDXPageTest, keepsTextsThatLookLikeMarkup) {
     const std::string hostile = "</script><!--<img src=x onerror=alert(1)>\"'&\xE2\x80\xA8";
-    const auto files = brokenBundle("Actual.xml", "<title>Dig</title>",
-                                    "<title>&lt;/script>&lt;!--&lt;img src=x onerror=alert(1)>\"'&amp;&#x2028;</title>");
+    const auto files =
+        brokenBundle("Actual.xml", "<title>Dig</title>",
+                     "<title>&lt;/script>&lt;!--&lt;img src=x onerror=alert(1)>\"'&amp;&#x2028;</title>");
     const auto page = pageOf(files);
     EXPECT_EQ(dataOf(page)["scenario"]["tasks"]["title"][1], hostile);
     const auto data = between(page.html, "id=document>", "</script>");
@@ -107,8 +110,10 @@ TEST(KZDXPageTest, forbidsAllButItsOwnScriptAndStyle) {
     const auto html = pageOf(soundBundle()).html;
     const auto policy = between(html, "Content-Security-Policy content=\"", "\"");
     EXPECT_THAT(policy, HasSubstr("default-src 'none';"));
-    EXPECT_THAT(policy, HasSubstr("script-src 'sha256-" + MSPCSHA256InBase64(between(html, "<script>", "</script>")) + "';"));
-    EXPECT_THAT(policy, HasSubstr("style-src 'sha256-" + MSPCSHA256InBase64(between(html, "<style>", "</style>")) + "';"));
+    EXPECT_THAT(policy,
+                HasSubstr("script-src 'sha256-" + MSPCSHA256InBase64(between(html, "<script>", "</script>")) + "';"));
+    EXPECT_THAT(policy,
+                HasSubstr("style-src 'sha256-" + MSPCSHA256InBase64(between(html, "<style>", "</style>")) + "';"));
     EXPECT_THAT(policy, Not(HasSubstr("unsafe")));
     for (const std::string load : {"src=\"", "href=\"", "@import", "url("}) {
         EXPECT_THAT(between(html, "<style>", "</style>"), Not(HasSubstr(load)));
@@ -126,7 +131,10 @@ TEST(KZDXPageTest, showsTheOutlineWithoutScripts) {
 
 TEST(KZDXPageTest, leadsFromLossesToTasks) {
     MSPDIAccount account;
-    account.losses.push_back({"deadline", "deadlines", "Tasks/Task/Deadline", 3,
+    account.losses.push_back({"deadline",
+                              "deadlines",
+                              "Tasks/Task/Deadline",
+                              3,
                               {{"/Project/Tasks[1]/Task[3]/Deadline[1]", "2", "Dig", "2026"},
                                {"/Project/Assignments[1]/Assignment[1]/Units[1]", "3", "Paint", "0.5"},
                                {"/Project/Calendars[1]/Calendar[1]/Name[1]", "1", "Standard", "x"}}});
@@ -142,7 +150,7 @@ TEST(KZDXPageTest, leavesOutABaselineThatCannotBeRead) {
     const auto page = pageOf(brokenBundle("Baseline.xml", "</scenario>", ""));
     EXPECT_EQ(page.baselines, 0U);
     ASSERT_EQ(page.notes.size(), 1U);
-    EXPECT_THAT(page.notes[0], testing::StartsWith("Baseline.xml: line "));
+    EXPECT_THAT(page.notes[0], testing::StartsWith("left out: Baseline.xml: line "));
     EXPECT_EQ(dataOf(page)["notes"][0], page.notes[0]);
     // A file outside of the bundle is never opened.
     const auto outside = pageOf(brokenBundle("__TOC.xml", "filename=\"Baseline.xml\"", "filename=\"../Baseline.xml\""));

@@ -9,7 +9,8 @@
 #include "KZDXPage.h"
 
 // The page of files in memory; fails the test where there is none.
-inline KZDXPage pageOf(std::map<std::string, std::string> files, const KZDXPageSubject& subject = {"House.kdzx", "test"}) {
+inline KZDXPage pageOf(std::map<std::string, std::string> files,
+                       const KZDXPageSubject& subject = {"House.kdzx", "test"}) {
     std::string failure;
     const auto bundle = KZDXFilesInMemory(std::move(files));
     auto page = KZDXPageOf(*bundle, subject, failure);
