@@ -57,7 +57,7 @@ bool tellOfRepair(const MSPDIMemoryImport& import, const MSPDIAccountOptions& op
             const auto& kind = MSPDIKinds()[MSPDIKindIndex("overwritten-by-repair")];
             auto& loss = account.losses.emplace_back(MSPDILoss{kind.name, kind.what, "", 1, {}});
             if (options.mostPlaces > 0) {
-                loss.where.push_back({"/Project", "", "", warning});
+                loss.where.push_back({"/Project", "", "", warning, ""});
             }
             return true;
         }

@@ -379,7 +379,10 @@ void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::stri
 }
 
 MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value) const {
-    MSPDIPlace place{path(), {}, {}, std::string(value)};
+    MSPDIPlace place{path(), {}, {}, std::string(value), {}};
+    if (const auto& node = _steps.back().node; node && node.name() == "LinkLag") {
+        place.unit = item.lastText(node.parent(), "LagFormat");
+    }
     const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
     if (isListOf(item, "ExtendedAttribute")) {
         place.uid = textOf("FieldID");

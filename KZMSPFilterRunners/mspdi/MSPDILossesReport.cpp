@@ -7,29 +7,26 @@
 
 #include "MSPCMessage.h"
 #include "MSPDIJSON.h"
+#include "MSPDIMendForLoss.h"
+#include "MSPDIValueWords.h"
 
 namespace {
 
 using JSON = nlohmann::ordered_json;
 
-// A text from a plan on one line, as people may see it, and not much longer than a line.
-std::string shown(std::string_view text) {
-    constexpr std::size_t longest = 100;
-    auto end = std::min(text.size(), longest);
-    while (end < text.size() && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
-        --end;  // not within a character
-    }
-    return std::string(MSPCShownText(text.substr(0, end)).view()) + (end < text.size() ? "..." : "");
+// What was mended is told whole: its end says where.
+std::string shownValue(const MSPDILoss& loss, const MSPDIPlace& place) {
+    return loss.kind == "overwritten-by-repair" ? std::string(MSPCShownText(place.value).view())
+                                                : MSPDIValueInWords(place);
 }
 
-std::string placeOf(const MSPDIPlace& place) {
+std::string placeOf(const MSPDILoss& loss, const MSPDIPlace& place) {
     std::string text = "    ";
-    if (!place.name.empty()) {
-        text += fmt::format("{} (UID {}): ", shown(place.name), shown(place.uid));
-    } else if (!place.uid.empty()) {
-        text += fmt::format("UID {}: ", shown(place.uid));
+    if (!place.uid.empty() || !place.name.empty()) {
+        text += fmt::format("{} (UID {}): ", place.name.empty() ? "(no name)" : MSPDIShownValue(place.name),
+                            MSPDIShownValue(place.uid));
     }
-    return text + shown(place.value) + "  " + std::string(MSPCShownText(place.path).view()) + "\n";
+    return text + shownValue(loss, place) + "  " + MSPDIShownPath(place.path) + "\n";
 }
 
 void writeLoss(const MSPDILoss& loss, MSPDIJSONWriter& writer) {
@@ -42,10 +39,17 @@ void writeLoss(const MSPDILoss& loss, MSPDIJSONWriter& writer) {
     writer.text(loss.element);
     writer.key("what");
     writer.text(loss.what);
+    const auto* step = MSPDIMendStepForLoss(loss.kind);
+    writer.key("step");
+    writer.value(step == nullptr ? JSON(nullptr) : JSON(step->name));
     writer.key("where");
     writer.beginArray();
     for (const auto& place : loss.where) {
-        writer.value({{"path", place.path}, {"uid", place.uid}, {"name", place.name}, {"value", place.value}});
+        writer.value({{"path", place.path},
+                      {"uid", place.uid},
+                      {"name", place.name},
+                      {"value", place.value},
+                      {"words", shownValue(loss, place)}});
     }
     writer.endArray();
     writer.endObject();
@@ -77,15 +81,20 @@ JSON reasonOf(const MSPDIAccount& account) {
 void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPDIRun& run) {
     auto& out = run.out;
     if (account.refusal) {
-        out << run.emphasized("Refused by the importer") << ": " << account.refusal->sentence() << "\n\n";
+        out << run.emphasized("Refused by the importer") << ": " << account.refusal->sentence();
+        const auto words = MSPDIRefusalInWords(*account.refusal);
+        out << (words.empty() ? "" : " - " + words) << "\n\n";
     }
     for (const auto& loss : account.losses) {
         out << run.emphasized(fmt::format("{} x {}", loss.count, loss.kind)) << ": " << loss.what << "\n";
         for (const auto& place : loss.where) {
-            out << placeOf(place);
+            out << placeOf(loss, place);
         }
         if (loss.where.size() < loss.count) {
             out << fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size());
+        }
+        if (const auto* step = MSPDIMendStepForLoss(loss.kind)) {
+            out << fmt::format("    mspdi mend --only {} saves what it can of it in a copy\n", step->name);
         }
     }
     out << MSPCShownText(plan).view() << ": " << account.total() << " leaves";

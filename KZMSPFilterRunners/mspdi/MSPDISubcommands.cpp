@@ -5,10 +5,11 @@
 #include "MSPDICheckCommand.h"
 #include "MSPDIDiffCommand.h"
 #include "MSPDILossesCommand.h"
+#include "MSPDIMendCommand.h"
 #include "MSPDIViewCommand.h"
 
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    static constexpr std::array<MSPDISubcommand, 4> all = {MSPDIAddLossesCommand, MSPDIAddCheckCommand,
+    static constexpr std::array<MSPDISubcommand, 5> all = {MSPDIAddLossesCommand, MSPDIAddMendCommand, MSPDIAddCheckCommand,
                                                            MSPDIAddDiffCommand, MSPDIAddViewCommand};
     return all;
 }
