@@ -70,13 +70,13 @@ export function rowShapes(ground: Ground, row: Row): Shape[] {
     const off = resource.schedule && drawing.scale.showsDays
         ? shownRest({ ...resource.schedule, days: [] }, drawing.clock, drawing.scale.start, drawing.scale.end, true)
         : [];
-    const loads = resource.tasks.slice(0, 300).flatMap((task) => {
+    const loads = resource.tasks.slice(0, 300).flatMap((task): Shape[] => {
         if (!task.start || !task.end) return [];
         const from = drawing.scale.x(drawing.clock.shown(task.start));
         const to = drawing.scale.x(drawing.clock.shown(task.end));
         if (to < 0 || from > drawing.scale.width) return [];
         const left = Math.max(from, -10);
-        return [{ tag: "rect", look: "load", x: left, y: 10, width: Math.max(Math.min(to, drawing.scale.width + 10) - left, 2), height: 9, round: 2, title: task.title } as Shape];
+        return [{ tag: "rect", look: "load", x: left, y: 10, width: Math.max(Math.min(to, drawing.scale.width + 10) - left, 2), height: 9, round: 2, title: task.title }];
     });
     const rests = off.map((rest): Shape => {
         const from = Math.max(drawing.scale.x(rest.from), 0);

@@ -4,6 +4,7 @@ import { button, make } from "./dom";
 import type { WrittenLoss } from "./contract";
 import type { Model, Resource, Task } from "./model";
 import { word } from "./texts";
+import { numberText } from "./time";
 
 function placeRow([path, name, value, id]: WrittenLoss["where"][number], model: Model, goTo: (item: Task | Resource) => void): HTMLElement {
     const item = model.byId.get(id);
@@ -23,7 +24,7 @@ function lossSection(loss: WrittenLoss, model: Model, goTo: (item: Task | Resour
     const element = make(
         "details",
         { class: "loss", "data-kind": loss.kind },
-        make("summary", {}, make("span", { class: "count" }, loss.count.toLocaleString()), " ", make("span", { class: "what" }, loss.what), " ", make("code", {}, loss.kind)),
+        make("summary", {}, make("span", { class: "count" }, numberText(loss.count)), " ", make("span", { class: "what" }, loss.what), " ", make("code", {}, loss.kind)),
         table,
     );
     table.append(body);

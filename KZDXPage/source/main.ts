@@ -331,7 +331,7 @@ class Page {
             {
                 model: this.model,
                 title: this.title(),
-                note: [this.zoneNote.textContent ?? "", baseline ? `${word("compare")}: ${baseline.name}` : ""].filter((text) => text !== "").join(" · "),
+                note: [this.zoneNote.textContent, baseline ? `${word("compare")}: ${baseline.name}` : ""].filter((text) => text !== "").join(" · "),
                 rows: view.rows,
                 columns: this.allColumns(tab).filter((column) => wanted.includes(column.id)),
                 ground: {
@@ -403,7 +403,7 @@ class Page {
 const data = document.getElementById("document");
 const root = document.getElementById("page");
 if (data && root) {
-    const model = modelOf(JSON.parse(data.textContent ?? "null") as WrittenDocument);
+    const model = modelOf(JSON.parse(data.textContent) as WrittenDocument);
     // The text is not needed twice.
     data.remove();
     new Page(model, root);

@@ -212,7 +212,7 @@ function numbering(): (level: number) => string {
     return (level) => {
         while (counts.length < level) counts.push(0);
         counts.length = level;
-        counts[level - 1] += 1;
+        counts[level - 1] = (counts[level - 1] ?? 0) + 1;
         return counts.join(".");
     };
 }

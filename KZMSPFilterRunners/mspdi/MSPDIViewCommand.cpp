@@ -18,6 +18,7 @@
 #include "MSPDIDocumentFiles.h"
 #include "MSPDIJSON.h"
 #include "MSPDIRun.h"
+#include "MSPDIValueWords.h"
 
 namespace {
 
@@ -32,6 +33,19 @@ struct Arguments {
 // Enough of each kind of loss to find all places of most plans, and few enough to keep the page small.
 constexpr std::size_t mostPlaces = 200;
 
+// The account of a plan, its values in words.
+MSPDIAccount accountOf(const std::string& plan, const MSPCServices& services) {
+    MSPDIAccountOptions options;
+    options.mostPlaces = mostPlaces;
+    auto account = MSPDIAccountOfPlan(plan, services, options);
+    for (auto& loss : account.losses) {
+        for (auto& place : loss.where) {
+            place.value = MSPDIValueInWords(place);
+        }
+    }
+    return account;
+}
+
 std::optional<KZDXPage> pageOf(const std::string& name, const MSPCServices& services, std::string& failure) {
     std::vector<std::string> repairs;
     const auto files = MSPDIFilesOfDocumentOrPlan(name, services, failure, repairs);
@@ -42,9 +56,7 @@ std::optional<KZDXPage> pageOf(const std::string& name, const MSPCServices& serv
     KZDXPageSubject subject{lastPathComponent(path), MSPDIVersionText, nullptr};
     MSPDIAccount account;
     if (!services.fileSystem.isDirectory(path)) {
-        MSPDIAccountOptions options;
-        options.mostPlaces = mostPlaces;
-        account = MSPDIAccountOfPlan(path, services, options);
+        account = accountOf(path, services);
         subject.account = &account;
     }
     auto page = KZDXPageOf(*files, subject, failure);

@@ -135,9 +135,9 @@ TEST(KZDXPageTest, leadsFromLossesToTasks) {
                               "deadlines",
                               "Tasks/Task/Deadline",
                               3,
-                              {{"/Project/Tasks[1]/Task[3]/Deadline[1]", "2", "Dig", "2026"},
-                               {"/Project/Assignments[1]/Assignment[1]/Units[1]", "3", "Paint", "0.5"},
-                               {"/Project/Calendars[1]/Calendar[1]/Name[1]", "1", "Standard", "x"}}});
+                              {{"/Project/Tasks[1]/Task[3]/Deadline[1]", "2", "Dig", "2026", ""},
+                               {"/Project/Assignments[1]/Assignment[1]/Units[1]", "3", "Paint", "0.5", ""},
+                               {"/Project/Calendars[1]/Calendar[1]/Name[1]", "1", "Standard", "x", ""}}});
     const auto page = pageOf(soundBundle(), {"House.xml", "test", &account});
     const auto kinds = dataOf(page)["losses"]["kinds"];
     EXPECT_EQ(kinds[0]["count"], 3);
