@@ -67,7 +67,7 @@ export function rowShapes(ground: Ground, row: Row): Shape[] {
     if (row.item.type === "task") return taskShapes(drawing, row.item.task);
     if (row.item.type !== "resource") return [];
     const { resource } = row.item;
-    const off = resource.schedule && drawing.scale.showsDays
+    const off = resource.schedule
         ? shownRest({ ...resource.schedule, days: [] }, drawing.clock, drawing.scale.start, drawing.scale.end, true)
         : [];
     const loads = resource.tasks.slice(0, 300).flatMap((task): Shape[] => {
@@ -78,9 +78,11 @@ export function rowShapes(ground: Ground, row: Row): Shape[] {
         const left = Math.max(from, -10);
         return [{ tag: "rect", look: "load", x: left, y: 10, width: Math.max(Math.min(to, drawing.scale.width + 10) - left, 2), height: 9, round: 2, title: task.title }];
     });
-    const rests = off.map((rest): Shape => {
+    const rests = off.flatMap((rest): Shape[] => {
         const from = Math.max(drawing.scale.x(rest.from), 0);
-        return { tag: "rect", look: "off", x: from, y: 2, width: Math.max(0, Math.min(drawing.scale.x(rest.to), drawing.scale.width) - from), height: rowHeight - 4, title: word("daysOff") };
+        const to = Math.min(drawing.scale.x(rest.to), drawing.scale.width);
+        if (to - from < 0.5) return [];
+        return [{ tag: "rect", look: "off", x: from, y: 2, width: to - from, height: rowHeight - 4, title: word("daysOff") }];
     });
     return [...rests, ...loads];
 }

@@ -68,7 +68,7 @@ function dateColumn(
             const value = moment(item);
             return value ? form(clock.shown(value)) : "";
         };
-    return column(id, label, 146, shown(dateText), { plain: shown(plainDate), isShownFirst, isNumeric: true });
+    return column(id, label, 178, shown(dateText), { plain: shown(plainDate), isShownFirst, isNumeric: true });
 }
 
 function numberColumn(
@@ -96,12 +96,21 @@ const plannedOf = (item: Item, baseline: number | null) =>
     baseline === null ? null : taskOf(item)?.planned[baseline] ?? null;
 
 export const numberColumnOf = (): Column =>
-    column("number", word("number"), 64, ofTask((task) => task.number), { isShownFirst: true });
+    column("number", word("number"), 58, ofTask((task) => task.number), { isShownFirst: true });
+
+// How much later each row ends than the baseline planned: what who compares looks for first.
+function slipColumn(baseline: number | null): Column[] {
+    if (baseline === null) return [];
+    const slip = (item: Item): number | null => {
+        const task = taskOf(item);
+        return task && slipOf(task, baseline);
+    };
+    return [numberColumn("slip", word("slip"), 112, slip, slipText, hours, true)];
+}
 
 function baselineColumns({ clock, baseline }: Setting): Column[] {
     if (baseline === null) return [];
     return [
-        numberColumn("slip", word("slip"), 130, (item) => { const task = taskOf(item); return task && slipOf(task, baseline); }, slipText, hours, true),
         dateColumn("baseline-start", word("baselineStart"), clock, (item) => plannedOf(item, baseline)?.start),
         dateColumn("baseline-end", word("baselineEnd"), clock, (item) => plannedOf(item, baseline)?.end),
         numberColumn("baseline-effort", word("baselineEffort"), 90, (item) => plannedOf(item, baseline)?.effort, hoursText, hours),
@@ -113,7 +122,8 @@ export function planColumns(setting: Setting): Column[] {
     const { model, clock } = setting;
     return [
         numberColumnOf(),
-        column("title", word("title"), 250, itemTitle, { isShownFirst: true, isTree: true }),
+        column("title", word("title"), 240, itemTitle, { isShownFirst: true, isTree: true }),
+        ...slipColumn(setting.baseline),
         dateColumn("start", word("start"), clock, (item) => taskOf(item)?.start, true),
         dateColumn("end", word("end"), clock, (item) => taskOf(item)?.end, true),
         ...baselineColumns(setting),

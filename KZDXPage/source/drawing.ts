@@ -174,7 +174,7 @@ function captionPlace(drawing: Drawing, task: Task, end: number): number {
     const places = [...task.dates].flatMap(([name, moment]) => (name === "leveled-start" ? [] : [place(drawing, moment)]));
     return places
         .sort((one, other) => one - other)
-        .reduce((x, mark) => (mark > x - 12 && mark < x + 90 ? mark + 12 : x), end + (task.kind === "milestone" ? 13 : 8));
+        .reduce((x, mark) => (mark > x - 12 && mark < x + 90 ? mark + 12 : x), end + (task.kind === "milestone" ? 18 : 13));
 }
 
 const names = (task: Task): string => task.resources.map((resource) => resource.name).join(", ");

@@ -246,6 +246,7 @@ class Page {
 
     private want(wanted: Wanted): void {
         this.wanted = wanted;
+        if (this.tab === "losses") this.choose("plan");
         this.updateTrees();
     }
 

@@ -49,6 +49,7 @@ export class View {
     private scale: TimeScale | null = null;
     private isFitting = true;
     private gridWidth = 0;
+    private isDivided = false; // by the person, whose width is kept
     private settling = 0;
 
     constructor(
@@ -100,7 +101,6 @@ export class View {
         this.virtualizer._didMount();
         this.virtualizer._willUpdate();
         this.scroller.addEventListener("scroll", () => this.scrolled(), { passive: true });
-        this.setGridWidth(Math.min(620, this.element.clientWidth * 0.48));
         this.resized();
     }
 
@@ -325,9 +325,15 @@ export class View {
         setAttribute(this.divider, "aria-valuemax", String(Math.max(whole - 120, 120)));
     }
 
+    private divide(width: number): void {
+        this.isDivided = true;
+        this.setGridWidth(width);
+        this.resized();
+    }
+
     private resized(): void {
         if (this.scroller.clientWidth === 0) return;
-        this.setGridWidth(this.gridWidth);
+        this.setGridWidth(this.isDivided ? this.gridWidth : Math.min(660, this.element.clientWidth * 0.5));
         this.updateSpacer();
         this.scale = this.isFitting || !this.scale ? this.fitted() : this.scale.resized(this.chartWidth);
         this.draw();
@@ -392,14 +398,12 @@ export class View {
             const step = event.key === "ArrowRight" ? 24 : event.key === "ArrowLeft" ? -24 : 0;
             if (step === 0) return;
             event.preventDefault();
-            this.setGridWidth(this.gridWidth + step);
-            this.resized();
+            this.divide(this.gridWidth + step);
         });
         dragged(this.divider, () => {
             const width = this.gridWidth;
             return (dx) => {
-                this.setGridWidth(width + dx);
-                this.resized();
+                this.divide(width + dx);
             };
         });
         this.dragChart();

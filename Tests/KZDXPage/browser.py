@@ -91,7 +91,7 @@ class Browser:
 
     def wait(self, expression, *what, seconds=20):
         end = time.monotonic() + seconds
-        while not self.value(f"Boolean({expression})"):
+        while not self.value(f"Boolean({expression})", *what):
             expect(time.monotonic() < end, "never came", expression, *what)
             time.sleep(0.03)
 
@@ -140,6 +140,9 @@ class Browser:
 
     def keys(self, *keys):
         ActionChains(self.driver).send_keys(*keys).perform()
+
+    def with_shift(self, key):
+        ActionChains(self.driver).key_down(Keys.SHIFT).send_keys(key).key_up(Keys.SHIFT).perform()
 
     def search(self, text):
         """Searches for a text in the place of the one before."""
