@@ -24,6 +24,8 @@ export const rowHeight = 30;
 const barTop = 8;
 const barHeight = 13;
 const middle = barTop + barHeight / 2;
+// About what a letter of a caption takes.
+const letter = 6.6;
 // Far outside of the window everything is the same.
 const margin = 2000;
 
@@ -169,12 +171,12 @@ function markShapes(drawing: Drawing, task: Task): Shape[] {
     });
 }
 
-// Behind the bar and the marks that stand close to it.
-function captionPlace(drawing: Drawing, task: Task, end: number): number {
+// Behind the bar, and behind the marks that a text of that width met there.
+function captionPlace(drawing: Drawing, task: Task, end: number, width: number): number {
     const places = [...task.dates].flatMap(([name, moment]) => (name === "leveled-start" ? [] : [place(drawing, moment)]));
     return places
         .sort((one, other) => one - other)
-        .reduce((x, mark) => (mark > x - 12 && mark < x + 90 ? mark + 12 : x), end + (task.kind === "milestone" ? 18 : 13));
+        .reduce((x, mark) => (mark > x - 12 && mark < x + width + 6 ? mark + 12 : x), end + (task.kind === "milestone" ? 18 : 13));
 }
 
 const names = (task: Task): string => task.resources.map((resource) => resource.name).join(", ");
@@ -186,7 +188,7 @@ export function taskShapes(drawing: Drawing, task: Task): Shape[] {
     const caption = names(task);
     if (whole && caption !== "" && isVisible(drawing, whole) && task.kind !== "group") {
         const shown = caption.length > 60 ? `${caption.slice(0, 59)}…` : caption;
-        shapes.push({ tag: "text", look: "caption", x: captionPlace(drawing, task, whole.to), y: middle + 4, text: shown });
+        shapes.push({ tag: "text", look: "caption", x: captionPlace(drawing, task, whole.to, shown.length * letter), y: middle + 4, text: shown });
     }
     return shapes;
 }
