@@ -202,8 +202,9 @@ export class Details {
                 const times = schedule.days[day];
                 const name = formatted(monday + index * 86_400, { weekday: "long" });
                 if (!times) return [name, word("asProject")] as const;
-                const spans = times.map(([from, to]) => `${timeOfDayText(from)}–${timeOfDayText(to)}`);
-                return [name, spans.length > 0 ? spans.join(", ") : word("noWork")] as const;
+                const spans = times.map(([from, to]) => make("span", { class: "whole" }, `${timeOfDayText(from)}–${timeOfDayText(to)}`));
+                const told = make("span", {}, ...spans.flatMap((span, at) => (at === 0 ? [span] : [", ", span])));
+                return [name, spans.length > 0 ? told : word("noWork")] as const;
             }),
         );
     }

@@ -72,6 +72,11 @@ class Page {
         document.documentElement.lang = language;
         document.documentElement.classList.add("live");
         const title = make("h1", {}, button(this.model.title === "" ? "–" : this.model.title, () => this.showProject(), { title: word("project") }));
+        this.panels().forEach(([name, panel]) => {
+            panel.id = `panel-${name}`;
+            panel.setAttribute("role", "tabpanel");
+            panel.setAttribute("aria-labelledby", `tab-${name}`);
+        });
         this.root.append(
             make("header", { class: "top" }, title, this.tabList(), this.search),
             make("div", { class: "toolbar", role: "toolbar" }, this.tableTools, this.chartTools, this.outputTools()),
@@ -83,11 +88,19 @@ class Page {
         this.buildTools();
     }
 
+    private panels(): [Tab, HTMLElement][] {
+        return [
+            ["plan", this.views.plan.element],
+            ["resources", this.views.resources.element],
+            ["losses", this.losses],
+        ];
+    }
+
     private tabList(): HTMLElement {
         const list = make("div", { class: "tabs", role: "tablist", "aria-label": word("views") });
         const names: Tab[] = this.model.losses ? ["plan", "resources", "losses"] : ["plan", "resources"];
         for (const name of names) {
-            const tab = button(word(name), () => this.choose(name), { role: "tab", "data-tab": name, id: `tab-${name}` });
+            const tab = button(word(name), () => this.choose(name), { role: "tab", "data-tab": name, id: `tab-${name}`, "aria-controls": `panel-${name}` });
             tab.addEventListener("keydown", (event) => {
                 const step = event.key === "ArrowRight" ? 1 : event.key === "ArrowLeft" ? -1 : 0;
                 const next = names[(names.indexOf(name) + step + names.length) % names.length];
@@ -169,9 +182,7 @@ class Page {
             element.setAttribute("aria-selected", String(name === tab));
             element.tabIndex = name === tab ? 0 : -1;
         }
-        this.views.plan.element.hidden = tab !== "plan";
-        this.views.resources.element.hidden = tab !== "resources";
-        this.losses.hidden = tab !== "losses";
+        for (const [name, panel] of this.panels()) panel.hidden = name !== tab;
         this.root.classList.toggle("without-chart", tab === "losses");
         this.view?.mount();
         this.fillColumnChoice();

@@ -92,9 +92,9 @@ const english = {
     recalculate: "Recalculates",
     "static-cost": "Fixed cost",
     "email-address": "E-mail",
-    rowsOf: "{shown} of {all} tasks",
-    allRows: "{all} tasks",
-    resourceCount: "{all} resources",
+    rowsOf: "{shown} of {all} {all|task|tasks}",
+    allRows: "{all} {all|task|tasks}",
+    resourceCount: "{all} {all|resource|resources}",
     nothingFound: "Nothing matches. Clear the search or the filter.",
     noTasks: "This document has no tasks.",
     noResources: "This document has no resources.",
@@ -105,7 +105,7 @@ const english = {
     times: "×",
     value: "Value",
     place: "Place",
-    gone: "{count} tasks of this baseline are no longer in the plan",
+    gone: "{count} {count|task|tasks} of this baseline {count|is|are} no longer in the plan",
     noteLeftOut: "Left out",
     days: "d",
     hours: "h",
@@ -235,9 +235,9 @@ const german: Record<Word, string> = {
     recalculate: "Berechnet neu",
     "static-cost": "Feste Kosten",
     "email-address": "E-Mail",
-    rowsOf: "{shown} von {all} Vorgängen",
-    allRows: "{all} Vorgänge",
-    resourceCount: "{all} Ressourcen",
+    rowsOf: "{shown} von {all} {all|Vorgang|Vorgängen}",
+    allRows: "{all} {all|Vorgang|Vorgänge}",
+    resourceCount: "{all} {all|Ressource|Ressourcen}",
     nothingFound: "Nichts gefunden. Suche oder Filter zurücksetzen.",
     noTasks: "Dieses Dokument hat keine Vorgänge.",
     noResources: "Dieses Dokument hat keine Ressourcen.",
@@ -248,7 +248,7 @@ const german: Record<Word, string> = {
     times: "×",
     value: "Wert",
     place: "Stelle",
-    gone: "{count} Vorgänge dieses Basisplans sind nicht mehr im Plan",
+    gone: "{count} {count|Vorgang|Vorgänge} dieses Basisplans {count|ist|sind} nicht mehr im Plan",
     noteLeftOut: "Ausgelassen",
     days: "T",
     hours: "Std.",
@@ -288,10 +288,11 @@ export const locale = navigator.language || "en";
 export const language = locale.toLowerCase().startsWith("de") ? "de" : "en";
 const words: Record<Word, string> = language === "de" ? german : english;
 
-// A word, with numbers and texts in the places that it names.
+// A word, with numbers and texts in the places that it names: "{count}", and "{count|is|are}" by whether it is one.
 export function word(key: Word, values: Record<string, string | number> = {}): string {
-    return words[key].replace(/\{(\w+)\}/gu, (place, name: string) => {
+    return words[key].replace(/\{(\w+)(?:\|([^|}]*)\|([^}]*))?\}/gu, (place, name: string, one?: string, many?: string) => {
         const value = values[name];
+        if (one !== undefined && many !== undefined) return value === 1 ? one : many;
         return value === undefined ? place : typeof value === "number" ? value.toLocaleString(locale) : value;
     });
 }

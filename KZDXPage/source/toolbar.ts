@@ -55,7 +55,7 @@ export function checkbox(label: string, isOn: boolean, change: (isOn: boolean) =
 }
 
 const keys: [string, Parameters<typeof word>[0]][] = [
-    ["↑ ↓  Page ↑ Page ↓", "key:move"],
+    ["↑ ↓ PageUp PageDown", "key:move"],
     ["Home  End", "key:ends"],
     ["←", "key:fold"],
     ["→", "key:unfold"],

@@ -271,7 +271,15 @@ export class View {
         this.draw();
     }
 
-    zoom(factor: number, x = this.chartWidth / 2): void {
+    // The row that somebody looks at stays in sight.
+    private get zoomCentre(): number {
+        const item = this.activeItem;
+        const moment = item?.type === "task" ? item.task.start ?? item.task.end : null;
+        const x = moment ? this.timeScale.x(this.setting.clock.shown(moment)) : -1;
+        return x >= 0 && x <= this.chartWidth ? x : this.chartWidth / 2;
+    }
+
+    zoom(factor: number, x = this.zoomCentre): void {
         this.setScale(this.timeScale.zoomed(factor, x));
     }
 

@@ -24,8 +24,7 @@ std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServ
 }  // namespace
 
 std::unique_ptr<KZDXFiles> MSPDIFilesOfDocumentOrPlan(const std::string& name, const MSPCServices& services,
-                                                      std::string& failure,
-                                                      std::vector<std::string>& repairs) {
+                                                      std::string& failure, std::vector<std::string>& repairs) {
     const auto path = services.fileSystem.absolutePath(name);
     if (!services.fileSystem.leadsToAnything(path)) {
         failure = "no such file";

@@ -9,7 +9,7 @@
 #include "MSPDIViewCommand.h"
 
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    static constexpr std::array<MSPDISubcommand, 5> all = {MSPDIAddLossesCommand, MSPDIAddMendCommand, MSPDIAddCheckCommand,
-                                                           MSPDIAddDiffCommand, MSPDIAddViewCommand};
+    static constexpr std::array<MSPDISubcommand, 5> all = {
+        MSPDIAddLossesCommand, MSPDIAddMendCommand, MSPDIAddCheckCommand, MSPDIAddDiffCommand, MSPDIAddViewCommand};
     return all;
 }

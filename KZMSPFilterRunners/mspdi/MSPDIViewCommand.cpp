@@ -145,7 +145,8 @@ void writePage(const Arguments& arguments, MSPDIRun& run) {
     }
     const auto path = fileSystem.absolutePath(name);
     const auto failure =
-        obstacle ? obstacle : fileSystem.writeAtomically(path, [&page](MSPCByteWriter& writer) { writer.write(page->html); });
+        obstacle ? obstacle
+                 : fileSystem.writeAtomically(path, [&page](MSPCByteWriter& writer) { writer.write(page->html); });
     if (failure) {
         run.couldNotLook(name, *failure);
         return;
