@@ -59,6 +59,7 @@ file(CONFIGURE OUTPUT ${documents}/README.md CONTENT "${readme}" @ONLY)
 install(FILES ${documents}/README.md CONTRIBUTING.md docs/Oddities.md docs/reliability.md packaging/copyright
               ${documents}/changelog.gz ${documents}/changelog.Debian.gz
         DESTINATION ${KZMSP_DOC_DIR})
+install(DIRECTORY docs/pictures DESTINATION ${KZMSP_DOC_DIR})
 install(DIRECTORY examples DESTINATION ${KZMSP_DOC_DIR})
 
 set(CPACK_GENERATOR DEB)
