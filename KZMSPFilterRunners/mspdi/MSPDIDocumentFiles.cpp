@@ -6,6 +6,7 @@
 #include "MSPCFileSystem.h"
 #include "MSPDIMemoryImport.h"
 #include "MSPDIRepairWarning.h"
+#include "MSPDIValueWords.h"
 
 namespace {
 
@@ -14,7 +15,8 @@ std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServ
                                          std::vector<std::string>& repairs) {
     auto import = MSPDIImportInMemory(plan, services);
     if (import.refusal) {
-        failure = import.refusal->reason.empty() ? "the importer refuses the plan" : import.refusal->reason;
+        failure = import.refusal->reason.empty() ? "the importer refuses the plan"
+                                                 : MSPDIObstacleInWords(import.refusal->reason);
         return nullptr;
     }
     std::copy_if(import.warnings.begin(), import.warnings.end(), std::back_inserter(repairs), MSPDIIsRepairWarning);
