@@ -15,6 +15,15 @@ using JSON = nlohmann::json;
 
 constexpr int beginning = 1'777'881'600;  // 2026-05-04T08:00:00 on the clock
 
+MSPDIPlace placeOf(const std::string& path, const std::string& uid, const std::string& name, const std::string& value) {
+    MSPDIPlace place;
+    place.path = path;
+    place.uid = uid;
+    place.name = name;
+    place.value = value;
+    return place;
+}
+
 }  // namespace
 
 TEST(KZDXPageTest, holdsEverythingThatTheDocumentSaysOfTasks) {
@@ -135,9 +144,9 @@ TEST(KZDXPageTest, leadsFromLossesToTasks) {
                               "deadlines",
                               "Tasks/Task/Deadline",
                               3,
-                              {{"/Project/Tasks[1]/Task[3]/Deadline[1]", "2", "Dig", "2026", ""},
-                               {"/Project/Assignments[1]/Assignment[1]/Units[1]", "3", "Paint", "0.5", ""},
-                               {"/Project/Calendars[1]/Calendar[1]/Name[1]", "1", "Standard", "x", ""}}});
+                              {placeOf("/Project/Tasks[1]/Task[3]/Deadline[1]", "2", "Dig", "2026"),
+                               placeOf("/Project/Assignments[1]/Assignment[1]/Units[1]", "3", "Paint", "0.5"),
+                               placeOf("/Project/Calendars[1]/Calendar[1]/Name[1]", "1", "Standard", "x")}});
     const auto page = pageOf(soundBundle(), {"House.xml", "test", &account});
     const auto kinds = dataOf(page)["losses"]["kinds"];
     EXPECT_EQ(kinds[0]["count"], 3);
