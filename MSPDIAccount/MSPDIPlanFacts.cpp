@@ -37,7 +37,7 @@ std::string lastText(const MSPCXMLNode& element, std::string_view name) {
 }  // namespace
 
 MSPDIPlanFacts::MSPDIPlanFacts(const MSPCServices& services)
-    : isSummerNow(services.timeZone.daylightSavingOffset(services.clock.now()) != 0), _conversions(services) {
+    : isSummerNow(services.timeZone.daylightSavingOffset(services.seasonClock.now()) != 0), _conversions(services) {
 }
 
 void MSPDIPlanFacts::readPlan(const MSPCXMLNode& project) {

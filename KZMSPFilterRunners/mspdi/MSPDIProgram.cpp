@@ -40,7 +40,7 @@ int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIO
 }  // namespace
 
 int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& services, const MSPDIOutput& output) {
-    MSPDIRun run{services, output.out, output.err, output.isColored};
+    MSPDIRun run{services, output.out, output.err, output.isColored, output.installedTemplate};
     CLI::App program;
     describe(program);
     for (const auto addSubcommand : MSPDISubcommands()) {

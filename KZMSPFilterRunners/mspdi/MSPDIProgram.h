@@ -11,6 +11,8 @@ struct MSPDIOutput {
     std::ostream& out;
     std::ostream& err;
     bool isColored = false;
+    // Where the empty document of the installation would be; empty where none is known.
+    std::string installedTemplate{};
 };
 
 // Runs the program with these arguments, without the program's own name, and gives its exit status. What is wrong with

@@ -9,6 +9,11 @@ void MSPDIRun::couldNotLook(std::string_view file, std::string_view reason) {
     status = MSPDIStatus::CouldNotLook;
 }
 
+void MSPDIRun::couldNotRun(std::string_view reason) {
+    err << "mspdi: " << MSPCShownText(reason).view() << '\n';
+    status = MSPDIStatus::CouldNotLook;
+}
+
 std::string MSPDIRun::emphasized(std::string_view text) const {
     return isColored ? "\x1B[1m" + std::string(text) + "\x1B[0m" : std::string(text);
 }

@@ -20,6 +20,7 @@ struct MSPDIRun {
     std::ostream& out;  // results, and nothing else
     std::ostream& err;  // everything else
     bool isColored = false;
+    std::string installedTemplate;  // where the empty document of the installation would be; empty where none is known
     bool isJSON = false;
     bool isQuiet = false;
     MSPDIStatus status = MSPDIStatus::NothingToTell;
@@ -27,6 +28,8 @@ struct MSPDIRun {
     // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What
     // could begin another line or drive a terminal stands in either as an escape.
     void couldNotLook(std::string_view file, std::string_view reason);
+    // The same for what is about no file, or about one that the reason names: "mspdi: <reason>".
+    void couldNotRun(std::string_view reason);
     // The text between the codes of a terminal for bold letters, where colour is wanted; else the text itself.
     [[nodiscard]] std::string emphasized(std::string_view text) const;
 };

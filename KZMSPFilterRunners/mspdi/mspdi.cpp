@@ -5,12 +5,24 @@
 #include "MSPCClock.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
+#include "MSPCPath.h"
 #include "MSPCProcessGuard.h"
+#include "MSPCProgressLine.h"
 #include "MSPCRandomSource.h"
 #include "MSPCServices.h"
 #include "MSPCSettingsFile.h"
 #include "MSPCTerminal.h"
 #include "MSPDIProgram.h"
+
+namespace {
+
+// Beside the program, below the prefix that it is installed in; in the source tree likewise.
+std::string installedTemplate(const MSPCFileSystem& fileSystem) {
+    const auto program = fileSystem.resolvedPath("/proc/self/exe");
+    return fileSystem.standardizedPath(pathByDeletingLastComponent(program) + "/../share/kadenza2/Empty.kdzx");
+}
+
+}  // namespace
 
 int main(int argumentCount, char** arguments) {
     MSPCProcessGuard::endAtLackOfMemory();
@@ -21,8 +33,10 @@ int main(int argumentCount, char** arguments) {
     const MSPCSettingsFile settings({}, "none", log);  // it has no settings
     MSPCDiskFileSystem fileSystem;
     MSPCCryptoRandomSource randomSource;
-    const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource};
+    MSPCProgressLine progress(log, std::getenv("TERM"));
+    const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource, progress};
     const auto* noColor = std::getenv("NO_COLOR");
     const bool isColored = MSPCIsStandardOutputTerminal() && (noColor == nullptr || *noColor == '\0');
-    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services, {std::cout, std::cerr, isColored});
+    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services,
+                        {std::cout, std::cerr, isColored, installedTemplate(fileSystem)});
 }

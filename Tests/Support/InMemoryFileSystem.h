@@ -130,6 +130,11 @@ public:
         addFolder(path);
         return std::nullopt;
     }
+    void removeEmptyFolder(const std::string& path) override {
+        if (isDirectory(path) && pathsBelow(path).size() == 1) {
+            takeAway(path);
+        }
+    }
     [[nodiscard]] std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
         return writeAt(path, path, produce);

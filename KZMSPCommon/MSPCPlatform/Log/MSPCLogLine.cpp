@@ -1,0 +1,42 @@
+#include "MSPCLogLine.h"
+
+#include <fmt/compile.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <ctime>
+#include <iterator>
+
+namespace {
+
+// "YYYY-MM-DD hh:mm:ss" on the clocks of the process's zone.
+std::string localTimeText(std::chrono::sys_seconds second) {
+    const auto time = std::chrono::system_clock::to_time_t(second);
+    std::tm local{};
+    ::localtime_r(&time, &local);
+    return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+                       local.tm_hour, local.tm_min, local.tm_sec);
+}
+
+}  // namespace
+
+// The number of the process does not change, or every line would ask the system for it.
+MSPCLogLine::MSPCLogLine(std::string_view processName) : _origin(fmt::format(" {}[{}] ", processName, ::getpid())) {
+}
+
+std::string_view MSPCLogLine::with(std::string_view message) {
+    using namespace std::chrono;
+    const auto now = floor<milliseconds>(system_clock::now());
+    const auto second = floor<seconds>(now);
+    if (second != _second) {
+        _timeOfSecond = localTimeText(second);
+        _second = second;
+    }
+    _line.clear();
+    _line.append(_timeOfSecond);
+    fmt::format_to(std::back_inserter(_line), FMT_COMPILE(".{:03}"), (now - second).count());
+    _line.append(_origin);
+    _line.append(message);
+    _line.push_back('\n');
+    return _line;
+}

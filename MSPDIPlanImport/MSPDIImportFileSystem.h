@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "MSPCFileSystem.h"
+#include "MSPDIMemoryFileSystem.h"
+
+class MSPCProgress;
+
+// The machine's file system for one import. A plan, or a template, may lie in memory instead; how far files are read is
+// told to whoever waits; and where the new folder has appeared is kept.
+class MSPDIImportFileSystem final : public MSPCFileSystem {
+public:
+    // Both outlive this object.
+    MSPDIImportFileSystem(MSPCFileSystem& machine, MSPCProgress& progress)
+        : _machine(machine), _memory(machine, MSPDIMemoryKeeping::Content), _progress(progress) {}
+
+    // Puts a file below `MSPDIMemoryFileSystem::Folder`.
+    void addFile(const std::string& path, std::string content) { _memory.addFile(path, std::move(content)); }
+    // What files are read for from now on; at first "Reading".
+    void setDoing(std::string_view doing) { _doing = doing; }
+    // The path of the new folder that has appeared; empty before.
+    [[nodiscard]] const std::string& newDocument() const { return _newDocument; }
+    // Whether a file of a new folder was read, as an import does when it has read the plan.
+    [[nodiscard]] bool hasReadTemplate() const { return _hasReadTemplate; }
+
+    [[nodiscard]] std::string standardizedPath(std::string_view path) const override;
+    [[nodiscard]] std::string absolutePath(std::string_view path) const override;
+    [[nodiscard]] bool exists(const std::string& path) const override;
+    [[nodiscard]] bool leadsToAnything(const std::string& path) const override;
+    [[nodiscard]] bool isDirectory(const std::string& path) const override;
+    [[nodiscard]] std::optional<std::vector<std::string>> namesIn(const std::string& folder,
+                                                                  std::string* failure = nullptr) const override;
+    [[nodiscard]] std::string resolvedPath(const std::string& path) const override;
+    [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;
+    [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
+                                                      std::string* failure = nullptr) const override;
+    [[nodiscard]] std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const override;
+    [[nodiscard]] std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) override;
+    [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
+    [[nodiscard]] std::optional<std::string> writeAtomically(
+        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
+
+private:
+    class NewFolder;
+    class WatchedSource;
+
+    MSPCFileSystem& _machine;
+    MSPDIMemoryFileSystem _memory;  // reads the machine's files as well
+    MSPCProgress& _progress;
+    std::string _doing = "Reading";
+    std::string _newDocument;
+    mutable bool _hasReadTemplate = false;
+};
