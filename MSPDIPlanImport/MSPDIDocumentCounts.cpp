@@ -14,6 +14,10 @@ std::size_t childrenNamed(const MSPCXMLNode& element, std::string_view name) {
     return count;
 }
 
+bool hasId(const MSPCXMLNode& element, std::string_view id) {
+    return element.attribute("id").stringValue() == id;
+}
+
 std::size_t keysOf(const MSPCXMLNode& list) {
     std::size_t count = 0;
     for (auto data = list.firstChildElement("user-data"); data; data = data.nextSiblingElement("user-data")) {
@@ -29,8 +33,8 @@ std::size_t MSPDITasksIn(const MSPCXMLDocument& scenario) {
     std::size_t pieces = 0;
     const auto root = scenario.root();
     for (auto task = root.firstChildElement("task"); task; task = task.nextSiblingElement("task")) {
-        count += task.attribute("id").stringValue() == "t-1" ? 0 : 1;
-        pieces += task.firstChildElement("split") ? childrenNamed(task, "child-task") : 0;
+        count += hasId(task, "t-1") ? 0U : 1U;
+        pieces += task.firstChildElement("split") ? childrenNamed(task, "child-task") : 0U;
     }
     return count - pieces;
 }
@@ -39,7 +43,7 @@ std::size_t MSPDIResourcesIn(const MSPCXMLDocument& scenario) {
     std::size_t count = 0;
     const auto root = scenario.root();
     for (auto each = root.firstChildElement("resource"); each; each = each.nextSiblingElement("resource")) {
-        count += each.attribute("id").stringValue() == "r-1" ? 0 : 1;
+        count += hasId(each, "r-1") ? 0U : 1U;
     }
     return count;
 }

@@ -193,8 +193,10 @@ void MSPDIPlanImporter::importInto(const std::string& folder, const std::string&
     _documents.insert(result.document);
     _folders.insert(folder);
     if (_options.tellsLosses) {
+        MSPDIAccountOptions withoutPlaces;
+        withoutPlaces.mostPlaces = 0;
         fileSystem.setDoing("Looking for losses");
-        auto account = watching.account(path, std::nullopt, log.warnings(), {.mostPlaces = 0});
+        auto account = watching.account(path, std::nullopt, log.warnings(), withoutPlaces);
         result.account = account.obstacle ? std::nullopt : std::optional(std::move(account));
     }
 }

@@ -24,6 +24,7 @@ kzmsp_compressed(docs/MSPDIImport-many.1 MSPDIImport-many.1.gz)
 kzmsp_compressed(docs/mspdi.1 mspdi.1.gz)
 kzmsp_compressed(docs/mspdi-check.1 mspdi-check.1.gz)
 kzmsp_compressed(docs/mspdi-diff.1 mspdi-diff.1.gz)
+kzmsp_compressed(docs/mspdi-import.1 mspdi-import.1.gz)
 kzmsp_compressed(docs/mspdi-losses.1 mspdi-losses.1.gz)
 kzmsp_compressed(CHANGELOG.md changelog.gz)
 kzmsp_compressed(packaging/changelog.Debian changelog.Debian.gz)
@@ -35,7 +36,7 @@ install(PROGRAMS tools/MSPDIImport-many DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY share/kadenza2 share/mspdi DESTINATION ${CMAKE_INSTALL_DATADIR})
 install(FILES ${documents}/MSPDIImport.1.gz ${documents}/MSPDIImport-many.1.gz ${documents}/mspdi.1.gz
               ${documents}/mspdi-check.1.gz ${documents}/mspdi-diff.1.gz
-              ${documents}/mspdi-losses.1.gz
+              ${documents}/mspdi-import.1.gz ${documents}/mspdi-losses.1.gz
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES completions/MSPDIImport.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         RENAME MSPDIImport)

@@ -14,8 +14,17 @@ _mspdi_documents() {
     done < <(compgen -d -- "$1")
 }
 
+# The empty document that is installed with the program, then folders.
+_mspdi_templates() {
+    local program installed
+    program=$(type -P mspdi)
+    installed=${program%/bin/mspdi}/share/kadenza2/Empty.kdzx
+    [[ -n $program && -d $installed && $installed == "$1"* ]] && COMPREPLY+=("$installed")
+    _mspdi_documents "$1"
+}
+
 _mspdi() {
-    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses check diff' options='--help --json --quiet --version'
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='import losses check diff' options='--help --json --quiet --version'
     COMPREPLY=()
     compopt -o filenames 2>/dev/null
     if ((COMP_CWORD == 1)); then
@@ -23,6 +32,7 @@ _mspdi() {
         return
     fi
     case ${COMP_WORDS[1]} in
+        import) options+=' --as-in-winter --log --name --output --overwrite --template' ;;
         losses) options+=' --all' ;;
         diff) options+=' --scenario' ;;
         -*) return ;;
@@ -31,7 +41,13 @@ _mspdi() {
         mapfile -t COMPREPLY < <(compgen -W "Actual Baseline $(printf 'Baseline%d ' {1..10})" -- "$word")
     elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
-    elif [[ ${COMP_WORDS[1]} == check ]]; then
+    elif [[ ${COMP_WORDS[1]} == import && ${COMP_WORDS[COMP_CWORD - 1]} == --name ]]; then
+        return
+    elif [[ ${COMP_WORDS[1]} == import && ${COMP_WORDS[COMP_CWORD - 1]} == --log ]]; then
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+    elif [[ ${COMP_WORDS[1]} == import && ${COMP_WORDS[COMP_CWORD - 1]} == --template ]]; then
+        _mspdi_templates "$word"
+    elif [[ ${COMP_WORDS[1]} == check || ${COMP_WORDS[1]}/${COMP_WORDS[COMP_CWORD - 1]} =~ ^import/(-o|--output)$ ]]; then
         _mspdi_documents "$word"
     else
         _mspdi_plans "$word"

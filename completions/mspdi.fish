@@ -1,12 +1,27 @@
 # fish completion of mspdi: subcommands, their options, plans and documents.
 
-set -l subcommands losses check diff
+# The empty document that is installed with the program.
+function __mspdi_installed_template
+    set -l program (command -s mspdi)
+    and set -l installed (string replace -r '/bin/mspdi$' '' -- $program)/share/kadenza2/Empty.kdzx
+    and test -d $installed
+    and echo $installed
+end
+
+set -l subcommands import losses check diff
 complete -c mspdi -f
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a losses -d 'Tell what of a plan is lost'
+complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a import -d 'Make documents of plans'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a check -d 'Tell whether documents are sound'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a diff -d 'Tell what differs'
-complete -c mspdi -n "__fish_seen_subcommand_from losses diff" -a "(__fish_complete_suffix .xml)"
+complete -c mspdi -n "__fish_seen_subcommand_from import losses diff" -a "(__fish_complete_suffix .xml)"
 complete -c mspdi -n "__fish_seen_subcommand_from check diff" -a "(__fish_complete_directories)"
+complete -c mspdi -n "__fish_seen_subcommand_from import" -l as-in-winter -d 'Give dates the offset of winter'
+complete -c mspdi -n "__fish_seen_subcommand_from import" -l log -r -F -d 'Add the importer\'s log to this file'
+complete -c mspdi -n "__fish_seen_subcommand_from import" -l name -x -d 'The name of the document'
+complete -c mspdi -n "__fish_seen_subcommand_from import" -l output -s o -x -a "(__fish_complete_directories)" -d 'The folder for the documents'
+complete -c mspdi -n "__fish_seen_subcommand_from import" -l overwrite -d 'Replace a document of that name'
+complete -c mspdi -n "__fish_seen_subcommand_from import" -l template -x -a "(__mspdi_installed_template; __fish_complete_directories)" -d 'The document to begin with'
 complete -c mspdi -n "__fish_seen_subcommand_from losses" -l all -d 'Tell every place'
 complete -c mspdi -n "__fish_seen_subcommand_from diff" -l scenario -x -a "Actual Baseline Baseline(seq 10)" -d 'Compare this scenario'
 complete -c mspdi -l help -s h -d 'Print what there is to type'

@@ -132,8 +132,8 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
 void MSPDIImportReport::tellSummerDates(const MSPDIAccount& account) {
     if (const auto count = summerDatesOf(account); count > 0) {
         _run.out << fmt::format(
-            "    Daylight saving time: {} get it once more than in winter (--as-in-winter imports as in winter)\n",
-            counted(count, "date"));
+            "    Daylight saving time: {} it once more than in winter (--as-in-winter imports as in winter)\n",
+            count == 1 ? "1 date gets" : fmt::format("{} dates get", count));
     }
 }
 
