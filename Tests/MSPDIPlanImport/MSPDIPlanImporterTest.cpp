@@ -246,7 +246,7 @@ TEST_F(PlanImporterTest, ignoresTheSettingsOfTheOtherProgram) {
 }
 
 TEST_F(PlanImporterTest, handsTheImportersLogOn) {
-    world.log.takeLines();
+    world.log.ignoreLines();
     import("/in/Plan.xml");
     EXPECT_THAT(world.log.takeLines(), testing::Contains("Output: '/out/Plan.kdzx'"));
 }
@@ -261,7 +261,8 @@ TEST_F(PlanImporterTest, tellsTheProgressOfReadingMappingAndLooking) {
     const auto& told = progress.told();
     ASSERT_FALSE(told.empty());
     EXPECT_EQ(told.front(), "Reading " + size + " of " + size);
-    EXPECT_THAT(told, testing::IsSupersetOf({"begin Actual", "Looking for losses " + size + " of " + size}));
+    EXPECT_THAT(told, testing::Contains("begin Actual"));
+    EXPECT_THAT(told, testing::Contains("Looking for losses " + size + " of " + size));
     EXPECT_EQ(told.back(), "end");
 }
 

@@ -166,7 +166,9 @@ private:
     class NewFolder final : public MSPCNewFolder {
     public:
         NewFolder(InMemoryFileSystem& files, std::string path, bool replacesOld)
-            : _files(files), _path(std::move(path)), _replacesOld(replacesOld) {}
+            : _files(files), _path(std::move(path)), _replacesOld(replacesOld) {
+            _files.addFolder(_hidden);
+        }
         ~NewFolder() override { _files.eraseTree(_hidden); }
         NewFolder(const NewFolder&) = delete;
         NewFolder& operator=(const NewFolder&) = delete;
