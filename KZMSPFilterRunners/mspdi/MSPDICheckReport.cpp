@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
+#include "MSPDIJSON.h"
 
 namespace {
 
@@ -86,6 +87,5 @@ void MSPDIWriteChecksAsJSON(const std::vector<MSPDICheckedDocument>& documents, 
     for (const auto& document : documents) {
         told.push_back(jsonOf(document));
     }
-    constexpr int indentation = 2;
-    out << JSON{{"documents", std::move(told)}}.dump(indentation, ' ', false, JSON::error_handler_t::replace) << '\n';
+    MSPDIWriteJSON(JSON{{"documents", std::move(told)}}, out);
 }

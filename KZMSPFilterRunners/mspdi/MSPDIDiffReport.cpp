@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
+#include "MSPDIJSON.h"
 
 namespace {
 
@@ -43,6 +44,5 @@ void MSPDIWriteDifferencesAsJSON(const MSPDIDiffSubject& subject, const KZDXDiff
     }
     const JSON json = {
         {"old", subject.old}, {"new", subject.now}, {"scenario", subject.scenario}, {"differences", std::move(told)}};
-    constexpr int indentation = 2;
-    out << json.dump(indentation, ' ', false, JSON::error_handler_t::replace) << '\n';
+    MSPDIWriteJSON(json, out);
 }

@@ -8,6 +8,7 @@
 
 #include "MSPCMessage.h"
 #include "MSPCPath.h"
+#include "MSPDIJSON.h"
 #include "MSPDIKinds.h"
 
 namespace {
@@ -142,9 +143,7 @@ void MSPDIImportReport::finish() {
         return;
     }
     const JSON json = {{"imported", _told->importedCount}, {"plans", std::move(_told->plans)}};
-    constexpr int indentation = 2;
-    // Bytes of a name that are no UTF-8 become U+FFFD.
-    _run.out << json.dump(indentation, ' ', false, JSON::error_handler_t::replace) << '\n';
+    MSPDIWriteJSON(json, _run.out);
 }
 
 std::string MSPDIShellWord(const std::string& text) {

@@ -6,16 +6,11 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
+#include "MSPDIJSON.h"
 
 namespace {
 
 using JSON = nlohmann::ordered_json;
-
-// Bytes of a plan that are no UTF-8 become U+FFFD.
-void write(std::ostream& out, const JSON& json) {
-    constexpr int indentation = 2;
-    out << json.dump(indentation, ' ', false, JSON::error_handler_t::replace);
-}
 
 // A text from a plan on one line, as people may see it, and not much longer than a line.
 std::string shown(std::string_view text) {
@@ -99,6 +94,5 @@ void MSPDIWriteLossesAsJSON(const std::string& plan, const MSPDIAccount& account
         }
         json["fates"] = std::move(byPath);
     }
-    write(out, json);
-    out << '\n';
+    MSPDIWriteJSON(json, out);
 }

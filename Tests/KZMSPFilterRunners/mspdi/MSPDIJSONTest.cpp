@@ -1,0 +1,46 @@
+#include "MSPDIJSON.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+namespace {
+
+using JSON = nlohmann::ordered_json;
+
+std::string written(const JSON& json) {
+    std::ostringstream out;
+    MSPDIWriteJSON(json, out);
+    return out.str();
+}
+
+}  // namespace
+
+TEST(MSPDIJSONTest, isIndentedAndEndsWithALineFeed) {
+    EXPECT_EQ(written({{"count", 2}, {"name", "Paint"}}), "{\n  \"count\": 2,\n  \"name\": \"Paint\"\n}\n");
+}
+
+TEST(MSPDIJSONTest, letsNoTextDriveATerminalOrTurnItsOrderAround) {
+    // DEL, U+0080, U+009F, U+061C, U+200E, U+2028, U+2029, U+202E, U+2066, and what nlohmann-json deals with.
+    EXPECT_EQ(written(JSON(
+                  "a\x7F\xC2\x80\xC2\x9F\xD8\x9C\xE2\x80\x8E\xE2\x80\xA8\xE2\x80\xA9\xE2\x80\xAE\xE2\x81\xA6\x1B\n")),
+              "\"a\\u007f\\u0080\\u009f\\u061c\\u200e\\u2028\\u2029\\u202e\\u2066\\u001b\\n\"\n");
+    EXPECT_EQ(written({{"\xC2\x9B", 1}}), "{\n  \"\\u009b\": 1\n}\n");
+}
+
+TEST(MSPDIJSONTest, leavesLettersOfAllScripts) {
+    EXPECT_EQ(written(JSON("\xC2\xA0\xC3\x9C\xE2\x82\xAC\xF0\x9F\x8F\xA0")),
+              "\"\xC2\xA0\xC3\x9C\xE2\x82\xAC\xF0\x9F\x8F\xA0\"\n");
+}
+
+TEST(MSPDIJSONTest, isTheSameTextToWhoReadsIt) {
+    const JSON json = {{"name",
+                        "a\x7F\xE2\x80\xAE"
+                        "b\xC2\x9B"}};
+    EXPECT_EQ(JSON::parse(written(json)), json);
+}
+
+TEST(MSPDIJSONTest, hasReplacementsForBytesThatAreNoUTF8) {
+    EXPECT_EQ(written(JSON("a\xFF")), "\"a\xEF\xBF\xBD\"\n");
+}
