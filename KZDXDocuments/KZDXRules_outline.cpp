@@ -65,12 +65,12 @@ bool isGroup(const MSPCXMLNode& task) {
 
 void lookAtParents(const KZDXSubject& subject, const KZDXTell& tell) {
     const auto& tasks = subject.scenario.tasks();
-    std::size_t told = tasks.size();
+    std::size_t looked = tasks.size();  // at all children of this one, with one look at it
     for (const auto& child : subject.scenario.childTasks()) {
-        if (child.from != told && !isGroup(tasks[child.from].element)) {
+        if (child.from != looked && !isGroup(tasks[child.from].element)) {
             tell(child.element, "the task has child tasks, but is neither a group nor split");
-            told = child.from;
         }
+        looked = child.from;
     }
 }
 

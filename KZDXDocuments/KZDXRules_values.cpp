@@ -203,15 +203,26 @@ void lookAtWords(const KZDXSubject& subject, const KZDXTell& tell) {
     }
 }
 
-// What every task and resource of an import has. The pieces of a split task have no type of their own.
-void lookForMissingValues(const KZDXSubject& subject, const KZDXTell& tell) {
-    const auto& tasks = subject.scenario.tasks();
+// Which tasks are pieces of a split one. A group is asked once, not for each of its children.
+std::vector<bool> piecesIn(const KZDXScenario& scenario) {
+    const auto& tasks = scenario.tasks();
+    std::vector<bool> isSplit;
+    for (const auto& task : tasks) {
+        isSplit.push_back(static_cast<bool>(task.element.firstChildElement("split")));
+    }
     std::vector<bool> isPiece(tasks.size(), false);
-    for (const auto& child : subject.scenario.childTasks()) {
-        if (child.to && tasks[child.from].element.firstChildElement("split")) {
+    for (const auto& child : scenario.childTasks()) {
+        if (child.to && isSplit[child.from]) {
             isPiece[*child.to] = true;
         }
     }
+    return isPiece;
+}
+
+// What every task and resource of an import has. The pieces of a split task have no type of their own.
+void lookForMissingValues(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto& tasks = subject.scenario.tasks();
+    const auto isPiece = piecesIn(subject.scenario);
     const auto top = subject.scenario.topTask();
     for (std::size_t task = 0; task < tasks.size(); ++task) {
         const auto& element = tasks[task].element;

@@ -58,6 +58,12 @@ void walkAsAWhole(const std::string& planPath, const MSPCServices& services, con
     walk.finish();
 }
 
+// What is no plan at all; a plan that is refused for what it holds can still be looked at. A lack of memory says
+// nothing about the plan.
+bool isObstacle(const std::optional<MSPDIRefusal>& refusal) {
+    return refusal && (refusal->name == "MSPIMapperException" || refusal->name == "std::bad_alloc");
+}
+
 }  // namespace
 
 MSPDIAccountOfImport::MSPDIAccountOfImport(const MSPCServices& services)
@@ -88,8 +94,7 @@ MSPDIAccount MSPDIAccountOfImport::account(const std::string& planPath, const st
                                            const MSPDIAccountOptions& options) {
     MSPDIAccount account;
     try {
-        // What is no plan at all; a plan that is refused for what it holds can still be looked at.
-        if (!sawPlan() || (refusal && refusal->name == "MSPIMapperException")) {
+        if (isObstacle(refusal) || !sawPlan()) {
             account.obstacle = refusal ? refusal->sentence() : "no plan";
             return account;
         }

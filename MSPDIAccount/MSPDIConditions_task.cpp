@@ -38,7 +38,7 @@ MSPDIJudgement ofRoot(const MSPDILeaf& leaf) {
         const bool saysNothing = leaf.text.empty() || leaf.item.facts.isProjectName(leaf.text);
         return saysNothing ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, "summary-task");
     }
-    if (name == "Notes" || name == "FixedCost") {
+    if (name == "Notes" || name == "FixedCost" || name == "Priority") {
         return lostUnlessDefault(leaf);
     }
     return MSPDIFate::Derived;
@@ -114,7 +114,10 @@ Link fateOfLink(const MSPDILeaf& leaf, const MSPCXMLNode& link) {
     if (count > 1 && leaf.item.lastChild(leaf.item.node, "Baseline").count > 0) {
         return Link::InSomeScenario;  // where only one of them has the baseline
     }
-    return count == 1 ? Link::Carried : Link::Dropped;
+    if (count != 1) {
+        return Link::Dropped;
+    }
+    return leaf.item.facts.isMapped(*uid) ? Link::Carried : Link::LeadsNowhere;
 }
 
 Link linkOf(const MSPDILeaf& leaf) {
@@ -209,6 +212,8 @@ MSPDIJudgement linkPredecessor(const MSPDILeaf& leaf) {
             return MSPDIFate::Carried;
         case Link::InSomeScenario:
             return MSPDIFate::Shaping;
+        case Link::LeadsNowhere:  // to an empty row or the project's summary task
+            return {MSPDIFate::Changed, "dropped-link"};
         default:
             return {MSPDIFate::Lost, "dropped-link"};
     }
@@ -217,11 +222,11 @@ MSPDIJudgement linkPredecessor(const MSPDILeaf& leaf) {
 MSPDIJudgement linkType(const MSPDILeaf& leaf) {
     constexpr std::int64_t lastType = 3;
     const auto link = linkOf(leaf);
-    if (link == Link::InSomeScenario || (link == Link::Carried && !leaf.isOnlyOfItsName())) {
-        return MSPDIFate::Shaping;
-    }
     if (link == Link::Dropped) {
         return MSPDIFate::Default;
+    }
+    if (link == Link::InSomeScenario || !leaf.isOnlyOfItsName()) {
+        return MSPDIFate::Shaping;
     }
     const auto type = scanInteger64(leaf.text).value_or(-1);
     return type >= 0 && type <= lastType ? MSPDIJudgement(MSPDIFate::Carried)

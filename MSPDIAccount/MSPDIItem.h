@@ -49,7 +49,7 @@ struct MSPDIExceptionFacts {
 };
 
 struct MSPDILinkFacts {
-    enum class Fate { Carried, Dropped, InSomeScenario };
+    enum class Fate { Carried, LeadsNowhere, Dropped, InSomeScenario };
     Fate fate = Fate::Dropped;
 };
 

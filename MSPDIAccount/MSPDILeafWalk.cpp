@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "MSPCCharacters.h"
 #include "MSPCException.h"
+#include "MSPCMessage.h"
 #include "MSPDIConditions.h"
 #include "MSPDIKinds.h"
 #include "MSPDIValues.h"
@@ -30,6 +32,12 @@ bool isLeaf(const MSPCXMLNode& node) {
 std::string_view withoutPrefix(std::string_view name) {
     const auto colon = name.rfind(':');
     return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+// Bytes that are no UTF-8, which only broken markup has in a name, as escapes: one character for all of them would make
+// two paths alike.
+void appendName(std::string_view name, std::string& path) {
+    path += MSPCIsUTF8(name) ? name : MSPCShownText(name).view();
 }
 
 // The lists whose elements are looked at together with all that they hold.
@@ -313,8 +321,11 @@ void MSPDILeafWalk::tellOfItem(const MSPDIItem& item) {
         }
     } else if (isListOf(item, "ExtendedAttribute")) {
         const auto& definition = _facts.definitions[item.position];
-        if (definition.isLast && definition.isShownByTask && _facts.isMissingInTOC(definition.name)) {
+        if (definition.isLast && definition.isShownByTask && _facts.isMissingInTOC(definition.name, true)) {
             tell("unregistered-field", item, definition.name);
+        }
+        if (definition.isLast && definition.isShownByResource && _facts.isMissingInTOC(definition.name, false)) {
+            tell("unregistered-resource-field", item, definition.name);
         }
     }
 }
@@ -452,7 +463,7 @@ std::string MSPDILeafWalk::path() const {
     std::string path;
     for (const auto& step : _steps) {
         path += '/';
-        path += step.name;
+        appendName(step.name, path);
         if (&step != &_steps.front()) {
             path += fmt::format("[{}]", numberOf(step));
         }
@@ -465,7 +476,7 @@ std::string MSPDILeafWalk::elementPath() const {
     for (const auto& step : _steps) {
         if (&step != &_steps.front()) {
             path += path.empty() ? "" : "/";
-            path += step.name;
+            appendName(step.name, path);
         }
     }
     return path;

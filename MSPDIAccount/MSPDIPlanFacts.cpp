@@ -161,7 +161,8 @@ void MSPDIPlanFacts::readValues(const MSPCXMLNode& owner, bool isShown, bool isT
             const bool arrives = isShown && value.firstChildElement("Value");
             definition.isUsed = true;
             definition.isShown = definition.isShown || arrives;
-            definition.isShownByTask = definition.isShownByTask || (arrives && isTask);
+            auto& isShownByThese = isTask ? definition.isShownByTask : definition.isShownByResource;
+            isShownByThese = isShownByThese || arrives;
         }
     }
 }
@@ -224,6 +225,9 @@ void MSPDIPlanFacts::readScenario(MSPIPlan& plan, const MSPIImportInfo& info, co
         _hasTOC = true;
         for (const auto& key : nodesForXQuery(kdzxTOC.root(), "project/task-user-data-keys/user-data/key")) {
             _taskKeys.insert(key.stringValue());
+        }
+        for (const auto& key : nodesForXQuery(kdzxTOC.root(), "project/resource-user-data-keys/user-data/key")) {
+            _resourceKeys.insert(key.stringValue());
         }
     }
     std::vector<bool> isThere(tasks.size(), true);
@@ -290,6 +294,10 @@ std::size_t MSPDIPlanFacts::tasksWithUID(std::int64_t uid) const {
     return static_cast<std::size_t>(last - first);
 }
 
+bool MSPDIPlanFacts::isMapped(std::int64_t taskUID) const {
+    return _taskByUID.contains(taskUID);
+}
+
 bool MSPDIPlanFacts::isSplit(std::size_t task, int scenario) const {
     return (tasks[task].splitScenarios & bitOf(scenario)) != 0;
 }
@@ -319,6 +327,6 @@ bool MSPDIPlanFacts::isProjectName(std::string_view text) const {
     return std::find(_projectNames.begin(), _projectNames.end(), text) != _projectNames.end();
 }
 
-bool MSPDIPlanFacts::isMissingInTOC(std::string_view field) const {
-    return _hasTOC && !_taskKeys.contains(field);
+bool MSPDIPlanFacts::isMissingInTOC(std::string_view field, bool isOfTasks) const {
+    return _hasTOC && !(isOfTasks ? _taskKeys : _resourceKeys).contains(field);
 }

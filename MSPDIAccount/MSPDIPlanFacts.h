@@ -62,6 +62,7 @@ struct MSPDIDefinitionFacts {
     bool isUsed = false;   // by a task or resource
     bool isShown = false;  // a value of it arrives
     bool isShownByTask = false;
+    bool isShownByResource = false;
 };
 
 class MSPDIPlanFacts {
@@ -83,6 +84,8 @@ public:
     [[nodiscard]] std::optional<std::size_t> definitionOf(std::string_view fieldID) const;
     // How many tasks have a UID, as the look-up for links counts them.
     [[nodiscard]] std::size_t tasksWithUID(std::int64_t uid) const;
+    // Whether a task with that UID becomes one of the document; the project's summary task and empty rows do not.
+    [[nodiscard]] bool isMapped(std::int64_t taskUID) const;
     [[nodiscard]] bool isSplit(std::size_t task, int scenario) const;
     // The target date at which a split task ends; empty where it is not known.
     [[nodiscard]] std::string_view splitEnd(std::size_t task, int scenario) const;
@@ -91,8 +94,8 @@ public:
     [[nodiscard]] std::string kdzxDateOf(std::string_view date) const;
     // Whether a text is the title that the document gets, or the plan's own name.
     [[nodiscard]] bool isProjectName(std::string_view text) const;
-    // Whether a custom field of tasks has no key in the table of contents; false where there is none.
-    [[nodiscard]] bool isMissingInTOC(std::string_view field) const;
+    // Whether a custom field of tasks, or of resources, has no key in the table of contents; false where there is none.
+    [[nodiscard]] bool isMissingInTOC(std::string_view field, bool isOfTasks) const;
     [[nodiscard]] static std::uint16_t bitOf(int scenario) { return static_cast<std::uint16_t>(1U << (scenario + 1)); }
 
     bool hasPlan = false;  // a project was there to look at
@@ -129,6 +132,7 @@ private:
     MSPIUtilities _conversions;
     bool _hasTOC = false;
     std::set<std::string, std::less<>> _taskKeys;  // of custom fields in the table of contents
+    std::set<std::string, std::less<>> _resourceKeys;
     std::vector<std::string> _projectNames;
     std::map<std::pair<std::size_t, int>, std::string> _splitEnds;  // by task and scenario
     std::vector<double> _taskUIDs;                                  // of all tasks, sorted

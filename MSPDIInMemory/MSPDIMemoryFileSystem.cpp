@@ -38,24 +38,24 @@ std::map<std::string, std::string> MSPDIMemoryFileSystem::takeFilesBelow(const s
 }
 
 std::string MSPDIMemoryFileSystem::standardizedPath(std::string_view path) const {
-    return isInMemory(path) ? std::string(path) : _readOnly.standardizedPath(path);
+    return isInMemory(path) ? std::string(path) : MSPDIReadOnlyFileSystem::standardizedPath(path);
 }
 
 std::string MSPDIMemoryFileSystem::absolutePath(std::string_view path) const {
-    return isInMemory(path) ? std::string(path) : _readOnly.absolutePath(path);
+    return isInMemory(path) ? std::string(path) : MSPDIReadOnlyFileSystem::absolutePath(path);
 }
 
 bool MSPDIMemoryFileSystem::exists(const std::string& path) const {
-    return isInMemory(path) ? _files.contains(path) || isDirectory(path) : _readOnly.exists(path);
+    return isInMemory(path) ? _files.contains(path) || isDirectory(path) : MSPDIReadOnlyFileSystem::exists(path);
 }
 
 bool MSPDIMemoryFileSystem::leadsToAnything(const std::string& path) const {
-    return isInMemory(path) ? exists(path) : _readOnly.leadsToAnything(path);
+    return isInMemory(path) ? exists(path) : MSPDIReadOnlyFileSystem::leadsToAnything(path);
 }
 
 bool MSPDIMemoryFileSystem::isDirectory(const std::string& path) const {
     if (!isInMemory(path)) {
-        return _readOnly.isDirectory(path);
+        return MSPDIReadOnlyFileSystem::isDirectory(path);
     }
     const auto below = _files.lower_bound(path + "/");
     return path == Folder || (below != _files.end() && isBelow(below->first, path));
@@ -64,7 +64,7 @@ bool MSPDIMemoryFileSystem::isDirectory(const std::string& path) const {
 std::optional<std::vector<std::string>> MSPDIMemoryFileSystem::namesIn(const std::string& folder,
                                                                        std::string* failure) const {
     if (!isInMemory(folder)) {
-        return _readOnly.namesIn(folder, failure);
+        return MSPDIReadOnlyFileSystem::namesIn(folder, failure);
     }
     if (!isDirectory(folder)) {
         if (failure != nullptr) {
@@ -82,21 +82,21 @@ std::optional<std::vector<std::string>> MSPDIMemoryFileSystem::namesIn(const std
 
 std::string MSPDIMemoryFileSystem::resolvedPath(const std::string& path) const {
     if (!isInMemory(path)) {
-        return _readOnly.resolvedPath(path);
+        return MSPDIReadOnlyFileSystem::resolvedPath(path);
     }
     return exists(path) ? path : std::string();
 }
 
 bool MSPDIMemoryFileSystem::isSameFile(const std::string& first, const std::string& second) const {
     if (!isInMemory(first) && !isInMemory(second)) {
-        return _readOnly.isSameFile(first, second);
+        return MSPDIReadOnlyFileSystem::isSameFile(first, second);
     }
     return first == second && exists(first);
 }
 
 std::optional<std::string> MSPDIMemoryFileSystem::readFile(const std::string& path, std::string* failure) const {
     if (!isInMemory(path)) {
-        return _readOnly.readFile(path, failure);
+        return MSPDIReadOnlyFileSystem::readFile(path, failure);
     }
     return contentOf(_files, path, failure);
 }
@@ -111,7 +111,7 @@ std::optional<std::string> MSPDIMemoryFileSystem::contentOf(const Files& files, 
 }
 
 std::unique_ptr<MSPCByteSource> MSPDIMemoryFileSystem::openFile(const std::string& path) const {
-    return isInMemory(path) ? MSPCFileSystem::openFile(path) : _readOnly.openFile(path);
+    return isInMemory(path) ? MSPCFileSystem::openFile(path) : MSPDIReadOnlyFileSystem::openFile(path);
 }
 
 // A new folder keeps its files to itself until it appears.
@@ -176,13 +176,13 @@ std::unique_ptr<MSPCNewFolder> MSPDIMemoryFileSystem::newFolder(const std::strin
 
 // An empty folder is not remembered: whatever is written later makes it.
 std::optional<std::string> MSPDIMemoryFileSystem::createFolder(const std::string& path) {
-    return isInMemory(path) ? std::nullopt : std::optional(std::string(readOnlyPlace));
+    return isInMemory(path) ? std::nullopt : MSPDIReadOnlyFileSystem::createFolder(path);
 }
 
 std::optional<std::string> MSPDIMemoryFileSystem::writeAtomically(const std::string& path,
                                                                   const std::function<void(MSPCByteSink&)>& produce) {
     if (!isInMemory(path)) {
-        return std::string(readOnlyPlace);
+        return MSPDIReadOnlyFileSystem::writeAtomically(path, produce);
     }
     keep(_files, path, produce);
     return std::nullopt;

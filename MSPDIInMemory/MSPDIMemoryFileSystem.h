@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-#include "MSPCFileSystem.h"
+#include "MSPDIReadOnlyFileSystem.h"
 
 // What becomes of the content that is written into a file system in memory.
 enum class MSPDIMemoryKeeping {
@@ -13,13 +13,13 @@ enum class MSPDIMemoryKeeping {
 
 // Another file system, usually the machine's, that is only read, with a folder of its own in memory that can be written
 // to as well. What is written below that folder never reaches the other one; nothing can be written anywhere else.
-class MSPDIMemoryFileSystem final : public MSPCFileSystem {
+class MSPDIMemoryFileSystem final : public MSPDIReadOnlyFileSystem {
 public:
     // The path of the folder in memory. It hides what the other file system has there.
     static constexpr std::string_view Folder = "/(in memory)";
 
     explicit MSPDIMemoryFileSystem(const MSPCFileSystem& readOnly, MSPDIMemoryKeeping keeping)
-        : _readOnly(readOnly), _keeping(keeping) {}
+        : MSPDIReadOnlyFileSystem(readOnly), _keeping(keeping) {}
 
     // Puts a file with all its folders below `Folder`.
     void addFile(const std::string& path, std::string content);
@@ -51,7 +51,6 @@ private:
                                                               std::string* failure);
     void keep(Files& files, const std::string& path, const std::function<void(MSPCByteSink&)>& produce) const;
 
-    const MSPCFileSystem& _readOnly;
     MSPDIMemoryKeeping _keeping;
     Files _files;
 };

@@ -28,8 +28,8 @@ MSPDIMemoryImport MSPDIImportInMemory(const std::string& planPath, const MSPCSer
 
     MSPCNoLog noLog;
     MSPDIVerdictLog log(noLog);
-    const MSPCServices ofImport{services.clock, services.timeZone,     log,
-                                services.userDefaults, fileSystem, services.randomSource,
+    const MSPCServices ofImport{services.clock,        services.timeZone,   log,
+                                services.userDefaults, fileSystem,          services.randomSource,
                                 MSPCNoProgress(),      services.seasonClock};
     MSPIXMLImporter importer(std::move(info), ofImport, std::move(mapScenario));
     const bool isImported =

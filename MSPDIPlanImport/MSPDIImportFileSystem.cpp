@@ -80,43 +80,6 @@ private:
     MSPDIImportFileSystem& _fileSystem;
 };
 
-std::string MSPDIImportFileSystem::standardizedPath(std::string_view path) const {
-    return _memory.standardizedPath(path);
-}
-
-std::string MSPDIImportFileSystem::absolutePath(std::string_view path) const {
-    return _memory.absolutePath(path);
-}
-
-bool MSPDIImportFileSystem::exists(const std::string& path) const {
-    return _memory.exists(path);
-}
-
-bool MSPDIImportFileSystem::leadsToAnything(const std::string& path) const {
-    return _memory.leadsToAnything(path);
-}
-
-bool MSPDIImportFileSystem::isDirectory(const std::string& path) const {
-    return _memory.isDirectory(path);
-}
-
-std::optional<std::vector<std::string>> MSPDIImportFileSystem::namesIn(const std::string& folder,
-                                                                       std::string* failure) const {
-    return _memory.namesIn(folder, failure);
-}
-
-std::string MSPDIImportFileSystem::resolvedPath(const std::string& path) const {
-    return _memory.resolvedPath(path);
-}
-
-bool MSPDIImportFileSystem::isSameFile(const std::string& first, const std::string& second) const {
-    return _memory.isSameFile(first, second);
-}
-
-std::optional<std::string> MSPDIImportFileSystem::readFile(const std::string& path, std::string* failure) const {
-    return _memory.readFile(path, failure);
-}
-
 std::unique_ptr<MSPCByteSource> MSPDIImportFileSystem::openFile(const std::string& path) const {
     auto source = _memory.openFile(path);
     return source ? std::make_unique<WatchedSource>(std::move(source), *this) : nullptr;

@@ -3,18 +3,21 @@
 #include <string>
 #include <string_view>
 
-#include "MSPCFileSystem.h"
 #include "MSPDIMemoryFileSystem.h"
+#include "MSPDIReadOnlyFileSystem.h"
 
 class MSPCProgress;
 
 // The machine's file system for one import. A plan, or a template, may lie in memory instead; how far files are read is
 // told to whoever waits; and where the new folder has appeared is kept.
-class MSPDIImportFileSystem final : public MSPCFileSystem {
+class MSPDIImportFileSystem final : public MSPDIReadOnlyFileSystem {
 public:
     // Both outlive this object.
     MSPDIImportFileSystem(MSPCFileSystem& machine, MSPCProgress& progress)
-        : _machine(machine), _memory(machine, MSPDIMemoryKeeping::Content), _progress(progress) {}
+        : MSPDIReadOnlyFileSystem(_memory),
+          _machine(machine),
+          _memory(machine, MSPDIMemoryKeeping::Content),
+          _progress(progress) {}
 
     // Puts a file below `MSPDIMemoryFileSystem::Folder`.
     void addFile(const std::string& path, std::string content) { _memory.addFile(path, std::move(content)); }
@@ -25,17 +28,6 @@ public:
     // Whether a file of a new folder was read, as an import does when it has read the plan.
     [[nodiscard]] bool hasReadTemplate() const { return _hasReadTemplate; }
 
-    [[nodiscard]] std::string standardizedPath(std::string_view path) const override;
-    [[nodiscard]] std::string absolutePath(std::string_view path) const override;
-    [[nodiscard]] bool exists(const std::string& path) const override;
-    [[nodiscard]] bool leadsToAnything(const std::string& path) const override;
-    [[nodiscard]] bool isDirectory(const std::string& path) const override;
-    [[nodiscard]] std::optional<std::vector<std::string>> namesIn(const std::string& folder,
-                                                                  std::string* failure = nullptr) const override;
-    [[nodiscard]] std::string resolvedPath(const std::string& path) const override;
-    [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second) const override;
-    [[nodiscard]] std::optional<std::string> readFile(const std::string& path,
-                                                      std::string* failure = nullptr) const override;
     [[nodiscard]] std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const override;
     [[nodiscard]] std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) override;
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;

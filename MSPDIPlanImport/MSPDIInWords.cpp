@@ -22,7 +22,10 @@ constexpr std::array reasons = {
     Words{"MS Project 'Standard' Calendar not found.", "the plan has no base calendar named Standard"},
     Words{"MSPDI 'Standard' Calendar is not a base calendar.", "the plan's Standard calendar is no base calendar"},
     Words{"Invalid value of 'Type' in 'Resource'", "a resource is neither work nor material: a cost resource perhaps"},
-    Words{"This does not seem like a MS Project root task.", "the plan has no tasks of its own"},
+    Words{"This does not seem like a MS Project root task.",
+          "the task with the number 0 does not "
+          "stand for the project; mostly the plan "
+          "has no tasks"},
     Words{"Duplicate tasks with UID=0", "two tasks have the number 0, which is the project's own"},
     Words{"Parent task was not assigned a type.", "a summary task has interrupted work of its own"},
     Words{"Unexpected MSPDI Task Type", "a task is of an unknown type"},
@@ -34,8 +37,9 @@ constexpr std::array reasons = {
     Words{"Not a valid MSPDI date-time", "a date has a time zone"},
     Words{"Failed to get UID from", "a task or resource has no number"},
     Words{"Invalid format of MSPDI", "a task or resource has a number below 0"},
-    Words{"MSPIXMLImporter.importMSPDIData: Source must be a MS Project XML", "neither .xml nor .mspxml; in Microsoft "
-                                                                             "Project, save it as XML"},
+    Words{"MSPIXMLImporter.importMSPDIData: Source must be a MS Project XML",
+          "neither .xml nor .mspxml; in Microsoft "
+          "Project, save it as XML"},
     Words{"Too m", "the document would be out of all proportion to the plan"},
 };
 
@@ -58,8 +62,8 @@ std::string_view wordsFor(const MSPDIRefusal& refusal) {
     if (reason.empty()) {
         return refusal.name.empty() ? "" : "interrupted work lies where there is no working time, on a weekend perhaps";
     }
-    const auto* found = std::ranges::find_if(
-        reasons, [reason](const Words& entry) { return reason.starts_with(entry.beginning); });
+    const auto* found =
+        std::ranges::find_if(reasons, [reason](const Words& entry) { return reason.starts_with(entry.beginning); });
     return found == reasons.end() ? std::string_view() : found->words;
 }
 

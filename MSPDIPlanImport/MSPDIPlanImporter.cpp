@@ -64,8 +64,12 @@ std::vector<std::string> inWords(const std::vector<std::string>& warnings) {
     return words;
 }
 
+std::string inMemory(const std::string& name) {
+    return pathByAppendingComponent(MSPDIMemoryFileSystem::Folder, name);
+}
+
 std::string withBuiltInTemplate(MSPDIImportFileSystem& fileSystem) {
-    auto folder = pathByAppendingComponent(MSPDIMemoryFileSystem::Folder, "Empty.kdzx");
+    auto folder = inMemory("Empty.kdzx");
     for (const auto& [name, content] : MSPDIEmptyDocument()) {
         fileSystem.addFile(pathByAppendingComponent(folder, name), std::string(content));
     }
@@ -148,16 +152,17 @@ std::optional<std::string> MSPDIPlanImporter::makeFolder(const std::string& fold
 }
 
 MSPCURL MSPDIPlanImporter::destinationFor(const std::string& path, const std::string& folder) const {
-    const auto bundlePath = _options.documentName
-                                ? pathByAppendingComponent(folder, pathByAppendingExtension(*_options.documentName, "kdzx"))
-                                : MSPDIBundlePath(folder, path, false);
+    const auto bundlePath =
+        _options.documentName
+            ? pathByAppendingComponent(folder, pathByAppendingExtension(*_options.documentName, "kdzx"))
+            : MSPDIBundlePath(folder, path, false);
     return MSPCURL::fileURL(bundlePath, true);
 }
 
 MSPIImportInfo MSPDIPlanImporter::infoFor(const std::string& path, const MSPCURL& destination,
                                           MSPDIImportFileSystem& fileSystem) const {
-    const auto templatePath = _options.templateFolder ? fileSystem.absolutePath(*_options.templateFolder)
-                                                      : withBuiltInTemplate(fileSystem);
+    const auto templatePath =
+        _options.templateFolder ? fileSystem.absolutePath(*_options.templateFolder) : withBuiltInTemplate(fileSystem);
     MSPIImportInfo info;
     info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(path));
     info.kdzxTemplateURL = MSPCURL::fileURL(templatePath, true);
@@ -168,18 +173,29 @@ MSPIImportInfo MSPDIPlanImporter::infoFor(const std::string& path, const MSPCURL
     return info;
 }
 
+// The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory.
 void MSPDIPlanImporter::importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result) {
+    auto bytes = _services.fileSystem.openFile(path) ? std::nullopt : _services.fileSystem.readFile(path);
+    importOnce(folder, path, std::move(bytes), result);
+}
+
+void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string& path, std::optional<std::string> bytes,
+                                   MSPDIImportedPlan& result) {
     MSPDIImportFileSystem fileSystem(_services.fileSystem, _services.progress);
+    const auto source = bytes ? inMemory(lastPathComponent(path)) : path;
+    if (bytes) {
+        fileSystem.addFile(source, *std::exchange(bytes, std::nullopt));
+    }
     MSPDIVerdictLog log(_services.log);
-    const MSPCServices ofImport{_services.clock,        _services.timeZone, log,
-                                _services.userDefaults, fileSystem,         _services.randomSource,
+    const MSPCServices ofImport{_services.clock,        _services.timeZone,   log,
+                                _services.userDefaults, fileSystem,           _services.randomSource,
                                 _services.progress,     _services.seasonClock};
     MSPDIAccountOfImport watching(ofImport);
     auto mapScenario = _options.tellsLosses ? watching.watchedMapping() : MSPIScenarioMapping(MSPIMapScenario);
     const auto destination = destinationFor(path, folder);
     MSPIXMLImporter importer(infoFor(path, destination, fileSystem), ofImport,
                              counted(std::move(mapScenario), result.counts));
-    const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(path, false), destination);
+    const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
     result.warnings = inWords(log.warnings());
     if (!isImported) {
         result.counts = {};
@@ -196,7 +212,7 @@ void MSPDIPlanImporter::importInto(const std::string& folder, const std::string&
         MSPDIAccountOptions withoutPlaces;
         withoutPlaces.mostPlaces = 0;
         fileSystem.setDoing("Looking for losses");
-        auto account = watching.account(path, std::nullopt, log.warnings(), withoutPlaces);
+        auto account = watching.account(source, std::nullopt, log.warnings(), withoutPlaces);
         result.account = account.obstacle ? std::nullopt : std::optional(std::move(account));
     }
 }

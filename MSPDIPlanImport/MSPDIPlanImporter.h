@@ -49,7 +49,8 @@ struct MSPDIImportedPlan {
 };
 
 // Imports plans one after another, each by an importer of its own, exactly as MSPDIImport does, but for this: of a plan
-// that is refused, or fails, nothing stays behind, and what it was to replace stands. Settings of the user play no part.
+// that is refused, or fails, nothing stays behind, and what it was to replace stands. Settings of the user play no
+// part.
 class MSPDIPlanImporter {
 public:
     // The services outlive the importer; the log gets what the importer says.
@@ -70,6 +71,9 @@ private:
     [[nodiscard]] MSPIImportInfo infoFor(const std::string& path, const MSPCURL& destination,
                                          MSPDIImportFileSystem& fileSystem) const;
     void importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result);
+    // `bytes` stand for the content of the plan's file, where they are given.
+    void importOnce(const std::string& folder, const std::string& path, std::optional<std::string> bytes,
+                    MSPDIImportedPlan& result);
 
     const MSPCServices& _services;
     MSPDIPlanImportOptions _options;

@@ -120,7 +120,8 @@ void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& tem
     MSPIImportInfo info;
     info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(inputPath));
     info.kdzxTemplateURL = templateURL;
-    info.replacesOldBundle = _overwritesTarget && MSPDIMayBeReplaced(bundlePath, {templateURL.path(), inputPath}, _services.fileSystem);
+    info.replacesOldBundle =
+        _overwritesTarget && MSPDIMayBeReplaced(bundlePath, {templateURL.path(), inputPath}, _services.fileSystem);
     info.bundleNumbers = _bundleNumbers;
     _lastResult = _importFile(info, _services, source, destination);
     _services.log.log("### Importer {}.", _lastResult ? "SUCCEEDED" : "FAILED");

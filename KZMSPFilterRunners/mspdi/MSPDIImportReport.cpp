@@ -126,8 +126,8 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
         return;
     }
     tellSummerDates(*imported.account);
-    out << "    Lost or changed: " << lossesInOneLine(*imported.account)
-        << "; all of it: mspdi losses " << MSPCShownText(MSPDIShellWord(plan)).view() << '\n';
+    out << "    Lost or changed: " << lossesInOneLine(*imported.account) << "; all of it: mspdi losses "
+        << MSPCShownText(MSPDIShellWord(plan)).view() << '\n';
 }
 
 void MSPDIImportReport::tellSummerDates(const MSPDIAccount& account) {
@@ -147,8 +147,7 @@ void MSPDIImportReport::finish() {
 }
 
 std::string MSPDIShellWord(const std::string& text) {
-    constexpr std::string_view plain =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_./-+,:@%=";
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_./-+,:@%=";
     // What begins with a dash would be taken for an option.
     const auto word = text.starts_with('-') ? "./" + text : text;
     if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) {

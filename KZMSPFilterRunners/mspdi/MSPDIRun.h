@@ -20,7 +20,8 @@ struct MSPDIRun {
     std::ostream& out;  // results, and nothing else
     std::ostream& err;  // everything else
     bool isColored = false;
-    std::string installedTemplate{};  // where the empty document of the installation would be; empty where none is known
+    std::string
+        installedTemplate{};  // where the empty document of the installation would be; empty where none is known
     bool isJSON = false;
     bool isQuiet = false;
     MSPDIStatus status = MSPDIStatus::NothingToTell;

@@ -13,6 +13,7 @@
 #include "MSPCSettingsFile.h"
 #include "MSPCTerminal.h"
 #include "MSPDIProgram.h"
+#include "MSPDIRun.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ std::string installedTemplate(const MSPCFileSystem& fileSystem) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    MSPCProcessGuard::endAtLackOfMemory();
+    MSPCProcessGuard::endAtLackOfMemory("mspdi: not enough memory\n", static_cast<int>(MSPDIStatus::CouldNotLook));
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
     const MSPCProcessGuard guard(log);
     auto timeZone = MSPCTimeZone::ofProcess(log);

@@ -6,15 +6,19 @@
 #include "MSPDIAccountOfPlan.h"
 #include "ServicesInMemory.h"
 
-// What becomes of a plan with this content beside a start, a calendar named Standard (number 1) and a save version.
+// A plan with this content beside a start, a calendar named Standard (number 1) and a save version.
+inline std::string planWith(const std::string& content, const std::string& settings) {
+    return R"(<Project xmlns="http://schemas.microsoft.com/project">)" + settings +
+           "<StartDate>2012-01-09T08:00:00</StartDate><Calendars><Calendar><UID>1</UID><Name>Standard</Name>"
+           "<IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars>" +
+           content + "</Project>";
+}
+
+// What becomes of it.
 struct AccountOfPlan {
     explicit AccountOfPlan(const std::string& content, const std::string& settings = "<SaveVersion>14</SaveVersion>") {
         ServicesInMemory world;
-        world.machine.addFile("/plans/Plan.xml",
-                              R"(<Project xmlns="http://schemas.microsoft.com/project">)" + settings +
-                                  "<StartDate>2012-01-09T08:00:00</StartDate><Calendars><Calendar><UID>1</UID>"
-                                  "<Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars>" +
-                                  content + "</Project>");
+        world.machine.addFile("/plans/Plan.xml", planWith(content, settings));
         MSPDIAccountOptions options;
         options.mostPlaces = 100;
         options.visitLeaf = [this](const std::string& path, MSPDIFate fate) {

@@ -4,12 +4,15 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <limits>
 #include <random>
+#include <sstream>
 
+#include "AccountOfPlan.h"
 #include "AccountsOfPlan.h"
 #include "ChangedPlan.h"
+#include "CorpusPlans.h"
+#include "KindPlans.h"
 #include "MangledPlan.h"
 #include "OtherValue.h"
 
@@ -21,30 +24,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr unsigned seed = 20261121;
-constexpr std::size_t leavesOfEachPlan = 60;
+// KZMSP_FATES is another seed, and how many leaves of each plan: "7 500".
+struct Draw {
+    unsigned seed = 20261121;
+    std::size_t leavesOfEachPlan = 60;
+};
 
-fs::path corpusFolder() {
-    const char* named = std::getenv("KZMSP_CORPUS");
-    return named != nullptr ? fs::path(named) : fs::path(KZMSP_SOURCE).parent_path() / "shared" / "corpus";
-}
-
-std::vector<std::string> corpusPlans() {
-    std::vector<std::string> plans;
-    if (fs::is_directory(corpusFolder())) {
-        for (const auto& entry : fs::directory_iterator(corpusFolder())) {
-            if (entry.path().extension() == ".xml") {
-                plans.push_back(entry.path().filename().string());
-            }
-        }
+Draw drawWanted() {
+    Draw draw;
+    if (const char* wanted = std::getenv("KZMSP_FATES")) {
+        std::istringstream(wanted) >> draw.seed >> draw.leavesOfEachPlan;
     }
-    std::sort(plans.begin(), plans.end());
-    return plans;
-}
-
-std::string bytesOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    return draw;
 }
 
 bool isRemovable(MSPDIFate fate) {
@@ -66,7 +57,7 @@ void findCulprits(const ChangedPlan& plan, const std::vector<std::string>& paths
 }
 
 // Every leaf that may be removed at once, and some of them and of those that are carried one by one.
-void expectTrueFates(const ChangedPlan& plan, std::size_t count) {
+void expectTrueFates(const ChangedPlan& plan, std::size_t count, unsigned seed) {
     const auto& leaves = plan.leaves();
     ASSERT_EQ(plan.fates().size(), leaves.size());
     std::vector<std::string> removable;
@@ -97,12 +88,13 @@ void expectTrueFates(const ChangedPlan& plan, std::size_t count) {
     }
     for (const auto& path : carried) {
         const auto value = plan.textAt(path);
-        const auto other = otherValue(plan, path, value);
-        EXPECT_FALSE(plan.isSameWith(path, other)) << path << ": " << value << " -> " << other;
+        for (const auto& other : otherValues(plan, path, value)) {
+            EXPECT_FALSE(plan.isSameWith(path, other)) << path << ": " << value << " -> " << other;
+        }
     }
 }
 
-class Fates : public testing::TestWithParam<std::string> {};
+class Fates : public testing::TestWithParam<fs::path> {};
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Fates);
 
 std::string nameOfTest(std::string name) {
@@ -114,15 +106,16 @@ std::string nameOfTest(std::string name) {
 }  // namespace
 
 TEST(FatesFolder, isThere) {
-    if (corpusPlans().empty()) {
-        GTEST_SKIP() << "no plans in " << corpusFolder() << "; KZMSP_CORPUS names another folder";
+    if (corpusPlans(KZMSP_SOURCE).empty()) {
+        GTEST_SKIP() << "no plans in " << corpusFolder(KZMSP_SOURCE) << "; KZMSP_CORPUS names another folder";
     }
 }
 
 // Wherever a plan holds an element that nobody knows, it is told.
 TEST_P(Fates, areToldOfAnUnknownElementAnywhere) {
     constexpr unsigned timesInEachPlan = 8;
-    const ChangedPlan plan(bytesOf(corpusFolder() / GetParam()));
+    const ChangedPlan plan(corpusBytes(GetParam()));
+    const auto seed = drawWanted().seed;
     for (unsigned number = 0; number < timesInEachPlan; ++number) {
         const auto [bytes, path] = plan.withUnknownElement(seed + number);
         ServicesInMemory world;
@@ -141,15 +134,31 @@ TEST_P(Fates, areToldOfAnUnknownElementAnywhere) {
 }
 
 TEST_P(Fates, areTheSameInPieces) {
-    expectOneAccount(bytesOf(corpusFolder() / GetParam()));
+    expectOneAccount(corpusBytes(GetParam()));
 }
 
 TEST_P(Fates, areTrue) {
-    expectTrueFates(ChangedPlan(bytesOf(corpusFolder() / GetParam())), leavesOfEachPlan);
+    const auto draw = drawWanted();
+    expectTrueFates(ChangedPlan(corpusBytes(GetParam())), draw.leavesOfEachPlan, draw.seed);
 }
 
-INSTANTIATE_TEST_SUITE_P(Plans, Fates, testing::ValuesIn(corpusPlans()),
-                         [](const auto& plan) { return nameOfTest(plan.param); });
+INSTANTIATE_TEST_SUITE_P(Plans, Fates, testing::ValuesIn(corpusPlans(KZMSP_SOURCE)),
+                         [](const auto& plan) { return nameOfTest(plan.param.filename().string()); });
+
+// Small plans that hold what those of programs do not, with all their leaves.
+class KindFates : public testing::TestWithParam<KindCase> {};
+
+TEST_P(KindFates, areTrue) {
+    constexpr auto all = std::numeric_limits<std::size_t>::max();
+    for (const auto& content : {GetParam().lossy, GetParam().other}) {
+        const auto plan = planWith(content, GetParam().settings);
+        expectTrueFates(ChangedPlan(plan), all, drawWanted().seed);
+        expectOneAccount(plan);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Plans, KindFates, testing::ValuesIn(kindCases()),
+                         [](const auto& plan) { return nameOfTest(plan.param.kind); });
 
 // Plans that nobody has saved like that: leaves repeated, emptied, taken out, exchanged, and put where they are not
 // expected. KZMSP_MANGLED says how many of each plan; those kept beside the checkout come in only then.
@@ -163,8 +172,8 @@ std::vector<fs::path> plansToMangle() {
         plans.push_back(entry.path());
     }
     if (std::getenv("KZMSP_MANGLED") != nullptr) {
-        for (const auto& plan : corpusPlans()) {
-            plans.push_back(corpusFolder() / plan);
+        for (const auto& plan : corpusPlans(KZMSP_SOURCE)) {
+            plans.push_back(plan);
         }
     }
     std::sort(plans.begin(), plans.end());
@@ -176,11 +185,11 @@ std::vector<fs::path> plansToMangle() {
 TEST_P(MangledFates, areTrue) {
     const auto* wanted = std::getenv("KZMSP_MANGLED");
     const unsigned count = wanted != nullptr ? static_cast<unsigned>(std::stoul(wanted)) : 5;
-    const auto bytes = bytesOf(GetParam());
+    const auto bytes = corpusBytes(GetParam());
     for (unsigned number = 1; number <= count; ++number) {
         SCOPED_TRACE("mangled with " + std::to_string(number));
         const auto mangled = mangledPlan(bytes, number);
-        expectTrueFates(ChangedPlan(mangled), 16);
+        expectTrueFates(ChangedPlan(mangled), 16, number);
         expectOneAccount(mangled);
         if (HasFailure()) {
             std::ofstream(testing::TempDir() + "mangled.xml") << mangled;

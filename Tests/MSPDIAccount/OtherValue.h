@@ -1,8 +1,10 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 class ChangedPlan;
 
-// Another value that a plan may have at that place.
-[[nodiscard]] std::string otherValue(const ChangedPlan& plan, const std::string& path, const std::string& value);
+// Other values that a plan may have at that place.
+[[nodiscard]] std::vector<std::string> otherValues(const ChangedPlan& plan, const std::string& path,
+                                                   const std::string& value);

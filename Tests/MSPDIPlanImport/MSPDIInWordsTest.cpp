@@ -15,9 +15,10 @@ std::string inWords(const std::string& reason, const std::string& subject = {}) 
 TEST(MSPDIReasonInWords, putsWordsInFrontOfTheImportersOwn) {
     EXPECT_EQ(inWords("MS Project 'Standard' Calendar not found."),
               "the plan has no base calendar named Standard (MS Project 'Standard' Calendar not found.)");
-    EXPECT_EQ(inWords("Invalid value of 'Type' in 'Resource': '2'.", "Resource UID='3' name='Travel'"),
-              "a resource is neither work nor material: a cost resource perhaps (Invalid value of 'Type' in 'Resource': "
-              "'2' (Resource UID='3' name='Travel').)");
+    EXPECT_EQ(
+        inWords("Invalid value of 'Type' in 'Resource': '2'.", "Resource UID='3' name='Travel'"),
+        "a resource is neither work nor material: a cost resource perhaps (Invalid value of 'Type' in 'Resource': "
+        "'2' (Resource UID='3' name='Travel').)");
 }
 
 TEST(MSPDIReasonInWords, hasWordsForAReasonWithoutAny) {
@@ -32,7 +33,8 @@ TEST(MSPDIReasonInWords, leavesTheOthersAsTheyAre) {
 }
 
 TEST(MSPDIReasonInWords, knowsWhatOnlyATemplateIsToBlameFor) {
-    EXPECT_TRUE(MSPDIBlamesTemplate({"MSPCInternalInconsistency", "Failed to get 'project/title' from TOC XML DOM.", ""}));
+    EXPECT_TRUE(
+        MSPDIBlamesTemplate({"MSPCInternalInconsistency", "Failed to get 'project/title' from TOC XML DOM.", ""}));
     EXPECT_FALSE(MSPDIBlamesTemplate({"MSPCInternalInconsistency", "Failed to get UID from Task.", ""}));
     EXPECT_FALSE(MSPDIBlamesTemplate({}));
 }

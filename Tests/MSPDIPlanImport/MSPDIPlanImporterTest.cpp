@@ -62,15 +62,18 @@ TEST_F(PlanImporterTest, writesBesideThePlanWhereNoFolderIsNamed) {
 }
 
 TEST_F(PlanImporterTest, countsWhatTheDocumentHolds) {
-    const std::string baseline = "<Baseline><Number>3</Number><Start>2012-01-09T08:00:00</Start>"
-                                 "<Finish>2012-01-10T17:00:00</Finish></Baseline>";
-    const std::string field = "<ExtendedAttributes><ExtendedAttribute><FieldID>188743731</FieldID><Alias>Region</Alias>"
-                              "</ExtendedAttribute></ExtendedAttributes>";
+    const std::string baseline =
+        "<Baseline><Number>3</Number><Start>2012-01-09T08:00:00</Start>"
+        "<Finish>2012-01-10T17:00:00</Finish></Baseline>";
+    const std::string field =
+        "<ExtendedAttributes><ExtendedAttribute><FieldID>188743731</FieldID><Alias>Region</Alias>"
+        "</ExtendedAttribute></ExtendedAttributes>";
     const std::string value = "<ExtendedAttribute><FieldID>188743731</FieldID><Value>North</Value></ExtendedAttribute>";
     world.machine.addFile(
         "/in/Full.xml",
-        planWith(field + "<Tasks>" + taskNamed("House", "1", "<Summary>1</Summary>") + taskNamed("Paint", "2", baseline) +
-                 taskNamed("Roof", "3", value) + "</Tasks><Resources><Resource><UID>0</UID></Resource><Resource>" +
+        planWith(field + "<Tasks>" + taskNamed("House", "1", "<Summary>1</Summary>") +
+                 taskNamed("Paint", "2", baseline) + taskNamed("Roof", "3", value) +
+                 "</Tasks><Resources><Resource><UID>0</UID></Resource><Resource>" +
                  "<UID>4</UID><Name>Ann</Name></Resource><Resource><UID>5</UID></Resource></Resources>"));
     const auto counts = import("/in/Full.xml").counts;
     EXPECT_EQ(counts.tasks, 3U);
@@ -137,7 +140,8 @@ TEST_F(PlanImporterTest, beginsWithTheTemplateThatIsNamed) {
     world.machine.addFile("/t.kdzx/extra/notes.txt", "kept");
     for (const auto* name : {"Actual.xml", "__TOC.xml"}) {
         import("/in/Plan.xml");
-        world.machine.addFile(std::string("/t.kdzx/") + name, world.machine.contents(std::string("/out/Plan.kdzx/") + name));
+        world.machine.addFile(std::string("/t.kdzx/") + name,
+                              world.machine.contents(std::string("/out/Plan.kdzx/") + name));
     }
     options.templateFolder = "/t.kdzx";
     EXPECT_EQ(import("/in/Plan.xml").document, "/out/Plan-2.kdzx");
@@ -220,15 +224,16 @@ TEST_F(PlanImporterTest, tellsWhyAFolderCannotBeMade) {
 
 TEST_F(PlanImporterTest, tellsWarningsInWordsAndOnce) {
     const std::string baseline = "<Baseline><Number>0</Number><Start>2012-01-09T08:00:00</Start></Baseline>";
-    world.machine.addFile("/in/Euro.xml", planWith("<SaveVersion>14</SaveVersion><CurrencyCode>EUR</CurrencyCode><Tasks>" +
-                                                   taskNamed("Paint", "1", baseline) + "</Tasks>"));
+    world.machine.addFile("/in/Euro.xml",
+                          planWith("<SaveVersion>14</SaveVersion><CurrencyCode>EUR</CurrencyCode><Tasks>" +
+                                   taskNamed("Paint", "1", baseline) + "</Tasks>"));
     EXPECT_THAT(import("/in/Euro.xml").warnings, ElementsAre("the currency code EUR is ignored"));
 }
 
 TEST_F(PlanImporterTest, tellsTheLossesOfAnImportedPlan) {
-    world.machine.addFile("/in/Lossy.xml",
-                          planWith("<Tasks>" + taskNamed("Paint", "1", "<Deadline>2012-02-01T17:00:00</Deadline>") +
-                                   "</Tasks>"));
+    world.machine.addFile(
+        "/in/Lossy.xml",
+        planWith("<Tasks>" + taskNamed("Paint", "1", "<Deadline>2012-02-01T17:00:00</Deadline>") + "</Tasks>"));
     const auto result = import("/in/Lossy.xml");
     ASSERT_TRUE(result.account);
     ASSERT_EQ(result.account->losses.size(), 1U);

@@ -27,14 +27,11 @@ protected:
         world.clock.set(present);
         const auto zone = *MSPCTimeZone::named("Europe/Berlin");
         const MSPCStandardTimeClock winter(world.clock, zone);
-        const MSPCServices services{world.clock,
-                                    zone,
-                                    world.log,
-                                    world.settings,
-                                    world.machine,
-                                    world.randomSource,
-                                    MSPCNoProgress(),
-                                    isAsInWinter ? static_cast<const MSPCClock&>(winter) : world.clock};
+        const MSPCServices services{
+            world.clock,      zone,
+            world.log,        world.settings,
+            world.machine,    world.randomSource,
+            MSPCNoProgress(), isAsInWinter ? static_cast<const MSPCClock&>(winter) : world.clock};
         MSPDIPlanImporter importer(services, {});
         result = importer.import("/Plan.xml");
         return world.machine.contents(result.document + "/Actual.xml");

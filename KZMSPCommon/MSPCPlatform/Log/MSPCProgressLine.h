@@ -10,7 +10,8 @@ class MSPCStandardErrorLog;
 
 // Progress as one line at the bottom of the terminal that the log goes to: "Actual: 12800 of 100000 tasks (12%)", or
 // "Reading: 12 of 96 MB (12%)". It appears when something has been told of an import for half a second, is written anew
-// at most ten times a second, and goes away at the end of the import. Nothing is shown where the log goes elsewhere, or on a terminal that cannot rewrite a line.
+// at most ten times a second, and goes away at the end of the import. Nothing is shown where the log goes elsewhere, or
+// on a terminal that cannot rewrite a line.
 class MSPCProgressLine final : public MSPCProgress {
 public:
     using Clock = std::function<std::chrono::steady_clock::time_point()>;

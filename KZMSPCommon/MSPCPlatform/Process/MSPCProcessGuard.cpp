@@ -47,6 +47,8 @@ void passOn(int signal) {
 }
 
 std::terminate_handler usualEnd = std::abort;
+std::string_view linesAtLackOfMemory;
+int statusAtLackOfMemory = 1;
 
 // Asks for no memory. Without an exception the process ends like this when there was no room for one.
 bool isLackOfMemory() {
@@ -58,11 +60,10 @@ void endOrAbort() {
     if (!isLackOfMemory()) {
         usualEnd();
     }
-    constexpr std::string_view reason = "Exception: std::bad_alloc\nNot enough memory.\n";
     writeOutLog();
-    static_cast<void>(!::write(STDERR_FILENO, reason.data(), reason.size()));
+    static_cast<void>(!::write(STDERR_FILENO, linesAtLackOfMemory.data(), linesAtLackOfMemory.size()));
     MSPCUnfinishedItem::removeAll();
-    ::_exit(1);
+    ::_exit(statusAtLackOfMemory);
 }
 
 bool isIgnored(int signal) {
@@ -92,7 +93,9 @@ void openStandardDescriptors() {
 
 }  // namespace
 
-void MSPCProcessGuard::endAtLackOfMemory() {
+void MSPCProcessGuard::endAtLackOfMemory(std::string_view lines, int status) {
+    linesAtLackOfMemory = lines;
+    statusAtLackOfMemory = status;
     usualEnd = std::set_terminate(endOrAbort);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 class MSPCStandardErrorLog;
 
 // Makes the process end decently while this object lives; there is one at a time, and it borrows the log.
@@ -15,9 +17,10 @@ public:
     explicit MSPCProcessGuard(MSPCStandardErrorLog& log);
     ~MSPCProcessGuard();
     // From now on an exception that nobody catches for want of memory, or that there is no memory to throw, ends the
-    // process with the log written out, "Not enough memory." on standard error and exit status 1. Others end it as
-    // ever.
-    static void endAtLackOfMemory();
+    // process with the log written out, these lines on standard error and this exit status. Others end it as ever. The
+    // lines are kept for as long as the process lives.
+    static void endAtLackOfMemory(std::string_view lines = "Exception: std::bad_alloc\nNot enough memory.\n",
+                                  int status = 1);
     MSPCProcessGuard(const MSPCProcessGuard&) = delete;
     MSPCProcessGuard& operator=(const MSPCProcessGuard&) = delete;
 };

@@ -1,12 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <sstream>
-
 #include "MSPDIEmptyDocument.h"
-#include "MSPDIProgram.h"
-#include "ServicesInMemory.h"
+#include "RunInMemory.h"
 
 namespace {
 
@@ -14,7 +10,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-class CheckCommandTest : public testing::Test {
+class CheckCommandTest : public RunInMemory {
 protected:
     CheckCommandTest() {
         addDocument("Sound.kdzx", "", "");
@@ -34,17 +30,6 @@ protected:
             world.machine.addFile("/home/me/" + name + "/" + std::string(file), text);
         }
     }
-
-    int run(const std::vector<std::string>& arguments, bool isColored = false) {
-        out.str("");
-        err.str("");
-        return MSPDIProgram(arguments, world.services, {out, err, isColored});
-    }
-    [[nodiscard]] nlohmann::json told() const { return nlohmann::json::parse(out.str()); }
-
-    ServicesInMemory world;
-    std::ostringstream out;
-    std::ostringstream err;
 };
 
 }  // namespace

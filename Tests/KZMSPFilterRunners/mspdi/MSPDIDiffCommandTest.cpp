@@ -1,13 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <sstream>
-
 #include "MSPDIEmptyDocument.h"
 #include "MSPDIMemoryImport.h"
-#include "MSPDIProgram.h"
-#include "ServicesInMemory.h"
+#include "RunInMemory.h"
 
 namespace {
 
@@ -21,7 +17,7 @@ std::string planOf(const std::string& task) {
            task + "</Task></Tasks></Project>";
 }
 
-class DiffCommandTest : public testing::Test {
+class DiffCommandTest : public RunInMemory {
 protected:
     DiffCommandTest() {
         addPlan("Old.xml", "<Name>Paint</Name><Start>2026-05-04T08:00:00</Start>");
@@ -38,17 +34,6 @@ protected:
             world.machine.addFile("/home/me/" + name.substr(0, name.size() - 4) + ".kdzx/" + file, content);
         }
     }
-
-    int run(const std::vector<std::string>& arguments, bool isColored = false) {
-        out.str("");
-        err.str("");
-        return MSPDIProgram(arguments, world.services, {out, err, isColored});
-    }
-    [[nodiscard]] nlohmann::json told() const { return nlohmann::json::parse(out.str()); }
-
-    ServicesInMemory world;
-    std::ostringstream out;
-    std::ostringstream err;
 };
 
 }  // namespace

@@ -1,13 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <sstream>
-
 #include "MSPDIImportReport.h"
-#include "MSPDIProgram.h"
+#include "RunInMemory.h"
 #include "ScopedTempFolder.h"
-#include "ServicesInMemory.h"
 
 namespace {
 
@@ -26,7 +22,7 @@ std::string taskOf(const std::string& more) {
     return "<Tasks><Task><UID>1</UID><Name>Paint</Name><OutlineLevel>1</OutlineLevel>" + more + "</Task></Tasks>";
 }
 
-class ImportCommandTest : public testing::Test {
+class ImportCommandTest : public RunInMemory {
 protected:
     ImportCommandTest() {
         world.machine.addFile("/home/me/Plan.xml", planOf(taskOf("")));
@@ -35,16 +31,12 @@ protected:
         world.machine.addFile("/home/me/Other.xml", "<html/>");
     }
 
-    int run(const std::vector<std::string>& arguments, const std::string& installedTemplate = {}) {
+    // With an empty document beside the program.
+    int runInstalled(const std::vector<std::string>& arguments, const std::string& installedTemplate) {
         out.str("");
         err.str("");
         return MSPDIProgram(arguments, world.services, {out, err, false, installedTemplate});
     }
-    [[nodiscard]] nlohmann::json told() const { return nlohmann::json::parse(out.str()); }
-
-    ServicesInMemory world;
-    std::ostringstream out;
-    std::ostringstream err;
 };
 
 }  // namespace
@@ -92,8 +84,9 @@ TEST_F(ImportCommandTest, saysWhereNothingOfThePlanIsLost) {
 
 TEST_F(ImportCommandTest, tellsWhyAPlanIsRefusedAndLeavesNothing) {
     EXPECT_EQ(run({"import", "Refused.xml", "-o", "out"}), 1);
-    EXPECT_THAT(out.str(), StartsWith("Refused.xml: refused: a task is of an unknown type (Unexpected MSPDI Task Type: 9 "
-                                      "(Task UID='1' name='Paint'))\n"));
+    EXPECT_THAT(out.str(),
+                StartsWith("Refused.xml: refused: a task is of an unknown type (Unexpected MSPDI Task Type: 9 "
+                           "(Task UID='1' name='Paint'))\n"));
     EXPECT_FALSE(world.machine.exists("/home/me/out"));
 }
 
@@ -147,11 +140,12 @@ TEST_F(ImportCommandTest, beginsWithTheInstalledDocumentUnlessToldOtherwise) {
         }
         world.machine.addFile(std::string(folder) + "/from.txt", folder);
     }
-    EXPECT_EQ(run({"import", "Plan.xml"}, "/usr/share/Empty.kdzx"), 0);
+    EXPECT_EQ(runInstalled({"import", "Plan.xml"}, "/usr/share/Empty.kdzx"), 0);
     EXPECT_EQ(world.machine.contents("/home/me/Plan.kdzx/from.txt"), "/usr/share/Empty.kdzx");
-    EXPECT_EQ(run({"import", "Plan.xml", "--overwrite", "--template", "Mine.kdzx"}, "/usr/share/Empty.kdzx"), 0);
+    EXPECT_EQ(runInstalled({"import", "Plan.xml", "--overwrite", "--template", "Mine.kdzx"}, "/usr/share/Empty.kdzx"),
+              0);
     EXPECT_EQ(world.machine.contents("/home/me/Plan.kdzx/from.txt"), "/home/me/Mine.kdzx");
-    EXPECT_EQ(run({"import", "Plan.xml"}, "/nowhere/Empty.kdzx"), 0) << "the one that is part of the program";
+    EXPECT_EQ(runInstalled({"import", "Plan.xml"}, "/nowhere/Empty.kdzx"), 0) << "the one that is part of the program";
     EXPECT_EQ(run({"import", "Plan.xml", "--template", "None.kdzx"}), 2);
     EXPECT_EQ(err.str(), "mspdi: None.kdzx: no document to import into\n");
 }
@@ -211,15 +205,16 @@ TEST_F(ImportCommandTest, saysThatTheDiskFailsInTheEnd) {
 
 TEST_F(ImportCommandTest, tellsOfDaylightSavingTimeAndImportsAsInWinter) {
     world.clock.set(utcInstant(2012, 7, 9, 8));
-    const MSPCServices summer{world.clock,    *MSPCTimeZone::named("Europe/Berlin"),
-                              world.log,      world.settings,
-                              world.machine,  world.randomSource};
+    const MSPCServices summer{world.clock,   *MSPCTimeZone::named("Europe/Berlin"),
+                              world.log,     world.settings,
+                              world.machine, world.randomSource};
     EXPECT_EQ(MSPDIProgram({"import", "Plan.xml"}, summer, {out, err}), 0);
-    EXPECT_EQ(out.str(),
-              "Plan.xml: the document is Plan.kdzx\n"
-              "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
-              "    Daylight saving time: 1 date gets it once more than in winter (--as-in-winter imports as in winter)\n"
-              "    Lost or changed: nothing; all of it: mspdi losses Plan.xml\n");
+    EXPECT_EQ(
+        out.str(),
+        "Plan.xml: the document is Plan.kdzx\n"
+        "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
+        "    Daylight saving time: 1 date gets it once more than in winter (--as-in-winter imports as in winter)\n"
+        "    Lost or changed: nothing; all of it: mspdi losses Plan.xml\n");
     EXPECT_THAT(world.machine.contents("/home/me/Plan.kdzx/Actual.xml"),
                 HasSubstr("<start-date>2012-01-09T08:00:00+02:00</start-date>"));
     out.str("");
@@ -239,7 +234,8 @@ TEST_F(ImportCommandTest, refusesWrongArguments) {
 
 TEST_F(ImportCommandTest, helpsAndTellsItsVersion) {
     EXPECT_EQ(run({"import", "--help"}), 0);
-    for (const auto* option : {"--output", "--template", "--name", "--overwrite", "--log", "--as-in-winter", "--json"}) {
+    for (const auto* option :
+         {"--output", "--template", "--name", "--overwrite", "--log", "--as-in-winter", "--json"}) {
         EXPECT_THAT(out.str(), HasSubstr(option));
     }
     EXPECT_EQ(run({"import", "--version"}), 0);

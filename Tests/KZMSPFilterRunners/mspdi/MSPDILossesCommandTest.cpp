@@ -1,11 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <sstream>
-
-#include "MSPDIProgram.h"
-#include "ServicesInMemory.h"
+#include "RunInMemory.h"
 
 namespace {
 
@@ -18,7 +14,7 @@ std::string planOf(const std::string& content) {
            content + "</Project>";
 }
 
-class LossesCommandTest : public testing::Test {
+class LossesCommandTest : public RunInMemory {
 protected:
     LossesCommandTest() {
         std::string tasks;
@@ -31,17 +27,6 @@ protected:
         world.machine.addFile("/home/me/Lossless.xml", planOf(""));
         world.machine.addFile("/home/me/Other.xml", "<html/>");
     }
-
-    int run(const std::vector<std::string>& arguments, bool isColored = false) {
-        out.str("");
-        err.str("");
-        return MSPDIProgram(arguments, world.services, {out, err, isColored});
-    }
-    [[nodiscard]] nlohmann::json told() const { return nlohmann::json::parse(out.str()); }
-
-    ServicesInMemory world;
-    std::ostringstream out;
-    std::ostringstream err;
 };
 
 }  // namespace
@@ -82,6 +67,16 @@ TEST_F(LossesCommandTest, tellsItAsJSON) {
     EXPECT_EQ(told()["losses"][0]["where"].size(), 4U);
     EXPECT_EQ(told()["fates"].size(), 20U);
     EXPECT_EQ(told()["fates"]["/Project/Tasks[1]/Task[4]/Deadline[1]"], "lost");
+}
+
+// Broken markup may have them. One character for all bytes that cannot be shown would make their paths alike.
+TEST_F(LossesCommandTest, keepsElementsApartWhoseNamesAreNoUTF8) {
+    world.machine.addFile("/home/me/Bytes.xml", planOf("<A><a\xE8/><a\xE9/><a\xE9/></A>"));
+    EXPECT_EQ(run({"losses", "--json", "--all", "Bytes.xml"}), 1);
+    EXPECT_EQ(told()["leaves"]["total"], told()["fates"].size());
+    EXPECT_EQ(told()["losses"][0]["where"][0]["path"], "/Project/A[1]/a\\xe8[1]");
+    EXPECT_EQ(told()["losses"][0]["where"][2]["path"], "/Project/A[1]/a\\xe9[2]");
+    EXPECT_EQ(told()["losses"][0]["element"], "A/a\\xe8");
 }
 
 TEST_F(LossesCommandTest, tellsNothingWhenQuiet) {

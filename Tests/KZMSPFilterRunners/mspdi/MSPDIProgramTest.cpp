@@ -3,25 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "ServicesInMemory.h"
+#include "RunInMemory.h"
 
 namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class ProgramTest : public testing::Test {
-protected:
-    int run(const std::vector<std::string>& arguments) {
-        return MSPDIProgram(arguments, world.services, {out, err, false});
-    }
-
-    ServicesInMemory world;
-    std::ostringstream out;
-    std::ostringstream err;
-};
+class ProgramTest : public RunInMemory {};
 
 }  // namespace
 
@@ -40,8 +29,6 @@ TEST_F(ProgramTest, printsItsHelpOnStandardOutput) {
 
 TEST_F(ProgramTest, tellsWrongArgumentsInOneLineOnStandardError) {
     for (const auto& arguments : {std::vector<std::string>{}, {"--colour"}, {"no-such-subcommand"}}) {
-        out.str("");
-        err.str("");
         EXPECT_EQ(run(arguments), 2);
         EXPECT_EQ(out.str(), "");
         EXPECT_THAT(err.str(), StartsWith("mspdi: "));
@@ -52,7 +39,6 @@ TEST_F(ProgramTest, tellsWrongArgumentsInOneLineOnStandardError) {
 TEST_F(ProgramTest, failsWhenTheResultCannotBeWritten) {
     for (const auto& arguments : {std::vector<std::string>{"--help"}, {"--version"}, {"losses", "--help"}}) {
         out.setstate(std::ios::badbit);
-        err.str("");
         EXPECT_EQ(run(arguments), 2);
         EXPECT_EQ(err.str(), "mspdi: the result could not be written\n");
         out.clear();

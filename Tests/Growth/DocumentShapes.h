@@ -1,0 +1,14 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+// Documents made to find what walks a list for each entry of another: the scenario of a document with n things of a
+// kind, and the same scenario of later.
+struct DocumentShape {
+    const char* name;
+    std::string (*scenario)(int n);
+    std::string (*later)(int n);
+};
+
+[[nodiscard]] std::span<const DocumentShape> documentShapes();
