@@ -72,7 +72,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Zones by name are read from its files.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS tzdata)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS parallel)
+# Only MSPDIImport-many runs it.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS parallel)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "import Microsoft Project XML plans into Kadenza 2 documents")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "MSPDIImport turns project plans that were saved as XML (MSPDI) into documents
