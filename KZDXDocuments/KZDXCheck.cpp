@@ -117,7 +117,7 @@ private:
     template <typename Rules, typename Subject>
     void apply(const Rules& rules, const KZDXXMLFile& file, const Subject& subject) {
         for (const auto& [rule, look] : rules) {
-            look(subject, [&, &told = rule](const MSPCXMLNode& element, std::string text) {
+            look(subject, [&, &told = rule](const MSPCXMLNode& element, std::string&& text) {
                 add(told, file.name(), file.lineOf(element), pathOf(element), std::move(text));
             });
         }

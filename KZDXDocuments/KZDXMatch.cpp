@@ -83,6 +83,7 @@ void KZDXMatch::pairById(bool onlyOfSameName) {
 // From the groups that are matched downwards; what is matched on the way is looked at, too.
 void KZDXMatch::pairByOutline() {
     pairByName(_old.outside(), _now.outside());
+    // NOLINTNEXTLINE(modernize-loop-convert): the list grows meanwhile
     for (std::size_t next = 0; next < _pairs.size(); ++next) {
         const auto groups = _pairs[next];
         pairPieces(groups);

@@ -8,7 +8,7 @@
 
 #include "MSPCXMLNode.h"
 
-// A task or a resource of a scenario, with where it begins in the lists of references.
+// A task or a resource of a scenario.
 struct KZDXItem {
     MSPCXMLNode element;
     std::string_view id;  // empty where it has none
@@ -54,9 +54,8 @@ public:
     [[nodiscard]] const std::vector<KZDXReference>& childTasks() const { return _childTasks; }  // task to task
     [[nodiscard]] const std::vector<KZDXReference>& links() const { return _links; }  // task to the one before it
     [[nodiscard]] const std::vector<KZDXReference>& assignments() const { return _assignments; }  // task to resource
-    [[nodiscard]] const std::vector<KZDXReference>& childResources() const {
-        return _childResources;
-    }  // resource to resource
+    // resource to resource
+    [[nodiscard]] const std::vector<KZDXReference>& childResources() const { return _childResources; }
     // The group of all tasks and the group of all resources, as `top-task` and `top-resource` name them.
     [[nodiscard]] std::optional<std::size_t> topTask() const;
     [[nodiscard]] std::optional<std::size_t> topResource() const;

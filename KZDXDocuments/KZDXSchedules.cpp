@@ -26,7 +26,7 @@ std::array<std::string, 7> timesOf(const MSPCXMLNode& schedule) {
         auto& times = days[*place];
         times = "no work";
         for (auto span = day.firstChildElement("time-span"); span; span = span.nextSiblingElement("time-span")) {
-            times = times == "no work" ? "" : times + " ";
+            times == "no work" ? times.clear() : times.push_back(' ');
             times += fmt::format("{}-{}", clock(KZDXTimeOfDay(span, "start-time").value_or(0)),
                                  clock(KZDXTimeOfDay(span, "end-time").value_or(0)));
         }

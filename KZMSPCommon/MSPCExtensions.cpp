@@ -7,7 +7,6 @@
 
 #include "MSPCException.h"
 #include "MSPCLog.h"
-#include "MSPCNodeValues.h"
 #include "MSPCPath.h"
 #include "MSPCURL.h"
 #include "MSPCXMLLoader.h"
@@ -87,6 +86,10 @@ MSPCXMLNode singleObjectForXQuery(const MSPCXMLNode& node, std::string_view quer
 
 std::optional<std::string> stringValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
     return stringValueOf(singleObjectForXQuery(node, query, error));
+}
+
+MSPCNodeText textForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {
+    return MSPCNodeText(singleObjectForXQuery(node, query, error));
 }
 
 std::int64_t intValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "MSPCError.h"
+#include "MSPCNodeValues.h"
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
 
@@ -20,7 +21,8 @@ struct MSPCXMLLoaded;
 //
 // Queries are XPath 1.0 relative to the node. A query that must yield one node reports through `error` (when given)
 // `MSPCXQueryNoMatch` when nothing matched or the query is malformed, and `MSPCXQueryMoreThanOneMatch` when several
-// nodes did; the last one in document order then counts. An error that is given is set only in these two cases.
+// nodes did; the last one in document order then counts. Whoever reads more than one or two children of an element asks
+// `MSPCFields` instead. An error that is given is set only in these two cases.
 //
 // Each query raises `MSPCInternalInconsistency` "Sent message singleObjectForXQuery:error: to an object which is not
 // NSXMLNodeProxy." when the node is an empty handle.
@@ -31,6 +33,8 @@ struct MSPCXMLLoaded;
 // The matched node's text, which may be empty; none when nothing matched.
 [[nodiscard]] std::optional<std::string> stringValueForXQuery(const MSPCXMLNode& node, std::string_view query,
                                                               Error* error = nullptr);
+// The same without a copy, for reading.
+[[nodiscard]] MSPCNodeText textForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error = nullptr);
 // The number at the start of the matched node's text; 0 when nothing matched. Raises `MSPCInternalInconsistency`
 // "Failed to get int value from XML node: <the node's markup>" when the text holds none.
 [[nodiscard]] std::int64_t intValueForXQuery(const MSPCXMLNode& node, std::string_view query, Error* error = nullptr);

@@ -1,12 +1,5 @@
 #include "MSPCFields.h"
 
-#include "MSPCNodeValues.h"
-
-MSPCFieldText::MSPCFieldText(const MSPCXMLNode& field) : _isPresent(field) {
-    _piece = field.stringValue(_joined);
-    _isInPieces = _piece.data() == _joined.data();
-}
-
 MSPCFields::MSPCFields(const MSPCXMLNode& element) : _fields(element.childElements(&_memory)) {
     checkIsNode(element);
     if (_fields.size() <= MostFieldsInSlots) {
@@ -76,12 +69,8 @@ MSPCXMLLastChild MSPCFields::lastChild(std::string_view name) const {
     return {match.count == 0 ? MSPCXMLNode() : _fields[match.last].element, match.count};
 }
 
-std::optional<std::string> MSPCFields::stringValue(std::string_view name, Error* error) const {
-    return stringValueOf(singleObject(name, error));
-}
-
-MSPCFieldText MSPCFields::text(std::string_view name, Error* error) const {
-    return MSPCFieldText(singleObject(name, error));
+MSPCNodeText MSPCFields::text(std::string_view name, Error* error) const {
+    return MSPCNodeText(singleObject(name, error));
 }
 
 std::int64_t MSPCFields::intValue(std::string_view name, Error* error) const {

@@ -5,47 +5,29 @@
 #include <cstdint>
 #include <map>
 #include <memory_resource>
-#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "MSPCError.h"
+#include "MSPCNodeValues.h"
 #include "MSPCXMLNode.h"
 
-// The text of a field that may be missing. Valid as long as the field keeps its content.
-class MSPCFieldText {
-public:
-    MSPCFieldText() = default;  // of a missing field
-    explicit MSPCFieldText(const MSPCXMLNode& field);
-
-    [[nodiscard]] explicit operator bool() const { return _isPresent; }
-    // Empty where the field is missing.
-    [[nodiscard]] std::string_view operator*() const { return _isInPieces ? _joined : _piece; }
-
-private:
-    bool _isPresent = false;
-    bool _isInPieces = false;
-    std::string_view _piece;
-    std::string _joined;
-};
-
-// The child elements of one element, seen in one walk: for reading many of them without walking again for each. Answers
-// as the queries of `MSPCExtensions` do for a plain child name: the last child of that name, `MSPCXQueryNoMatch` and
-// `MSPCXQueryMoreThanOneMatch` through `error`, and the same failures for texts that hold no number or boolean.
-// Children that are added or removed later are not seen; the element must live as long as this object.
+// The child elements of one element, seen in one walk: for reading many of them without walking again for each, where
+// the queries of `MSPCExtensions` read one or two. Answers as the queries of `MSPCExtensions` do for a plain child
+// name: the last child of that name, `MSPCXQueryNoMatch` and `MSPCXQueryMoreThanOneMatch` through `error`, and the same
+// failures for texts that hold no number or boolean. Children that are added or removed later are not seen; the element
+// must live as long as this object.
 class MSPCFields {
 public:
-    // Raises what a query on an empty handle raises. Implicit, so that whoever takes fields can be given an element.
-    MSPCFields(const MSPCXMLNode& element);  // NOLINT(google-explicit-constructor)
+    // Raises what a query on an empty handle raises. Costs a walk over all children: what is read from one element is
+    // read through one of these, that is handed on.
+    explicit MSPCFields(const MSPCXMLNode& element);
     MSPCFields(const MSPCFields&) = delete;
     MSPCFields& operator=(const MSPCFields&) = delete;
 
     [[nodiscard]] MSPCXMLNode singleObject(std::string_view name, Error* error = nullptr) const;
-    [[nodiscard]] std::optional<std::string> stringValue(std::string_view name, Error* error = nullptr) const;
-    // The same text without a copy where it is one piece.
-    [[nodiscard]] MSPCFieldText text(std::string_view name, Error* error = nullptr) const;
+    [[nodiscard]] MSPCNodeText text(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] std::int64_t intValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] double floatValue(std::string_view name, Error* error = nullptr) const;
     [[nodiscard]] bool boolValue(std::string_view name, Error* error = nullptr) const;

@@ -41,6 +41,11 @@ void reportMatches(std::size_t count, Error* error) {
     }
 }
 
+MSPCNodeText::MSPCNodeText(const MSPCXMLNode& node) : _isPresent(node) {
+    _piece = node.stringValue(_joined);
+    _isInPieces = _piece.data() == _joined.data();
+}
+
 std::optional<std::string> stringValueOf(const MSPCXMLNode& node) {
     return node ? std::optional(node.stringValue()) : std::nullopt;
 }

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "MSPCError.h"
 #include "MSPCXMLNode.h"
@@ -16,6 +18,26 @@ void checkIsNode(const MSPCXMLNode& node);
 
 // Sets the error of the XQuery domain where not exactly one node matched and an error is given.
 void reportMatches(std::size_t count, Error* error);
+
+// The text of a node that may be missing, without a copy where it is one piece. Valid as long as the node keeps its
+// content.
+class MSPCNodeText {
+public:
+    MSPCNodeText() = default;                        // of a missing node
+    explicit MSPCNodeText(const MSPCXMLNode& node);  // of an empty handle: the same
+
+    // Whether the node is there; its text may be empty.
+    [[nodiscard]] explicit operator bool() const { return _isPresent; }
+    // Empty where the node is missing. Of one that nobody keeps a copy.
+    [[nodiscard]] std::string_view textOrEmpty() const& { return _isInPieces ? _joined : _piece; }
+    [[nodiscard]] std::string textOrEmpty() && { return _isInPieces ? std::move(_joined) : std::string(_piece); }
+
+private:
+    bool _isPresent = false;
+    bool _isInPieces = false;
+    std::string_view _piece;
+    std::string _joined;
+};
 
 // The text of a node; none for an empty handle.
 [[nodiscard]] std::optional<std::string> stringValueOf(const MSPCXMLNode& node);

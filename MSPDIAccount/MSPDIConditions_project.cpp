@@ -42,7 +42,8 @@ MSPDIJudgement projectName(const MSPDILeaf& leaf) {
     }
     if (leaf.item.facts.hasTitle) {
         const auto title = leaf.item.fields.text("Title");
-        const bool saysTheSame = *title == leaf.text || *title == pathByDeletingExtension(leaf.text);
+        const bool saysTheSame =
+            title.textOrEmpty() == leaf.text || title.textOrEmpty() == pathByDeletingExtension(leaf.text);
         return saysTheSame ? MSPDIJudgement(MSPDIFate::Default) : lostUnlessDefault(leaf);
     }
     // The extension of a file's name does not arrive, so that other names may give the same title.
@@ -92,7 +93,7 @@ MSPDIJudgement currencySymbol(const MSPDILeaf& leaf) {
 MSPDIJudgement currencyPosition(const MSPDILeaf& leaf) {
     const auto position = MSPDISingleInteger(leaf.item.fields, "CurrencySymbolPosition").value_or(-1);
     const auto symbol = leaf.item.fields.text("CurrencySymbol");
-    const bool isSeen = !symbol || !(*symbol).empty();
+    const bool isSeen = !symbol || !symbol.textOrEmpty().empty();
     return isSeen && position >= 0 && position <= 3 ? MSPDIFate::Carried : MSPDIFate::Shaping;
 }
 

@@ -74,7 +74,7 @@ MSPDIJudgement resourceCalendar(const MSPDILeaf& leaf) {
 
 MSPDIJudgement resourceRateFormat(const MSPDILeaf& leaf) {
     constexpr std::int64_t perHour = 2;
-    const auto rate = scanDouble(*leaf.item.fields.text("StandardRate")).value_or(0);
+    const auto rate = scanDouble(leaf.item.fields.text("StandardRate").textOrEmpty()).value_or(0);
     const bool isTold = resourceOf(leaf).isMapped && rate != 0 && scanInteger64(leaf.text).value_or(perHour) != perHour;
     return isTold ? MSPDIJudgement(MSPDIFate::Lost, "rate-per-unit") : MSPDIJudgement(MSPDIFate::Default);
 }

@@ -239,8 +239,8 @@ MSPDIJudgement linkLag(const MSPDILeaf& leaf) {
 
 MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {
     const auto& facts = factsOf(leaf);
-    const bool hasNoDuration =
-        MSPDISeconds(*leaf.item.fields.text("Duration")).value_or(0) == 0 || !leaf.item.fields.singleObject("Duration");
+    const bool hasNoDuration = MSPDISeconds(leaf.item.fields.text("Duration").textOrEmpty()).value_or(0) == 0 ||
+                               !leaf.item.fields.singleObject("Duration");
     const bool isOne = MSPDIIsTrue(leaf.text);
     const bool becomesOne = facts.state == MSPDITaskState::Mapped && hasNoDuration && !facts.isSummary;
     const bool isTold = facts.state == MSPDITaskState::Mapped && !facts.isSummary && isOne != becomesOne;
@@ -249,7 +249,7 @@ MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {
 
 MSPDIJudgement taskWBS(const MSPDILeaf& leaf) {
     const auto number = leaf.item.fields.text("OutlineNumber");
-    const bool saysTheSame = number && *number == leaf.text;
+    const bool saysTheSame = number && number.textOrEmpty() == leaf.text;
     return saysTheSame ? MSPDIJudgement(MSPDIFate::Derived) : lostUnlessDefault(leaf);
 }
 

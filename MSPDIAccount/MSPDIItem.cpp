@@ -1,25 +1,10 @@
 #include "MSPDIItem.h"
 
 #include <algorithm>
-#include <array>
 
-#include "MSPCXPathNumber.h"
+#include "MSPIBaselineNumbers.h"
 
 namespace {
-
-constexpr int mostBaselines = 10;
-
-// Calls `visit` with each number of a baseline that may be one that is imported.
-template <typename Visit>
-void visitBaselineNumbers(const MSPCXMLNode& baseline, const Visit& visit) {
-    std::string buffer;
-    for (auto child = baseline.firstChildElement("Number"); child; child = child.nextSiblingElement("Number")) {
-        const auto number = xpathNumber(child.stringValue(buffer));
-        if (number && *number >= 0 && *number <= mostBaselines && *number == static_cast<int>(*number)) {
-            visit(static_cast<int>(*number));
-        }
-    }
-}
 
 // Up to so many children are looked through each time, which is faster than keeping what they are.
 bool hasMany(const MSPCXMLNode& parent) {
@@ -60,9 +45,8 @@ std::string MSPDIItem::lastText(const MSPCXMLNode& parent, std::string_view name
 
 std::optional<int> MSPDIItem::baselineNumber(const MSPCXMLNode& baseline) const {
     return _number.of(baseline, [&baseline] {
-        std::optional<int> last;
-        visitBaselineNumbers(baseline, [&last](int number) { last = number; });
-        return last;
+        const auto number = MSPIBaselineNumber(baseline);
+        return number ? std::optional(static_cast<int>(*number)) : std::nullopt;
     });
 }
 
@@ -70,23 +54,16 @@ const std::vector<std::pair<int, MSPCXMLNode>>& MSPDIItem::baselines() const {
     if (_baselines) {
         return *_baselines;
     }
-    // A baseline counts where no later one has its number, be it as one of several.
-    std::vector<std::pair<int, MSPCXMLNode>> all;
-    std::array<MSPCXMLNode, mostBaselines + 1> lastWith;
-    for (auto baseline = node.firstChildElement("Baseline"); baseline;
-         baseline = baseline.nextSiblingElement("Baseline")) {
-        std::optional<int> own;
-        visitBaselineNumbers(baseline, [&](int number) {
-            lastWith[static_cast<std::size_t>(number)] = baseline;
-            own = number;
-        });
-        if (own) {
-            all.emplace_back(*own, baseline);
+    const auto first = node.firstChildElement("Baseline");
+    const auto last = MSPILastBaselines(first);
+    std::vector<std::pair<int, MSPCXMLNode>> counting;
+    for (auto baseline = first; baseline; baseline = baseline.nextSiblingElement("Baseline")) {
+        const auto own = MSPIBaselineNumber(baseline);
+        if (own && last[*own] == baseline) {
+            counting.emplace_back(static_cast<int>(*own), baseline);
         }
     }
-    std::erase_if(all,
-                  [&lastWith](const auto& one) { return lastWith[static_cast<std::size_t>(one.first)] != one.second; });
-    return _baselines.emplace(std::move(all));
+    return _baselines.emplace(std::move(counting));
 }
 
 bool MSPDIItem::countsAsBaseline(const MSPCXMLNode& baseline) const {

@@ -224,7 +224,7 @@ void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
     const MSPDIItem item(_facts, *_steps.back().known, node, fields, position);
     if (isListOf(item, "Task")) {
         _taskNames.resize(position);
-        _taskNames.emplace_back(*fields.text("Name"));
+        _taskNames.emplace_back(fields.text("Name").textOrEmpty());
     }
     tellOfItem(item);
     walkChildren(node, item);
@@ -377,7 +377,7 @@ void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::stri
 
 MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value) const {
     MSPDIPlace place{path(), {}, {}, std::string(value)};
-    const auto textOf = [&item](std::string_view name) { return std::string(*item.fields.text(name)); };
+    const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
     if (isListOf(item, "ExtendedAttribute")) {
         place.uid = textOf("FieldID");
         place.name = textOf(item.fields.singleObject("Alias") ? "Alias" : "FieldName");

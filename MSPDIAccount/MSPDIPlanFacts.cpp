@@ -14,7 +14,13 @@
 
 namespace {
 
-constexpr int BaselineCount = 11;
+constexpr int BaselineCount = MSPIBaselineCount;
+
+// Where what is kept for each scenario has that of one; the actual one comes first.
+std::size_t slotOf(int scenario) {
+    const int slot = scenario - MSPDIPlanFacts::Actual;
+    return static_cast<std::size_t>(slot);
+}
 
 // The numbers of all children of that name, each once, as look-ups by number see them.
 std::vector<double> numbersOf(const MSPCXMLNode& element, std::string_view name) {
@@ -28,10 +34,6 @@ std::vector<double> numbersOf(const MSPCXMLNode& element, std::string_view name)
     std::sort(numbers.begin(), numbers.end());
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     return numbers;
-}
-
-std::string lastText(const MSPCXMLNode& element, std::string_view name) {
-    return element.lastChildElement(name).element.stringValue();
 }
 
 }  // namespace
@@ -55,12 +57,13 @@ void MSPDIPlanFacts::readSettings(const MSPCXMLNode& project) {
     saveVersion = MSPDISingleInteger(fields, "SaveVersion").value_or(saveVersion);
     hasTitle = static_cast<bool>(fields.singleObject("Title"));
     for (const auto* name : {"Title", "Name"}) {
-        _projectNames.emplace_back(*fields.text(name));
-        _projectNames.push_back(pathByDeletingExtension(*fields.text(name)));
+        const auto projectName = fields.text(name);
+        _projectNames.emplace_back(projectName.textOrEmpty());
+        _projectNames.push_back(pathByDeletingExtension(projectName.textOrEmpty()));
     }
     isScheduledFromStart =
-        MSPDICount(project, "ScheduleFromStart") != 1 || MSPDIIsTrueField(fields, "ScheduleFromStart");
-    projectDate = instantOf(*fields.text(isScheduledFromStart ? "StartDate" : "FinishDate"));
+        fields.lastChild("ScheduleFromStart").count != 1 || MSPDIIsTrueField(fields, "ScheduleFromStart");
+    projectDate = instantOf(fields.text(isScheduledFromStart ? "StartDate" : "FinishDate").textOrEmpty());
 }
 
 void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
@@ -72,7 +75,7 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
         _taskUIDs.insert(_taskUIDs.end(), uids.begin(), uids.end());
         auto& task = tasks.emplace_back();
         const auto uidText = fields.text("UID");
-        const auto uid = scanInteger64(*uidText).value_or(0);
+        const auto uid = scanInteger64(uidText.textOrEmpty()).value_or(0);
         task.isSummary = MSPDIIsTrueField(fields, "Summary");
         if (MSPDIIsTrueField(fields, "IsNull")) {
             task.state = MSPDITaskState::EmptyRow;
@@ -85,7 +88,7 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
         _taskByUID.try_emplace(uid, tasks.size() - 1);
         // In this tree only tasks that can be reached have a target.
         const auto level = MSPDILastInteger(fields, "OutlineLevel").value_or(0);
-        const auto id = 't' + std::string(*uidText);
+        const auto id = 't' + std::string(uidText.textOrEmpty());
         tree.record(id, {node, {}, {}, level, task.isSummary});
         if (level != 1) {
             const auto parent = tree.parentForLevel(level);
@@ -105,7 +108,7 @@ void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
         const auto position = calendars.size();
         auto& calendar = calendars.emplace_back();
         for (const auto& period : nodesForXQuery(node, "Exceptions/Exception[Type=1]/TimePeriod")) {
-            calendar.exceptionStarts.insert(lastText(period, "FromDate"));
+            calendar.exceptionStarts.insert(textForXQuery(period, "FromDate").textOrEmpty());
         }
         for (const auto uid : numbersOf(node, "UID")) {
             _calendarByUID[uid] = position;
@@ -122,7 +125,7 @@ void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
     if (taken) {
         calendars[*taken].isProjects = true;
         const auto nodes = nodesForXQuery(project, "Calendars/Calendar");
-        projectCalendarUID = MSPDILastInteger(nodes[*taken], "UID");
+        projectCalendarUID = MSPDILastInteger(MSPCFields(nodes[*taken]), "UID");
     }
 }
 
@@ -130,9 +133,9 @@ void MSPDIPlanFacts::readDefinitions(const MSPCXMLNode& project) {
     for (const auto& node : nodesForXQuery(project, "ExtendedAttributes/ExtendedAttribute")) {
         auto& definition = definitions.emplace_back();
         for (const auto* name : {"FieldName", "Alias"}) {
-            if (node.firstChildElement(name)) {
+            if (auto text = textForXQuery(node, name)) {
                 definition.hasName = true;
-                definition.name = lastText(node, name);
+                definition.name = std::move(text).textOrEmpty();
             }
         }
         for (auto id = node.firstChildElement("FieldID"); id; id = id.nextSiblingElement("FieldID")) {
@@ -154,8 +157,8 @@ void MSPDIPlanFacts::readDefinitions(const MSPCXMLNode& project) {
 void MSPDIPlanFacts::readValues(const MSPCXMLNode& owner, bool isShown, bool isTask) {
     for (auto value = owner.firstChildElement("ExtendedAttribute"); value;
          value = value.nextSiblingElement("ExtendedAttribute")) {
-        const auto position =
-            value.firstChildElement("FieldID") ? definitionOf(lastText(value, "FieldID")) : std::nullopt;
+        const auto fieldID = textForXQuery(value, "FieldID");
+        const auto position = fieldID ? definitionOf(fieldID.textOrEmpty()) : std::nullopt;
         if (position && definitions[*position].hasName) {
             auto& definition = definitions[*position];
             const bool arrives = isShown && value.firstChildElement("Value");
@@ -177,7 +180,7 @@ void MSPDIPlanFacts::readResources(const MSPCXMLNode& project) {
         if (!resource.isMapped) {
             continue;
         }
-        const bool isCost = isSavedBy2007OrLater() && MSPDICount(node, "IsCostResource") == 1 &&
+        const bool isCost = isSavedBy2007OrLater() && fields.lastChild("IsCostResource").count == 1 &&
                             MSPDIIsTrueField(fields, "IsCostResource");
         resource.isMaterial = isCost || MSPDISingleInteger(fields, "Type").value_or(1) == 0;
         if (resource.isMaterial) {
@@ -202,7 +205,7 @@ void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
         share.taskUID = taskUID.value_or(0);
         share.hasTask = taskUID.has_value();
         share.resourceUID = MSPDILastInteger(fields, "ResourceUID");
-        share.work = MSPDISeconds(*fields.text("Work"));
+        share.work = MSPDISeconds(fields.text("Work").textOrEmpty());
         for (const auto uid : numbersOf(node, "ResourceUID")) {
             assignment.countsForMaterial = assignment.countsForMaterial || _materialByUID.contains(uid);
         }
@@ -211,7 +214,7 @@ void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
             const auto type = MSPDISingleInteger(record.lastChildElement("Type"));
             for (int scenario = Actual; scenario < BaselineCount; ++scenario) {
                 if (!type || MSPIIsTimephasedTypeOfScenario(*type, scenario)) {
-                    ++share.records[static_cast<std::size_t>(scenario + 1)];
+                    ++share.records[slotOf(scenario)];
                 }
             }
         }
@@ -276,7 +279,7 @@ void MSPDIPlanFacts::conclude() {
     }
     for (std::size_t position = 0; position < tasks.size(); ++position) {
         for (int scenario = Actual; scenario < BaselineCount; ++scenario) {
-            if (records[position][static_cast<std::size_t>(scenario + 1)] >= 2) {
+            if (records[position][slotOf(scenario)] >= 2) {
                 tasks[position].timephasedScenarios |= bitOf(scenario);
             }
         }

@@ -66,7 +66,7 @@ bool MSPDITaskView::has(std::string_view name) const {
 }
 
 std::string MSPDITaskView::text(std::string_view name) const {
-    return hides(name) ? _task.lastText(_baseline, name) : std::string(*_task.fields.text(name));
+    return hides(name) ? _task.lastText(_baseline, name) : _task.fields.text(name).textOrEmpty();
 }
 
 std::optional<std::int64_t> MSPDITaskView::singleInteger(std::string_view name) const {

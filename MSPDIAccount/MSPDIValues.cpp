@@ -37,7 +37,7 @@ bool isSame(std::string_view text, std::string_view wanted) {
 std::optional<std::int64_t> MSPDISingleInteger(const MSPCFields& fields, std::string_view name) {
     Error error;
     const auto text = fields.text(name, &error);
-    return text && !error ? scanInteger64(*text) : std::nullopt;
+    return text && !error ? scanInteger64(text.textOrEmpty()) : std::nullopt;
 }
 
 std::optional<std::int64_t> MSPDISingleInteger(const MSPCXMLLastChild& child) {
@@ -46,7 +46,7 @@ std::optional<std::int64_t> MSPDISingleInteger(const MSPCXMLLastChild& child) {
 }
 
 std::optional<std::int64_t> MSPDILastInteger(const MSPCFields& fields, std::string_view name) {
-    return scanInteger64(*fields.text(name));
+    return scanInteger64(fields.text(name).textOrEmpty());
 }
 
 bool MSPDIIsTrue(std::string_view text) {
@@ -59,7 +59,7 @@ bool MSPDIIsTrue(std::string_view text) {
 }
 
 bool MSPDIIsTrueField(const MSPCFields& fields, std::string_view name) {
-    return MSPDIIsTrue(*fields.text(name));
+    return MSPDIIsTrue(fields.text(name).textOrEmpty());
 }
 
 std::optional<std::int64_t> MSPDISeconds(std::string_view duration) {
@@ -68,10 +68,6 @@ std::optional<std::int64_t> MSPDISeconds(std::string_view duration) {
     } catch (const MSPCException&) {
         return std::nullopt;
     }
-}
-
-std::size_t MSPDICount(const MSPCXMLNode& element, std::string_view name) {
-    return element.lastChildElement(name).count;
 }
 
 bool MSPDIIsOneOf(std::string_view text, std::string_view list) {

@@ -34,9 +34,8 @@ public:
     // Copies the template bundle to the destination, or to the first free name "<destination>-1", "-2", ... where
     // something exists already that is not to be replaced, and writes into the copy the actual scenario ("Actual.xml"),
     // every baseline 0 to 10 that the plan holds ("Baseline.xml", "Baseline1.xml" to "Baseline10.xml") and, last, the
-    // table of contents
-    // ("__TOC.xml"). The bundle appears under its name when all is done or has failed; what it replaces stands until
-    // then. True when all of it was written.
+    // table of contents ("__TOC.xml"). The bundle appears under its name when all is done or has failed; what it
+    // replaces stands until then. True when all of it was written.
     //
     // False on any failure of the system's own kinds, after the log line "Exception: <name>\n<reason>\n<user info>"; a
     // plan without an actual scenario gives false without a line. What was written before stays: nothing is rolled

@@ -12,6 +12,7 @@
 namespace {
 
 void* allocateOrThrow(std::size_t size) {
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the library owns it, and frees it with what it is given below
     if (void* const memory = std::malloc(size)) {
         return memory;
     }
@@ -67,7 +68,7 @@ MSPCXMLNode MSPCXMLDocument::setRoot(MSPCXMLNewElement&& element) {
     auto& document = _tree->document();
     auto former = rootElementOf(document);
     if (treeNode(element.node()).root() != document) {
-        element = MSPCXMLNewElement(handleOf(roomOfFreeElements(document).append_copy(treeNode(element.node()))));
+        element = MSPCXMLNewElement(handleOf(holderOfFreeElements(document).append_copy(treeNode(element.node()))));
     }
     const auto child = treeNode(element.node());
     if (former) {
@@ -81,7 +82,7 @@ MSPCXMLNode MSPCXMLDocument::setRoot(MSPCXMLNewElement&& element) {
 
 MSPCXMLNewElement MSPCXMLDocument::newElement(std::string_view name) {
     return MSPCXMLNewElement(
-        handleOf(roomOfFreeElements(_tree->document()).append_child(MSPCXMLTerminatedName(name).text())));
+        handleOf(holderOfFreeElements(_tree->document()).append_child(MSPCXMLTerminatedName(name).text())));
 }
 
 std::size_t MSPCXMLDocument::write(MSPCByteSink& sink) const {

@@ -144,17 +144,17 @@ MSPCXMLNode MSPCXMLNode::parent() const noexcept {
         return {_node, nullptr};
     }
     const auto parent = treeNode(*this).parent();
-    return isRoomOfFreeElements(parent) ? MSPCXMLNode() : handleOf(parent);
+    return isHolderOfFreeElements(parent) ? MSPCXMLNode() : handleOf(parent);
 }
 
 MSPCXMLNode MSPCXMLNode::firstChild() const noexcept {
     const auto child = nodeWithChildren(*this).first_child();
-    return isRoomOfFreeElements(child) ? handleOf(child.next_sibling()) : handleOf(child);
+    return isHolderOfFreeElements(child) ? handleOf(child.next_sibling()) : handleOf(child);
 }
 
 MSPCXMLNode MSPCXMLNode::lastChild() const noexcept {
     const auto child = nodeWithChildren(*this).last_child();
-    return isRoomOfFreeElements(child) ? MSPCXMLNode() : handleOf(child);
+    return isHolderOfFreeElements(child) ? MSPCXMLNode() : handleOf(child);
 }
 
 MSPCXMLNode MSPCXMLNode::nextSibling() const noexcept {
@@ -166,7 +166,7 @@ MSPCXMLNode MSPCXMLNode::nextSibling() const noexcept {
 MSPCXMLNode MSPCXMLNode::previousSibling() const noexcept {
     const auto node = nodeWithChildren(*this);
     const auto sibling = node.previous_sibling();
-    return !isThere(sibling) || isRoomOfFreeElements(sibling) || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
+    return !isThere(sibling) || isHolderOfFreeElements(sibling) || isFree(node) ? MSPCXMLNode() : handleOf(sibling);
 }
 
 MSPCXMLNode MSPCXMLNode::firstChildElement(std::string_view name) const noexcept {

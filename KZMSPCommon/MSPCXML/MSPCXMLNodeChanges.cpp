@@ -101,7 +101,7 @@ MSPCXMLNode MSPCXMLNode::insertComment(std::string_view text, std::size_t index)
 }
 
 MSPCXMLNewElement MSPCXMLNode::newElement(std::string_view name) const {
-    auto element = roomOfFreeElements(treeNode(*this).root()).append_child(MSPCXMLTerminatedName(name).text());
+    auto element = holderOfFreeElements(treeNode(*this).root()).append_child(MSPCXMLTerminatedName(name).text());
     return MSPCXMLNewElement(handleOf(element));
 }
 
@@ -109,7 +109,7 @@ MSPCXMLNewElement MSPCXMLNode::newCopyOf(const MSPCXMLNode& element) const {
     if (_node == nullptr || !element.isElement()) {
         return {};
     }
-    return MSPCXMLNewElement(handleOf(roomOfFreeElements(treeNode(*this).root()).append_copy(treeNode(element))));
+    return MSPCXMLNewElement(handleOf(holderOfFreeElements(treeNode(*this).root()).append_copy(treeNode(element))));
 }
 
 bool MSPCXMLNode::takesIn(MSPCXMLNewElement& element) const {
@@ -151,7 +151,7 @@ MSPCXMLNewElement MSPCXMLNode::detach() {
     if (!isElement() || isFree(node)) {
         return {};  // a free element has its owner already
     }
-    return MSPCXMLNewElement(handleOf(roomOfFreeElements(node.root()).append_move(node)));
+    return MSPCXMLNewElement(handleOf(holderOfFreeElements(node.root()).append_move(node)));
 }
 
 bool MSPCXMLNode::replaceOnlyText(std::string_view text, std::string* former) {

@@ -58,20 +58,20 @@ private:
     std::map<std::string, std::unique_ptr<pugi::xpath_query>, std::less<>> _queries;
 };
 
-// Whether a document has free elements. An empty room is swept away: no query meets it then.
+// Whether a document has free elements. An empty holder is swept away: no query meets it then.
 bool hasFreeElements(pugi::xml_node document) {
-    const auto room = roomOfFreeElementsIfAny(document);
-    if (isThere(room) && !isThere(room.first_child())) {
-        document.remove_child(room);
+    const auto holder = holderOfFreeElementsIfAny(document);
+    if (isThere(holder) && !isThere(holder.first_child())) {
+        document.remove_child(holder);
         return false;
     }
-    return isThere(room);
+    return isThere(holder);
 }
 
 // What tells a free element's inside from all that is outside: the free element; none for a node of the document
-// proper, the room itself for the room.
+// proper, the holder itself for the holder.
 pugi::xml_node freeElementAround(pugi::xml_node node) {
-    while (isThere(node) && !isFree(node) && !isRoomOfFreeElements(node)) {
+    while (isThere(node) && !isFree(node) && !isHolderOfFreeElements(node)) {
         node = node.parent();
     }
     return node;

@@ -5,31 +5,31 @@
 namespace {
 
 // No document can hold an element of this name, since U+0001 is no XML character.
-constexpr const char* RoomName = "\x01";
+constexpr const char* HolderName = "\x01";
 
 }  // namespace
 
-bool isRoomOfFreeElements(const pugi::xml_node& node) {
-    return node.name()[0] == RoomName[0];
+bool isHolderOfFreeElements(const pugi::xml_node& node) {
+    return node.name()[0] == HolderName[0];
 }
 
-pugi::xml_node roomOfFreeElementsIfAny(const pugi::xml_node& document) {
+pugi::xml_node holderOfFreeElementsIfAny(const pugi::xml_node& document) {
     const auto first = document.first_child();
-    return isRoomOfFreeElements(first) ? first : pugi::xml_node();
+    return isHolderOfFreeElements(first) ? first : pugi::xml_node();
 }
 
-pugi::xml_node roomOfFreeElements(pugi::xml_node document) {
-    const auto room = roomOfFreeElementsIfAny(document);
-    return isThere(room) ? room : document.prepend_child(RoomName);
+pugi::xml_node holderOfFreeElements(pugi::xml_node document) {
+    const auto holder = holderOfFreeElementsIfAny(document);
+    return isThere(holder) ? holder : document.prepend_child(HolderName);
 }
 
 bool isFree(const pugi::xml_node& node) {
-    return isRoomOfFreeElements(node.parent());
+    return isHolderOfFreeElements(node.parent());
 }
 
 pugi::xml_node firstVisibleChild(const pugi::xml_node& document) {
     const auto first = document.first_child();
-    return isRoomOfFreeElements(first) ? first.next_sibling() : first;
+    return isHolderOfFreeElements(first) ? first.next_sibling() : first;
 }
 
 pugi::xml_node rootElementOf(const pugi::xml_node& document) {

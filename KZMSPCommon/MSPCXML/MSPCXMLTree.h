@@ -11,8 +11,8 @@ class xml_node;
 
 // What every unit over the library's tree needs. Walks never recurse, so that no depth of nesting overflows the stack.
 //
-// The library has no nodes without a parent. Free elements therefore live in a room of their own: a reserved first
-// child of the document, made when the first free element is. Nothing outside this folder ever sees it.
+// The library has no nodes without a parent. Free elements therefore have a holder: a reserved first child of the
+// document, made when the first free element is. Nothing outside this folder ever sees it.
 
 // The library's own handles are one pointer each, but to ask them anything is a call into its shared library. The
 // questions that every step of a walk asks are answered here without one.
@@ -25,14 +25,14 @@ template <typename TreeHandle>
     return std::bit_cast<void*>(one) == std::bit_cast<void*>(other);
 }
 
-// The room of free elements of a document node; made when it is missing.
-[[nodiscard]] pugi::xml_node roomOfFreeElements(pugi::xml_node document);
-// The room where a document has one; else an empty node.
-[[nodiscard]] pugi::xml_node roomOfFreeElementsIfAny(const pugi::xml_node& document);
-[[nodiscard]] bool isRoomOfFreeElements(const pugi::xml_node& node);
+// The holder of free elements of a document node; made when it is missing.
+[[nodiscard]] pugi::xml_node holderOfFreeElements(pugi::xml_node document);
+// The holder where a document has one; else an empty node.
+[[nodiscard]] pugi::xml_node holderOfFreeElementsIfAny(const pugi::xml_node& document);
+[[nodiscard]] bool isHolderOfFreeElements(const pugi::xml_node& node);
 // Whether the node is a free element itself (not merely inside one).
 [[nodiscard]] bool isFree(const pugi::xml_node& node);
-// The first child of a document that is not the room of free elements.
+// The first child of a document that is not the holder of free elements.
 [[nodiscard]] pugi::xml_node firstVisibleChild(const pugi::xml_node& document);
 // The root element of a document; empty when it has none.
 [[nodiscard]] pugi::xml_node rootElementOf(const pugi::xml_node& document);

@@ -8,7 +8,7 @@
 
 namespace {
 
-double sumOfUnits(std::int64_t uid, const MSPINumberIndex& byResourceUID, MSPIAssignmentLooks& looks,
+double sumOfUnits(MSPCResourceUID uid, const MSPIUIDIndex<MSPCResourceUID>& byResourceUID, MSPIAssignmentLooks& looks,
                   MSPIGrowthBounds& bounds) {
     double units = 0;
     std::string buffer;
@@ -23,7 +23,7 @@ double sumOfUnits(std::int64_t uid, const MSPINumberIndex& byResourceUID, MSPIAs
 
 }  // namespace
 
-double MSPIAssignedUnits::ofResource(std::int64_t uid, MSPIProjectIndex& index, MSPIAssignmentLooks& looks,
+double MSPIAssignedUnits::ofResource(MSPCResourceUID uid, MSPIProjectIndex& index, MSPIAssignmentLooks& looks,
                                      MSPIGrowthBounds& bounds) {
     const auto [known, isNew] = _byUID.try_emplace(uid, 0);
     if (isNew) {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <map>
+
+#include "MSPCUID.h"
 
 class MSPIAssignmentLooks;
 class MSPIGrowthBounds;
@@ -14,9 +15,9 @@ public:
     // The sum of "Assignments/Assignment[ResourceUID=<uid>]/Units", in document order; a text that is no number counts
     // nothing. The assignments are those of `index`, of which `looks` and `bounds` keep account. Raises what
     // `MSPIGrowthBounds` raises for assignments of many resources.
-    [[nodiscard]] double ofResource(std::int64_t uid, MSPIProjectIndex& index, MSPIAssignmentLooks& looks,
+    [[nodiscard]] double ofResource(MSPCResourceUID uid, MSPIProjectIndex& index, MSPIAssignmentLooks& looks,
                                     MSPIGrowthBounds& bounds);
 
 private:
-    std::map<std::int64_t, double> _byUID;
+    std::map<MSPCResourceUID, double> _byUID;
 };

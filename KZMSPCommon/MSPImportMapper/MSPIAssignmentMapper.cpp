@@ -4,9 +4,9 @@
 
 MSPCXMLNewElement MSPIAssignmentMapper::newAssignmentFromMSPAssignment(const MSPCXMLNode& mspAssignment) const {
     auto assignment = _mapper.newElement("assignment");
-    if (const auto resourceUID = stringValueForXQuery(mspAssignment, "ResourceUID")) {
+    if (const auto resourceUID = textForXQuery(mspAssignment, "ResourceUID")) {
         setAttributeWithNameStringValue(assignment.node(), "idref",
-                                        _mapper.idMapper().resourceIdFromMspdiUID(*resourceUID));
+                                        _mapper.idMapper().resourceIdFromMspdiUID(resourceUID.textOrEmpty()));
     }
     return assignment;
 }

@@ -84,21 +84,21 @@ MSPCXMLNewElement MSPICalendarMapper::newScheduleFromMSPCalendar(const MSPCXMLNo
     if (auto* const known = schedules.find(mspCalendar)) {
         return newCopyOfSchedule(mspCalendar, *known);
     }
-    _mapper.log().log("{}", logLineOf(mspCalendar, stringValueForXQuery(mspCalendar, "Name").value_or("")));
+    _mapper.log().log("{}", logLineOf(mspCalendar, textForXQuery(mspCalendar, "Name").textOrEmpty()));
     auto schedule = newSchedule(mspCalendar);
     schedules.keep(mspCalendar, schedule.node());
     return schedule;
 }
 
 MSPCMessage MSPICalendarMapper::logLineOf(const MSPCXMLNode& mspCalendar, std::string_view name) const {
-    return MSPCMessage("  Mapping Calendar UID='{}' name='{}' ...",
-                       stringValueForXQuery(mspCalendar, "UID").value_or(""), name);
+    return MSPCMessage("  Mapping Calendar UID='{}' name='{}' ...", textForXQuery(mspCalendar, "UID").textOrEmpty(),
+                       name);
 }
 
 MSPCXMLNewElement MSPICalendarMapper::newCopyOfSchedule(const MSPCXMLNode& mspCalendar,
                                                         MSPICalendarSchedules::Schedule& schedule) const {
     if (!schedule.logLine) {
-        const auto name = stringValueForXQuery(mspCalendar, "Name").value_or("");
+        const auto name = textForXQuery(mspCalendar, "Name").textOrEmpty();
         schedule.logLine = logLineOf(mspCalendar, name);
         schedule.nameSize = name.size();
         schedule.elementCount = countOfElements(schedule.element);
@@ -170,10 +170,10 @@ void MSPICalendarMapper::addWorkingTimes(MSPCXMLNode scheduleDay, const std::vec
     const auto& conversions = _mapper.conversions();
     for (const auto& workingTime : workingTimes) {
         checkNode(workingTime, "WorkingTime");
-        const auto fromTime = stringValueForXQuery(workingTime, "FromTime");
-        const auto toTime = stringValueForXQuery(workingTime, "ToTime");
-        addTimeSpan(scheduleDay, conversions.mspdiToKdzxTimeOnly(fromTime.value_or("")),
-                    conversions.mspdiToKdzxTimeOnly(toTime.value_or("")));
+        const auto fromTime = textForXQuery(workingTime, "FromTime");
+        const auto toTime = textForXQuery(workingTime, "ToTime");
+        addTimeSpan(scheduleDay, conversions.mspdiToKdzxTimeOnly(fromTime.textOrEmpty()),
+                    conversions.mspdiToKdzxTimeOnly(toTime.textOrEmpty()));
     }
 }
 

@@ -26,9 +26,8 @@ public:
 
     // The `schedule` of a calendar, with the log line "  Mapping Calendar UID='<UID>' name='<Name>' ...". Nested
     // calendars are left out where they would hold no event. A calendar that was mapped in the scenario before is not
-    // mapped again but copied.
-    // The first schedule of a calendar in a scenario is what the later ones are copied from: it must stay in the
-    // scenario's document, as it is, until the scenario is mapped.
+    // mapped again but copied: its first schedule must stay in the scenario's document, as it is, until the scenario is
+    // mapped.
     [[nodiscard]] MSPCXMLNewElement newScheduleFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
     // A `schedule-day` per MSPDI `WeekDay` of DayType 1 (Sunday) to 7, in document order; days of one type are not

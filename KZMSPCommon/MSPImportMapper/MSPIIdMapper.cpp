@@ -26,3 +26,11 @@ std::string MSPIIdMapper::taskIdFromMspdiUID(std::string_view mspdiUID) const {
 std::string MSPIIdMapper::resourceIdFromMspdiUID(std::string_view mspdiUID) const {
     return idFromMspdiUID('r', "Resource", mspdiUID);
 }
+
+std::string MSPIIdMapper::taskIdFromMspdiUID(MSPCTaskUID mspdiUID) const {
+    return taskIdFromMspdiUID(fmt::to_string(MSPCNumberOf(mspdiUID)));
+}
+
+std::string MSPIIdMapper::resourceIdFromMspdiUID(MSPCResourceUID mspdiUID) const {
+    return resourceIdFromMspdiUID(fmt::to_string(MSPCNumberOf(mspdiUID)));
+}

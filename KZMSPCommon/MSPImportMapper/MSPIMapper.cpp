@@ -39,7 +39,7 @@ MSPIMapper::MSPIMapper(MSPIPlan& plan, const MSPCXMLDocument& kdzxTemplateXmlDoc
     setKdzxTemplateRoot(kdzxTemplateXmlDoc.root());
     if (info.mspdiBaselineNumber) {
         const auto number = *info.mspdiBaselineNumber;
-        if (number < 0 || number >= MSPIBaselineIndex::BaselineCount) {
+        if (number < 0 || number >= MSPIBaselineCount) {
             throw MSPCInternalInconsistency(fmt::format("Unexpected baseline number in info dictionary: {}", number));
         }
         setBaselineNumber(number);

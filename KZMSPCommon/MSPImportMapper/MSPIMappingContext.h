@@ -71,8 +71,8 @@ public:
     void setImportedProjectName(std::string name) { _importedProjectName = std::move(name); }
 
     // UID of the project's calendar; -1 until it is known.
-    [[nodiscard]] std::int64_t mspStandardCalendarUID() const { return _mspStandardCalendarUID; }
-    void setMspStandardCalendarUID(std::int64_t uid) { _mspStandardCalendarUID = uid; }
+    [[nodiscard]] MSPCCalendarUID mspStandardCalendarUID() const { return _mspStandardCalendarUID; }
+    void setMspStandardCalendarUID(MSPCCalendarUID uid) { _mspStandardCalendarUID = uid; }
     [[nodiscard]] bool mspScheduleFromStart() const { return _mspScheduleFromStart; }
     void setMspScheduleFromStart(bool fromStart) { _mspScheduleFromStart = fromStart; }
 
@@ -106,7 +106,7 @@ public:
     // What the definitions of custom fields tell, and what the assignments of a resource add up to (as
     // `MSPIAssignedUnits` has it). As with the index, neither may change once it has been asked for.
     [[nodiscard]] MSPICustomFields& customFields() { return _customFields; }
-    [[nodiscard]] double assignedUnitsOfResource(std::int64_t uid) {
+    [[nodiscard]] double assignedUnitsOfResource(MSPCResourceUID uid) {
         return _assignedUnits.ofResource(uid, index(), _assignmentLooks, growthBounds());
     }
     // Which assignments of several tasks or resources have been looked at.
@@ -132,7 +132,7 @@ private:
     std::int32_t _baselineNumber = -1;
     std::function<std::vector<MSPCXMLNode>()> _findHiddenElements;
     std::string _importedProjectName;
-    std::int64_t _mspStandardCalendarUID = -1;
+    MSPCCalendarUID _mspStandardCalendarUID{-1};
     bool _mspScheduleFromStart = false;
     std::string _mspStartDate;
     std::string _mspFinishDate;

@@ -173,7 +173,7 @@ void MSPIProjectMapper::addProjectSchedule(const MSPCXMLNode& calendar, MSPCXMLN
     }
     Error error;
     const auto calendarUID = intValueForXQuery(calendar, "UID", &error);
-    _mapper.setMspStandardCalendarUID(error ? -1 : calendarUID);
+    _mapper.setMspStandardCalendarUID(MSPCCalendarUID{error ? -1 : calendarUID});
 
     addComment(topGroupResource, "  Project Schedule  ");
     const auto schedule =
@@ -203,14 +203,15 @@ void MSPIProjectMapper::addMspResourcesToScenarioTopGroupResource(std::span<cons
 void MSPIProjectMapper::mapResource(const MSPCXMLNode& mspResource, MSPCXMLNode scenario,
                                     const MSPCXMLNode& topGroupResource) {
     checkNode(mspResource, "Resource");
+    const MSPCFields fields(mspResource);
     Error error;
-    const auto uid = intValueForXQuery(mspResource, "UID", &error);
+    const auto uid = fields.intValue("UID", &error);
     // MSPDI's resource 0 stands for "nobody"; one with several UIDs cannot be told from others.
     if (error || uid == 0) {
         return;
     }
     MSPIResourceMapper resourceMapper(_mapper, _userDataTOCElements, _mspResourceMaxId);
-    const auto resource = scenario.appendChild(resourceMapper.newResourceFromMSPResource(mspResource));
+    const auto resource = scenario.appendChild(resourceMapper.newResourceFromMSPResource(fields));
     _userDataChanged = _userDataChanged || resourceMapper.userDataChanged();
     setAttributeWithNameStringValue(addChildElementWithName(topGroupResource, "child-resource"), "idref",
                                     resource.attribute("id").stringValue());

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr MSPCTaskUID rootTask{0};
+
 void addChildTask(const MSPCXMLNode& parent, std::string_view id) {
     setAttributeWithNameStringValue(addChildElementWithName(parent, "child-task"), "idref", id);
 }
@@ -27,7 +29,7 @@ std::string subjectOfOwner(const MSPCXMLNode& reference) {
     const auto owner = reference.parent();
     const auto id = idOf(owner);
     return fmt::format("Task UID='{}' name='{}'", id.empty() ? id : id.substr(1),
-                       stringValueForXQuery(owner, "title").value_or(""));
+                       textForXQuery(owner, "title").textOrEmpty());
 }
 
 }  // namespace
@@ -56,14 +58,14 @@ void MSPIProjectMapper::mapTask(const MSPCXMLNode& mspTask, TaskRun& run) {
     const auto outlineLevel = fields.intValue("OutlineLevel");
     if (outlineLevel < 0) {
         throw MSPCInternalInconsistency(fmt::format("Unexpected outline level {} found in task (UID={})", outlineLevel,
-                                                    fields.stringValue("UID").value_or("")));
+                                                    fields.text("UID").textOrEmpty()));
     }
     if (fields.boolValue("IsNull")) {
         return;
     }
     MSPITaskMapper taskMapper(_mapper, _mspScheduleFromStart, _userDataTOCElements, _mspTaskMaxId);
     auto newTask = taskMapper.newTaskFromMSPTask(fields);
-    const bool isRoot = taskMapper.mspTaskUID() == 0;
+    const bool isRoot = taskMapper.mspTaskUID() == rootTask;
     if (isRoot && run.hasRootTask) {
         throw MSPCInternalInconsistency("Duplicate tasks with UID=0 found in the source document.");
     }
@@ -118,7 +120,7 @@ void MSPIProjectMapper::addMspAssignmentsForMspdiTaskToTask(const MSPCFields& ms
         return;
     }
     Error error;
-    const auto taskUID = mspTask.intValue("UID", &error);
+    const MSPCTaskUID taskUID{mspTask.intValue("UID", &error)};
     if (error && run.isReportingErrors) {
         return;
     }
@@ -150,7 +152,7 @@ void MSPIProjectMapper::giveFinalIdsToSplitPieces(TaskRun& run) {
         _mspTaskMaxId = static_cast<std::int64_t>(static_cast<std::uint64_t>(_mspTaskMaxId) + 1);
         const auto id =
             MSPITellingSubject([&] { return subjectOfOwner(pending.reference); },
-                               [&] { return _mapper.idMapper().taskIdFromMspdiUID(fmt::to_string(_mspTaskMaxId)); });
+                               [&] { return _mapper.idMapper().taskIdFromMspdiUID(MSPCTaskUID{_mspTaskMaxId}); });
         setAttributeWithNameStringValue(piece, "id", id);
         setAttributeWithNameStringValue(pending.reference, "idref", id);
     }

@@ -24,35 +24,36 @@ MSPCXMLNewElement MSPIResourceMapper::newResourceFromMSPResource(const MSPCField
     addIdentity(mspResource, resource);
     const auto kind = kindOf(mspResource);
     addChildElementWithNameStringValue(resource, "type", kind == Kind::Staff ? "Staff" : "Material");
-    if (const auto notes = mspResource.stringValue("Notes")) {
-        resource.appendChild(MSPINoteMapper().newNoteFromMSPNotes(*notes, _mapper.kdzxDocument()));
+    if (const auto notes = mspResource.text("Notes")) {
+        resource.appendChild(MSPINoteMapper().newNoteFromMSPNotes(notes.textOrEmpty(), _mapper.kdzxDocument()));
     }
     _userDataChanged = addUserDataOfExtendedAttributesToElement(
         mspResource.nodes("ExtendedAttribute"), resource, MSPIResourceUserDataKeysTag, _userDataTOCElements, _mapper);
     addCosts(mspResource, resource);
     addUnits(mspResource, resource, kind);
     addSchedule(mspResource, resource);
-    if (const auto address = mspResource.stringValue("EmailAddress")) {
-        addChildElementWithNameStringValue(resource, "email-address", *address);
+    if (const auto address = mspResource.text("EmailAddress")) {
+        addChildElementWithNameStringValue(resource, "email-address", address.textOrEmpty());
     }
     return newResource;
 }
 
 void MSPIResourceMapper::addIdentity(const MSPCFields& mspResource, const MSPCXMLNode& resource) {
-    const auto uid = mspResource.stringValue("UID");
+    const auto uid = mspResource.text("UID");
     if (!uid) {
         throw MSPCInternalInconsistency("Failed to get UID from Resource.");
     }
-    _mspResourceUID = scanInteger64(*uid).value_or(0);
-    setAttributeWithNameStringValue(resource, "id", _mapper.idMapper().resourceIdFromMspdiUID(*uid));
-    if (_mspResourceUID > 0) {
-        _mspResourceMaxId = std::max(_mspResourceMaxId, _mspResourceUID);
+    const auto number = scanInteger64(uid.textOrEmpty()).value_or(0);
+    _mspResourceUID = MSPCResourceUID{number};
+    setAttributeWithNameStringValue(resource, "id", _mapper.idMapper().resourceIdFromMspdiUID(uid.textOrEmpty()));
+    if (number > 0) {
+        _mspResourceMaxId = std::max(_mspResourceMaxId, number);
     }
-    const auto name = mspResource.stringValue("Name");
+    const auto name = mspResource.text("Name");
     if (name) {
-        addChildElementWithNameStringValue(resource, "name", *name);
+        addChildElementWithNameStringValue(resource, "name", name.textOrEmpty());
     }
-    _mapper.log().log("  Mapping Resource UID={}  name='{}' ...", *uid, name.value_or(""));
+    _mapper.log().log("  Mapping Resource UID={}  name='{}' ...", uid.textOrEmpty(), name.textOrEmpty());
 }
 
 // MSPDI knows material (0) and work (1) resources; from 2007 on a flag marks cost resources, which become material
@@ -81,8 +82,8 @@ void MSPIResourceMapper::addCosts(const MSPCFields& mspResource, const MSPCXMLNo
         // MSPDI keeps this amount in hundredths.
         addChildElementWithNameStringValue(resource, "cost-per-use", fmt::format("{:.2f}", costPerUse / 100.0));
     }
-    if (const auto rate = mspResource.stringValue("StandardRate")) {
-        addChildElementWithNameStringValue(resource, "cost-per-hour", *rate);
+    if (const auto rate = mspResource.text("StandardRate")) {
+        addChildElementWithNameStringValue(resource, "cost-per-hour", rate.textOrEmpty());
     }
 }
 
@@ -95,7 +96,7 @@ void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNo
         }
     } else {
         Error error;
-        const auto uid = mspResource.intValue("UID", &error);
+        const MSPCResourceUID uid{mspResource.intValue("UID", &error)};
         if (error) {
             return;
         }
@@ -106,8 +107,8 @@ void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNo
 
 void MSPIResourceMapper::addSchedule(const MSPCFields& mspResource, const MSPCXMLNode& resource) const {
     Error error;
-    const auto calendarUID = mspResource.intValue("CalendarUID", &error);
-    if (error || calendarUID < 0) {
+    const MSPCCalendarUID calendarUID{mspResource.intValue("CalendarUID", &error)};
+    if (error || MSPCNumberOf(calendarUID) < 0) {
         return;
     }
     if (const auto calendar = _mapper.index().calendarsByUID().singleNodeWithKey(calendarUID)) {

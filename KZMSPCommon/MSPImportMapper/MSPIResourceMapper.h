@@ -20,7 +20,7 @@ public:
     [[nodiscard]] MSPCXMLNewElement newResourceFromMSPResource(const MSPCFields& mspResource);
 
     // The resource's UID, 0 for a UID text that is no number; -1 until a resource has been mapped.
-    [[nodiscard]] std::int64_t mspResourceUID() const { return _mspResourceUID; }
+    [[nodiscard]] MSPCResourceUID mspResourceUID() const { return _mspResourceUID; }
     // Whether user-data keys were recorded.
     [[nodiscard]] bool userDataChanged() const { return _userDataChanged; }
 
@@ -33,7 +33,7 @@ private:
     void addUnits(const MSPCFields& mspResource, const MSPCXMLNode& resource, Kind kind) const;
     void addSchedule(const MSPCFields& mspResource, const MSPCXMLNode& resource) const;
 
-    std::int64_t _mspResourceUID = -1;
+    MSPCResourceUID _mspResourceUID{-1};
     MSPIUserDataTOCElements& _userDataTOCElements;
     std::int64_t& _mspResourceMaxId;
     bool _userDataChanged = false;

@@ -49,10 +49,15 @@ void addChild(const MSPCXMLNode& parent, std::string_view name, std::string_view
     addChildElementWithNameStringValue(parent, name, text);
 }
 
-template <typename Text>
-void addChildIfPresent(const MSPCXMLNode& parent, std::string_view name, const Text& text) {
+void addChildIfPresent(const MSPCXMLNode& parent, std::string_view name, const std::optional<std::string>& text) {
     if (text) {
         addChild(parent, name, *text);
+    }
+}
+
+void addChildIfPresent(const MSPCXMLNode& parent, std::string_view name, const MSPCNodeText& text) {
+    if (text) {
+        addChild(parent, name, text.textOrEmpty());
     }
 }
 
@@ -76,8 +81,8 @@ MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCFields& mspTask) 
     addLeveledStartBeforeLeveling(mspTask, task, facts);
     facts.start = mspTask.text("Start");
     facts.finish = mspTask.text("Finish");
-    facts.kdzxStart = _mapper.conversions().mspdiToKdzxDateTime(*facts.start);
-    facts.kdzxFinish = _mapper.conversions().mspdiToKdzxDateTime(*facts.finish);
+    facts.kdzxStart = _mapper.conversions().mspdiToKdzxDateTime(facts.start.textOrEmpty());
+    facts.kdzxFinish = _mapper.conversions().mspdiToKdzxDateTime(facts.finish.textOrEmpty());
     addLeveledStartOfConstraint(task, facts);
     addChildIfPresent(task, "priority", mspTask.text("Priority"));
     addEffort(mspTask, task, facts);
@@ -92,7 +97,8 @@ MSPCXMLNewElement MSPITaskMapper::newTaskFromMSPTask(const MSPCFields& mspTask) 
     addChildIfPresent(task, "start-date", facts.kdzxStart);
     addChildIfPresent(task, "end-date", facts.kdzxFinish);
     if (const auto notes = mspTask.text("Notes")) {
-        MSPCXMLNode(task).appendChild(MSPINoteMapper().newNoteFromMSPNotes(*notes, _mapper.kdzxDocument()));
+        MSPCXMLNode(task).appendChild(
+            MSPINoteMapper().newNoteFromMSPNotes(notes.textOrEmpty(), _mapper.kdzxDocument()));
     }
     _userDataChanged = addUserDataOfExtendedAttributesToElement(mspTask.nodes("ExtendedAttribute"), task,
                                                                 MSPITaskUserDataKeysTag, _userDataTOCElements, _mapper);
@@ -105,19 +111,20 @@ void MSPITaskMapper::addIdentity(const MSPCFields& mspTask, const MSPCXMLNode& t
     if (!uid) {
         throw MSPCInternalInconsistency("Failed to get UID from Task.");
     }
-    _mspTaskUID = scanInteger64(*uid).value_or(0);
-    setAttributeWithNameStringValue(task, "id", _mapper.idMapper().taskIdFromMspdiUID(*uid));
-    if (_mspTaskUID > 0) {
-        _mspTaskMaxId = std::max(_mspTaskMaxId, _mspTaskUID);
+    const auto number = scanInteger64(uid.textOrEmpty()).value_or(0);
+    _mspTaskUID = MSPCTaskUID{number};
+    setAttributeWithNameStringValue(task, "id", _mapper.idMapper().taskIdFromMspdiUID(uid.textOrEmpty()));
+    if (number > 0) {
+        _mspTaskMaxId = std::max(_mspTaskMaxId, number);
     }
     const auto name = mspTask.text("Name");
     addChildIfPresent(task, "title", name);
-    _mapper.log().log("  Mapping Task UID='{}' name='{}' ...", *uid, *name);
+    _mapper.log().log("  Mapping Task UID='{}' name='{}' ...", uid.textOrEmpty(), name.textOrEmpty());
 }
 
 void MSPITaskMapper::addTypeAndScheduling(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) {
     if (const auto duration = mspTask.text("Duration")) {
-        facts.durationSeconds = MSPIUtilities::mspdiDurationInSecs(*duration);
+        facts.durationSeconds = MSPIUtilities::mspdiDurationInSecs(duration.textOrEmpty());
     }
     facts.isSummary = mspTask.boolValue("Summary");
     const std::string_view type = facts.isSummary ? "group" : facts.durationSeconds == 0 ? "milestone" : "task";
@@ -139,7 +146,7 @@ void MSPITaskMapper::addLeveledStartBeforeLeveling(const MSPCFields& mspTask, co
     }
     const bool isPinned = mspTask.boolValue("Pinned");
     const auto start = mspTask.text(isPinned ? "PinnedStart" : "Start");
-    if (const auto leveledStart = _mapper.conversions().mspdiToKdzxDateTime(*start)) {
+    if (const auto leveledStart = _mapper.conversions().mspdiToKdzxDateTime(start.textOrEmpty())) {
         addChild(task, "leveled-start", *leveledStart);
         facts.hasLeveledStart = true;
     }
@@ -154,7 +161,7 @@ void MSPITaskMapper::addLeveledStartOfConstraint(const MSPCXMLNode& task, Facts&
 // The work where there is any, else the duration, so that every task has an effort.
 void MSPITaskMapper::addEffort(const MSPCFields& mspTask, const MSPCXMLNode& task, Facts& facts) const {
     const auto work = mspTask.text("Work");
-    const auto workSeconds = work ? MSPIUtilities::mspdiDurationInSecs(*work) : 0;
+    const auto workSeconds = work ? MSPIUtilities::mspdiDurationInSecs(work.textOrEmpty()) : 0;
     facts.effortSeconds = workSeconds > 0 ? workSeconds : facts.durationSeconds;
     addChild(task, "effort", fmt::to_string(facts.effortSeconds));
 }
@@ -195,12 +202,12 @@ void MSPITaskMapper::addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts
         return fromStart ? date < bound : date > bound;
     };
     const auto projectBound = _mapper.instantOfProjectDate(projectDate);
-    auto locked = conversions.mspdiToMppDateTime(*taskDate);
+    auto locked = conversions.mspdiToMppDateTime(taskDate.textOrEmpty());
     if (!projectBound || !locked || !isBeyond(*locked, *projectBound)) {
         return;
     }
     if (facts.constraintType == (_mspScheduleFromStart ? mustStartOn : mustFinishOn)) {
-        const auto constraintDate = conversions.mspdiToMppDateTime(*facts.constraintDate);
+        const auto constraintDate = conversions.mspdiToMppDateTime(facts.constraintDate.textOrEmpty());
         if (constraintDate && isBeyond(*constraintDate, *locked)) {
             locked = constraintDate;
         }
@@ -211,7 +218,7 @@ void MSPITaskMapper::addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts
 }
 
 void MSPITaskMapper::addConstraintDate(const MSPCXMLNode& task, const Facts& facts) const {
-    const auto kdzxDate = _mapper.conversions().mspdiToKdzxDateTime(*facts.constraintDate);
+    const auto kdzxDate = _mapper.conversions().mspdiToKdzxDateTime(facts.constraintDate.textOrEmpty());
     const auto element = constraintOfType(facts.constraintType).dateElement;
     const bool isThereAlready = (facts.constraintType == mustStartOn && facts.hasLockedStart) ||
                                 (facts.constraintType == mustFinishOn && facts.hasLockedEnd);
@@ -249,16 +256,15 @@ void MSPITaskMapper::addPrerequisites(const MSPCFields& mspTask, const MSPCXMLNo
     for (const auto& link : mspTask.nodes("PredecessorLink")) {
         checkNode(link, "PredecessorLink");
         Error error;
-        const auto uid = intValueForXQuery(link, "PredecessorUID", &error);
-        if (error || uid < 0) {
+        const MSPCTaskUID uid{intValueForXQuery(link, "PredecessorUID", &error)};
+        if (error || MSPCNumberOf(uid) < 0) {
             continue;
         }
         if (!_mapper.index().tasksByUID().singleNodeWithKey(uid, &error) || error) {
             continue;
         }
         const auto prerequisite = addChildElementWithName(task, "prerequisite-task");
-        setAttributeWithNameStringValue(prerequisite, "idref",
-                                        _mapper.idMapper().taskIdFromMspdiUID(fmt::to_string(uid)));
+        setAttributeWithNameStringValue(prerequisite, "idref", _mapper.idMapper().taskIdFromMspdiUID(uid));
         const auto type = intValueForXQuery(link, "Type", &error);
         if (!error && type >= 0 && type < static_cast<std::int64_t>(linkKinds.size())) {
             setAttributeWithNameStringValue(prerequisite, "kind", linkKinds[static_cast<std::size_t>(type)]);

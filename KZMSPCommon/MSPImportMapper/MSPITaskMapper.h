@@ -21,7 +21,7 @@ public:
     [[nodiscard]] MSPCXMLNewElement newTaskFromMSPTask(const MSPCFields& mspTask);
 
     // The task's UID, 0 for a UID text that is no number; -1 until a task has been mapped.
-    [[nodiscard]] std::int64_t mspTaskUID() const { return _mspTaskUID; }
+    [[nodiscard]] MSPCTaskUID mspTaskUID() const { return _mspTaskUID; }
     // The `type` element of the task that has been mapped.
     [[nodiscard]] MSPCXMLNode kdzxType() const { return _kdzxType; }
     // Whether user-data keys were recorded.
@@ -34,9 +34,9 @@ private:
         std::int64_t durationSeconds = 0;  // -1 for a Duration without text
         std::int64_t effortSeconds = 0;
         std::int64_t constraintType = -1;
-        MSPCFieldText start;  // MSPDI texts
-        MSPCFieldText finish;
-        MSPCFieldText constraintDate;  // read for constraint types 2 and above only
+        MSPCNodeText start;  // MSPDI texts
+        MSPCNodeText finish;
+        MSPCNodeText constraintDate;  // read for constraint types 2 and above only
         std::optional<std::string> kdzxStart;
         std::optional<std::string> kdzxFinish;
         bool hasLeveledStart = false;
@@ -56,7 +56,7 @@ private:
     void addFixedCost(const MSPCFields& mspTask, const MSPCXMLNode& task) const;
     void addPrerequisites(const MSPCFields& mspTask, const MSPCXMLNode& task) const;
 
-    std::int64_t _mspTaskUID = -1;
+    MSPCTaskUID _mspTaskUID{-1};
     MSPCXMLNode _kdzxType;
     MSPIUserDataTOCElements& _userDataTOCElements;
     bool _mspScheduleFromStart;

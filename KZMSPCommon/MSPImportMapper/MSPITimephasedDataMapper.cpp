@@ -17,7 +17,7 @@ constexpr std::array<std::int64_t, 11> baselineWorkTypes = {4, 16, 22, 28, 34, 4
 MSPCTimeInterval assignedWorkOf(std::span<const MSPCXMLNode> assignments) {
     MSPCTimeInterval work = 0;
     for (const auto& assignment : assignments) {
-        work += MSPIUtilities::mspdiToMppDuration(stringValueForXQuery(assignment, "Work").value_or(""));
+        work += MSPIUtilities::mspdiToMppDuration(textForXQuery(assignment, "Work").textOrEmpty());
     }
     return work;
 }
@@ -48,14 +48,14 @@ bool MSPIIsTimephasedTypeOfScenario(std::int64_t type, std::int32_t baselineNumb
 std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiTask(const MSPCFields& mspTask) {
     std::vector<MSPCXMLNewElement> pieces;
     Error error;
-    const auto uid = mspTask.intValue("UID", &error);
+    const MSPCTaskUID uid{mspTask.intValue("UID", &error)};
     if (error || _mapper.index().timephasedAssignmentsByTaskUID().nodesWithKey(uid).empty()) {
         return pieces;
     }
     const auto taskName = mspTask.text("Name");
     const auto addPieces = [&](const MSPITimephasedSpans& stretches) {
         for (const auto& stretch : stretches) {
-            pieces.push_back(newTaskFromStretch(stretch, *taskName));
+            pieces.push_back(newTaskFromStretch(stretch, taskName.textOrEmpty()));
             _taskEndDate = std::max(_taskEndDate, stretch.endDate());
         }
     };
@@ -64,14 +64,14 @@ std::vector<MSPCXMLNewElement> MSPITimephasedDataMapper::newSplitTasksFromMspdiT
         _mapper.growthBounds().addRepeatedPieces(stretches->size());
         addPieces(*stretches);
     } else {
-        const auto found = stretchesOfSpans(spansOfTask(uid, *taskName));
+        const auto found = stretchesOfSpans(spansOfTask(uid, taskName.textOrEmpty()));
         known.add(uid, found);
         addPieces(found);
     }
     return pieces;
 }
 
-MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(std::int64_t uid, std::string_view taskName) const {
+MSPITimephasedSpans MSPITimephasedDataMapper::spansOfTask(MSPCTaskUID uid, std::string_view taskName) const {
     MSPITimephasedSpans spans;
     const auto sharedName = std::make_shared<const std::string>(taskName);
     const auto& timephased = _mapper.index().timephasedAssignmentsByTaskUID();
@@ -102,11 +102,12 @@ void MSPITimephasedDataMapper::collectSpansOfAssignment(const MSPCXMLNode& assig
         if (!error && !MSPIIsTimephasedTypeOfScenario(type, _mapper.baselineNumber())) {
             continue;
         }
-        const auto start = stringValueForXQuery(record, "Start").value_or("");
-        const auto finish = stringValueForXQuery(record, "Finish").value_or("");
-        const auto value = stringValueForXQuery(record, "Value").value_or("");
-        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start),
-                           conversions.mspdiToMppDateTime(finish), MSPIUtilities::mspdiToMppDuration(value));
+        const auto start = textForXQuery(record, "Start");
+        const auto finish = textForXQuery(record, "Finish");
+        const auto value = textForXQuery(record, "Value");
+        spans.emplace_back(taskName, type, conversions.mspdiToMppDateTime(start.textOrEmpty()),
+                           conversions.mspdiToMppDateTime(finish.textOrEmpty()),
+                           MSPIUtilities::mspdiToMppDuration(value.textOrEmpty()));
     }
 }
 
@@ -163,9 +164,9 @@ MSPCXMLNewElement MSPITimephasedDataMapper::newTaskFromStretch(const MSPITimepha
     }
     addChild("duration", MSPIUtilities::mppToKdzxDuration(stretch.duration()));
     for (const auto uid : stretch.resourceUIDs()) {
-        if (uid > 0) {
+        if (MSPCNumberOf(uid) > 0) {
             setAttributeWithNameStringValue(addChildElementWithName(task, "assignment"), "idref",
-                                            _mapper.idMapper().resourceIdFromMspdiUID(fmt::to_string(uid)));
+                                            _mapper.idMapper().resourceIdFromMspdiUID(uid));
         }
     }
     return newTask;

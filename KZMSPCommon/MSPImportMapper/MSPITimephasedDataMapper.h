@@ -29,7 +29,7 @@ public:
     [[nodiscard]] std::optional<MSPCInstant> taskEndDate() const { return _taskEndDate; }
 
 private:
-    MSPITimephasedSpans spansOfTask(std::int64_t uid, std::string_view taskName) const;
+    MSPITimephasedSpans spansOfTask(MSPCTaskUID uid, std::string_view taskName) const;
     void collectSpansOfAssignment(const MSPCXMLNode& assignment, const std::shared_ptr<const std::string>& taskName,
                                   MSPITimephasedSpans& spans) const;
     MSPITimephasedSpans stretchesOfSpans(MSPITimephasedSpans spans) const;

@@ -58,9 +58,9 @@ std::vector<FieldValue> fieldValuesOf(std::span<const MSPCXMLNode> extendedAttri
     std::vector<FieldValue> values;
     std::unordered_map<std::size_t, std::size_t> positions;  // by the number of the name
     for (const auto& attribute : extendedAttributes) {
-        const auto fieldID = stringValueForXQuery(attribute, "FieldID");
+        const auto fieldID = textForXQuery(attribute, "FieldID");
         const auto definition =
-            fieldID ? mapper.index().definitionsByFieldID().singleNodeWithKey(*fieldID) : MSPCXMLNode();
+            fieldID ? mapper.index().definitionsByFieldID().singleNodeWithKey(fieldID.textOrEmpty()) : MSPCXMLNode();
         if (!definition) {
             continue;
         }
@@ -75,7 +75,7 @@ std::vector<FieldValue> fieldValuesOf(std::span<const MSPCXMLNode> extendedAttri
     return values;
 }
 
-MSPIUserData userDataOf(std::vector<FieldValue> values, MSPIMappingContext& mapper) {
+MSPIUserData userDataOf(std::vector<FieldValue>&& values, MSPIMappingContext& mapper) {
     MSPIUserData userData;
     for (auto& [field, value] : values) {
         mapper.growthBounds().addRepeatedName(field->name()->size());

@@ -24,8 +24,10 @@ std::string shown(std::string_view text) {
 
 std::string placeOf(const MSPDIPlace& place) {
     std::string text = "    ";
-    if (!place.uid.empty() || !place.name.empty()) {
+    if (!place.name.empty()) {
         text += fmt::format("{} (UID {}): ", shown(place.name), shown(place.uid));
+    } else if (!place.uid.empty()) {
+        text += fmt::format("UID {}: ", shown(place.uid));
     }
     return text + shown(place.value) + "  " + std::string(MSPCShownText(place.path).view()) + "\n";
 }

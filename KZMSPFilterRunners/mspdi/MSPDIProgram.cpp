@@ -32,7 +32,9 @@ int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIO
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
         return program.exit(error, output.out, output.err);
     }
-    std::string reason = error.what();
+    const auto unexpected = program.remaining();
+    const bool isOther = program.get_subcommands().empty() && !unexpected.empty() && !unexpected[0].starts_with('-');
+    std::string reason = isOther ? "no such subcommand: " + unexpected[0] : error.what();
     std::replace(reason.begin(), reason.end(), '\n', ' ');
     return failed(std::string(MSPCShownText(reason).view()) + " (mspdi --help tells more)", output);
 }

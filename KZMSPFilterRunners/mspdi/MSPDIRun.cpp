@@ -5,7 +5,8 @@
 #include "MSPCMessage.h"
 
 void MSPDIRun::couldNotLook(std::string_view file, std::string_view reason) {
-    err << "mspdi: " << MSPCShownText(file).view() << ": " << MSPCShownText(reason).view() << '\n';
+    err << "mspdi: " << (file.empty() ? "an empty name" : MSPCShownText(file).view()) << ": "
+        << MSPCShownText(reason).view() << '\n';
     status = MSPDIStatus::CouldNotLook;
 }
 

@@ -26,8 +26,8 @@ struct MSPDIRun {
     bool isQuiet = false;
     MSPDIStatus status = MSPDIStatus::NothingToTell;
 
-    // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What
-    // could begin another line or drive a terminal stands in either as an escape.
+    // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What could begin another line or drive a
+    // terminal stands in either as an escape.
     void couldNotLook(std::string_view file, std::string_view reason);
     // The same for what is about no file, or about one that the reason names: "mspdi: <reason>".
     void couldNotRun(std::string_view reason);

@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <iostream>
+#include <string_view>
 #include <utility>
 
 #include "MSPCClock.h"
@@ -23,8 +24,14 @@ std::string installedTemplate(const MSPCFileSystem& fileSystem) {
     return fileSystem.standardizedPath(pathByDeletingLastComponent(program) + "/../share/kadenza2/Empty.kdzx");
 }
 
+std::string_view environment(const char* name) {
+    const auto* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): one that nobody catches ends the program as the guard has it
 int main(int argumentCount, char** arguments) {
     MSPCProcessGuard::endAtLackOfMemory("mspdi: not enough memory\n", static_cast<int>(MSPDIStatus::CouldNotLook));
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
@@ -36,8 +43,8 @@ int main(int argumentCount, char** arguments) {
     MSPCCryptoRandomSource randomSource;
     MSPCProgressLine progress(log, std::getenv("TERM"));
     const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource, progress};
-    const auto* noColor = std::getenv("NO_COLOR");
-    const bool isColored = MSPCIsStandardOutputTerminal() && (noColor == nullptr || *noColor == '\0');
+    const bool isColored =
+        MSPCIsStandardOutputTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
     return MSPDIProgram({arguments + 1, arguments + argumentCount}, services,
                         {std::cout, std::cerr, isColored, installedTemplate(fileSystem)});
 }

@@ -118,7 +118,7 @@ const DocumentShape shapes[] = {
          return scenarioOf(noResources, each(n, child), each(n, [](int /*number*/) { return task(7, ""); }));
      }},
     {"NoSuchId", plain, [](int n) { return flat(n, [n](int number) { return link(n + number); }); }},
-    {"ChildrenTwice", plain,
+    {"ChildrenTwice", oneName,
      [](int n) {
          return scenarioOf(noResources, each(n, child) + each(n, child),
                            each(n, [](int number) { return task(number, ""); }));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ostream>
 #include <span>
 #include <string>
 
@@ -9,6 +10,8 @@ struct DocumentShape {
     const char* name;
     std::string (*scenario)(int n);
     std::string (*later)(int n);
+
+    friend std::ostream& operator<<(std::ostream& stream, const DocumentShape& shape) { return stream << shape.name; }
 };
 
 [[nodiscard]] std::span<const DocumentShape> documentShapes();

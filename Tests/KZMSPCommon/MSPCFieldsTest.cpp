@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "ExpectRaises.h"
 #include "MSPCExtensions.h"
@@ -69,6 +70,14 @@ std::string outcomeOf(Operation&& operation) {
     return outcome + " / " + std::to_string(error.code) + " " + std::string(error.domain);
 }
 
+std::string textOrNone(const MSPCNodeText& text) {
+    return text ? std::string(text.textOrEmpty()) : "(none)";
+}
+
+// Whoever takes fields is not given an element by the way: the walk over its children is seen where it is paid for.
+static_assert(!std::is_convertible_v<MSPCXMLNode, MSPCFields>);
+static_assert(std::is_constructible_v<MSPCFields, const MSPCXMLNode&>);
+
 }  // namespace
 
 TEST(MSPCFields, giveTheLastChildOfANameAndReportSeveral) {
@@ -86,7 +95,9 @@ TEST(MSPCFields, reportANameThatNoChildBears) {
     const MSPCFields fields(document.root());
     for (const std::string_view name : {"UID", "Name", ""}) {
         Error error;
-        EXPECT_EQ(fields.stringValue(name, &error), std::nullopt);
+        const auto text = fields.text(name, &error);
+        EXPECT_FALSE(text);
+        EXPECT_EQ(text.textOrEmpty(), "");
         EXPECT_EQ(error.code, MSPCXQueryNoMatch);
         EXPECT_EQ(fields.intValue(name), 0);
         EXPECT_EQ(fields.floatValue(name), 0.0);
@@ -101,6 +112,23 @@ TEST(MSPCFields, leaveTheErrorAloneWhereOneChildMatches) {
     Error error{MSPCGeneralErrorDomain, MSPCNotPortedXQuery, "from before"};
     EXPECT_EQ(MSPCFields(document.root()).intValue("UID", &error), 1);
     EXPECT_EQ(error.code, MSPCNotPortedXQuery);
+}
+
+TEST(MSPCFields, giveTextsThatMayBeMissing) {
+    const auto document = xmlDocument("<Task><Empty/><Name>a</Name><Notes>a<![CDATA[b]]>c</Notes></Task>");
+    const MSPCFields fields(document.root());
+    const auto empty = fields.text("Empty");
+    EXPECT_TRUE(empty);
+    EXPECT_EQ(empty.textOrEmpty(), "");
+    EXPECT_EQ(fields.text("Name").textOrEmpty(), "a");
+    const auto notes = fields.text("Notes");
+    const auto copy = notes;  // holds what was put together itself
+    EXPECT_EQ(notes.textOrEmpty(), "abc");
+    EXPECT_EQ(copy.textOrEmpty(), "abc");
+    EXPECT_NE(copy.textOrEmpty().data(), notes.textOrEmpty().data());
+    EXPECT_EQ(fields.text("Other").textOrEmpty(), "");
+    EXPECT_FALSE(MSPCNodeText());
+    EXPECT_EQ(MSPCNodeText().textOrEmpty(), "");
 }
 
 TEST(MSPCFields, ofNothingRaise) {
@@ -134,8 +162,11 @@ TEST(MSPCFields, answerAsTheQueriesDo) {
             const bool isThere = last < fields.elements().size();
             EXPECT_EQ(isThere ? fields.elements()[last].element : MSPCXMLNode(), fields.singleObject(name)) << text;
             EXPECT_EQ(
-                outcomeOf([&](Error* error) { return fields.stringValue(name, error).value_or("(none)"); }),
+                outcomeOf([&](Error* error) { return textOrNone(fields.text(name, error)); }),
                 outcomeOf([&](Error* error) { return stringValueForXQuery(element, name, error).value_or("(none)"); }))
+                << text;
+            EXPECT_EQ(outcomeOf([&](Error* error) { return textOrNone(fields.text(name, error)); }),
+                      outcomeOf([&](Error* error) { return textOrNone(textForXQuery(element, name, error)); }))
                 << text;
             EXPECT_EQ(outcomeOf([&](Error* error) { return std::to_string(fields.intValue(name, error)); }),
                       outcomeOf([&](Error* error) { return std::to_string(intValueForXQuery(element, name, error)); }))
@@ -164,9 +195,9 @@ TEST(MSPCFields, ofVeryManyFieldsTheLastOfAName) {
     Error error;
     EXPECT_EQ(fields.intValue("n999", &error), 999);
     EXPECT_FALSE(error);
-    EXPECT_EQ(fields.stringValue("Name", &error), "last");
+    EXPECT_EQ(fields.text("Name", &error).textOrEmpty(), "last");
     EXPECT_EQ(error.code, MSPCXQueryMoreThanOneMatch);
-    EXPECT_EQ(fields.stringValue("n1000", &error), std::nullopt);
+    EXPECT_FALSE(fields.text("n1000", &error));
     EXPECT_EQ(error.code, MSPCXQueryNoMatch);
     EXPECT_EQ(fields.nodes("Name").size(), 2U);
     EXPECT_EQ(fields.lastPosition("n0"), 1U);

@@ -41,7 +41,7 @@ public:
     // The first task of the project.
     MSPCXMLNode task() { return fixture.plan.root().firstChildElement("Tasks").firstChildElement("Task"); }
 
-    std::string markup() { return markupOf(mapper().newTaskFromMSPTask(task())); }
+    std::string markup() { return markupOf(mapper().newTaskFromMSPTask(MSPCFields(task()))); }
     // What the target of a task with UID 7 holds.
     std::string content() {
         const std::string start = "<task id=\"t7\">";

@@ -34,7 +34,7 @@ private:
     regex_t _expression{};
 };
 
-MSPCRegex::MSPCRegex(std::string pattern) : _compiled(std::make_shared<const Compiled>(pattern)) {
+MSPCRegex::MSPCRegex(const std::string& pattern) : _compiled(std::make_shared<const Compiled>(pattern)) {
 }
 
 std::optional<MSPCRegex::Groups> MSPCRegex::firstMatch(std::string_view text, std::size_t groupCount) const {

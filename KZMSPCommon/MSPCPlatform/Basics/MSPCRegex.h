@@ -15,7 +15,7 @@ public:
 
     // A pattern that does not compile raises `MSPCInternalInconsistency`,
     // "Failed to compile reqular expression '<pattern>': <message of the library>".
-    explicit MSPCRegex(std::string pattern);
+    explicit MSPCRegex(const std::string& pattern);
 
     // The first match anywhere in the text, with `groupCount` groups (the whole match included) at most; none when
     // nothing matches. The text ends at its first NUL character.

@@ -6,8 +6,6 @@
 #include <cstdio>
 #include <utility>
 
-#include "MSPCTemporaryName.h"
-
 namespace {
 
 constexpr std::size_t blockSize = 64 * 1024;
@@ -16,7 +14,7 @@ constexpr std::size_t blockSize = 64 * 1024;
 
 MSPCAtomicFile::MSPCAtomicFile(int folder, std::string name) : _folder(folder), _name(std::move(name)) {
     _collected.reserve(blockSize);
-    _error = MSPCMakeUnderTemporaryName(_folder, _temporary, [this](const char* temporary) {
+    _error = _temporary.createUnderTemporaryName(_folder, [this](const char* temporary) {
         _file = MSPCFileDescriptor(::openat(_folder, temporary, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
         return _file.isOpen() ? 0 : errno;
     });

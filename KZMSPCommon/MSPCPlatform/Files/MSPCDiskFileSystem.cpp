@@ -120,11 +120,10 @@ std::vector<std::string_view> resolvedComponents(std::string_view path, bool isA
         if (component.empty() || component == ".") {
             continue;
         }
-        if (component != "..") {
-            components.push_back(component);
-        } else if (!components.empty() && components.back() != "..") {
+        const bool leadsUp = component == "..";
+        if (leadsUp && !components.empty() && components.back() != "..") {
             components.pop_back();
-        } else if (!isAbsolute) {
+        } else if (!leadsUp || !isAbsolute) {
             components.push_back(component);
         }
     }

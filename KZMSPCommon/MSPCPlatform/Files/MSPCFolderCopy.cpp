@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "MSPCFileDescriptor.h"
-#include "MSPCTemporaryName.h"
+#include "MSPCUnfinishedItem.h"
 
 namespace fs = std::filesystem;
 

@@ -9,7 +9,7 @@
 
 #include "MSPCFileDescriptor.h"
 #include "MSPCNameLock.h"
-#include "MSPCTemporaryName.h"
+#include "MSPCUnfinishedItem.h"
 
 namespace {
 

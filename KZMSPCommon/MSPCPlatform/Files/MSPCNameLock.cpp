@@ -16,7 +16,7 @@
 
 #include "MSPCRemoval.h"
 #include "MSPCSignalsBlocked.h"
-#include "MSPCTemporaryName.h"
+#include "MSPCUnfinishedItem.h"
 
 namespace {
 

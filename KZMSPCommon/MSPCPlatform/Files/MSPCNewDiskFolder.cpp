@@ -14,7 +14,6 @@
 #include "MSPCPath.h"
 #include "MSPCRemoval.h"
 #include "MSPCSignalsBlocked.h"
-#include "MSPCTemporaryName.h"
 
 namespace {
 
@@ -95,7 +94,7 @@ std::optional<std::string> MSPCNewDiskFolder::copyContent(const std::string& fro
 }
 
 int MSPCNewDiskFolder::makeStage(unsigned mode) {
-    return MSPCMakeUnderTemporaryName(_parent.number(), _stage, [this, mode](const char* name) {
+    return _stage.createUnderTemporaryName(_parent.number(), [this, mode](const char* name) {
         _lock.note(name);
         if (::mkdirat(_parent.number(), name, mode) != 0) {
             return errno;
@@ -213,7 +212,7 @@ int MSPCNewDiskFolder::setOldAside() {
 
 int MSPCNewDiskFolder::renameOldAndTakeItsName(MSPCUnfinishedItem& aside) {
     const MSPCSignalsBlocked blocked;  // or the old one could be removed before the new one stands
-    int error = MSPCMakeUnderTemporaryName(_parent.number(), aside, [this](const char* hidden) {
+    int error = aside.createUnderTemporaryName(_parent.number(), [this](const char* hidden) {
         const bool isFree = errorOfLookUp(_parent.number(), hidden) == ENOENT;
         return isFree ? errorOfRename(_parent.number(), _name, hidden, 0) : EEXIST;
     });

@@ -15,7 +15,7 @@ private:
     MSPCLogLine _line;
 };
 
-MSPCStandardErrorLog::MSPCStandardErrorLog(std::string processName)
+MSPCStandardErrorLog::MSPCStandardErrorLog(const std::string& processName)
     : _block(STDERR_FILENO), _lines(std::make_unique<Lines>(processName, _block)) {
 }
 

@@ -36,7 +36,7 @@ protected:
 // collected and written in blocks, at once on a terminal; nothing is lost at exit, failure or a fatal signal.
 class MSPCStandardErrorLog final : public MSPCLog {
 public:
-    explicit MSPCStandardErrorLog(std::string processName);
+    explicit MSPCStandardErrorLog(const std::string& processName);
     ~MSPCStandardErrorLog() override;
     MSPCStandardErrorLog(const MSPCStandardErrorLog&) = delete;
     MSPCStandardErrorLog& operator=(const MSPCStandardErrorLog&) = delete;

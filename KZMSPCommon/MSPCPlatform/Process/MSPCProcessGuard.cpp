@@ -2,11 +2,11 @@
 
 #include <cxxabi.h>
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <new>

@@ -14,7 +14,7 @@ std::size_t endOfText(std::string_view toml, std::size_t start) {
     if (quote != '"' && quote != '\'') {
         return start;
     }
-    const auto delimiter = quote == '"' ? std::string_view("\"\"\"") : std::string_view("'''");
+    const auto delimiter = quote == '"' ? std::string_view(R"(""")") : std::string_view("'''");
     const bool hasLines = toml.substr(start).starts_with(delimiter);
     for (auto at = start + (hasLines ? delimiter.size() : 1); at < toml.size(); ++at) {
         if (toml[at] == '\\' && quote == '"') {

@@ -99,7 +99,7 @@ std::optional<std::string> converted(std::string_view bytes, std::string_view en
         char* target = block;
         status = U_ZERO_ERROR;
         ucnv_convertEx(to.get(), from.get(), &target, std::end(block), &source, bytes.data() + bytes.size(), pivot,
-                       &pivotSource, &pivotTarget, std::end(pivot), isFirst, true, &status);
+                       &pivotSource, &pivotTarget, std::end(pivot), static_cast<UBool>(isFirst), true, &status);
         result.append(block, target);
     }
     return U_SUCCESS(status) ? std::optional(std::move(result)) : std::nullopt;

@@ -60,22 +60,22 @@ std::optional<MSPCXMLLoaded> loadedInPart(const MSPCFileReader& files, const std
 
 }  // namespace
 
-MSPCXMLPrescan prescannedXML(std::string_view utf8) {
+MSPCXMLTraits traitsOfXML(std::string_view utf8) {
     // A block at a time, so that the three searches over it find it in the cache.
     constexpr std::size_t blockSize = std::size_t{1} << 16;
     const auto prolog = prologOf(utf8);
-    MSPCXMLPrescan prescan{.hasInternalSubset = prolog.hasInternalSubset};
+    MSPCXMLTraits traits{.hasInternalSubset = prolog.hasInternalSubset};
     bool isSuspicious = false;
     for (auto start = prolog.end; start < utf8.size(); start += blockSize) {
         const auto end = std::min(start + blockSize, utf8.size());
-        prescan.hasSections =
-            prescan.hasSections || holdsAfter(utf8, start, end, '!', '<') || holdsAfter(utf8, start, end, '?', '<');
+        traits.hasSections =
+            traits.hasSections || holdsAfter(utf8, start, end, '!', '<') || holdsAfter(utf8, start, end, '?', '<');
         isSuspicious = isSuspicious || holdsStrayAmpersand(utf8, start, end);
     }
     // Where there are sections, contents are looked at one by one anyway.
-    prescan.hasMixedContent = !prescan.hasSections && mayMixContent(utf8.substr(prolog.end));
-    prescan.hasStrayAmpersand = isSuspicious && escapedStrayAmpersands(utf8, Entities::Predefined).has_value();
-    return prescan;
+    traits.hasMixedContent = !traits.hasSections && mayMixContent(utf8.substr(prolog.end));
+    traits.hasStrayAmpersand = isSuspicious && escapedStrayAmpersands(utf8, Entities::Predefined).has_value();
+    return traits;
 }
 
 std::optional<MSPCXMLLoaded> MSPCXMLLoader::loadSelection(const MSPCFileReader& files, const std::string& path,
@@ -99,15 +99,15 @@ std::optional<MSPCXMLLoaded> MSPCXMLLoader::loadWhole(std::string bytes, const B
     if (!utf8) {
         return std::nullopt;
     }
-    const auto prescan = prescannedXML(*utf8);
+    const auto traits = traitsOfXML(*utf8);
     // What is written back must be sound; it is small, so the thorough parser may look at it first.
-    const bool isSound = _content == MSPCXMLContent::DataOnly || prescan.hasInternalSubset || isWellFormedXML(*utf8);
-    if (!prescan.hasInternalSubset && !prescan.hasStrayAmpersand && isSound) {
+    const bool isSound = _content == MSPCXMLContent::DataOnly || traits.hasInternalSubset || isWellFormedXML(*utf8);
+    if (!traits.hasInternalSubset && !traits.hasStrayAmpersand && isSound) {
         const bool mayMend = !_mendableRoot.empty();
         auto original = mayMend && !readAgain ? utf8 : std::nullopt;  // the quick parser uses them up
-        if (auto document = MSPCXMLDocument::read(std::move(*utf8), {.content = _content,
-                                                                     .hasSections = prescan.hasSections,
-                                                                     .hasMixedContent = prescan.hasMixedContent})) {
+        if (auto document = MSPCXMLDocument::read(
+                std::move(*utf8),
+                {.content = _content, .hasSections = traits.hasSections, .hasMixedContent = traits.hasMixedContent})) {
             return MSPCXMLLoaded{std::move(*document), {}, std::nullopt};
         }
         if (mayMend && readAgain) {
@@ -116,7 +116,7 @@ std::optional<MSPCXMLLoaded> MSPCXMLLoader::loadWhole(std::string bytes, const B
         }
         utf8 = std::move(original);
     }
-    return utf8 ? loadMended(*utf8, prescan.hasInternalSubset) : std::nullopt;
+    return utf8 ? loadMended(*utf8, traits.hasInternalSubset) : std::nullopt;
 }
 
 std::optional<MSPCXMLLoaded> MSPCXMLLoader::loadMended(const std::string& utf8, bool hasInternalSubset) const {

@@ -20,13 +20,13 @@ struct MSPCXMLLoaded {
 };
 
 // What has to be known about the bytes of a document (UTF-8) before they are parsed, found without parsing them.
-struct MSPCXMLPrescan {
+struct MSPCXMLTraits {
     bool hasInternalSubset = false;  // the document type brings declarations of its own, entities perhaps
     bool hasStrayAmpersand = false;  // an "&" that begins no reference, outside CDATA sections and comments
     bool hasSections = false;        // CDATA sections, comments or processing instructions in the content
     bool hasMixedContent = false;    // text beside elements perhaps, or "xml:space"; looked for without sections only
 };
-[[nodiscard]] MSPCXMLPrescan prescannedXML(std::string_view utf8);
+[[nodiscard]] MSPCXMLTraits traitsOfXML(std::string_view utf8);
 
 // From bytes to a document: decides which way they take. What is plain is read in part or by the quick parser; what
 // brings entities or does not parse by the thorough one, which is slow. The encoding is the one that the XML

@@ -63,6 +63,8 @@ void* orThrow(void* memory) {
     return memory;
 }
 
+// The parser owns what these give, and frees it with what it is given beside them.
+// NOLINTBEGIN(cppcoreguidelines-owning-memory)
 void* allocate(std::size_t size) {
     return orThrow(std::malloc(size));
 }
@@ -70,6 +72,7 @@ void* allocate(std::size_t size) {
 void* reallocate(void* memory, std::size_t size) {
     return orThrow(std::realloc(memory, size));
 }
+// NOLINTEND(cppcoreguidelines-owning-memory)
 
 char* duplicate(const char* text) {
     const auto size = std::strlen(text) + 1;

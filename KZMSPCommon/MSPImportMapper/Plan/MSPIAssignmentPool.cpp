@@ -9,12 +9,13 @@
 
 namespace {
 
-MSPIAssignmentKeys::Number numberOf(const MSPCXMLNode& assignment, std::string_view name) {
+template <MSPCUID UID>
+MSPIAssignmentKeys::Read<UID> readUID(const MSPCXMLNode& assignment, std::string_view name) {
     return MSPITellingSubject([&] { return MSPISubjectOfAssignment(assignment); },
                               [&] {
                                   Error error;
-                                  const auto value = intValueForXQuery(assignment, name, &error);
-                                  return MSPIAssignmentKeys::Number{value, static_cast<bool>(error)};
+                                  const UID uid{intValueForXQuery(assignment, name, &error)};
+                                  return MSPIAssignmentKeys::Read<UID>{uid, static_cast<bool>(error)};
                               });
 }
 
@@ -24,21 +25,21 @@ MSPIAssignmentKeys::MSPIAssignmentKeys(std::vector<MSPCXMLNode> mspAssignments)
     : _unread(std::move(mspAssignments)), _count(_unread.size()) {
 }
 
-MSPIAssignmentKeys::Range MSPIAssignmentKeys::rangeOfTask(std::int64_t taskUID) {
+MSPIAssignmentKeys::Range MSPIAssignmentKeys::rangeOfTask(MSPCTaskUID taskUID) {
     if (!_unread.empty()) {
         readTaskUIDs();
     }
     const auto first = std::lower_bound(_entries.begin(), _entries.end(), taskUID,
-                                        [](const Entry& entry, auto uid) { return entry.taskUID.value < uid; });
+                                        [](const Entry& entry, auto uid) { return entry.taskUID.uid < uid; });
     const auto last = std::upper_bound(first, _entries.end(), taskUID,
-                                       [](auto uid, const Entry& entry) { return uid < entry.taskUID.value; });
+                                       [](auto uid, const Entry& entry) { return uid < entry.taskUID.uid; });
     return {static_cast<std::size_t>(first - _entries.begin()), static_cast<std::size_t>(last - _entries.begin())};
 }
 
-MSPIAssignmentKeys::Number MSPIAssignmentKeys::resourceUIDAt(std::size_t position) {
+MSPIAssignmentKeys::Read<MSPCResourceUID> MSPIAssignmentKeys::resourceUIDAt(std::size_t position) {
     auto& entry = _entries[position];
     if (!entry.resourceUID) {
-        entry.resourceUID = numberOf(entry.assignment, "ResourceUID");
+        entry.resourceUID = readUID<MSPCResourceUID>(entry.assignment, "ResourceUID");
     }
     return *entry.resourceUID;
 }
@@ -50,9 +51,9 @@ void MSPIAssignmentKeys::readTaskUIDs() {
         if (!assignment) {
             throw MSPCInternalInconsistency("Expected NSXMLNodeProxy as a Assignment object.");
         }
-        entries.push_back({assignment, numberOf(assignment, "TaskUID"), std::nullopt});
+        entries.push_back({assignment, readUID<MSPCTaskUID>(assignment, "TaskUID"), std::nullopt});
     }
-    const auto isBefore = [](const Entry& a, const Entry& b) { return a.taskUID.value < b.taskUID.value; };
+    const auto isBefore = [](const Entry& a, const Entry& b) { return a.taskUID.uid < b.taskUID.uid; };
     if (!std::is_sorted(entries.begin(), entries.end(), isBefore)) {
         std::stable_sort(entries.begin(), entries.end(), isBefore);
     }
@@ -64,7 +65,7 @@ MSPIAssignmentPool::MSPIAssignmentPool(std::shared_ptr<MSPIAssignmentKeys> keys)
     : _keys(std::move(keys)), _remaining(_keys->count()), _examined(_keys->count(), 0) {
 }
 
-std::vector<MSPCXMLNode> MSPIAssignmentPool::takeAssignmentsOfTask(std::int64_t taskUID, bool isReportingErrors) {
+std::vector<MSPCXMLNode> MSPIAssignmentPool::takeAssignmentsOfTask(MSPCTaskUID taskUID, bool isReportingErrors) {
     std::vector<MSPCXMLNode> taken;
     const auto [first, last] = _keys->rangeOfTask(taskUID);
     if (first == last || _examined[first] == AllSettled) {
@@ -78,7 +79,7 @@ std::vector<MSPCXMLNode> MSPIAssignmentPool::takeAssignmentsOfTask(std::int64_t 
             continue;
         }
         // MSPDI uses negative resource UIDs for work that is assigned to nobody.
-        if (_keys->resourceUIDAt(position).value >= 0) {
+        if (MSPCNumberOf(_keys->resourceUIDAt(position).uid) >= 0) {
             taken.push_back(_keys->assignmentAt(position));
         }
     }

@@ -1,20 +1,21 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
 
+#include "MSPCUID.h"
 #include "MSPCXMLNode.h"
 
 // The numbers of the task and the resource that each assignment of a project belongs to, read once for all scenarios in
 // which they are the same.
 class MSPIAssignmentKeys {
 public:
-    // An integer as the getter gives it: 0 for a missing child, the last of several, and in both cases an error.
-    struct Number {
-        std::int64_t value = 0;
+    // As the integer getter gives it: 0 for a missing child, the last of several, and in both cases an error.
+    template <MSPCUID UID>
+    struct Read {
+        UID uid{};
         bool hasError = false;
     };
 
@@ -31,17 +32,17 @@ public:
     // The assignments whose `TaskUID` has that value. Reads those of all assignments when it is asked first; raises
     // `MSPCInternalInconsistency` "Expected NSXMLNodeProxy as a Assignment object." for an empty handle and what the
     // integer getter raises for texts that are no numbers.
-    [[nodiscard]] Range rangeOfTask(std::int64_t taskUID);
+    [[nodiscard]] Range rangeOfTask(MSPCTaskUID taskUID);
     [[nodiscard]] MSPCXMLNode assignmentAt(std::size_t position) const { return _entries[position].assignment; }
     [[nodiscard]] bool hasTaskUIDErrorAt(std::size_t position) const { return _entries[position].taskUID.hasError; }
     // The `ResourceUID` of an assignment, read when it is asked for first. Raises what the integer getter raises.
-    [[nodiscard]] Number resourceUIDAt(std::size_t position);
+    [[nodiscard]] Read<MSPCResourceUID> resourceUIDAt(std::size_t position);
 
 private:
     struct Entry {
         MSPCXMLNode assignment;
-        Number taskUID;
-        std::optional<Number> resourceUID;
+        Read<MSPCTaskUID> taskUID;
+        std::optional<Read<MSPCResourceUID>> resourceUID;
     };
 
     void readTaskUIDs();
@@ -65,7 +66,7 @@ public:
     // not match; without, the value read counts (0 for a missing one, the last of several), and from then on errors of
     // this task are not reported any more. Raises `MSPCInternalInconsistency` "Expected NSXMLNodeProxy as a Assignment
     // object." for an empty handle and what the integer getter raises for texts that are no numbers.
-    [[nodiscard]] std::vector<MSPCXMLNode> takeAssignmentsOfTask(std::int64_t taskUID, bool isReportingErrors);
+    [[nodiscard]] std::vector<MSPCXMLNode> takeAssignmentsOfTask(MSPCTaskUID taskUID, bool isReportingErrors);
 
 private:
     // Nothing that is left of a task's assignments can match any more.

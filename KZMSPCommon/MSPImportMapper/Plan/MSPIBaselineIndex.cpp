@@ -5,7 +5,6 @@
 
 #include "MSPCExtensions.h"
 #include "MSPCFields.h"
-#include "MSPCXPathNumber.h"
 
 namespace {
 
@@ -86,39 +85,28 @@ void MSPIBaselineIndex::addList(const MSPCXMLNode& mspProject, MSPCXMLDeferredEl
         const auto children = walk.next();
         const auto& parent = children ? children->root() : element;
         if (const auto baseline = parent.firstChildElement("Baseline")) {
-            addBaselines(baseline, element, count);
+            addBaselines(baseline, MSPCFields(element), count);
         }
     }
 }
 
-void MSPIBaselineIndex::addBaselines(MSPCXMLNode baseline, const MSPCFields& element,
+void MSPIBaselineIndex::addBaselines(const MSPCXMLNode& firstBaseline, const MSPCFields& element,
                                      std::size_t MSPIBaselineCounts::*count) {
     const auto position = _elements.size() - 1;
-    std::string buffer;
-    for (; baseline; baseline = baseline.nextSiblingElement("Baseline")) {
-        const OfNumber* read = nullptr;  // where the values of this baseline are, once they have been read
-        for (auto child = baseline.firstChildElement("Number"); child; child = child.nextSiblingElement("Number")) {
-            const auto number = xpathNumber(child.stringValue(buffer));
-            const auto whole =
-                number && *number >= 0 && *number < BaselineCount ? static_cast<std::size_t>(*number) : 0;
-            if (number != static_cast<double>(whole)) {
-                continue;
-            }
-            auto& [counts, entries, showsUID, values] = _byNumber[whole];
-            const bool hasEntry = !entries.empty() && entries.back().elementPosition == position;
-            if (hasEntry && entries.back().baseline == baseline) {
-                continue;  // said twice
-            }
-            if (hasEntry) {
-                entries.pop_back();  // the last of several counts
-            } else {
-                ++(counts.*count);
-            }
-            const auto shown = read != nullptr ? read->entries.back().values : values.append(element, baseline);
-            entries.push_back({position, baseline, shown});
-            showsUID = showsUID || (read != nullptr ? read->showsUID : values.showUID());
-            read = &_byNumber[whole];
+    const auto last = MSPILastBaselines(firstBaseline);
+    for (std::size_t number = 0; number < last.size(); ++number) {
+        if (!last[number]) {
+            continue;
         }
+        auto& [counts, entries, showsUID, values] = _byNumber[number];
+        ++(counts.*count);
+        // One with several numbers is read for the first of them.
+        const auto* const first = std::find(last.begin(), last.end(), last[number]);
+        const auto& reader = _byNumber[static_cast<std::size_t>(first - last.begin())];
+        const auto shown =
+            &reader != &_byNumber[number] ? reader.entries.back().values : values.append(element, last[number]);
+        entries.push_back({position, shown});
+        showsUID = showsUID || reader.values.showUID();
     }
 }
 

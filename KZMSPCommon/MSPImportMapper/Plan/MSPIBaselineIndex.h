@@ -14,6 +14,7 @@
 #include "MSPCXMLDeferredElements.h"
 #include "MSPCXMLDocument.h"
 #include "MSPCXMLNode.h"
+#include "MSPIBaselineNumbers.h"
 #include "MSPIProjectIndex.h"
 
 // A child of a task, resource or assignment, and the text that it is to show for a baseline.
@@ -69,8 +70,6 @@ struct MSPIBaselineCounts {
 // "Tasks/Task[Baseline[Number=<n>]]" and its like. The handles stay valid as long as the project's document.
 class MSPIBaselineIndex {
 public:
-    static constexpr std::int32_t BaselineCount = 11;  // numbers 0 to 10
-
     // An assignment, resource or task; `values` are what its `Baseline` child of the number asked for, the last of
     // several, has for the element's children.
     struct Target {
@@ -92,7 +91,6 @@ public:
 private:
     struct Entry {
         std::size_t elementPosition;  // in _elements
-        MSPCXMLNode baseline;         // to tell it from others of the element; may be gone later
         std::span<const MSPIBaselineValue> values;
     };
     struct OfNumber {
@@ -107,13 +105,14 @@ private:
 
     void addList(const MSPCXMLNode& mspProject, MSPCXMLDeferredElements& deferred, const std::string& path,
                  std::size_t MSPIBaselineCounts::*count);
-    // `baseline` is the first one of the element added last; it need not stand in the element's own document.
-    void addBaselines(MSPCXMLNode baseline, const MSPCFields& element, std::size_t MSPIBaselineCounts::*count);
+    // `firstBaseline` is that of the element added last; it need not stand in the element's own document.
+    void addBaselines(const MSPCXMLNode& firstBaseline, const MSPCFields& element,
+                      std::size_t MSPIBaselineCounts::*count);
     [[nodiscard]] const OfNumber& of(std::int32_t number) const {
         return _byNumber.at(static_cast<std::size_t>(number));
     }
 
     MSPIBaselineCounts _elementCounts;
     std::vector<MSPCXMLNode> _elements;
-    std::array<OfNumber, BaselineCount> _byNumber;
+    std::array<OfNumber, MSPIBaselineCount> _byNumber;
 };

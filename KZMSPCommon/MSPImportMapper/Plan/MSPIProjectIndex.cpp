@@ -106,25 +106,25 @@ MSPIProjectIndex::MSPIProjectIndex(MSPIProjectIndex& asLoaded, MSPIUnchangedList
     : _project(asLoaded._project), _asLoaded(&asLoaded), _unchanged(unchanged) {
 }
 
-const MSPINumberIndex& MSPIProjectIndex::tasksByUID() {
+const MSPIUIDIndex<MSPCTaskUID>& MSPIProjectIndex::tasksByUID() {
     return builtOnce(holderOf(_unchanged.tasks)._tasksByUID, _project, "Tasks/Task", "UID");
 }
 
-const MSPINumberIndex& MSPIProjectIndex::calendarsByUID() {
+const MSPIUIDIndex<MSPCCalendarUID>& MSPIProjectIndex::calendarsByUID() {
     return builtOnce(holderOf(true)._calendarsByUID, _project, "Calendars/Calendar", "UID");
 }
 
-const MSPINumberIndex& MSPIProjectIndex::assignmentsByTaskUID() {
+const MSPIUIDIndex<MSPCTaskUID>& MSPIProjectIndex::assignmentsByTaskUID() {
     return builtOnce(holderOf(_unchanged.assignments)._assignmentsByTaskUID, _project, "Assignments/Assignment",
                      "TaskUID");
 }
 
-const MSPINumberIndex& MSPIProjectIndex::timephasedAssignmentsByTaskUID() {
+const MSPIUIDIndex<MSPCTaskUID>& MSPIProjectIndex::timephasedAssignmentsByTaskUID() {
     return builtOnce(holderOf(_unchanged.assignments)._timephasedAssignmentsByTaskUID, _project,
                      "Assignments/Assignment", "TaskUID", "TimephasedData");
 }
 
-const MSPINumberIndex& MSPIProjectIndex::assignmentsByResourceUID() {
+const MSPIUIDIndex<MSPCResourceUID>& MSPIProjectIndex::assignmentsByResourceUID() {
     return builtOnce(holderOf(_unchanged.assignments)._assignmentsByResourceUID, _project, "Assignments/Assignment",
                      "ResourceUID");
 }

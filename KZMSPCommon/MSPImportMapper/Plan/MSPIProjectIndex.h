@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "MSPCError.h"
+#include "MSPCUID.h"
 #include "MSPCXMLNode.h"
 #include "MSPIAssignmentPool.h"
 
@@ -33,6 +34,20 @@ private:
     std::vector<double> _keys;        // ascending
     std::vector<MSPCXMLNode> _nodes;  // of the same position, in document order within one key
     bool _hasNodesOfSeveralKeys = false;
+};
+
+// The same where the number is a UID: looked up by one of another kind it does not compile.
+template <MSPCUID UID>
+class MSPIUIDIndex : public MSPINumberIndex {
+public:
+    using MSPINumberIndex::MSPINumberIndex;
+
+    [[nodiscard]] std::span<const MSPCXMLNode> nodesWithKey(UID uid) const {
+        return MSPINumberIndex::nodesWithKey(MSPCNumberOf(uid));
+    }
+    [[nodiscard]] MSPCXMLNode singleNodeWithKey(UID uid, Error* error = nullptr) const {
+        return MSPINumberIndex::singleNodeWithKey(MSPCNumberOf(uid), error);
+    }
 };
 
 // The same by text, with the meaning of `[child='text']`: a text with an apostrophe finds nothing.
@@ -64,15 +79,15 @@ public:
     MSPIProjectIndex(MSPIProjectIndex& asLoaded, MSPIUnchangedLists unchanged);
 
     // "Tasks/Task[UID=<uid>]"
-    [[nodiscard]] const MSPINumberIndex& tasksByUID();
+    [[nodiscard]] const MSPIUIDIndex<MSPCTaskUID>& tasksByUID();
     // "Calendars/Calendar[UID=<uid>]"
-    [[nodiscard]] const MSPINumberIndex& calendarsByUID();
+    [[nodiscard]] const MSPIUIDIndex<MSPCCalendarUID>& calendarsByUID();
     // "Assignments/Assignment[TaskUID=<uid>]"
-    [[nodiscard]] const MSPINumberIndex& assignmentsByTaskUID();
+    [[nodiscard]] const MSPIUIDIndex<MSPCTaskUID>& assignmentsByTaskUID();
     // "Assignments/Assignment[TimephasedData][TaskUID=<uid>]"
-    [[nodiscard]] const MSPINumberIndex& timephasedAssignmentsByTaskUID();
+    [[nodiscard]] const MSPIUIDIndex<MSPCTaskUID>& timephasedAssignmentsByTaskUID();
     // "Assignments/Assignment[ResourceUID=<uid>]"
-    [[nodiscard]] const MSPINumberIndex& assignmentsByResourceUID();
+    [[nodiscard]] const MSPIUIDIndex<MSPCResourceUID>& assignmentsByResourceUID();
     // "ExtendedAttributes/ExtendedAttribute[FieldID='<id>']"
     [[nodiscard]] const MSPITextIndex& definitionsByFieldID();
     // "Assignments/Assignment", for handing them out to tasks.
@@ -87,11 +102,11 @@ private:
     MSPCXMLNode _project;
     MSPIProjectIndex* _asLoaded = nullptr;
     MSPIUnchangedLists _unchanged;
-    std::optional<MSPINumberIndex> _tasksByUID;
-    std::optional<MSPINumberIndex> _calendarsByUID;
-    std::optional<MSPINumberIndex> _assignmentsByTaskUID;
-    std::optional<MSPINumberIndex> _timephasedAssignmentsByTaskUID;
-    std::optional<MSPINumberIndex> _assignmentsByResourceUID;
+    std::optional<MSPIUIDIndex<MSPCTaskUID>> _tasksByUID;
+    std::optional<MSPIUIDIndex<MSPCCalendarUID>> _calendarsByUID;
+    std::optional<MSPIUIDIndex<MSPCTaskUID>> _assignmentsByTaskUID;
+    std::optional<MSPIUIDIndex<MSPCTaskUID>> _timephasedAssignmentsByTaskUID;
+    std::optional<MSPIUIDIndex<MSPCResourceUID>> _assignmentsByResourceUID;
     std::optional<MSPITextIndex> _definitionsByFieldID;
     std::shared_ptr<MSPIAssignmentKeys> _assignmentKeys;
 };

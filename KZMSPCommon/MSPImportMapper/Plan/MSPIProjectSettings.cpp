@@ -11,9 +11,9 @@ namespace {
 
 void readInteger(const MSPCXMLNode& mspProject, std::string_view name, std::int64_t& setting) {
     Error error;
-    const auto text = stringValueForXQuery(mspProject, name, &error);
+    const auto text = textForXQuery(mspProject, name, &error);
     if (text && !error) {
-        setting = scanInteger64(*text).value_or(setting);
+        setting = scanInteger64(text.textOrEmpty()).value_or(setting);
     }
 }
 
@@ -43,9 +43,9 @@ MSPICurrencySettings MSPICurrencySettings::ofProject(const MSPCXMLNode& mspProje
         settings.symbol = std::move(*symbol);
     }
     if (readsCurrencyCode) {
-        const auto code = stringValueForXQuery(mspProject, "CurrencyCode");
-        if (code && *code != "USD") {
-            log.log("WARNING: Igonring currency code from MSPDI: {}. Always assume USD.", *code);
+        const auto code = textForXQuery(mspProject, "CurrencyCode");
+        if (code && code.textOrEmpty() != "USD") {
+            log.log("WARNING: Igonring currency code from MSPDI: {}. Always assume USD.", code.textOrEmpty());
         }
     }
     readInteger(mspProject, "CurrencySymbolPosition", settings.symbolPosition);

@@ -9,7 +9,7 @@
 namespace {
 
 std::string textOf(const MSPCXMLNode& element, std::string_view name) {
-    return stringValueForXQuery(element, name).value_or("");
+    return textForXQuery(element, name).textOrEmpty();
 }
 
 std::string subjectText(std::string_view kind, std::string_view uid, std::string_view name) {

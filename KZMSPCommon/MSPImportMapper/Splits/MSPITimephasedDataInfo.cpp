@@ -28,7 +28,7 @@ MSPITimephasedDataInfo::MSPITimephasedDataInfo(std::shared_ptr<const std::string
     : _taskName(std::move(taskName)), _type(type), _startDate(startDate), _endDate(endDate), _duration(duration) {
 }
 
-void MSPITimephasedDataInfo::addResourceUID(std::int64_t uid) {
+void MSPITimephasedDataInfo::addResourceUID(MSPCResourceUID uid) {
     if (std::find(_resourceUIDs.begin(), _resourceUIDs.end(), uid) == _resourceUIDs.end()) {
         _resourceUIDs.push_back(uid);
     }
@@ -47,7 +47,7 @@ std::string MSPITimephasedDataInfo::description() const {
         "<MSPITimephasedDataInfo>:  type={}, startDate={}, endDate={}, duration={:.2f}, resoureUIDS:", _type,
         dateText(_startDate), dateText(_endDate), _duration);
     for (const auto uid : _resourceUIDs) {
-        text += fmt::format(" {},", uid);
+        text += fmt::format(" {},", MSPCNumberOf(uid));
     }
     return text;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "MSPCInstant.h"
+#include "MSPCUID.h"
 
 // One span of timephased work of a task.
 class MSPITimephasedDataInfo {
@@ -33,8 +34,8 @@ public:
     void setWorkScale(double scale) { _workScale = scale; }
 
     // Resources of the span, each once, in the order added. The import adds none.
-    [[nodiscard]] const std::vector<std::int64_t>& resourceUIDs() const { return _resourceUIDs; }
-    void addResourceUID(std::int64_t uid);
+    [[nodiscard]] const std::vector<MSPCResourceUID>& resourceUIDs() const { return _resourceUIDs; }
+    void addResourceUID(MSPCResourceUID uid);
     void sortResourceUIDs();
 
     // Whether both dates are the same as the other's.
@@ -50,5 +51,5 @@ private:
     std::optional<MSPCInstant> _endDate;
     MSPCTimeInterval _duration;
     double _workScale = 0;
-    std::vector<std::int64_t> _resourceUIDs;
+    std::vector<MSPCResourceUID> _resourceUIDs;
 };

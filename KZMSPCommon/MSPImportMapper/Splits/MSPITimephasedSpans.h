@@ -1,11 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <set>
 #include <vector>
 
+#include "MSPCUID.h"
 #include "MSPITimephasedDataInfo.h"
 
 // How spans of timephased work become the stretches of a split task.
@@ -34,20 +34,20 @@ void sortSpans(MSPITimephasedSpans& spans);
 class MSPIStretchCache {
 public:
     // A null pointer where they are not known.
-    [[nodiscard]] const MSPITimephasedSpans* find(std::int64_t taskUID) const {
+    [[nodiscard]] const MSPITimephasedSpans* find(MSPCTaskUID taskUID) const {
         const auto found = _stretches.find(taskUID);
         return found == _stretches.end() ? nullptr : &found->second;
     }
 
     // To be told each time they have been found; remembers them from the second time on, since hardly any task has
     // another one's UID.
-    void add(std::int64_t taskUID, const MSPITimephasedSpans& stretches) {
+    void add(MSPCTaskUID taskUID, const MSPITimephasedSpans& stretches) {
         if (!_taskUIDs.insert(taskUID).second) {
             _stretches.emplace(taskUID, stretches);
         }
     }
 
 private:
-    std::set<std::int64_t> _taskUIDs;  // hashes of numbers could all be made equal
-    std::map<std::int64_t, MSPITimephasedSpans> _stretches;
+    std::set<MSPCTaskUID> _taskUIDs;  // hashes of numbers could all be made equal
+    std::map<MSPCTaskUID, MSPITimephasedSpans> _stretches;
 };

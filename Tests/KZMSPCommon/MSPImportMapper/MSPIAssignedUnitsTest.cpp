@@ -16,7 +16,7 @@ std::string assignment(const std::string& content) {
 
 double unitsOf(const std::string& assignments, std::int64_t uid) {
     MappingFixture fixture("<Assignments>" + assignments + "</Assignments>");
-    return fixture.context.assignedUnitsOfResource(uid);
+    return fixture.context.assignedUnitsOfResource(MSPCResourceUID{uid});
 }
 
 TEST(MSPIAssignedUnits, AreThoseOfAllAssignmentsOfTheResource) {
@@ -39,9 +39,9 @@ TEST(MSPIAssignedUnits, CountForEachResourceThatAnAssignmentNames) {
 TEST(MSPIAssignedUnits, AreSummedUpOnceForAllResourcesOfAUID) {
     MappingFixture fixture("<Assignments>" + assignment("<ResourceUID>5</ResourceUID><Units>2</Units>") +
                            "</Assignments>");
-    EXPECT_EQ(fixture.context.assignedUnitsOfResource(5), 2);
+    EXPECT_EQ(fixture.context.assignedUnitsOfResource(MSPCResourceUID{5}), 2);
     fixture.node("Assignments/Assignment/Units").setStringValue("3");
-    EXPECT_EQ(fixture.context.assignedUnitsOfResource(5), 2);
+    EXPECT_EQ(fixture.context.assignedUnitsOfResource(MSPCResourceUID{5}), 2);
 }
 
 // One assignment of 101 resources with 100 units has 201 children; all but the first of the resources count them, so
@@ -56,9 +56,10 @@ TEST(MSPIAssignedUnits, OfAnAssignmentOfManyResourcesRaise) {
     }
     MappingFixture fixture("<Assignments>" + assignment(content) + "</Assignments>");
     for (int uid = 1; uid <= 50; ++uid) {
-        EXPECT_EQ(fixture.context.assignedUnitsOfResource(uid), 100);
+        EXPECT_EQ(fixture.context.assignedUnitsOfResource(MSPCResourceUID{uid}), 100);
     }
-    EXPECT_RAISES(static_cast<void>(fixture.context.assignedUnitsOfResource(51)), MSPCInternalInconsistency,
+    EXPECT_RAISES(static_cast<void>(fixture.context.assignedUnitsOfResource(MSPCResourceUID{51})),
+                  MSPCInternalInconsistency,
                   "Too much to look at in assignments of several tasks or resources: more than 10000 elements.");
 }
 

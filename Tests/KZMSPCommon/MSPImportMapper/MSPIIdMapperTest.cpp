@@ -18,6 +18,15 @@ TEST(MSPIIdMapper, putsALetterBeforeTheUnchangedUID) {
     }
 }
 
+TEST(MSPIIdMapper, writesNumbersInDecimal) {
+    EXPECT_EQ(MSPIIdMapper().taskIdFromMspdiUID(MSPCTaskUID{12}), "t12");
+    EXPECT_EQ(MSPIIdMapper().resourceIdFromMspdiUID(MSPCResourceUID{9223372036854775807}), "r9223372036854775807");
+    EXPECT_RAISES(MSPIIdMapper().taskIdFromMspdiUID(MSPCTaskUID{-5}), MSPCInternalInconsistency,
+                  "Invalid format of MSPDI Task ID (can not be negative number): -5");
+    EXPECT_RAISES(MSPIIdMapper().resourceIdFromMspdiUID(MSPCResourceUID{-1}), MSPCInternalInconsistency,
+                  "Invalid format of MSPDI Resource ID (can not be negative number): -1");
+}
+
 TEST(MSPIIdMapper, givesAnEmptyIdForAnEmptyUID) {
     EXPECT_EQ(MSPIIdMapper().taskIdFromMspdiUID(""), "");
     EXPECT_EQ(MSPIIdMapper().resourceIdFromMspdiUID(""), "");

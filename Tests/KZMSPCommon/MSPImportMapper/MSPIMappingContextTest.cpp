@@ -20,7 +20,7 @@ TEST(MSPIMappingContext, BeginsAsTheActualScenarioOfAnEmptyProject) {
     EXPECT_EQ(context.mspSaveVersion(), 9);
     EXPECT_EQ(context.baselineNumber(), -1);
     EXPECT_FALSE(context.isBaselineScenario());
-    EXPECT_EQ(context.mspStandardCalendarUID(), -1);
+    EXPECT_EQ(context.mspStandardCalendarUID(), MSPCCalendarUID{-1});
     EXPECT_FALSE(context.mspScheduleFromStart());
     EXPECT_EQ(context.scheduleCalendar(), nullptr);
     EXPECT_EQ(context.importedProjectName(), "");

@@ -256,7 +256,7 @@ TEST(MSPIProjectMapper, takesTheCalendarWithUID1ElseTheOneNamedStandard) {
     for (const auto& [calendars, loggedUID, standardCalendarUID] : table) {
         ScenarioMapping mapping(startDate, 9, "<Calendars>" + calendars + "</Calendars>");
         mapping.map();
-        EXPECT_EQ(mapping.fixture.context.mspStandardCalendarUID(), standardCalendarUID) << calendars;
+        EXPECT_EQ(mapping.fixture.context.mspStandardCalendarUID(), MSPCCalendarUID{standardCalendarUID}) << calendars;
         const auto lines = mapping.fixture.log.takeLines();
         EXPECT_TRUE(lines.at(0).starts_with(fmt::format("  Mapping Calendar UID='{}'", loggedUID))) << lines.at(0);
     }

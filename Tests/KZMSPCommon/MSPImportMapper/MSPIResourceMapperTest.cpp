@@ -22,7 +22,7 @@ public:
     ResourceMapping& operator=(const ResourceMapping&) = delete;
     ~ResourceMapping() { fixture.log.ignoreLines(); }  // one test looks at the log
 
-    std::string markup() { return markupOf(mapper().newResourceFromMSPResource(resource())); }
+    std::string markup() { return markupOf(mapper().newResourceFromMSPResource(MSPCFields(resource()))); }
     MSPIResourceMapper mapper() { return {fixture.context, userDataTOCElements, maxId}; }
     MSPCXMLNode resource() { return fixture.node("Resources/Resource"); }
 
@@ -73,10 +73,10 @@ TEST(MSPIResourceMapper, needsNothingButAUID) {
 
 TEST(MSPIResourceMapper, logsUIDAndName) {
     ResourceMapping named("<UID>3</UID><Name>Ann</Name>");
-    static_cast<void>(named.mapper().newResourceFromMSPResource(named.resource()));
+    static_cast<void>(named.mapper().newResourceFromMSPResource(MSPCFields(named.resource())));
     EXPECT_EQ(named.fixture.log.takeLines(), std::vector<std::string>{"  Mapping Resource UID=3  name='Ann' ..."});
     ResourceMapping nameless("<UID>003</UID>");
-    static_cast<void>(nameless.mapper().newResourceFromMSPResource(nameless.resource()));
+    static_cast<void>(nameless.mapper().newResourceFromMSPResource(MSPCFields(nameless.resource())));
     EXPECT_EQ(nameless.fixture.log.takeLines(), std::vector<std::string>{"  Mapping Resource UID=003  name='' ..."});
 }
 
@@ -94,9 +94,9 @@ TEST(MSPIResourceMapper, keepsItsUIDAndRaisesTheCounterOnly) {
         ResourceMapping mapping("<UID>" + std::string(uid) + "</UID>");
         mapping.maxId = counterBefore;
         auto mapper = mapping.mapper();
-        EXPECT_EQ(mapper.mspResourceUID(), -1);
-        static_cast<void>(mapper.newResourceFromMSPResource(mapping.resource()));
-        EXPECT_EQ(mapper.mspResourceUID(), readUID) << uid;
+        EXPECT_EQ(mapper.mspResourceUID(), MSPCResourceUID{-1});
+        static_cast<void>(mapper.newResourceFromMSPResource(MSPCFields(mapping.resource())));
+        EXPECT_EQ(mapper.mspResourceUID(), MSPCResourceUID{readUID}) << uid;
         EXPECT_EQ(mapping.maxId, counterAfter) << uid;
     }
 }
@@ -264,14 +264,14 @@ TEST(MSPIResourceMapper, recordsTheKeysOfItsUserData) {
     ResourceMapping with("<UID>3</UID><ExtendedAttribute><FieldID>1</FieldID><Value>x</Value></ExtendedAttribute>",
                          definitions);
     auto mapper = with.mapper();
-    static_cast<void>(mapper.newResourceFromMSPResource(with.resource()));
+    static_cast<void>(mapper.newResourceFromMSPResource(MSPCFields(with.resource())));
     EXPECT_TRUE(mapper.userDataChanged());
     ASSERT_EQ(with.userDataTOCElements.size(), 1u);
     EXPECT_EQ(with.userDataTOCElements.begin()->first, "resource-user-data-keys");
 
     ResourceMapping without("<UID>3</UID>", definitions);
     auto otherMapper = without.mapper();
-    static_cast<void>(otherMapper.newResourceFromMSPResource(without.resource()));
+    static_cast<void>(otherMapper.newResourceFromMSPResource(MSPCFields(without.resource())));
     EXPECT_FALSE(otherMapper.userDataChanged());
     EXPECT_TRUE(without.userDataTOCElements.empty());
 }

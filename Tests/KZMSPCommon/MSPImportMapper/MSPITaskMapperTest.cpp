@@ -48,10 +48,10 @@ TEST(MSPITaskMapper, needsNothingButAUID) {
 
 TEST(MSPITaskMapper, logsUIDAndName) {
     TaskMapping named("<UID>007</UID><Name>Dig</Name>");
-    static_cast<void>(named.mapper().newTaskFromMSPTask(named.task()));
+    static_cast<void>(named.mapper().newTaskFromMSPTask(MSPCFields(named.task())));
     EXPECT_EQ(named.fixture.log.takeLines(), std::vector<std::string>{"  Mapping Task UID='007' name='Dig' ..."});
     TaskMapping nameless("<UID>7</UID>");
-    static_cast<void>(nameless.mapper().newTaskFromMSPTask(nameless.task()));
+    static_cast<void>(nameless.mapper().newTaskFromMSPTask(MSPCFields(nameless.task())));
     EXPECT_EQ(nameless.fixture.log.takeLines(), std::vector<std::string>{"  Mapping Task UID='7' name='' ..."});
 }
 
@@ -69,9 +69,9 @@ TEST(MSPITaskMapper, keepsItsUIDAndRaisesTheCounterOnly) {
         TaskMapping mapping("<UID>" + std::string(uid) + "</UID>");
         mapping.maxId = counterBefore;
         auto mapper = mapping.mapper();
-        EXPECT_EQ(mapper.mspTaskUID(), -1);
-        const auto task = mapper.newTaskFromMSPTask(mapping.task());
-        EXPECT_EQ(mapper.mspTaskUID(), readUID) << uid;
+        EXPECT_EQ(mapper.mspTaskUID(), MSPCTaskUID{-1});
+        const auto task = mapper.newTaskFromMSPTask(MSPCFields(mapping.task()));
+        EXPECT_EQ(mapper.mspTaskUID(), MSPCTaskUID{readUID}) << uid;
         EXPECT_EQ(mapping.maxId, counterAfter) << uid;
         EXPECT_EQ(task.node().attribute("id").stringValue(), *uid == '\0' ? "" : std::string("t").append(uid));
     }
@@ -243,14 +243,15 @@ TEST(MSPITaskMapper, recordsTheKeysOfItsUserData) {
     // The attribute without a value has a key but nothing to write.
     TaskMapping with("<UID>7</UID><ExtendedAttribute><FieldID>1</FieldID></ExtendedAttribute>", options);
     auto mapper = with.mapper();
-    EXPECT_EQ(markupOf(mapper.newTaskFromMSPTask(with.task())), "<task id=\"t7\">" + milestone + "</task>");
+    EXPECT_EQ(markupOf(mapper.newTaskFromMSPTask(MSPCFields(with.task()))), "<task id=\"t7\">" + milestone + "</task>");
     EXPECT_TRUE(mapper.userDataChanged());
     ASSERT_EQ(with.userDataTOCElements.size(), 1u);
     EXPECT_EQ(with.userDataTOCElements.begin()->first, "task-user-data-keys");
 
     TaskMapping without("<UID>7</UID><ExtendedAttribute><FieldID>2</FieldID></ExtendedAttribute>", options);
     auto otherMapper = without.mapper();
-    EXPECT_EQ(markupOf(otherMapper.newTaskFromMSPTask(without.task())), "<task id=\"t7\">" + milestone + "</task>");
+    EXPECT_EQ(markupOf(otherMapper.newTaskFromMSPTask(MSPCFields(without.task()))),
+              "<task id=\"t7\">" + milestone + "</task>");
     EXPECT_FALSE(otherMapper.userDataChanged());
     EXPECT_TRUE(without.userDataTOCElements.empty());
 }

@@ -37,7 +37,7 @@ public:
 
     std::vector<std::string> pieces() {
         std::vector<std::string> markup;
-        for (auto& piece : mapper.newSplitTasksFromMspdiTask(fixture.node("Tasks/Task"))) {
+        for (auto& piece : mapper.newSplitTasksFromMspdiTask(MSPCFields(fixture.node("Tasks/Task")))) {
             markup.push_back(markupOf(std::move(piece)));
         }
         return markup;
@@ -209,7 +209,7 @@ TEST(MSPITimephasedDataMapper, knowsTheLatestEndOfItsPieces) {
     EXPECT_EQ(mapping.mapper.taskEndDate(), MSPCInstant{1331740800});  // 2012-03-14T16:00:00Z
     // Not reset by a task that is not split, nor by one that ends earlier.
     const auto others = documentFromXML("<Task><UID>8</UID></Task>");
-    EXPECT_TRUE(mapping.mapper.newSplitTasksFromMspdiTask(others.root()).empty());
+    EXPECT_TRUE(mapping.mapper.newSplitTasksFromMspdiTask(MSPCFields(others.root())).empty());
     EXPECT_EQ(mapping.mapper.taskEndDate(), MSPCInstant{1331740800});
 
     SplitMapping unsplit(assignment(day(5)));
@@ -230,7 +230,7 @@ TEST(MSPITimephasedDataMapper, givesEachOfSeveralTasksOfOneUIDTheSamePiecesUnder
         const auto task = documentFromXML("<Task><UID>7</UID><Name>" + name + "</Name></Task>");
         MSPITimephasedDataMapper mapper(mapping.fixture.context);
         Pieces pieces;
-        for (auto& piece : mapper.newSplitTasksFromMspdiTask(task.root())) {
+        for (auto& piece : mapper.newSplitTasksFromMspdiTask(MSPCFields(task.root()))) {
             pieces.push_back(markupOf(std::move(piece)));
         }
         const auto title = "<title>" + name + "</title>";
@@ -253,7 +253,7 @@ TEST(MSPITimephasedDataMapper, findsTheStretchesOfManyTasksOfOneUIDOnce) {
     }
     SplitMapping mapping(records);
     for (int task = 0; task < 20'000; ++task) {
-        ASSERT_EQ(mapping.mapper.newSplitTasksFromMspdiTask(mapping.fixture.node("Tasks/Task")).size(), 0U);
+        ASSERT_EQ(mapping.mapper.newSplitTasksFromMspdiTask(MSPCFields(mapping.fixture.node("Tasks/Task"))).size(), 0U);
     }
 }
 

@@ -48,6 +48,14 @@ TEST_F(LossesCommandTest, hasNothingToTellOfALosslessPlan) {
     EXPECT_EQ(out.str(), "Lossless.xml: 4 leaves, 1 carried, 0 changed, 2 shaping, 1 default, 0 derived, 0 lost\n");
 }
 
+TEST_F(LossesCommandTest, showsANumberAloneWhereThereIsNoName) {
+    world.machine.addFile(
+        "/home/me/Nameless.xml",
+        planOf("<Tasks><Task><UID>7</UID><OutlineLevel>1</OutlineLevel><Manual>1</Manual></Task></Tasks>"));
+    EXPECT_EQ(run({"losses", "Nameless.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr("\n    UID 7: 1  /Project/Tasks[1]/Task[1]/Manual[1]\n"));
+}
+
 TEST_F(LossesCommandTest, showsEveryPlaceWithAll) {
     EXPECT_EQ(run({"losses", "--all", "Lossy.xml"}), 1);
     EXPECT_THAT(out.str(), HasSubstr("/Project/Tasks[1]/Task[4]/Deadline[1]"));

@@ -36,6 +36,20 @@ TEST_F(ProgramTest, tellsWrongArgumentsInOneLineOnStandardError) {
     }
 }
 
+TEST_F(ProgramTest, namesASubcommandThatItDoesNotHave) {
+    EXPECT_EQ(run({"losess", "Plan.xml"}), 2);
+    EXPECT_EQ(err.str(), "mspdi: no such subcommand: losess (mspdi --help tells more)\n");
+    EXPECT_EQ(run({"a\nb"}), 2);
+    EXPECT_EQ(err.str(), "mspdi: no such subcommand: a b (mspdi --help tells more)\n");
+}
+
+TEST_F(ProgramTest, tellsThatANameIsEmpty) {
+    for (const auto& arguments : {std::vector<std::string>{"losses", ""}, {"check", ""}, {"diff", "", "Plan.xml"}}) {
+        EXPECT_EQ(run(arguments), 2);
+        EXPECT_EQ(err.str(), "mspdi: an empty name: no such file\n");
+    }
+}
+
 TEST_F(ProgramTest, failsWhenTheResultCannotBeWritten) {
     for (const auto& arguments : {std::vector<std::string>{"--help"}, {"--version"}, {"losses", "--help"}}) {
         out.setstate(std::ios::badbit);

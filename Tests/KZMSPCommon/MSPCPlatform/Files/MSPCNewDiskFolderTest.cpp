@@ -11,7 +11,6 @@
 #include <functional>
 
 #include "MSPCFileSystem.h"
-#include "MSPCTemporaryName.h"
 #include "ScopedTempFolder.h"
 
 namespace fs = std::filesystem;
@@ -393,15 +392,4 @@ TEST_F(MSPCNewDiskFolderTest, whatCannotBeRemovedIsNotReplaced) {
     }
     EXPECT_EQ(WEXITSTATUS(status), 0);
     EXPECT_EQ(folder.contents("out/Plan.kdzx/sub/old"), "old");
-}
-
-TEST(MSPCTemporaryName, isToldFromOtherNames) {
-    for (const auto* name : {".MSPDIImport-1-1.tmp", ".MSPDIImport-4194304-10000.tmp"}) {
-        EXPECT_TRUE(MSPCIsTemporaryName(name)) << name;
-    }
-    for (const auto* name : {"", ".MSPDIImport-", ".MSPDIImport-.tmp", ".MSPDIImport-1.tmp", ".MSPDIImport-1-.tmp",
-                             ".MSPDIImport--1.tmp", ".MSPDIImport-1-1-1.tmp", ".MSPDIImport-1-1", "MSPDIImport-1-1.tmp",
-                             ".MSPDIImport-Plan.kdzx.tmp", ".MSPDIImport-1-1.tmp ", ".MSPDIImport-1-x.tmp"}) {
-        EXPECT_FALSE(MSPCIsTemporaryName(name)) << name;
-    }
 }

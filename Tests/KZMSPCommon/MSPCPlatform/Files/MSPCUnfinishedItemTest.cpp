@@ -1,12 +1,14 @@
 #include "MSPCUnfinishedItem.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 
+#include "MSPCFileDescriptor.h"
 #include "ScopedTempFolder.h"
 
 namespace {
@@ -93,4 +95,49 @@ TEST_F(MSPCUnfinishedItemTest, allThatAreUnfinishedGoTogether) {
     second.finish();
     MSPCUnfinishedItem::removeAll();
     EXPECT_EQ(folder.listing(), "second ");
+}
+
+TEST_F(MSPCUnfinishedItemTest, takesTheNextHiddenNameWhereOneIsTaken) {
+    const MSPCFileDescriptor open(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const auto name = [](int number) { return MSPCHiddenName(fmt::format("{}-{}", ::getpid(), number)); };
+    folder.addFile(name(1), "of somebody else");
+    const auto make = [&open](const char* hidden) {
+        const int file = ::openat(open.number(), hidden, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        return file >= 0 ? ::close(file) : errno;
+    };
+    {
+        MSPCUnfinishedItem second;
+        MSPCUnfinishedItem third;
+        EXPECT_EQ(second.createUnderTemporaryName(open.number(), make), 0);
+        EXPECT_EQ(third.createUnderTemporaryName(open.number(), make), 0);
+        EXPECT_EQ(second.path(), name(2));
+        EXPECT_EQ(third.path(), name(3));
+        EXPECT_TRUE(MSPCIsTemporaryName(third.path()));
+    }
+    EXPECT_EQ(folder.contents(name(1)), "of somebody else");
+    EXPECT_EQ(folder.listing(), name(1) + " ");
+}
+
+TEST_F(MSPCUnfinishedItemTest, triesNoOtherNameAfterAnotherFailure) {
+    int attempts = 0;
+    MSPCUnfinishedItem item;
+    EXPECT_EQ(item.createUnderTemporaryName(AT_FDCWD,
+                                            [&attempts](const char*) {
+                                                ++attempts;
+                                                return EACCES;
+                                            }),
+              EACCES);
+    EXPECT_EQ(attempts, 1);
+    EXPECT_EQ(item.path(), "");
+}
+
+TEST(MSPCTemporaryName, isToldFromOtherNames) {
+    for (const auto* name : {".MSPDIImport-1-1.tmp", ".MSPDIImport-4194304-10000.tmp"}) {
+        EXPECT_TRUE(MSPCIsTemporaryName(name)) << name;
+    }
+    for (const auto* name : {"", ".MSPDIImport-", ".MSPDIImport-.tmp", ".MSPDIImport-1.tmp", ".MSPDIImport-1-.tmp",
+                             ".MSPDIImport--1.tmp", ".MSPDIImport-1-1-1.tmp", ".MSPDIImport-1-1", "MSPDIImport-1-1.tmp",
+                             ".MSPDIImport-Plan.kdzx.tmp", ".MSPDIImport-1-1.tmp ", ".MSPDIImport-1-x.tmp"}) {
+        EXPECT_FALSE(MSPCIsTemporaryName(name)) << name;
+    }
 }

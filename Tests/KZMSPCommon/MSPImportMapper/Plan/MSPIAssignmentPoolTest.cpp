@@ -16,7 +16,7 @@ public:
     explicit PlainPool(std::vector<MSPCXMLNode> assignments) : _remaining(std::move(assignments)) {}
 
     bool isEmpty() const { return _remaining.empty(); }
-    std::vector<MSPCXMLNode> takeAssignmentsOfTask(std::int64_t taskUID, bool isReportingErrors) {
+    std::vector<MSPCXMLNode> takeAssignmentsOfTask(MSPCTaskUID taskUID, bool isReportingErrors) {
         std::vector<MSPCXMLNode> taken;
         std::vector<MSPCXMLNode> left;
         for (const auto& assignment : _remaining) {
@@ -27,10 +27,10 @@ public:
     }
 
 private:
-    static bool matches(const MSPCXMLNode& assignment, std::int64_t taskUID, bool isReportingErrors) {
+    static bool matches(const MSPCXMLNode& assignment, MSPCTaskUID taskUID, bool isReportingErrors) {
         Error taskError;
         Error resourceError;
-        const bool isOfTask = intValueForXQuery(assignment, "TaskUID", &taskError) == taskUID;
+        const bool isOfTask = intValueForXQuery(assignment, "TaskUID", &taskError) == MSPCNumberOf(taskUID);
         const bool hasResource = intValueForXQuery(assignment, "ResourceUID", &resourceError) >= 0;
         return isOfTask && hasResource && !(isReportingErrors && (taskError || resourceError));
     }
@@ -89,7 +89,7 @@ TEST(MSPIAssignmentPool, givesEveryTaskWhatTheWalkOverTheRestGives) {
         const auto tasks = 1 + random() % 20;
         const auto firstNestedTask = random() % (tasks + 1);
         for (std::size_t task = 0; task < tasks; ++task) {
-            const auto taskUID = static_cast<std::int64_t>(random() % 8);
+            const MSPCTaskUID taskUID{static_cast<std::int64_t>(random() % 8)};
             const bool isReportingErrors = task < firstNestedTask;
             ASSERT_EQ(pool.isEmpty(), plainPool.isEmpty()) << task;
             ASSERT_EQ(positionsOf(pool.takeAssignmentsOfTask(taskUID, isReportingErrors), all),
@@ -106,10 +106,10 @@ TEST(MSPIAssignmentPool, givesEachAssignmentOnceToTheTaskThatAsksFirst) {
         "<Assignment><TaskUID> 01</TaskUID><ResourceUID>0</ResourceUID></Assignment></Assignments>");
     const auto all = assignmentsOf(fixture);
     auto pool = poolOf(all);
-    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, true), all), (Positions{0, 2}));
-    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, true), all), Positions{});
+    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, true), all), (Positions{0, 2}));
+    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, true), all), Positions{});
     EXPECT_FALSE(pool.isEmpty());
-    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(2, true), all), Positions{1});
+    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{2}, true), all), Positions{1});
     EXPECT_TRUE(pool.isEmpty());
 }
 
@@ -118,7 +118,7 @@ TEST(MSPIAssignmentPool, keepsWorkThatIsAssignedToNobody) {
         "<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>-65535</ResourceUID></Assignment></Assignments>");
     auto pool = poolOf(assignmentsOf(fixture));
     for (const bool isReportingErrors : {true, false}) {
-        EXPECT_TRUE(pool.takeAssignmentsOfTask(1, isReportingErrors).empty());
+        EXPECT_TRUE(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, isReportingErrors).empty());
         EXPECT_FALSE(pool.isEmpty());
     }
 }
@@ -132,9 +132,9 @@ TEST(MSPIAssignmentPool, givesWhatIsIncompleteOrAmbiguousOnlyWhenErrorsDoNotCoun
         "<Assignment><ResourceUID>1</ResourceUID></Assignment></Assignments>");
     const auto all = assignmentsOf(fixture);
     auto pool = poolOf(all);
-    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, true), all), Positions{});
-    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, false), all), (Positions{0, 1, 2}));
-    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(0, false), all), Positions{4});
+    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, true), all), Positions{});
+    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, false), all), (Positions{0, 1, 2}));
+    EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{0}, false), all), Positions{4});
     EXPECT_FALSE(pool.isEmpty());
 }
 
@@ -146,9 +146,9 @@ TEST(MSPIAssignmentPool, takesNothingFromAnotherPoolOfTheSameKeys) {
     const auto keys = std::make_shared<MSPIAssignmentKeys>(all);
     for (int scenario = 0; scenario < 3; ++scenario) {
         MSPIAssignmentPool pool(keys);
-        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, true), all), Positions{});
-        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(2, true), all), Positions{0});
-        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(1, false), all), Positions{1});
+        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, true), all), Positions{});
+        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{2}, true), all), Positions{0});
+        EXPECT_EQ(positionsOf(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, false), all), Positions{1});
         EXPECT_TRUE(pool.isEmpty());
     }
 }
@@ -162,27 +162,27 @@ TEST(MSPIAssignmentPool, examinesManyAssignmentsOfManyTasksOfOneUIDOnce) {
     MappingFixture fixture(xml + "</Assignments>");
     auto pool = poolOf(assignmentsOf(fixture));
     for (int task = 0; task < 300'000; ++task) {
-        ASSERT_TRUE(pool.takeAssignmentsOfTask(1, true).empty());
+        ASSERT_TRUE(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, true).empty());
     }
-    EXPECT_EQ(pool.takeAssignmentsOfTask(1, false).size(), 300'000U);
+    EXPECT_EQ(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, false).size(), 300'000U);
     for (int task = 0; task < 300'000; ++task) {
-        ASSERT_TRUE(pool.takeAssignmentsOfTask(1, false).empty());
+        ASSERT_TRUE(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, false).empty());
     }
 }
 
 TEST(MSPIAssignmentPool, ofNothingIsEmpty) {
     auto pool = poolOf({});
     EXPECT_TRUE(pool.isEmpty());
-    EXPECT_TRUE(pool.takeAssignmentsOfTask(1, false).empty());
+    EXPECT_TRUE(pool.takeAssignmentsOfTask(MSPCTaskUID{1}, false).empty());
 }
 
 TEST(MSPIAssignmentPool, refusesWhatIsNoNodeOrNoNumber) {
-    EXPECT_RAISES(poolOf({MSPCXMLNode()}).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
+    EXPECT_RAISES(poolOf({MSPCXMLNode()}).takeAssignmentsOfTask(MSPCTaskUID{1}, true), MSPCInternalInconsistency,
                   "Expected NSXMLNodeProxy as a Assignment object.");
     MappingFixture task("<Assignments><Assignment><TaskUID>abc</TaskUID></Assignment></Assignments>");
-    EXPECT_RAISES(poolOf(assignmentsOf(task)).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
+    EXPECT_RAISES(poolOf(assignmentsOf(task)).takeAssignmentsOfTask(MSPCTaskUID{1}, true), MSPCInternalInconsistency,
                   "Failed to get int value from XML node: <TaskUID>abc</TaskUID>");
     MappingFixture resource("<Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID/></Assignment></Assignments>");
-    EXPECT_RAISES(poolOf(assignmentsOf(resource)).takeAssignmentsOfTask(1, true), MSPCInternalInconsistency,
-                  "Failed to get int value from XML node: <ResourceUID/>");
+    EXPECT_RAISES(poolOf(assignmentsOf(resource)).takeAssignmentsOfTask(MSPCTaskUID{1}, true),
+                  MSPCInternalInconsistency, "Failed to get int value from XML node: <ResourceUID/>");
 }

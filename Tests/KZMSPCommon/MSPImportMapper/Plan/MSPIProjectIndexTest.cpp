@@ -74,6 +74,18 @@ std::string projectContent(std::mt19937& random) {
     return xml;
 }
 
+// A UID of another kind finds nothing even where the number is the same: it is no question at all.
+template <typename Index, typename UID>
+concept looksUp = requires(const Index& index, UID uid) {
+    index.nodesWithKey(uid);
+    index.singleNodeWithKey(uid);
+};
+static_assert(looksUp<MSPIUIDIndex<MSPCTaskUID>, MSPCTaskUID>);
+static_assert(!looksUp<MSPIUIDIndex<MSPCTaskUID>, MSPCResourceUID>);
+static_assert(!looksUp<MSPIUIDIndex<MSPCTaskUID>, std::int64_t>);
+static_assert(looksUp<MSPIUIDIndex<MSPCCalendarUID>, MSPCCalendarUID>);
+static_assert(!looksUp<MSPIUIDIndex<MSPCCalendarUID>, MSPCTaskUID>);
+
 // Expects an index to give what the query gives, all nodes and the single one with its error.
 void expectSameAsQuery(const MSPINumberIndex& index, const MSPCXMLNode& project, std::string_view format,
                        std::int64_t number) {
@@ -134,8 +146,8 @@ TEST(MSPIProjectIndex, comparesLargeNumbersAsTheQueriesDo) {
           std::int64_t{4294967299}}) {
         expectSameAsQuery(index.tasksByUID(), project, "Tasks/Task[UID={}]", number);
     }
-    EXPECT_TRUE(index.tasksByUID().singleNodeWithKey(4294967299));
-    EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(3));
+    EXPECT_TRUE(index.tasksByUID().singleNodeWithKey(MSPCTaskUID{4294967299}));
+    EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(MSPCTaskUID{3}));
 }
 
 TEST(MSPIProjectIndex, findsATextWithQuotesButNoneWithAnApostropheWhichWouldEndTheQuery) {
@@ -153,15 +165,15 @@ TEST(MSPIProjectIndex, ofAProjectWithoutListsFindsNothing) {
     MappingFixture fixture("<UID>1</UID><FieldID>1</FieldID>");
     MSPIProjectIndex index(fixture.plan.root());
     Error error;
-    EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(1, &error));
+    EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(MSPCTaskUID{1}, &error));
     EXPECT_EQ(error.code, MSPCXQueryNoMatch);
     EXPECT_FALSE(index.definitionsByFieldID().singleNodeWithKey("1"));
-    EXPECT_TRUE(index.assignmentsByTaskUID().nodesWithKey(1).empty());
+    EXPECT_TRUE(index.assignmentsByTaskUID().nodesWithKey(MSPCTaskUID{1}).empty());
 }
 
 TEST(MSPIProjectIndex, needsNoErrorToReportTo) {
     MappingFixture fixture("<Tasks><Task><UID>1</UID></Task><Task><UID>1</UID><Name>last</Name></Task></Tasks>");
     MSPIProjectIndex index(fixture.plan.root());
-    EXPECT_TRUE(index.tasksByUID().singleNodeWithKey(1).firstChildElement("Name"));
-    EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(2));
+    EXPECT_TRUE(index.tasksByUID().singleNodeWithKey(MSPCTaskUID{1}).firstChildElement("Name"));
+    EXPECT_FALSE(index.tasksByUID().singleNodeWithKey(MSPCTaskUID{2}));
 }

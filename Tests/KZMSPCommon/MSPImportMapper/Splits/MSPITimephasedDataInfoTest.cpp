@@ -11,6 +11,14 @@ MSPITimephasedDataInfo spanOf(std::optional<MSPCInstant> start, std::optional<MS
     return {"Dig", 1, start, end, 28800};
 }
 
+std::vector<std::int64_t> numbersOf(const std::vector<MSPCResourceUID>& uids) {
+    std::vector<std::int64_t> numbers;
+    for (const auto uid : uids) {
+        numbers.push_back(MSPCNumberOf(uid));
+    }
+    return numbers;
+}
+
 }  // namespace
 
 TEST(MSPITimephasedDataInfo, startsWithoutScaleAndResources) {
@@ -39,11 +47,11 @@ TEST(MSPITimephasedDataInfo, keepsWhatIsSet) {
 TEST(MSPITimephasedDataInfo, keepsEachResourceOnceInTheOrderAdded) {
     auto span = spanOf(morning, evening);
     for (const auto uid : {3, 1, 3, 2, 1}) {
-        span.addResourceUID(uid);
+        span.addResourceUID(MSPCResourceUID{uid});
     }
-    EXPECT_EQ(span.resourceUIDs(), (std::vector<std::int64_t>{3, 1, 2}));
+    EXPECT_EQ(numbersOf(span.resourceUIDs()), (std::vector<std::int64_t>{3, 1, 2}));
     span.sortResourceUIDs();
-    EXPECT_EQ(span.resourceUIDs(), (std::vector<std::int64_t>{1, 2, 3}));
+    EXPECT_EQ(numbersOf(span.resourceUIDs()), (std::vector<std::int64_t>{1, 2, 3}));
 }
 
 TEST(MSPITimephasedDataInfo, equalsASpanWithTheSameDatesWhateverElseDiffers) {
@@ -60,8 +68,8 @@ TEST(MSPITimephasedDataInfo, describesItself) {
     EXPECT_EQ(span.description(),
               "<MSPITimephasedDataInfo>:  type=1, startDate=2012-03-05 08:00:00 +0000, endDate=(null), "
               "duration=28800.00, resoureUIDS:");
-    span.addResourceUID(7);
-    span.addResourceUID(-2);
+    span.addResourceUID(MSPCResourceUID{7});
+    span.addResourceUID(MSPCResourceUID{-2});
     span.setEndDate(evening);
     EXPECT_EQ(span.description(),
               "<MSPITimephasedDataInfo>:  type=1, startDate=2012-03-05 08:00:00 +0000, endDate=2012-03-05 17:00:00 "
