@@ -12,15 +12,10 @@ class MSPCProgress;
 // told to whoever waits; and where the new folder has appeared is kept.
 class MSPDIImportFileSystem final : public MSPDIReadOnlyFileSystem {
 public:
-    // Both outlive this object.
-    MSPDIImportFileSystem(MSPCFileSystem& machine, MSPCProgress& progress)
-        : MSPDIReadOnlyFileSystem(_memory),
-          _machine(machine),
-          _memory(machine, MSPDIMemoryKeeping::Content),
-          _progress(progress) {}
+    // All three outlive this object. `memory` reads the machine's files as well.
+    MSPDIImportFileSystem(MSPCFileSystem& machine, const MSPDIMemoryFileSystem& memory, MSPCProgress& progress)
+        : MSPDIReadOnlyFileSystem(memory), _machine(machine), _memory(memory), _progress(progress) {}
 
-    // Puts a file below `MSPDIMemoryFileSystem::Folder`.
-    void addFile(const std::string& path, std::string content) { _memory.addFile(path, std::move(content)); }
     // What files are read for from now on; at first "Reading".
     void setDoing(std::string_view doing) { _doing = doing; }
     // The path of the new folder that has appeared; empty before.
@@ -39,7 +34,7 @@ private:
     class WatchedSource;
 
     MSPCFileSystem& _machine;
-    MSPDIMemoryFileSystem _memory;  // reads the machine's files as well
+    const MSPDIMemoryFileSystem& _memory;
     MSPCProgress& _progress;
     std::string _doing = "Reading";
     std::string _newDocument;

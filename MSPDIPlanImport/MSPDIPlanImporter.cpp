@@ -68,10 +68,10 @@ std::string inMemory(const std::string& name) {
     return pathByAppendingComponent(MSPDIMemoryFileSystem::Folder, name);
 }
 
-std::string withBuiltInTemplate(MSPDIImportFileSystem& fileSystem) {
+std::string withBuiltInTemplate(MSPDIMemoryFileSystem& memory) {
     auto folder = inMemory("Empty.kdzx");
     for (const auto& [name, content] : MSPDIEmptyDocument()) {
-        fileSystem.addFile(pathByAppendingComponent(folder, name), std::string(content));
+        memory.addFile(pathByAppendingComponent(folder, name), std::string(content));
     }
     return folder;
 }
@@ -160,14 +160,14 @@ MSPCURL MSPDIPlanImporter::destinationFor(const std::string& path, const std::st
 }
 
 MSPIImportInfo MSPDIPlanImporter::infoFor(const std::string& path, const MSPCURL& destination,
-                                          MSPDIImportFileSystem& fileSystem) const {
+                                          MSPDIMemoryFileSystem& memory) const {
     const auto templatePath =
-        _options.templateFolder ? fileSystem.absolutePath(*_options.templateFolder) : withBuiltInTemplate(fileSystem);
+        _options.templateFolder ? memory.absolutePath(*_options.templateFolder) : withBuiltInTemplate(memory);
     MSPIImportInfo info;
     info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(path));
     info.kdzxTemplateURL = MSPCURL::fileURL(templatePath, true);
     info.replacesOldBundle = _options.overwrites && !_documents.contains(destination.path()) &&
-                             MSPDIMayBeReplaced(destination.path(), {templatePath, path}, fileSystem);
+                             MSPDIMayBeReplaced(destination.path(), {templatePath, path}, memory);
     info.keepsFailedBundle = false;
     info.bundleNumbers = _bundleNumbers;
     return info;
@@ -181,10 +181,11 @@ void MSPDIPlanImporter::importInto(const std::string& folder, const std::string&
 
 void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string& path, std::optional<std::string> bytes,
                                    MSPDIImportedPlan& result) {
-    MSPDIImportFileSystem fileSystem(_services.fileSystem, _services.progress);
+    MSPDIMemoryFileSystem memory(_services.fileSystem, MSPDIMemoryKeeping::Content);
+    MSPDIImportFileSystem fileSystem(_services.fileSystem, memory, _services.progress);
     const auto source = bytes ? inMemory(lastPathComponent(path)) : path;
     if (bytes) {
-        fileSystem.addFile(source, *std::exchange(bytes, std::nullopt));
+        memory.addFile(source, *std::exchange(bytes, std::nullopt));
     }
     MSPDIVerdictLog log(_services.log);
     const MSPCServices ofImport{_services.clock,        _services.timeZone,   log,
@@ -193,7 +194,7 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
     MSPDIAccountOfImport watching(ofImport);
     auto mapScenario = _options.tellsLosses ? watching.watchedMapping() : MSPIScenarioMapping(MSPIMapScenario);
     const auto destination = destinationFor(path, folder);
-    MSPIXMLImporter importer(infoFor(path, destination, fileSystem), ofImport,
+    MSPIXMLImporter importer(infoFor(path, destination, memory), ofImport,
                              counted(std::move(mapScenario), result.counts));
     const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
     result.warnings = inWords(log.warnings());

@@ -15,7 +15,7 @@
 #include "MSPDIRefusal.h"
 #include "MSPIImportInfo.h"
 
-class MSPDIImportFileSystem;
+class MSPDIMemoryFileSystem;
 
 // How plans are to be imported. Paths may be relative.
 struct MSPDIPlanImportOptions {
@@ -69,7 +69,7 @@ private:
     [[nodiscard]] std::optional<std::string> makeFolder(const std::string& folder);
     [[nodiscard]] MSPCURL destinationFor(const std::string& path, const std::string& folder) const;
     [[nodiscard]] MSPIImportInfo infoFor(const std::string& path, const MSPCURL& destination,
-                                         MSPDIImportFileSystem& fileSystem) const;
+                                         MSPDIMemoryFileSystem& memory) const;
     void importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result);
     // `bytes` stand for the content of the plan's file, where they are given.
     void importOnce(const std::string& folder, const std::string& path, std::optional<std::string> bytes,

@@ -55,7 +55,7 @@ file(READ README.md readme)
 string(REPLACE "](docs/" "](" readme "${readme}")
 string(REPLACE "](CHANGELOG.md)" "](changelog.gz)" readme "${readme}")
 file(CONFIGURE OUTPUT ${documents}/README.md CONTENT "${readme}" @ONLY)
-install(FILES ${documents}/README.md CONTRIBUTING.md docs/Oddities.md docs/reliability.md packaging/copyright
+install(FILES ${documents}/README.md CONTRIBUTING.md docs/Oddities.md docs/mapping.md docs/reliability.md packaging/copyright
               ${documents}/changelog.gz ${documents}/changelog.Debian.gz
         DESTINATION ${KZMSP_DOC_DIR})
 install(DIRECTORY examples DESTINATION ${KZMSP_DOC_DIR})

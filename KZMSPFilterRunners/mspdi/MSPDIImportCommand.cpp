@@ -106,6 +106,7 @@ void importOrTell(Arguments arguments, MSPDIRun& run) {
     if (options.documentName && options.documentName->ends_with(extension)) {
         options.documentName->resize(options.documentName->size() - extension.size());
     }
+    options.tellsLosses = !run.isQuiet;
     const auto& installed = run.installedTemplate;
     if (!options.templateFolder && !installed.empty() && run.services.fileSystem.isDirectory(installed)) {
         options.templateFolder = installed;
@@ -120,14 +121,21 @@ void MSPDIAddImportCommand(CLI::App& program, MSPDIRun& run) {
     auto& options = arguments->options;
     auto& command = *program.add_subcommand("import", "Make Kadenza 2 documents of plans");
     command.add_option("PLAN", arguments->plans, "The plans, saved by Microsoft Project as XML")->required();
+    // An empty text is a mistake, such as a variable that is not set, and not the absence of the option.
+    const CLI::Validator something([](const std::string& text) { return text.empty() ? "it is empty" : ""; }, "");
     command.add_option("-o,--output", options.outputFolder, "The folder for the documents (else beside each plan)")
-        ->option_text("FOLDER");
+        ->option_text("FOLDER")
+        ->check(something);
     command.add_option("--template", options.templateFolder, "The document to begin with (else an empty one)")
-        ->option_text("DOCUMENT");
+        ->option_text("DOCUMENT")
+        ->check(something);
     command.add_option("--name", options.documentName, "The name of the document (else that of the plan)")
-        ->option_text("NAME");
+        ->option_text("NAME")
+        ->check(something);
     command.add_flag("--overwrite", options.overwrites, "Replace a document of that name, instead of taking NAME-1");
-    command.add_option("--log", arguments->log, "Add the importer's own log to this file")->option_text("FILE");
+    command.add_option("--log", arguments->log, "Add the importer's own log to this file")
+        ->option_text("FILE")
+        ->check(something);
     command.add_flag("--as-in-winter", arguments->isAsInWinter, "Give dates the offset of an import in winter");
     command.footer(
         "Exit status: 0 all plans are imported, 1 a plan was refused, 2 a plan could not be read, or wrong arguments.\n"

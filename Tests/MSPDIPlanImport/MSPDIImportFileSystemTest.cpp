@@ -15,13 +15,14 @@ protected:
     ImportFileSystemTest() {
         machine.addFile("/in/Plan.xml", "<Project/>");
         machine.addFolder("/out");
-        files.addFile("/(in memory)/Empty.kdzx/Actual.xml", "<scenario/>");
-        files.addFile("/(in memory)/Mended.xml", "<mended/>");
+        memory.addFile("/(in memory)/Empty.kdzx/Actual.xml", "<scenario/>");
+        memory.addFile("/(in memory)/Mended.xml", "<mended/>");
     }
 
     InMemoryFileSystem machine;
     RecordingProgress progress;
-    MSPDIImportFileSystem files{machine, progress};
+    MSPDIMemoryFileSystem memory{machine, MSPDIMemoryKeeping::Content};
+    MSPDIImportFileSystem files{machine, memory, progress};
 };
 
 }  // namespace

@@ -21,7 +21,7 @@ std::unique_ptr<MSPCFileLog> MSPCFileLog::open(const std::string& path, std::str
         failure = MSPCSystemErrorText(isCutOff ? ENOENT : errno);
         return nullptr;
     }
-    return std::unique_ptr<MSPCFileLog>(new MSPCFileLog(std::move(file), processName));
+    return std::make_unique<MSPCFileLog>(std::move(file), processName);
 }
 
 MSPCFileLog::MSPCFileLog(MSPCFileDescriptor file, std::string_view processName)

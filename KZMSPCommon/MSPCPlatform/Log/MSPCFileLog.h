@@ -16,6 +16,7 @@ public:
     // to, with the system's description in `failure`.
     [[nodiscard]] static std::unique_ptr<MSPCFileLog> open(const std::string& path, std::string_view processName,
                                                            std::string& failure);
+    MSPCFileLog(MSPCFileDescriptor file, std::string_view processName);
     ~MSPCFileLog() override;
     MSPCFileLog(const MSPCFileLog&) = delete;
     MSPCFileLog& operator=(const MSPCFileLog&) = delete;
@@ -27,8 +28,6 @@ protected:
     void write(std::string_view message) override;
 
 private:
-    MSPCFileLog(MSPCFileDescriptor file, std::string_view processName);
-
     MSPCFileDescriptor _file;
     MSPCLogLine _line;
     std::string _collected;

@@ -225,7 +225,12 @@ TEST_F(ImportCommandTest, tellsOfDaylightSavingTimeAndImportsAsInWinter) {
 }
 
 TEST_F(ImportCommandTest, refusesWrongArguments) {
-    for (const auto& arguments : {std::vector<std::string>{"import"}, {"import", "--every", "Plan.xml"}}) {
+    for (const auto& arguments : {std::vector<std::string>{"import"},
+                                  {"import", "--every", "Plan.xml"},
+                                  {"import", "Plan.xml", "-o", ""},
+                                  {"import", "Plan.xml", "--template", ""},
+                                  {"import", "Plan.xml", "--name", ""},
+                                  {"import", "Plan.xml", "--log", ""}}) {
         EXPECT_EQ(run(arguments), 2);
         EXPECT_EQ(out.str(), "");
         EXPECT_THAT(err.str(), StartsWith("mspdi: "));
