@@ -16,11 +16,17 @@ KZDXContents::KZDXContents(KZDXXMLFile file)
          element = element.nextSiblingElement("scenario")) {
         const auto value = [&element](std::string_view name) { return KZDXAttribute(element, name).value_or(""); };
         _entries.push_back({element, value("id"), value("name"), value("filename")});
+        _byName.push_back(_byName.size());
     }
+    std::stable_sort(_byName.begin(), _byName.end(),
+                     [this](std::size_t one, std::size_t other) { return _entries[one].name < _entries[other].name; });
+    const auto namespaces = root().namespaceDeclarations();
+    _namespaceURI = namespaces.empty() ? std::string_view() : namespaces.front().uri;
 }
 
 const KZDXEntry* KZDXContents::entryNamed(std::string_view name) const {
     const auto found =
-        std::find_if(_entries.begin(), _entries.end(), [name](const KZDXEntry& entry) { return entry.name == name; });
-    return found == _entries.end() ? nullptr : &*found;
+        std::lower_bound(_byName.begin(), _byName.end(), name,
+                         [this](std::size_t index, std::string_view wanted) { return _entries[index].name < wanted; });
+    return found != _byName.end() && _entries[*found].name == name ? &_entries[*found] : nullptr;
 }

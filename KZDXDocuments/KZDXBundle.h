@@ -33,12 +33,16 @@ public:
     [[nodiscard]] const MSPCXMLNode& window() const { return _window; }    // empty where it is missing
     [[nodiscard]] const MSPCXMLNode& project() const { return _project; }  // empty where it is missing
     [[nodiscard]] const std::vector<KZDXEntry>& entries() const { return _entries; }
-    // The scenario of that name; a null pointer where there is none.
+    // The first namespace that the root element declares; empty where it declares none.
+    [[nodiscard]] std::string_view namespaceURI() const { return _namespaceURI; }
+    // The first scenario of that name; a null pointer where there is none.
     [[nodiscard]] const KZDXEntry* entryNamed(std::string_view name) const;
 
 private:
     KZDXXMLFile _file;
     MSPCXMLNode _window;
     MSPCXMLNode _project;
+    std::string_view _namespaceURI;
     std::vector<KZDXEntry> _entries;
+    std::vector<std::size_t> _byName;  // entries, sorted: a table of contents may name very many
 };

@@ -32,6 +32,16 @@ std::string pathOf(MSPCXMLNode element) {
     return KZDXShortened(root.name()) + path;
 }
 
+// The task or resource that an element is, or is in; empty where it is in none.
+MSPCXMLNode ownerOf(MSPCXMLNode element) {
+    const auto root = element.rootElement();
+    while (element && element.parent() != root) {
+        element = element.parent();
+    }
+    const bool isOwner = element && (element.name() == "task" || element.name() == "resource");
+    return isOwner ? element : MSPCXMLNode();
+}
+
 // "Baseline3.xml", as an import names the files of scenarios.
 bool isNamedAsScenario(std::string_view name) {
     constexpr std::string_view baseline = "Baseline";
@@ -84,9 +94,20 @@ public:
 private:
     [[nodiscard]] bool isThere(std::string_view name) const { return _names.contains(std::string(name)); }
 
-    void add(const KZDXRule& rule, std::string file, int line, std::string element, std::string text) {
+    void add(const KZDXRule& rule, std::string file, int line, std::string element, std::string text,
+             std::string name = {}) {
         _check.findings.push_back(
-            {rule.name, rule.severity, std::move(file), line, std::move(element), std::move(text)});
+            {rule.name, rule.severity, std::move(file), line, std::move(element), std::move(name), std::move(text)});
+    }
+
+    // Asked for the same one after the other, since one task may have very many findings and elements.
+    const std::string& nameOf(const MSPCXMLNode& owner) {
+        if (owner != _named) {
+            _named = owner;
+            const auto* const element = owner && owner.name() == "task" ? "title" : "name";
+            _name = owner ? KZDXShortened(KZDXChildText(owner, element).value_or("")) : std::string();
+        }
+        return _name;
     }
 
     void lookWithoutContents() {
@@ -118,9 +139,11 @@ private:
     void apply(const Rules& rules, const KZDXXMLFile& file, const Subject& subject) {
         for (const auto& [rule, look] : rules) {
             look(subject, [&, &told = rule](const MSPCXMLNode& element, std::string&& text) {
-                add(told, file.name(), file.lineOf(element), pathOf(element), std::move(text));
+                add(told, file.name(), file.lineOf(element), pathOf(element), std::move(text),
+                    nameOf(ownerOf(element)));
             });
         }
+        _named = {};  // the next file may lie in the same memory
     }
 
     void sortFrom(std::size_t first) {
@@ -191,6 +214,8 @@ private:
     std::set<std::string> _names;
     std::set<std::string> _seen;                      // files that an entry names
     std::set<std::string, std::less<>> _idsOfActual;  // of tasks and resources
+    MSPCXMLNode _named;                               // whose name was asked for last, and the name
+    std::string _name;
 };
 
 }  // namespace

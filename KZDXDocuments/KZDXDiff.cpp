@@ -71,7 +71,7 @@ private:
     }
 
     void compareScenarios() {
-        if (!_options.comparesScenarios) {
+        if (!_options.comparesScenarios || !_options.comparesContents) {
             return;
         }
         for (const auto& entry : _old.contents().entries()) {
@@ -89,10 +89,8 @@ private:
     }
 
     void compareProjects() {
-        compareSetting("title");
-        compareSetting("currency-format");
-        for (const std::string_view name : {"duration-format", "effort-format"}) {
-            compareHours(name);
+        if (_options.comparesContents) {
+            compareSettings();
         }
         const auto tell = [this](std::string_view kind, std::string what, std::string before, std::string after) {
             add(kind, "project", std::move(what), std::move(before), std::move(after));
@@ -107,26 +105,46 @@ private:
         }
     }
 
+    void compareSettings() {
+        compareSetting("title");
+        compareSetting("currency-format");
+        for (const std::string_view unit : {"day", "week", "month", "year"}) {
+            compareHours(unit);
+        }
+    }
+
     void compareSetting(std::string_view name) {
         const auto before = KZDXChildText(_old.contents().project(), name).value_or("");
         const auto after = KZDXChildText(_now.contents().project(), name).value_or("");
         if (before != after && (name != "title" || _options.comparesTitles)) {
-            add("setting", "project", fmt::format("{} {} -> {}", name, KZDXQuoted(before), KZDXQuoted(after)), before,
-                after);
+            const auto words = name == "currency-format" ? "currency format" : name;
+            add("setting", "project", fmt::format("{} {}", words, KZDXQuotedChange(before, after)), before, after);
         }
     }
 
-    void compareHours(std::string_view format) {
-        const auto old = _old.contents().project().firstChildElement(format);
-        const auto now = _now.contents().project().firstChildElement(format);
-        for (const std::string_view name : {"hours-per-day", "hours-per-week", "hours-per-month", "hours-per-year"}) {
-            const auto before = KZDXAttribute(old, name).value_or("");
-            const auto after = KZDXAttribute(now, name).value_or("");
-            if (before != after) {
-                add("setting", "project",
-                    fmt::format("{} of {} {} -> {}", name, format, KZDXShortened(before), KZDXShortened(after)),
-                    std::string(before), std::string(after));
-            }
+    // Durations and effort are counted in the same hours most often; one line tells both then.
+    void compareHours(std::string_view unit) {
+        const auto name = fmt::format("hours-per-{}", unit);
+        const auto hoursOf = [&name](const KZDXOpenDocument& document, std::string_view format) {
+            return KZDXAttribute(document.contents().project().firstChildElement(format), name).value_or("");
+        };
+        const std::pair duration(hoursOf(_old, "duration-format"), hoursOf(_now, "duration-format"));
+        const std::pair effort(hoursOf(_old, "effort-format"), hoursOf(_now, "effort-format"));
+        if (duration == effort) {
+            tellHours(fmt::format("a {} has", unit), duration.first, duration.second);
+        } else {
+            tellHours(fmt::format("a {} of duration has", unit), duration.first, duration.second);
+            tellHours(fmt::format("a {} of effort has", unit), effort.first, effort.second);
+        }
+    }
+
+    void tellHours(const std::string& words, std::string_view before, std::string_view after) {
+        const auto shown = [](std::string_view hours) {
+            return hours.empty() ? std::string("no number of") : KZDXShortened(hours);
+        };
+        if (before != after) {
+            add("setting", "project", fmt::format("{} {} hours, had {}", words, shown(after), shown(before)),
+                std::string(before), std::string(after));
         }
     }
 
@@ -190,6 +208,12 @@ private:
                                 kind == "new" ? outline.name(item) : std::string()});
     }
 
+    // The new name stands in front of it, as far as it can be shown.
+    static std::string wordsOfRenaming(const std::string& before, const std::string& after) {
+        return KZDXShortened(after) == after ? fmt::format("renamed, was {}", KZDXQuoted(before))
+                                             : fmt::format("renamed, {}", KZDXQuotedChange(before, after));
+    }
+
     void compareItem(std::string_view subject, const KZDXOutline& old, std::size_t before, const KZDXOutline& now,
                      std::size_t after, const KZDXMatch& match, bool isReordered) {
         const auto tell = [&](std::string_view kind, std::string what, std::string valueBefore,
@@ -198,8 +222,7 @@ private:
                                     std::move(valueBefore), std::move(valueAfter)});
         };
         if (old.name(before) != now.name(after) && !now.isPiece(after)) {
-            tell("renamed", fmt::format("renamed, was {}", KZDXQuoted(old.name(before))), old.name(before),
-                 now.name(after));
+            tell("renamed", wordsOfRenaming(old.name(before), now.name(after)), old.name(before), now.name(after));
         }
         compareGroups(old, before, now, after, match, isReordered, tell);
         _values.compare(old.items()[before].element, now.items()[after].element, tell);
@@ -223,7 +246,7 @@ private:
             const auto place = now.place(after);
             const auto siblings = now.children(*newParent);
             const auto where =
-                place == 0 ? std::string("first") : fmt::format("behind {}", now.shownName(siblings[place - 1]));
+                place == 0 ? std::string("first") : fmt::format("after {}", now.shownName(siblings[place - 1]));
             tell("moved", fmt::format("moved within its group, now {}", where), "", where);
         }
     }
@@ -259,8 +282,13 @@ std::optional<KZDXOpenDocument> KZDXOpenDocument::open(KZDXFiles& files, const s
         return std::nullopt;
     }
     KZDXOpenDocument document;
-    document._contents = std::make_unique<KZDXContents>(std::move(*contentsFile));
-    const auto* const entry = entryFor(*document._contents, scenario);
+    document._contents = std::make_shared<const KZDXContents>(std::move(*contentsFile));
+    return document.another(files, scenario, failure);
+}
+
+std::optional<KZDXOpenDocument> KZDXOpenDocument::another(KZDXFiles& files, const std::string& scenario,
+                                                          std::string& failure) const {
+    const auto* const entry = entryFor(*_contents, scenario);
     if (entry == nullptr || !entry->staysInBundle()) {
         failure = scenario.empty() ? "it has no scenario" : fmt::format("it has no scenario '{}'", scenario);
         return std::nullopt;
@@ -269,6 +297,8 @@ std::optional<KZDXOpenDocument> KZDXOpenDocument::open(KZDXFiles& files, const s
     if (!file) {
         return std::nullopt;
     }
+    KZDXOpenDocument document;
+    document._contents = _contents;
     document._file = std::make_unique<KZDXXMLFile>(std::move(*file));
     document._scenario = std::make_unique<KZDXScenario>(document._file->root());
     document._scenarioName = entry->name;
@@ -289,6 +319,7 @@ std::vector<KZDXDifferenceKind> KZDXDifferenceKinds() {
             {"date", "A start, an end or a bound of them"},
             {"effort", "Effort, or the duration of a piece of a split task"},
             {"completion", "Completion, or effort done"},
+            {"scenario", "Another scenario differs"},
             {"link", "A task waits for another one, no longer, or in another way"},
             {"assignment", "A resource is assigned, or no longer"},
             {"note", "A note"},

@@ -16,12 +16,16 @@ public:
     [[nodiscard]] static std::optional<KZDXOpenDocument> open(KZDXFiles& files, const std::string& scenario,
                                                               std::string& failure);
 
+    // The same document with another scenario of that name, under the same conditions.
+    [[nodiscard]] std::optional<KZDXOpenDocument> another(KZDXFiles& files, const std::string& scenario,
+                                                          std::string& failure) const;
+
     [[nodiscard]] const KZDXContents& contents() const { return *_contents; }
     [[nodiscard]] const KZDXScenario& scenario() const { return *_scenario; }
     [[nodiscard]] const std::string& scenarioName() const { return _scenarioName; }
 
 private:
-    std::unique_ptr<KZDXContents> _contents;
+    std::shared_ptr<const KZDXContents> _contents;
     std::unique_ptr<KZDXXMLFile> _file;
     std::unique_ptr<KZDXScenario> _scenario;
     std::string _scenarioName;
@@ -30,6 +34,7 @@ private:
 struct KZDXDiffOptions {
     bool comparesTitles = true;     // of the projects
     bool comparesScenarios = true;  // which scenarios there are
+    bool comparesContents = true;   // anything of the tables of contents
 };
 
 // What differs between two documents, for people: the project first, then the resources, then the tasks in the order of

@@ -4,10 +4,25 @@
 #include <string_view>
 #include <utility>
 
+#include "KZDXXMLFile.h"
+
 namespace {
 
 // Where an item stands, for people: its own name and that of its group.
 using Place = std::pair<std::string_view, std::string_view>;
+
+// Whether two tasks are alike but for their names: the same dates and effort, and any of them.
+bool areAlike(const MSPCXMLNode& one, const MSPCXMLNode& other) {
+    bool isAnyThere = false;
+    for (const std::string_view name : {"start-date", "end-date", "effort"}) {
+        const auto text = KZDXChildText(one, name);
+        if (text != KZDXChildText(other, name)) {
+            return false;
+        }
+        isAnyThere = isAnyThere || text.has_value();
+    }
+    return isAnyThere;
+}
 
 Place placeOf(const KZDXOutline& outline, std::size_t item) {
     const auto parent = outline.parent(item);
@@ -24,10 +39,11 @@ KZDXMatch::KZDXMatch(const KZDXOutline& old, const KZDXOutline& now)
     if (areIdsGivenAnew()) {
         pairByOutline();
         pairById(true);
+        pairByOutline(Renamed::PairedInPlace);
     } else {
         pairById(false);
+        pairByOutline();
     }
-    pairByOutline();
 }
 
 std::optional<std::size_t> KZDXMatch::sameId(std::size_t oldItem) const {
@@ -39,28 +55,48 @@ std::optional<std::size_t> KZDXMatch::sameId(std::size_t oldItem) const {
 }
 
 // Of the tasks that bear another name than before most, and more than one, are found in their old place under another
-// id. A task that was renamed while a new one took its name is none of them alone.
+// id. A task that was renamed while a new one took its name is none of them alone, and where dates and effort stayed
+// with the ids, names were exchanged.
 bool KZDXMatch::areIdsGivenAnew() const {
     std::vector<std::size_t> renamed;
+    std::vector<std::size_t> gone;
     std::vector<bool> keepsName(_now.size(), false);
     for (std::size_t item = 0; item < _old.size(); ++item) {
         if (const auto found = sameId(item); found && _old.name(item) == _now.name(*found)) {
             keepsName[*found] = true;
         } else if (found) {
             renamed.push_back(item);
+        } else if (!_old.isPiece(item) && item != _old.top()) {
+            gone.push_back(item);
         }
     }
-    std::vector<Place> places;
+    // Where no id is left, all of them may have been given anew.
+    if (renamed.empty() && std::find(keepsName.begin(), keepsName.end(), true) == keepsName.end()) {
+        renamed = std::move(gone);
+    }
+    std::vector<std::pair<Place, std::size_t>> places;
     for (std::size_t item = 0; !renamed.empty() && item < _now.size(); ++item) {
         if (!keepsName[item] && !_now.isPiece(item)) {
-            places.push_back(placeOf(_now, item));
+            places.emplace_back(placeOf(_now, item), item);
         }
     }
     std::sort(places.begin(), places.end());
-    const auto movedOn = static_cast<std::size_t>(std::count_if(renamed.begin(), renamed.end(), [&](std::size_t item) {
-        return std::binary_search(places.begin(), places.end(), placeOf(_old, item));
-    }));
-    return movedOn > 1 && 2 * movedOn > renamed.size();
+    std::size_t movedOn = 0;
+    std::size_t alikeById = 0;
+    std::size_t alikeByPlace = 0;
+    for (const auto item : renamed) {
+        const auto found =
+            std::lower_bound(places.begin(), places.end(), std::pair(placeOf(_old, item), std::size_t(0)));
+        if (found == places.end() || found->first != placeOf(_old, item)) {
+            continue;
+        }
+        const auto& element = _old.items()[item].element;
+        ++movedOn;
+        const auto namesake = sameId(item);
+        alikeById += namesake && areAlike(element, _now.items()[*namesake].element) ? 1U : 0U;
+        alikeByPlace += areAlike(element, _now.items()[found->second].element) ? 1U : 0U;
+    }
+    return movedOn > 1 && 2 * movedOn > renamed.size() && alikeById <= alikeByPlace;
 }
 
 void KZDXMatch::pair(std::size_t oldItem, std::size_t newItem) {
@@ -81,14 +117,52 @@ void KZDXMatch::pairById(bool onlyOfSameName) {
 }
 
 // From the groups that are matched downwards; what is matched on the way is looked at, too.
-void KZDXMatch::pairByOutline() {
+void KZDXMatch::pairByOutline(Renamed renamed) {
     pairByName(_old.outside(), _now.outside());
     // NOLINTNEXTLINE(modernize-loop-convert): the list grows meanwhile
     for (std::size_t next = 0; next < _pairs.size(); ++next) {
         const auto groups = _pairs[next];
         pairPieces(groups);
         pairByName(_old.children(groups.old), _now.children(groups.now));
+        if (renamed == Renamed::PairedInPlace) {
+            pairRenamedInPlace(groups);
+        }
     }
+}
+
+// One that is left alone between two neighbours that are matched, with one that is left alone between the matches of
+// these.
+void KZDXMatch::pairRenamedInPlace(const Pair& groups) {
+    const auto oldChildren = _old.children(groups.old);
+    const auto newChildren = _now.children(groups.now);
+    for (std::size_t place = 0; place < oldChildren.size(); ++place) {
+        if (_newOf[oldChildren[place]] || _old.isPiece(oldChildren[place])) {
+            continue;
+        }
+        if (const auto found = newInPlaceOf(oldChildren, place, newChildren)) {
+            pair(oldChildren[place], *found);
+        }
+    }
+}
+
+std::optional<std::size_t> KZDXMatch::newInPlaceOf(std::span<const std::size_t> oldChildren, std::size_t place,
+                                                   std::span<const std::size_t> newChildren) const {
+    std::size_t newPlace = 0;
+    if (place > 0) {
+        const auto before = _newOf[oldChildren[place - 1]];
+        newPlace = before ? _now.place(*before) + 1 : newChildren.size();
+        if (before && (newPlace > newChildren.size() || newChildren[newPlace - 1] != *before)) {
+            return std::nullopt;  // it was moved to another group
+        }
+    }
+    if (newPlace >= newChildren.size() || _oldOf[newChildren[newPlace]] || _now.isPiece(newChildren[newPlace])) {
+        return std::nullopt;
+    }
+    const bool isLast = place + 1 == oldChildren.size();
+    const bool isNewLast = newPlace + 1 == newChildren.size();
+    const bool isBetweenTheSame =
+        isLast || isNewLast ? isLast == isNewLast : _newOf[oldChildren[place + 1]] == newChildren[newPlace + 1];
+    return isBetweenTheSame ? std::optional(newChildren[newPlace]) : std::nullopt;
 }
 
 void KZDXMatch::pairPieces(const Pair& owners) {

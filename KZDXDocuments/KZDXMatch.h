@@ -29,7 +29,11 @@ private:
     [[nodiscard]] bool areIdsGivenAnew() const;
     void pair(std::size_t oldItem, std::size_t newItem);
     void pairById(bool onlyOfSameName);
-    void pairByOutline();
+    enum class Renamed { Left, PairedInPlace };
+    void pairByOutline(Renamed renamed = Renamed::Left);
+    void pairRenamedInPlace(const Pair& groups);
+    [[nodiscard]] std::optional<std::size_t> newInPlaceOf(std::span<const std::size_t> oldChildren, std::size_t place,
+                                                          std::span<const std::size_t> newChildren) const;
     void pairPieces(const Pair& owners);
     void pairByName(std::span<const std::size_t> oldItems, std::span<const std::size_t> newItems);
 

@@ -21,6 +21,8 @@ struct Relation {
     std::string_view kind;        // of a link
     std::size_t oldTarget = nobody;
 
+    // Where the document has no item of that id.
+    [[nodiscard]] bool leadsNowhere() const { return target == nobody && oldTarget == nobody; }
     [[nodiscard]] auto key() const { return std::pair(target, idref); }
 };
 
@@ -87,6 +89,11 @@ std::string wordsOfKind(std::string_view kind) {
     return kind == "SF" ? "start to finish" : kind.empty() ? "no kind" : KZDXQuoted(kind);
 }
 
+// What led somewhere, and still has its id, but there is nothing of that id any more.
+bool isCutOff(const Relation& before, const Relation& after) {
+    return !before.leadsNowhere() && after.leadsNowhere();
+}
+
 void compareLinks(const KZDXMatchedScenarios& scenarios, std::span<const KZDXReference> old,
                   std::span<const KZDXReference> now, const KZDXTellValue& tell) {
     const auto newOf = [&scenarios](std::size_t task) { return scenarios.tasks.newOf(task); };
@@ -98,6 +105,9 @@ void compareLinks(const KZDXMatchedScenarios& scenarios, std::span<const KZDXRef
                     } else if (after == nullptr) {
                         const auto name = nameOfOld(scenarios.oldTasks, *before);
                         tell("link", fmt::format("no longer waits for {}", name), name, "");
+                    } else if (isCutOff(*before, *after)) {
+                        const auto name = nameOfOld(scenarios.oldTasks, *before);
+                        tell("link", fmt::format("waits for {}, which is gone", name), name, "");
                     } else if (before->kind != after->kind) {
                         tell("link",
                              fmt::format("waits for {} {} instead of {}", nameOfNew(scenarios.newTasks, *after),
@@ -118,6 +128,9 @@ void compareAssignments(const KZDXMatchedScenarios& scenarios, std::span<const K
                     } else if (after == nullptr) {
                         const auto name = nameOfOld(scenarios.oldResources, *before);
                         tell("assignment", fmt::format("is no longer assigned to {}", name), name, "");
+                    } else if (isCutOff(*before, *after)) {
+                        const auto name = nameOfOld(scenarios.oldResources, *before);
+                        tell("assignment", fmt::format("is assigned to {}, who is gone", name), name, "");
                     }
                 });
 }

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "KZDXRules.h"
+#include "KZDXWords.h"
 
 namespace {
 
@@ -30,7 +31,11 @@ void lookAtFrame(const KZDXContents& contents, const KZDXTell& tell) {
 void lookAtNextNumber(const MSPCXMLNode& project, std::string_view name, const KZDXTell& tell) {
     const auto text = KZDXChildText(project, name);
     if (text && KZDXInteger(*text).value_or(0) < 1) {
-        tell(project.firstChildElement(name), fmt::format("'{}' is no number from 1 on", *text));
+        const bool isTooLarge = !text->empty() && text->find_first_not_of("0123456789") == std::string::npos &&
+                                text->find_first_not_of('0') != std::string::npos;
+        tell(project.firstChildElement(name), isTooLarge
+                                                  ? fmt::format("'{}' is too large", KZDXShortened(*text))
+                                                  : fmt::format("'{}' is no number from 1 on", KZDXShortened(*text)));
     }
 }
 
@@ -65,7 +70,10 @@ void lookAtSettings(const KZDXContents& contents, const KZDXTell& tell) {
 
 // Places in the order that the elements of a project keep; those of other names may stand anywhere.
 std::optional<std::size_t> placeOf(std::string_view name) {
-    constexpr std::array<std::string_view, 23> order = {"scenario",
+    constexpr std::array<std::string_view, 26> order = {"title",
+                                                        "next-task-id",
+                                                        "next-resource-id",
+                                                        "scenario",
                                                         "date-display",
                                                         "numbering-style",
                                                         "no-numbers",
@@ -163,7 +171,8 @@ std::span<const KZDXContentsRule> KZDXContentsRules() {
         {{"needed-setting", KZDXSeverity::Fault,
           "The project has a title, the next ids, and the formats of money, durations and effort"},
          lookAtSettings},
-        {{"setting-order", KZDXSeverity::Fault, "Scenarios, settings and keys of custom fields keep their order"},
+        {{"setting-order", KZDXSeverity::Fault,
+          "Title, next ids, scenarios, settings and keys of custom fields keep their order"},
          lookAtOrder},
         {{"scenario-entry", KZDXSeverity::Fault,
           "Every scenario in the table of contents has an id, a name, and a file in the bundle"},

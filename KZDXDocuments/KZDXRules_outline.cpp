@@ -1,9 +1,12 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <map>
 #include <vector>
 
+#include "KZDXCircles.h"
 #include "KZDXRules.h"
+#include "KZDXWords.h"
 
 namespace {
 
@@ -74,77 +77,117 @@ void lookAtParents(const KZDXSubject& subject, const KZDXTell& tell) {
     }
 }
 
-// Goes along the references from item to item, each item once and without recursion, and calls `tell` for every
-// reference that closes a circle.
-class CircleSearch {
-public:
-    CircleSearch(const std::vector<KZDXReference>& references, std::size_t itemCount)
-        : _references(references), _starts(KZDXStarts(references, itemCount)), _states(itemCount, State::New) {}
-
-    template <typename Tell>
-    void search(const Tell& tell) {
-        for (std::size_t item = 0; item < _states.size(); ++item) {
-            if (_states[item] == State::New) {
-                enter(item);
-                walk(tell);
-            }
+std::vector<KZDXEdge> edgesOf(const std::vector<KZDXReference>& references) {
+    std::vector<KZDXEdge> edges;
+    for (const auto& reference : references) {
+        if (reference.to) {
+            edges.push_back({reference.from, *reference.to, &reference, false});
         }
+    }
+    return edges;
+}
+
+// The names of tasks, each looked up once: many findings can be about one.
+class Names {
+public:
+    explicit Names(const KZDXItems& tasks) : _tasks(tasks) {}
+
+    const std::string& of(std::size_t task) {
+        auto& name = _names[task];
+        if (name.empty()) {
+            name = KZDXNamed(KZDXChildText(_tasks[task].element, "title").value_or(""), _tasks[task].id);
+        }
+        return name;
+    }
+
+    // "Dig (t2) waits for itself, over Paint (t3), Done (t4)". Of a task with itself "over" is left out.
+    std::string sentence(std::size_t task, std::string_view what, const std::vector<std::size_t>& others, bool isMore) {
+        auto text = fmt::format("{} {}", of(task), what);
+        for (std::size_t i = 0; i < others.size(); ++i) {
+            text += fmt::format("{}{}", i == 0 ? ", over " : ", ", of(others[i]));
+        }
+        return text + (isMore ? ", ..." : "");
     }
 
 private:
-    enum class State : unsigned char { New, OnTheWay, Done };
-    struct Step {
-        std::size_t item;
-        std::size_t next;  // reference
-    };
-
-    void enter(std::size_t item) {
-        _states[item] = State::OnTheWay;
-        _way.push_back({item, _starts[item]});
-    }
-
-    template <typename Tell>
-    void walk(const Tell& tell) {
-        while (!_way.empty()) {
-            auto& step = _way.back();
-            if (step.next == _starts[step.item + 1]) {
-                _states[step.item] = State::Done;
-                _way.pop_back();
-                continue;
-            }
-            const auto& reference = _references[step.next++];
-            if (reference.to && _states[*reference.to] == State::OnTheWay) {
-                tell(reference);
-            } else if (reference.to && _states[*reference.to] == State::New) {
-                enter(*reference.to);
-            }
-        }
-    }
-
-    const std::vector<KZDXReference>& _references;
-    std::vector<std::size_t> _starts;
-    std::vector<State> _states;
-    std::vector<Step> _way;
+    const KZDXItems& _tasks;
+    std::map<std::size_t, std::string> _names;
 };
 
-void lookForOutlineCircles(const KZDXSubject& subject, const KZDXTell& tell) {
-    const auto& tasks = subject.scenario.tasks();
-    CircleSearch(subject.scenario.childTasks(), tasks.size()).search([&](const KZDXReference& child) {
-        tell(child.element, fmt::format("the task '{}' is in a group below itself", tasks[*child.to].id));
+void lookForCircles(const KZDXItems& tasks, const std::vector<KZDXReference>& references, std::string_view what,
+                    const KZDXTell& tell) {
+    Names names(tasks);
+    KZDXForEachCircle(edgesOf(references), tasks.size(), [&](const KZDXCircle& circle) {
+        const std::vector<std::size_t> others(circle.places.begin() + 1, circle.places.end());
+        tell(circle.link->element,
+             names.sentence(circle.places.front(), what, others, circle.places.size() < circle.length));
     });
 }
 
+void lookForOutlineCircles(const KZDXSubject& subject, const KZDXTell& tell) {
+    lookForCircles(subject.scenario.tasks(), subject.scenario.childTasks(), "is below itself", tell);
+}
+
 void lookForLinkCircles(const KZDXSubject& subject, const KZDXTell& tell) {
+    lookForCircles(subject.scenario.tasks(), subject.scenario.links(), "waits for itself", tell);
+}
+
+// Starts and ends of tasks as places, and what each cannot come before: the end before its start, the start before that
+// of the group, the end of a group before those of its tasks, and what the links say.
+std::size_t startOf(std::size_t task) {
+    return 2 * task;
+}
+std::size_t endOf(std::size_t task) {
+    return 2 * task + 1;
+}
+
+std::vector<KZDXEdge> edgesOfTimes(const KZDXScenario& scenario) {
+    std::vector<KZDXEdge> edges;
+    for (std::size_t task = 0; task < scenario.tasks().size(); ++task) {
+        edges.push_back({endOf(task), startOf(task), nullptr, false});
+    }
+    for (const auto& child : scenario.childTasks()) {
+        if (child.to) {
+            edges.push_back({startOf(*child.to), startOf(child.from), nullptr, true});
+            edges.push_back({endOf(child.from), endOf(*child.to), nullptr, true});
+        }
+    }
+    for (const auto& link : scenario.links()) {
+        if (link.to) {
+            const auto kind = KZDXAttribute(link.element, "kind").value_or("");
+            const bool waitsAtItsEnd = kind == "FF" || kind == "SF";
+            const bool waitsForTheStart = kind == "SS" || kind == "SF";
+            edges.push_back({waitsAtItsEnd ? endOf(link.from) : startOf(link.from),
+                             waitsForTheStart ? startOf(*link.to) : endOf(*link.to), &link, false});
+        }
+    }
+    return edges;
+}
+
+// Circles of links alone are told by the rule for those.
+void lookForCirclesThroughGroups(const KZDXSubject& subject, const KZDXTell& tell) {
     const auto& tasks = subject.scenario.tasks();
-    CircleSearch(subject.scenario.links(), tasks.size()).search([&](const KZDXReference& link) {
-        tell(link.element, fmt::format("the task '{}' waits for itself", tasks[*link.to].id));
+    Names names(tasks);
+    KZDXForEachCircle(edgesOfTimes(subject.scenario), 2 * tasks.size(), [&](const KZDXCircle& circle) {
+        if (circle.link == nullptr || !circle.usesOutline) {
+            return;
+        }
+        const auto first = circle.places.front() / 2;
+        std::vector<std::size_t> others;
+        for (const auto place : circle.places) {
+            if (place / 2 != (others.empty() ? first : others.back())) {
+                others.push_back(place / 2);
+            }
+        }
+        tell(circle.link->element, names.sentence(first, "waits for itself through the groups", others,
+                                                  circle.places.size() < circle.length));
     });
 }
 
 }  // namespace
 
 std::span<const KZDXScenarioRule> KZDXOutlineRules() {
-    static constexpr std::array<KZDXScenarioRule, 6> rules = {{
+    static constexpr std::array<KZDXScenarioRule, 7> rules = {{
         {{"several-groups", KZDXSeverity::Fault, "No task is in two groups"}, lookForSeveralGroups},
         {{"resource-group", KZDXSeverity::Fault, "Every resource is in the group of resources once"},
          lookAtGroupOfResources},
@@ -153,6 +196,8 @@ std::span<const KZDXScenarioRule> KZDXOutlineRules() {
         {{"link-circle", KZDXSeverity::Fault, "No task waits for itself, over others either"}, lookForLinkCircles},
         {{"no-group", KZDXSeverity::Note, "A task is in no group, and the group of all tasks does not lead to it"},
          lookForTasksWithoutGroup},
+        {{"group-circle", KZDXSeverity::Note, "A task waits for a group that it is in, or a group for a task in it"},
+         lookForCirclesThroughGroups},
     }};
     return rules;
 }

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 #include "KZDXRules.h"
+#include "KZDXWords.h"
 
 namespace {
 
@@ -17,6 +19,15 @@ void lookAtRoot(const KZDXSubject& subject, const KZDXTell& tell) {
     }
     if (const auto count = root.namespaceDeclarations().size(); count != 1) {
         tell(root, fmt::format("{} namespaces are declared instead of one", count));
+    }
+}
+
+void lookAtNamespace(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto namespaces = subject.scenario.root().namespaceDeclarations();
+    const auto expected = subject.contents.namespaceURI();
+    if (namespaces.size() == 1 && !expected.empty() && namespaces.front().uri != expected) {
+        tell(subject.scenario.root(), fmt::format("the namespace is '{}' here and '{}' in the table of contents",
+                                                  KZDXShortened(namespaces.front().uri), KZDXShortened(expected)));
     }
 }
 
@@ -136,6 +147,36 @@ void lookForBareAssignments(const KZDXSubject& subject, const KZDXTell& tell) {
     }
 }
 
+void lookForLinksWithoutKind(const KZDXSubject& subject, const KZDXTell& tell) {
+    for (const auto& link : subject.scenario.links()) {
+        if (!KZDXAttribute(link.element, "kind")) {
+            tell(link.element, "the link has no kind: the plan tells none, or one that nobody knows");
+        }
+    }
+}
+
+// What one task names twice.
+void lookForRepeatedReferences(const std::vector<KZDXReference>& references, std::string_view what,
+                               const KZDXTell& tell) {
+    std::set<std::string_view> seen;
+    const KZDXReference* last = nullptr;
+    for (const auto& reference : references) {
+        if (last != nullptr && last->from != reference.from) {
+            seen.clear();
+        }
+        last = &reference;
+        const auto idref = KZDXAttribute(reference.element, "idref");
+        if (idref && !seen.insert(*idref).second) {
+            tell(reference.element, fmt::format("the task has the {} '{}' twice", what, *idref));
+        }
+    }
+}
+
+void lookForRepetitions(const KZDXSubject& subject, const KZDXTell& tell) {
+    lookForRepeatedReferences(subject.scenario.links(), "link to", tell);
+    lookForRepeatedReferences(subject.scenario.assignments(), "assignment of", tell);
+}
+
 // Tells the highest number among ids such as "t12" where it is not free of the next one.
 void lookAtHighestId(const KZDXItems& items, char letter, std::optional<std::int64_t> next, const KZDXTell& tell) {
     MSPCXMLNode highest;
@@ -164,8 +205,10 @@ void lookAtNextIds(const KZDXSubject& subject, const KZDXTell& tell) {
 }  // namespace
 
 std::span<const KZDXScenarioRule> KZDXReferenceRules() {
-    static constexpr std::array<KZDXScenarioRule, 11> rules = {{
+    static constexpr std::array<KZDXScenarioRule, 14> rules = {{
         {{"scenario-root", KZDXSeverity::Fault, "The root element is a scenario in one namespace"}, lookAtRoot},
+        {{"namespace", KZDXSeverity::Fault, "A scenario is in the namespace of the table of contents"},
+         lookAtNamespace},
         {{"scenario-id", KZDXSeverity::Fault, "A scenario has the same id in its file and in the table of contents"},
          lookAtScenarioId},
         {{"import-comment", KZDXSeverity::Fault, "A scenario of an import tells the importer and the plan"},
@@ -180,6 +223,9 @@ std::span<const KZDXScenarioRule> KZDXReferenceRules() {
         {{"left-out", KZDXSeverity::Note, "A baseline names a task or a resource that has no such baseline"},
          lookForLeftOut},
         {{"bare-assignment", KZDXSeverity::Note, "An assignment names no resource"}, lookForBareAssignments},
+        {{"link-kind", KZDXSeverity::Note, "A link has no kind"}, lookForLinksWithoutKind},
+        {{"repeated-reference", KZDXSeverity::Note, "A task has the same link or the same assignment twice"},
+         lookForRepetitions},
     }};
     return rules;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <optional>
 #include <set>
 
 #include "KZDXDateTime.h"
@@ -152,6 +154,93 @@ void lookAtNumbers(const KZDXSubject& subject, const KZDXTell& tell) {
             const auto text = KZDXChildText(resource.element, name);
             if (text && !KZDXNumber(*text)) {
                 tell(resource.element.firstChildElement(name), fmt::format("'{}' is no number", *text));
+            }
+        }
+    }
+}
+
+// What an import takes from the plan as it is.
+void lookAtNumbersOfPlans(const KZDXSubject& subject, const KZDXTell& tell) {
+    forEachTaskValue(subject.scenario, [&tell](const MSPCXMLNode& element) {
+        if (element.name() != "priority") {
+            return;
+        }
+        const auto text = element.stringValue();
+        if (!(KZDXNumber(text).value_or(-1) >= 0)) {
+            tell(element, fmt::format("the priority '{}' is no number from 0 on: the plan says so", text));
+        }
+    });
+    for (const auto& resource : subject.scenario.resources()) {
+        const auto rate = KZDXChildText(resource.element, "cost-per-hour");
+        if (rate && !KZDXNumber(*rate)) {
+            tell(resource.element.firstChildElement("cost-per-hour"),
+                 fmt::format("the cost per hour '{}' is no number: the plan says so", *rate));
+        }
+        const auto units = KZDXChildText(resource.element, "units-available");
+        if (units && KZDXNumber(*units).value_or(0) < 0) {
+            tell(resource.element.firstChildElement("units-available"),
+                 fmt::format("the units '{}' are below 0: the plan says so", *units));
+        }
+    }
+}
+
+void lookForMoreDoneThanEffort(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto numberIn = [](const MSPCXMLNode& task, std::string_view name) {
+        const auto text = KZDXChildText(task, name);
+        return text ? KZDXNumber(*text) : std::nullopt;
+    };
+    for (const auto& task : subject.scenario.tasks()) {
+        const auto done = numberIn(task.element, "effort-done");
+        const auto effort = done ? numberIn(task.element, "effort") : std::nullopt;
+        if (effort && *done > *effort) {
+            tell(task.element.firstChildElement("effort-done"),
+                 fmt::format("more is done than there is effort, {} of {} seconds: the plan says so", *done, *effort));
+        }
+    }
+}
+
+// Values of which a task or resource has one. Whatever else is in it may be there more often.
+std::optional<std::size_t> placeOfSingleValue(std::string_view element) {
+    constexpr std::array<std::string_view, 23> names = {"completion-percentage",
+                                                        "cost-per-hour",
+                                                        "cost-per-use",
+                                                        "duration",
+                                                        "effort",
+                                                        "effort-done",
+                                                        "email-address",
+                                                        "end-constraint-date",
+                                                        "end-date",
+                                                        "leveled-start",
+                                                        "locked-end-date",
+                                                        "locked-start-date",
+                                                        "name",
+                                                        "note",
+                                                        "priority",
+                                                        "recalculate",
+                                                        "schedule-type",
+                                                        "split",
+                                                        "start-constraint-date",
+                                                        "start-date",
+                                                        "static-cost",
+                                                        "title",
+                                                        "type"};
+    const auto* const found = std::lower_bound(names.begin(), names.end(), element);
+    const bool isFound = found != names.end() && *found == element;
+    return isFound ? std::optional<std::size_t>(found - names.begin()) : std::nullopt;
+}
+
+void lookForRepeatedValues(const KZDXSubject& subject, const KZDXTell& tell) {
+    for (const auto* const items : {&subject.scenario.tasks(), &subject.scenario.resources()}) {
+        for (const auto& item : *items) {
+            std::uint32_t seen = 0;
+            for (auto child = KZDXElementFrom(item.element.firstChild()); child;
+                 child = KZDXElementFrom(child.nextSibling())) {
+                const auto place = placeOfSingleValue(child.name());
+                const auto bit = place ? std::uint32_t(1) << *place : 0;
+                if ((seen & bit) != 0) {
+                    tell(child, fmt::format("there is another '{}' before it", child.name()));
+                }
+                seen |= bit;
             }
         }
     }
@@ -309,7 +398,7 @@ void lookForUnregisteredFields(const KZDXSubject& subject, const KZDXTell& tell)
 }  // namespace
 
 std::span<const KZDXScenarioRule> KZDXValueRules() {
-    static constexpr std::array<KZDXScenarioRule, 9> rules = {{
+    static constexpr std::array<KZDXScenarioRule, 12> rules = {{
         {{"date", KZDXSeverity::Fault, "Dates are days and times that there are, with an offset"}, lookAtDates},
         {{"reversed-dates", KZDXSeverity::Fault, "No task starts behind its end, with work in between"},
          lookForReversedDates},
@@ -318,6 +407,7 @@ std::span<const KZDXScenarioRule> KZDXValueRules() {
         {{"missing-value", KZDXSeverity::Fault,
           "Every task has a type and an effort, every resource a type, and an imported project a start or an end"},
          lookForMissingValues},
+        {{"repeated-value", KZDXSeverity::Fault, "No task or resource has a value twice"}, lookForRepeatedValues},
         {{"user-data", KZDXSeverity::Fault, "Every custom field has a key and a value"}, lookAtUserData},
         {{"unlisted-field", KZDXSeverity::Note, "The table of contents does not list a custom field"},
          lookForUnregisteredFields},
@@ -326,6 +416,10 @@ std::span<const KZDXScenarioRule> KZDXValueRules() {
          lookForReversedDatesOfPlans},
         {{"reversed-offsets", KZDXSeverity::Note, "A task starts behind its end by the offsets of its dates alone"},
          lookForReversedOffsets},
+        {{"number-in-plan", KZDXSeverity::Note,
+          "A cost per hour or a priority is no number, or units or a priority are below 0"},
+         lookAtNumbersOfPlans},
+        {{"done-above-effort", KZDXSeverity::Note, "More effort is done than a task has"}, lookForMoreDoneThanEffort},
     }};
     return rules;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <set>
 #include <vector>
 
 #include "KZDXSchedules.h"
@@ -72,6 +73,13 @@ struct Child {
     MSPCXMLNode element;
 };
 
+// What the differences are told by: a start before its end.
+bool comesBefore(std::string_view one, std::string_view other) {
+    const bool isStart = one == "start-date";
+    const bool isOtherStart = other == "start-date";
+    return isStart != isOtherStart ? isStart : one < other;
+}
+
 // The children by name; the order among them says nothing.
 std::vector<Child> childrenOf(const MSPCXMLNode& element) {
     constexpr std::size_t usual = 16;
@@ -83,7 +91,7 @@ std::vector<Child> childrenOf(const MSPCXMLNode& element) {
         }
     }
     std::stable_sort(children.begin(), children.end(),
-                     [](const Child& one, const Child& other) { return one.name < other.name; });
+                     [](const Child& one, const Child& other) { return comesBefore(one.name, other.name); });
     return children;
 }
 
@@ -108,20 +116,45 @@ Fields fieldsOf(const MSPCXMLNode& userData) {
     return fields;
 }
 
+// The key of a field that is new and has a value; each is given once.
+using KeysByValue = std::multimap<std::string_view, std::string_view>;
+
+KeysByValue newKeysByValue(const Fields& before, const Fields& after) {
+    KeysByValue keys;
+    for (const auto& [key, value] : after) {
+        if (!value.empty() && !before.contains(key)) {
+            keys.emplace(value, key);
+        }
+    }
+    return keys;
+}
+
+// A field that is gone while a new one has its value got another name.
 void compareFields(const MSPCXMLNode& old, const MSPCXMLNode& now, const KZDXTellValue& tell) {
     const auto before = fieldsOf(old);
     const auto after = fieldsOf(now);
+    auto renamed = newKeysByValue(before, after);
+    std::set<std::string_view> told;
     for (const auto& [key, value] : before) {
         const auto found = after.find(key);
-        if (found == after.end()) {
+        if (found != after.end()) {
+            if (found->second != value) {
+                tell("field", fmt::format("{} {}", KZDXShortened(key), KZDXQuotedChange(value, found->second)), value,
+                     found->second);
+            }
+        } else if (const auto other = renamed.find(value); other != renamed.end()) {
+            tell("field",
+                 fmt::format("{} is called {} now, still {}", KZDXShortened(key), KZDXShortened(other->second),
+                             KZDXQuoted(value)),
+                 key, std::string(other->second));
+            told.insert(other->second);
+            renamed.erase(other);
+        } else {
             tell("field", fmt::format("{} is gone, was {}", KZDXShortened(key), KZDXQuoted(value)), value, "");
-        } else if (found->second != value) {
-            tell("field", fmt::format("{} {} -> {}", KZDXShortened(key), KZDXQuoted(value), KZDXQuoted(found->second)),
-                 value, found->second);
         }
     }
     for (const auto& [key, value] : after) {
-        if (!before.contains(key)) {
+        if (!before.contains(key) && !told.contains(key)) {
             tell("field", fmt::format("{} is {} now", KZDXShortened(key), KZDXQuoted(value)), "", value);
         }
     }
@@ -134,9 +167,21 @@ void compareTexts(const Value& value, const std::string& before, const std::stri
     } else if (after.empty()) {
         what = fmt::format("{} is gone, was {}", value.words, KZDXQuoted(before));
     } else {
-        what = fmt::format("{} {} -> {}", value.words, KZDXQuoted(before), KZDXQuoted(after));
+        what = fmt::format("{} {}", value.words, KZDXQuotedChange(before, after));
     }
     tell(value.kind, std::move(what), before, after);
+}
+
+// What a document says in abbreviations.
+std::string wordOf(std::string_view word) {
+    return word == "asap"   ? "as soon as possible"
+           : word == "alap" ? "as late as possible"
+           : word.empty()   ? "none"
+                            : KZDXQuoted(word);
+}
+
+void compareWords(const Value& value, const std::string& before, const std::string& after, const KZDXTellValue& tell) {
+    tell(value.kind, fmt::format("{} {} -> {}", value.words, wordOf(before), wordOf(after)), before, after);
 }
 
 // Numbers that are written differently are the same.
@@ -203,8 +248,8 @@ void KZDXValueComparison::compare(const MSPCXMLNode& old, const MSPCXMLNode& now
     auto one = before.begin();
     auto other = after.begin();
     while (one != before.end() || other != after.end()) {
-        const bool hasOld = one != before.end() && (other == after.end() || one->name <= other->name);
-        const bool hasNew = other != after.end() && (one == before.end() || other->name <= one->name);
+        const bool hasOld = one != before.end() && (other == after.end() || !comesBefore(other->name, one->name));
+        const bool hasNew = other != after.end() && (one == before.end() || !comesBefore(one->name, other->name));
         compareChild(hasOld ? one->name : other->name, hasOld ? one->element : MSPCXMLNode(),
                      hasNew ? other->element : MSPCXMLNode(), tell);
         one += hasOld ? 1 : 0;
@@ -256,6 +301,9 @@ void KZDXValueComparison::compareChild(std::string_view name, const MSPCXMLNode&
             break;
         case Form::Number:
             compareNumbers(*value, before, after, tell);
+            break;
+        case Form::Word:
+            compareWords(*value, before, after, tell);
             break;
         case Form::Type:
             compareTypes(*value, before, after, tell);

@@ -25,8 +25,21 @@ std::vector<std::uint32_t> lineEndsOf(std::string_view text) {
     return lineEnds;
 }
 
+int lineAt(const std::vector<std::uint32_t>& lineEnds, std::size_t offset) {
+    const auto next = std::lower_bound(lineEnds.begin(), lineEnds.end(), offset);
+    return static_cast<int>(next - lineEnds.begin()) + 1;
+}
+
 bool isDecimal(std::string_view text) {
     return !text.empty() && text.find_first_not_of("+-.0123456789") == std::string_view::npos && text.front() != '+';
+}
+
+// What the parser calls by the names of its functions, in words.
+std::string reasonInWords(std::string message) {
+    if (message == "xmlParseEntityRef: no name") {
+        return "an & that is not written as &amp;";
+    }
+    return message == "Document is empty" ? "this is not XML" : std::move(message);
 }
 
 template <typename Number>
@@ -50,10 +63,19 @@ std::optional<KZDXXMLFile> KZDXXMLFile::read(std::string name, std::string bytes
         return std::nullopt;
     }
     auto lineEnds = lineEndsOf(*utf8);
+    if (utf8->empty()) {
+        error = {1, "the file is empty"};
+        return std::nullopt;
+    }
+    // Parsers end at one, and would not see what is behind it.
+    if (const auto nul = utf8->find('\0'); nul != std::string::npos) {
+        error = {lineAt(lineEnds, nul), "a NUL byte, which XML cannot hold"};
+        return std::nullopt;
+    }
     MSPCXMLRepair problem;
     auto document = MSPCXMLLoader::loadStrictly(std::move(*utf8), problem);
     if (!document) {
-        error = {problem.line, std::move(problem.message)};
+        error = {problem.line, reasonInWords(std::move(problem.message))};
         return std::nullopt;
     }
     return KZDXXMLFile(std::move(name), std::move(*document), std::move(lineEnds));
@@ -61,11 +83,7 @@ std::optional<KZDXXMLFile> KZDXXMLFile::read(std::string name, std::string bytes
 
 int KZDXXMLFile::lineOf(const MSPCXMLNode& element) const {
     const auto offset = element.offset();
-    if (!offset) {
-        return 0;
-    }
-    const auto next = std::lower_bound(_lineEnds.begin(), _lineEnds.end(), *offset);
-    return static_cast<int>(next - _lineEnds.begin()) + 1;
+    return offset ? lineAt(_lineEnds, *offset) : 0;
 }
 
 std::optional<std::string_view> KZDXAttribute(const MSPCXMLNode& element, std::string_view name) {

@@ -18,6 +18,7 @@ struct MSPDIPlace {
     std::string uid;    // of the task, resource, assignment, calendar or custom field; empty where it has none
     std::string name;   // of the same; of an assignment that of its task's UID stands in `path` only
     std::string value;  // in the plan
+    std::string unit;   // of a lag: the `LagFormat` beside it
 };
 
 // All losses of one kind.

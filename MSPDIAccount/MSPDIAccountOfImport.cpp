@@ -9,18 +9,18 @@
 #include "MSPDIKinds.h"
 #include "MSPDILeafWalk.h"
 #include "MSPDIPlanFacts.h"
+#include "MSPDIRepairWarning.h"
 
 namespace {
 
 // Whether the file was mended on reading.
 bool tellOfRepair(const std::vector<std::string>& warnings, const MSPDIAccountOptions& options, MSPDIAccount& account) {
-    constexpr std::string_view repaired = "Repaired malformed XML";
     for (const auto& warning : warnings) {
-        if (warning.starts_with(repaired)) {
+        if (MSPDIIsRepairWarning(warning)) {
             const auto& kind = MSPDIKinds()[MSPDIKindIndex("overwritten-by-repair")];
             auto& loss = account.losses.emplace_back(MSPDILoss{kind.name, kind.what, "", 1, {}});
             if (options.mostPlaces > 0) {
-                loss.where.push_back({"/Project", "", "", warning});
+                loss.where.push_back({"/Project", "", "", warning, ""});
             }
             return true;
         }

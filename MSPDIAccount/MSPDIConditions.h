@@ -25,6 +25,7 @@ MSPDIJudgement projectTitle(const MSPDILeaf& leaf);
 MSPDIJudgement projectName(const MSPDILeaf& leaf);
 MSPDIJudgement projectStart(const MSPDILeaf& leaf);
 MSPDIJudgement projectFinish(const MSPDILeaf& leaf);
+MSPDIJudgement workingTimeUnit(const MSPDILeaf& leaf);
 MSPDIJudgement workFormat(const MSPDILeaf& leaf);
 MSPDIJudgement currencyDigits(const MSPDILeaf& leaf);
 MSPDIJudgement currencySymbol(const MSPDILeaf& leaf);
@@ -67,7 +68,8 @@ MSPDIJudgement elapsedDuration(const MSPDILeaf& leaf);
 
 // Of resources.
 MSPDIJudgement resourceText(const MSPDILeaf& leaf);
-MSPDIJudgement resourceNumber(const MSPDILeaf& leaf);
+MSPDIJudgement resourceRate(const MSPDILeaf& leaf);
+MSPDIJudgement resourceCostPerUse(const MSPDILeaf& leaf);
 MSPDIJudgement resourceType(const MSPDILeaf& leaf);
 MSPDIJudgement resourceIsCost(const MSPDILeaf& leaf);
 MSPDIJudgement resourceMaxUnits(const MSPDILeaf& leaf);

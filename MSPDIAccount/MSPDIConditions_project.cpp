@@ -1,8 +1,10 @@
 // What becomes of the project's own settings and of the definitions of its custom fields.
 #include "MSPCPath.h"
 #include "MSPCTextScanner.h"
+#include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
 #include "MSPDIValues.h"
+#include "MSPIProjectSettings.h"
 
 namespace {
 
@@ -10,16 +12,12 @@ MSPDIJudgement repeated() {
     return {MSPDIFate::Lost, "repeated-element"};
 }
 
-MSPDIJudgement dated(const MSPDILeaf& leaf) {
-    return leaf.item.facts.isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time") : MSPDIFate::Carried;
-}
-
 // The project's date that its tasks are scheduled from; the other one is computed.
 MSPDIJudgement projectDate(const MSPDILeaf& leaf, bool isScheduledFrom) {
     if (!isScheduledFrom) {
         return MSPDIFate::Derived;
     }
-    return leaf.isLastOfItsName() ? dated(leaf) : repeated();
+    return leaf.isLastOfItsName() ? MSPDIArrival::ofDate(leaf.item.facts, leaf.text) : repeated();
 }
 
 const MSPDIDefinitionFacts& definitionOf(const MSPDILeaf& leaf) {
@@ -56,6 +54,19 @@ MSPDIJudgement projectStart(const MSPDILeaf& leaf) {
 
 MSPDIJudgement projectFinish(const MSPDILeaf& leaf) {
     return projectDate(leaf, !leaf.item.facts.isScheduledFromStart);
+}
+
+// Working time is written in whole hours.
+MSPDIJudgement workingTimeUnit(const MSPDILeaf& leaf) {
+    constexpr std::int64_t minutesPerHour = 60;
+    const auto settings = MSPIProjectSettings::ofProject(leaf.item.node);
+    const auto units = MSPIWorkingTimeUnits::ofSettings(settings);
+    const bool isOfWeek = leaf.name() == "MinutesPerWeek";
+    const auto minutes = isOfWeek ? settings.minutesPerWeek : settings.minutesPerDay;
+    const auto hours = isOfWeek ? units.hoursPerWeek : units.hoursPerDay;
+    const bool isRead = leaf.isOnlyOfItsName() && scanInteger64(leaf.text);
+    const bool saysTheSame = minutes % minutesPerHour == 0 && hours == minutes / minutesPerHour;
+    return isRead && !saysTheSame ? MSPDIJudgement(MSPDIFate::Changed, "whole-hours") : MSPDIFate::Shaping;
 }
 
 MSPDIJudgement workFormat(const MSPDILeaf& leaf) {

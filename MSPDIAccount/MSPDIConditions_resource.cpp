@@ -1,5 +1,6 @@
 // What becomes of resources and assignments.
 #include "MSPCTextScanner.h"
+#include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
 #include "MSPDITaskView.h"
 #include "MSPDIValues.h"
@@ -34,11 +35,16 @@ MSPDIJudgement resourceText(const MSPDILeaf& leaf) {
     return leaf.isLastOfItsName() ? MSPDIFate::Carried : repeated();
 }
 
-MSPDIJudgement resourceNumber(const MSPDILeaf& leaf) {
+MSPDIJudgement resourceRate(const MSPDILeaf& leaf) {
+    const auto judgement = resourceText(leaf);
+    return judgement.fate == MSPDIFate::Carried ? MSPDIArrival::ofRate(leaf.text) : judgement;
+}
+
+MSPDIJudgement resourceCostPerUse(const MSPDILeaf& leaf) {
     if (!resourceOf(leaf).isMapped) {
         return lostUnlessDefault(leaf);
     }
-    return leaf.isOnlyOfItsName() ? MSPDIFate::Carried : MSPDIFate::Shaping;
+    return leaf.isOnlyOfItsName() ? MSPDIArrival::ofCostPerUse(leaf.text) : MSPDIFate::Shaping;
 }
 
 MSPDIJudgement resourceType(const MSPDILeaf& leaf) {
@@ -61,7 +67,12 @@ MSPDIJudgement resourceMaxUnits(const MSPDILeaf& leaf) {
     if (!leaf.isLastOfItsName()) {
         return repeated();
     }
-    return scanDouble(leaf.text).value_or(0) == 0 ? MSPDIFate::Default : MSPDIFate::Carried;
+    if (scanDouble(leaf.text).value_or(0) != 0) {
+        return MSPDIArrival::ofUnits(leaf.text);
+    }
+    // None at all becomes one.
+    return leaf.text.empty() ? MSPDIJudgement(MSPDIFate::Default)
+                             : MSPDIJudgement(MSPDIFate::Changed, "resource-units");
 }
 
 MSPDIJudgement resourceCalendar(const MSPDILeaf& leaf) {
@@ -95,7 +106,9 @@ MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {
         return MSPDIFate::Shaping;
     }
     if (assignment.arrives) {
-        return MSPDIFate::Carried;
+        // Nothing in the document bears the id of a resource that is not there, or of that for unassigned work.
+        return uid && leaf.item.facts.isResource(*uid) ? MSPDIJudgement(MSPDIFate::Carried)
+                                                       : MSPDIJudgement(MSPDIFate::Changed, "dropped-assignment");
     }
     if (assignment.countsForMaterial) {
         return MSPDIFate::Shaping;

@@ -1,5 +1,6 @@
 // What becomes of what a task holds.
 #include "MSPCTextScanner.h"
+#include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
 #include "MSPDIElementTree.h"
 #include "MSPDITaskView.h"
@@ -30,9 +31,8 @@ MSPDIJudgement ofEmptyRow(const MSPDILeaf& leaf) {
 MSPDIJudgement ofRoot(const MSPDILeaf& leaf) {
     const auto name = leaf.name();
     if (name == "Start" || name == "Finish") {
-        return leaf.text.empty()             ? MSPDIJudgement(MSPDIFate::Default)
-               : leaf.item.facts.isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time")
-                                             : MSPDIJudgement(MSPDIFate::Carried);
+        return leaf.text.empty() ? MSPDIJudgement(MSPDIFate::Default)
+                                 : MSPDIArrival::ofDate(leaf.item.facts, leaf.text);
     }
     if (name == "Name") {
         const bool saysNothing = leaf.text.empty() || leaf.item.facts.isProjectName(leaf.text);

@@ -24,7 +24,8 @@ constexpr std::string_view definition = "ExtendedAttributes/ExtendedAttribute";
 constexpr MSPDIElement elements[] = {
     // ---- The project ----
     {"", "SaveVersion ScheduleFromStart", shapesOthers},
-    {"", "MinutesPerDay MinutesPerWeek DaysPerMonth", shapesOthers},
+    {"", "MinutesPerDay MinutesPerWeek", workingTimeUnit},
+    {"", "DaysPerMonth", shapesOthers},
     {"", "Title", projectTitle},
     {"", "Name", projectName, "", "document-properties"},
     {"", "StartDate", projectStart},
@@ -233,8 +234,8 @@ constexpr MSPDIElement elements[] = {
     {resource, "Name", resourceText, "Unassigned", "unassigned-resource"},
     {resource, "Notes", resourceText, "", "notes"},
     {resource, "EmailAddress", resourceText, "", "unassigned-resource"},
-    {resource, "StandardRate", resourceText, "0", "unassigned-resource"},
-    {resource, "CostPerUse", resourceNumber, "0", "unassigned-resource"},
+    {resource, "StandardRate", resourceRate, "0", "unassigned-resource"},
+    {resource, "CostPerUse", resourceCostPerUse, "0", "unassigned-resource"},
     {resource, "Type", resourceType},
     {resource, "IsCostResource", resourceIsCost},
     {resource, "MaxUnits", resourceMaxUnits, "0|1", "resource-units"},

@@ -7,9 +7,14 @@ namespace {
 constexpr MSPDIKind kinds[] = {
     // What was read may not be what was meant.
     {"overwritten-by-repair", "the file was damaged and mended on reading; values may be missing"},
+    {"unreadable-characters", "texts with characters that no document can hold, which are replaced"},
     // Work that is gone, or stands elsewhere.
     {"unreachable-task", "tasks that no group leads to"},
     {"summer-time", "dates that get another offset because the import is run in summer"},
+    {"odd-date", "dates in a form that does not arrive whole: without seconds, or with fractions of them"},
+    {"odd-duration",
+     "work and durations whose sign, days or fractions of seconds do not arrive, or that are too large"},
+    {"whole-hours", "the working hours of a day or a week, which become whole ones"},
     {"deadline", "deadlines"},
     {"link-lag", "the lag of links"},
     {"dropped-link", "links to tasks that do not arrive, or that share a number with others"},
@@ -27,7 +32,7 @@ constexpr MSPDIKind kinds[] = {
     {"assignment-units", "units of assignments other than 100%"},
     {"unequal-shares", "shares of a task's work, where its resources have different ones"},
     {"summary-assignment", "assignments of summary tasks"},
-    {"dropped-assignment", "assignments of tasks that are not there"},
+    {"dropped-assignment", "assignments of tasks or resources that do not arrive"},
     {"assignment-delay", "delays of assignments"},
     {"work-contour", "contours of work: how it is spread over the time"},
     {"project-calendar", "the plan's own calendar, which is not the one taken"},
@@ -54,6 +59,7 @@ constexpr MSPDIKind kinds[] = {
     // Costs and resources.
     {"fixed-cost", "fixed costs"},
     {"cost-resource", "cost resources, which become material"},
+    {"rounded-amount", "costs, rates and units that are rounded, or no numbers"},
     {"rate-per-unit", "rates that are not per hour, but are taken so"},
     {"further-rates", "further rates, by table and date", "Rate|Assignment"},
     {"overtime-rate", "rates for overtime"},

@@ -8,6 +8,7 @@
 #include "MSPCCharacters.h"
 #include "MSPCException.h"
 #include "MSPCMessage.h"
+#include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
 #include "MSPDIKinds.h"
 #include "MSPDIValues.h"
@@ -76,7 +77,7 @@ MSPDILeafWalk::MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOpti
       _emptyFields(_emptyProject.root()),
       _projectItem(facts, MSPDIProjectElements(), _emptyProject.root(), _emptyFields, 0),
       _losses(MSPDIKinds().size()) {
-    _steps.push_back({&MSPDIProjectElements(), "Project", {}, 0, 0});
+    _steps.push_back({&MSPDIProjectElements(), "Project", {}, 0, 0, 0});
 }
 
 void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
@@ -274,7 +275,7 @@ bool MSPDILeafWalk::isEmptied(const MSPCXMLNode& node) const {
 void MSPDILeafWalk::count(MSPDIFate fate) {
     ++_tally.leaves[MSPDIFateIndex(fate)];
     if (_options.visitLeaf) {
-        _options.visitLeaf(path(), fate);
+        _options.visitLeaf(_path, fate);
     }
 }
 
@@ -284,7 +285,9 @@ MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& it
         return judgeUnknown(node, item);
     }
     if (const auto* const element = known->element()) {
-        return element->condition({item, *element, node, text});
+        const auto judgement = element->condition({item, *element, node, text});
+        const bool isReplaced = judgement.fate == MSPDIFate::Carried && MSPDIArrival::isUnreadable(text);
+        return isReplaced ? MSPDIJudgement(MSPDIFate::Changed, "unreadable-characters") : judgement;
     }
     const bool isBlank = text.find_first_not_of(" \t\r\n") == std::string_view::npos;
     return isBlank ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, unknownElement);
@@ -376,7 +379,10 @@ void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::stri
 }
 
 MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value) const {
-    MSPDIPlace place{path(), {}, {}, std::string(value)};
+    MSPDIPlace place{path(), {}, {}, std::string(value), {}};
+    if (const auto& node = _steps.back().node; node && node.name() == "LinkLag") {
+        place.unit = item.lastText(node.parent(), "LagFormat");
+    }
     const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
     if (isListOf(item, "ExtendedAttribute")) {
         place.uid = textOf("FieldID");
@@ -438,10 +444,14 @@ void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, std::s
     if (_childCounts.size() > _steps.size()) {
         _childCounts.resize(_steps.size());
     }
-    _steps.push_back({known, withoutPrefix(name), node, number, lastKnown});
+    _steps.push_back({known, withoutPrefix(name), node, number, lastKnown, _path.size()});
+    if (_countsAll) {
+        appendStep(_steps.back(), number, _path);
+    }
 }
 
 void MSPDILeafWalk::leave() {
+    _path.resize(_steps.back().pathLength);
     _steps.pop_back();
     std::erase_if(_told, [this](const auto& told) { return told.first >= _steps.size(); });
 }
@@ -459,13 +469,19 @@ std::size_t MSPDILeafWalk::numberOf(const Step& step) {
     return number;
 }
 
+void MSPDILeafWalk::appendStep(const Step& step, std::size_t number, std::string& path) {
+    path += '/';
+    appendName(step.name, path);
+    path += '[';
+    path += fmt::format_int(number).c_str();
+    path += ']';
+}
+
 std::string MSPDILeafWalk::path() const {
-    std::string path;
-    for (const auto& step : _steps) {
-        path += '/';
-        appendName(step.name, path);
-        if (&step != &_steps.front()) {
-            path += fmt::format("[{}]", numberOf(step));
+    auto path = _path;
+    if (!_countsAll) {
+        for (std::size_t step = 1; step < _steps.size(); ++step) {
+            appendStep(_steps[step], numberOf(_steps[step]), path);
         }
     }
     return path;

@@ -54,6 +54,7 @@ private:
         MSPCXMLNode node;               // empty for the project and its lists
         std::size_t number;             // among those of its name, from 1; 0 while it is not known
         std::size_t lastKnown;          // the last step, this one included, that the table knows
+        std::size_t pathLength;         // of the path of its parent
     };
 
     // What a piece adds to the account, kept apart until it is sure to count.
@@ -91,6 +92,7 @@ private:
     void enter(std::string_view name, const MSPCXMLNode& node, std::size_t number);
     void leave();
     [[nodiscard]] std::string path() const;
+    static void appendStep(const Step& step, std::size_t number, std::string& path);
     [[nodiscard]] std::string elementPath() const;
     [[nodiscard]] static std::size_t numberOf(const Step& step);
 
@@ -105,6 +107,7 @@ private:
     Tally _tally;
     bool _isReduced = false;  // the present piece comes without the leaves that were taken
     std::vector<Step> _steps;
+    std::string _path = "/Project";                          // to the last step, where all are counted
     std::vector<std::pair<std::size_t, std::size_t>> _told;  // the steps and the kinds that were told once for them
     std::vector<Counts> _childCounts;            // of the children of these steps so far, where all are counted
     std::vector<const MSPDIElementTree*> _open;  // the elements around the leaf that is offered

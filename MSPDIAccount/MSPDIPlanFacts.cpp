@@ -180,6 +180,7 @@ void MSPDIPlanFacts::readResources(const MSPCXMLNode& project) {
         if (!resource.isMapped) {
             continue;
         }
+        _resourceUIDs.insert(*uid);
         const bool isCost = isSavedBy2007OrLater() && fields.lastChild("IsCostResource").count == 1 &&
                             MSPDIIsTrueField(fields, "IsCostResource");
         resource.isMaterial = isCost || MSPDISingleInteger(fields, "Type").value_or(1) == 0;
@@ -299,6 +300,10 @@ std::size_t MSPDIPlanFacts::tasksWithUID(std::int64_t uid) const {
 
 bool MSPDIPlanFacts::isMapped(std::int64_t taskUID) const {
     return _taskByUID.contains(taskUID);
+}
+
+bool MSPDIPlanFacts::isResource(std::int64_t uid) const {
+    return _resourceUIDs.contains(uid);
 }
 
 bool MSPDIPlanFacts::isSplit(std::size_t task, int scenario) const {

@@ -86,6 +86,8 @@ public:
     [[nodiscard]] std::size_t tasksWithUID(std::int64_t uid) const;
     // Whether a task with that UID becomes one of the document; the project's summary task and empty rows do not.
     [[nodiscard]] bool isMapped(std::int64_t taskUID) const;
+    // The same of a resource.
+    [[nodiscard]] bool isResource(std::int64_t uid) const;
     [[nodiscard]] bool isSplit(std::size_t task, int scenario) const;
     // The target date at which a split task ends; empty where it is not known.
     [[nodiscard]] std::string_view splitEnd(std::size_t task, int scenario) const;
@@ -139,6 +141,7 @@ private:
     std::map<std::int64_t, std::size_t> _taskByUID;                 // the first mapped one
     std::map<double, std::size_t> _calendarByUID;                   // the last one
     std::map<double, std::vector<std::size_t>> _materialByUID;
+    std::set<std::int64_t> _resourceUIDs;  // of those that are mapped
     std::map<std::string, std::size_t, std::less<>> _definitionByFieldID;
     std::vector<Share> _shares;  // of the assignments
 };

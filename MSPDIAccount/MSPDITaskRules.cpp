@@ -1,5 +1,6 @@
 #include "MSPCException.h"
 #include "MSPCTextScanner.h"
+#include "MSPDIArrival.h"
 #include "MSPDITaskView.h"
 #include "MSPDIValues.h"
 
@@ -13,10 +14,6 @@ constexpr std::int64_t finishNoLater = 7;
 
 // Not carried in this scenario: the line of the table decides what that means.
 const MSPDIJudgement unread = MSPDIFate::Lost;
-
-MSPDIJudgement dated(const MSPDITaskView& task) {
-    return task.plan().isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time") : MSPDIFate::Carried;
-}
 
 // Seconds of work that become the effort; 0 where the duration becomes it.
 std::int64_t workSeconds(const MSPDITaskView& task) {
@@ -40,16 +37,16 @@ bool hasEffortDone(const MSPDITaskView& task) {
 MSPDIJudgement lockedDate(const MSPDITaskView& task, std::string_view text, bool isStart) {
     const auto& plan = task.plan();
     if (isStart != plan.isScheduledFromStart || task.facts().isSummary || !plan.projectDate) {
-        return dated(task);
+        return MSPDIArrival::ofDate(task.plan(), text);
     }
     const auto isBeyond = [isStart](MSPCInstant one, MSPCInstant other) { return isStart ? one < other : one > other; };
     const auto own = plan.instantOf(task.text(isStart ? "Start" : "Finish"));
     if (!own || !isBeyond(*own, *plan.projectDate)) {
-        return dated(task);
+        return MSPDIArrival::ofDate(task.plan(), text);
     }
     const auto constraint = plan.instantOf(text);
     if (constraint && isBeyond(*constraint, *own)) {
-        return dated(task);
+        return MSPDIArrival::ofDate(task.plan(), text);
     }
     return constraint == own ? MSPDIJudgement(MSPDIFate::Derived) : MSPDIJudgement(MSPDIFate::Lost, "locked-date");
 }
@@ -89,7 +86,7 @@ MSPDIJudgement outlineLevel(const MSPDITaskView& task, std::string_view /*text*/
 }
 
 MSPDIJudgement start(const MSPDITaskView& task, std::string_view text) {
-    return text.empty() ? unread : dated(task);
+    return text.empty() ? unread : MSPDIArrival::ofDate(task.plan(), text);
 }
 
 MSPDIJudgement finish(const MSPDITaskView& task, std::string_view text) {
@@ -97,7 +94,7 @@ MSPDIJudgement finish(const MSPDITaskView& task, std::string_view text) {
         return unread;
     }
     if (!task.isSplit()) {
-        return dated(task);
+        return MSPDIArrival::ofDate(task.plan(), text);
     }
     // It only says where the end of the last piece is written.
     const bool isTheSame = task.splitEnd() == task.plan().kdzxDateOf(text);
@@ -110,7 +107,7 @@ MSPDIJudgement duration(const MSPDITaskView& task, std::string_view text) {
         return work <= 0 && hasEffortDone(task) ? MSPDIFate::Shaping : MSPDIFate::Derived;
     }
     if (work <= 0) {
-        return MSPDIFate::Carried;
+        return text.empty() ? MSPDIFate::Carried : MSPDIArrival::ofDuration(text);
     }
     if (task.facts().isSummary) {
         return MSPDIFate::Derived;
@@ -127,7 +124,7 @@ MSPDIJudgement work(const MSPDITaskView& task, std::string_view text) {
     if (task.isSplit()) {
         return hasEffortDone(task) ? MSPDIFate::Shaping : MSPDIFate::Derived;
     }
-    return MSPDIFate::Carried;
+    return MSPDIArrival::ofDuration(text);
 }
 
 MSPDIJudgement percentComplete(const MSPDITaskView& /*task*/, std::string_view text) {
@@ -136,7 +133,7 @@ MSPDIJudgement percentComplete(const MSPDITaskView& /*task*/, std::string_view t
     if (percent <= 0) {
         return unread;
     }
-    return percent <= complete ? MSPDIFate::Carried : MSPDIFate::Shaping;
+    return percent <= complete ? MSPDIJudgement(MSPDIFate::Carried) : MSPDIJudgement(MSPDIFate::Changed, "completion");
 }
 
 MSPDIJudgement percentWorkComplete(const MSPDITaskView& task, std::string_view text) {
@@ -176,7 +173,8 @@ MSPDIJudgement constraintDate(const MSPDITaskView& task, std::string_view text) 
     if (type == startNoLater) {
         return {MSPDIFate::Lost, "start-no-later"};
     }
-    return type <= finishNoLater ? dated(task) : MSPDIJudgement(MSPDIFate::Lost, "constraint");
+    return type <= finishNoLater ? MSPDIArrival::ofDate(task.plan(), text)
+                                 : MSPDIJudgement(MSPDIFate::Lost, "constraint");
 }
 
 MSPDIJudgement pinned(const MSPDITaskView& task, std::string_view /*text*/) {
@@ -189,11 +187,11 @@ MSPDIJudgement pinnedStart(const MSPDITaskView& task, std::string_view text) {
     if (text.empty() || !isPinned) {
         return MSPDIFate::Default;
     }
-    return isLeveled ? dated(task) : MSPDIJudgement(MSPDIFate::Lost, "pinned");
+    return isLeveled ? MSPDIArrival::ofDate(task.plan(), text) : MSPDIJudgement(MSPDIFate::Lost, "pinned");
 }
 
-MSPDIJudgement fixedCost(const MSPDITaskView& task, std::string_view /*text*/) {
-    return task.plan().isSavedBy2007OrLater() ? MSPDIFate::Carried : unread;
+MSPDIJudgement fixedCost(const MSPDITaskView& task, std::string_view text) {
+    return task.plan().isSavedBy2007OrLater() ? MSPDIArrival::ofFixedCost(text) : unread;
 }
 
 }  // namespace MSPDITaskRules

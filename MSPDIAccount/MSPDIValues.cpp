@@ -8,12 +8,6 @@
 
 namespace {
 
-// A text that is a number from its beginning to its end.
-std::optional<double> wholeNumber(std::string_view text) {
-    const bool isNumber = !text.empty() && text.find_first_not_of("0123456789.-+eE") == std::string_view::npos;
-    return isNumber ? scanDouble(text) : std::nullopt;
-}
-
 bool isNothingOfADuration(std::string_view text) {
     return text.starts_with("PT") && text.find_first_not_of("PTHMS0.") == std::string_view::npos;
 }
@@ -22,8 +16,8 @@ bool isSame(std::string_view text, std::string_view wanted) {
     if (text == wanted) {
         return true;
     }
-    const auto number = wholeNumber(text);
-    if (number && number == wholeNumber(wanted)) {
+    const auto number = MSPDIWholeNumber(text);
+    if (number && number == MSPDIWholeNumber(wanted)) {
         return true;
     }
     if (wanted == "0" && (isNothingOfADuration(text) || lowerCased(text) == "false")) {
@@ -68,6 +62,11 @@ std::optional<std::int64_t> MSPDISeconds(std::string_view duration) {
     } catch (const MSPCException&) {
         return std::nullopt;
     }
+}
+
+std::optional<double> MSPDIWholeNumber(std::string_view text) {
+    const bool isNumber = !text.empty() && text.find_first_not_of("0123456789.-+eE") == std::string_view::npos;
+    return isNumber ? scanDouble(text) : std::nullopt;
 }
 
 bool MSPDIIsOneOf(std::string_view text, std::string_view list) {

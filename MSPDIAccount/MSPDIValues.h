@@ -21,6 +21,8 @@
 [[nodiscard]] bool MSPDIIsTrueField(const MSPCFields& fields, std::string_view name);
 // Hours, minutes and seconds of an MSPDI duration in seconds; -1 for an empty text, none for one that cannot be read.
 [[nodiscard]] std::optional<std::int64_t> MSPDISeconds(std::string_view duration);
+// A text that is a decimal number from its beginning to its end.
+[[nodiscard]] std::optional<double> MSPDIWholeNumber(std::string_view text);
 // Whether a text is one of those in a list ("0|1.0|"), numbers and durations compared by value; blanks around it do not
 // count.
 [[nodiscard]] bool MSPDIIsOneOf(std::string_view text, std::string_view list);

@@ -111,6 +111,7 @@ std::optional<std::string> MSPDIMemoryFileSystem::contentOf(const Files& files, 
 }
 
 std::unique_ptr<MSPCByteSource> MSPDIMemoryFileSystem::openFile(const std::string& path) const {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): what is in memory does not come from the file system below
     return isInMemory(path) ? MSPCFileSystem::openFile(path) : MSPDIReadOnlyFileSystem::openFile(path);
 }
 

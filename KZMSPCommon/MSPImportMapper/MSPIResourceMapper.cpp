@@ -8,6 +8,7 @@
 #include "MSPCExtensions.h"
 #include "MSPCLog.h"
 #include "MSPCTextScanner.h"
+#include "MSPIAmounts.h"
 #include "MSPICalendarMapper.h"
 #include "MSPINoteMapper.h"
 #include "MSPISubject.h"
@@ -79,8 +80,7 @@ void MSPIResourceMapper::addCosts(const MSPCFields& mspResource, const MSPCXMLNo
     Error error;
     const auto costPerUse = mspResource.floatValue("CostPerUse", &error);
     if (!error) {
-        // MSPDI keeps this amount in hundredths.
-        addChildElementWithNameStringValue(resource, "cost-per-use", fmt::format("{:.2f}", costPerUse / 100.0));
+        addChildElementWithNameStringValue(resource, "cost-per-use", MSPIAmounts::costPerUseText(costPerUse));
     }
     if (const auto rate = mspResource.text("StandardRate")) {
         addChildElementWithNameStringValue(resource, "cost-per-hour", rate.textOrEmpty());
@@ -102,7 +102,7 @@ void MSPIResourceMapper::addUnits(const MSPCFields& mspResource, const MSPCXMLNo
         }
         units = _mapper.assignedUnitsOfResource(uid);
     }
-    addChildElementWithNameStringValue(resource, "units-available", fmt::format("{:f}", units));
+    addChildElementWithNameStringValue(resource, "units-available", MSPIAmounts::unitsText(units));
 }
 
 void MSPIResourceMapper::addSchedule(const MSPCFields& mspResource, const MSPCXMLNode& resource) const {

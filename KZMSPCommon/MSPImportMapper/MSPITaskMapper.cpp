@@ -10,6 +10,7 @@
 #include "MSPCExtensions.h"
 #include "MSPCLog.h"
 #include "MSPCTextScanner.h"
+#include "MSPIAmounts.h"
 #include "MSPINoteMapper.h"
 
 namespace {
@@ -246,7 +247,7 @@ void MSPITaskMapper::addFixedCost(const MSPCFields& mspTask, const MSPCXMLNode& 
     Error error;
     const auto cost = mspTask.floatValue("FixedCost", &error);
     if (!error) {
-        addChild(task, "static-cost", fmt::format(FMT_COMPILE("{:f}"), cost));
+        addChild(task, "static-cost", MSPIAmounts::fixedCostText(cost));
     }
 }
 

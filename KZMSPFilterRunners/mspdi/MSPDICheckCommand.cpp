@@ -26,19 +26,21 @@ KZDXCheck checkOf(const std::string& document, const MSPCFileSystem& fileSystem)
 void checkDocuments(const Documents& documents, MSPDIRun& run) {
     std::vector<MSPDICheckedDocument> checked;
     bool isSound = true;
+    bool isAnythingTold = run.isJSON;
     for (const auto& document : documents) {
         auto check = checkOf(document, run.services.fileSystem);
         if (check.obstacle) {
             run.couldNotLook(document, *check.obstacle);
-            continue;
+        } else {
+            isSound = isSound && check.isSound();
+            isAnythingTold = true;
         }
-        isSound = isSound && check.isSound();
         checked.push_back({document, std::move(check)});
     }
     if (run.status != MSPDIStatus::CouldNotLook && !isSound) {
         run.status = MSPDIStatus::SomethingToTell;
     }
-    if (run.isQuiet || checked.empty()) {
+    if (run.isQuiet || !isAnythingTold) {
         return;
     }
     if (run.isJSON) {

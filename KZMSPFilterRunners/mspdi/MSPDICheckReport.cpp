@@ -31,7 +31,11 @@ void writeFinding(const std::string& document, const KZDXFinding& finding, MSPDI
     }
     run.out << place << ": " << run.emphasized(nameOf(finding.severity)) << ": ";
     if (!finding.element.empty()) {
-        run.out << MSPCShownText(finding.element).view() << ": ";
+        run.out << MSPCShownText(finding.element).view();
+        if (!finding.name.empty()) {
+            run.out << fmt::format(" (\"{}\")", MSPCShownText(finding.name));
+        }
+        run.out << ": ";
     }
     run.out << MSPCShownText(finding.text).view() << " [" << finding.rule << "]\n";
 }
@@ -47,16 +51,19 @@ void writeVerdict(const MSPDICheckedDocument& document, std::ostream& out) {
 JSON jsonOf(const KZDXFinding& finding) {
     return {{"rule", finding.rule},       {"severity", nameOf(finding.severity)},
             {"file", finding.file},       {"line", finding.line > 0 ? JSON(finding.line) : JSON(nullptr)},
-            {"element", finding.element}, {"what", finding.text}};
+            {"element", finding.element}, {"name", finding.name},
+            {"what", finding.text}};
 }
 
 JSON jsonOf(const MSPDICheckedDocument& document) {
+    const auto& obstacle = document.check.obstacle;
     auto findings = JSON::array();
     for (const auto& finding : document.check.findings) {
         findings.push_back(jsonOf(finding));
     }
     return {{"document", document.document},
-            {"sound", document.check.isSound()},
+            {"obstacle", obstacle ? JSON(*obstacle) : JSON(nullptr)},
+            {"sound", obstacle ? JSON(nullptr) : JSON(document.check.isSound())},
             {"faults", document.check.count(KZDXSeverity::Fault)},
             {"notes", document.check.count(KZDXSeverity::Note)},
             {"findings", std::move(findings)}};
@@ -66,6 +73,9 @@ JSON jsonOf(const MSPDICheckedDocument& document) {
 
 void MSPDIWriteChecks(const std::vector<MSPDICheckedDocument>& documents, MSPDIRun& run) {
     for (const auto& document : documents) {
+        if (document.check.obstacle) {
+            continue;  // told as what could not be looked at
+        }
         std::map<std::string_view, std::size_t> counts;
         for (const auto& finding : document.check.findings) {
             if (++counts[finding.rule] <= mostOfOneRule) {

@@ -1,16 +1,20 @@
 #include "MSPDIDiffCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <new>
 
 #include "KZDXDiff.h"
+#include "KZDXOtherScenarios.h"
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDICommonOptions.h"
 #include "MSPDIDiffReport.h"
 #include "MSPDIMemoryImport.h"
+#include "MSPDIRepairWarning.h"
 
 namespace {
 
@@ -20,35 +24,52 @@ struct Arguments {
     std::string scenario;
 };
 
+// The files of a document, and the one of its scenarios that is compared.
+struct Opened {
+    std::unique_ptr<KZDXFiles> files;
+    std::optional<KZDXOpenDocument> document;
+    std::vector<std::string> repairs;  // of the plan's markup
+};
+
 // The files of a plan's document, made in memory.
-std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServices& services, std::string& failure) {
+std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServices& services, std::string& failure,
+                                         std::vector<std::string>& repairs) {
     auto import = MSPDIImportInMemory(plan, services);
     if (import.refusal) {
         failure = import.refusal->reason.empty() ? "the importer refuses the plan" : import.refusal->reason;
         return nullptr;
     }
+    std::copy_if(import.warnings.begin(), import.warnings.end(), std::back_inserter(repairs), MSPDIIsRepairWarning);
     return KZDXFilesInMemory(std::move(import.bundle));
 }
 
-// A folder is a document, anything else a plan.
-std::optional<KZDXOpenDocument> openDocument(const std::string& name, const std::string& scenario,
-                                             const MSPCServices& services, std::string& failure) {
+// A folder is a document, anything else a plan. There is no document where it could not be opened.
+Opened openDocument(const std::string& name, const std::string& scenario, const MSPCServices& services,
+                    std::string& failure) {
     const auto path = services.fileSystem.absolutePath(name);
+    Opened opened;
     if (!services.fileSystem.leadsToAnything(path)) {
         failure = "no such file";
-        return std::nullopt;
+        return opened;
     }
-    const auto files = services.fileSystem.isDirectory(path) ? KZDXFilesInFolder(services.fileSystem, path)
-                                                             : importedFiles(path, services, failure);
-    return files ? KZDXOpenDocument::open(*files, scenario, failure) : std::nullopt;
+    opened.files = services.fileSystem.isDirectory(path) ? KZDXFilesInFolder(services.fileSystem, path)
+                                                         : importedFiles(path, services, failure, opened.repairs);
+    if (opened.files) {
+        opened.document = KZDXOpenDocument::open(*opened.files, scenario, failure);
+    }
+    return opened;
 }
 
 // What is wrong with the document is told, and nothing is given then.
-std::optional<KZDXOpenDocument> openOrTell(const std::string& name, const std::string& scenario, MSPDIRun& run) {
+Opened openOrTell(const std::string& name, const std::string& scenario, MSPDIRun& run) {
     std::string failure;
     try {
-        if (auto document = openDocument(name, scenario, run.services, failure)) {
-            return document;
+        auto opened = openDocument(name, scenario, run.services, failure);
+        if (opened.document) {
+            for (const auto& repair : opened.repairs) {
+                run.warn(name, repair);
+            }
+            return opened;
         }
     } catch (const MSPCException& exception) {
         failure = exception.reason();
@@ -56,7 +77,7 @@ std::optional<KZDXOpenDocument> openOrTell(const std::string& name, const std::s
         failure = "not enough memory";
     }
     run.couldNotLook(name, failure);
-    return std::nullopt;
+    return {};
 }
 
 // A plan without a name has that of its file, which says nothing about the plan.
@@ -65,21 +86,37 @@ bool isNamedAfterItsFile(const KZDXOpenDocument& document, const std::string& na
     return title == pathByDeletingExtension(lastPathComponent(name));
 }
 
+// What differs in the scenario that was opened, and with `arguments.scenario` empty, which other ones differ.
+KZDXDifferences differencesBetween(const Opened& old, const Opened& now, const Arguments& arguments, MSPDIRun& run) {
+    KZDXDiffOptions options;
+    options.comparesTitles =
+        !(isNamedAfterItsFile(*old.document, arguments.old) && isNamedAfterItsFile(*now.document, arguments.now));
+    options.comparesScenarios = arguments.scenario.empty();
+    auto differences = KZDXDiff(*old.document, *now.document, options);
+    if (options.comparesScenarios) {
+        auto others = KZDXDiffOtherScenarios(*old.document, *old.files, *now.document, *now.files);
+        std::move(others.differences.begin(), others.differences.end(), std::back_inserter(differences));
+        if (others.obstacle) {
+            run.couldNotLook(others.obstacle->isOfNew ? arguments.now : arguments.old, others.obstacle->reason);
+        }
+    }
+    return differences;
+}
+
 void tellDifferences(const Arguments& arguments, MSPDIRun& run) {
     const auto old = openOrTell(arguments.old, arguments.scenario, run);
-    const auto now = old ? openOrTell(arguments.now, arguments.scenario, run) : std::nullopt;
-    if (!now) {
+    const auto now = old.document ? openOrTell(arguments.now, arguments.scenario, run) : Opened();
+    if (!now.document) {
         return;
     }
-    KZDXDiffOptions options;
-    options.comparesTitles = !(isNamedAfterItsFile(*old, arguments.old) && isNamedAfterItsFile(*now, arguments.now));
-    options.comparesScenarios = arguments.scenario.empty();
-    const auto differences = KZDXDiff(*old, *now, options);
-    run.status = differences.empty() ? MSPDIStatus::NothingToTell : MSPDIStatus::SomethingToTell;
+    const auto differences = differencesBetween(old, now, arguments, run);
+    if (run.status != MSPDIStatus::CouldNotLook && !differences.empty()) {
+        run.status = MSPDIStatus::SomethingToTell;
+    }
     if (run.isQuiet) {
         return;
     }
-    const MSPDIDiffSubject subject{arguments.old, arguments.now, now->scenarioName()};
+    const MSPDIDiffSubject subject{arguments.old, arguments.now, now.document->scenarioName()};
     if (run.isJSON) {
         MSPDIWriteDifferencesAsJSON(subject, differences, run.out);
     } else {
@@ -94,8 +131,8 @@ void MSPDIAddDiffCommand(CLI::App& program, MSPDIRun& run) {
     auto& diff = *program.add_subcommand("diff", "Tell what differs between two documents or plans");
     diff.add_option("OLD", arguments->old, "A document, or a plan, which is imported in memory")->required();
     diff.add_option("NEW", arguments->now, "The same of later")->required();
-    diff.add_option("--scenario", arguments->scenario,
-                    "Compare this scenario (Baseline, Baseline1, ...), not the plan");
+    diff.add_option("--scenario", arguments->scenario, "Compare this scenario (Baseline, Baseline1, ...), not the plan")
+        ->check([](const std::string& name) { return name.empty() ? "a name is missing" : ""; }, "");
     MSPDIAddCommonOptions(diff, run);
     diff.callback([arguments, &run] { tellDifferences(*arguments, run); });
 }

@@ -1,9 +1,42 @@
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
+#include <string_view>
+#include <vector>
 
-// Writes a result as one document of JSON (RFC 8259) with a line feed at its end. What could drive a terminal or turn
-// the order of what is read around (see MSPCShownText) stands in its texts as "\u009b", which is the same text to
-// whoever reads JSON; bytes that are no UTF-8 become U+FFFD.
+// Writes a document of JSON (RFC 8259) bit by bit, with two blanks of indentation a level, so that none as a whole is
+// in the memory. What could drive a terminal or turn the order of what is read around (see MSPCShownText) stands in its
+// texts as "\u009b", which is the same text to whoever reads JSON; bytes that are no UTF-8 become U+FFFD.
+//
+// A value is written where the document, an array, or a key expects one; nothing checks the order of the calls.
+class MSPDIJSONWriter {
+public:
+    // The stream outlives the writer.
+    explicit MSPDIJSONWriter(std::ostream& out) : _out(out) {}
+
+    void beginObject();
+    void endObject();
+    void beginArray();
+    void endArray();
+    void key(std::string_view name);
+    void text(std::string_view text);
+    void value(const nlohmann::ordered_json& json);
+    // The line feed behind the document.
+    void finish();
+
+private:
+    void begin(char bracket);
+    void end(char bracket);
+    // What stands between this value or key and what comes before.
+    void separate();
+    void breakLine();
+
+    std::ostream& _out;
+    std::vector<bool> _hold;  // whether the open objects and arrays hold anything so far
+    bool _isBehindKey = false;
+};
+
+// Writes a result as one document.
 void MSPDIWriteJSON(const nlohmann::ordered_json& json, std::ostream& out);

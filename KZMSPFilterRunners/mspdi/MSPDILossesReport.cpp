@@ -7,41 +7,65 @@
 
 #include "MSPCMessage.h"
 #include "MSPDIJSON.h"
+#include "MSPDIValueWords.h"
 
 namespace {
 
 using JSON = nlohmann::ordered_json;
 
-// A text from a plan on one line, as people may see it, and not much longer than a line.
-std::string shown(std::string_view text) {
-    constexpr std::size_t longest = 100;
-    auto end = std::min(text.size(), longest);
-    while (end < text.size() && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
-        --end;  // not within a character
-    }
-    return std::string(MSPCShownText(text.substr(0, end)).view()) + (end < text.size() ? "..." : "");
+// What was mended is told whole: its end says where.
+std::string shownValue(const MSPDILoss& loss, const MSPDIPlace& place) {
+    return loss.kind == "overwritten-by-repair" ? std::string(MSPCShownText(place.value).view())
+                                                : MSPDIValueInWords(place);
 }
 
-std::string placeOf(const MSPDIPlace& place) {
+std::string placeOf(const MSPDILoss& loss, const MSPDIPlace& place) {
     std::string text = "    ";
-    if (!place.name.empty()) {
-        text += fmt::format("{} (UID {}): ", shown(place.name), shown(place.uid));
-    } else if (!place.uid.empty()) {
-        text += fmt::format("UID {}: ", shown(place.uid));
+    if (!place.uid.empty() || !place.name.empty()) {
+        text += fmt::format("{} (UID {}): ", place.name.empty() ? "(no name)" : MSPDIShownValue(place.name),
+                            MSPDIShownValue(place.uid));
     }
-    return text + shown(place.value) + "  " + std::string(MSPCShownText(place.path).view()) + "\n";
+    return text + shownValue(loss, place) + "  " + MSPDIShownPath(place.path) + "\n";
 }
 
-JSON jsonOf(const MSPDILoss& loss) {
-    auto where = JSON::array();
+void writeLoss(const MSPDILoss& loss, MSPDIJSONWriter& writer) {
+    writer.beginObject();
+    writer.key("kind");
+    writer.text(loss.kind);
+    writer.key("count");
+    writer.value(loss.count);
+    writer.key("element");
+    writer.text(loss.element);
+    writer.key("what");
+    writer.text(loss.what);
+    writer.key("where");
+    writer.beginArray();
     for (const auto& place : loss.where) {
-        where.push_back({{"path", place.path}, {"uid", place.uid}, {"name", place.name}, {"value", place.value}});
+        writer.value({{"path", place.path},
+                      {"uid", place.uid},
+                      {"name", place.name},
+                      {"value", place.value},
+                      {"words", shownValue(loss, place)}});
     }
-    return {{"kind", loss.kind},
-            {"count", loss.count},
-            {"element", loss.element},
-            {"what", loss.what},
-            {"where", std::move(where)}};
+    writer.endArray();
+    writer.endObject();
+}
+
+JSON leavesOf(const MSPDIAccount& account) {
+    JSON leaves = {{"total", account.total()}};
+    for (std::size_t fate = 0; fate < account.leaves.size(); ++fate) {
+        leaves[std::string(MSPDIFateNames[fate])] = account.leaves[fate];
+    }
+    return leaves;
+}
+
+void writeFates(const MSPDIFatesByPath& fates, MSPDIJSONWriter& writer) {
+    writer.beginObject();
+    fates.forEach([&writer](std::string_view path, MSPDIFate fate) {
+        writer.key(path);
+        writer.text(MSPDIFateNames[MSPDIFateIndex(fate)]);
+    });
+    writer.endObject();
 }
 
 JSON reasonOf(const MSPDIAccount& account) {
@@ -53,12 +77,14 @@ JSON reasonOf(const MSPDIAccount& account) {
 void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPDIRun& run) {
     auto& out = run.out;
     if (account.refusal) {
-        out << run.emphasized("Refused by the importer") << ": " << account.refusal->sentence() << "\n\n";
+        out << run.emphasized("Refused by the importer") << ": " << account.refusal->sentence();
+        const auto words = MSPDIRefusalInWords(*account.refusal);
+        out << (words.empty() ? "" : " - " + words) << "\n\n";
     }
     for (const auto& loss : account.losses) {
         out << run.emphasized(fmt::format("{} x {}", loss.count, loss.kind)) << ": " << loss.what << "\n";
         for (const auto& place : loss.where) {
-            out << placeOf(place);
+            out << placeOf(loss, place);
         }
         if (loss.where.size() < loss.count) {
             out << fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size());
@@ -73,28 +99,26 @@ void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPD
 
 void MSPDIWriteLossesAsJSON(const std::string& plan, const MSPDIAccount& account, const MSPDIFatesByPath* fates,
                             std::ostream& out) {
-    JSON leaves = {{"total", account.total()}};
-    for (std::size_t fate = 0; fate < account.leaves.size(); ++fate) {
-        leaves[std::string(MSPDIFateNames[fate])] = account.leaves[fate];
-    }
-    auto losses = JSON::array();
+    MSPDIJSONWriter writer(out);
+    writer.beginObject();
+    writer.key("plan");
+    writer.text(plan);
+    writer.key("importable");
+    writer.value(!account.refusal);
+    writer.key("reason");
+    writer.value(reasonOf(account));
+    writer.key("leaves");
+    writer.value(leavesOf(account));
+    writer.key("losses");
+    writer.beginArray();
     for (const auto& loss : account.losses) {
-        losses.push_back(jsonOf(loss));
+        writeLoss(loss, writer);
     }
-    JSON json = {{"plan", plan},
-                 {"importable", !account.refusal},
-                 {"reason", reasonOf(account)},
-                 {"leaves", std::move(leaves)},
-                 {"losses", std::move(losses)}};
+    writer.endArray();
     if (fates != nullptr) {
-        auto byPath = JSON::object();
-        // Paths differ, so that nothing has to be looked up.
-        auto& entries = static_cast<JSON::object_t::Container&>(byPath.get_ref<JSON::object_t&>());
-        entries.reserve(fates->size());
-        for (const auto& [path, fate] : *fates) {
-            entries.emplace_back(path, MSPDIFateNames[MSPDIFateIndex(fate)]);
-        }
-        json["fates"] = std::move(byPath);
+        writer.key("fates");
+        writeFates(*fates, writer);
     }
-    MSPDIWriteJSON(json, out);
+    writer.endObject();
+    writer.finish();
 }

@@ -2,14 +2,10 @@
 
 #include <iosfwd>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "MSPDIAccount.h"
+#include "MSPDIFatesByPath.h"
 #include "MSPDIRun.h"
-
-// The fates of all leaves by their paths, in the order of the document.
-using MSPDIFatesByPath = std::vector<std::pair<std::string, MSPDIFate>>;
 
 // Writes what became of a plan for a person: the reason of a refusal, a paragraph for each kind of loss with its
 // places, and how many leaves have which fate.

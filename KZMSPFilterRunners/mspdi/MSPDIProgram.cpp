@@ -1,5 +1,7 @@
 #include "MSPDIProgram.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <new>
@@ -22,9 +24,23 @@ void describe(CLI::App& program) {
     program.require_subcommand(1);
 }
 
+// "--scenario=": CLI11 would take the next argument for the value. Empty where there is none.
+std::string optionWithoutValue(const std::vector<std::string>& arguments) {
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    const auto found = std::find_if(arguments.begin(), end, [](const std::string& argument) {
+        return argument.starts_with("--") && argument.ends_with('=') && argument.find('=') == argument.size() - 1;
+    });
+    return found == end ? std::string() : *found;
+}
+
 int failed(std::string_view reason, const MSPDIOutput& output) {
     output.err << "mspdi: " << reason << '\n';
     return static_cast<int>(MSPDIStatus::CouldNotLook);
+}
+
+int unwritten(const MSPDIOutput& output) {
+    return output.isReaderGone() ? static_cast<int>(MSPDIStatus::CouldNotLook)
+                                 : failed("the result could not be written", output);
 }
 
 // Help and version are asked for and go to standard output; all else is wrong.
@@ -42,6 +58,9 @@ int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIO
 }  // namespace
 
 int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& services, const MSPDIOutput& output) {
+    if (const auto option = optionWithoutValue(arguments); !option.empty()) {
+        return failed(fmt::format("{} needs a value (mspdi --help tells more)", MSPCShownText(option)), output);
+    }
     MSPDIRun run{services, output.out, output.err, output.isColored, output.installedTemplate};
     CLI::App program;
     describe(program);
@@ -58,5 +77,5 @@ int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& 
         return failed("not enough memory", output);
     }
     output.out.flush();
-    return output.out ? status : failed("the result could not be written", output);
+    return output.out ? status : unwritten(output);
 }

@@ -11,6 +11,8 @@ struct MSPDIOutput {
     std::ostream& out;
     std::ostream& err;
     bool isColored = false;
+    // Whether whoever read `out` has left, as `head` does: then it is nothing to tell that the rest cannot be written.
+    bool (*isReaderGone)() = [] { return false; };
     // Where the empty document of the installation would be; empty where none is known.
     std::string installedTemplate{};
 };

@@ -15,6 +15,12 @@ void MSPDIRun::couldNotRun(std::string_view reason) {
     status = MSPDIStatus::CouldNotLook;
 }
 
+void MSPDIRun::warn(std::string_view file, std::string_view warning) {
+    if (!isQuiet) {
+        err << "mspdi: " << MSPCShownText(file).view() << ": " << MSPCShownText(warning).view() << '\n';
+    }
+}
+
 std::string MSPDIRun::emphasized(std::string_view text) const {
     return isColored ? "\x1B[1m" + std::string(text) + "\x1B[0m" : std::string(text);
 }

@@ -31,6 +31,8 @@ struct MSPDIRun {
     void couldNotLook(std::string_view file, std::string_view reason);
     // The same for what is about no file, or about one that the reason names: "mspdi: <reason>".
     void couldNotRun(std::string_view reason);
+    // The same line, about a file that was looked at; nothing where the run is to be quiet.
+    void warn(std::string_view file, std::string_view warning);
     // The text between the codes of a terminal for bold letters, where colour is wanted; else the text itself.
     [[nodiscard]] std::string emphasized(std::string_view text) const;
 };

@@ -12,6 +12,7 @@
 #include "MSPCRandomSource.h"
 #include "MSPCServices.h"
 #include "MSPCSettingsFile.h"
+#include "MSPCStandardOutput.h"
 #include "MSPCTerminal.h"
 #include "MSPDIProgram.h"
 #include "MSPDIRun.h"
@@ -34,6 +35,7 @@ std::string_view environment(const char* name) {
 // NOLINTNEXTLINE(bugprone-exception-escape): one that nobody catches ends the program as the guard has it
 int main(int argumentCount, char** arguments) {
     MSPCProcessGuard::endAtLackOfMemory("mspdi: not enough memory\n", static_cast<int>(MSPDIStatus::CouldNotLook));
+    MSPCMakeClosedStandardOutputFail();
     static MSPCStandardErrorLog log("mspdi");  // large, and the stack may be small
     const MSPCProcessGuard guard(log);
     auto timeZone = MSPCTimeZone::ofProcess(log);
@@ -46,5 +48,6 @@ int main(int argumentCount, char** arguments) {
     const bool isColored =
         MSPCIsStandardOutputTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
     return MSPDIProgram({arguments + 1, arguments + argumentCount}, services,
-                        {std::cout, std::cerr, isColored, installedTemplate(fileSystem)});
+                        {std::cout, std::cerr, isColored, MSPCIsReaderOfStandardOutputGone,
+                         installedTemplate(fileSystem)});
 }

@@ -48,14 +48,24 @@ TEST(KZDXRules, haveNamesOfTheirOwn) {
         EXPECT_TRUE(names.insert(rule.name).second) << rule.name;
         EXPECT_FALSE(rule.what.empty());
     }
-    EXPECT_EQ(names.size(), 41U);
+    EXPECT_EQ(names.size(), 48U);
 }
 
 TEST(KZDXRules, xml) {
     expectActual("</schedule>", "",
                  {"fault xml Actual.xml:24 : Opening and ending tag mismatch: schedule line 12 and resource"});
-    expectActual("Mind the pipes", "Mind & dig", {"fault xml Actual.xml:69 : xmlParseEntityRef: no name"});
+    expectActual("Mind the pipes", "Mind & dig", {"fault xml Actual.xml:69 : an & that is not written as &amp;"});
     expectContents("<null/>", "<null", {"fault xml __TOC.xml:21 : error parsing attribute name"});
+}
+
+TEST(KZDXRules, xmlOfOtherBytes) {
+    auto files = soundBundle();
+    files["Actual.xml"] += std::string("\0 and more", 10);
+    EXPECT_EQ(findingsOf(files), Lines{"fault xml Actual.xml:118 : a NUL byte, which XML cannot hold"});
+    files["Actual.xml"].clear();
+    EXPECT_EQ(findingsOf(files), Lines{"fault xml Actual.xml:1 : the file is empty"});
+    files["Actual.xml"] = "   ";
+    EXPECT_EQ(findingsOf(files).front().substr(0, 23), "fault xml Actual.xml:1 ");
 }
 
 TEST(KZDXRules, missingFile) {
@@ -109,6 +119,15 @@ TEST(KZDXRules, neededSetting) {
         "<next-task-id>7</next-task-id>", "<next-task-id>seven</next-task-id>",
         {"fault needed-setting __TOC.xml:9 table-of-contents/project/next-task-id: 'seven' is no number from 1 on"});
     expectContents(
+        "<next-task-id>7</next-task-id>", "<next-task-id>99999999999999999999</next-task-id>",
+        {"fault needed-setting __TOC.xml:9 table-of-contents/project/next-task-id: '99999999999999999999' is "
+         "too large"});
+    expectContents(
+        "<next-task-id>7</next-task-id>", "<next-task-id>00</next-task-id>",
+        {"fault needed-setting __TOC.xml:9 table-of-contents/project/next-task-id: '00' is no number from 1 on",
+         "fault next-id Actual.xml:108 scenario/task[@id='t6']: the next free id in the table of contents is not above "
+         "this one"});
+    expectContents(
         " hours-per-year=\"1920\"", "",
         {"fault needed-setting __TOC.xml:15 table-of-contents/project/duration-format: 'hours-per-year' is missing"});
     expectContents("hours-per-year=\"1921\"", "hours-per-year=\"many\"",
@@ -121,6 +140,15 @@ TEST(KZDXRules, settingOrder) {
         "    </project>", "<auto-level/></project>",
         {"fault setting-order __TOC.xml:23 table-of-contents/project/auto-level: stands behind 'task-user-data-keys'"});
     expectContents("    </project>", "<any-other/></project>", {});
+    auto files = brokenBundle("__TOC.xml", "        <title>House</title>\n", "");
+    files["__TOC.xml"] = withReplaced(files["__TOC.xml"], "</next-task-id>", "</next-task-id><title>House</title>");
+    EXPECT_EQ(findingsOf(files),
+              Lines{"fault setting-order __TOC.xml:8 table-of-contents/project/title: stands behind 'next-task-id'"});
+    files = brokenBundle("__TOC.xml", "        <next-resource-id>3</next-resource-id>\n", "");
+    files["__TOC.xml"] =
+        withReplaced(files["__TOC.xml"], "<next-task-id>", "<next-resource-id>3</next-resource-id><next-task-id>");
+    EXPECT_EQ(findingsOf(files), Lines{"fault setting-order __TOC.xml:9 table-of-contents/project/next-task-id: stands "
+                                       "behind 'next-resource-id'"});
 }
 
 TEST(KZDXRules, scenarioEntry) {
@@ -300,19 +328,68 @@ TEST(KZDXRules, outlineCircle) {
     expectActual("<child-task idref=\"t2\"/>", "<child-task idref=\"t1\"/>",
                  {"fault several-groups Actual.xml:50 scenario/task[@id='t1']/child-task[@idref='t1']: the task 't1' "
                   "is in another group, too",
-                  "fault outline-circle Actual.xml:50 scenario/task[@id='t1']/child-task[@idref='t1']: the task 't1' "
-                  "is in a group below itself",
+                  "fault outline-circle Actual.xml:50 scenario/task[@id='t1']/child-task[@idref='t1']: Building (t1) "
+                  "is below itself",
                   "note no-group Actual.xml:53 scenario/task[@id='t2']: the task is in no group: the plan's outline "
                   "does not lead to it"});
 }
 
 TEST(KZDXRules, linkCircle) {
     expectActual("<assignment idref=\"r1\"/>", "<prerequisite-task idref=\"t4\" kind=\"FS\"/>",
-                 {"fault link-circle Actual.xml:86 scenario/task[@id='t3']/prerequisite-task[@idref='t2']: the task "
-                  "'t2' waits for itself"});
+                 {"fault link-circle Actual.xml:86 scenario/task[@id='t3']/prerequisite-task[@idref='t2']: Dig (t2) "
+                  "waits for itself, over Done (t4), Paint (t3)"});
     expectActual("<prerequisite-task idref=\"t3\"", "<prerequisite-task idref=\"t4\"",
-                 {"fault link-circle Actual.xml:98 scenario/task[@id='t4']/prerequisite-task[@idref='t4']: the task "
-                  "'t4' waits for itself"});
+                 {"fault link-circle Actual.xml:98 scenario/task[@id='t4']/prerequisite-task[@idref='t4']: Done (t4) "
+                  "waits for itself"});
+}
+
+TEST(KZDXRules, linkCircleNamesTheFirstOnes) {
+    std::string tasks;
+    std::string children;
+    for (int i = 11; i <= 30; ++i) {
+        tasks += "<task id='t" + std::to_string(i) +
+                 "'><type>task</type><effort>0</effort><prerequisite-task idref='t" +
+                 std::to_string(i == 30 ? 11 : i + 1) + "' kind='FS'/></task>";
+        children += "<child-task idref='t" + std::to_string(i) + "'/>";
+    }
+    auto files = brokenBundle("Actual.xml", "<child-task idref=\"t4\"/>", "<child-task idref=\"t4\"/>" + children);
+    files["Actual.xml"] = withReplaced(files["Actual.xml"], "<!--  Critical Path  -->", tasks);
+    files["__TOC.xml"] = withReplaced(files["__TOC.xml"], "task-id>7<", "task-id>31<");
+    EXPECT_EQ(
+        findingsOf(files),
+        Lines{"fault link-circle Actual.xml:115 scenario/task[@id='t30']/prerequisite-task[@idref='t11']: (no name) "
+              "(t11) waits for itself, over (no name) (t12), (no name) (t13), (no name) (t14), (no name) (t15), (no "
+              "name) (t16), ..."});
+}
+
+// A group waits with all of its tasks, and ends with the last of them.
+TEST(KZDXRules, groupCircle) {
+    const auto linked = [](const std::string& from, const std::string& to, const std::string& kind) {
+        return brokenBundle("Actual.xml", from,
+                            from + "<prerequisite-task idref=\"" + to + "\" kind=\"" + kind + "\"/>");
+    };
+    const std::string ofDig = "<assignment idref=\"r1\"/>";
+    const std::string ofBuilding = "<effort>144000</effort>";
+    const std::string ofDone = "<effort>0</effort>";
+    EXPECT_EQ(
+        findingsOf(linked(ofDig, "t1", "FS")),
+        Lines{"note group-circle Actual.xml:78 scenario/task[@id='t2']/prerequisite-task[@idref='t1']: Building (t1) "
+              "waits for itself through the groups, over Dig (t2)"});
+    EXPECT_EQ(
+        findingsOf(linked(ofBuilding, "t2", "FS")),
+        Lines{"note group-circle Actual.xml:49 scenario/task[@id='t1']/prerequisite-task[@idref='t2']: Building (t1) "
+              "waits for itself through the groups, over Dig (t2)"});
+    // Building waits for Done, and Done waits for Paint, which is in it and waits for Dig, which is in it, too.
+    EXPECT_EQ(
+        findingsOf(linked(ofBuilding, "t4", "FS")),
+        (Lines{"note group-circle Actual.xml:86 scenario/task[@id='t3']/prerequisite-task[@idref='t2']: Building (t1) "
+               "waits for itself through the groups, over Done (t4), Paint (t3), Dig (t2)",
+               "note group-circle Actual.xml:98 scenario/task[@id='t4']/prerequisite-task[@idref='t3']: Building (t1) "
+               "waits for itself through the groups, over Done (t4), Paint (t3)"}));
+    // A task may begin with its group, and end with it.
+    EXPECT_EQ(findingsOf(linked(ofDig, "t1", "SS")), Lines());
+    EXPECT_EQ(findingsOf(linked(ofBuilding, "t2", "FF")), Lines());
+    EXPECT_EQ(findingsOf(linked(ofDone, "t1", "FS")), Lines());
 }
 
 TEST(KZDXRules, noGroup) {
@@ -389,6 +466,76 @@ TEST(KZDXRules, number) {
                  {"fault number Actual.xml:62 " + task + "static-cost: 'free' is no number"});
     expectActual("<units-available>5.000000<", "<units-available>nan<",
                  {"fault number Actual.xml:35 scenario/resource[@id='r2']/units-available: 'nan' is no number"});
+}
+
+TEST(KZDXRules, numberInPlan) {
+    for (const std::string rate : {"lots", "95,5", ""}) {
+        expectActual(
+            "<cost-per-hour>50<", "<cost-per-hour>" + rate + "<",
+            {"note number-in-plan Actual.xml:29 scenario/resource[@id='r1']/cost-per-hour: the cost per hour '" + rate +
+             "' is no number: the plan says so"});
+    }
+    expectActual("<cost-per-hour>50<", "<cost-per-hour>95.5<", {});
+    for (const std::string priority : {"high", "-1", ""}) {
+        expectActual("<priority>500<", "<priority>" + priority + "<",
+                     {"note number-in-plan Actual.xml:57 scenario/task[@id='t2']/priority: the priority '" + priority +
+                      "' is no number from 0 on: the plan says so"});
+    }
+    expectActual("<priority>500<", "<priority>0<", {});
+    expectActual(
+        "<units-available>5.000000<", "<units-available>-5.000000<",
+        {"note number-in-plan Actual.xml:35 scenario/resource[@id='r2']/units-available: the units '-5.000000' "
+         "are below 0: the plan says so"});
+    expectActual("<units-available>5.000000<", "<units-available>0.000000<", {});
+}
+
+TEST(KZDXRules, doneAboveEffort) {
+    expectActual(
+        "<effort-done>28800<", "<effort-done>57600.5<",
+        {"note done-above-effort Actual.xml:60 scenario/task[@id='t2']/effort-done: more is done than there is "
+         "effort, 57600.5 of 57600 seconds: the plan says so"});
+    expectActual("<effort-done>28800<", "<effort-done>57600<", {});
+}
+
+TEST(KZDXRules, repeatedValue) {
+    expectActual(
+        "<effort>57600</effort>", "<effort>57600</effort><effort>1</effort>",
+        {"fault repeated-value Actual.xml:58 scenario/task[@id='t2']/effort: there is another 'effort' before it"});
+    expectActual(
+        "<leveled-start>", "<start-date>2026-05-29T17:00:00+02:00</start-date><leveled-start>",
+        {"fault repeated-value Actual.xml:96 scenario/task[@id='t4']/start-date: there is another 'start-date' "
+         "before it"});
+    expectActual("<name>Anna</name>", "<name>Anna</name><name>Berta</name>",
+                 {"fault repeated-value Actual.xml:26 scenario/resource[@id='r1']/name: there is another 'name' before "
+                  "it"});
+    expectActual("<priority>500</priority>", "<priority>500</priority><mine/><mine/>", {});
+}
+
+TEST(KZDXRules, namespaceOfTheContents) {
+    expectActual("xmlns=\"urn:kadenza:document:2\"", "xmlns=\"urn:other\"",
+                 {"fault namespace Actual.xml:2 scenario: the namespace is 'urn:other' here and "
+                  "'urn:kadenza:document:2' in the table of contents"});
+}
+
+TEST(KZDXRules, linkKind) {
+    expectActual(
+        " kind=\"SS\"", "",
+        {"note link-kind Actual.xml:98 scenario/task[@id='t4']/prerequisite-task[@idref='t3']: the link has no "
+         "kind: the plan tells none, or one that nobody knows"});
+}
+
+TEST(KZDXRules, repeatedReference) {
+    expectActual(
+        "<assignment idref=\"r1\"/>",
+        "<assignment idref=\"r1\"/><assignment idref=\"r2\"/><assignment "
+        "idref=\"r1\"/>",
+        {"note repeated-reference Actual.xml:78 scenario/task[@id='t2']/assignment[@idref='r1']: the task has the "
+         "assignment of 'r1' twice"});
+    expectActual(
+        "<prerequisite-task idref=\"t3\" kind=\"SS\"/>",
+        "<prerequisite-task idref=\"t3\" kind=\"SS\"/><prerequisite-task idref=\"t3\" kind=\"FS\"/>",
+        {"note repeated-reference Actual.xml:98 scenario/task[@id='t4']/prerequisite-task[@idref='t3']: the task "
+         "has the link to 't3' twice"});
 }
 
 TEST(KZDXRules, word) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "InMemoryFileSystem.h"
+#include "KZDXOtherScenarios.h"
 #include "SoundBundle.h"
 
 // Each kind of difference, made by hand.
@@ -138,8 +140,7 @@ TEST(KZDXDiff, tellsNotesAndFields) {
     expectDifferences("<lit>Mind the pipes<", "<lit>Mind the cables<",
                       {"note Dig (t2): note \"Mind the pipes\" -> \"Mind the cables\""});
     expectDifferences("<string>North<", "<string>South<", {"field Dig (t2): Region \"North\" -> \"South\""});
-    expectDifferences("<key>Region<", "<key>Colour<",
-                      {"field Dig (t2): Region is gone, was \"North\"", "field Dig (t2): Colour is \"North\" now"});
+    expectDifferences("<key>Region<", "<key>Colour<", {"field Dig (t2): Region is called Colour now, still \"North\""});
 }
 
 TEST(KZDXDiff, tellsTypesCostsAndTheRest) {
@@ -147,7 +148,7 @@ TEST(KZDXDiff, tellsTypesCostsAndTheRest) {
     expectDifferences("<static-cost>0.000000<", "<static-cost>12.500000<", {"cost Dig (t2): fixed cost 0 -> 12.5"});
     expectDifferences("<priority>500<", "<priority>900<", {"other Dig (t2): priority 500 -> 900"});
     expectDifferences("<recalculate>duration</recalculate>", "",
-                      {"other Dig (t2): what is recalculated is gone, was \"duration\""});
+                      {"other Dig (t2): what is recalculated \"duration\" -> none"});
     expectDifferences("<priority>500</priority>", "<priority>500</priority><colour/>",
                       {"other Dig (t2): 'colour' has changed"});
     expectDifferences("<cost-per-hour>50<", "<cost-per-hour>60<", {"cost Anna (r1): cost per hour 50 -> 60"});
@@ -166,19 +167,121 @@ TEST(KZDXDiff, tellsNamesAndGroups) {
 
 TEST(KZDXDiff, tellsWorkingTimesAndSettings) {
     expectDifferences("start-time=\"46800\" end-time=\"61200\"", "start-time=\"46800\" end-time=\"64800\"",
-                      {"calendar Project (r-1): working times on monday 08:00-12:00 13:00-17:00 -> 08:00-12:00 "
-                       "13:00-18:00"});
+                      {"calendar Project (r-1): Monday: 08:00-12:00 13:00-18:00, was 08:00-12:00 13:00-17:00"});
     expectDifferences("<schedule-day day-of-week=\"tuesday\"/>", "",
-                      {"calendar Project (r-1): working times on tuesday no work -> not told"});
+                      {"calendar Project (r-1): Tuesday: not told, was no work"});
     expectDifferences("2026-12-26T23:59:59+01:00", "2026-12-27T23:59:59+01:00",
-                      {"calendar Project (r-1): no longer Time Off Thu 24 Dec 2026 00:00 - Sat 26 Dec 2026 23:59:59",
-                       "calendar Project (r-1): new: Time Off Thu 24 Dec 2026 00:00 - Sun 27 Dec 2026 23:59:59"});
+                      {"calendar Project (r-1): Time Off Thu 24 Dec 2026 to Sat 26 Dec 2026 is gone",
+                       "calendar Project (r-1): Time Off Thu 24 Dec 2026 to Sun 27 Dec 2026 is new"});
     expectDifferences("<granularity>hours<", "<granularity>days<", {"setting : granularity \"hours\" -> \"days\""});
     auto files = soundBundle();
     files["__TOC.xml"] = withReplaced(files["__TOC.xml"], "<title>House<", "<title>Villa<");
     files["__TOC.xml"] = withReplaced(files["__TOC.xml"], "hours-per-year=\"1921\"", "hours-per-year=\"1800\"");
-    EXPECT_EQ(differencesOf(soundBundle(), files), (Lines{"setting : title \"House\" -> \"Villa\"",
-                                                          "setting : hours-per-year of effort-format 1921 -> 1800"}));
+    EXPECT_EQ(differencesOf(soundBundle(), files),
+              (Lines{"setting : title \"House\" -> \"Villa\"", "setting : a year of effort has 1800 hours, had 1921"}));
+}
+
+TEST(KZDXDiff, tellsHoursOfBothFormatsInOneLine) {
+    auto old = soundBundle();
+    old["__TOC.xml"] = withReplaced(old["__TOC.xml"], "hours-per-year=\"1921\"", "hours-per-year=\"1920\"");
+    auto now = old;
+    auto& contents = now["__TOC.xml"];
+    for (auto found = contents.find("-day=\"8\""); found != std::string::npos; found = contents.find("-day=\"8\"")) {
+        contents.replace(found, 8, "-day=\"7\"");
+    }
+    contents = withReplaced(contents, "$1,234.56", "1.234,56 EUR");
+    EXPECT_EQ(differencesOf(old, now), (Lines{"setting : currency format \"$1,234.56\" -> \"1.234,56 EUR\"",
+                                              "setting : a day has 7 hours, had 8"}));
+}
+
+TEST(KZDXDiff, tellsWhatIsAbbreviatedInWords) {
+    expectDifferences("<schedule-type>asap<", "<schedule-type>alap<",
+                      {"other Dig (t2): scheduling as soon as possible -> as late as possible"});
+    expectDifferences("<schedule-type>asap</schedule-type>", "",
+                      {"other Dig (t2): scheduling as soon as possible -> none"});
+}
+
+TEST(KZDXDiff, tellsTheStartBeforeTheEnd) {
+    expectDifferences(
+        "<start-date>2026-05-11T08:00:00+02:00</start-date>\n        <end-date>2026-05-12T17:00:00+02:00<",
+        "<start-date>2026-05-12T08:00:00+02:00</start-date>\n        <end-date>2026-05-13T17:00:00+02:00<",
+        {"date Paint (t3), piece 2: starts 1 day later, Mon 11 May 08:00 -> Tue 12 May 08:00",
+         "date Paint (t3), piece 2: ends 1 day later, Tue 12 May 17:00 -> Wed 13 May 17:00"});
+}
+
+TEST(KZDXDiff, tellsWorkingTimesOfAResource) {
+    const std::string schedule =
+        "<schedule><schedule-day day-of-week=\"monday\"><time-span start-time=\"36000\" "
+        "end-time=\"50400\"/></schedule-day><calendar name=\"Time Off\"><event "
+        "start=\"2026-08-05T10:00:00Z\" end=\"2026-08-05T12:00:00Z\"/><event "
+        "start=\"2026-08-06T00:00:00Z\" end=\"2026-08-06T23:59:59Z\"/></calendar></schedule>";
+    expectDifferences("<name>Anna</name>", "<name>Anna</name>" + schedule,
+                      {"calendar Anna (r1): Monday: 10:00-14:00, was as the project",
+                       "calendar Anna (r1): Time Off Thu 6 Aug 2026 is new",
+                       "calendar Anna (r1): Time Off Wed 5 Aug 2026 10:00 to Wed 5 Aug 2026 12:00 is new"});
+}
+
+// Both texts are long, and begin the same.
+TEST(KZDXDiff, showsThePartOfLongTextsThatDiffers) {
+    const std::string words(100, 'w');
+    EXPECT_EQ(differencesOf(brokenBundle("Actual.xml", "Mind the pipes", words + " and the pipes"),
+                            brokenBundle("Actual.xml", "Mind the pipes", words + " and the cables")),
+              Lines{"note Dig (t2): note \"...wwwwwwwwwww and the pipes\" -> \"...wwwwwwwwwww and the cables\""});
+    EXPECT_EQ(differencesOf(brokenBundle("Actual.xml", "Mind the pipes", words),
+                            brokenBundle("Actual.xml", "Mind the pipes", words + "!")),
+              Lines{"note Dig (t2): note \"..." + std::string(20, 'w') + "\" -> \"..." + std::string(20, 'w') + "!\""});
+    // Whole characters: each of these has two bytes, and it is the second one that differs.
+    std::string umlauts;
+    for (int i = 0; i < 60; ++i) {
+        umlauts += "\xC3\xA4";
+    }
+    EXPECT_EQ(differencesOf(brokenBundle("Actual.xml", "Mind the pipes", umlauts + "x\xC3\xA4"),
+                            brokenBundle("Actual.xml", "Mind the pipes", umlauts + "x\xC3\xB6")),
+              Lines{"note Dig (t2): note \"..." + umlauts.substr(0, 18) + "x\xC3\xA4\" -> \"..." +
+                    umlauts.substr(0, 18) + "x\xC3\xB6\""});
+    EXPECT_EQ(differencesOf(brokenBundle("Actual.xml", "Mind the pipes", "pipes"),
+                            brokenBundle("Actual.xml", "Mind the pipes", words)),
+              Lines{"note Dig (t2): note \"pipes\" -> \"" + std::string(80, 'w') + "...\""});
+}
+
+TEST(KZDXDiff, showsThePartOfLongNamesThatDiffers) {
+    const std::string name(90, 'n');
+    EXPECT_EQ(differencesOf(brokenBundle("Actual.xml", "<title>Dig<", "<title>" + name + " one<"),
+                            brokenBundle("Actual.xml", "<title>Dig<", "<title>" + name + " two<")),
+              Lines{"renamed " + name.substr(0, 80) + "... (t2): renamed, \"..." + name.substr(0, 19) +
+                    " one\" -> \"..." + name.substr(0, 19) + " two\""});
+}
+
+TEST(KZDXDiff, keepsABackslashApartFromALineFeed) {
+    expectDifferences("<lit>Mind the pipes<", "<lit>Mind\\nthe pipes<",
+                      {"note Dig (t2): note \"Mind the pipes\" -> \"Mind\\\\nthe pipes\""});
+    expectDifferences("<lit>Mind the pipes<", "<lit>Mind\nthe pipes<",
+                      {"note Dig (t2): note \"Mind the pipes\" -> \"Mind\nthe pipes\""});
+}
+
+// The id of the assignment stays, but there is no such resource any more.
+TEST(KZDXDiff, tellsWhoseResourceIsGone) {
+    auto files = soundBundle();
+    auto& actual = files["Actual.xml"];
+    actual = withReplaced(actual, "<child-resource idref=\"r2\"/>", "");
+    const auto begin = actual.find("<resource id=\"r2\">");
+    const std::string end = "</resource>";
+    actual.erase(begin, actual.find(end, begin) + end.size() - begin);
+    EXPECT_EQ(differencesOf(soundBundle(), files), (Lines{"gone Wood (r2): is gone",
+                                                          "assignment Paint (t3): is assigned to "
+                                                          "Wood (r2), who is gone"}));
+    EXPECT_EQ(differencesOf(files, files), Lines());
+}
+
+TEST(KZDXDiff, tellsWhoWaitsForATaskThatIsGone) {
+    auto files = soundBundle();
+    auto& actual = files["Actual.xml"];
+    actual = withReplaced(actual, "<child-task idref=\"t2\"/>", "");
+    const auto begin = actual.find("<task id=\"t2\">");
+    const std::string end = "</task>";
+    actual.erase(begin, actual.find(end, begin) + end.size() - begin);
+    EXPECT_EQ(differencesOf(soundBundle(), files), (Lines{"link Paint (t3): waits for Dig (t2), which is gone",
+                                                          "gone Dig (t2): is gone, was in Building (t1)"}));
 }
 
 TEST(KZDXDiff, tellsScenariosThatComeAndGo) {
@@ -198,7 +301,7 @@ TEST(KZDXDiff, tellsOnlyWhatWasMovedOfAGroup) {
     EXPECT_EQ(differencesOf(outlineOf({"A@t1", "B@t2", "C@t3", "D@t4"}), outlineOf({"D@t4", "A@t1", "B@t2", "C@t3"})),
               Lines{"moved D (t4): moved within its group, now first"});
     EXPECT_EQ(differencesOf(outlineOf({"A@t1", "B@t2", "C@t3", "D@t4"}), outlineOf({"B@t2", "C@t3", "A@t1", "D@t4"})),
-              Lines{"moved A (t1): moved within its group, now behind C (t3)"});
+              Lines{"moved A (t1): moved within its group, now after C (t3)"});
 }
 
 TEST(KZDXDiff, matchesByOutlineAndNameWhereIdsWereGivenAnew) {
@@ -211,6 +314,30 @@ TEST(KZDXDiff, matchesByOutlineAndNameWhereIdsWereGivenAnew) {
                             outlineOf({"Plan@t1", "Build@t2", "  Dig@t3", "  Paint@t4", "Test@t5", "  Dig@t6"})),
               (Lines{"ids : 5 tasks got another id: matched by outline and name",
                      "new Plan (t1): is new, at the top level"}));
+}
+
+TEST(KZDXDiff, takesATaskForRenamedInItsPlaceWhereIdsWereGivenAnew) {
+    const Lines before = {"Build@t1", "  Dig@t2", "  Paint@t3", "  Dry@t4", "Test@t5", "  Look@t6", "Hand over@t7"};
+    EXPECT_EQ(differencesOf(outlineOf(before), outlineOf({"Build@t11", "  Dig@t12", "  Coat@t13", "  Dry@t14",
+                                                          "Try@t15", "  Look@t16", "Hand over@t17"})),
+              (Lines{"ids : 7 tasks got another id: matched by outline and name",
+                     "renamed Coat (t13): renamed, was \"Paint\"", "renamed Try (t15): renamed, was \"Test\""}));
+    // Two that are new where one is gone: nobody knows which of them it is.
+    EXPECT_EQ(
+        differencesOf(outlineOf(before), outlineOf({"Build@t11", "  Dig@t12", "  Coat@t13", "  Air@t18", "  Dry@t14",
+                                                    "Test@t15", "  Look@t16", "Hand over@t17"})),
+        (Lines{"ids : 6 tasks got another id: matched by outline and name", "new Coat (t13): is new, in Build (t11)",
+               "new Air (t18): is new, in Build (t11)", "gone Paint (t3): is gone, was in Build (t1)"}));
+}
+
+// Both are in one group, and all else stayed with the ids.
+TEST(KZDXDiff, takesAnExchangeOfNamesForThat) {
+    auto files = soundBundle();
+    auto& actual = files["Actual.xml"];
+    actual = withReplaced(actual, "<title>Dig<", "<title>Paint<");
+    actual = withReplaced(actual, "<task id=\"t3\">\n        <title>Paint<", "<task id=\"t3\">\n        <title>Dig<");
+    EXPECT_EQ(differencesOf(soundBundle(), files),
+              (Lines{"renamed Paint (t2): renamed, was \"Dig\"", "renamed Dig (t3): renamed, was \"Paint\""}));
 }
 
 TEST(KZDXDiff, takesATaskForRenamedWhoseNameANewOneTook) {
@@ -243,4 +370,83 @@ TEST(KZDXDiff, needsWhatItCompares) {
     EXPECT_EQ(differencesOf(soundBundle(),
                             brokenBundle("__TOC.xml", "filename=\"Actual.xml\"", "filename=\"../Actual.xml\"")),
               Lines{"!it has no scenario"});
+}
+
+namespace {
+
+// "<kind>: <what>" for each other scenario that differs, and "!<old or new>: <reason>" for what could not be compared.
+Lines otherScenariosOf(const BundleFiles& old, const BundleFiles& now) {
+    InMemoryFileSystem machine;
+    for (const auto& [files, folder] : {std::pair(old, "/Old.kdzx/"), std::pair(now, "/New.kdzx/")}) {
+        for (const auto& [name, content] : files) {
+            machine.addFile(folder + name, content);
+        }
+    }
+    const auto oldFiles = KZDXFilesInFolder(machine, "/Old.kdzx");
+    const auto newFiles = KZDXFilesInFolder(machine, "/New.kdzx");
+    std::string failure;
+    const auto before = KZDXOpenDocument::open(*oldFiles, {}, failure);
+    const auto after = KZDXOpenDocument::open(*newFiles, {}, failure);
+    EXPECT_EQ(failure, "");
+    const auto others = KZDXDiffOtherScenarios(*before, *oldFiles, *after, *newFiles);
+    Lines lines;
+    for (const auto& difference : others.differences) {
+        lines.push_back(std::string(difference.kind).append(": ").append(difference.what));
+    }
+    if (others.obstacle) {
+        lines.push_back(std::string(others.obstacle->isOfNew ? "!new: " : "!old: ").append(others.obstacle->reason));
+    }
+    return lines;
+}
+
+}  // namespace
+
+TEST(KZDXOtherScenarios, tellsWhichOnesDiffer) {
+    EXPECT_EQ(otherScenariosOf(soundBundle(), soundBundle()), Lines());
+    // What differs in the one that is open is no matter here.
+    EXPECT_EQ(otherScenariosOf(soundBundle(), brokenBundle("Actual.xml", "<effort>57600<", "<effort>1<")), Lines());
+    EXPECT_EQ(otherScenariosOf(soundBundle(), brokenBundle("Baseline.xml", "2026-05-29", "2026-05-30")),
+              Lines{"scenario: the scenario \"Baseline\" differs, 1 difference: --scenario Baseline tells"});
+    EXPECT_EQ(otherScenariosOf(soundBundle(), brokenBundle("Baseline.xml", "aBaseline01", "aOther00001")), Lines());
+}
+
+TEST(KZDXOtherScenarios, comparesTheFilesThatAreNamed) {
+    const auto swapped = brokenBundle("__TOC.xml", "filename=\"Baseline.xml\"", "filename=\"Actual.xml\"");
+    const auto told = otherScenariosOf(soundBundle(), swapped);
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told.front().substr(0, 42), "scenario: the scenario \"Baseline\" differs,");
+    // One that is in one document only is told by the comparison of these.
+    EXPECT_EQ(otherScenariosOf(soundBundle(), brokenBundle("__TOC.xml", "name=\"Baseline\"", "name=\"Baseline4\"")),
+              Lines());
+}
+
+TEST(KZDXOtherScenarios, tellsWhatItCouldNotRead) {
+    const auto cut = brokenBundle("Baseline.xml", "</scenario>", "");
+    EXPECT_EQ(otherScenariosOf(soundBundle(), cut).front().substr(0, 25), "!new: Baseline.xml: line ");
+    EXPECT_EQ(otherScenariosOf(cut, soundBundle()).front().substr(0, 25), "!old: Baseline.xml: line ");
+    auto files = soundBundle();
+    files.erase("Baseline.xml");
+    EXPECT_EQ(otherScenariosOf(soundBundle(), files), Lines{"!new: Baseline.xml: No such file or directory"});
+}
+
+// However many scenarios name a file, it is read a few times at most.
+TEST(KZDXOtherScenarios, readsAFileThatManyNameOnlyAFewTimes) {
+    std::string entries;
+    auto files = soundBundle();
+    for (int i = 1; i <= 50; ++i) {
+        const auto number = std::to_string(i);
+        entries += "<scenario id=\"a" + number + "\" name=\"Baseline" + number + "\" filename=\"Baseline.xml\"/>";
+    }
+    files["__TOC.xml"] = withReplaced(files["__TOC.xml"], "<auto-level>", entries + "<auto-level>");
+    auto other = files;
+    other["Baseline.xml"] = withReplaced(other["Baseline.xml"], "2026-05-29", "2026-05-30");
+    EXPECT_EQ(otherScenariosOf(files, other).size(), 51U);
+    for (int i = 1; i <= 50; ++i) {
+        const auto number = std::to_string(i);
+        other["Other" + number + ".xml"] = other["Baseline.xml"];
+        other["__TOC.xml"] =
+            withReplaced(other["__TOC.xml"], "name=\"Baseline" + number + "\" filename=\"Baseline.xml\"",
+                         "name=\"Baseline" + number + "\" filename=\"Other" + number + ".xml\"");
+    }
+    EXPECT_EQ(otherScenariosOf(files, other).back(), "!old: Baseline.xml: too many scenarios share this file");
 }

@@ -78,14 +78,14 @@ TEST(KZDXXMLFile, boundsAttributesAndNamespaces) {
     for (int i = 0; i < 2'000; ++i) {
         tag += " a" + std::to_string(i) + "=''";
     }
-    EXPECT_EQ(readingOf(tag + "/>"), "0: beyond measure: too many attributes or namespaces, or too large");
+    EXPECT_EQ(readingOf(tag + "/>"), "0: beyond measure: too many attributes, namespaces or names, or too large");
     std::string nested;
     std::string ends;
     for (int i = 0; i < 2'000; ++i) {
         nested += "<a xmlns:n" + std::to_string(i) + "='u'>";
         ends += "</a>";
     }
-    EXPECT_EQ(readingOf(nested + ends), "0: beyond measure: too many attributes or namespaces, or too large");
+    EXPECT_EQ(readingOf(nested + ends), "0: beyond measure: too many attributes, namespaces or names, or too large");
 }
 
 TEST(KZDXXMLFile, goesAsDeepAsTheFile) {

@@ -107,6 +107,12 @@ const KindCase workKinds[] = {
      tasksOf("<Task><UID>1</UID><OutlineLevel>0</OutlineLevel></Task><Task><UID>2</UID><OutlineLevel>2</OutlineLevel>"
              "</Task>"),
      tasksOf(taskOf(1, "<Summary>1</Summary>") + "<Task><UID>2</UID><OutlineLevel>2</OutlineLevel></Task>")},
+    {"unreadable-characters", 1, task("<Name>caf\xE9</Name>"), task("<Name>caf\xC3\xA9</Name>")},
+    {"odd-date", 1, task("<Start>2012-01-11T08:30</Start>"), task("<Start>2012-01-11T08:30:00</Start>")},
+    {"odd-duration", 1, task("<Work>-PT8H0M0S</Work>"), task("<Work>PT8H0M0S</Work>")},
+    {"whole-hours", 2, "<MinutesPerDay>450</MinutesPerDay><MinutesPerWeek>2250</MinutesPerWeek>",
+     "<MinutesPerDay>420</MinutesPerDay><MinutesPerWeek>2100</MinutesPerWeek>"},
+    {"rounded-amount", 1, resource("<CostPerUse>0.4</CostPerUse>"), resource("<CostPerUse>40</CostPerUse>")},
     {"deadline", 1, task("<Deadline>2012-02-01T17:00:00</Deadline>"), task("<Deadline>NA</Deadline>")},
     {"link-lag", 1, link("<PredecessorUID>1</PredecessorUID><LinkLag>-9600</LinkLag>"),
      link("<PredecessorUID>1</PredecessorUID><LinkLag>0</LinkLag>")},

@@ -231,3 +231,64 @@ TEST(FatesInContext, theSeasonOfTheImportChangesDates) {
     ASSERT_EQ(account.losses.size(), 1U);
     EXPECT_EQ(account.losses[0].kind, "summer-time");
 }
+
+TEST(FatesInContext, workingHoursThatAreNotWholeAreChanged) {
+    const auto fateOf = [](const std::string& name, const std::string& minutes) {
+        const AccountOfPlan plan("", "<" + name + ">" + minutes + "</" + name + ">");
+        EXPECT_EQ(plan.count("whole-hours"), plan.at(name + "[1]") == "changed" ? 1U : 0U);
+        return plan.at(name + "[1]");
+    };
+    EXPECT_EQ(fateOf("MinutesPerDay", "480"), "shaping");
+    EXPECT_EQ(fateOf("MinutesPerDay", "450"), "changed");
+    EXPECT_EQ(fateOf("MinutesPerDay", "0"), "shaping");
+    EXPECT_EQ(fateOf("MinutesPerDay", "-60"), "changed");  // 8 hours
+    EXPECT_EQ(fateOf("MinutesPerWeek", "2400"), "shaping");
+    EXPECT_EQ(fateOf("MinutesPerWeek", "2250"), "changed");
+    EXPECT_EQ(fateOf("MinutesPerWeek", "x"), "shaping");
+}
+
+TEST(FatesInContext, aValueThatArrivesAsAnotherIsChanged) {
+    const auto kindOf = [](const std::string& name, const std::string& value) {
+        const AccountOfPlan plan(tasksOf(taskOf(1, "<" + name + ">" + value + "</" + name + ">")));
+        const auto fate = plan.at("Tasks[1]/Task[1]/" + name + "[1]");
+        return plan.account.losses.empty() ? fate : fate + " " + std::string(plan.account.losses[0].kind);
+    };
+    EXPECT_EQ(kindOf("Start", "2012-01-11T08:30:00"), "carried");
+    EXPECT_EQ(kindOf("Start", "2012-01-31T08:30:00"), "carried");
+    EXPECT_EQ(kindOf("Start", "2012-01-11"), "carried");
+    EXPECT_EQ(kindOf("Start", "2012-01-11T08:30"), "changed odd-date");
+    EXPECT_EQ(kindOf("Finish", "2012-01-11T08:30:00.5"), "changed odd-date");
+    for (const auto* const name : {"Work", "Duration"}) {
+        for (const auto* const value : {"PT8H0M0S", "PT480M", "PT8H", "P0DT8H0M0S", "PT999999999H59M59S"}) {
+            EXPECT_EQ(kindOf(name, value), "carried") << name << ' ' << value;
+        }
+        for (const auto* const value : {"-PT5H0M0S", "P4DT1H0M0S", "PT99999999999H0M0S", "PT1H0M0.4S"}) {
+            EXPECT_EQ(kindOf(name, value), "changed odd-duration") << name << ' ' << value;
+        }
+    }
+    EXPECT_EQ(kindOf("FixedCost", "5"), "carried");
+    EXPECT_EQ(kindOf("FixedCost", "5.25"), "carried");
+    EXPECT_EQ(kindOf("FixedCost", "5.0000001"), "changed rounded-amount");
+    EXPECT_EQ(kindOf("PercentComplete", "100"), "carried");
+    EXPECT_EQ(kindOf("PercentComplete", "150"), "changed completion");
+    EXPECT_EQ(kindOf("Name", "\xC3\xA9t\xC3\xA9"), "carried");
+    EXPECT_EQ(kindOf("Name", "caf\xE9"), "changed unreadable-characters");
+    EXPECT_EQ(kindOf("Notes", "a\x01z"), "changed unreadable-characters");
+}
+
+TEST(FatesInContext, anAmountOfAResourceThatArrivesAsAnotherIsChanged) {
+    const auto kindOf = [](const std::string& name, const std::string& value) {
+        const AccountOfPlan plan("<Resources><Resource><UID>1</UID><" + name + ">" + value + "</" + name +
+                                 "></Resource></Resources>");
+        const auto fate = plan.at("Resources[1]/Resource[1]/" + name + "[1]");
+        return plan.account.losses.empty() ? fate : fate + " " + std::string(plan.account.losses[0].kind);
+    };
+    EXPECT_EQ(kindOf("CostPerUse", "333"), "carried");
+    EXPECT_EQ(kindOf("CostPerUse", "0.4"), "changed rounded-amount");
+    EXPECT_EQ(kindOf("StandardRate", "95.5"), "carried");
+    EXPECT_EQ(kindOf("StandardRate", "95,5"), "changed rounded-amount");
+    EXPECT_EQ(kindOf("MaxUnits", "0.5"), "carried");
+    EXPECT_EQ(kindOf("MaxUnits", "0.33333333"), "changed rounded-amount");
+    EXPECT_EQ(kindOf("MaxUnits", "0"), "changed resource-units");
+    EXPECT_EQ(kindOf("MaxUnits", ""), "default");
+}

@@ -53,6 +53,20 @@ TEST(MSPDIKindsTest, tellsALinkToAnEmptyRowOrTheSummaryTaskOfTheProject) {
     EXPECT_EQ(plan.at("Tasks[1]/Task[3]/PredecessorLink[2]/PredecessorUID[1]"), "changed");
 }
 
+TEST(MSPDIKindsTest, tellsAnAssignmentToAResourceThatDoesNotArrive) {
+    const auto assignment = [](const std::string& resource) {
+        return "<Assignment><TaskUID>1</TaskUID><ResourceUID>" + resource + "</ResourceUID></Assignment>";
+    };
+    const AccountOfPlan plan(tasksOf(taskOf(1)) +
+                             "<Resources><Resource><UID>0</UID></Resource><Resource><UID>2</UID></Resource></Resources>"
+                             "<Assignments>" +
+                             assignment("0") + assignment("2") + assignment("3") + "</Assignments>");
+    EXPECT_EQ(plan.count("dropped-assignment"), 2U);
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[1]/ResourceUID[1]"), "changed");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[2]/ResourceUID[1]"), "carried");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[3]/ResourceUID[1]"), "changed");
+}
+
 TEST(MSPDIKindsTest, namesEachElementOfALossOnceHoweverManyOfItsLeavesAreLost) {
     const AccountOfPlan plan(
         "<Resources><Resource><UID>1</UID><Rates><Rate><RateTable>1</RateTable><StandardRate>5</"

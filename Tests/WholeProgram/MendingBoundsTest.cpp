@@ -63,6 +63,12 @@ TEST(MendingBounds, timeGrowsWithTheSizeOfABrokenPlan) {
         {"end tags in a long name", {{"<"}, {"n", Many}, {">"}, {"</b>", Many}}, false},
         {"end tags of nothing", {{"</b>", Many}}, true},
         {"bare ampersands", {{"&", 5 * Many}}, true},
+        {"elements of many names", {{"&"}, {"<a#/>", Many}}, false},
+        {"prefixes of many names", {{"&"}, {"<a#:x/>", Many}}, false},
+        {"attributes of many names", {{"&"}, {"<a b#=\"\"/>", Many}}, false},
+        {"namespaces of many names", {{"&"}, {"<a xmlns:b#=\"c#\"/>", Many}}, false},
+        {"instructions of many names", {{"&"}, {"<?a# ?>", Many}}, false},
+        {"unfinished tags of many names", {{"&"}, {"<a# ", Many}}, false},
     };
     for (const auto& [name, markup, isMended] : cases) {
         SCOPED_TRACE(name);

@@ -18,6 +18,7 @@ namespace {
 // Two settings take two lines; what is larger or deeper than this is something else.
 constexpr std::size_t largestSize = 1024 * 1024;
 constexpr std::size_t deepestLevel = 16;
+constexpr int mostWarnings = 10;  // of a file that is about something else
 
 void logUnreadable(MSPCLog& log, const std::string& path, std::size_t line, std::string_view description) {
     log.log("WARNING: Settings file could not be read: '{}' line {}: {}", path, line, description);
@@ -102,10 +103,11 @@ MSPCSettingsFile::MSPCSettingsFile(const std::string& settingsFolder, std::strin
         return;
     }
     const auto path = pathByAppendingComponent(settingsFolder, pathByAppendingExtension(domain, "toml"));
+    int warnings = 0;
     for (const auto& [key, node] : parsedTable(path, log)) {
         if (const auto value = booleanValue(node)) {
             _values.emplace(key.str(), *value);
-        } else {
+        } else if (++warnings <= mostWarnings) {
             log.log("WARNING: Setting '{}' in '{}' is not a boolean.", key.str(), path);
         }
     }

@@ -1,6 +1,7 @@
 #include "MSPCXMLRepair.h"
 
 #include <libxml/SAX2.h>
+#include <libxml/dict.h>
 #include <libxml/hash.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
@@ -50,6 +51,10 @@ struct Report {
 constexpr int MostAttributesOfATag = 1'000;
 constexpr int MostOpenNamespaces = 1'000;
 constexpr std::size_t LongestName = 1'000;  // each error about an element copies its name
+// Of elements, attributes and namespaces: the parser's table of them stops growing at some hundreds, and then looks
+// through ever longer chains.
+constexpr int MostDistinctNames = 10'000;
+constexpr int MostInstructions = 10'000;  // their names stand there, too, and nobody is told of those behind an error
 // Where entities can make markup that is not seen in the bytes, only this many of them may be about that.
 constexpr std::ptrdiff_t MostBytesOfDeclarations = 64 * 1'024;
 // As the parser bounds what other entities make.
@@ -103,12 +108,24 @@ std::string withoutLineEnd(const char* message) {
     return text;
 }
 
+void stop(xmlParserCtxt& parser) {
+    static_cast<Report*>(parser._private)->hasFlood = true;
+    xmlStopParser(&parser);
+}
+
+void stopAtTooManyNames(xmlParserCtxt& parser) {
+    if (parser.nsNr > 2 * MostOpenNamespaces || xmlDictSize(parser.dict) > MostDistinctNames) {  // two entries for each
+        stop(parser);
+    }
+}
+
 void noteError(void* context, xmlErrorPtr error) {
     auto* parser = static_cast<xmlParserCtxt*>(context);
     auto* report = static_cast<Report*>(parser->_private);
     if (report == nullptr) {
         return;
     }
+    stopAtTooManyNames(*parser);
     // A single text beyond the parser's measure, which it says like this.
     report->hasFlood = report->hasFlood || (error->code == XML_ERR_NO_MEMORY && report->entityText > 0);
     if (error->level < (report->isStrict ? XML_ERR_ERROR : XML_ERR_FATAL)) {
@@ -124,11 +141,6 @@ void noteError(void* context, xmlErrorPtr error) {
         parser->disableSAX = 1;
         parser->instate = XML_PARSER_EOF;
     }
-}
-
-void stop(xmlParserCtxt& parser) {
-    static_cast<Report*>(parser._private)->hasFlood = true;
-    xmlStopParser(&parser);
 }
 
 // How many quoted texts stand between a "<" and the end of what it may begin.
@@ -153,8 +165,9 @@ bool isPassedOver(std::string_view section) {
 // The parser sees at most as many attributes as there are quoted texts: to it a tag ends before the next "<" in any
 // case. What only looks like a tag within a comment or CDATA section does not count, unless a document type may have
 // the parser see sections elsewhere than we do.
-bool holdsMonstrousTag(std::string_view bytes) {
+bool holdsMonstrousMarkup(std::string_view bytes) {
     bool mayHoldSections = bytes.find("<!DOCTYPE") == std::string_view::npos;
+    int instructions = 0;
     for (auto start = bytes.find('<'); start != std::string_view::npos;) {
         const auto sectionEnd = mayHoldSections ? endOfSection(bytes, start) : start;
         if (sectionEnd == bytes.size()) {
@@ -165,6 +178,9 @@ bool holdsMonstrousTag(std::string_view bytes) {
         }
         const auto next = bytes.find('<', start + 1);
         const auto tag = bytes.substr(start, next == std::string_view::npos ? next : next - start);
+        if (tag.starts_with("<?") && ++instructions > MostInstructions) {
+            return true;
+        }
         const bool mayStartElement = tag.find_first_of("!?/") != 1;
         const auto nameSize = std::min(tag.find_first_of(" \t\r\n/>"), tag.size());
         if (mayStartElement && (quotedTextsOf(tag) > MostAttributesOfATag || nameSize > LongestName)) {
@@ -178,8 +194,8 @@ bool holdsMonstrousTag(std::string_view bytes) {
 void startElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* /*uri*/, int namespaceCount,
                   const xmlChar** namespaces, int attributeCount, int defaultedCount, const xmlChar** attributes) {
     auto& parser = *static_cast<xmlParserCtxt*>(context);
-    if (parser.nsNr > 2 * MostOpenNamespaces) {  // two entries for each
-        stop(parser);
+    stopAtTooManyNames(parser);
+    if (parser.instate == XML_PARSER_EOF) {
         return;
     }
     // With the URI of a prefix the tree would be searched upwards for it each time. Without, prefix and name become one
@@ -248,12 +264,7 @@ void useForErrorsOnly(xmlSAXHandler& sax) {
     sax = {};
     sax.initialized = XML_SAX2_MAGIC;
     sax.startElementNs = [](void* context, const xmlChar*, const xmlChar*, const xmlChar*, int, const xmlChar**, int,
-                            int, const xmlChar**) {
-        auto& parser = *static_cast<xmlParserCtxt*>(context);
-        if (parser.nsNr > 2 * MostOpenNamespaces) {
-            stop(parser);
-        }
-    };
+                            int, const xmlChar**) { stopAtTooManyNames(*static_cast<xmlParserCtxt*>(context)); };
     sax.serror = noteError;
 }
 
@@ -268,7 +279,7 @@ void useForTree(xmlSAXHandler& sax) {
 // Without a tree for a report that is strict.
 DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
     ParserPtr parser(xmlNewParserCtxt());
-    if (!parser || bytes.size() > INT_MAX || holdsMonstrousTag(bytes)) {
+    if (!parser || bytes.size() > INT_MAX || holdsMonstrousMarkup(bytes)) {
         report.hasFlood = true;
         return nullptr;
     }
@@ -343,7 +354,7 @@ std::optional<MSPCXMLRepair> firstErrorInXML(std::string_view bytes) {
     report.isStrict = true;
     static_cast<void>(parsed(bytes, optionsFor(false), report));
     if (report.hasFlood && !report.firstError) {
-        report.firstError = MSPCXMLRepair{0, "beyond measure: too many attributes or namespaces, or too large"};
+        report.firstError = MSPCXMLRepair{0, "beyond measure: too many attributes, namespaces or names, or too large"};
     }
     return std::move(report.firstError);
 }

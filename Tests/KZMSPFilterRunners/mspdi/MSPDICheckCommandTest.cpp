@@ -60,7 +60,7 @@ TEST_F(CheckCommandTest, isContentWithNotes) {
 TEST_F(CheckCommandTest, tellsOnlyTheFirstOnesOfARule) {
     std::string assignments;
     for (int i = 0; i < 25; ++i) {
-        assignments += "<assignment idref='r7'/>";
+        assignments += "<assignment idref='r" + std::to_string(i + 7) + "'/>";
     }
     addDocument("Many.kdzx", "</task>", assignments + "</task>");
     EXPECT_EQ(run({"check", "Many.kdzx"}), 1);
@@ -96,9 +96,16 @@ TEST_F(CheckCommandTest, tellsInOneLineWhatItCouldNotLookAt) {
     for (const auto& [file, reason] : {std::pair<std::string, std::string>("None.kdzx", "no such file"),
                                        {"Plan.xml", "no document: a file instead of a folder"},
                                        {"Empty", "no bundle: it holds no __TOC.xml"}}) {
-        EXPECT_EQ(run({"check", "--json", file}), 2);
+        EXPECT_EQ(run({"check", file}), 2);
         EXPECT_EQ(out.str(), "");
         EXPECT_EQ(err.str(), "mspdi: " + file + ": " + reason + "\n");
+        EXPECT_EQ(run({"check", "--json", file}), 2);
+        EXPECT_EQ(told()["documents"][0]["document"], file);
+        EXPECT_EQ(told()["documents"][0]["obstacle"], reason);
+        EXPECT_EQ(told()["documents"][0]["sound"], nullptr);
+        EXPECT_EQ(err.str(), "mspdi: " + file + ": " + reason + "\n");
+        EXPECT_EQ(run({"check", "--json", "--quiet", file}), 2);
+        EXPECT_EQ(out.str(), "");
     }
 }
 
@@ -106,6 +113,19 @@ TEST_F(CheckCommandTest, looksAtTheOthersAllTheSame) {
     EXPECT_EQ(run({"check", "None.kdzx", "Broken.kdzx", "Sound.kdzx"}), 2);
     EXPECT_THAT(out.str(), HasSubstr("Broken.kdzx: not sound"));
     EXPECT_THAT(out.str(), EndsWith("Sound.kdzx: sound\n"));
+    EXPECT_THAT(out.str(), Not(HasSubstr("None.kdzx")));
+}
+
+TEST_F(CheckCommandTest, namesTheTaskOfAFinding) {
+    addDocument("Named.kdzx", "</task>",
+                "</task><task id='t1'><type>task</type><title>Paint&#xA;it</title><effort>much</effort></task>");
+    EXPECT_EQ(run({"check", "Named.kdzx"}), 1);
+    EXPECT_THAT(out.str(),
+                HasSubstr(": scenario/task[@id='t1']/effort (\"Paint\\nit\"): 'much' is no number [number]\n"));
+    EXPECT_EQ(run({"check", "--json", "Named.kdzx"}), 1);
+    EXPECT_EQ(told()["documents"][0]["findings"][0]["name"], "Paint\nit");
+    EXPECT_EQ(run({"check", "--json", "Broken.kdzx"}), 1);
+    EXPECT_EQ(told()["documents"][0]["findings"][0]["name"], "");
 }
 
 TEST_F(CheckCommandTest, onlyReads) {

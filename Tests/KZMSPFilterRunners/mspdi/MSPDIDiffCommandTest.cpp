@@ -85,6 +85,55 @@ TEST_F(DiffCommandTest, comparesTheScenarioThatIsAskedFor) {
     EXPECT_EQ(err.str(), "mspdi: Old.xml: it has no scenario 'Baseline3'\n");
 }
 
+TEST_F(DiffCommandTest, needsTheNameOfTheScenario) {
+    for (const auto& arguments : {std::vector<std::string>{"diff", "--scenario", "", "Old.xml", "New.xml"},
+                                  {"diff", "--scenario=", "Old.xml", "New.xml"},
+                                  {"diff", "Old.xml", "New.xml", "--scenario"}}) {
+        EXPECT_EQ(run(arguments), 2);
+        EXPECT_EQ(out.str(), "");
+        EXPECT_THAT(err.str(), HasSubstr("--scenario"));
+    }
+    EXPECT_EQ(run({"diff", "--scenario=Actual", "Old.xml", "New.xml"}), 1);
+}
+
+TEST_F(DiffCommandTest, tellsWhichOtherScenariosDiffer) {
+    const auto baseline = [](const std::string& start) {
+        return "<Name>Paint</Name><Start>2026-05-04T08:00:00</Start><Baseline><Number>1</Number><Start>" + start +
+               "</Start><Finish>2026-05-12T17:00:00</Finish><Work>PT8H0M0S</Work></Baseline>";
+    };
+    addPlan("OldBaseline.xml", baseline("2026-05-04T08:00:00"));
+    addPlan("NewBaseline.xml", baseline("2026-05-05T08:00:00"));
+    for (const std::string extension : {".xml", ".kdzx"}) {
+        EXPECT_EQ(run({"diff", "OldBaseline" + extension, "NewBaseline" + extension}), 1);
+        EXPECT_THAT(out.str(),
+                    StartsWith("Project: the scenario \"Baseline1\" differs, 1 difference: --scenario Baseline1 "
+                               "tells\n"));
+        EXPECT_EQ(err.str(), "");
+    }
+    EXPECT_EQ(run({"diff", "--json", "OldBaseline.xml", "NewBaseline.xml"}), 1);
+    EXPECT_EQ(told()["differences"][0]["kind"], "scenario");
+    EXPECT_EQ(told()["differences"][0]["subject"], "scenario");
+    EXPECT_EQ(run({"diff", "--scenario", "Actual", "OldBaseline.xml", "NewBaseline.xml"}), 0);
+    EXPECT_EQ(run({"diff", "--scenario", "Baseline1", "OldBaseline.xml", "NewBaseline.xml"}), 1);
+    EXPECT_EQ(run({"diff", "OldBaseline.xml", "OldBaseline.kdzx"}), 0);
+
+    world.machine.addFile("/home/me/NewBaseline.kdzx/Baseline1.xml", "<scenario");
+    EXPECT_EQ(run({"diff", "OldBaseline.xml", "NewBaseline.kdzx"}), 2);
+    EXPECT_THAT(err.str(), StartsWith("mspdi: NewBaseline.kdzx: Baseline1.xml: line 1: "));
+    EXPECT_EQ(run({"diff", "--scenario", "Actual", "OldBaseline.xml", "NewBaseline.kdzx"}), 0);
+}
+
+// The plan of the new week lost its end: what was mended may differ for that reason alone.
+TEST_F(DiffCommandTest, tellsThatAPlanWasDamaged) {
+    const auto whole = world.machine.contents("/home/me/Old.xml");
+    world.machine.addFile("/home/me/Cut.xml", whole.substr(0, whole.find("</Tasks>")));
+    run({"diff", "Old.xml", "Cut.xml"});
+    EXPECT_THAT(err.str(), StartsWith("mspdi: Cut.xml: Repaired malformed XML in '/home/me/Cut.xml' at line "));
+    EXPECT_EQ(err.str().find('\n'), err.str().size() - 1);
+    run({"diff", "--quiet", "Old.xml", "Cut.xml"});
+    EXPECT_EQ(err.str(), "");
+}
+
 TEST_F(DiffCommandTest, showsNothingThatDrivesATerminal) {
     EXPECT_EQ(run({"diff", "Old.xml", "Odd.xml"}), 1);
     EXPECT_EQ(out.str(), "a\\u009b31m\\u202e (t12): renamed, was \"Paint\"\nOld.xml -> Odd.xml: 1 difference\n");

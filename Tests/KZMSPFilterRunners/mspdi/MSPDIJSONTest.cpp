@@ -44,3 +44,36 @@ TEST(MSPDIJSONTest, isTheSameTextToWhoReadsIt) {
 TEST(MSPDIJSONTest, hasReplacementsForBytesThatAreNoUTF8) {
     EXPECT_EQ(written(JSON("a\xFF")), "\"a\xEF\xBF\xBD\"\n");
 }
+
+TEST(MSPDIJSONTest, writesBitByBitWhatItWritesAtOnce) {
+    std::ostringstream out;
+    MSPDIJSONWriter writer(out);
+    writer.beginObject();
+    writer.key("a\x7F");
+    writer.text("\xC2\x9B\"\\");
+    writer.key("none");
+    writer.beginArray();
+    writer.endArray();
+    writer.key("some");
+    writer.beginArray();
+    writer.value(nullptr);
+    writer.value(JSON{{"b", 1}, {"c", JSON::object()}});
+    writer.beginObject();
+    writer.endObject();
+    writer.endArray();
+    writer.endObject();
+    EXPECT_EQ(out.str(),
+              "{\n"
+              "  \"a\\u007f\": \"\\u009b\\\"\\\\\",\n"
+              "  \"none\": [],\n"
+              "  \"some\": [\n"
+              "    null,\n"
+              "    {\n"
+              "      \"b\": 1,\n"
+              "      \"c\": {}\n"
+              "    },\n"
+              "    {}\n"
+              "  ]\n"
+              "}");
+    EXPECT_EQ(written(JSON::parse(out.str())), out.str() + "\n");
+}

@@ -35,9 +35,9 @@ TEST_F(LossesCommandTest, tellsKindsWithTheirFirstPlaces) {
     EXPECT_EQ(run({"losses", "Lossy.xml"}), 1);
     EXPECT_EQ(out.str(),
               "4 x deadline: deadlines\n"
-              "    Paint (UID 1): 2012-02-01T17:00:00  /Project/Tasks[1]/Task[1]/Deadline[1]\n"
-              "    Paint (UID 2): 2012-02-01T17:00:00  /Project/Tasks[1]/Task[2]/Deadline[1]\n"
-              "    Paint (UID 3): 2012-02-01T17:00:00  /Project/Tasks[1]/Task[3]/Deadline[1]\n"
+              "    Paint (UID 1): Wed 1 Feb 2012 17:00  /Project/Tasks[1]/Task[1]/Deadline[1]\n"
+              "    Paint (UID 2): Wed 1 Feb 2012 17:00  /Project/Tasks[1]/Task[2]/Deadline[1]\n"
+              "    Paint (UID 3): Wed 1 Feb 2012 17:00  /Project/Tasks[1]/Task[3]/Deadline[1]\n"
               "    ... and 1 more (--all shows them)\n"
               "Lossy.xml: 20 leaves, 5 carried, 0 changed, 10 shaping, 1 default, 0 derived, 4 lost\n");
     EXPECT_EQ(err.str(), "");
@@ -53,7 +53,7 @@ TEST_F(LossesCommandTest, showsANumberAloneWhereThereIsNoName) {
         "/home/me/Nameless.xml",
         planOf("<Tasks><Task><UID>7</UID><OutlineLevel>1</OutlineLevel><Manual>1</Manual></Task></Tasks>"));
     EXPECT_EQ(run({"losses", "Nameless.xml"}), 1);
-    EXPECT_THAT(out.str(), HasSubstr("\n    UID 7: 1  /Project/Tasks[1]/Task[1]/Manual[1]\n"));
+    EXPECT_THAT(out.str(), HasSubstr("\n    (no name) (UID 7): 1  /Project/Tasks[1]/Task[1]/Manual[1]\n"));
 }
 
 TEST_F(LossesCommandTest, showsEveryPlaceWithAll) {
@@ -159,4 +159,67 @@ TEST_F(LossesCommandTest, givesTheFateOfAProjectWithoutAnything) {
     EXPECT_EQ(run({"losses", "--all", "--json", "Empty.xml"}), 1);
     EXPECT_EQ(told()["leaves"]["total"], 1);
     EXPECT_EQ(told()["fates"].dump(), R"({"/Project":"default"})");
+}
+
+TEST_F(LossesCommandTest, tellsValuesInWords) {
+    const auto link = [](const std::string& lag, const std::string& format) {
+        return "<PredecessorLink><PredecessorUID>1</PredecessorUID><LinkLag>" + lag + "</LinkLag><LagFormat>" + format +
+               "</LagFormat></PredecessorLink>";
+    };
+    world.machine.addFile(
+        "/home/me/Words.xml",
+        planOf("<Tasks><Task><UID>1</UID><Name>Dig</Name><OutlineLevel>1</OutlineLevel></Task>"
+               "<Task><UID>2</UID><Name>Paint</Name><OutlineLevel>1</OutlineLevel>"
+               "<ConstraintType>6</ConstraintType><CalendarUID>3</CalendarUID><Duration>PT40H0M0S</"
+               "Duration><Work>PT8H0M0S</Work>" +
+               link("9600", "7") + link("-600", "5") + link("50", "19") +
+               "<PredecessorLink><PredecessorUID>9</PredecessorUID></PredecessorLink>"
+               "</Task></Tasks><Resources><Resource><UID>1</UID></Resource></Resources><Assignments><Assignment>"
+               "<TaskUID>2</TaskUID><ResourceUID>1</ResourceUID><Units>0.5</Units></Assignment></Assignments>"));
+    EXPECT_EQ(run({"losses", "Words.xml"}), 1);
+    for (const auto* const words : {"16 hours  /Project/Tasks[1]/Task[2]/PredecessorLink[1]/LinkLag[1]\n",
+                                    "-1 hour  /Project/Tasks[1]/Task[2]/PredecessorLink[2]/LinkLag[1]\n",
+                                    "50%  /Project/Tasks[1]/Task[2]/PredecessorLink[3]/LinkLag[1]\n",
+                                    "finish no earlier than  /Project/Tasks[1]/Task[2]/ConstraintType[1]\n",
+                                    "calendar 3  /Project/Tasks[1]/Task[2]/CalendarUID[1]\n",
+                                    "task 9  /Project/Tasks[1]/Task[2]/PredecessorLink[4]/PredecessorUID[1]\n",
+                                    "40 hours  /Project/Tasks[1]/Task[2]/Duration[1]\n",
+                                    "50%  /Project/Assignments[1]/Assignment[1]/Units[1]\n"}) {
+        EXPECT_THAT(out.str(), HasSubstr(": " + std::string(words)));
+    }
+    EXPECT_EQ(run({"losses", "--json", "Words.xml"}), 1);
+    EXPECT_EQ(told()["losses"][0]["where"][0]["value"], "9600");
+    EXPECT_EQ(told()["losses"][0]["where"][0]["words"], "16 hours");
+}
+
+// What is odd about a value is to be seen; and nothing in it drives a terminal.
+TEST_F(LossesCommandTest, showsOddValuesAsTheyAre) {
+    world.machine.addFile("/home/me/Odd.xml",
+                          planOf("<Tasks><Task><UID>1</UID><OutlineLevel>1</OutlineLevel><Work>-PT5H0M0S</Work>"
+                                 "<Deadline>2012-02-01</Deadline></Task></Tasks><Resources><Resource><UID>1</UID>"
+                                 "</Resource></Resources><Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>1"
+                                 "</ResourceUID><Units>5&#x9B;</Units></Assignment></Assignments>"));
+    EXPECT_EQ(run({"losses", "Odd.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr(": -PT5H0M0S  /Project/"));
+    EXPECT_THAT(out.str(), HasSubstr(": 2012-02-01  /Project/"));
+    EXPECT_THAT(out.str(), HasSubstr(": 5\\u009b  /Project/"));
+}
+
+TEST_F(LossesCommandTest, cutsLongPathsInTheirMiddle) {
+    const std::string name(300, 'a');
+    world.machine.addFile("/home/me/Long.xml", planOf("<" + name + ">1</" + name + ">"));
+    EXPECT_EQ(run({"losses", "Long.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr("  /Project/" + std::string(91, 'a') + "..." + std::string(97, 'a') + "[1]\n"));
+}
+
+TEST_F(LossesCommandTest, tellsAllThatWasMended) {
+    world.machine.addFile("/home/me/Damaged.xml", planOf("<Title>a & b</Title>"));
+    EXPECT_EQ(run({"losses", "Damaged.xml"}), 1);
+    EXPECT_EQ(out.str().find("...  /Project"), std::string::npos) << out.str();
+}
+
+TEST_F(LossesCommandTest, explainsARefusal) {
+    world.machine.addFile("/home/me/NoTasks.xml", planOf("<Tasks><Task><UID>0</UID></Task></Tasks>"));
+    EXPECT_EQ(run({"losses", "NoTasks.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr(" - nearly always a plan without tasks of its own\n\n"));
 }

@@ -59,6 +59,12 @@ TEST_F(ProgramTest, failsWhenTheResultCannotBeWritten) {
     }
 }
 
+TEST_F(ProgramTest, tellsNothingWhenItsReaderHasLeft) {
+    out.setstate(std::ios::badbit);
+    EXPECT_EQ(MSPDIProgram({"--help"}, world.services, {out, err, false, [] { return true; }}), 2);
+    EXPECT_EQ(err.str(), "");
+}
+
 TEST_F(ProgramTest, showsNoControlCharactersOfWrongArguments) {
     EXPECT_EQ(run({"losses", "--\x1B[31m"}), 2);
     EXPECT_EQ(err.str().find('\x1B'), std::string::npos) << err.str();

@@ -123,6 +123,25 @@ TEST_F(MSPCSettingsFileTest, leavesOutWhatIsNoBoolean) {
                                       "WARNING: Setting 'c' in '" + path() + "' is not a boolean."}));
 }
 
+TEST_F(MSPCSettingsFileTest, takesNumbersAsBooleans) {
+    const auto read = settings("a = 1\nb = 0\nc = -2\n");
+    EXPECT_EQ(read.boolForKey("a"), true);
+    EXPECT_EQ(read.boolForKey("b"), false);
+    EXPECT_EQ(read.boolForKey("c"), true);
+    EXPECT_EQ(log.takeLines(), Lines{});
+}
+
+TEST_F(MSPCSettingsFileTest, warnsTenTimesAtMost) {
+    std::string text;
+    for (int i = 100; i < 1'000; ++i) {
+        text += "[table" + std::to_string(i) + "]\n";
+    }
+    const auto read = settings(text);
+    const auto lines = log.takeLines();
+    ASSERT_EQ(lines.size(), 10U);
+    EXPECT_EQ(lines.front(), "WARNING: Setting 'table100' in '" + path() + "' is not a boolean.");
+}
+
 TEST(MSPCSettingsFolder, isTheConfiguredOneOrThatOfTheHomeFolder) {
     EXPECT_EQ(MSPCSettingsFolder("/cfg", "/home/mara"), "/cfg");
     EXPECT_EQ(MSPCSettingsFolder(nullptr, "/home/mara"), "/home/mara/.config");

@@ -1,5 +1,6 @@
 #include "MSPIBaselineNumbers.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -9,19 +10,19 @@
 namespace {
 
 std::optional<std::size_t> numberOf(const std::string& numbers) {
-    const auto document = xmlDocument("<Baseline>" + numbers + "</Baseline>");
+    const auto document = xmlDocument(fmt::format("<Baseline>{}</Baseline>", numbers));
     return MSPIBaselineNumber(document.root());
 }
 
 // "0=a 3=b": the values of the baselines that count.
 std::string countingOf(const std::string& content) {
-    const auto document = xmlDocument("<Task>" + content + "</Task>");
+    const auto document = xmlDocument(fmt::format("<Task>{}</Task>", content));
     std::string shown;
     std::size_t number = 0;
     for (const auto& baseline : MSPILastBaselines(document.root().firstChildElement("Baseline"))) {
         if (baseline) {
-            shown += (shown.empty() ? "" : " ") + std::to_string(number) + "=" +
-                     baseline.firstChildElement("Work").stringValue();
+            shown += fmt::format("{}{}={}", shown.empty() ? "" : " ", number,
+                                 baseline.firstChildElement("Work").stringValue());
         }
         ++number;
     }
@@ -29,7 +30,7 @@ std::string countingOf(const std::string& content) {
 }
 
 std::string baseline(const std::string& numbers, const std::string& work) {
-    return "<Baseline>" + numbers + "<Work>" + work + "</Work></Baseline>";
+    return fmt::format("<Baseline>{}<Work>{}</Work></Baseline>", numbers, work);
 }
 
 }  // namespace
@@ -40,7 +41,7 @@ TEST(MSPIBaselineNumbers, areReadAsXPathReadsNumbers) {
     EXPECT_EQ(numberOf("<Number>-0</Number>"), 0U);
     EXPECT_EQ(numberOf("<Number>3.0</Number>"), 3U);
     for (const auto* text : {"", "11", "-1", "1.5", "10.5", "0.5", "3h", "1e0", "+1", "99999999999999999999"}) {
-        EXPECT_EQ(numberOf("<Number>" + std::string(text) + "</Number>"), std::nullopt) << text;
+        EXPECT_EQ(numberOf(fmt::format("<Number>{}</Number>", text)), std::nullopt) << text;
     }
     EXPECT_EQ(numberOf(""), std::nullopt);
     EXPECT_EQ(MSPIBaselineNumber({}), std::nullopt);

@@ -1,0 +1,150 @@
+#include "MSPDIValueWords.h"
+
+#include <algorithm>
+#include <array>
+
+#include "KZDXDateTime.h"
+#include "KZDXWords.h"
+#include "MSPCException.h"
+#include "MSPCMessage.h"
+#include "MSPCTextScanner.h"
+#include "MSPIUtilities.h"
+
+namespace {
+
+constexpr std::size_t longestValue = 100;
+constexpr std::size_t longestPath = 200;
+
+// The end of the whole characters within the first `size` bytes.
+std::size_t wholeCharacters(std::string_view text, std::size_t size) {
+    auto end = std::min(text.size(), size);
+    while (end < text.size() && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
+        --end;
+    }
+    return end;
+}
+
+std::string_view elementOf(std::string_view path) {
+    const auto name = path.substr(path.rfind('/') + 1);
+    return name.substr(0, name.find('['));
+}
+
+constexpr std::array<std::string_view, 8> constraints = {
+    "as soon as possible",   "as late as possible", "must start on",          "must finish on",
+    "start no earlier than", "start no later than", "finish no earlier than", "finish no later than"};
+
+std::string constraintInWords(std::string_view value) {
+    const auto type = scanInteger64(value).value_or(-1);
+    const bool isKnown = type >= 0 && type < static_cast<std::int64_t>(constraints.size());
+    return isKnown ? std::string(constraints[static_cast<std::size_t>(type)]) : std::string();
+}
+
+// Only the one form of durations and dates that is written; what is odd about another is to be seen.
+std::string durationInWords(std::string_view value) {
+    const auto end = value.find_first_not_of("0123456789HMS", 2);
+    if (!value.starts_with("PT") || end != std::string_view::npos) {
+        return {};
+    }
+    try {
+        return KZDXShownWork(static_cast<double>(MSPIUtilities::mspdiDurationInSecs(value)));
+    } catch (const MSPCException&) {
+        return {};
+    }
+}
+
+std::string dateInWords(std::string_view value) {
+    const auto date = KZDXDateTimeFrom(std::string(value) + "Z");
+    return date ? KZDXShownDate(*date, true) : std::string();
+}
+
+// Lags are tenths of a minute, or percent.
+std::string lagInWords(std::string_view value, std::string_view format) {
+    const auto number = scanInteger64(value);
+    const auto unit = scanInteger64(format).value_or(0);
+    if (!number) {
+        return {};
+    }
+    const bool isPercentage = unit == 19 || unit == 20 || unit == 51 || unit == 52;
+    if (isPercentage) {
+        return std::to_string(*number) + "%";
+    }
+    const auto seconds = MSPIUtilities::mspdiToMppLinkLag(value);
+    return (seconds < 0 ? "-" : "") + KZDXShownWork(seconds < 0 ? -seconds : seconds);
+}
+
+// Whose number it is.
+std::string numberInWords(std::string_view element, std::string_view value) {
+    if (!scanInteger64(value)) {
+        return {};
+    }
+    const auto number = " " + std::string(value);
+    return element == "PredecessorUID" ? "task" + number
+           : element == "ResourceUID"  ? "resource" + number
+           : element == "CalendarUID"  ? "calendar" + number
+                                       : std::string();
+}
+
+std::string inWords(const MSPDIPlace& place) {
+    const auto element = elementOf(place.path);
+    if (element == "LinkLag") {
+        return lagInWords(place.value, place.unit);
+    }
+    if (element == "ConstraintType") {
+        return constraintInWords(place.value);
+    }
+    if (element == "Units") {  // only those of people's assignments are lost
+        return scanDouble(place.value) ? KZDXShownPercentage(place.value) : std::string();
+    }
+    if (auto words = numberInWords(element, place.value); !words.empty()) {
+        return words;
+    }
+    auto words = durationInWords(place.value);
+    return words.empty() ? dateInWords(place.value) : words;
+}
+
+struct Explanation {
+    std::string_view beginning;
+    std::string_view words;
+};
+
+constexpr Explanation explanations[] = {
+    {"This does not seem like a MS Project root task", "nearly always a plan without tasks of its own"},
+    {"Parent task was not assigned a type.", "interrupted work on a summary task"},
+    {"MS Project 'Standard' Calendar not found.", "the plan needs a base calendar named Standard"},
+    {"Invalid value of 'Type' in 'Resource': '2'.",
+     "a cost resource: make it a work or material resource in Microsoft Project and save the plan again"},
+};
+
+}  // namespace
+
+std::string MSPDIShownValue(std::string_view text) {
+    const auto end = wholeCharacters(text, longestValue);
+    return std::string(MSPCShownText(text.substr(0, end)).view()) + (end < text.size() ? "..." : "");
+}
+
+std::string MSPDIShownPath(std::string_view path) {
+    if (path.size() <= longestPath) {
+        return std::string(MSPCShownText(path).view());
+    }
+    auto rest = path.size() - longestPath / 2;
+    while (rest < path.size() && (static_cast<unsigned char>(path[rest]) & 0xC0U) == 0x80U) {
+        ++rest;
+    }
+    const auto beginning = path.substr(0, wholeCharacters(path, longestPath / 2));
+    return std::string(MSPCShownText(beginning).view()) + "..." + std::string(MSPCShownText(path.substr(rest)).view());
+}
+
+std::string MSPDIValueInWords(const MSPDIPlace& place) {
+    const auto words = inWords(place);
+    return MSPDIShownValue(words.empty() ? place.value : words);
+}
+
+std::string MSPDIRefusalInWords(const MSPDIRefusal& refusal) {
+    if (refusal.reason.empty()) {
+        return "often interrupted work of several people that overlaps at a time without working time";
+    }
+    const auto* const found =
+        std::find_if(std::begin(explanations), std::end(explanations),
+                     [&](const Explanation& one) { return refusal.reason.starts_with(one.beginning); });
+    return found == std::end(explanations) ? std::string() : std::string(found->words);
+}
