@@ -47,7 +47,7 @@ int main(int argumentCount, char** arguments) {
     const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource, progress};
     const bool isColored =
         MSPCIsStandardOutputTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
-    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services,
-                        {std::cout, std::cerr, isColored, MSPCIsReaderOfStandardOutputGone,
-                         installedTemplate(fileSystem)});
+    return MSPDIProgram(
+        {arguments + 1, arguments + argumentCount}, services,
+        {std::cout, std::cerr, isColored, MSPCIsReaderOfStandardOutputGone, installedTemplate(fileSystem)});
 }
