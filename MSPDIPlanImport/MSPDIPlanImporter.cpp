@@ -173,10 +173,38 @@ MSPIImportInfo MSPDIPlanImporter::infoFor(const std::string& path, const MSPCURL
     return info;
 }
 
-// The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory.
+// The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory. Mends
+// only what is refused, unless all is to be mended; most plans need no more than one import then.
 void MSPDIPlanImporter::importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result) {
-    auto bytes = _services.fileSystem.openFile(path) ? std::nullopt : _services.fileSystem.readFile(path);
-    importOnce(folder, path, std::move(bytes), result);
+    const auto bytes = _services.fileSystem.openFile(path) ? std::nullopt : _services.fileSystem.readFile(path);
+    const bool isMendedFirst = _options.mending == MSPDIMending::All;
+    auto mended = isMendedFirst ? mendedBytes(path, bytes, result) : std::nullopt;
+    importOnce(folder, path, mended ? std::move(mended) : bytes, result);
+    const bool isRefused = result.verdict == MSPDIVerdict::Refused || result.verdict == MSPDIVerdict::Unreadable;
+    if (isMendedFirst || !isRefused || (_options.mending == MSPDIMending::None && !_options.tellsMending)) {
+        return;
+    }
+    mended = mendedBytes(path, bytes, result);
+    if (mended && _options.mending == MSPDIMending::OfRefused) {
+        importOnce(folder, path, std::move(mended), result);
+    }
+}
+
+// The plan as mending makes it; none where nothing was to be done, or it does not help.
+std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& path, std::optional<std::string> bytes,
+                                                          MSPDIImportedPlan& result) const {
+    if (!bytes) {
+        bytes = _services.fileSystem.readFile(path);
+    }
+    if (!bytes) {
+        return std::nullopt;
+    }
+    MSPDIMendOptions options;
+    options.isAll = _options.mending == MSPDIMending::All;
+    auto mended = MSPDIMendPlan(lastPathComponent(path), *bytes, _services, options);
+    result.mending = std::move(mended.steps);
+    result.mendingObstacle = std::move(mended.obstacle);
+    return mended.verdict == MSPDIMendVerdict::Mended ? std::optional(std::move(mended.bytes)) : std::nullopt;
 }
 
 void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string& path, std::optional<std::string> bytes,
@@ -198,6 +226,9 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
                              counted(std::move(mapScenario), result.counts));
     const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
     result.warnings = inWords(log.warnings());
+    result.verdict = MSPDIVerdict::Imported;
+    result.reason.clear();
+    result.refusal.reset();
     if (!isImported) {
         result.counts = {};
         result.refusal = log.refusal();

@@ -12,10 +12,18 @@
 #include "MSPCURL.h"
 #include "MSPDIAccount.h"
 #include "MSPDIDocumentCounts.h"
+#include "MSPDIMend.h"
 #include "MSPDIRefusal.h"
 #include "MSPIImportInfo.h"
 
 class MSPDIMemoryFileSystem;
+
+// What is done to plans before they are imported, in memory; the plans themselves stay as they are.
+enum class MSPDIMending : std::uint8_t {
+    None,
+    OfRefused,  // those that are refused are mended by the necessary steps
+    All,        // all plans are mended by all steps, the improvements too
+};
 
 // How plans are to be imported. Paths may be relative.
 struct MSPDIPlanImportOptions {
@@ -24,6 +32,8 @@ struct MSPDIPlanImportOptions {
     std::optional<std::string> documentName;    // without ".kdzx"; without it that of the plan's file
     bool overwrites = false;                    // what has the document's name is replaced, at the end
     bool tellsLosses = true;                    // costs one more reading of the plan
+    MSPDIMending mending = MSPDIMending::None;
+    bool tellsMending = true;  // what mending would do to a plan that is refused, which takes up to three imports
 };
 
 enum class MSPDIVerdict : std::uint8_t {
@@ -45,7 +55,9 @@ struct MSPDIImportedPlan {
     bool isNumbered = false;              // the document's own name was taken
     MSPDIDocumentCounts counts;           // of an imported plan
     std::vector<std::string> warnings;    // in words, each once
-    std::optional<MSPDIAccount> account;  // none where it was not asked for, or cannot be told
+    std::optional<MSPDIAccount> account;  // none where it was not asked for, or cannot be told; of the mended plan
+    std::vector<MSPDIMendDone> mending;   // what was done to the plan; of a refused one, what mending would do
+    std::string mendingObstacle;          // why mending does not help a refused plan, as far as it was asked for
 };
 
 // Imports plans one after another, each by an importer of its own, exactly as MSPDIImport does, but for this: of a plan
@@ -70,6 +82,8 @@ private:
     [[nodiscard]] MSPCURL destinationFor(const std::string& path, const std::string& folder) const;
     [[nodiscard]] MSPIImportInfo infoFor(const std::string& path, const MSPCURL& destination,
                                          MSPDIMemoryFileSystem& memory) const;
+    [[nodiscard]] std::optional<std::string> mendedBytes(const std::string& path, std::optional<std::string> bytes,
+                                                         MSPDIImportedPlan& result) const;
     void importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result);
     // `bytes` stand for the content of the plan's file, where they are given.
     void importOnce(const std::string& folder, const std::string& path, std::optional<std::string> bytes,

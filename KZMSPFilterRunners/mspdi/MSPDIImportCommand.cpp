@@ -16,6 +16,7 @@ namespace {
 struct Arguments {
     std::vector<std::string> plans;
     MSPDIPlanImportOptions options;
+    std::string mending;  // empty, "necessary" or "all"
     std::string log;
     bool isAsInWinter = false;
 };
@@ -107,6 +108,9 @@ void importOrTell(Arguments arguments, MSPDIRun& run) {
         options.documentName->resize(options.documentName->size() - extension.size());
     }
     options.tellsLosses = !run.isQuiet;
+    if (!arguments.mending.empty()) {
+        options.mending = arguments.mending == "all" ? MSPDIMending::All : MSPDIMending::OfRefused;
+    }
     const auto& installed = run.installedTemplate;
     if (!options.templateFolder && !installed.empty() && run.services.fileSystem.isDirectory(installed)) {
         options.templateFolder = installed;
@@ -133,6 +137,10 @@ void MSPDIAddImportCommand(CLI::App& program, MSPDIRun& run) {
         ->option_text("NAME")
         ->check(something);
     command.add_flag("--overwrite", options.overwrites, "Replace a document of that name, instead of taking NAME-1");
+    command
+        .add_flag("--mend{necessary}", arguments->mending,
+                  "Mend plans that are refused, in memory; --mend=all improves all plans")
+        ->check(CLI::IsMember({"necessary", "all"}));
     command.add_option("--log", arguments->log, "Add the importer's own log to this file")
         ->option_text("FILE")
         ->check(something);

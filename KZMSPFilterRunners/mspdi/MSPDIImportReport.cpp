@@ -59,6 +59,24 @@ JSON jsonOf(const MSPDIAccount& account) {
     return losses;
 }
 
+JSON jsonOf(const std::vector<MSPDIMendDone>& mending) {
+    auto steps = JSON::array();
+    for (const auto& done : mending) {
+        const auto* step = MSPDIMendStepNamed(done.step);
+        steps.push_back({{"step", done.step}, {"count", done.count}, {"what", step->what}, {"price", step->price}});
+    }
+    return steps.empty() ? JSON(nullptr) : steps;
+}
+
+// "2 x uid, 1 x root-task".
+std::string inOneLine(const std::vector<MSPDIMendDone>& mending) {
+    std::string text;
+    for (const auto& done : mending) {
+        text += fmt::format("{}{} x {}", text.empty() ? "" : ", ", done.count, done.step);
+    }
+    return text;
+}
+
 JSON jsonOf(const std::string& plan, const MSPDIImportedPlan& imported) {
     const bool isImported = imported.verdict == MSPDIVerdict::Imported;
     const auto number = [isImported](std::size_t count) { return isImported ? JSON(count) : JSON(nullptr); };
@@ -72,7 +90,8 @@ JSON jsonOf(const std::string& plan, const MSPDIImportedPlan& imported) {
             {"customFields", number(imported.counts.customFields)},
             {"warnings", imported.warnings},
             {"losses", imported.account ? jsonOf(*imported.account) : JSON(nullptr)},
-            {"summerDates", imported.account ? JSON(summerDatesOf(*imported.account)) : JSON(nullptr)}};
+            {"summerDates", imported.account ? JSON(summerDatesOf(*imported.account)) : JSON(nullptr)},
+            {"mending", jsonOf(imported.mending)}};
 }
 
 }  // namespace
@@ -99,8 +118,7 @@ void MSPDIImportReport::tell(const std::string& plan, const MSPDIImportedPlan& i
     } else if (isImported) {
         tellImported(plan, imported);
     } else if (imported.verdict == MSPDIVerdict::Refused) {
-        _run.out << MSPCShownText(plan).view() << ": " << _run.emphasized("refused") << ": "
-                 << MSPCShownText(imported.reason).view() << '\n';
+        tellRefused(plan, imported);
     }
     _run.out.flush();
 }
@@ -119,6 +137,9 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
         << (imported.isNumbered ? " (its own name was taken)" : "") << '\n';
     out << fmt::format("    {}, {}, {}, {}\n", counted(counts.tasks, "task"), counted(counts.resources, "resource"),
                        counted(counts.scenarios, "scenario"), counted(counts.customFields, "custom field"));
+    for (const auto& done : imported.mending) {
+        out << fmt::format("    Mended: {} x {}: {}\n", done.count, done.step, MSPDIMendStepNamed(done.step)->what);
+    }
     for (const auto& warning : imported.warnings) {
         out << "    Warning: " << MSPCShownText(warning).view() << '\n';
     }
@@ -128,6 +149,16 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
     tellSummerDates(*imported.account);
     out << "    Lost or changed: " << lossesInOneLine(*imported.account) << "; all of it: mspdi losses "
         << MSPCShownText(MSPDIShellWord(plan)).view() << '\n';
+}
+
+void MSPDIImportReport::tellRefused(const std::string& plan, const MSPDIImportedPlan& imported) {
+    _run.out << MSPCShownText(plan).view() << ": " << _run.emphasized("refused") << ": "
+             << MSPCShownText(imported.reason).view() << '\n';
+    if (!imported.mending.empty() && imported.mendingObstacle.empty()) {
+        _run.out << "    mspdi import --mend imports it, mended in memory: " << inOneLine(imported.mending) << '\n';
+    } else if (!imported.mendingObstacle.empty()) {
+        _run.out << "    Mending does not help: " << MSPCShownText(imported.mendingObstacle).view() << '\n';
+    }
 }
 
 void MSPDIImportReport::tellSummerDates(const MSPDIAccount& account) {
