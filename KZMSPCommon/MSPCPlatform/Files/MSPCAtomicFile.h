@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,9 +21,13 @@ public:
     // Writes out everything and gives the file its name. None, or the description of the first failure. Whether the
     // machine's power fails now is another matter: see `MSPCFileSystem::synchronize`.
     [[nodiscard]] std::optional<std::string> commit();
+    // The same for a name that nothing has; `isTaken` says that something has it.
+    [[nodiscard]] std::optional<std::string> commitNew(bool& isTaken);
 
 private:
     void writeOut(std::string_view bytes);
+    [[nodiscard]] std::optional<std::string> finishedBy(const std::function<int()>& takeName);
+    [[nodiscard]] int takeFreeName() const;
 
     int _folder;
     std::string _name;
