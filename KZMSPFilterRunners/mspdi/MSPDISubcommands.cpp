@@ -9,7 +9,7 @@
 #include "MSPDIMendCommand.h"
 
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    static constexpr std::array<MSPDISubcommand, 5> all = {MSPDIAddImportCommand, MSPDIAddLossesCommand, MSPDIAddMendCommand,
-                                                           MSPDIAddCheckCommand, MSPDIAddDiffCommand};
+    static constexpr std::array<MSPDISubcommand, 5> all = {
+        MSPDIAddImportCommand, MSPDIAddLossesCommand, MSPDIAddMendCommand, MSPDIAddCheckCommand, MSPDIAddDiffCommand};
     return all;
 }
