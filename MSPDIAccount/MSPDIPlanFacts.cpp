@@ -69,6 +69,7 @@ void MSPDIPlanFacts::readSettings(const MSPCXMLNode& project) {
 void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
     const auto nodes = nodesForXQuery(project, "Tasks/Task");
     MSPITaskTree tree(2 * nodes.size(), isSavedBy2007OrLater());
+    bool hasRoot = false;
     for (const auto& node : nodes) {
         const MSPCFields fields(node);
         const auto uids = numbersOf(node, "UID");
@@ -81,7 +82,9 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
             task.state = MSPDITaskState::EmptyRow;
             continue;
         }
-        if (uid == 0) {
+        // Of several the plan is refused for, only one can be the root.
+        if (uid == 0 && !hasRoot) {
+            hasRoot = true;
             task.state = MSPDITaskState::Root;
             continue;
         }

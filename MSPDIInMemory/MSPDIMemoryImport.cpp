@@ -12,13 +12,10 @@ std::string inMemory(std::string_view name) {
     return pathByAppendingComponent(MSPDIMemoryFileSystem::Folder, name);
 }
 
-}  // namespace
-
-MSPDIMemoryImport MSPDIImportInMemory(const std::string& planPath, const MSPCServices& services,
-                                      MSPDIMemoryKeeping keeping, MSPIScenarioMapping mapScenario) {
+MSPDIMemoryImport importWith(MSPDIMemoryFileSystem& fileSystem, const std::string& planPath,
+                             const MSPCServices& services, MSPIScenarioMapping mapScenario) {
     const auto templateFolder = inMemory("Empty.kdzx");
     const auto bundle = inMemory("Plan.kdzx");
-    MSPDIMemoryFileSystem fileSystem(services.fileSystem, keeping);
     for (const auto& [name, content] : MSPDIEmptyDocument()) {
         fileSystem.addFile(pathByAppendingComponent(templateFolder, name), std::string(content));
     }
@@ -42,4 +39,21 @@ MSPDIMemoryImport MSPDIImportInMemory(const std::string& planPath, const MSPCSer
         result.refusal = log.refusal();
     }
     return result;
+}
+
+}  // namespace
+
+MSPDIMemoryImport MSPDIImportInMemory(const std::string& planPath, const MSPCServices& services,
+                                      MSPDIMemoryKeeping keeping, MSPIScenarioMapping mapScenario) {
+    MSPDIMemoryFileSystem fileSystem(services.fileSystem, keeping);
+    return importWith(fileSystem, planPath, services, std::move(mapScenario));
+}
+
+MSPDIMemoryImport MSPDIImportBytesInMemory(std::string_view name, std::string bytes, const MSPCServices& services,
+                                           MSPDIMemoryKeeping keeping, MSPIScenarioMapping mapScenario) {
+    MSPDIMemoryFileSystem fileSystem(services.fileSystem, keeping);
+    // Whatever the file is called, it is taken for a plan.
+    const auto path = inMemory("Plan/" + pathByDeletingExtension(lastPathComponent(name)) + ".xml");
+    fileSystem.addFile(path, std::move(bytes));
+    return importWith(fileSystem, path, services, std::move(mapScenario));
 }

@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "MSPCServices.h"
@@ -29,3 +30,9 @@ struct MSPDIMemoryImport {
 [[nodiscard]] MSPDIMemoryImport MSPDIImportInMemory(const std::string& planPath, const MSPCServices& services,
                                                     MSPDIMemoryKeeping keeping = MSPDIMemoryKeeping::Content,
                                                     MSPIScenarioMapping mapScenario = MSPIMapScenario);
+
+// The same of a plan whose bytes are there already; `name` is that of its file.
+[[nodiscard]] MSPDIMemoryImport MSPDIImportBytesInMemory(std::string_view name, std::string bytes,
+                                                         const MSPCServices& services,
+                                                         MSPDIMemoryKeeping keeping = MSPDIMemoryKeeping::Content,
+                                                         MSPIScenarioMapping mapScenario = MSPIMapScenario);

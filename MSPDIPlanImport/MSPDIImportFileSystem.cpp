@@ -42,7 +42,8 @@ public:
         for (const auto& name : names.value_or(std::vector<std::string>())) {
             const auto content = _fileSystem._memory.readFile(pathByAppendingComponent(from, name));
             const auto path = pathByAppendingComponent(_path, name);
-            if (auto reason = writeAtomically(path, [&](MSPCByteSink& sink) { sink.write(content.value_or("")); })) {
+            if (auto reason =
+                    writeAtomically(path, [&](MSPCByteWriter& writer) { writer.write(content.value_or("")); })) {
                 return "'" + path + "': " + *reason;
             }
         }
@@ -58,7 +59,7 @@ public:
         return _folder->openFile(path);
     }
     [[nodiscard]] std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override {
         return _folder->writeAtomically(path, produce);
     }
     [[nodiscard]] std::optional<std::string> appear(bool& isTaken) override {
@@ -95,6 +96,6 @@ std::optional<std::string> MSPDIImportFileSystem::createFolder(const std::string
 }
 
 std::optional<std::string> MSPDIImportFileSystem::writeAtomically(const std::string& path,
-                                                                  const std::function<void(MSPCByteSink&)>& produce) {
+                                                                  const std::function<void(MSPCByteWriter&)>& produce) {
     return _machine.writeAtomically(path, produce);
 }

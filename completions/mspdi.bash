@@ -23,8 +23,12 @@ _mspdi_templates() {
     _mspdi_documents "$1"
 }
 
+_mspdi_steps='embedded namespace missing-uid duplicate-root root-task outline calendar-order standard-calendar'
+_mspdi_steps+=' resource-type unreadable-value split-roll-up split-pieces resource-weeks exceptions-2003 deadline-to-field'
+_mspdi_steps+=' lag-to-field units-to-field field-keys'
+
 _mspdi() {
-    local word=${COMP_WORDS[COMP_CWORD]} subcommands='import losses check diff' options='--help --json --quiet --version'
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='import losses mend check diff' options='--help --json --quiet --version'
     COMPREPLY=()
     compopt -o filenames 2>/dev/null
     if ((COMP_CWORD == 1)); then
@@ -34,11 +38,14 @@ _mspdi() {
     case ${COMP_WORDS[1]} in
         import) options+=' --as-in-winter --log --name --output --overwrite --template' ;;
         losses) options+=' --all' ;;
+        mend) options+=' --all --dry-run --only --output' ;;
         diff) options+=' --scenario' ;;
         -*) return ;;
     esac
     if [[ ${COMP_WORDS[COMP_CWORD - 1]} == --scenario ]]; then
         mapfile -t COMPREPLY < <(compgen -W "Actual Baseline $(printf 'Baseline%d ' {1..10})" -- "$word")
+    elif [[ ${COMP_WORDS[COMP_CWORD - 1]} == --only ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$_mspdi_steps" -- "$word")
     elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
     elif [[ ${COMP_WORDS[1]} == import && ${COMP_WORDS[COMP_CWORD - 1]} == --name ]]; then

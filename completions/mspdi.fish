@@ -8,13 +8,17 @@ function __mspdi_installed_template
     and echo $installed
 end
 
-set -l subcommands import losses check diff
+set -l subcommands import losses mend check diff
+set -l steps embedded namespace missing-uid duplicate-root root-task outline calendar-order standard-calendar \
+    resource-type unreadable-value split-roll-up split-pieces resource-weeks exceptions-2003 deadline-to-field \
+    lag-to-field units-to-field field-keys
 complete -c mspdi -f
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a losses -d 'Tell what of a plan is lost'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a import -d 'Make documents of plans'
+complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a mend -d 'Mend a copy of a refused plan'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a check -d 'Tell whether documents are sound'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a diff -d 'Tell what differs'
-complete -c mspdi -n "__fish_seen_subcommand_from import losses diff" -a "(__fish_complete_suffix .xml)"
+complete -c mspdi -n "__fish_seen_subcommand_from import losses mend diff" -a "(__fish_complete_suffix .xml)"
 complete -c mspdi -n "__fish_seen_subcommand_from check diff" -a "(__fish_complete_directories)"
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l as-in-winter -d 'Give dates the offset of winter'
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l log -r -F -d 'Add the importer\'s log to this file'
@@ -23,6 +27,10 @@ complete -c mspdi -n "__fish_seen_subcommand_from import" -l output -s o -x -a "
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l overwrite -d 'Replace a document of that name'
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l template -x -a "(__mspdi_installed_template; __fish_complete_directories)" -d 'The document to begin with'
 complete -c mspdi -n "__fish_seen_subcommand_from losses" -l all -d 'Tell every place'
+complete -c mspdi -n "__fish_seen_subcommand_from mend" -l all -d 'Do all steps'
+complete -c mspdi -n "__fish_seen_subcommand_from mend" -l dry-run -d 'Write nothing'
+complete -c mspdi -n "__fish_seen_subcommand_from mend" -l only -x -a "$steps" -d 'Do this step only'
+complete -c mspdi -n "__fish_seen_subcommand_from mend" -l output -s o -r -F -d 'The mended copy'
 complete -c mspdi -n "__fish_seen_subcommand_from diff" -l scenario -x -a "Actual Baseline Baseline(seq 10)" -d 'Compare this scenario'
 complete -c mspdi -l help -s h -d 'Print what there is to type'
 complete -c mspdi -l version -d 'Print the version'

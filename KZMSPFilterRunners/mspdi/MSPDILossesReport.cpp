@@ -7,6 +7,7 @@
 
 #include "MSPCMessage.h"
 #include "MSPDIJSON.h"
+#include "MSPDIMendForLoss.h"
 #include "MSPDIValueWords.h"
 
 namespace {
@@ -38,6 +39,9 @@ void writeLoss(const MSPDILoss& loss, MSPDIJSONWriter& writer) {
     writer.text(loss.element);
     writer.key("what");
     writer.text(loss.what);
+    const auto* step = MSPDIMendStepForLoss(loss.kind);
+    writer.key("step");
+    writer.value(step == nullptr ? JSON(nullptr) : JSON(step->name));
     writer.key("where");
     writer.beginArray();
     for (const auto& place : loss.where) {
@@ -88,6 +92,9 @@ void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPD
         }
         if (loss.where.size() < loss.count) {
             out << fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size());
+        }
+        if (const auto* step = MSPDIMendStepForLoss(loss.kind)) {
+            out << fmt::format("    mspdi mend --only {} saves what it can of it in a copy\n", step->name);
         }
     }
     out << MSPCShownText(plan).view() << ": " << account.total() << " leaves";

@@ -6,9 +6,10 @@
 #include "MSPDIDiffCommand.h"
 #include "MSPDIImportCommand.h"
 #include "MSPDILossesCommand.h"
+#include "MSPDIMendCommand.h"
 
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    static constexpr std::array<MSPDISubcommand, 4> all = {MSPDIAddImportCommand, MSPDIAddLossesCommand,
-                                                           MSPDIAddCheckCommand, MSPDIAddDiffCommand};
+    static constexpr std::array<MSPDISubcommand, 5> all = {
+        MSPDIAddImportCommand, MSPDIAddLossesCommand, MSPDIAddMendCommand, MSPDIAddCheckCommand, MSPDIAddDiffCommand};
     return all;
 }

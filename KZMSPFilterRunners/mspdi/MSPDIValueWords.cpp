@@ -69,7 +69,8 @@ std::string lagInWords(std::string_view value, std::string_view format) {
         return std::to_string(*number) + "%";
     }
     const auto seconds = MSPIUtilities::mspdiToMppLinkLag(value);
-    return (seconds < 0 ? "-" : "") + KZDXShownWork(seconds < 0 ? -seconds : seconds);
+    std::string words(seconds < 0 ? "-" : "");
+    return words.append(KZDXShownWork(seconds < 0 ? -seconds : seconds));
 }
 
 // Whose number it is.
@@ -77,7 +78,8 @@ std::string numberInWords(std::string_view element, std::string_view value) {
     if (!scanInteger64(value)) {
         return {};
     }
-    const auto number = " " + std::string(value);
+    std::string number(1, ' ');
+    number.append(value);
     return element == "PredecessorUID" ? "task" + number
            : element == "ResourceUID"  ? "resource" + number
            : element == "CalendarUID"  ? "calendar" + number

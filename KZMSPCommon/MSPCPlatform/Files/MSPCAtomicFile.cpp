@@ -39,6 +39,18 @@ void MSPCAtomicFile::writeOut(std::string_view bytes) {
 }
 
 std::optional<std::string> MSPCAtomicFile::commit() {
+    return finishedBy(
+        [this] { return ::renameat(_folder, _temporary.path().c_str(), _folder, _name.c_str()) == 0 ? 0 : errno; });
+}
+
+std::optional<std::string> MSPCAtomicFile::commitNew(bool& isTaken) {
+    int error = 0;
+    auto failure = finishedBy([&] { return error = takeFreeName(); });
+    isTaken = error == EEXIST;
+    return failure;
+}
+
+std::optional<std::string> MSPCAtomicFile::finishedBy(const std::function<int()>& takeName) {
     writeOut(_collected);
     _collected.clear();
     // Deliberate: the content need not be on the disk before it gets its name. Waiting for the disk takes several times
@@ -46,12 +58,25 @@ std::optional<std::string> MSPCAtomicFile::commit() {
     if (const int error = _file.close(); _error == 0) {
         _error = error;
     }
-    if (_error == 0 && ::renameat(_folder, _temporary.path().c_str(), _folder, _name.c_str()) != 0) {
-        _error = errno;
+    if (_error == 0) {
+        _error = takeName();
     }
     if (_error != 0) {
         return MSPCSystemErrorText(_error);
     }
     _temporary.finish();
     return std::nullopt;
+}
+
+// Where the file system knows no renaming to a free name, making an empty file decides who has it.
+int MSPCAtomicFile::takeFreeName() const {
+    const auto* temporary = _temporary.path().c_str();
+    if (::renameat2(_folder, temporary, _folder, _name.c_str(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP) {
+        return errno;
+    }
+    const MSPCFileDescriptor taken(::openat(_folder, _name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    return taken.isOpen() && ::renameat(_folder, temporary, _folder, _name.c_str()) == 0 ? 0 : errno;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,7 +11,7 @@
 
 // A file that is written under a temporary name in the folder of its final one and takes the final name in one step.
 // Without a successful `commit` the temporary file goes with this object and the final name is untouched.
-class MSPCAtomicFile final : public MSPCByteSink {
+class MSPCAtomicFile final : public MSPCByteWriter {
 public:
     // `name` is that of a file in an open folder, which outlives this object.
     MSPCAtomicFile(int folder, std::string name);
@@ -20,9 +21,13 @@ public:
     // Writes out everything and gives the file its name. None, or the description of the first failure. Whether the
     // machine's power fails now is another matter: see `MSPCFileSystem::synchronize`.
     [[nodiscard]] std::optional<std::string> commit();
+    // The same for a name that nothing has; `isTaken` says that something has it.
+    [[nodiscard]] std::optional<std::string> commitNew(bool& isTaken);
 
 private:
     void writeOut(std::string_view bytes);
+    [[nodiscard]] std::optional<std::string> finishedBy(const std::function<int()>& takeName);
+    [[nodiscard]] int takeFreeName() const;
 
     int _folder;
     std::string _name;

@@ -254,7 +254,7 @@ void MSPCDiskFileSystem::removeEmptyFolder(const std::string& path) {
 }
 
 std::optional<std::string> MSPCDiskFileSystem::writeAtomically(const std::string& path,
-                                                               const std::function<void(MSPCByteSink&)>& produce) {
+                                                               const std::function<void(MSPCByteWriter&)>& produce) {
     if (isCutOff(path)) {
         return MSPCSystemErrorText(ENOENT);
     }

@@ -39,6 +39,7 @@ TEST_F(LossesCommandTest, tellsKindsWithTheirFirstPlaces) {
               "    Paint (UID 2): Wed 1 Feb 2012 17:00  /Project/Tasks[1]/Task[2]/Deadline[1]\n"
               "    Paint (UID 3): Wed 1 Feb 2012 17:00  /Project/Tasks[1]/Task[3]/Deadline[1]\n"
               "    ... and 1 more (--all shows them)\n"
+              "    mspdi mend --only deadline-to-field saves what it can of it in a copy\n"
               "Lossy.xml: 20 leaves, 5 carried, 0 changed, 10 shaping, 1 default, 0 derived, 4 lost\n");
     EXPECT_EQ(err.str(), "");
 }
@@ -69,6 +70,7 @@ TEST_F(LossesCommandTest, tellsItAsJSON) {
     EXPECT_EQ(told()["leaves"]["lost"], 4);
     EXPECT_EQ(told()["losses"][0]["kind"], "deadline");
     EXPECT_EQ(told()["losses"][0]["count"], 4);
+    EXPECT_EQ(told()["losses"][0]["step"], "deadline-to-field");
     EXPECT_EQ(told()["losses"][0]["where"].size(), 3U);
     EXPECT_FALSE(told().contains("fates"));
     EXPECT_EQ(run({"losses", "Lossy.xml", "--json", "--all"}), 1);

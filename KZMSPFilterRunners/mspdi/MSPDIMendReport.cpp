@@ -1,0 +1,97 @@
+#include "MSPDIMendReport.h"
+
+#include <fmt/format.h>
+
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "MSPCMessage.h"
+#include "MSPDIJSON.h"
+
+namespace {
+
+using JSON = nlohmann::ordered_json;
+
+std::string shown(const std::string& text) {
+    return std::string(MSPCShownText(text).view());
+}
+
+void writeStep(const MSPDIMendDone& done, MSPDIRun& run) {
+    const auto& step = *MSPDIMendStepNamed(done.step);
+    run.out << run.emphasized(fmt::format("{} x {}", done.count, step.name)) << ": " << step.what << '\n';
+    for (const auto& place : done.where) {
+        run.out << "    " << shown(place) << '\n';
+    }
+    if (!done.where.empty() && done.where.size() < done.count) {
+        run.out << fmt::format("    ... and {} more\n", done.count - done.where.size());
+    }
+    run.out << "    Lost or invented: " << step.price << '\n';
+}
+
+// What else became of the bytes; empty where nothing did.
+std::string_view conversionOf(const MSPDIMended& mended) {
+    if (mended.isRepaired) {
+        return "The copy is written anew as UTF-8: the markup of the plan had to be repaired, or brought entities.\n";
+    }
+    return mended.isConverted ? "The copy is in UTF-8; the plan was in another encoding.\n" : "";
+}
+
+std::string_view nameOf(MSPDIMendVerdict verdict) {
+    switch (verdict) {
+        case MSPDIMendVerdict::ImportsAsIs:
+            return "imports";
+        case MSPDIMendVerdict::Mended:
+            return "mended";
+        case MSPDIMendVerdict::NotMendable:
+            break;
+    }
+    return "not-mendable";
+}
+
+}  // namespace
+
+void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const std::optional<std::string>& path,
+                    MSPDIRun& run) {
+    auto& out = run.out;
+    switch (mended.verdict) {
+        case MSPDIMendVerdict::ImportsAsIs:
+            out << shown(plan) << ": imports as it is; nothing was done\n";
+            return;
+        case MSPDIMendVerdict::NotMendable:
+            out << shown(plan) << ": " << run.emphasized("cannot be mended") << ": " << shown(mended.obstacle) << '\n';
+            return;
+        case MSPDIMendVerdict::Mended:
+            break;
+    }
+    if (mended.refusal) {
+        out << run.emphasized("Refused by the importer") << ": " << shown(mended.refusal->sentence()) << "\n\n";
+    }
+    for (const auto& done : mended.steps) {
+        writeStep(done, run);
+    }
+    out << conversionOf(mended);
+    out << (path ? shown(*path) + ": the mended copy, which imports\n"
+                 : shown(plan) + ": a copy mended like this would import; nothing was written\n");
+}
+
+void MSPDIWriteMendAsJSON(const std::string& plan, const MSPDIMended& mended, const std::optional<std::string>& path,
+                          std::ostream& out) {
+    auto steps = JSON::array();
+    for (const auto& done : mended.steps) {
+        const auto& step = *MSPDIMendStepNamed(done.step);
+        steps.push_back({{"step", step.name},
+                         {"count", done.count},
+                         {"what", step.what},
+                         {"price", step.price},
+                         {"where", done.where}});
+    }
+    const JSON json = {{"plan", plan},
+                       {"verdict", nameOf(mended.verdict)},
+                       {"reason", mended.refusal ? JSON(mended.refusal->sentence()) : JSON(nullptr)},
+                       {"obstacle", mended.obstacle.empty() ? JSON(nullptr) : JSON(mended.obstacle)},
+                       {"steps", std::move(steps)},
+                       {"converted", mended.isConverted},
+                       {"repaired", mended.isRepaired},
+                       {"mended", path ? JSON(*path) : JSON(nullptr)}};
+    MSPDIWriteJSON(json, out);
+}

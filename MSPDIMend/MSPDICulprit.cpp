@@ -1,0 +1,69 @@
+#include "MSPDICulprit.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+// Trying costs as much as mapping; elements with more leaves than that are no task's, nor an assignment's.
+constexpr std::size_t mostTries = 300;
+
+void collectLeaves(const MSPCXMLNode& element, std::vector<MSPCXMLNode>& leaves) {
+    const auto children = element.childElements();
+    if (children.empty() && element.name() != "UID") {
+        leaves.push_back(element);
+    }
+    for (const auto& [name, child] : children) {
+        if (name != "Baseline") {
+            collectLeaves(child, leaves);
+        }
+    }
+}
+
+// Failures show the node, or its text in quotes or at their end.
+bool isQuoted(const MSPCXMLNode& leaf, const std::string& reason) {
+    const auto text = leaf.stringValue();
+    return reason.find(leaf.markup()) != std::string::npos || reason.ends_with(": " + text) ||
+           reason.find(fmt::format("'{}'", text)) != std::string::npos;
+}
+
+// What the mapping fails with without a leaf.
+std::optional<MSPDIMappingFailure> failureWithout(MSPCXMLNode leaf, const MSPDITrial& trial) {
+    auto parent = leaf.parent();
+    const auto before = leaf.previousSibling();
+    auto removed = leaf.detach();
+    auto rest = trial();
+    parent.insertChildAfter(std::move(removed), before);
+    return rest;
+}
+
+}  // namespace
+
+MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MSPDIMappingFailure& failure,
+                              const MSPDITrial& trial, const std::function<bool(const std::string&)>& isUnreadable) {
+    std::vector<MSPCXMLNode> leaves;
+    for (const auto& element : elements) {
+        collectLeaves(element, leaves);
+    }
+    // A failure that says nothing is one of dates.
+    const auto isSuspect = [&](const MSPCXMLNode& leaf) {
+        return failure.reason.empty() ? isUnreadable(leaf.stringValue()) : isQuoted(leaf, failure.reason);
+    };
+    const auto others = std::stable_partition(leaves.begin(), leaves.end(), isSuspect);
+    for (auto leaf = leaves.begin(); leaf != others; ++leaf) {
+        const auto rest = failureWithout(*leaf, trial);
+        if (!rest || rest->reason != failure.reason || rest->subject != failure.subject) {
+            return *leaf;
+        }
+    }
+    const auto mostOthers = static_cast<std::ptrdiff_t>(mostTries);
+    const auto end = others + std::min(mostOthers, leaves.end() - others);
+    const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout(leaf, trial); });
+    if (helping != end) {
+        return *helping;
+    }
+    // Several of them together stand in the way.
+    return failure.reason.empty() && others != leaves.begin() ? leaves.front() : MSPCXMLNode();
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "MSPCXMLNode.h"
+
+// A failure of a mapper: its reason, and what it was about.
+struct MSPDIMappingFailure {
+    std::string reason;
+    std::string subject;
+};
+
+// What a mapping that is tried fails with; none when it succeeds.
+using MSPDITrial = std::function<std::optional<MSPDIMappingFailure>()>;
+
+// Finds the value that a mapping stumbles over. A leaf of these elements that the failure quotes is to blame when the
+// failure is gone without it, or is about something else; any other one only when it is gone. Of a failure that says
+// nothing those that `isUnreadable` are taken for quoted. A UID is never to blame. The elements are
+// as before. Empty when no single leaf is to blame.
+[[nodiscard]] MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements,
+                                            const MSPDIMappingFailure& failure, const MSPDITrial& trial,
+                                            const std::function<bool(const std::string&)>& isUnreadable);

@@ -1,0 +1,104 @@
+#include "MSPDICustomFieldPlace.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <set>
+
+#include "MSPDIItemValues.h"
+#include "MSPDIMarkup.h"
+#include "MSPDIPatient.h"
+
+namespace {
+
+// The numbers that planning programs give the fields Text1 to Text30 of tasks.
+constexpr std::array<int, 30> textFields = {
+    188743731, 188743734, 188743737, 188743740, 188743743, 188743746, 188743747, 188743748, 188743749, 188743750,
+    188743997, 188743998, 188743999, 188744000, 188744001, 188744002, 188744003, 188744004, 188744005, 188744006,
+    188744007, 188744008, 188744009, 188744010, 188744011, 188744012, 188744013, 188744014, 188744015, 188744016};
+
+// What planning programs write behind the custom fields of a task or resource.
+constexpr std::string_view fieldsBehind[] = {
+    "Baseline",       "OutlineCode",    "IsPublished", "StatusManager", "CommitmentStart", "CommitmentFinish",
+    "CommitmentType", "Active",         "Manual",      "ManualStart",   "ManualFinish",    "ManualDuration",
+    "TimephasedData", "IsCostResource", "AssnOwner",   "AssnOwnerGuid", "IsBudget",        "AvailabilityPeriods",
+    "Rates"};
+
+// What planning programs write before the list of definitions.
+constexpr std::string_view listsBehind[] = {"Calendars", "Tasks", "Resources", "Assignments"};
+
+MSPCXMLNode lastChildBefore(const MSPCXMLNode& parent, std::span<const std::string_view> namesBehind) {
+    MSPCXMLNode last;
+    for (const auto& [name, child] : parent.childElements()) {
+        if (std::find(namesBehind.begin(), namesBehind.end(), name) != namesBehind.end()) {
+            break;
+        }
+        last = child;
+    }
+    return last;
+}
+
+std::string childMarkup(std::string_view name, std::string_view text) {
+    return fmt::format("<{0}>{1}</{0}>", name, MSPDIEscapedText(text));
+}
+
+void appendText(MSPCXMLNode parent, std::string_view name, std::string_view text) {
+    parent.appendElement(name, text);
+}
+
+void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view fieldName, std::string_view alias) {
+    const auto content = childMarkup("FieldID", fieldID) + childMarkup("FieldName", fieldName) +
+                         childMarkup("Alias", alias) + childMarkup("CFType", "7");
+    const auto markup = "<ExtendedAttribute>" + content + "</ExtendedAttribute>";
+    const auto project = patient.project();
+    auto definitions = project.firstChildElement("ExtendedAttributes");
+    if (!definitions) {
+        definitions = patient.insertAfter(project, lastChildBefore(project, listsBehind), "ExtendedAttributes",
+                                          "<ExtendedAttributes></ExtendedAttributes>");
+    }
+    auto definition = patient.append(definitions, "ExtendedAttribute", markup);
+    appendText(definition, "FieldID", fieldID);
+    appendText(definition, "FieldName", fieldName);
+    appendText(definition, "Alias", alias);
+}
+
+}  // namespace
+
+void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_view fieldID,
+                        const std::optional<std::string>& value) {
+    const auto content = childMarkup("FieldID", fieldID) + (value ? childMarkup("Value", *value) : std::string());
+    const auto before = owner.lastChildElement("ExtendedAttribute").element;
+    auto field = patient.insertAfter(owner, before ? before : lastChildBefore(owner, fieldsBehind), "ExtendedAttribute",
+                                     "<ExtendedAttribute>" + content + "</ExtendedAttribute>");
+    appendText(field, "FieldID", fieldID);
+    if (value) {
+        appendText(field, "Value", *value);
+    }
+}
+
+std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::string_view alias) {
+    std::set<std::string> taken;
+    for (const auto& definition : patient.items("ExtendedAttributes", "ExtendedAttribute")) {
+        const auto fieldID = MSPDITextIn(definition, "FieldID").value_or("");
+        const bool isTextField = std::any_of(textFields.begin(), textFields.end(),
+                                             [&](int field) { return std::to_string(field) == fieldID; });
+        if (isTextField && MSPDITextIn(definition, "Alias") == alias) {
+            return fieldID;
+        }
+        taken.insert(fieldID);
+    }
+    for (const auto& task : patient.items("Tasks", "Task")) {
+        for (const auto& field : task.childElements("ExtendedAttribute")) {
+            taken.insert(MSPDITextIn(field, "FieldID").value_or(""));
+        }
+    }
+    for (std::size_t index = 0; index < textFields.size(); ++index) {
+        if (auto fieldID = std::to_string(textFields[index]); !taken.contains(fieldID)) {
+            define(patient, fieldID, fmt::format("Text{}", index + 1), alias);
+            return fieldID;
+        }
+    }
+    return std::nullopt;
+}

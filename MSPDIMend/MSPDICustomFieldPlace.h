@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "MSPCXMLNode.h"
+
+class MSPDIPatient;
+
+// Puts the value of a custom field into a task or resource: behind those that it has. Without a value the field is only
+// named.
+void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_view fieldID,
+                        const std::optional<std::string>& value);
+
+// The FieldID of the task field with that alias. Where the project defines none, the first free text field of tasks is
+// defined with it; none where all are taken.
+[[nodiscard]] std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::string_view alias);

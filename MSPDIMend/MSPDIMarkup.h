@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// Where an element stands in the bytes of a well-formed document.
+struct MSPDIExtent {
+    std::size_t begin = 0;         // of its start tag
+    std::size_t contentBegin = 0;  // behind its start tag
+    std::size_t contentEnd = 0;    // of what it holds; an element without an end tag holds nothing
+    std::size_t end = 0;           // behind its end tag
+    bool isSelfClosed = false;     // "<Summary/>"
+};
+
+// The extent of the element whose start tag begins at an offset. Where the document ends before the element does, so
+// does the extent.
+[[nodiscard]] MSPDIExtent MSPDIExtentOfElement(std::string_view bytes, std::size_t begin);
+
+// Behind the ">" of the tag that begins at an offset; attributes may hold others.
+[[nodiscard]] std::size_t MSPDIEndOfTag(std::string_view bytes, std::size_t begin);
+
+// A text as it stands between tags.
+[[nodiscard]] std::string MSPDIEscapedText(std::string_view text);
+
+// The same document with UTF-8 named where its declaration names the encoding that it had before.
+[[nodiscard]] std::string MSPDIWithUtf8Declared(std::string utf8);

@@ -1,0 +1,25 @@
+#include "MSPDIMendForLoss.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace {
+
+constexpr std::pair<std::string_view, std::string_view> savedBy[] = {{"unreachable-task", "outline"},
+                                                                     {"deadline", "deadline-to-field"},
+                                                                     {"link-lag", "lag-to-field"},
+                                                                     {"assignment-units", "units-to-field"},
+                                                                     {"project-calendar", "calendar-order"},
+                                                                     {"resource-week", "resource-weeks"},
+                                                                     {"exception-2003", "exceptions-2003"},
+                                                                     {"unregistered-field", "field-keys"},
+                                                                     {"unregistered-resource-field", "field-keys"}};
+
+}  // namespace
+
+const MSPDIMendStep* MSPDIMendStepForLoss(std::string_view kind) {
+    const auto* found =
+        std::find_if(std::begin(savedBy), std::end(savedBy), [&](const auto& entry) { return entry.first == kind; });
+    return found == std::end(savedBy) ? nullptr : MSPDIMendStepNamed(found->second);
+}

@@ -1,0 +1,185 @@
+#include "MSPDIMend.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "MSPCException.h"
+#include "MSPDIMendPasses.h"
+#include "MSPDIPatient.h"
+
+namespace {
+
+constexpr std::string_view planRoot = "Project";
+constexpr std::string_view embedded = "embedded";
+constexpr std::string_view namespaceStep = "namespace";
+// One tells why the plan is refused, one whether mending it helped. The third one is for what only shows then.
+constexpr int mostImports = 3;
+
+bool asksForImprovement(const MSPDIMendOptions& options) {
+    return options.isAll || !options.only.empty();
+}
+
+// Of a failed load the importer's words say little.
+std::string obstacleOf(const MSPDIRefusal& refusal) {
+    if (refusal.name == "MSPEXMLException") {
+        return "It is no XML document, and none that is a plan lies inside it.";
+    }
+    if (refusal.name == "MSPIMapperException") {
+        return "It is an XML document, but no plan that Microsoft Project saved (MSPDI).";
+    }
+    return refusal.sentence();
+}
+
+class Mending {
+public:
+    Mending(std::string_view name, const MSPCServices& services, const MSPDIMendOptions& options)
+        : _name(name), _services(services), _options(options) {}
+
+    MSPDIMended mended(const std::string& bytes) {
+        _result.refusal = refusalOf(bytes);
+        if (!_result.refusal && !asksForImprovement(_options)) {
+            return std::move(_result);
+        }
+        auto refusal = _result.refusal;
+        auto copy = bytes;
+        for (int import = 2; import <= mostImports; ++import) {
+            if (!treat(copy)) {
+                break;
+            }
+            refusal = refusalOf(copy);
+            if (!refusal) {
+                break;
+            }
+        }
+        return concluded(std::move(copy), refusal);
+    }
+
+    // What no import has told stands in the way.
+    MSPDIMended endedBy(const std::string& reason) { return concluded({}, MSPDIRefusal{"", reason, ""}); }
+
+private:
+    [[nodiscard]] std::optional<MSPDIRefusal> refusalOf(const std::string& bytes) const {
+        return MSPDIImportBytesInMemory(_name, bytes, _services, MSPDIMemoryKeeping::Names).refusal;
+    }
+
+    MSPDIMended concluded(std::string copy, const std::optional<MSPDIRefusal>& refusal) {
+        if (refusal) {
+            _result.verdict = MSPDIMendVerdict::NotMendable;
+            _result.obstacle = obstacleOf(*refusal);
+            _result.steps.clear();
+            _result.isConverted = _result.isRepaired = false;
+        } else if (!_result.steps.empty()) {
+            _result.verdict = MSPDIMendVerdict::Mended;
+            _result.bytes = std::move(copy);
+        }
+        return std::move(_result);
+    }
+
+    [[nodiscard]] bool allows(std::string_view step) const {
+        return _options.only.empty() || _options.isAll ||
+               std::find(_options.only.begin(), _options.only.end(), step) != _options.only.end();
+    }
+
+    // Does all that can be done to the copy at once; false when that is nothing.
+    bool treat(std::string& copy) {
+        auto loaded = MSPCXMLLoadWithBytes(copy, planRoot);
+        bool isTreated = false;
+        if (!loaded && allows(embedded)) {
+            if (auto inner = MSPDIEmbeddedPlan(copy)) {
+                add(MSPDIMendDone{embedded, 1, {}});
+                isTreated = true;
+                copy = std::move(*inner);
+                loaded = MSPCXMLLoadWithBytes(copy, planRoot);
+            }
+        }
+        if (loaded && _result.refusal && _result.refusal->name == "MSPIMapperException" && !_isNamespaceMended) {
+            if (!allows(namespaceStep) || !mendNamespace(*loaded, copy)) {
+                return isTreated;
+            }
+            isTreated = true;
+            loaded = MSPCXMLLoadWithBytes(copy, planRoot);
+        }
+        const bool isPlan = loaded && loaded->document.root().name() == planRoot;
+        return (isPlan && treatPlan(std::move(*loaded), copy)) || isTreated;
+    }
+
+    bool mendNamespace(const MSPCXMLWithBytes& loaded, std::string& copy) {
+        const auto utf8 = loaded.isConverted ? MSPDIWithUtf8Declared(loaded.utf8) : loaded.utf8;
+        auto plain = MSPDIPlanOfOneNamespace(utf8);
+        if (!plain) {
+            return false;
+        }
+        add(MSPDIMendDone{namespaceStep, 1, {}});
+        _result.isConverted = _result.isConverted || loaded.isConverted;
+        _result.isRepaired = _result.isRepaired || loaded.isWrittenAnew;
+        copy = std::move(*plain);
+        _isNamespaceMended = true;
+        return true;
+    }
+
+    // The keys of fields come behind the fields, and what cannot be mapped behind all that is new.
+    bool treatPlan(MSPCXMLWithBytes loaded, std::string& copy) {
+        MSPDIPatient patient(std::move(loaded), _options);
+        MSPDIMendMissingUIDs(patient);
+        MSPDIMendDuplicateRoots(patient);
+        MSPDIMendRootTask(patient);
+        MSPDIMendOutline(patient);
+        MSPDIMendCalendarOrder(patient);
+        MSPDIMendStandardCalendar(patient);
+        MSPDIMendResourceTypes(patient);
+        MSPDIMendResourceWeeks(patient);
+        MSPDIMendExceptionsOf2003(patient);
+        MSPDIMendDeadlines(patient);
+        MSPDIMendLags(patient);
+        MSPDIMendUnits(patient);
+        MSPDIMendFieldKeys(patient);
+        if (_result.refusal) {
+            MSPDIMendWhatCannotBeMapped(patient, _services);
+        }
+        if (!patient.isChanged()) {
+            return false;
+        }
+        for (const auto& done : patient.done()) {
+            add(done);
+        }
+        _result.isConverted = _result.isConverted || patient.isConverted();
+        _result.isRepaired = _result.isRepaired || patient.isWrittenAnew();
+        copy = patient.bytes();
+        return true;
+    }
+
+    void add(const MSPDIMendDone& done) {
+        auto known = std::find_if(_result.steps.begin(), _result.steps.end(),
+                                  [&](const auto& step) { return step.step == done.step; });
+        if (known == _result.steps.end()) {
+            _result.steps.push_back(done);
+            return;
+        }
+        known->count += done.count;
+        for (const auto& place : done.where) {
+            if (known->where.size() < _options.mostPlaces) {
+                known->where.push_back(place);
+            }
+        }
+    }
+
+    std::string_view _name;
+    const MSPCServices& _services;
+    const MSPDIMendOptions& _options;
+    MSPDIMended _result;
+    bool _isNamespaceMended = false;
+};
+
+}  // namespace
+
+MSPDIMended MSPDIMendPlan(std::string_view name, const std::string& bytes, const MSPCServices& services,
+                          const MSPDIMendOptions& options) {
+    Mending mending(name, services, options);
+    try {
+        return mending.mended(bytes);
+    } catch (const MSPCException& exception) {
+        return mending.endedBy(exception.reason());
+    }
+}

@@ -1,0 +1,118 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <limits>
+#include <map>
+
+#include "MSPDIItemValues.h"
+#include "MSPDIMendPasses.h"
+#include "MSPDIPatient.h"
+#include "MSPISubject.h"
+
+namespace {
+
+constexpr std::string_view missingUID = "missing-uid";
+
+using NewUIDs = std::map<std::string, std::string>;  // by the old text
+
+struct Kind {
+    std::string_view list;
+    std::string_view item;
+};
+
+constexpr Kind kinds[] = {
+    {"Tasks", "Task"},
+    {"Resources", "Resource"},
+    {"Calendars", "Calendar"},
+};
+
+// Numbers beyond all others are read as the largest there is, which leaves none for the pieces of split tasks.
+bool hasUsableUID(const MSPCXMLNode& item) {
+    const auto text = MSPDITextIn(item, "UID");
+    const auto uid = MSPDIIntegerIn(item, "UID").value_or(-1);
+    return text && !text->starts_with('-') && uid >= 0 && uid < std::numeric_limits<std::int64_t>::max();
+}
+
+// A resource without any UID is passed over by the importer.
+bool isInTheWay(const Kind& kind, const MSPCXMLNode& item) {
+    const bool isPassedOver = kind.item == "Resource" && !MSPDITextIn(item, "UID");
+    return !isPassedOver && !hasUsableUID(item) && !MSPDIIsTrueIn(item, "IsNull");
+}
+
+// Of calendars only the number of the project's is read, and one that it lacks is not missed.
+bool isCalendarInTheWay(const MSPDIPatient& patient) {
+    const auto taken = MSPDITakenCalendar(patient);
+    return taken && MSPDITextIn(taken, "UID") && !MSPDIIntegerIn(taken, "UID");
+}
+
+bool isNeeded(const MSPDIPatient& patient) {
+    for (const auto& kind : {kinds[0], kinds[1]}) {
+        const auto items = patient.items(kind.list, kind.item);
+        if (std::any_of(items.begin(), items.end(), [&](const auto& item) { return isInTheWay(kind, item); })) {
+            return true;
+        }
+    }
+    return isCalendarInTheWay(patient) || patient.isAskedFor(missingUID);
+}
+
+NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind) {
+    NewUIDs newUIDs;
+    const auto items = patient.items(kind.list, kind.item);
+    MSPDIFreeUIDs free(items);
+    for (const auto& item : items) {
+        if (hasUsableUID(item) || MSPDIIsTrueIn(item, "IsNull")) {
+            continue;
+        }
+        const auto uid = free.next();
+        patient.note(missingUID, fmt::format("{}: UID {}", MSPISubjectOf(kind.item, item), uid));
+        if (const auto old = MSPDITextIn(item, "UID"); old && !old->empty()) {
+            newUIDs.try_emplace(*old, uid);
+        }
+        patient.setChild(item, "UID", uid, {});
+    }
+    return newUIDs;
+}
+
+void renumberReference(MSPDIPatient& patient, const MSPCXMLNode& owner, std::string_view name, const NewUIDs& newUIDs) {
+    const auto reference = owner.lastChildElement(name).element;
+    const auto found = reference ? newUIDs.find(reference.stringValue()) : newUIDs.end();
+    if (found != newUIDs.end()) {
+        patient.setText(reference, found->second);
+    }
+}
+
+void renumberAll(MSPDIPatient& patient, std::string_view list, std::string_view item, std::string_view name,
+                 const NewUIDs& newUIDs) {
+    for (const auto& owner : newUIDs.empty() ? std::vector<MSPCXMLNode>() : patient.items(list, item)) {
+        renumberReference(patient, owner, name, newUIDs);
+    }
+}
+
+void renumberLinks(MSPDIPatient& patient, const NewUIDs& newUIDs) {
+    for (const auto& task : newUIDs.empty() ? std::vector<MSPCXMLNode>() : patient.items("Tasks", "Task")) {
+        for (const auto& link : task.childElements("PredecessorLink")) {
+            renumberReference(patient, link, "PredecessorUID", newUIDs);
+        }
+    }
+}
+
+}  // namespace
+
+// References go with the first one that had a text as its number.
+void MSPDIMendMissingUIDs(MSPDIPatient& patient) {
+    if (!patient.allows(missingUID) || !isNeeded(patient)) {
+        return;
+    }
+    const auto ofTasks = giveNewUIDs(patient, kinds[0]);
+    renumberAll(patient, "Assignments", "Assignment", "TaskUID", ofTasks);
+    renumberLinks(patient, ofTasks);
+    auto ofResources = giveNewUIDs(patient, kinds[1]);
+    ofResources.erase("-65535");  // says that work is assigned to nobody
+    renumberAll(patient, "Assignments", "Assignment", "ResourceUID", ofResources);
+    auto ofCalendars = giveNewUIDs(patient, kinds[2]);
+    ofCalendars.erase("-1");  // says that there is none
+    renumberReference(patient, patient.project(), "CalendarUID", ofCalendars);
+    renumberAll(patient, "Tasks", "Task", "CalendarUID", ofCalendars);
+    renumberAll(patient, "Resources", "Resource", "CalendarUID", ofCalendars);
+    renumberAll(patient, "Calendars", "Calendar", "BaseCalendarUID", ofCalendars);
+}

@@ -1,0 +1,105 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <set>
+
+#include "MSPDIItemValues.h"
+#include "MSPDIMendPasses.h"
+#include "MSPDIPatient.h"
+#include "MSPISubject.h"
+#include "MSPITaskTree.h"
+
+namespace {
+
+constexpr std::string_view outline = "outline";
+
+struct Row {
+    MSPCXMLNode task;
+    std::int64_t level = 0;
+    bool isSummary = false;
+    std::int64_t newLevel = 1;
+    bool becomesSummary = false;
+};
+
+// All tasks but the project's root.
+std::vector<Row> rowsOf(const MSPDIPatient& patient) {
+    std::vector<Row> rows;
+    for (const auto& task : MSPDITasksOf(patient)) {
+        if (MSPDIIntegerIn(task, "UID").value_or(0) != 0) {
+            rows.push_back({task, MSPDIIntegerIn(task, "OutlineLevel").value_or(0), MSPDIIsTrueIn(task, "Summary")});
+        }
+    }
+    return rows;
+}
+
+std::set<std::string> assignedTaskUIDs(const MSPDIPatient& patient) {
+    std::set<std::string> uids;
+    for (const auto& assignment : patient.items("Assignments", "Assignment")) {
+        uids.insert(MSPDITextIn(assignment, "TaskUID").value_or(""));
+    }
+    return uids;
+}
+
+// A task stands under the nearest one before it that was on a lower level, whatever the levels were. Where only summary
+// tasks can have others under them, that one becomes a summary task, unless this would cost it its assignments: then
+// both stand side by side.
+void findNewLevels(std::vector<Row>& rows, bool hasSummaryParentsOnly, const std::set<std::string>& assigned) {
+    std::vector<Row*> open;
+    for (auto& row : rows) {
+        while (!open.empty() && open.back()->level >= row.level) {
+            open.pop_back();
+        }
+        if (!open.empty()) {
+            auto& parent = *open.back();
+            const bool isGroup = !hasSummaryParentsOnly || parent.isSummary || parent.becomesSummary;
+            const bool mayBecomeOne = isGroup || !assigned.contains(MSPDITextIn(parent.task, "UID").value_or(""));
+            parent.becomesSummary = !isGroup && mayBecomeOne;
+            row.newLevel = parent.newLevel + (mayBecomeOne ? 1 : 0);
+        }
+        open.push_back(&row);
+    }
+}
+
+// Whether a task would stand outside the outline: the look-up of parents is the importer's.
+bool hasTaskOutside(const std::vector<Row>& rows, bool hasSummaryParentsOnly) {
+    MSPITaskTree tree(rows.size(), hasSummaryParentsOnly);
+    for (const auto& row : rows) {
+        const auto id = 't' + MSPDITextIn(row.task, "UID").value_or("");
+        tree.record(id, {row.task, {}, {}, row.level, row.isSummary});
+        if (row.level != 1 && !tree.parentForLevel(row.level)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool isNeeded(const MSPDIPatient& patient, const std::vector<Row>& rows, bool hasSummaryParentsOnly) {
+    if (patient.isAskedFor(outline)) {
+        return true;
+    }
+    const bool hasNegative = std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.level < 0; });
+    return hasNegative || (patient.hasMovedRoot && hasTaskOutside(rows, hasSummaryParentsOnly));
+}
+
+}  // namespace
+
+void MSPDIMendOutline(MSPDIPatient& patient) {
+    auto rows = rowsOf(patient);
+    const bool hasSummaryParentsOnly = MSPDIHasSummaryParentsOnly(patient);
+    if (!patient.allows(outline) || !isNeeded(patient, rows, hasSummaryParentsOnly)) {
+        return;
+    }
+    findNewLevels(rows, hasSummaryParentsOnly, assignedTaskUIDs(patient));
+    for (const auto& row : rows) {
+        if (row.newLevel != row.level) {
+            patient.note(outline, fmt::format("{}: level {} instead of {}", MSPISubjectOf("Task", row.task),
+                                              row.newLevel, row.level));
+            patient.setChild(row.task, "OutlineLevel", std::to_string(row.newLevel),
+                             MSPDITaskFieldsBefore("OutlineLevel"));
+        }
+        if (row.becomesSummary) {
+            patient.note(outline, fmt::format("{}: a summary task", MSPISubjectOf("Task", row.task)));
+            patient.setChild(row.task, "Summary", "1", MSPDITaskFieldsBefore("Summary"));
+        }
+    }
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "MSPCServices.h"
+
+class MSPDIPatient;
+
+// What is done to a plan, each in a unit of its own. Each looks for what its steps are for, does nothing where they are
+// not allowed or nothing is found, and tells the patient of each thing that it has done.
+
+// The document that lies inside other bytes, with its XML declaration; none where there is no plan in them.
+[[nodiscard]] std::optional<std::string> MSPDIEmbeddedPlan(std::string_view bytes);
+// A plan whose root declares the namespace of plans, and no other, and whose names have no prefix; none where there is
+// nothing to change, or the root is none of a plan's.
+[[nodiscard]] std::optional<std::string> MSPDIPlanOfOneNamespace(std::string_view utf8);
+
+void MSPDIMendMissingUIDs(MSPDIPatient& patient);
+void MSPDIMendDuplicateRoots(MSPDIPatient& patient);
+void MSPDIMendRootTask(MSPDIPatient& patient);
+void MSPDIMendOutline(MSPDIPatient& patient);
+void MSPDIMendCalendarOrder(MSPDIPatient& patient);
+void MSPDIMendStandardCalendar(MSPDIPatient& patient);
+void MSPDIMendResourceTypes(MSPDIPatient& patient);
+// The improvements; each only where it is asked for.
+void MSPDIMendResourceWeeks(MSPDIPatient& patient);
+void MSPDIMendExceptionsOf2003(MSPDIPatient& patient);
+void MSPDIMendDeadlines(MSPDIPatient& patient);
+void MSPDIMendLags(MSPDIPatient& patient);
+void MSPDIMendUnits(MSPDIPatient& patient);
+void MSPDIMendFieldKeys(MSPDIPatient& patient);
+// Maps everything to see what the mappers stumble over.
+void MSPDIMendWhatCannotBeMapped(MSPDIPatient& patient, const MSPCServices& services);

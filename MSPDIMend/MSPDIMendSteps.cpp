@@ -1,0 +1,62 @@
+#include <algorithm>
+#include <iterator>
+
+#include "MSPDIMend.h"
+
+namespace {
+
+constexpr MSPDIMendStep steps[] = {
+    {"embedded", "the XML document that lies inside another file is taken out of it",
+     "the rest of the file is left out", true},
+    {"namespace", "the root declares the namespace of plans and no other, and names lose their prefixes",
+     "attributes of the root that have a prefix, such as the place of a schema, are left out", true},
+    {"missing-uid",
+     "tasks, resources and calendars without a UID, or with one that is negative or no number, get the next free one",
+     "numbers are invented; links and assignments go with the first that had the number", true},
+    {"duplicate-root", "of several tasks with UID 0 the later ones get the next free UIDs, on level 1 at least",
+     "numbers are invented; links and assignments stay with the task that keeps UID 0", true},
+    {"root-task", "the task with UID 0 becomes the project's summary task: Summary 1, OutlineLevel 0",
+     "nothing but its dates arrives: it stands for the project, not for work", true},
+    {"outline", "outline levels lead from the root to every task, order and depth kept",
+     "a task with others under it may become a summary task; two levels may become one where that would cost "
+     "assignments",
+     true},
+    {"calendar-order", "the project's calendar exchanges its UID with the calendar that has UID 1", "nothing", true},
+    {"standard-calendar",
+     "the project's calendar takes the name Standard and is a base calendar; without any, a Standard one is put in",
+     "the calendar's name is lost; a calendar that is put in is invented: Monday to Friday, 8 to 12 and 13 to 17",
+     true},
+    {"resource-type", "cost resources become material; resources of an unknown type become work",
+     "what a cost resource is for", true},
+    {"unreadable-value", "values that the importer cannot take, and stops at, leave the copy",
+     "the values themselves, which are no numbers, dates or known types", true},
+    {"split-roll-up", "timephased data of tasks with others under them leave the copy where they end the import",
+     "how the work of these assignments is spread over the time", true},
+    {"split-pieces", "timephased data of tasks whose pieces hold no working time leave the copy",
+     "how the work of these assignments is spread over the time", true},
+    {"resource-weeks",
+     "days and exceptions that a resource's calendar has from its base calendar are written into it, and it becomes "
+     "one",
+     "changes of the base calendar no longer reach the resource", false},
+    {"exceptions-2003", "exceptions of calendars in the form of 2003 are written in the later form", "nothing", false},
+    {"deadline-to-field", "deadlines become a custom field of their tasks", "the deadline is a text from then on",
+     false},
+    {"lag-to-field", "the lag of links becomes a custom field of the later task, in words",
+     "the lag is a text from then on; lag in percent stays as it is", false},
+    {"units-to-field", "units of work resources other than 100% become a custom field of the task, in words",
+     "the units are a text from then on", false},
+    {"field-keys", "the last task and the last resource get every custom field in use, so that all have a key",
+     "they have fields without a value", false},
+};
+
+}  // namespace
+
+std::span<const MSPDIMendStep> MSPDIMendSteps() {
+    return steps;
+}
+
+const MSPDIMendStep* MSPDIMendStepNamed(std::string_view name) {
+    const auto* found =
+        std::find_if(std::begin(steps), std::end(steps), [&](const auto& step) { return step.name == name; });
+    return found == std::end(steps) ? nullptr : found;
+}

@@ -1,0 +1,43 @@
+#include "MSPDIEdits.h"
+
+#include <gtest/gtest.h>
+
+TEST(MSPDIEditsTest, leavesAllElseAsItIs) {
+    MSPDIEdits edits;
+    EXPECT_TRUE(edits.isEmpty());
+    EXPECT_EQ(edits.appliedTo("abc"), "abc");
+    edits.replace(1, 2, "XYZ");
+    EXPECT_FALSE(edits.isEmpty());
+    EXPECT_EQ(edits.appliedTo("abc"), "aXYZc");
+}
+
+TEST(MSPDIEditsTest, makesEditsInTheOrderOfTheText) {
+    MSPDIEdits edits;
+    edits.replace(3, 3, "2");
+    edits.replace(0, 0, "0");
+    edits.replace(1, 3, "1");
+    edits.replace(3, 3, "3");
+    EXPECT_EQ(edits.appliedTo("abcd"), "0a123d");
+}
+
+TEST(MSPDIEditsTest, putsInBeforeItTakesAwayFromTheSamePlace) {
+    MSPDIEdits edits;
+    edits.replace(1, 3, "");
+    edits.replace(1, 1, "new");
+    EXPECT_EQ(edits.appliedTo("abcd"), "anewd");
+}
+
+TEST(MSPDIEditsTest, forgetsWhatIsWithinWhatGoes) {
+    MSPDIEdits edits;
+    edits.replace(2, 3, "X");
+    edits.replace(1, 4, "");
+    edits.replace(1, 2, "Y");
+    EXPECT_EQ(edits.appliedTo("abcde"), "ae");
+}
+
+TEST(MSPDIEditsTest, givesAnEditAnotherText) {
+    MSPDIEdits edits;
+    const auto edit = edits.replace(0, 1, "x");
+    edits.setText(edit, "y");
+    EXPECT_EQ(edits.appliedTo("ab"), "yb");
+}

@@ -1,0 +1,210 @@
+#include "MendFixture.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+TEST_F(MendTest, leavesAPlanAloneThatImports) {
+    const auto mended = mend(planOf(tasks(task(1, 1))));
+    EXPECT_EQ(mended.verdict, MSPDIMendVerdict::ImportsAsIs);
+    EXPECT_TRUE(mended.bytes.empty() && mended.steps.empty() && !mended.refusal);
+}
+
+TEST_F(MendTest, makesTheTaskWithUIDZeroTheRoot) {
+    const auto plan = planOf(tasks(task(0, 0, "<Milestone>0</Milestone><Summary>0</Summary><Critical>0</Critical>")));
+    expectMended(plan, with(plan, "<Summary>0<", "<Summary>1<"), "root-task 1");
+}
+
+TEST_F(MendTest, putsWhatTheRootLacksInWhereItBelongs) {
+    const auto plan =
+        planOf(tasks("\n    <Task>\r\n      <UID>0</UID>\r\n      <Name>P</Name>\r\n      <Start/>\r\n    </Task>"));
+    expectMended(plan, with(plan, "<Start/>", "<Start/>\r\n      <Summary>1</Summary>"), "root-task 1");
+}
+
+TEST_F(MendTest, bringsTheRootUpWithTheTasksUnderIt) {
+    const auto plan = planOf(tasks(task(0, 1, "<Summary>1</Summary>") + task(1, 2) + task(2, 2)));
+    auto wanted = with(plan, "<OutlineLevel>1<", "<OutlineLevel>0<");
+    wanted = with(wanted, "<OutlineLevel>2<", "<OutlineLevel>1<");
+    wanted = with(wanted, "<OutlineLevel>2<", "<OutlineLevel>1<");
+    expectMended(plan, wanted, "root-task 1, outline 2");
+}
+
+TEST_F(MendTest, keepsAttributesCommentsAndSectionsOfWhatItChanges) {
+    const auto plan =
+        planOf(tasks("<!-- first --><Task><UID>0</UID><Summary a='>'><!-- no --><![CDATA[0]]></Summary></Task>"));
+    expectMended(plan, with(plan, "<!-- no --><![CDATA[0]]>", "1"), "root-task 1");
+}
+
+TEST_F(MendTest, opensElementsThatAreClosedInThemselves) {
+    const auto plan = planOf(tasks("<Task><UID>0</UID><Summary/><OutlineLevel>0</OutlineLevel></Task>"));
+    // An empty truth cannot be read; the root comes first, and gives it one.
+    expectMended(plan, with(plan, "<Summary/>", "<Summary>1</Summary>"), "root-task 1");
+}
+
+TEST_F(MendTest, givesLaterRootsUIDsOfTheirOwn) {
+    const auto root = task(0, 0, "<Summary>1</Summary>");
+    const auto plan = planOf(tasks(root + task(7, 1) + task(0, 0) + task(0, 3)));
+    auto wanted = planOf(tasks(root + task(7, 1) + task(8, 1) + task(9, 3)));
+    expectMended(plan, wanted, "duplicate-root 2");
+}
+
+TEST_F(MendTest, keepsAsTheRootTheTaskThatIsOne) {
+    const auto root = task(0, 0, "<Summary>1</Summary>");
+    expectMended(planOf(tasks(task(0, 1) + root)), planOf(tasks(task(1, 1) + root)), "duplicate-root 1");
+}
+
+TEST_F(MendTest, givesUIDsToTasksWithout) {
+    const auto plan = planOf(tasks("<Task><Name>a</Name></Task><Task><UID/></Task>" + task(3, 1) + "<Task/>"));
+    const auto wanted = planOf(tasks("<Task><UID>4</UID><Name>a</Name></Task><Task><UID>5</UID></Task>" + task(3, 1) +
+                                     "<Task><UID>6</UID></Task>"));
+    expectMended(plan, wanted, "missing-uid 3");
+}
+
+TEST_F(MendTest, renumbersNegativeUIDsWithTheirLinksAndAssignments) {
+    const std::string links = "<PredecessorLink><PredecessorUID>-5</PredecessorUID></PredecessorLink>";
+    const std::string assignments =
+        "  <Assignments><Assignment><TaskUID>-5</TaskUID><ResourceUID>-2</ResourceUID></Assignment></Assignments>\n";
+    const std::string resources = "  <Resources><Resource><UID>-2</UID></Resource></Resources>\n";
+    const auto plan = planOf(tasks(task(-5, 1) + task(1, 1, links)) + resources + assignments);
+    auto wanted = with(plan, "<UID>-5<", "<UID>2<");
+    wanted = with(wanted, "<PredecessorUID>-5<", "<PredecessorUID>2<");
+    wanted = with(wanted, "<TaskUID>-5<", "<TaskUID>2<");
+    wanted = with(wanted, "<UID>-2<", "<UID>1<");
+    wanted = with(wanted, "<ResourceUID>-2<", "<ResourceUID>1<");
+    expectMended(plan, wanted, "missing-uid 2");
+}
+
+TEST_F(MendTest, leavesWorkThatIsAssignedToNobody) {
+    const std::string rest =
+        "  <Resources><Resource><UID>-65535</UID></Resource></Resources>\n"
+        "  <Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>-65535</ResourceUID></Assignment></Assignments>\n";
+    const auto plan = planOf(tasks(task(1, 1)) + rest);
+    expectMended(plan, with(plan, "<UID>-65535<", "<UID>1<"), "missing-uid 1");
+}
+
+TEST_F(MendTest, renumbersUIDsThatLeaveNoneForPieces) {
+    const auto piece = [](const std::string& day) {
+        return "<TimephasedData><Type>1</Type><Start>2012-01-" + day + "T08:00:00</Start><Finish>2012-01-" + day +
+               "T17:00:00</Finish><Value>PT8H0M0S</Value></TimephasedData>";
+    };
+    const auto plan = planOf(tasks("<Task><UID>9223372036854775807</UID></Task>" + task(1, 1)) +
+                             "  <Assignments><Assignment><TaskUID>1</TaskUID>" + piece("09") + piece("11") +
+                             "</Assignment></Assignments>\n");
+    expectMended(plan, with(plan, "9223372036854775807", "2"), "missing-uid 1");
+}
+
+TEST_F(MendTest, levelsTheOutlineFromNegativeLevelsOn) {
+    const auto summary = std::string("<Summary>1</Summary>");
+    const auto plan = planOf(tasks(task(1, -1, summary) + task(2, 3, summary) + task(3, 5) + task(4, 3) + task(5, -1)));
+    const auto wanted = planOf(tasks(task(1, 1, summary) + task(2, 2, summary) + task(3, 3) + task(4, 2) + task(5, 1)));
+    expectMended(plan, wanted, "outline 5");
+}
+
+TEST_F(MendTest, makesSummaryTasksOfThoseWithOthersUnderThem) {
+    const auto plan = planOf(tasks(task(1, -1, "<Summary>0</Summary>") + task(2, 0)));
+    const auto wanted = planOf(tasks(task(1, 1, "<Summary>1</Summary>") + task(2, 2)));
+    expectMended(plan, wanted, "outline 3");
+}
+
+TEST_F(MendTest, putsATaskBesideOneThatWouldLoseItsAssignments) {
+    const std::string assignments =
+        "  <Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID></Assignment></Assignments>\n";
+    const auto plan = planOf(tasks(task(1, -1) + task(2, 0)) + assignments);
+    expectMended(plan, planOf(tasks(task(1, 1) + task(2, 1)) + assignments), "outline 2");
+}
+
+TEST_F(MendTest, leavesOddLevelsThatEndNoImport) {
+    const auto plan = planOf(tasks(task(0, 0) + task(1, 0) + task(2, 4)));
+    expectMended(plan, with(plan, "</OutlineLevel>", "</OutlineLevel><Summary>1</Summary>"), "root-task 1");
+}
+
+TEST_F(MendTest, mendsTheOutlineOfAPlanThatImportsWhenAsked) {
+    const auto plan = planOf(tasks(task(1, 0, "<Summary>1</Summary>") + task(2, 4)));
+    const auto mended = mend(plan, {.only = {"outline"}});
+    EXPECT_EQ(mended.verdict, MSPDIMendVerdict::Mended);
+    EXPECT_EQ(mended.bytes, planOf(tasks(task(1, 1, "<Summary>1</Summary>") + task(2, 2))));
+    EXPECT_FALSE(mended.refusal.has_value());
+    EXPECT_EQ(mend(mended.bytes, {.only = {"outline"}}).verdict, MSPDIMendVerdict::ImportsAsIs);
+}
+
+TEST_F(MendTest, doesNothingButWhatItMay) {
+    const auto mended = mend(planOf(tasks(task(0, 0))), {.only = {"outline"}});
+    EXPECT_EQ(mended.verdict, MSPDIMendVerdict::NotMendable);
+    EXPECT_THAT(mended.obstacle, HasSubstr("This does not seem like a MS Project root task"));
+    EXPECT_TRUE(mended.bytes.empty() && mended.steps.empty());
+}
+
+TEST_F(MendTest, mendsSeveralThingsAtOnce) {
+    const auto plan = planOf(tasks(task(0, 0) + "<Task><Priority>1</Priority><Type>9</Type></Task>"), "");
+    const auto mended = mend(plan);
+    EXPECT_EQ(mended.verdict, MSPDIMendVerdict::Mended) << mended.obstacle;
+    EXPECT_EQ(stepsOf(mended), "missing-uid 1, root-task 1, standard-calendar 1, unreadable-value 1");
+}
+
+TEST_F(MendTest, tellsTheFirstPlacesOfAStep) {
+    const auto mended = mend(planOf(tasks("<Task><Name>a</Name></Task><Task/><Task/><Task/>")));
+    ASSERT_EQ(stepsOf(mended), "missing-uid 4");
+    EXPECT_THAT(mended.steps[0].where,
+                ElementsAre("Task UID='' name='a': UID 1", "Task UID='' name='': UID 2", "Task UID='' name='': UID 3"));
+}
+
+TEST_F(MendTest, takesAPlanOutOfAnotherFile) {
+    const auto plan = planOf(tasks(task(1, 1)));
+    const auto wanted = plan.substr(0, plan.size() - 1);
+    expectMended(std::string("\x01\xAC\0binary <Project>@@", 19) + plan + "\0more", wanted, "embedded 1");
+}
+
+TEST_F(MendTest, refusesWhatIsNoPlanForAReason) {
+    for (const auto* other : {"", "no XML at all", "<html/>", "<Project/>", "<project name=\"a\"><tasks/></project>",
+                              "<APIBusinessObjects xmlns=\"u\"><Project ObjectId=\"1\"/></APIBusinessObjects>"}) {
+        const auto mended = mend(other);
+        EXPECT_EQ(mended.verdict, MSPDIMendVerdict::NotMendable) << other;
+        EXPECT_THAT(mended.obstacle, HasSubstr("plan")) << other;
+    }
+}
+
+TEST_F(MendTest, declaresTheNamespaceOfPlans) {
+    const auto plan = planOf(tasks(task(1, 1)));
+    const std::string declared = " xmlns=\"http://schemas.microsoft.com/project\"";
+    expectMended(with(plan, declared, ""), plan, "namespace 1");
+    expectMended(with(plan, declared, " xmlns='http://schemas.microsoft.com/project/2003'"), plan, "namespace 1");
+    expectMended(with(plan, declared, declared + " xmlns:xsi=\"u\" xsi:schemaLocation=\"a b\""), plan, "namespace 1");
+}
+
+TEST_F(MendTest, dropsThePrefixesOfAPlan) {
+    const std::string start = "<m:Project xmlns:m=\"http://schemas.microsoft.com/project\">";
+    const auto calendar =
+        "<m:Calendars><m:Calendar><m:UID>1</m:UID><m:IsBaseCalendar>1</m:IsBaseCalendar>"
+        "</m:Calendar></m:Calendars>";
+    expectMended(start + calendar + "</m:Project>",
+                 "<Project xmlns=\"http://schemas.microsoft.com/project\"><Calendars><Calendar><UID>1</UID>"
+                 "<IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars></Project>",
+                 "namespace 1");
+}
+
+TEST_F(MendTest, declaresOtherNamespacesWhereTheyAreUsed) {
+    const auto plan = planOf("  <x:Other><x:a/></x:Other>\n" + tasks(task(1, 1)));
+    const std::string declared = " xmlns=\"http://schemas.microsoft.com/project\"";
+    expectMended(with(plan, declared, declared + " xmlns:x=\"u\""), with(plan, "<x:Other>", "<x:Other xmlns:x=\"u\">"),
+                 "namespace 1");
+}
+
+TEST_F(MendTest, writesPlansOfOtherEncodingsInUTF8) {
+    auto plan = with(planOf(tasks(task(0, 0, "<Name>\xFC</Name>"))), "UTF-8", "ISO-8859-1");
+    const auto mended = mend(plan);
+    ASSERT_EQ(mended.verdict, MSPDIMendVerdict::Mended);
+    EXPECT_TRUE(mended.isConverted);
+    plan = with(with(plan, "ISO-8859-1", "UTF-8"), "\xFC", "\xC3\xBC");
+    EXPECT_EQ(mended.bytes, with(plan, "\xC3\xBC</Name>", "\xC3\xBC</Name><Summary>1</Summary>"));
+}
+
+TEST_F(MendTest, saysWhereItHadToRepairTheMarkup) {
+    const auto mended = mend(planOf(tasks(task(0, 0, "<Name>A & B</Name>"))));
+    ASSERT_EQ(mended.verdict, MSPDIMendVerdict::Mended);
+    EXPECT_TRUE(mended.isRepaired);
+    EXPECT_THAT(mended.bytes, HasSubstr("A &amp; B"));
+}
+
+TEST_F(MendTest, keepsAByteOrderMark) {
+    const auto plan = "\xEF\xBB\xBF" + planOf(tasks(task(0, 0, "<Summary>0</Summary>")));
+    expectMended(plan, with(plan, "<Summary>0<", "<Summary>1<"), "root-task 1");
+}

@@ -1,0 +1,141 @@
+#include "MSPDIAccountOfPlan.h"
+#include "MSPDIKinds.h"
+#include "MSPDIMendForLoss.h"
+#include "MendFixture.h"
+
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+// What is done by name to plans that import.
+class ImprovementTest : public MendTest {
+protected:
+    std::size_t lossesOf(const std::string& plan, std::string_view kind) {
+        machine.addFile("/Plan.xml", plan);
+        for (const auto& loss : MSPDIAccountOfPlan("/Plan.xml", services).losses) {
+            if (loss.kind == kind) {
+                return loss.count;
+            }
+        }
+        return 0;
+    }
+    std::size_t allLossesOf(const std::string& plan) {
+        machine.addFile("/Plan.xml", plan);
+        const auto account = MSPDIAccountOfPlan("/Plan.xml", services);
+        return account.leaves[MSPDIFateIndex(MSPDIFate::Lost)] + account.leaves[MSPDIFateIndex(MSPDIFate::Changed)];
+    }
+    // Expects that the step that is named for a kind of loss takes all of it away, adds no other, and is through.
+    std::string saved(const std::string& plan, std::string_view kind) {
+        EXPECT_GT(lossesOf(plan, kind), 0U) << kind;
+        const auto* step = MSPDIMendStepForLoss(kind);
+        EXPECT_EQ(mend(plan).verdict, MSPDIMendVerdict::ImportsAsIs);
+        const MSPDIMendOptions options{.only = {std::string(step->name)}};
+        const auto mended = mend(plan, options);
+        EXPECT_EQ(mended.verdict, MSPDIMendVerdict::Mended) << kind << mended.obstacle;
+        EXPECT_EQ(lossesOf(mended.bytes, kind), 0U) << kind << mended.bytes;
+        EXPECT_LE(allLossesOf(mended.bytes), allLossesOf(plan)) << kind;
+        EXPECT_EQ(mend(mended.bytes, options).verdict, MSPDIMendVerdict::ImportsAsIs) << kind << mended.bytes;
+        return mended.bytes;
+    }
+};
+
+std::string named(const std::string& name) {
+    return "<Name>" + name + "</Name>";
+}
+
+}  // namespace
+
+TEST_F(ImprovementTest, deadlinesBecomeAFieldOfTheirTasks) {
+    const auto plan =
+        planOf(tasks(task(1, 1, named("Paint") + "<Deadline>2012-02-01T17:00:00</Deadline>") + task(2, 1)));
+    const auto mended = saved(plan, "deadline");
+    EXPECT_THAT(mended, HasSubstr("<ExtendedAttributes><ExtendedAttribute><FieldID>188743731</FieldID><FieldName>Text1"
+                                  "</FieldName><Alias>Deadline</Alias><CFType>7</CFType></ExtendedAttribute>"
+                                  "</ExtendedAttributes>"));
+    EXPECT_THAT(mended, HasSubstr("<Name>Paint</Name><ExtendedAttribute><FieldID>188743731</FieldID>"
+                                  "<Value>2012-02-01T17:00:00</Value></ExtendedAttribute></Task>"));
+    EXPECT_THAT(mended, Not(HasSubstr("<Deadline>")));
+}
+
+TEST_F(ImprovementTest, lagBecomesAFieldInWords) {
+    const auto link = [](int uid, const std::string& lag) {
+        return "<PredecessorLink><PredecessorUID>" + std::to_string(uid) + "</PredecessorUID><Type>1</Type><LinkLag>" +
+               lag + "</LinkLag></PredecessorLink>";
+    };
+    const auto plan = planOf(tasks(task(1, 1) + task(2, 1) + task(3, 1, link(1, "4800") + link(2, "-450"))));
+    EXPECT_THAT(saved(plan, "link-lag"), HasSubstr("<Value>8 h after task 1; -45 min after task 2</Value>"));
+}
+
+TEST_F(ImprovementTest, unitsBecomeAFieldInWords) {
+    const std::string rest =
+        "  <Resources><Resource><UID>1</UID><Name>Anna</Name><Type>1</Type></Resource></Resources>\n"
+        "  <Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID><Units>0.5</Units></Assignment>"
+        "</Assignments>\n";
+    EXPECT_THAT(saved(planOf(tasks(task(1, 1, "<Duration>PT8H0M0S</Duration>")) + rest), "assignment-units"),
+                HasSubstr("<Value>Anna 50%</Value>"));
+}
+
+TEST_F(ImprovementTest, takesFieldsThatAreFree) {
+    const std::string definitions =
+        "  <ExtendedAttributes><ExtendedAttribute><FieldID>188743731</FieldID><FieldName>Text1</FieldName>"
+        "</ExtendedAttribute></ExtendedAttributes>\n";
+    const auto mended = mend(planOf(definitions + tasks(task(1, 1, "<Deadline>2012-02-01T17:00:00</Deadline>"))),
+                             {.only = {"deadline-to-field"}});
+    EXPECT_THAT(mended.bytes, HasSubstr("<FieldID>188743734</FieldID><FieldName>Text2</FieldName>"));
+}
+
+TEST_F(ImprovementTest, allFieldsGetKeys) {
+    const std::string definitions =
+        "  <ExtendedAttributes><ExtendedAttribute><FieldID>7</FieldID><Alias>Region</Alias></ExtendedAttribute>"
+        "</ExtendedAttributes>\n";
+    const auto value = std::string("<ExtendedAttribute><FieldID>7</FieldID><Value>v</Value></ExtendedAttribute>");
+    const std::string other = "<ExtendedAttribute><FieldID>8</FieldID><Value>v</Value></ExtendedAttribute>";
+    const auto plan = planOf(with(definitions, "</ExtendedAttributes>",
+                                  "<ExtendedAttribute><FieldID>8</FieldID><Alias>Team</Alias></ExtendedAttribute>"
+                                  "</ExtendedAttributes>") +
+                             tasks(task(1, 1, value) + task(2, 1, other)));
+    EXPECT_THAT(saved(plan, "unregistered-field"),
+                HasSubstr(other + "<ExtendedAttribute><FieldID>7</FieldID></ExtendedAttribute></Task></Tasks>"));
+}
+
+TEST_F(ImprovementTest, resourcesGetTheWeekOfTheirBaseCalendar) {
+    const std::string calendars =
+        "  <Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar>"
+        "<Calendar><UID>2</UID><IsBaseCalendar>1</IsBaseCalendar><WeekDays><WeekDay><DayType>2</DayType><DayWorking>0"
+        "</DayWorking></WeekDay></WeekDays></Calendar>"
+        "<Calendar><UID>3</UID><IsBaseCalendar>0</IsBaseCalendar><BaseCalendarUID>2</BaseCalendarUID></Calendar>"
+        "</Calendars>\n";
+    const auto plan =
+        planOf("  <Resources><Resource><UID>1</UID><CalendarUID>3</CalendarUID></Resource></Resources>\n", calendars);
+    EXPECT_THAT(saved(plan, "resource-week"),
+                HasSubstr("<UID>3</UID><IsBaseCalendar>1</IsBaseCalendar><BaseCalendarUID>2</BaseCalendarUID><WeekDays>"
+                          "<WeekDay><DayType>2</DayType><DayWorking>0</DayWorking></WeekDay></WeekDays></Calendar>"));
+}
+
+TEST_F(ImprovementTest, exceptionsOf2003TakeTheLaterForm) {
+    const std::string day =
+        "<WeekDay><DayType>0</DayType><DayWorking>0</DayWorking><TimePeriod><FromDate>2012-01-10T00:00:00</FromDate>"
+        "<ToDate>2012-01-10T23:59:00</ToDate></TimePeriod></WeekDay>";
+    const auto plan = planOf("", "  <Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar><WeekDays>" +
+                                     day + "</WeekDays></Calendar></Calendars>\n");
+    EXPECT_THAT(saved(plan, "exception-2003"),
+                HasSubstr("<WeekDays></WeekDays><Exceptions><Exception><TimePeriod><FromDate>2012-01-10T00:00:00"
+                          "</FromDate><ToDate>2012-01-10T23:59:00</ToDate></TimePeriod><Type>1</Type><DayWorking>0"
+                          "</DayWorking></Exception></Exceptions>"));
+}
+
+TEST_F(ImprovementTest, tasksOutsideTheOutlineComeIn) {
+    saved(planOf(tasks(task(1, 0, "<Summary>1</Summary>") + task(2, 1))), "unreachable-task");
+}
+
+TEST_F(ImprovementTest, everyStepForALossIsOne) {
+    std::size_t count = 0;
+    for (const auto& kind : MSPDIKinds()) {
+        if (MSPDIMendStepForLoss(kind.name) != nullptr) {
+            ++count;
+        }
+    }
+    EXPECT_EQ(count, 9U);
+    EXPECT_EQ(MSPDIMendStepForLoss("wbs"), nullptr);
+}

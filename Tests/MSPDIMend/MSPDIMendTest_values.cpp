@@ -1,0 +1,132 @@
+#include "MendFixture.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST_F(MendTest, makesCostResourcesMaterialAndUnknownOnesWork) {
+    const std::string resources =
+        "  <Resources><Resource><UID>1</UID><Type>2</Type><Rates/></Resource>"
+        "<Resource><UID>2</UID><Type>7</Type></Resource><Resource><UID>0</UID><Type>9</Type></Resource></Resources>\n";
+    auto wanted = with(planOf(resources), "<Type>2</Type>", "<Type>0</Type><IsCostResource>1</IsCostResource>");
+    wanted = with(wanted, "<Type>7</Type>", "<Type>1</Type>");
+    expectMended(planOf(resources), wanted, "resource-type 2");
+}
+
+// Whatever a task's value is, the importer stops at it, and nothing else leaves the copy.
+TEST_F(MendTest, leavesOutValuesThatEndTheImport) {
+    for (const std::string bad :
+         {"<OutlineLevel>x</OutlineLevel>", "<IsNull>maybe</IsNull>", "<Summary/>", "<Duration>8 hours</Duration>",
+          "<Start>tomorrow</Start>", "<Finish>2012-01-09X08:00:00</Finish>", "<Work>P1D</Work>", "<Type>9</Type>",
+          "<Type>x</Type>", "<PercentComplete>half</PercentComplete>", "<PercentWorkComplete>-</PercentWorkComplete>",
+          "<FixedCost>much</FixedCost>", "<ConstraintType>x</ConstraintType>"}) {
+        const auto plan = planOf(tasks("<Task><UID>1</UID><Name>a</Name>" + bad + "<Priority>1</Priority></Task>"));
+        expectMended(plan, with(plan, bad, ""), "unreadable-value 1");
+    }
+}
+
+TEST_F(MendTest, leavesOutADateOnlyWhereItIsRead) {
+    const std::string date = "<ConstraintDate>soon</ConstraintDate>";
+    const auto plan = planOf(tasks(task(0, 0) + task(1, 1, "<ConstraintType>0</ConstraintType>" + date) +
+                                   task(2, 1, "<ConstraintType>4</ConstraintType>" + date)));
+    auto wanted = with(plan, "</OutlineLevel>", "</OutlineLevel><Summary>1</Summary>");
+    wanted.erase(wanted.rfind(date), date.size());
+    expectMended(plan, wanted, "root-task 1, unreadable-value 1");
+}
+
+TEST_F(MendTest, leavesOutAllUnreadableValuesOfATaskWithTheirLines) {
+    const auto plan =
+        planOf(tasks("\n    <Task>\n      <UID>1</UID>\n      <Start>x</Start>\n      <Type>y</Type>\n"
+                     "      <Notes>n</Notes>\n    </Task>\n  "));
+    expectMended(plan, with(plan, "      <Start>x</Start>\n      <Type>y</Type>\n", ""), "unreadable-value 2");
+    EXPECT_THAT(mend(plan).steps[0].where,
+                ElementsAre("Task UID='1' name='': Start 'x'", "Task UID='1' name='': Type 'y'"));
+}
+
+TEST_F(MendTest, leavesOutUnreadableValuesOfTheProject) {
+    for (const std::string bad : {"<FinishDate>x</FinishDate><ScheduleFromStart>0</ScheduleFromStart>",
+                                  "<ScheduleFromStart>maybe</ScheduleFromStart>", "<WorkFormat>w</WorkFormat>"}) {
+        const auto plan = planOf("  " + bad + "\n");
+        const auto mended = mend(plan);
+        EXPECT_EQ(mended.verdict, MSPDIMendVerdict::Mended) << bad << mended.obstacle;
+        EXPECT_EQ(stepsOf(mended), "unreadable-value 1") << bad;
+    }
+}
+
+TEST_F(MendTest, leavesOutUnreadableValuesOfResourcesAndTheirCalendars) {
+    const std::string resource =
+        "  "
+        "<Resources><Resource><UID>1</UID><MaxUnits>x</MaxUnits><CalendarUID>2</CalendarUID></Resource></Resources>\n";
+    const std::string calendars =
+        "  "
+        "<Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar><Calendar><UID>2</UID><WeekDays>"
+        "<WeekDay><DayType>2</DayType><DayWorking>1</"
+        "DayWorking><WorkingTimes><WorkingTime><FromTime>2012-01-09X8:00:00</FromTime>"
+        "<ToTime>17:00:00</ToTime></WorkingTime></WorkingTimes></WeekDay></WeekDays></Calendar></Calendars>\n";
+    const auto plan = planOf(resource, calendars);
+    expectMended(plan, with(with(plan, "<MaxUnits>x</MaxUnits>", ""), "<FromTime>2012-01-09X8:00:00</FromTime>", ""),
+                 "unreadable-value 2");
+}
+
+TEST_F(MendTest, leavesOutUnreadableValuesOfAssignments) {
+    const std::string start = "  <Assignments><Assignment>";
+    const std::string end = "</Assignment></Assignments>\n";
+    const auto plan = planOf(tasks(task(1, 1)) + start + "<TaskUID>x</TaskUID><ResourceUID>1</ResourceUID>" + end);
+    expectMended(plan, with(plan, "<TaskUID>x</TaskUID>", ""), "unreadable-value 1");
+    const auto other = planOf(tasks(task(1, 1)) + start + "<TaskUID>1</TaskUID><ResourceUID>x</ResourceUID>" + end);
+    expectMended(other, with(other, "<ResourceUID>x</ResourceUID>", ""), "unreadable-value 1");
+}
+
+TEST_F(MendTest, leavesOutUnreadableValuesOfBaselines) {
+    const auto plan = planOf(tasks(task(1, 1,
+                                        "<Start>2012-01-09T08:00:00</Start><Baseline><Number>3</Number><Start>x</Start>"
+                                        "<Work>PT8H0M0S</Work></Baseline>")));
+    expectMended(plan, with(plan, "<Start>x</Start>", ""), "unreadable-value 1");
+}
+
+TEST_F(MendTest, leavesOutDefinitionsTypesThatAreNoNumbers) {
+    const std::string definitions =
+        "  <ExtendedAttributes><ExtendedAttribute><FieldID>7</FieldID><FieldName>Text1</FieldName><CFType>x</CFType>"
+        "</ExtendedAttribute></ExtendedAttributes>\n";
+    const auto plan = planOf(definitions + tasks(task(1, 1,
+                                                      "<ExtendedAttribute><FieldID>7</FieldID><Value>v</Value>"
+                                                      "</ExtendedAttribute>")));
+    expectMended(plan, with(plan, "<CFType>x</CFType>", ""), "unreadable-value 1");
+}
+
+namespace {
+
+std::string record(const std::string& day, const std::string& work = "PT8H0M0S") {
+    return "<TimephasedData><Type>1</Type><Start>2012-01-" + day + "T08:00:00</Start><Finish>2012-01-" + day +
+           "T17:00:00</Finish><Value>" + work + "</Value></TimephasedData>";
+}
+
+std::string assignmentsOf(const std::string& content) {
+    return "  <Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>-1</ResourceUID>" + content +
+           "</Assignment></Assignments>\n";
+}
+
+}  // namespace
+
+TEST_F(MendTest, leavesOutTheTimephasedDataOfTasksWithOthersUnderThem) {
+    const auto family = tasks(task(1, 1, "<Summary>1</Summary>") + task(2, 2));
+    const std::string others = "<TimephasedData><Type>4</Type></TimephasedData>";
+    expectMended(planOf(family + assignmentsOf(record("09") + record("11") + others)),
+                 planOf(family + assignmentsOf(others)), "split-roll-up 2");
+}
+
+// Two records of a Saturday hold no working time together.
+TEST_F(MendTest, leavesOutTimephasedDataWithoutWorkingTime) {
+    const auto saturday = record("14") + record("14");
+    expectMended(planOf(tasks(task(1, 1)) + assignmentsOf(saturday + record("16"))),
+                 planOf(tasks(task(1, 1)) + assignmentsOf("")), "split-pieces 3");
+}
+
+TEST_F(MendTest, tellsWhatStandsInTheWayOfPlansThatGrowBeyondMeasure) {
+    const std::string exception =
+        "<Exceptions><Exception><DayWorking>0</DayWorking><Type>1</Type><TimePeriod><FromDate>0001-01-01T00:00:00"
+        "</FromDate><ToDate>99999-01-01T00:00:00</ToDate></TimePeriod></Exception></Exceptions>";
+    const auto mended = mend(planOf("", with(standardCalendar(), "</Calendar>", exception + "</Calendar>")));
+    EXPECT_EQ(mended.verdict, MSPDIMendVerdict::NotMendable);
+    EXPECT_THAT(mended.obstacle, StartsWith("Too many calendar events"));
+}

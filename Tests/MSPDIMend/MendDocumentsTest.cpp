@@ -1,0 +1,70 @@
+// The documents name the steps that the program has.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+
+#include "MSPDIMend.h"
+
+namespace {
+
+std::string sourceFile(const std::string& path) {
+    std::ifstream file(std::string(KZMSP_SOURCE) + "/" + path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void replaceAll(std::string& text, const std::string& piece, const std::string& replacement) {
+    for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + replacement.size())) {
+        text.replace(at, piece.size(), replacement);
+    }
+}
+
+std::string sentence(std::string_view text) {
+    std::string result(text);
+    result.front() = static_cast<char>(std::toupper(result.front()));
+    result.push_back('.');
+    return result;
+}
+
+}  // namespace
+
+TEST(MendDocumentsTest, theManPageHasAllStepsInTheirOrder) {
+    auto page = sourceFile("docs/mspdi-mend.1");
+    const auto start = page.find(".SH STEPS");
+    page = page.substr(start, page.find("\n.SH", start + 1) - start + 1);
+    replaceAll(page, "\\-", "-");
+    replaceAll(page, "\\(aq", "'");
+    std::string wanted = ".SH STEPS\nIn the order in which they are done.\n";
+    for (const auto& step : MSPDIMendSteps()) {
+        wanted.append(".TP\n.B ").append(step.name).append("\n").append(sentence(step.what));
+        wanted.append("\n.br\nLost or invented: ").append(step.price).append(".\n");
+    }
+    EXPECT_EQ(page, wanted);
+}
+
+TEST(MendDocumentsTest, theCompletionsOfferAllSteps) {
+    std::string names;
+    for (const auto& step : MSPDIMendSteps()) {
+        names.append(names.empty() ? "" : " ").append(step.name);
+    }
+    for (const auto* file : {"completions/mspdi.bash", "completions/_mspdi", "completions/mspdi.fish"}) {
+        auto text = sourceFile(file);
+        replaceAll(text, "'\n_mspdi_steps+='", "");  // of bash
+        replaceAll(text, " \\\n        ", " ");
+        replaceAll(text, " \\\n    ", " ");
+        EXPECT_NE(text.find(names), std::string::npos) << file;
+    }
+}
+
+TEST(MendDocumentsTest, everyStepHasANameOfItsOwn) {
+    std::set<std::string_view> names;
+    for (const auto& step : MSPDIMendSteps()) {
+        EXPECT_TRUE(names.insert(step.name).second) << step.name;
+        EXPECT_EQ(MSPDIMendStepNamed(step.name), &step);
+        EXPECT_FALSE(step.what.empty() || step.price.empty());
+    }
+    EXPECT_EQ(MSPDIMendStepNamed("no-step"), nullptr);
+}
