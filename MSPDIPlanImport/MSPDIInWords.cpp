@@ -23,9 +23,7 @@ constexpr std::array reasons = {
     Words{"MSPDI 'Standard' Calendar is not a base calendar.", "the plan's Standard calendar is no base calendar"},
     Words{"Invalid value of 'Type' in 'Resource'", "a resource is neither work nor material: a cost resource perhaps"},
     Words{"This does not seem like a MS Project root task.",
-          "the task with the number 0 does not "
-          "stand for the project; mostly the plan "
-          "has no tasks"},
+          "the task with the number 0 does not stand for the project; nearly always the plan has no tasks of its own"},
     Words{"Duplicate tasks with UID=0", "two tasks have the number 0, which is the project's own"},
     Words{"Parent task was not assigned a type.", "a summary task has interrupted work of its own"},
     Words{"Unexpected MSPDI Task Type", "a task is of an unknown type"},

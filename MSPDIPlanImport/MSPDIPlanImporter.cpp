@@ -52,16 +52,14 @@ MSPDIVerdict verdictOf(const MSPDIRefusal& refusal, bool hasReadTemplate) {
     return isOfMachine ? MSPDIVerdict::Failed : MSPDIVerdict::Refused;
 }
 
-// The same warning comes with every scenario.
-std::vector<std::string> inWords(const std::vector<std::string>& warnings) {
-    std::vector<std::string> words;
+// The same warning comes with every scenario, and of a plan that is mended with every import.
+void addInWords(const std::vector<std::string>& warnings, std::vector<std::string>& words) {
     for (const auto& warning : warnings) {
         auto text = MSPDIWarningInWords(warning);
         if (std::ranges::find(words, text) == words.end()) {
             words.push_back(std::move(text));
         }
     }
-    return words;
 }
 
 std::string inMemory(const std::string& name) {
@@ -173,26 +171,30 @@ MSPIImportInfo MSPDIPlanImporter::infoFor(const std::string& path, const MSPCURL
     return info;
 }
 
-// The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory. Mends
-// only what is refused, unless all is to be mended; most plans need no more than one import then.
+// The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory. What is
+// refused is mended then, so that most plans need no more than one import.
 void MSPDIPlanImporter::importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result) {
     const auto bytes = _services.fileSystem.openFile(path) ? std::nullopt : _services.fileSystem.readFile(path);
-    const bool isMendedFirst = _options.mending == MSPDIMending::All;
-    auto mended = isMendedFirst ? mendedBytes(path, bytes, result) : std::nullopt;
-    importOnce(folder, path, mended ? std::move(mended) : bytes, result);
-    const bool isRefused = result.verdict == MSPDIVerdict::Refused || result.verdict == MSPDIVerdict::Unreadable;
-    if (isMendedFirst || !isRefused || (_options.mending == MSPDIMending::None && !_options.tellsMending)) {
+    auto improved = _options.mending == MSPDIMending::All ? mendedBytes(path, bytes, true, result) : std::nullopt;
+    if (improved) {
+        importOnce(folder, path, std::move(improved), result);
         return;
     }
-    mended = mendedBytes(path, bytes, result);
-    if (mended && _options.mending == MSPDIMending::OfRefused) {
+    importOnce(folder, path, bytes, result);
+    const bool isRefused = result.verdict == MSPDIVerdict::Refused || result.verdict == MSPDIVerdict::Unreadable;
+    if (!isRefused || (_options.mending == MSPDIMending::None && !_options.tellsMending)) {
+        return;
+    }
+    auto mended = mendedBytes(path, bytes, false, result);
+    if (mended && _options.mending != MSPDIMending::None) {
         importOnce(folder, path, std::move(mended), result);
     }
 }
 
-// The plan as mending makes it; none where nothing was to be done, or it does not help.
+// The plan as mending makes it, by all steps or only by those that it needs; none where nothing was to be done, or it
+// does not help.
 std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& path, std::optional<std::string> bytes,
-                                                          MSPDIImportedPlan& result) const {
+                                                          bool isAll, MSPDIImportedPlan& result) const {
     if (!bytes) {
         bytes = _services.fileSystem.readFile(path);
     }
@@ -200,10 +202,16 @@ std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& pat
         return std::nullopt;
     }
     MSPDIMendOptions options;
-    options.isAll = _options.mending == MSPDIMending::All;
+    options.isAll = isAll;
     auto mended = MSPDIMendPlan(lastPathComponent(path), *bytes, _services, options);
+    if (isAll && mended.verdict == MSPDIMendVerdict::NotMendable) {
+        return std::nullopt;  // the steps that it needs may do alone
+    }
     result.mending = std::move(mended.steps);
     result.mendingObstacle = std::move(mended.obstacle);
+    if (isAll && mended.isRepaired) {
+        result.warnings.emplace_back("the markup of the plan was repaired, or brought entities of its own");
+    }
     return mended.verdict == MSPDIMendVerdict::Mended ? std::optional(std::move(mended.bytes)) : std::nullopt;
 }
 
@@ -211,7 +219,10 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
                                    MSPDIImportedPlan& result) {
     MSPDIMemoryFileSystem memory(_services.fileSystem, MSPDIMemoryKeeping::Content);
     MSPDIImportFileSystem fileSystem(_services.fileSystem, memory, _services.progress);
-    const auto source = bytes ? inMemory(lastPathComponent(path)) : path;
+    // What was mended is a plan, whatever its file is called.
+    const auto name =
+        result.mending.empty() ? lastPathComponent(path) : pathByDeletingExtension(lastPathComponent(path)) + ".xml";
+    const auto source = bytes ? inMemory(name) : path;
     if (bytes) {
         memory.addFile(source, *std::exchange(bytes, std::nullopt));
     }
@@ -225,10 +236,7 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
     MSPIXMLImporter importer(infoFor(path, destination, memory), ofImport,
                              counted(std::move(mapScenario), result.counts));
     const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
-    result.warnings = inWords(log.warnings());
-    result.verdict = MSPDIVerdict::Imported;
-    result.reason.clear();
-    result.refusal.reset();
+    addInWords(log.warnings(), result.warnings);
     if (!isImported) {
         result.counts = {};
         result.refusal = log.refusal();
@@ -236,6 +244,9 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
         result.reason = MSPDIReasonInWords(*result.refusal);
         return;
     }
+    result.verdict = MSPDIVerdict::Imported;
+    result.reason.clear();
+    result.refusal.reset();
     result.document = fileSystem.newDocument();
     result.isNumbered = result.document != destination.path();
     _documents.insert(result.document);

@@ -83,7 +83,7 @@ private:
     [[nodiscard]] MSPIImportInfo infoFor(const std::string& path, const MSPCURL& destination,
                                          MSPDIMemoryFileSystem& memory) const;
     [[nodiscard]] std::optional<std::string> mendedBytes(const std::string& path, std::optional<std::string> bytes,
-                                                         MSPDIImportedPlan& result) const;
+                                                         bool isAll, MSPDIImportedPlan& result) const;
     void importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result);
     // `bytes` stand for the content of the plan's file, where they are given.
     void importOnce(const std::string& folder, const std::string& path, std::optional<std::string> bytes,

@@ -36,7 +36,7 @@ _mspdi() {
         return
     fi
     case ${COMP_WORDS[1]} in
-        import) options+=' --as-in-winter --log --name --output --overwrite --template' ;;
+        import) options+=' --as-in-winter --log --mend --mend=all --name --output --overwrite --template' ;;
         losses) options+=' --all' ;;
         mend) options+=' --all --dry-run --only --output' ;;
         diff) options+=' --scenario' ;;

@@ -22,6 +22,8 @@ complete -c mspdi -n "__fish_seen_subcommand_from import losses mend diff" -a "(
 complete -c mspdi -n "__fish_seen_subcommand_from check diff" -a "(__fish_complete_directories)"
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l as-in-winter -d 'Give dates the offset of winter'
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l log -r -F -d 'Add the importer\'s log to this file'
+complete -c mspdi -n "__fish_seen_subcommand_from import" -l mend -d 'Mend plans that are refused'
+complete -c mspdi -n "__fish_seen_subcommand_from import" -l mend=all -d 'Improve all plans'
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l name -x -d 'The name of the document'
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l output -s o -x -a "(__fish_complete_directories)" -d 'The folder for the documents'
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l overwrite -d 'Replace a document of that name'

@@ -16,7 +16,7 @@ namespace {
 struct Arguments {
     std::vector<std::string> plans;
     MSPDIPlanImportOptions options;
-    std::string mending;  // empty, "necessary" or "all"
+    std::string mending;  // empty, "true" or "all"
     std::string log;
     bool isAsInWinter = false;
 };
@@ -63,7 +63,8 @@ void importPlans(const Arguments& arguments, MSPDIPlanImporter& importer, MSPDIR
         const auto imported = importer.import(plan);
         const auto status = statusOf(imported.verdict);
         if (status == MSPDIStatus::CouldNotLook) {
-            run.couldNotLook(plan, imported.reason);
+            const bool isMendable = !imported.mending.empty();
+            run.couldNotLook(plan, imported.reason + (isMendable ? "; mspdi import --mend imports it" : ""));
         }
         run.status = std::max(run.status, status);
         report.tell(plan, imported);
@@ -108,6 +109,7 @@ void importOrTell(Arguments arguments, MSPDIRun& run) {
         options.documentName->resize(options.documentName->size() - extension.size());
     }
     options.tellsLosses = !run.isQuiet;
+    options.tellsMending = !run.isQuiet;
     if (!arguments.mending.empty()) {
         options.mending = arguments.mending == "all" ? MSPDIMending::All : MSPDIMending::OfRefused;
     }
@@ -137,10 +139,12 @@ void MSPDIAddImportCommand(CLI::App& program, MSPDIRun& run) {
         ->option_text("NAME")
         ->check(something);
     command.add_flag("--overwrite", options.overwrites, "Replace a document of that name, instead of taking NAME-1");
+    const CLI::Validator allOrNothing(
+        [](const std::string& text) { return text == "true" || text == "all" ? "" : "it is --mend or --mend=all"; },
+        "");
     command
-        .add_flag("--mend{necessary}", arguments->mending,
-                  "Mend plans that are refused, in memory; --mend=all improves all plans")
-        ->check(CLI::IsMember({"necessary", "all"}));
+        .add_flag("--mend", arguments->mending, "Mend plans that are refused, in memory; --mend=all improves all plans")
+        ->check(allOrNothing);
     command.add_option("--log", arguments->log, "Add the importer's own log to this file")
         ->option_text("FILE")
         ->check(something);

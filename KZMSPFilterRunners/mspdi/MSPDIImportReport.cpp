@@ -77,6 +77,17 @@ std::string inOneLine(const std::vector<MSPDIMendDone>& mending) {
     return text;
 }
 
+// The losses are those of the plan as it was imported, so of a mended one there has to be a copy to look at.
+std::string commandForLosses(const std::string& plan, const std::vector<MSPDIMendDone>& mending) {
+    if (mending.empty()) {
+        return "mspdi losses " + MSPDIShellWord(plan);
+    }
+    const bool isNecessary =
+        std::ranges::all_of(mending, [](const auto& done) { return MSPDIMendStepNamed(done.step)->isNecessary; });
+    return fmt::format("mspdi mend {}{} -o mended.xml && mspdi losses mended.xml", isNecessary ? "" : "--all ",
+                       MSPDIShellWord(plan));
+}
+
 JSON jsonOf(const std::string& plan, const MSPDIImportedPlan& imported) {
     const bool isImported = imported.verdict == MSPDIVerdict::Imported;
     const auto number = [isImported](std::size_t count) { return isImported ? JSON(count) : JSON(nullptr); };
@@ -91,7 +102,8 @@ JSON jsonOf(const std::string& plan, const MSPDIImportedPlan& imported) {
             {"warnings", imported.warnings},
             {"losses", imported.account ? jsonOf(*imported.account) : JSON(nullptr)},
             {"summerDates", imported.account ? JSON(summerDatesOf(*imported.account)) : JSON(nullptr)},
-            {"mending", jsonOf(imported.mending)}};
+            {"mending", jsonOf(imported.mending)},
+            {"mendingObstacle", imported.mendingObstacle.empty() ? JSON(nullptr) : JSON(imported.mendingObstacle)}};
 }
 
 }  // namespace
@@ -147,15 +159,16 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
         return;
     }
     tellSummerDates(*imported.account);
-    out << "    Lost or changed: " << lossesInOneLine(*imported.account) << "; all of it: mspdi losses "
-        << MSPCShownText(MSPDIShellWord(plan)).view() << '\n';
+    out << "    Lost or changed: " << lossesInOneLine(*imported.account)
+        << "; all of it: " << MSPCShownText(commandForLosses(plan, imported.mending)).view() << '\n';
 }
 
 void MSPDIImportReport::tellRefused(const std::string& plan, const MSPDIImportedPlan& imported) {
     _run.out << MSPCShownText(plan).view() << ": " << _run.emphasized("refused") << ": "
              << MSPCShownText(imported.reason).view() << '\n';
-    if (!imported.mending.empty() && imported.mendingObstacle.empty()) {
-        _run.out << "    mspdi import --mend imports it, mended in memory: " << inOneLine(imported.mending) << '\n';
+    if (!imported.mending.empty()) {
+        _run.out << "    mspdi import --mend imports it: " << inOneLine(imported.mending)
+                 << " (mspdi mend --dry-run tells more)\n";
     } else if (!imported.mendingObstacle.empty()) {
         _run.out << "    Mending does not help: " << MSPCShownText(imported.mendingObstacle).view() << '\n';
     }

@@ -104,19 +104,6 @@ std::string inWords(const MSPDIPlace& place) {
     return words.empty() ? dateInWords(place.value) : words;
 }
 
-struct Explanation {
-    std::string_view beginning;
-    std::string_view words;
-};
-
-constexpr Explanation explanations[] = {
-    {"This does not seem like a MS Project root task", "nearly always a plan without tasks of its own"},
-    {"Parent task was not assigned a type.", "interrupted work on a summary task"},
-    {"MS Project 'Standard' Calendar not found.", "the plan needs a base calendar named Standard"},
-    {"Invalid value of 'Type' in 'Resource': '2'.",
-     "a cost resource: make it a work or material resource in Microsoft Project and save the plan again"},
-};
-
 }  // namespace
 
 std::string MSPDIShownValue(std::string_view text) {
@@ -139,14 +126,4 @@ std::string MSPDIShownPath(std::string_view path) {
 std::string MSPDIValueInWords(const MSPDIPlace& place) {
     const auto words = inWords(place);
     return MSPDIShownValue(words.empty() ? place.value : words);
-}
-
-std::string MSPDIRefusalInWords(const MSPDIRefusal& refusal) {
-    if (refusal.reason.empty()) {
-        return "often interrupted work of several people that overlaps at a time without working time";
-    }
-    const auto* const found =
-        std::find_if(std::begin(explanations), std::end(explanations),
-                     [&](const Explanation& one) { return refusal.reason.starts_with(one.beginning); });
-    return found == std::end(explanations) ? std::string() : std::string(found->words);
 }

@@ -9,9 +9,6 @@
 // it.
 [[nodiscard]] std::string MSPDIValueInWords(const MSPDIPlace& place);
 
-// Why the importer refuses a plan, in words; empty where its own text is all that there is.
-[[nodiscard]] std::string MSPDIRefusalInWords(const MSPDIRefusal& refusal);
-
 // A text of a plan as people may see it, on one line: its beginning where it is longer than a line.
 [[nodiscard]] std::string MSPDIShownValue(std::string_view text);
 // A path, without its middle where it is very long.

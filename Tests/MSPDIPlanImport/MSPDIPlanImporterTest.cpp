@@ -38,6 +38,15 @@ protected:
         EXPECT_THAT(world.machine.pathsBelow("/hidden"), IsEmpty());
     }
 
+    // "root-task 1, outline 3"
+    static std::string stepsOf(const MSPDIImportedPlan& plan) {
+        std::string text;
+        for (const auto& done : plan.mending) {
+            text += (text.empty() ? "" : ", ") + std::string(done.step) + " " + std::to_string(done.count);
+        }
+        return text;
+    }
+
     ServicesInMemory world;
     MSPDIPlanImportOptions options;
 };
@@ -276,4 +285,88 @@ TEST_F(PlanImporterTest, namesEachVerdict) {
     EXPECT_EQ(MSPDIVerdictName(MSPDIVerdict::Refused), "refused");
     EXPECT_EQ(MSPDIVerdictName(MSPDIVerdict::Unreadable), "unreadable");
     EXPECT_EQ(MSPDIVerdictName(MSPDIVerdict::Failed), "failed");
+}
+
+TEST_F(PlanImporterTest, tellsWhatMendingWouldDoToARefusedPlan) {
+    const auto result = import("/in/Refused.xml");
+    EXPECT_EQ(result.verdict, MSPDIVerdict::Refused);
+    EXPECT_EQ(stepsOf(result), "unreadable-value 1");
+    EXPECT_EQ(result.mendingObstacle, "");
+    expectNothingIn("/out");
+    options.tellsMending = false;
+    EXPECT_EQ(stepsOf(import("/in/Refused.xml")), "");
+    EXPECT_EQ(stepsOf(import("/in/Plan.xml")), "") << "it imports";
+}
+
+TEST_F(PlanImporterTest, tellsWhyMendingDoesNotHelp) {
+    world.machine.addFile("/in/Other.xml", "<html/>");
+    for (const auto mending : {MSPDIMending::None, MSPDIMending::OfRefused, MSPDIMending::All}) {
+        options.mending = mending;
+        const auto result = import("/in/Other.xml");
+        EXPECT_EQ(result.verdict, MSPDIVerdict::Unreadable);
+        EXPECT_EQ(stepsOf(result), "");
+        EXPECT_EQ(result.mendingObstacle, "It is an XML document, but no plan that Microsoft Project saved (MSPDI).");
+    }
+    expectNothingIn("/out");
+}
+
+TEST_F(PlanImporterTest, mendsARefusedPlanInMemoryAndImportsIt) {
+    options.mending = MSPDIMending::OfRefused;
+    const auto result = import("/in/Refused.xml");
+    EXPECT_EQ(result.verdict, MSPDIVerdict::Imported);
+    EXPECT_EQ(result.reason, "");
+    EXPECT_FALSE(result.refusal);
+    EXPECT_EQ(result.document, "/out/Refused.kdzx");
+    EXPECT_FALSE(result.isNumbered);
+    EXPECT_EQ(result.counts.tasks, 1U);
+    EXPECT_EQ(result.counts.scenarios, 1U);
+    EXPECT_EQ(stepsOf(result), "unreadable-value 1");
+    ASSERT_TRUE(result.account) << "that of the mended plan";
+    EXPECT_FALSE(result.account->refusal);
+    EXPECT_THAT(world.machine.contents("/out/Refused.kdzx/__TOC.xml"), HasSubstr("<title>Refused</title>"));
+    EXPECT_EQ(world.machine.contents("/in/Refused.xml"), refusedPlan());
+    EXPECT_THAT(world.machine.pathsBelow("/in"), ElementsAre("/in", "/in/Plan.xml", "/in/Refused.xml"));
+}
+
+TEST_F(PlanImporterTest, takesAPlanOutOfAnotherFile) {
+    world.machine.addFile("/in/Plan.pod", "head" + planWith("<Tasks>" + taskNamed("Paint", "1") + "</Tasks>") + "tail");
+    const auto unmended = import("/in/Plan.pod");
+    EXPECT_EQ(unmended.verdict, MSPDIVerdict::Unreadable);
+    EXPECT_EQ(stepsOf(unmended), "embedded 1");
+    options.mending = MSPDIMending::OfRefused;
+    const auto result = import("/in/Plan.pod");
+    EXPECT_EQ(result.document, "/out/Plan.kdzx") << result.reason;
+    EXPECT_EQ(stepsOf(result), "embedded 1");
+}
+
+TEST_F(PlanImporterTest, improvesOnlyWhereAllIsToBeMended) {
+    world.machine.addFile(
+        "/in/Lossy.xml",
+        planWith("<Tasks>" + taskNamed("Paint", "1", "<Deadline>2012-02-01T17:00:00</Deadline>") + "</Tasks>"));
+    options.mending = MSPDIMending::OfRefused;
+    const auto plain = import("/in/Lossy.xml");
+    EXPECT_EQ(stepsOf(plain), "");
+    EXPECT_EQ(plain.counts.customFields, 0U);
+    options.mending = MSPDIMending::All;
+    const auto improved = import("/in/Lossy.xml");
+    EXPECT_EQ(stepsOf(improved), "deadline-to-field 1");
+    EXPECT_EQ(improved.counts.customFields, 1U);
+    const auto mended = import("/in/Refused.xml");
+    EXPECT_EQ(mended.verdict, MSPDIVerdict::Imported);
+    EXPECT_EQ(stepsOf(mended), "unreadable-value 1");
+    const auto asItIs = import("/in/Plan.xml");
+    EXPECT_EQ(asItIs.verdict, MSPDIVerdict::Imported);
+    EXPECT_EQ(stepsOf(asItIs), "");
+}
+
+TEST_F(PlanImporterTest, keepsTheWarningsOfThePlanThatWasMended) {
+    world.machine.addFile("/in/Damaged.xml", planWith("<Title>a & b</Title><Tasks>" +
+                                                      taskNamed("Paint", "1", "<Type>9</Type>") + "</Tasks>"));
+    options.mending = MSPDIMending::OfRefused;
+    const auto result = import("/in/Damaged.xml");
+    EXPECT_EQ(result.verdict, MSPDIVerdict::Imported);
+    EXPECT_THAT(result.warnings, ElementsAre(StartsWith("the file is damaged and was mended on reading")));
+    options.mending = MSPDIMending::All;
+    EXPECT_THAT(import("/in/Damaged.xml").warnings,
+                ElementsAre("the markup of the plan was repaired, or brought entities of its own"));
 }

@@ -84,9 +84,10 @@ TEST_F(ImportCommandTest, saysWhereNothingOfThePlanIsLost) {
 
 TEST_F(ImportCommandTest, tellsWhyAPlanIsRefusedAndLeavesNothing) {
     EXPECT_EQ(run({"import", "Refused.xml", "-o", "out"}), 1);
-    EXPECT_THAT(out.str(),
-                StartsWith("Refused.xml: refused: a task is of an unknown type (Unexpected MSPDI Task Type: 9 "
-                           "(Task UID='1' name='Paint'))\n"));
+    EXPECT_EQ(out.str(),
+              "Refused.xml: refused: a task is of an unknown type (Unexpected MSPDI Task Type: 9 "
+              "(Task UID='1' name='Paint'))\n"
+              "    mspdi import --mend imports it: 1 x unreadable-value (mspdi mend --dry-run tells more)\n");
     EXPECT_FALSE(world.machine.exists("/home/me/out"));
 }
 
@@ -98,7 +99,52 @@ TEST_F(ImportCommandTest, tellsWhatItCouldNotReadInOneLine) {
         EXPECT_EQ(out.str(), "");
         EXPECT_THAT(err.str(), StartsWith(std::string("mspdi: ") + plan + ": " + reason));
         EXPECT_EQ(err.str().find('\n'), err.str().size() - 1);
+        EXPECT_THAT(err.str(), Not(HasSubstr("--mend")));
     }
+}
+
+TEST_F(ImportCommandTest, mendsRefusedPlansAndTellsTheSteps) {
+    EXPECT_EQ(run({"import", "--mend", "Refused.xml", "Plan.xml"}), 0);
+    EXPECT_EQ(
+        out.str(),
+        "Refused.xml: the document is Refused.kdzx\n"
+        "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
+        "    Mended: 1 x unreadable-value: values that the importer cannot take, and stops at, leave the copy\n"
+        "    Lost or changed: nothing; all of it: mspdi mend Refused.xml -o mended.xml && mspdi losses mended.xml\n"
+        "Plan.xml: the document is Plan.kdzx\n"
+        "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
+        "    Lost or changed: nothing; all of it: mspdi losses Plan.xml\n");
+    EXPECT_EQ(run({"import", "--mend", "--json", "Refused.xml"}), 0);
+    const auto plan = told()["plans"][0];
+    EXPECT_EQ(plan["verdict"], "imported");
+    EXPECT_EQ(plan["mending"][0]["step"], "unreadable-value");
+    EXPECT_EQ(plan["mending"][0]["count"], 1);
+    EXPECT_EQ(plan["mendingObstacle"], nullptr);
+}
+
+TEST_F(ImportCommandTest, improvesAllPlansOnlyWhenAsked) {
+    EXPECT_EQ(run({"import", "--mend=all", "Lossy.xml"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("1 custom field\n    Mended: 1 x deadline-to-field: deadlines become a custom "
+                                     "field of their tasks\n"));
+    EXPECT_THAT(out.str(), HasSubstr("mspdi mend --all Lossy.xml -o mended.xml && mspdi losses mended.xml\n"));
+    EXPECT_EQ(run({"import", "--mend", "Lossy.xml"}), 0);
+    EXPECT_THAT(out.str(), Not(HasSubstr("Mended")));
+    for (const auto* wrong : {"--mend=some", "--mend=", "--mend=false"}) {
+        EXPECT_EQ(run({"import", wrong, "Plan.xml"}), 2) << wrong;
+        EXPECT_THAT(err.str(), StartsWith("mspdi: --mend"));
+    }
+}
+
+TEST_F(ImportCommandTest, saysWhatMendingDoesForPlansThatCannotBeRead) {
+    world.machine.addFile("/home/me/Plan.pod", "head" + planOf(taskOf("")) + "tail");
+    EXPECT_EQ(run({"import", "Plan.pod"}), 2);
+    EXPECT_THAT(err.str(), EndsWith("; mspdi import --mend imports it\n"));
+    EXPECT_EQ(run({"import", "--mend", "Plan.pod"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("    Mended: 1 x embedded: "));
+    EXPECT_EQ(run({"import", "--json", "--mend", "Other.xml"}), 2);
+    EXPECT_EQ(told()["plans"][0]["mending"], nullptr);
+    EXPECT_EQ(told()["plans"][0]["mendingObstacle"],
+              "It is an XML document, but no plan that Microsoft Project saved (MSPDI).");
 }
 
 TEST_F(ImportCommandTest, importsEachOfSeveralPlans) {
@@ -240,7 +286,7 @@ TEST_F(ImportCommandTest, refusesWrongArguments) {
 TEST_F(ImportCommandTest, helpsAndTellsItsVersion) {
     EXPECT_EQ(run({"import", "--help"}), 0);
     for (const auto* option :
-         {"--output", "--template", "--name", "--overwrite", "--log", "--as-in-winter", "--json"}) {
+         {"--output", "--template", "--name", "--overwrite", "--mend", "--log", "--as-in-winter", "--json"}) {
         EXPECT_THAT(out.str(), HasSubstr(option));
     }
     EXPECT_EQ(run({"import", "--version"}), 0);
