@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -24,6 +25,8 @@ struct MSPDIRun {
         installedTemplate{};  // where the empty document of the installation would be; empty where none is known
     bool isJSON = false;
     bool isQuiet = false;
+    // Shows a line below all others on the terminal, or takes it away (an empty text); none where there is no terminal.
+    std::function<void(std::string_view)> showStatus{};
     MSPDIStatus status = MSPDIStatus::NothingToTell;
 
     // One line on `err`, "mspdi: <file>: <reason>", and the status for it. What could begin another line or drive a

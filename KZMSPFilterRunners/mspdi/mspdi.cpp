@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <string_view>
 #include <utility>
@@ -47,7 +48,12 @@ int main(int argumentCount, char** arguments) {
     const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource, progress};
     const bool isColored =
         MSPCIsStandardOutputTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+    const auto type = environment("TERM");
+    std::function<void(std::string_view)> showStatus;
+    if (log.isOnTerminal() && !type.empty() && type != "dumb") {
+        showStatus = [](std::string_view text) { log.showStatus(text); };
+    }
     return MSPDIProgram(
         {arguments + 1, arguments + argumentCount}, services,
-        {std::cout, std::cerr, isColored, MSPCIsReaderOfStandardOutputGone, installedTemplate(fileSystem)});
+        {std::cout, std::cerr, isColored, MSPCIsReaderOfStandardOutputGone, installedTemplate(fileSystem), showStatus});
 }
