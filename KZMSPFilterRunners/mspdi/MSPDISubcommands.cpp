@@ -7,9 +7,11 @@
 #include "MSPDIImportCommand.h"
 #include "MSPDILossesCommand.h"
 #include "MSPDIMendCommand.h"
+#include "MSPDIMigrateCommand.h"
 
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    static constexpr std::array<MSPDISubcommand, 5> all = {
-        MSPDIAddImportCommand, MSPDIAddLossesCommand, MSPDIAddMendCommand, MSPDIAddCheckCommand, MSPDIAddDiffCommand};
+    static constexpr std::array<MSPDISubcommand, 6> all = {MSPDIAddImportCommand, MSPDIAddMigrateCommand,
+                                                           MSPDIAddLossesCommand, MSPDIAddMendCommand,
+                                                           MSPDIAddCheckCommand,  MSPDIAddDiffCommand};
     return all;
 }
