@@ -16,6 +16,7 @@
 #include "MSPDIMigrateProgress.h"
 #include "MSPDIMigrateReport.h"
 #include "MSPDIMigration.h"
+#include "MSPDIRun.h"
 
 namespace {
 
