@@ -100,7 +100,7 @@ void writeJSON(const MSPDIMigrationRecords& records, std::ostream& out) {
     writer.key("plans");
     writer.beginArray();
     records([&](const MSPDIMigrationRecord& record) {
-        imported += record.isImported() ? 1 : 0;
+        imported += record.isImported() ? 1U : 0U;
         writer.value(jsonOf(record));
     });
     writer.endArray();
