@@ -35,7 +35,9 @@ protected:
     int runInstalled(const std::vector<std::string>& arguments, const std::string& installedTemplate) {
         out.str("");
         err.str("");
-        return MSPDIProgram(arguments, world.services, {out, err, false, installedTemplate});
+        MSPDIOutput output{out, err};
+        output.installedTemplate = installedTemplate;
+        return MSPDIProgram(arguments, world.services, output);
     }
 };
 
