@@ -14,7 +14,10 @@ class MSPDIImportFileSystem final : public MSPDIReadOnlyFileSystem {
 public:
     // All three outlive this object. `memory` reads the machine's files as well.
     MSPDIImportFileSystem(MSPCFileSystem& machine, const MSPDIMemoryFileSystem& memory, MSPCProgress& progress)
-        : MSPDIReadOnlyFileSystem(memory), _machine(machine), _memory(memory), _progress(progress) {}
+        : MSPDIReadOnlyFileSystem(static_cast<const MSPCFileSystem&>(memory)),  // itself, and not a copy of its base
+          _machine(machine),
+          _memory(memory),
+          _progress(progress) {}
 
     // What files are read for from now on; at first "Reading".
     void setDoing(std::string_view doing) { _doing = doing; }
