@@ -121,13 +121,13 @@ TEST_F(WorkersTest, getNoMoreMemoryThanTheyMayHave) {
 #endif
 
 TEST_F(WorkersTest, endWithTheirParentEvenWhenItIsKilled) {
-    int ends[2];
-    ASSERT_EQ(::pipe(ends), 0);
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
     const auto parent = ::fork();
     if (parent == 0) {
-        ::close(ends[0]);
+        ::close(pipe[0]);
         MSPCWorkers workers(2, {}, [&](const std::string& job) {
-            static_cast<void>(!::write(ends[1], ".", 1));
+            static_cast<void>(!::write(pipe[1], ".", 1));
             ::sleep(60);
             return job;
         });
@@ -136,14 +136,14 @@ TEST_F(WorkersTest, endWithTheirParentEvenWhenItIsKilled) {
                                       [](const auto&, const auto&) {}, [] {}));
         ::_exit(0);
     }
-    ::close(ends[1]);
+    ::close(pipe[1]);
     char begun[2];
-    ASSERT_EQ(::read(ends[0], begun, 1), 1);
-    ASSERT_EQ(::read(ends[0], begun, 1), 1);
+    ASSERT_EQ(::read(pipe[0], begun, 1), 1);
+    ASSERT_EQ(::read(pipe[0], begun, 1), 1);
     ::kill(parent, SIGKILL);
     ::waitpid(parent, nullptr, 0);
-    EXPECT_EQ(::read(ends[0], begun, 1), 0) << "the pipe ends when the last of them has ended";
-    ::close(ends[0]);
+    EXPECT_EQ(::read(pipe[0], begun, 1), 0) << "the pipe ends when the last of them has ended";
+    ::close(pipe[0]);
 }
 
 TEST_F(WorkersTest, haveNothingToDoWithoutJobs) {
