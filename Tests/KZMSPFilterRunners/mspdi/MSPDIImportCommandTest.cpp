@@ -69,7 +69,8 @@ TEST_F(ImportCommandTest, tellsTheMostImportantLossesAndTheNumberOfTheOthers) {
         "/home/me/Lossy.xml",
         planOf("<Author>Ann</Author>" +
                taskOf("<Deadline>2012-02-01T17:00:00</Deadline><Manual>1</Manual><WBS>A.1</WBS><Contact>Bo</Contact>"
-                      "<FixedCostAccrual>2</FixedCostAccrual><Hyperlink>h</Hyperlink><Odd>1</Odd>")));
+                      "<FixedCostAccrual>2</FixedCostAccrual><Hyperlink>h</Hyperlink><Odd>1</"
+                      "Odd><ActualStart>2012-01-10T08:00:00</ActualStart>")));
     EXPECT_EQ(run({"import", "Lossy.xml"}), 0);
     EXPECT_THAT(out.str(), HasSubstr("    Lost or changed: 1 x deadline, 1 x manual-task, "));
     EXPECT_THAT(out.str(), HasSubstr(" more kind"));
