@@ -135,8 +135,10 @@ byId("plans").tHead.rows[0].append(...columns.map((name, column) => {
   return cell;
 }));
 for (const verdict of [...new Set(plans.map(plan => plan[1]))].sort()) byId("verdict").append(new Option(verdict, verdict));
-byId("filter").addEventListener("input", () => { first = 0; show(); });
-byId("verdict").addEventListener("input", () => { first = 0; show(); });
+for (const event of ["input", "change"]) {
+  byId("filter").addEventListener(event, () => { first = 0; show(); });
+  byId("verdict").addEventListener(event, () => { first = 0; show(); });
+}
 byId("earlier").addEventListener("click", () => { first -= pageSize; show(); });
 byId("later").addEventListener("click", () => { first += pageSize; show(); });
 addEventListener("beforeprint", () => { showsAll = true; first = 0; show(); });
