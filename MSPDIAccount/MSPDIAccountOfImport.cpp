@@ -6,9 +6,11 @@
 #include "MSPCExtensions.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
+#include "MSPDIExternalTexts.h"
 #include "MSPDIKinds.h"
 #include "MSPDILeafWalk.h"
 #include "MSPDIPlanFacts.h"
+#include "MSPDIReadOnlyFileSystem.h"
 #include "MSPDIRepairWarning.h"
 
 namespace {
@@ -20,7 +22,7 @@ bool tellOfRepair(const std::vector<std::string>& warnings, const MSPDIAccountOp
             const auto& kind = MSPDIKinds()[MSPDIKindIndex("overwritten-by-repair")];
             auto& loss = account.losses.emplace_back(MSPDILoss{kind.name, kind.what, "", 1, {}});
             if (options.mostPlaces > 0) {
-                loss.where.push_back({"/Project", "", "", warning, ""});
+                loss.where.push_back({"/Project", "", "", warning, "", "", ""});
             }
             return true;
         }
@@ -51,9 +53,13 @@ bool walkInPieces(const std::string& planPath, const MSPCServices& services, con
 void walkAsAWhole(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options,
                   const MSPDIPlanFacts& facts, MSPDIAccount& account) {
     MSPCNoLog log;
-    const auto plan =
-        newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly, services.fileSystem, log);
+    auto marked = MSPDIWithMarkedExternalTexts(planPath, services.fileSystem);
+    const bool isMarked = marked.has_value();
+    const MSPDIFileSystemWithContent withMarks(services.fileSystem, isMarked ? planPath : "",
+                                               std::move(marked).value_or(""));
+    const auto plan = newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly, withMarks, log);
     MSPDILeafWalk walk(facts, options, account);
+    walk.expectExternalTexts(isMarked);
     walk.walk(plan.root());
     walk.finish();
 }

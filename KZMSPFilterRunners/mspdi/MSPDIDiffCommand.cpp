@@ -13,6 +13,7 @@
 #include "MSPCPath.h"
 #include "MSPDICommonOptions.h"
 #include "MSPDIDiffReport.h"
+#include "MSPDIInWords.h"
 #include "MSPDIMemoryImport.h"
 #include "MSPDIRepairWarning.h"
 
@@ -36,7 +37,8 @@ std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServ
                                          std::vector<std::string>& repairs) {
     auto import = MSPDIImportInMemory(plan, services);
     if (import.refusal) {
-        failure = import.refusal->reason.empty() ? "the importer refuses the plan" : import.refusal->reason;
+        failure = import.refusal->reason.empty() ? "the importer refuses the plan"
+                                                 : MSPDIReasonInWords({"", import.refusal->reason, ""});
         return nullptr;
     }
     std::copy_if(import.warnings.begin(), import.warnings.end(), std::back_inserter(repairs), MSPDIIsRepairWarning);

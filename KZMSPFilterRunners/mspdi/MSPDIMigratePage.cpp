@@ -40,6 +40,7 @@ td.number, th.number { text-align: right; font-variant-numeric: tabular-nums; }
 #plans th button { all: unset; cursor: pointer; font-weight: 600; }
 #plans th button:focus-visible { outline: 2px solid; }
 #plans td { overflow-wrap: anywhere; }
+#plans td:nth-child(1), #plans td:nth-child(3), #plans td:nth-child(5) { min-width: 11rem; }
 #plans td.number, #plans td.verdict { white-space: nowrap; overflow-wrap: normal; }
 #plans tr:nth-child(even) td { background: var(--soft); }
 .imported { color: #177a3a; } .refused { color: #a65b00; } .unreadable, .failed { color: #b3261e; }

@@ -1,10 +1,13 @@
 #include "MSPDIValueWords.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
 #include "KZDXDateTime.h"
 #include "KZDXWords.h"
+#include "KZDXXMLFile.h"
 #include "MSPCException.h"
 #include "MSPCMessage.h"
 #include "MSPCTextScanner.h"
@@ -59,37 +62,43 @@ std::string dateInWords(std::string_view value) {
 
 // Lags are tenths of a minute, or percent.
 std::string lagInWords(std::string_view value, std::string_view format) {
-    const auto number = scanInteger64(value);
+    const auto number = KZDXNumber(value);
     const auto unit = scanInteger64(format).value_or(0);
     if (!number) {
         return {};
     }
     const bool isPercentage = unit == 19 || unit == 20 || unit == 51 || unit == 52;
     if (isPercentage) {
-        return std::to_string(*number) + "%";
+        return fmt::format("{:g}%", *number);
     }
     const auto seconds = MSPIUtilities::mspdiToMppLinkLag(value);
     std::string words(seconds < 0 ? "-" : "");
     return words.append(KZDXShownWork(seconds < 0 ? -seconds : seconds));
 }
 
-// Whose number it is.
-std::string numberInWords(std::string_view element, std::string_view value) {
-    if (!scanInteger64(value)) {
+// Who is meant by a number: "Dig (UID 4)", or "task 4" where no name is known.
+std::string targetInWords(std::string_view element, const MSPDIPlace& place) {
+    if (!scanInteger64(place.targetUID)) {
         return {};
     }
-    std::string number(1, ' ');
-    number.append(value);
-    return element == "PredecessorUID" ? "task" + number
-           : element == "ResourceUID"  ? "resource" + number
-           : element == "CalendarUID"  ? "calendar" + number
-                                       : std::string();
+    if (!place.targetName.empty()) {
+        return fmt::format("{} (UID {})", place.targetName, place.targetUID);
+    }
+    const auto* const kind = element == "ResourceUID" ? "resource" : element == "CalendarUID" ? "calendar" : "task";
+    return fmt::format("{} {}", kind, place.targetUID);
+}
+
+// "2 days on the link to Dig (UID 4)".
+std::string lagOfLinkInWords(const MSPDIPlace& place) {
+    const auto lag = lagInWords(place.value, place.unit);
+    const auto target = targetInWords("PredecessorUID", place);
+    return lag.empty() || target.empty() ? lag : fmt::format("{} on the link to {}", lag, target);
 }
 
 std::string inWords(const MSPDIPlace& place) {
     const auto element = elementOf(place.path);
     if (element == "LinkLag") {
-        return lagInWords(place.value, place.unit);
+        return lagOfLinkInWords(place);
     }
     if (element == "ConstraintType") {
         return constraintInWords(place.value);
@@ -97,7 +106,7 @@ std::string inWords(const MSPDIPlace& place) {
     if (element == "Units") {  // only those of people's assignments are lost
         return scanDouble(place.value) ? KZDXShownPercentage(place.value) : std::string();
     }
-    if (auto words = numberInWords(element, place.value); !words.empty()) {
+    if (auto words = targetInWords(element, place); !words.empty()) {
         return words;
     }
     auto words = durationInWords(place.value);

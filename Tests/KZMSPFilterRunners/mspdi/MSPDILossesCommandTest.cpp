@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
+#include "MSPDIInWords.h"
 #include "RunInMemory.h"
 
 namespace {
@@ -26,6 +29,8 @@ protected:
         world.machine.addFile("/home/me/Lossy.xml", planOf("<Tasks>" + tasks + "</Tasks>"));
         world.machine.addFile("/home/me/Lossless.xml", planOf(""));
         world.machine.addFile("/home/me/Other.xml", "<html/>");
+        world.machine.addFile("/home/me/Empty.xml", "");
+        world.machine.addFile("/home/me/Plan.txt", planOf(""));
     }
 };
 
@@ -100,7 +105,16 @@ TEST_F(LossesCommandTest, tellsInOneLineWhatItCouldNotLookAt) {
     for (const auto& [file, reason] :
          {std::pair<std::string, std::string>("None.xml", "no such file"),
           {"/home/me", "a folder, not a plan"},
-          {"Other.xml", "MSPIMapper.map: Source XML DOM is not a valid MSPDI document."}}) {
+          {"Other.xml",
+           "XML, but no plan of Microsoft Project (MSPIMapper.map: Source XML DOM is not a valid MSPDI document.)"},
+          {"Empty.xml",
+           "it cannot be read as XML, even after repair (MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM "
+           "from "
+           "source data.)"},
+          {"Plan.txt",
+           "neither .xml nor .mspxml; in Microsoft Project, save it as XML (MSPIXMLImporter.importMSPDIData: Source "
+           "must "
+           "be a MS Project XML document.)"}}) {
         EXPECT_EQ(run({"losses", "--json", file}), 2);
         EXPECT_EQ(out.str(), "");
         EXPECT_EQ(err.str(), "mspdi: " + file + ": " + reason + "\n");
@@ -180,9 +194,12 @@ TEST_F(LossesCommandTest, tellsValuesInWords) {
                "</Task></Tasks><Resources><Resource><UID>1</UID></Resource></Resources><Assignments><Assignment>"
                "<TaskUID>2</TaskUID><ResourceUID>1</ResourceUID><Units>0.5</Units></Assignment></Assignments>"));
     EXPECT_EQ(run({"losses", "Words.xml"}), 1);
-    for (const auto* const words : {"16 hours  /Project/Tasks[1]/Task[2]/PredecessorLink[1]/LinkLag[1]\n",
-                                    "-1 hour  /Project/Tasks[1]/Task[2]/PredecessorLink[2]/LinkLag[1]\n",
-                                    "50%  /Project/Tasks[1]/Task[2]/PredecessorLink[3]/LinkLag[1]\n",
+    for (const auto* const words : {"16 hours on the link to Dig (UID 1)  "
+                                    "/Project/Tasks[1]/Task[2]/PredecessorLink[1]/LinkLag[1]\n",
+                                    "-1 hour on the link to Dig (UID 1)  "
+                                    "/Project/Tasks[1]/Task[2]/PredecessorLink[2]/LinkLag[1]\n",
+                                    "50% on the link to Dig (UID 1)  "
+                                    "/Project/Tasks[1]/Task[2]/PredecessorLink[3]/LinkLag[1]\n",
                                     "finish no earlier than  /Project/Tasks[1]/Task[2]/ConstraintType[1]\n",
                                     "calendar 3  /Project/Tasks[1]/Task[2]/CalendarUID[1]\n",
                                     "task 9  /Project/Tasks[1]/Task[2]/PredecessorLink[4]/PredecessorUID[1]\n",
@@ -192,7 +209,43 @@ TEST_F(LossesCommandTest, tellsValuesInWords) {
     }
     EXPECT_EQ(run({"losses", "--json", "Words.xml"}), 1);
     EXPECT_EQ(told()["losses"][0]["where"][0]["value"], "9600");
-    EXPECT_EQ(told()["losses"][0]["where"][0]["words"], "16 hours");
+    EXPECT_EQ(told()["losses"][0]["where"][0]["words"], "16 hours on the link to Dig (UID 1)");
+}
+
+TEST_F(LossesCommandTest, namesWhoIsMeantByANumber) {
+    world.machine.addFile(
+        "/home/me/Names.xml",
+        planOf(
+            "<Calendars><Calendar><UID>5</UID><Name>Night Shift</Name></Calendar></Calendars><Tasks><Task><UID>1</UID>"
+            "<Summary>1</Summary><OutlineLevel>1</OutlineLevel><CalendarUID>5</CalendarUID><PredecessorLink>"
+            "<PredecessorUID>2</PredecessorUID><LinkLag>12.5</LinkLag><LagFormat>19</LagFormat></PredecessorLink>"
+            "</Task><Task><UID>2</UID><Name>Later</Name><OutlineLevel>1</OutlineLevel></Task></Tasks><Resources>"
+            "<Resource><UID>3</UID><Name>Anna</Name></Resource></Resources><Assignments><Assignment><TaskUID>1"
+            "</TaskUID><ResourceUID>3</ResourceUID></Assignment></Assignments>"));
+    EXPECT_EQ(run({"losses", "Names.xml"}), 1);
+    for (const auto* const words : {"12.5% on the link to Later (UID 2)  ", "Night Shift (UID 5)  /Project/Tasks",
+                                    "Anna (UID 3)  /Project/Assignments"}) {
+        EXPECT_THAT(out.str(), HasSubstr(": " + std::string(words)));
+    }
+}
+
+// Each refusal that the README explains is told in words by the program.
+TEST_F(LossesCommandTest, hasWordsForTheRefusalsThatTheReadmeExplains) {
+    std::ifstream readme(KZMSP_SOURCE "/README.md");
+    int count = 0;
+    for (std::string line; std::getline(readme, line);) {
+        const auto start = line.find(" | `");
+        const auto end = line.find("` | ", start + 4);
+        const bool isRefusal = line.starts_with("| ") && line.find_first_not_of("0123456789", 2) == start &&
+                               start > 2 && end != std::string::npos;
+        if (isRefusal) {
+            auto reason = line.substr(start + 4, end - start - 4);
+            reason.replace(std::min(reason.find("..."), reason.size()), 3, "0");
+            EXPECT_NE(MSPDIReasonInWords({"", reason, ""}), reason);
+            ++count;
+        }
+    }
+    EXPECT_EQ(count, 6);
 }
 
 // What is odd about a value is to be seen; and nothing in it drives a terminal.
