@@ -8,7 +8,7 @@ function __mspdi_installed_template
     and echo $installed
 end
 
-set -l subcommands import migrate losses mend check diff
+set -l subcommands import migrate losses mend check diff view
 set -l steps embedded namespace missing-uid duplicate-root root-task outline calendar-order standard-calendar \
     resource-type unreadable-value split-roll-up split-pieces resource-weeks exceptions-2003 deadline-to-field \
     lag-to-field units-to-field field-keys
@@ -19,8 +19,9 @@ complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a migrate -
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a mend -d 'Mend a copy of a refused plan'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a check -d 'Tell whether documents are sound'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a diff -d 'Tell what differs'
-complete -c mspdi -n "__fish_seen_subcommand_from import losses mend diff" -a "(__fish_complete_suffix .xml)"
-complete -c mspdi -n "__fish_seen_subcommand_from check diff" -a "(__fish_complete_directories)"
+complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a view -d 'Make a page that shows a document'
+complete -c mspdi -n "__fish_seen_subcommand_from import losses mend diff view" -a "(__fish_complete_suffix .xml)"
+complete -c mspdi -n "__fish_seen_subcommand_from check diff view" -a "(__fish_complete_directories)"
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l as-in-winter -d 'Give dates the offset of winter'
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l log -r -F -d 'Add the importer\'s log to this file'
 complete -c mspdi -n "__fish_seen_subcommand_from import" -l mend -d 'Mend plans that are refused'
@@ -48,6 +49,8 @@ complete -c mspdi -n "__fish_seen_subcommand_from mend" -l dry-run -d 'Write not
 complete -c mspdi -n "__fish_seen_subcommand_from mend" -l only -x -a "$steps" -d 'Do this step only'
 complete -c mspdi -n "__fish_seen_subcommand_from mend" -l output -s o -r -F -d 'The mended copy'
 complete -c mspdi -n "__fish_seen_subcommand_from diff" -l scenario -x -a "Actual Baseline Baseline(seq 10)" -d 'Compare this scenario'
+complete -c mspdi -n "__fish_seen_subcommand_from view" -l output -s o -r -F -d 'The page to write'
+complete -c mspdi -n "__fish_seen_subcommand_from view" -l open -d 'Open the page in the browser'
 complete -c mspdi -l help -s h -d 'Print what there is to type'
 complete -c mspdi -l version -d 'Print the version'
 complete -c mspdi -n "__fish_seen_subcommand_from $subcommands" -l json -d 'Tell it as one JSON document'

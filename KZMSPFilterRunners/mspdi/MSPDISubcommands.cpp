@@ -8,10 +8,11 @@
 #include "MSPDILossesCommand.h"
 #include "MSPDIMendCommand.h"
 #include "MSPDIMigrateCommand.h"
+#include "MSPDIViewCommand.h"
 
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    static constexpr std::array<MSPDISubcommand, 6> all = {MSPDIAddImportCommand, MSPDIAddMigrateCommand,
-                                                           MSPDIAddLossesCommand, MSPDIAddMendCommand,
-                                                           MSPDIAddCheckCommand,  MSPDIAddDiffCommand};
+    static constexpr std::array<MSPDISubcommand, 7> all = {
+        MSPDIAddImportCommand, MSPDIAddMigrateCommand, MSPDIAddLossesCommand, MSPDIAddMendCommand,
+        MSPDIAddCheckCommand,  MSPDIAddDiffCommand,    MSPDIAddViewCommand};
     return all;
 }

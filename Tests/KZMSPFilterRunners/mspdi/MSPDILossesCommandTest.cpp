@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "MSPDIInWords.h"
+#include "MSPDIRefusal.h"
 #include "RunInMemory.h"
 
 namespace {
@@ -241,7 +242,7 @@ TEST_F(LossesCommandTest, hasWordsForTheRefusalsThatTheReadmeExplains) {
         if (isRefusal) {
             auto reason = line.substr(start + 4, end - start - 4);
             reason.replace(std::min(reason.find("..."), reason.size()), 3, "0");
-            EXPECT_NE(MSPDIReasonInWords({"", reason, ""}), reason);
+            EXPECT_NE(MSPDIReasonInWords(MSPDIRefusal{"", reason, ""}), reason);
             ++count;
         }
     }
