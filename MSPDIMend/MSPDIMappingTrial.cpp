@@ -273,7 +273,8 @@ bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts, con
         return failure.reason.empty() && failure.subject.empty() ? std::vector<MSPCXMLNode>()
                                                                  : assignmentsOf(facts.uid);
     };
-    if (_withoutPieces.contains(facts.uid)) {
+    const bool hasRecords = !_context.index().timephasedAssignmentsByTaskUID().nodesWithKey(facts.uid).empty();
+    if (!hasRecords || _withoutPieces.contains(facts.uid)) {
         return false;
     }
     if (mend(trial, owners, subject)) {

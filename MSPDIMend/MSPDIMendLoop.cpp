@@ -135,7 +135,8 @@ private:
         MSPDIMendLags(patient);
         MSPDIMendUnits(patient);
         MSPDIMendFieldKeys(patient);
-        if (_result.refusal) {
+        // Mapping everything takes as long as an import does; what has been mended may have been all.
+        if (_result.refusal && !patient.isChanged()) {
             MSPDIMendWhatCannotBeMapped(patient, _services);
         }
         if (!patient.isChanged()) {

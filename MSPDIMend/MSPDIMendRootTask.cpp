@@ -13,8 +13,9 @@ constexpr std::string_view rootTask = "root-task";
 constexpr std::string_view duplicateRoot = "duplicate-root";
 
 std::vector<MSPCXMLNode> rootsOf(const MSPDIPatient& patient) {
-    auto tasks = MSPDITasksOf(patient);
-    std::erase_if(tasks, [](const auto& task) { return MSPDIIntegerIn(task, "UID") != 0; });
+    auto tasks = patient.items("Tasks", "Task");
+    std::erase_if(tasks,
+                  [](const auto& task) { return MSPDIIntegerIn(task, "UID") != 0 || MSPDIIsTrueIn(task, "IsNull"); });
     return tasks;
 }
 

@@ -99,6 +99,16 @@ void copyExceptions(MSPDIPatient& patient, const MSPCXMLNode& from, const MSPCXM
     }
 }
 
+// Working time until midnight arrives as one that ends at 0 o'clock: better none than that.
+bool hasTimeUntilMidnight(const MSPCXMLNode& calendar) {
+    for (const auto& end : nodesForXQuery(calendar, ".//WorkingTime/ToTime")) {
+        if (end.stringValue().starts_with("00:00")) {
+            return true;
+        }
+    }
+    return false;
+}
+
 MSPCXMLNode calendarWithUID(const MSPDIPatient& patient, std::int64_t uid) {
     return singleObjectForXQuery(patient.project(), fmt::format("Calendars/Calendar[UID={}]", uid));
 }
@@ -136,7 +146,8 @@ void MSPDIMendResourceWeeks(MSPDIPatient& patient) {
         const auto baseUID = calendar ? MSPDIIntegerIn(calendar, "BaseCalendarUID").value_or(-1) : -1;
         const auto base = baseUID < 0 ? MSPCXMLNode() : calendarWithUID(patient, baseUID);
         const bool isBase = calendar && MSPDIIsTrueIn(calendar, "IsBaseCalendar");
-        if (!base || isBase || base == calendar || calendar == taken || !done.insert(uid).second) {
+        if (!base || isBase || base == calendar || calendar == taken || !done.insert(uid).second ||
+            hasTimeUntilMidnight(base)) {
             continue;
         }
         patient.note(resourceWeeks,
