@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
@@ -48,7 +49,7 @@ public:
         for (const auto* name : {"Tasks", "Resources", "Assignments"}) {
             for (auto list = project.firstChildElement(name); list; list = project.firstChildElement(name)) {
                 const auto before = list.previousSibling();
-                _lists.push_back({before, list.detach()});
+                _lists.emplace_back(before, list.detach());
             }
         }
     }
@@ -67,9 +68,9 @@ private:
 
 }  // namespace
 
-MSPDIMappingTrial::MSPDIMappingTrial(MSPDIPatient& patient, const MSPCServices& services, std::int32_t baselineNumber,
+MSPDIMappingTrial::MSPDIMappingTrial(MSPDIPatient& patient, MSPCServices services, std::int32_t baselineNumber,
                                      const MSPCXMLDocument& kdzxTemplate)
-    : _patient(patient), _services(services), _context(patient.plan(), _services) {
+    : _patient(patient), _services(std::move(services)), _context(patient.plan(), _services) {
     _context.setKdzxTemplateRoot(kdzxTemplate.root());
     _context.setBaselineNumber(baselineNumber);
     _context.setMspSaveVersion(MSPIProjectSettings::ofProject(patient.project()).saveVersion);
@@ -180,7 +181,7 @@ bool MSPDIMappingTrial::mapProject() {
 
 void MSPDIMappingTrial::mapResource(const MSPCXMLNode& resource) {
     const auto trial = [&] {
-        const auto failure = failureOf([&] {
+        auto failure = failureOf([&] {
             MSPITellingSubject("Resource", resource, [&] {
                 const MSPCFields fields(resource);
                 Error error;

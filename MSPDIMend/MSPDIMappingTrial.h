@@ -22,7 +22,7 @@
 class MSPDIMappingTrial {
 public:
     // The scenario of a baseline must be showing; -1 is the plan itself. All arguments outlive this object.
-    MSPDIMappingTrial(MSPDIPatient& patient, const MSPCServices& services, std::int32_t baselineNumber,
+    MSPDIMappingTrial(MSPDIPatient& patient, MSPCServices services, std::int32_t baselineNumber,
                       const MSPCXMLDocument& kdzxTemplate);
     ~MSPDIMappingTrial();
 
