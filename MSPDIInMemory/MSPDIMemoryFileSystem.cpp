@@ -140,7 +140,7 @@ public:
         return contentOf(_files, path, failure);
     }
     [[nodiscard]] std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override {
         _fileSystem.keep(_files, path, produce);
         return std::nullopt;
     }
@@ -181,7 +181,7 @@ std::optional<std::string> MSPDIMemoryFileSystem::createFolder(const std::string
 }
 
 std::optional<std::string> MSPDIMemoryFileSystem::writeAtomically(const std::string& path,
-                                                                  const std::function<void(MSPCByteSink&)>& produce) {
+                                                                  const std::function<void(MSPCByteWriter&)>& produce) {
     if (!isInMemory(path)) {
         return MSPDIReadOnlyFileSystem::writeAtomically(path, produce);
     }
@@ -190,10 +190,10 @@ std::optional<std::string> MSPDIMemoryFileSystem::writeAtomically(const std::str
 }
 
 void MSPDIMemoryFileSystem::keep(Files& files, const std::string& path,
-                                 const std::function<void(MSPCByteSink&)>& produce) const {
-    MSPCStringSink sink;
+                                 const std::function<void(MSPCByteWriter&)>& produce) const {
+    MSPCStringWriter writer;
     if (_keeping == MSPDIMemoryKeeping::Content) {
-        produce(sink);
+        produce(writer);
     }
-    files[path] = sink.take();
+    files[path] = writer.take();
 }

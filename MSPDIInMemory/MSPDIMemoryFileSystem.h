@@ -41,7 +41,7 @@ public:
     [[nodiscard]] std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) override;
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
     [[nodiscard]] std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override;
 
 private:
     using Files = std::map<std::string, std::string>;  // by their paths; folders are there as far as files are in them
@@ -49,7 +49,7 @@ private:
 
     [[nodiscard]] static std::optional<std::string> contentOf(const Files& files, const std::string& path,
                                                               std::string* failure);
-    void keep(Files& files, const std::string& path, const std::function<void(MSPCByteSink&)>& produce) const;
+    void keep(Files& files, const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) const;
 
     MSPDIMemoryKeeping _keeping;
     Files _files;

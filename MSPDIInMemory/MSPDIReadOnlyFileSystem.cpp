@@ -58,7 +58,7 @@ std::optional<std::string> MSPDIReadOnlyFileSystem::createFolder(const std::stri
 }
 
 std::optional<std::string> MSPDIReadOnlyFileSystem::writeAtomically(
-    const std::string& /*path*/, const std::function<void(MSPCByteSink&)>& /*produce*/) {
+    const std::string& /*path*/, const std::function<void(MSPCByteWriter&)>& /*produce*/) {
     return readOnly;
 }
 

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) override;
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
     [[nodiscard]] std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override;
 
 private:
     const MSPCFileSystem& _other;

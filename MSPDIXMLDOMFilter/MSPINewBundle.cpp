@@ -54,7 +54,7 @@ void MSPINewBundle::write(const MSPCXMLDocument& document, std::string_view file
     const auto path = pathOf(fileName);
     std::size_t replacedCount = 0;
     const auto failure =
-        _folder->writeAtomically(path, [&](MSPCByteSink& sink) { replacedCount = document.write(sink); });
+        _folder->writeAtomically(path, [&](MSPCByteWriter& writer) { replacedCount = document.write(writer); });
     if (failure) {
         throw KZMPPImporterException(fmt::format("Failed to write '{}': {}", path, *failure));
     }

@@ -85,12 +85,12 @@ MSPCXMLNewElement MSPCXMLDocument::newElement(std::string_view name) {
         handleOf(holderOfFreeElements(_tree->document()).append_child(MSPCXMLTerminatedName(name).text())));
 }
 
-std::size_t MSPCXMLDocument::write(MSPCByteSink& sink) const {
-    return writeXMLDocument(handleOf(_tree->document()), sink);
+std::size_t MSPCXMLDocument::write(MSPCByteWriter& writer) const {
+    return writeXMLDocument(handleOf(_tree->document()), writer);
 }
 
 std::string MSPCXMLDocument::serialized() const {
-    MSPCStringSink sink;
-    write(sink);
-    return sink.take();
+    MSPCStringWriter writer;
+    write(writer);
+    return writer.take();
 }

@@ -8,7 +8,7 @@
 #include "MSPCXMLNode.h"
 #include "MSPCXMLTreeBuilder.h"
 
-class MSPCByteSink;
+class MSPCByteWriter;
 
 // An XML document: the tree and all its nodes. Handles and new elements of it must not outlive it.
 class MSPCXMLDocument {
@@ -38,7 +38,7 @@ public:
     // "&#13;". An element with text beside other content, or with xml:space="preserve", is written as it is on one
     // line. Levels deeper than 64 are not indented any further. Gives the number of characters that XML 1.0 cannot hold
     // (or bytes that are no UTF-8), each written as U+FFFD.
-    std::size_t write(MSPCByteSink& sink) const;
+    std::size_t write(MSPCByteWriter& writer) const;
     // The same as text.
     [[nodiscard]] std::string serialized() const;
 

@@ -73,7 +73,7 @@ struct MSPCXMLOutput::ByteTable {
     }
 };
 
-MSPCXMLOutput::MSPCXMLOutput(MSPCByteSink& sink) : _sink(sink) {
+MSPCXMLOutput::MSPCXMLOutput(MSPCByteWriter& writer) : _writer(writer) {
 }
 
 void MSPCXMLOutput::newLine(std::size_t level) {
@@ -140,12 +140,12 @@ void MSPCXMLOutput::replace() {
 }
 
 void MSPCXMLOutput::writeThrough(std::string_view bytes) {
-    _sink.write(bytes);
+    _writer.write(bytes);
 }
 
 void MSPCXMLOutput::flush() {
     if (_used > 0) {
-        _sink.write({_block.get(), _used});
+        _writer.write({_block.get(), _used});
         _used = 0;
     }
 }

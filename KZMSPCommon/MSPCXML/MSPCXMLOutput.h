@@ -5,13 +5,13 @@
 #include <memory>
 #include <string_view>
 
-class MSPCByteSink;
+class MSPCByteWriter;
 
-// XML bytes on their way to a sink, collected in blocks. Text is checked and escaped a run of plain bytes at a time.
+// XML bytes on their way to a writer, collected in blocks. Text is checked and escaped a run of plain bytes at a time.
 // What XML 1.0 cannot hold, and each byte that is no UTF-8, becomes U+FFFD and is counted.
 class MSPCXMLOutput {
 public:
-    explicit MSPCXMLOutput(MSPCByteSink& sink);
+    explicit MSPCXMLOutput(MSPCByteWriter& writer);
 
     // Markup as it stands. Inline, since writing is made of a great many small pieces.
     void raw(std::string_view markup) {
@@ -37,7 +37,7 @@ public:
     // A comment's text: "--" becomes "- -" and a "-" at the end gets a blank behind it, since XML forbids both.
     void comment(std::string_view text);
 
-    // Hands the rest to the sink.
+    // Hands the rest to the writer.
     void flush();
     [[nodiscard]] std::size_t replacedCharacters() const noexcept { return _replaced; }
 
@@ -53,7 +53,7 @@ private:
 
     static constexpr std::size_t BlockSize = std::size_t{1} << 16;
 
-    MSPCByteSink& _sink;
+    MSPCByteWriter& _writer;
     std::unique_ptr<char[]> _block = std::make_unique<char[]>(BlockSize);
     std::size_t _used = 0;
     std::size_t _replaced = 0;

@@ -181,8 +181,8 @@ private:
 
 }  // namespace
 
-std::size_t writeXMLDocument(const MSPCXMLNode& document, MSPCByteSink& sink) {
-    MSPCXMLOutput output(sink);
+std::size_t writeXMLDocument(const MSPCXMLNode& document, MSPCByteWriter& bytes) {
+    MSPCXMLOutput output(bytes);
     output.raw(R"(<?xml version="1.0" encoding="UTF-8"?>)");
     TreeWriter writer(output);
     for (auto node = firstVisibleChild(treeNode(document)); isThere(node); node = node.next_sibling()) {
@@ -194,8 +194,8 @@ std::size_t writeXMLDocument(const MSPCXMLNode& document, MSPCByteSink& sink) {
 }
 
 std::string MSPCXMLNode::markup() const {
-    MSPCStringSink sink;
-    MSPCXMLOutput output(sink);
+    MSPCStringWriter bytes;
+    MSPCXMLOutput output(bytes);
     TreeWriter writer(output);
     if (_attribute != nullptr) {
         writer.writeAttribute(pugi::xml_attribute(MSPCXMLNodeAccess::attribute(*this)));
@@ -205,5 +205,5 @@ std::string MSPCXMLNode::markup() const {
         writer.writeInline(node);
     }
     output.flush();
-    return sink.take();
+    return bytes.take();
 }

@@ -4,8 +4,8 @@
 
 #include "MSPCXMLNode.h"
 
-class MSPCByteSink;
+class MSPCByteWriter;
 
 // Writes a document node with all its content, indented, behind an XML declaration. Gives the number of characters that
 // were replaced because XML 1.0 cannot hold them.
-std::size_t writeXMLDocument(const MSPCXMLNode& document, MSPCByteSink& sink);
+std::size_t writeXMLDocument(const MSPCXMLNode& document, MSPCByteWriter& bytes);

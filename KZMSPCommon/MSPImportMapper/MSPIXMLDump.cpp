@@ -44,7 +44,7 @@ void dumpXMLDocumentWorkingFolderUrlDumpNameDumpNumber(const MSPCXMLDocument& do
     }
     // A dump is an aid, its failure is nobody's trouble.
     static_cast<void>(fileSystem.writeAtomically(pathByAppendingComponent(dumpFolder, fileNameFor(name, number)),
-                                                 [&document](MSPCByteSink& sink) { document.write(sink); }));
+                                                 [&document](MSPCByteWriter& writer) { document.write(writer); }));
 }
 
 void dumpXMLDocumentWorkingFolderUrlDumpName(const MSPCXMLDocument& document, const MSPCURL& workingFolder,

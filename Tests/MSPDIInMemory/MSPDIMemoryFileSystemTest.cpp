@@ -29,7 +29,7 @@ TEST_F(MemoryFileSystemTest, readsWhatTheMachineHas) {
 }
 
 TEST_F(MemoryFileSystemTest, writesNothingToTheMachine) {
-    const auto write = [](MSPCByteSink& sink) { sink.write("new"); };
+    const auto write = [](MSPCByteWriter& writer) { writer.write("new"); };
     EXPECT_EQ(files.writeAtomically("/plans/Plan.xml", write), "Read-only file system");
     EXPECT_EQ(files.createFolder("/plans/more"), "Read-only file system");
     EXPECT_EQ(files.newFolder("/copy", false)->copyContent("/plans"), "Read-only file system");
@@ -39,7 +39,7 @@ TEST_F(MemoryFileSystemTest, writesNothingToTheMachine) {
 }
 
 TEST_F(MemoryFileSystemTest, keepsWhatIsWrittenInMemory) {
-    EXPECT_EQ(files.writeAtomically(std::string(folder) + "/Actual.xml", [](auto& sink) { sink.write("text"); }),
+    EXPECT_EQ(files.writeAtomically(std::string(folder) + "/Actual.xml", [](auto& writer) { writer.write("text"); }),
               std::nullopt);
     EXPECT_EQ(files.readFile(std::string(folder) + "/Actual.xml"), "text");
     EXPECT_TRUE(files.isDirectory(folder));
@@ -62,7 +62,7 @@ TEST_F(MemoryFileSystemTest, aCopyAppearsOnceUnderItsName) {
     const auto copy = files.newFolder(folder, false);
     EXPECT_EQ(copy->copyContent("/(in memory)/Empty.kdzx"), std::nullopt);
     const auto toc = std::string(folder) + "/__TOC.xml";
-    EXPECT_EQ(copy->writeAtomically(toc, [](auto& sink) { sink.write("new"); }), std::nullopt);
+    EXPECT_EQ(copy->writeAtomically(toc, [](auto& writer) { writer.write("new"); }), std::nullopt);
     EXPECT_EQ(copy->readFile(toc), "new");
     EXPECT_FALSE(files.exists(folder));
     bool isTaken = true;

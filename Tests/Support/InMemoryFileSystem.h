@@ -131,7 +131,7 @@ public:
         return std::nullopt;
     }
     [[nodiscard]] std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override {
         return writeAt(path, path, produce);
     }
 
@@ -153,7 +153,7 @@ private:
         Kind kind = Kind::File;
         std::string bytes;  // a link's target
     };
-    struct StringSink final : MSPCByteSink {
+    struct StringWriter final : MSPCByteWriter {
         std::string bytes;
         void write(std::string_view more) override { bytes.append(more); }
     };
@@ -184,7 +184,7 @@ private:
             return _files.readFileAt(path, hidden(path), failure);
         }
         [[nodiscard]] std::optional<std::string> writeAtomically(
-            const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override {
+            const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override {
             return _files.writeAt(path, hidden(path), produce);
         }
         [[nodiscard]] std::optional<std::string> appear(bool& isTaken) override {
@@ -231,19 +231,19 @@ private:
     }
     // The bytes are collected first, so what `produce` throws leaves the file as it was.
     [[nodiscard]] std::optional<std::string> writeAt(const std::string& path, const std::string& place,
-                                                     const std::function<void(MSPCByteSink&)>& produce) {
+                                                     const std::function<void(MSPCByteWriter&)>& produce) {
         if (const auto reason = begin("writeAtomically", path)) {
             return reason;
         }
-        StringSink sink;
-        produce(sink);
+        StringWriter writer;
+        produce(writer);
         if (!isDirectory(pathByDeletingLastComponent(place))) {
             return "No such file or directory";
         }
         if (const auto* node = find(place); node && node->kind == Kind::Folder) {
             return "Is a directory";
         }
-        _nodes[place] = {Kind::File, std::move(sink.bytes)};
+        _nodes[place] = {Kind::File, std::move(writer.bytes)};
         return std::nullopt;
     }
 

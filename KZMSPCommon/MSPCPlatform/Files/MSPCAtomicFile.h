@@ -11,7 +11,7 @@
 
 // A file that is written under a temporary name in the folder of its final one and takes the final name in one step.
 // Without a successful `commit` the temporary file goes with this object and the final name is untouched.
-class MSPCAtomicFile final : public MSPCByteSink {
+class MSPCAtomicFile final : public MSPCByteWriter {
 public:
     // `name` is that of a file in an open folder, which outlives this object.
     MSPCAtomicFile(int folder, std::string name);

@@ -9,9 +9,9 @@
 // Bytes on their way, piece by piece.
 
 // Takes the bytes of a file as they are made.
-class MSPCByteSink {
+class MSPCByteWriter {
 public:
-    virtual ~MSPCByteSink() = default;
+    virtual ~MSPCByteWriter() = default;
     virtual void write(std::string_view bytes) = 0;
 };
 
@@ -26,7 +26,7 @@ public:
 };
 
 // Collects bytes in a text.
-class MSPCStringSink final : public MSPCByteSink {
+class MSPCStringWriter final : public MSPCByteWriter {
 public:
     void write(std::string_view bytes) override { _bytes += bytes; }
     [[nodiscard]] std::string take() { return std::exchange(_bytes, {}); }

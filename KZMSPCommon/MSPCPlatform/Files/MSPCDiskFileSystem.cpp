@@ -248,7 +248,7 @@ std::optional<std::string> MSPCDiskFileSystem::createFolder(const std::string& p
 }
 
 std::optional<std::string> MSPCDiskFileSystem::writeAtomically(const std::string& path,
-                                                               const std::function<void(MSPCByteSink&)>& produce) {
+                                                               const std::function<void(MSPCByteWriter&)>& produce) {
     if (isCutOff(path)) {
         return MSPCSystemErrorText(ENOENT);
     }

@@ -42,7 +42,7 @@ public:
     [[nodiscard]] virtual std::optional<std::string> copyContent(const std::string& from) = 0;
     // As `MSPCFileSystem::writeAtomically`.
     [[nodiscard]] virtual std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) = 0;
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) = 0;
     // Gives the folder its name. Where something has that name by now and is not to be replaced, or cannot be replaced,
     // fails with `isTaken` set (it is cleared otherwise), and may be tried again with another path.
     [[nodiscard]] virtual std::optional<std::string> appear(bool& isTaken) = 0;
@@ -90,7 +90,7 @@ public:
     // complete or as it was before, and no temporary file stays. A link with that name is replaced, its target is not
     // written. `produce` is called once and writes the content; what it throws passes through after the clean-up.
     [[nodiscard]] virtual std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) = 0;
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) = 0;
     // Brings everything to the disk that was written below these folders, so that it outlives a power failure; before
     // that it outlives the end of the process only. What writes to no disk has nothing to do.
     [[nodiscard]] virtual std::optional<std::string> synchronize(const std::set<std::string>& folders) {
@@ -117,7 +117,7 @@ public:
     [[nodiscard]] std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) override;
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
     [[nodiscard]] std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override;
     [[nodiscard]] std::optional<std::string> synchronize(const std::set<std::string>& folders) override;
 
 private:

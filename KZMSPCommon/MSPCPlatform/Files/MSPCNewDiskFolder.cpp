@@ -127,7 +127,7 @@ std::optional<std::string> MSPCNewDiskFolder::readFile(const std::string& path, 
 }
 
 std::optional<std::string> MSPCNewDiskFolder::writeAtomically(const std::string& path,
-                                                              const std::function<void(MSPCByteSink&)>& produce) {
+                                                              const std::function<void(MSPCByteWriter&)>& produce) {
     MSPCAtomicFile file(_folder.number(), lastPathComponent(path));
     produce(file);
     return file.commit();

@@ -21,7 +21,7 @@ public:
                                                       std::string* failure = nullptr) const override;
     [[nodiscard]] std::optional<std::string> copyContent(const std::string& from) override;
     [[nodiscard]] std::optional<std::string> writeAtomically(
-        const std::string& path, const std::function<void(MSPCByteSink&)>& produce) override;
+        const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override;
     [[nodiscard]] std::optional<std::string> appear(bool& isTaken) override;
     void setPath(const std::string& path) override;
     [[nodiscard]] std::string remainsOfReplaced() const override { return _remains; }

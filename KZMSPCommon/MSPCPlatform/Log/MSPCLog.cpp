@@ -1,10 +1,10 @@
 #include "MSPCLog.h"
 
+#include <fmt/chrono.h>
 #include <fmt/compile.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <ctime>
 #include <iterator>
 #include <optional>
 #include <utility>
@@ -13,11 +13,7 @@ namespace {
 
 // "YYYY-MM-DD hh:mm:ss" on the clocks of the process's zone.
 std::string localTimeText(std::chrono::sys_seconds second) {
-    const auto time = std::chrono::system_clock::to_time_t(second);
-    std::tm local{};
-    ::localtime_r(&time, &local);
-    return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
-                       local.tm_hour, local.tm_min, local.tm_sec);
+    return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::localtime(std::chrono::system_clock::to_time_t(second)));
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 
 #include "MSPCLocalTimes.h"
 #include "MSPCLog.h"
+#include "MSPCYear.h"
 #include "MSPCZoneStretches.h"
 
 namespace {
@@ -21,25 +22,15 @@ constexpr std::int64_t FarthestOffset = 26 * 3600;
 // Dates and weekdays of the Gregorian calendar, and with them the rules for changes of the clock, repeat in 400 years.
 constexpr std::int64_t GregorianCycle = MSPCDaysPerCycle * MSPCSecondsPerDay;
 
-constexpr std::int64_t secondsAtStartOf(int year) {
-    using namespace std::chrono;
-    return sys_seconds(sys_days(std::chrono::year(year) / January / 1)).time_since_epoch().count();
-}
-
 // Older than the first change of any zone; what lies before has the same offset.
-constexpr std::int64_t FirstLookup = secondsAtStartOf(1700);
+constexpr std::int64_t FirstLookup = MSPCSecondsAtStartOfYear(1700);
 // From 2100 on every zone follows its final rule, by which the changes of a year depend on nothing but its first
 // weekday and whether it is a leap year. The 28 years from 2101 on have them all and stand for the later ones, so that
 // no more is asked of the zone database, however far ahead the dates of a plan lie.
 constexpr int FirstYearOfRules = 2100;
 constexpr int FirstYearOfPatterns = 2101;
 constexpr int YearAfterPatterns = 2129;
-constexpr std::int64_t EndOfLookups = secondsAtStartOf(YearAfterPatterns);
-
-constexpr int yearOf(std::int64_t seconds) {
-    using namespace std::chrono;
-    return static_cast<int>(year_month_day(floor<days>(sys_seconds(std::chrono::seconds(seconds)))).year());
-}
+constexpr std::int64_t EndOfLookups = MSPCSecondsAtStartOfYear(YearAfterPatterns);
 
 constexpr bool haveSamePattern(int year, int other) {
     using std::chrono::year_month_day;
@@ -77,10 +68,10 @@ Folded folded(std::int64_t seconds) {
         return {seconds};
     }
     const auto cycles = (seconds - EndOfLookups) / GregorianCycle * GregorianCycle;
-    const auto year = yearOf(seconds - cycles);
+    const auto year = MSPCYearOfSeconds(seconds - cycles);
     const auto pattern = PatternYears[static_cast<std::size_t>(year - YearAfterPatterns)];
-    const auto shift = cycles + secondsAtStartOf(year) - secondsAtStartOf(pattern);
-    return {seconds - shift, shift, secondsAtStartOf(pattern), secondsAtStartOf(pattern + 1)};
+    const auto shift = cycles + MSPCSecondsAtStartOfYear(year) - MSPCSecondsAtStartOfYear(pattern);
+    return {seconds - shift, shift, MSPCSecondsAtStartOfYear(pattern), MSPCSecondsAtStartOfYear(pattern + 1)};
 }
 
 // What is asked of the zone database at once. A plan's dates lie close together.
@@ -221,7 +212,7 @@ MSPCTimeSpan MSPCTimeZone::steadySpanAt(MSPCInstant instant) const {
 }
 
 MSPCInstant MSPCTimeZone::startOfCycles() {
-    return {static_cast<double>(secondsAtStartOf(FirstYearOfRules))};
+    return {static_cast<double>(MSPCSecondsAtStartOfYear(FirstYearOfRules))};
 }
 
 MSPCInstant MSPCTimeZone::instantFromWallClock(std::int64_t wallClockSeconds) const {

@@ -4,21 +4,13 @@
 #include <charconv>
 #include <chrono>
 
+#include "MSPCYear.h"
+
 namespace {
 
 constexpr std::int64_t Minute = 60;
 constexpr std::int64_t Hour = 3600;
 constexpr std::int64_t Day = 86'400;
-
-std::int64_t startOf(int year) {
-    using namespace std::chrono;
-    return sys_seconds(sys_days(std::chrono::year(year) / January / 1)).time_since_epoch().count();
-}
-
-int yearOf(std::int64_t seconds) {
-    using namespace std::chrono;
-    return static_cast<int>(year_month_day(floor<days>(sys_seconds(std::chrono::seconds(seconds)))).year());
-}
 
 }  // namespace
 
@@ -148,18 +140,18 @@ std::int64_t MSPCZoneRule::Change::secondIn(int year) const {
                                                 : sys_days(inMonth / onDay[static_cast<unsigned>(week)]);
         dayOfYear = (found - sys_days(inYear / January / 1)).count();
     }
-    return startOf(year) + dayOfYear * Day + time + westBefore;
+    return MSPCSecondsAtStartOfYear(year) + dayOfYear * Day + time + westBefore;
 }
 
 void MSPCZoneRule::addChangesBetween(std::int64_t from, std::int64_t before, std::vector<std::int64_t>& seconds) const {
     if (!_changes) {
         return;
     }
-    for (auto year = yearOf(from); startOf(year) < before; ++year) {
-        const auto begin = startOf(year);
+    for (auto year = MSPCYearOfSeconds(from); MSPCSecondsAtStartOfYear(year) < before; ++year) {
+        const auto begin = MSPCSecondsAtStartOfYear(year);
         seconds.push_back(begin);
         for (const auto& change : *_changes) {
-            seconds.push_back(std::clamp(change.secondIn(year), begin, startOf(year + 1)));
+            seconds.push_back(std::clamp(change.secondIn(year), begin, MSPCSecondsAtStartOfYear(year + 1)));
         }
     }
 }

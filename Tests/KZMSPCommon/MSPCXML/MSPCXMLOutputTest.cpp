@@ -17,11 +17,11 @@ struct Written {
 
 template <typename Write>
 Written written(Write&& write) {
-    MSPCStringSink sink;
-    MSPCXMLOutput output(sink);
+    MSPCStringWriter writer;
+    MSPCXMLOutput output(writer);
     write(output);
     output.flush();
-    return {sink.take(), output.replacedCharacters()};
+    return {writer.take(), output.replacedCharacters()};
 }
 
 TEST(MSPCXMLOutput, escapesWhatATextCannotHold) {

@@ -78,9 +78,9 @@ TEST(MSPCXMLWriter, countsReplacedCharacters) {
     root.appendElement("b").setStringValue("x\x02y");
     root.findOrAddAttribute("c").setStringValue("\xFF");
     root.appendComment("\x03");
-    MSPCStringSink sink;
-    EXPECT_EQ(document.write(sink), 3U);
-    EXPECT_EQ(sink.take(),
+    MSPCStringWriter writer;
+    EXPECT_EQ(document.write(writer), 3U);
+    EXPECT_EQ(writer.take(),
               XMLDeclaration + "<a c=\"\xEF\xBF\xBD\">\n    <b>x\xEF\xBF\xBDy</b>\n    <!--\xEF\xBF\xBD-->\n</a>\n");
 }
 

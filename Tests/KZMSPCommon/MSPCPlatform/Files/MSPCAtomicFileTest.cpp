@@ -16,7 +16,7 @@ namespace {
 class MSPCAtomicFileTest : public ::testing::Test {
 protected:
     std::optional<std::string> write(const std::string& path, const std::string& bytes) {
-        return files.writeAtomically(path, [&bytes](MSPCByteSink& sink) { sink.write(bytes); });
+        return files.writeAtomically(path, [&bytes](MSPCByteWriter& writer) { writer.write(bytes); });
     }
 
     ScopedTempFolder folder;
@@ -33,10 +33,10 @@ TEST_F(MSPCAtomicFileTest, writesANewFile) {
 
 TEST_F(MSPCAtomicFileTest, writesPiecesOfAnySizeInOrder) {
     std::string expected;
-    const auto failure = files.writeAtomically(folder / "a", [&expected](MSPCByteSink& sink) {
+    const auto failure = files.writeAtomically(folder / "a", [&expected](MSPCByteWriter& writer) {
         for (const std::size_t size : {0U, 1U, 65'535U, 1U, 65'536U, 3U, 200'000U, 65'537U, 5U}) {
             const std::string piece(size, static_cast<char>('a' + expected.size() % 26));
-            sink.write(piece);
+            writer.write(piece);
             expected += piece;
         }
     });
@@ -46,8 +46,8 @@ TEST_F(MSPCAtomicFileTest, writesPiecesOfAnySizeInOrder) {
 
 TEST_F(MSPCAtomicFileTest, showsTheOldContentUntilTheNewIsComplete) {
     folder.addFile("a", "old");
-    const auto failure = files.writeAtomically(folder / "a", [this](MSPCByteSink& sink) {
-        sink.write(std::string(1'000'000, 'n'));
+    const auto failure = files.writeAtomically(folder / "a", [this](MSPCByteWriter& writer) {
+        writer.write(std::string(1'000'000, 'n'));
         EXPECT_EQ(folder.contents("a"), "old");
     });
     EXPECT_EQ(failure, std::nullopt);
@@ -56,8 +56,8 @@ TEST_F(MSPCAtomicFileTest, showsTheOldContentUntilTheNewIsComplete) {
 
 TEST_F(MSPCAtomicFileTest, leavesNoTraceWhenTheContentCannotBeMade) {
     folder.addFile("a", "old");
-    const auto produce = [](MSPCByteSink& sink) {
-        sink.write("half");
+    const auto produce = [](MSPCByteWriter& writer) {
+        writer.write("half");
         throw std::runtime_error("no more");
     };
     EXPECT_THROW(static_cast<void>(files.writeAtomically(folder / "a", produce)), std::runtime_error);

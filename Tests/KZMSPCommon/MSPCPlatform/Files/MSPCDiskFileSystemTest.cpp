@@ -151,7 +151,7 @@ TEST_F(MSPCDiskFileSystem_queries, neverCutAPathAtAZeroByte) {
     EXPECT_EQ(files.readFile(path), std::nullopt);
     EXPECT_EQ(files.resolvedPath(path), "");
     EXPECT_EQ(files.createFolder(folder / "new" + std::string("\0x", 2)), "No such file or directory");
-    EXPECT_EQ(files.writeAtomically(path, [](MSPCByteSink&) {}), "No such file or directory");
+    EXPECT_EQ(files.writeAtomically(path, [](MSPCByteWriter&) {}), "No such file or directory");
     EXPECT_EQ(files.newFolder(path, false)->copyContent(folder.path()), "'" + path + "': No such file or directory");
 }
 
@@ -289,7 +289,7 @@ TEST_F(MSPCDiskFileSystemTest, namesWhatAFolderHolds) {
     const auto& path = folder.path();
     ASSERT_EQ(files.createFolder(path + "/b/inside"), std::nullopt);
     for (const auto* const name : {"c.xml", "a.xml", ".hidden"}) {
-        ASSERT_EQ(files.writeAtomically(path + "/" + name, [](MSPCByteSink&) {}), std::nullopt);
+        ASSERT_EQ(files.writeAtomically(path + "/" + name, [](MSPCByteWriter&) {}), std::nullopt);
     }
     EXPECT_EQ(files.namesIn(path), (std::vector<std::string>{".hidden", "a.xml", "b", "c.xml"}));
     std::string failure;

@@ -35,7 +35,8 @@ protected:
         return begun;
     }
     std::string write(MSPCNewFolder& begun, const std::string& name, const std::string& bytes) const {
-        return begun.writeAtomically(folder / ("out/Plan.kdzx/" + name), [&](MSPCByteSink& sink) { sink.write(bytes); })
+        return begun
+            .writeAtomically(folder / ("out/Plan.kdzx/" + name), [&](MSPCByteWriter& writer) { writer.write(bytes); })
             .value_or("");
     }
     // What `appear` answers: "" for success, the failure otherwise, with a mark where the name is taken.

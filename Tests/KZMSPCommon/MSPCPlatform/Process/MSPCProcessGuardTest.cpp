@@ -144,7 +144,7 @@ TEST_F(MSPCProcessGuardTest, takesAFileSizeLimitForAWriteFailure) {
         ::setrlimit(RLIMIT_FSIZE, &small);
         MSPCDiskFileSystem files;
         const auto failure =
-            files.writeAtomically(folder / "a", [](MSPCByteSink& sink) { sink.write(std::string(2'000, 'x')); });
+            files.writeAtomically(folder / "a", [](MSPCByteWriter& writer) { writer.write(std::string(2'000, 'x')); });
         ::_exit(failure == "File too large" ? 0 : 1);
     });
     EXPECT_TRUE(WIFEXITED(status));
