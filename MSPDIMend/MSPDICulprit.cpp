@@ -25,7 +25,9 @@ void collectLeaves(const MSPCXMLNode& element, std::vector<MSPCXMLNode>& leaves)
 // Failures show the node, or its text in quotes or at their end.
 bool isQuoted(const MSPCXMLNode& leaf, const std::string& reason) {
     const auto text = leaf.stringValue();
-    return reason.find(leaf.markup()) != std::string::npos || reason.ends_with(": " + text) ||
+    // Writing the node takes longer than looking for its name first.
+    const bool mayBeShown = reason.find(leaf.name()) != std::string::npos;
+    return (mayBeShown && reason.find(leaf.markup()) != std::string::npos) || reason.ends_with(": " + text) ||
            reason.find(fmt::format("'{}'", text)) != std::string::npos;
 }
 
@@ -41,8 +43,8 @@ std::optional<MSPDIMappingFailure> failureWithout(MSPCXMLNode leaf, const MSPDIT
 
 }  // namespace
 
-MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MSPDIMappingFailure& failure,
-                              const MSPDITrial& trial, const std::function<bool(const std::string&)>& isUnreadable) {
+MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MSPDIMappingFailure& failure,
+                               const MSPDITrial& trial, const std::function<bool(const std::string&)>& isUnreadable) {
     std::vector<MSPCXMLNode> leaves;
     for (const auto& element : elements) {
         collectLeaves(element, leaves);
@@ -53,17 +55,18 @@ MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MS
     };
     const auto others = std::stable_partition(leaves.begin(), leaves.end(), isSuspect);
     for (auto leaf = leaves.begin(); leaf != others; ++leaf) {
-        const auto rest = failureWithout(*leaf, trial);
+        auto rest = failureWithout(*leaf, trial);
         if (!rest || rest->reason != failure.reason || rest->subject != failure.subject) {
-            return *leaf;
+            return {*leaf, std::move(rest)};
         }
     }
     const auto mostOthers = static_cast<std::ptrdiff_t>(mostTries);
     const auto end = others + std::min(mostOthers, leaves.end() - others);
     const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout(leaf, trial); });
     if (helping != end) {
-        return *helping;
+        return {*helping, std::nullopt};
     }
     // Several of them together stand in the way.
-    return failure.reason.empty() && others != leaves.begin() ? leaves.front() : MSPCXMLNode();
+    const bool isOfDates = failure.reason.empty() && others != leaves.begin();
+    return isOfDates ? MSPDICulprit{leaves.front(), failure} : MSPDICulprit{};
 }

@@ -68,7 +68,7 @@ NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind) {
             continue;
         }
         const auto uid = free.next();
-        patient.note(missingUID, fmt::format("{}: UID {}", MSPISubjectOf(kind.item, item), uid));
+        patient.note(missingUID, [&] { return fmt::format("{}: UID {}", MSPISubjectOf(kind.item, item), uid); });
         if (const auto old = MSPDITextIn(item, "UID"); old && !old->empty()) {
             newUIDs.try_emplace(*old, uid);
         }

@@ -101,13 +101,15 @@ void MSPDIMendOutline(MSPDIPatient& patient) {
     findNewLevels(rows, hasSummaryParentsOnly, assignedTaskUIDs(patient));
     for (const auto& row : rows) {
         if (row.newLevel != row.level) {
-            patient.note(outline, fmt::format("{}: level {} instead of {}", MSPISubjectOf("Task", row.task),
-                                              row.newLevel, row.level));
+            patient.note(outline, [&] {
+                return fmt::format("{}: level {} instead of {}", MSPISubjectOf("Task", row.task), row.newLevel,
+                                   row.level);
+            });
             patient.setChild(row.task, "OutlineLevel", std::to_string(row.newLevel),
                              MSPDITaskFieldsBefore("OutlineLevel"));
         }
         if (row.becomesSummary) {
-            patient.note(outline, fmt::format("{}: a summary task", MSPISubjectOf("Task", row.task)));
+            patient.note(outline, [&] { return MSPISubjectOf("Task", row.task) + ": a summary task"; });
             patient.setChild(row.task, "Summary", "1", MSPDITaskFieldsBefore("Summary"));
         }
     }

@@ -208,3 +208,18 @@ TEST_F(MendTest, keepsAByteOrderMark) {
     const auto plan = "\xEF\xBB\xBF" + planOf(tasks(task(0, 0, "<Summary>0</Summary>")));
     expectMended(plan, with(plan, "<Summary>0<", "<Summary>1<"), "root-task 1");
 }
+
+// Between the elements that are looked at stand many that are not: where something is put in follows from all of them.
+TEST_F(MendTest, putsThingsInBehindElementsThatNobodyLooksAt) {
+    const auto plan =
+        planOf(tasks("<Task><UID>0</UID><OutlineLevel>0</OutlineLevel><Priority>500</Priority>"
+                     "<Estimated>0</Estimated><Milestone>0</Milestone><Critical>1</Critical></Task>"));
+    expectMended(plan, with(plan, "</Milestone>", "</Milestone><Summary>1</Summary>"), "root-task 1");
+}
+
+TEST_F(MendTest, leavesAllThatNobodyLooksAt) {
+    const auto plan = with(planOf(tasks(task(0, 0, "<Summary>0</Summary>"))), "  <Tasks>",
+                           "  <Views>\n    <View><Name a=\"b\">x</Name><!-- y --><![CDATA[z]]></View>\r\n  </Views>\n"
+                           "  <!-- c -->\n  <Tasks>");
+    expectMended(plan, with(plan, "<Summary>0<", "<Summary>1<"), "root-task 1");
+}

@@ -11,7 +11,8 @@
 
 class MSPCByteSource;
 
-// From an offset in the bytes that are kept on, up to the next such place, they stood in the document from this offset on.
+// From an offset in the bytes that are kept on, up to the next such place, they stood in the document from this offset
+// on.
 struct MSPCXMLPlace {
     std::size_t kept;
     std::size_t original;

@@ -26,12 +26,13 @@ private:
     std::string_view _rest;
 };
 
-std::optional<MSPCXMLWithBytes> loadedInPart(const std::string& bytes, const MSPCXMLSelection& selection) {
+std::optional<MSPCXMLWithBytes> loadedInPart(std::string& bytes, const MSPCXMLSelection& selection) {
     BytesSource source(bytes);
     auto selected = selectedXML(source, selection, true);
     auto document = selected ? MSPCXMLDocument::read(std::move(selected->bytes), selected->reading) : std::nullopt;
-    return document ? std::optional(MSPCXMLWithBytes{std::move(*document), bytes, std::move(selected->places)})
-                    : std::nullopt;
+    return document
+               ? std::optional(MSPCXMLWithBytes{std::move(*document), std::move(bytes), std::move(selected->places)})
+               : std::nullopt;
 }
 
 }  // namespace
@@ -51,7 +52,7 @@ std::optional<std::size_t> MSPCXMLWithBytes::startOf(const MSPCXMLNode& element)
     return *offset > 0 && tag < utf8.size() && utf8[tag] == '<' ? std::optional(tag) : std::nullopt;
 }
 
-std::optional<MSPCXMLWithBytes> MSPCXMLLoadWithBytes(const std::string& bytes, std::string_view mendableRoot,
+std::optional<MSPCXMLWithBytes> MSPCXMLLoadWithBytes(std::string& bytes, std::string_view mendableRoot,
                                                      const MSPCXMLSelection& selection) {
     if (auto inPart = loadedInPart(bytes, selection)) {
         return inPart;
@@ -74,6 +75,7 @@ std::optional<MSPCXMLWithBytes> MSPCXMLLoadWithBytes(const std::string& bytes, s
     auto document = mended
                         ? MSPCXMLDocument::read(mended->bytes, {.content = MSPCXMLContent::DataOnly, .isMended = true})
                         : std::nullopt;
-    return document ? std::optional(MSPCXMLWithBytes{std::move(*document), std::move(mended->bytes), {}, isConverted, true})
-                    : std::nullopt;
+    return document
+               ? std::optional(MSPCXMLWithBytes{std::move(*document), std::move(mended->bytes), {}, isConverted, true})
+               : std::nullopt;
 }
