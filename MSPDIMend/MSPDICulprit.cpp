@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "MSPDIAside.h"
+
 namespace {
 
 // Trying costs as much as mapping; elements with more leaves than that are no task's, nor an assignment's.
@@ -31,14 +33,24 @@ bool isQuoted(const MSPCXMLNode& leaf, const std::string& reason) {
            reason.find(fmt::format("'{}'", text)) != std::string::npos;
 }
 
-// What the mapping fails with without a leaf.
-std::optional<MSPDIMappingFailure> failureWithout(MSPCXMLNode leaf, const MSPDITrial& trial) {
-    auto parent = leaf.parent();
-    const auto before = leaf.previousSibling();
-    auto removed = leaf.detach();
-    auto rest = trial();
-    parent.insertChildAfter(std::move(removed), before);
-    return rest;
+// A leaf with those of its siblings that have its name and its text.
+std::vector<MSPCXMLNode> alikeBeside(const MSPCXMLNode& leaf) {
+    std::vector<MSPCXMLNode> alike;
+    for (const auto& sibling : leaf.parent().childElements(leaf.name())) {
+        if (sibling == leaf || sibling.stringValue() == leaf.stringValue()) {
+            alike.push_back(sibling);
+        }
+    }
+    return alike;
+}
+
+// What the mapping fails with without some leaves.
+std::optional<MSPDIMappingFailure> failureWithout(const std::vector<MSPCXMLNode>& leaves, const MSPDITrial& trial) {
+    MSPDIAside aside;
+    for (const auto& leaf : leaves) {
+        aside.take(leaf);
+    }
+    return trial();
 }
 
 }  // namespace
@@ -55,18 +67,19 @@ MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const M
     };
     const auto others = std::stable_partition(leaves.begin(), leaves.end(), isSuspect);
     for (auto leaf = leaves.begin(); leaf != others; ++leaf) {
-        auto rest = failureWithout(*leaf, trial);
+        auto alike = alikeBeside(*leaf);
+        auto rest = failureWithout(alike, trial);
         if (!rest || rest->reason != failure.reason || rest->subject != failure.subject) {
-            return {*leaf, std::move(rest)};
+            return {std::move(alike), std::move(rest)};
         }
     }
     const auto mostOthers = static_cast<std::ptrdiff_t>(mostTries);
     const auto end = others + std::min(mostOthers, leaves.end() - others);
-    const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout(leaf, trial); });
+    const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout({leaf}, trial); });
     if (helping != end) {
-        return {*helping, std::nullopt};
+        return {{*helping}, std::nullopt};
     }
     // Several of them together stand in the way.
     const bool isOfDates = failure.reason.empty() && others != leaves.begin();
-    return isOfDates ? MSPDICulprit{leaves.front(), failure} : MSPDICulprit{};
+    return isOfDates ? MSPDICulprit{{leaves.front()}, failure} : MSPDICulprit{};
 }

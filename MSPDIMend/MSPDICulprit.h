@@ -16,9 +16,10 @@ struct MSPDIMappingFailure {
 // What a mapping that is tried fails with; none when it succeeds.
 using MSPDITrial = std::function<std::optional<MSPDIMappingFailure>()>;
 
-// The leaf that is to blame, empty where no single one is; and what the mapping fails with when it is gone.
+// The leaf that is to blame, none where no single one is, with those beside it that say the same: of several the last
+// one counts. And what the mapping fails with when they are gone.
 struct MSPDICulprit {
-    MSPCXMLNode leaf;
+    std::vector<MSPCXMLNode> leaves;
     std::optional<MSPDIMappingFailure> rest;
 };
 

@@ -174,15 +174,40 @@ bool MSPDIMappingTrial::mendAtOnce(std::optional<MSPDIMappingFailure> failure, c
     while (failure && !isBound(*failure)) {
         // What a definition says is read when the first value of its field is.
         const bool isOfDefinition = failure->reason.find("<CFType>") != std::string::npos;
-        const auto suspects =
-            isOfDefinition ? _patient.items("ExtendedAttributes", "ExtendedAttribute") : owners(*failure);
+        const auto suspects = isOfDefinition ? definitionsFor(owners(*failure)) : owners(*failure);
         auto culprit = MSPDICulpritAmong(suspects, *failure, trial, isUnreadable);
-        if (!culprit.leaf || !takeOut(culprit.leaf, [&] { return subject(culprit.leaf, *failure); })) {
+        const bool isTakenOut =
+            !culprit.leaves.empty() && std::all_of(culprit.leaves.begin(), culprit.leaves.end(), [&](const auto& leaf) {
+                return takeOut(leaf, [&] { return subject(leaf, *failure); });
+            });
+        if (!isTakenOut) {
             break;
         }
         failure = std::move(culprit.rest);
     }
     return !failure;
+}
+
+// The definitions of the fields that some elements have, or are.
+std::vector<MSPCXMLNode> MSPDIMappingTrial::definitionsFor(const std::vector<MSPCXMLNode>& owners) {
+    if (_definitions.empty()) {
+        for (const auto& definition : _patient.items("ExtendedAttributes", "ExtendedAttribute")) {
+            _definitions[MSPDITextIn(definition, "FieldID").value_or("")].push_back(definition);
+        }
+    }
+    std::vector<MSPCXMLNode> found;
+    const auto addThoseOf = [&](const MSPCXMLNode& field) {
+        if (const auto of = _definitions.find(MSPDITextIn(field, "FieldID").value_or("")); of != _definitions.end()) {
+            found.insert(found.end(), of->second.begin(), of->second.end());
+        }
+    };
+    for (const auto& owner : owners) {
+        addThoseOf(owner);
+        for (const auto& field : owner.childElements("ExtendedAttribute")) {
+            addThoseOf(field);
+        }
+    }
+    return found;
 }
 
 // A leaf that shows a value of a baseline stays; the value is to go from the baseline.

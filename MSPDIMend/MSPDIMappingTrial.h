@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -52,6 +53,7 @@ private:
                     const Subject& subject);
     // Whether there were pieces to look at.
     bool mendPieceByPiece(const std::vector<MSPCXMLNode>& owners, const MSPDITrial& trial, const Subject& subject);
+    [[nodiscard]] std::vector<MSPCXMLNode> definitionsFor(const std::vector<MSPCXMLNode>& owners);
     bool takeOut(MSPCXMLNode leaf, const std::function<std::string()>& subject);
     template <typename Map>
     [[nodiscard]] std::optional<MSPDIMappingFailure> failureOf(const Map& map);
@@ -75,7 +77,8 @@ private:
     MSPCXMLNewElement _scenario;
     MSPCXMLNewElement _groupType;  // that of any group
     std::unique_ptr<MSPITaskTree> _tree;
-    std::set<MSPCTaskUID> _withoutPieces;  // UIDs of tasks whose timephased data were taken out
+    std::map<std::string, std::vector<MSPCXMLNode>> _definitions;  // of custom fields, by FieldID, when asked for
+    std::set<MSPCTaskUID> _withoutPieces;                          // UIDs of tasks whose timephased data were taken out
     // What shows a value of a baseline and is set aside until the mapping of its owner is through.
     std::optional<MSPDIAside> _aside;
     std::vector<std::pair<MSPCXMLNode, std::string>> _condemned;

@@ -61,6 +61,7 @@ struct MSPDIMended {
     // markup that had to be repaired, or entities of its own.
     bool isConverted = false;
     bool isRepaired = false;
+    int imports = 0;  // that it took
 };
 
 // Mends a copy of a plan in memory: finds out why the importer refuses it, repairs just that, and imports the copy to

@@ -61,7 +61,8 @@ public:
     MSPDIMended endedBy(const std::string& reason) { return concluded({}, MSPDIRefusal{"", reason, ""}); }
 
 private:
-    [[nodiscard]] std::optional<MSPDIRefusal> refusalOf(const std::string& bytes) const {
+    [[nodiscard]] std::optional<MSPDIRefusal> refusalOf(const std::string& bytes) {
+        ++_result.imports;
         return MSPDIImportBytesInMemory(_name, bytes, _services, MSPDIMemoryKeeping::Names).refusal;
     }
 

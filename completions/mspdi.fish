@@ -1,9 +1,10 @@
 # fish completion of mspdi: subcommands, their options, plans and documents.
 
 set -l subcommands losses mend check diff
-set -l steps embedded namespace missing-uid duplicate-root root-task outline calendar-order standard-calendar \
-    resource-type unreadable-value split-roll-up split-pieces resource-weeks exceptions-2003 deadline-to-field \
-    lag-to-field units-to-field field-keys
+set -l steps embedded namespace missing-uid duplicate-root root-task outline calendar-order project-calendar \
+    standard-calendar resource-type unreadable-value split-roll-up split-pieces resource-weeks \
+    exceptions-2003 recurring-exceptions work-weeks deadline-to-field lag-to-field units-to-field \
+    field-keys
 complete -c mspdi -f
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a losses -d 'Tell what of a plan is lost'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a mend -d 'Mend a copy of a refused plan'

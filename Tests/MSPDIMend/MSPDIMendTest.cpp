@@ -223,3 +223,19 @@ TEST_F(MendTest, leavesAllThatNobodyLooksAt) {
                            "  <!-- c -->\n  <Tasks>");
     expectMended(plan, with(plan, "<Summary>0<", "<Summary>1<"), "root-task 1");
 }
+
+TEST_F(MendTest, importsAPlanThreeTimesAtMost) {
+    EXPECT_EQ(mend(planOf(tasks(task(1, 1)))).imports, 1);
+    EXPECT_EQ(mend(planOf(tasks(task(0, 0)))).imports, 2);
+    // All that can be found at once is mended at once.
+    const auto several = planOf(tasks(task(0, 0) + "<Task><Type>9</Type><Start>x</Start></Task>") +
+                                    "  <Resources><Resource><UID>1</UID><Type>2</Type><MaxUnits>x</MaxUnits></Resource>"
+                                    "</Resources>\n",
+                                "");
+    EXPECT_EQ(mend(several).imports, 2);
+    // Inside another file it is found first, and looked at then.
+    const auto inside = mend("PK" + several + "PK");
+    EXPECT_EQ(inside.verdict, MSPDIMendVerdict::Mended) << inside.obstacle;
+    EXPECT_LE(inside.imports, 3);
+    EXPECT_LE(mend("no plan at all").imports, 3);
+}

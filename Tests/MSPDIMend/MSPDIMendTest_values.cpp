@@ -94,6 +94,29 @@ TEST_F(MendTest, leavesOutDefinitionsTypesThatAreNoNumbers) {
     expectMended(plan, with(plan, "<CFType>x</CFType>", ""), "unreadable-value 1");
 }
 
+// The last one counts; without it the one before it would.
+TEST_F(MendTest, leavesOutAValueWithAllThatSayTheSameBesideIt) {
+    const std::string bad = "<Start>x</Start>";
+    const auto plan = planOf(tasks(task(1, 1, bad + bad + "<Name>a</Name>" + bad)));
+    expectMended(plan, planOf(tasks(task(1, 1, "<Name>a</Name>"))), "unreadable-value 3");
+}
+
+// More pieces of one object than are looked at together.
+TEST_F(MendTest, leavesOutUnreadableValuesOfManyPieces) {
+    std::string links;
+    std::string wanted;
+    for (int number = 0; number < 200; ++number) {
+        const auto link = [&](const std::string& uid) {
+            return "<PredecessorLink>" + uid + "<Type>1</Type></PredecessorLink>";
+        };
+        const bool isBad = number % 3 == 0;
+        links += link(isBad ? "<PredecessorUID>x</PredecessorUID>" : "<PredecessorUID>2</PredecessorUID>");
+        wanted += link(isBad ? "" : "<PredecessorUID>2</PredecessorUID>");
+    }
+    expectMended(planOf(tasks(task(1, 1, links) + task(2, 1))), planOf(tasks(task(1, 1, wanted) + task(2, 1))),
+                 "unreadable-value 67");
+}
+
 namespace {
 
 std::string record(const std::string& day, const std::string& work = "PT8H0M0S") {
