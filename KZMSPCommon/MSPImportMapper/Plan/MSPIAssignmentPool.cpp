@@ -10,12 +10,12 @@
 namespace {
 
 template <MSPCUID UID>
-MSPIAssignmentKeys::Read<UID> readUID(const MSPCXMLNode& assignment, std::string_view name) {
+MSPIReadUID<UID> readUID(const MSPCXMLNode& assignment, std::string_view name) {
     return MSPITellingSubject([&] { return MSPISubjectOfAssignment(assignment); },
                               [&] {
                                   Error error;
                                   const UID uid{intValueForXQuery(assignment, name, &error)};
-                                  return MSPIAssignmentKeys::Read<UID>{uid, static_cast<bool>(error)};
+                                  return MSPIReadUID<UID>{uid, static_cast<bool>(error)};
                               });
 }
 
@@ -36,7 +36,7 @@ MSPIAssignmentKeys::Range MSPIAssignmentKeys::rangeOfTask(MSPCTaskUID taskUID) {
     return {static_cast<std::size_t>(first - _entries.begin()), static_cast<std::size_t>(last - _entries.begin())};
 }
 
-MSPIAssignmentKeys::Read<MSPCResourceUID> MSPIAssignmentKeys::resourceUIDAt(std::size_t position) {
+MSPIReadUID<MSPCResourceUID> MSPIAssignmentKeys::resourceUIDAt(std::size_t position) {
     auto& entry = _entries[position];
     if (!entry.resourceUID) {
         entry.resourceUID = readUID<MSPCResourceUID>(entry.assignment, "ResourceUID");

@@ -8,17 +8,17 @@
 #include "MSPCUID.h"
 #include "MSPCXMLNode.h"
 
+// A UID as the integer getter gives it: 0 for a missing child, the last of several, and in both cases an error.
+template <MSPCUID UID>
+struct MSPIReadUID {
+    UID uid{};
+    bool hasError = false;
+};
+
 // The numbers of the task and the resource that each assignment of a project belongs to, read once for all scenarios in
 // which they are the same.
 class MSPIAssignmentKeys {
 public:
-    // As the integer getter gives it: 0 for a missing child, the last of several, and in both cases an error.
-    template <MSPCUID UID>
-    struct Read {
-        UID uid{};
-        bool hasError = false;
-    };
-
     // Where the assignments of one task stand, in document order.
     struct Range {
         std::size_t first = 0;
@@ -36,13 +36,13 @@ public:
     [[nodiscard]] MSPCXMLNode assignmentAt(std::size_t position) const { return _entries[position].assignment; }
     [[nodiscard]] bool hasTaskUIDErrorAt(std::size_t position) const { return _entries[position].taskUID.hasError; }
     // The `ResourceUID` of an assignment, read when it is asked for first. Raises what the integer getter raises.
-    [[nodiscard]] Read<MSPCResourceUID> resourceUIDAt(std::size_t position);
+    [[nodiscard]] MSPIReadUID<MSPCResourceUID> resourceUIDAt(std::size_t position);
 
 private:
     struct Entry {
         MSPCXMLNode assignment;
-        Read<MSPCTaskUID> taskUID;
-        std::optional<Read<MSPCResourceUID>> resourceUID;
+        MSPIReadUID<MSPCTaskUID> taskUID;
+        std::optional<MSPIReadUID<MSPCResourceUID>> resourceUID;
     };
 
     void readTaskUIDs();
