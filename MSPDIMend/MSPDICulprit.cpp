@@ -53,6 +53,31 @@ std::optional<MSPDIMappingFailure> failureWithout(const std::vector<MSPCXMLNode>
     return trial();
 }
 
+bool isOther(const std::optional<MSPDIMappingFailure>& rest, const MSPDIMappingFailure& failure) {
+    return !rest || rest->reason != failure.reason || rest->subject != failure.subject;
+}
+
+// Values of one text fail alike, so that none of them seems to be to blame alone: as many of them as it takes.
+MSPDICulprit culpritsTogether(std::vector<MSPCXMLNode> suspects, const MSPDIMappingFailure& failure,
+                              const MSPDITrial& trial) {
+    auto rest = failureWithout(suspects, trial);
+    if (suspects.size() < 2 || !isOther(rest, failure)) {
+        return {};
+    }
+    for (std::size_t index = 0; index < suspects.size();) {
+        auto fewer = suspects;
+        fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(index));
+        auto restOfFewer = failureWithout(fewer, trial);
+        if (isOther(restOfFewer, failure)) {
+            suspects = std::move(fewer);
+            rest = std::move(restOfFewer);
+        } else {
+            ++index;
+        }
+    }
+    return {std::move(suspects), std::move(rest)};
+}
+
 }  // namespace
 
 MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MSPDIMappingFailure& failure,
@@ -69,10 +94,18 @@ MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const M
     for (auto leaf = leaves.begin(); leaf != others; ++leaf) {
         auto alike = alikeBeside(*leaf);
         auto rest = failureWithout(alike, trial);
-        if (!rest || rest->reason != failure.reason || rest->subject != failure.subject) {
+        if (isOther(rest, failure)) {
             return {std::move(alike), std::move(rest)};
         }
     }
+    if (const auto count = others - leaves.begin(); count > 1 && count <= static_cast<std::ptrdiff_t>(mostTries)) {
+        auto together = culpritsTogether({leaves.begin(), others}, failure, trial);
+        if (!together.leaves.empty()) {
+            return together;
+        }
+    }
+    // A value that says nothing is missed the least.
+    std::stable_partition(others, leaves.end(), [](const auto& leaf) { return leaf.stringValue().empty(); });
     const auto mostOthers = static_cast<std::ptrdiff_t>(mostTries);
     const auto end = others + std::min(mostOthers, leaves.end() - others);
     const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout({leaf}, trial); });

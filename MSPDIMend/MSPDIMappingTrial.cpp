@@ -155,6 +155,11 @@ bool MSPDIMappingTrial::mendPieceByPiece(const std::vector<MSPCXMLNode>& owners,
     for (const auto& piece : pieces) {
         aside.take(piece);
     }
+    // What fails without any of them is not theirs.
+    if (!pieces.empty() && !mendAtOnce(
+                               trial(), trial, [&](const auto&) { return owners; }, subject)) {
+        return false;
+    }
     for (std::size_t number = 0; number < pieces.size(); ++number) {
         aside.showing(number, [&](const MSPCXMLNode& piece) {
             mendAtOnce(

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "MSPCExtensions.h"
+#include "MSPDICalendarEdits.h"
 #include "MSPDIItemValues.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
@@ -163,7 +164,8 @@ void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
 }
 
 void MSPDIMendProjectCalendar(MSPDIPatient& patient) {
-    if (patient.isAskedFor(projectCalendar)) {
+    // Of its working times those until midnight would not arrive.
+    if (patient.isAskedFor(projectCalendar) && !MSPDIHasTimeUntilMidnight(projectsCalendar(patient))) {
         giveProjectsCalendarItsPlace(patient, projectCalendar);
     }
 }

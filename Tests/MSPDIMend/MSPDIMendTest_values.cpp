@@ -43,6 +43,12 @@ TEST_F(MendTest, leavesOutAllUnreadableValuesOfATaskWithTheirLines) {
                 ElementsAre("Task UID='1' name='': Start 'x'", "Task UID='1' name='': Type 'y'"));
 }
 
+TEST_F(MendTest, leavesOutValuesThatSayNothingFirst) {
+    const std::string empty = "<FinishDate></FinishDate>";
+    const auto plan = planOf("  <ScheduleFromStart>0</ScheduleFromStart>" + empty + "\n");
+    expectMended(plan, with(plan, empty, ""), "unreadable-value 1");
+}
+
 TEST_F(MendTest, leavesOutUnreadableValuesOfTheProject) {
     for (const std::string bad : {"<FinishDate>x</FinishDate><ScheduleFromStart>0</ScheduleFromStart>",
                                   "<ScheduleFromStart>maybe</ScheduleFromStart>", "<WorkFormat>w</WorkFormat>"}) {
@@ -99,6 +105,28 @@ TEST_F(MendTest, leavesOutAValueWithAllThatSayTheSameBesideIt) {
     const std::string bad = "<Start>x</Start>";
     const auto plan = planOf(tasks(task(1, 1, bad + bad + "<Name>a</Name>" + bad)));
     expectMended(plan, planOf(tasks(task(1, 1, "<Name>a</Name>"))), "unreadable-value 3");
+}
+
+// They fail alike, so that without one of them the failure seems to be the same.
+TEST_F(MendTest, leavesOutSeveralValuesOfOneText) {
+    const auto plan =
+        planOf(tasks(task(1, 1, "<Start>x</Start><Finish>x</Finish><Duration>x</Duration><Name>x</Name>")));
+    expectMended(plan, planOf(tasks(task(1, 1, "<Name>x</Name>"))), "unreadable-value 3");
+    std::string links;
+    for (int number = 0; number < 10; ++number) {
+        links += "<PredecessorLink><PredecessorUID>x</PredecessorUID></PredecessorLink>";
+    }
+    EXPECT_EQ(stepsOf(mend(planOf(tasks(task(1, 1, links))))), "unreadable-value 10");
+}
+
+TEST_F(MendTest, leavesOutBothDatesOfAnException) {
+    const std::string from = "<FromDate>x</FromDate>";
+    const auto plan =
+        planOf("", with(standardCalendar(), "</Calendar>",
+                        "<Exceptions><Exception><TimePeriod>" + from +
+                            "<ToDate>x</ToDate></TimePeriod>"
+                            "<Type>1</Type><DayWorking>0</DayWorking></Exception></Exceptions></Calendar>"));
+    expectMended(plan, with(plan, from, ""), "unreadable-value 1");
 }
 
 // More pieces of one object than are looked at together.

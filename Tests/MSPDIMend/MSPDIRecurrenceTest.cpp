@@ -19,7 +19,7 @@ std::string datesOf(const std::string& content, const std::string& from = "2012-
     }
     std::string text;
     for (const auto date : *dates) {
-        text += (text.empty() ? "" : " ") + MSPDITextOfDay(date);
+        text.append(text.empty() ? "" : " ").append(MSPDITextOfDay(date));
     }
     return text;
 }
