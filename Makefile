@@ -48,7 +48,7 @@ fuzz: deps
 	FUZZ_SEED="$(FUZZ_SEED)" tools/fuzz "$(FUZZ_SECONDS)"
 
 # Measures single operations, then imports of generated plans against the floor of only parsing and writing the same, and
-# the comparison of two documents against reading both.
+# the comparison of two documents against reading both, then pages of large plans in Chromium.
 # BENCH=--micro measures the operations alone; any other BENCH measures imports alone and is passed on, such as
 # BENCH='--only actual' or BENCH=--huge for the plan of 1,000,000 tasks.
 .PHONY: bench
@@ -60,6 +60,8 @@ bench: deps
 	$(if $(filter --micro,$(BENCH)),,build/import-bench build/MSPDIImport share/kadenza2/Empty.kdzx build/floor \
 	    build/linked-only "$${TMPDIR:-/tmp}" $(BENCH))
 	$(if $(BENCH),,build/diff-bench "$${TMPDIR:-/tmp}")
+	$(if $(BENCH),,tools/install-dependencies chromium chromium-driver python3-selenium)
+	$(if $(BENCH),,Tests/Bench/page-bench build/mspdi "$${TMPDIR:-/tmp}")
 
 .PHONY: configure
 configure: deps

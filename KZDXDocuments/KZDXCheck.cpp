@@ -3,8 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <new>
 #include <set>
+#include <vector>
 
 #include "KZDXRules.h"
 #include "KZDXWords.h"
@@ -88,10 +90,19 @@ public:
                 }
             }
         }
+        lookForMissingComments();
         lookForUnnamedFiles();
     }
 
 private:
+    // A scenario that does not tell that it was imported, and the place of a finding about it among the others.
+    struct Uncommented {
+        std::size_t place;
+        std::string file;
+        int line;
+        std::string element;
+    };
+
     [[nodiscard]] bool isThere(std::string_view name) const { return _names.contains(std::string(name)); }
 
     void add(const KZDXRule& rule, std::string file, int line, std::string element, std::string text,
@@ -182,6 +193,34 @@ private:
             apply(rules, *file, subject);
         }
         sortFrom(first);
+        rememberComments(*file, first);
+    }
+
+    void rememberComments(const KZDXXMLFile& file, std::size_t place) {
+        const KZDXImportComments comments(file.root());
+        _isOfImport = _isOfImport || comments.tellImporter;
+        if (!comments.tellImporter && !comments.tellPlan) {
+            _uncommented.push_back({place, file.name(), file.lineOf(file.root()), pathOf(file.root())});
+        }
+    }
+
+    void lookForMissingComments() {
+        if (!_isOfImport) {
+            return;
+        }
+        std::vector<KZDXFinding> found;
+        found.swap(_check.findings);
+        auto taken = found.begin();
+        const auto takeUpTo = [&](auto end) {
+            std::move(taken, end, std::back_inserter(_check.findings));
+            taken = end;
+        };
+        for (auto& [place, file, line, element] : _uncommented) {
+            takeUpTo(found.begin() + static_cast<std::ptrdiff_t>(place));
+            add(KZDXImportCommentRule, std::move(file), line, std::move(element),
+                "no comments tell the importer and the plan, as those of other scenarios do");
+        }
+        takeUpTo(found.end());
     }
 
     void rememberIds(const KZDXScenario& scenario) {
@@ -214,7 +253,9 @@ private:
     std::set<std::string> _names;
     std::set<std::string> _seen;                      // files that an entry names
     std::set<std::string, std::less<>> _idsOfActual;  // of tasks and resources
-    MSPCXMLNode _named;                               // whose name was asked for last, and the name
+    std::vector<Uncommented> _uncommented;
+    bool _isOfImport = false;  // one scenario tells the importer
+    MSPCXMLNode _named;        // whose name was asked for last, and the name
     std::string _name;
 };
 

@@ -1,11 +1,17 @@
 #include "KZDXFiles.h"
 
+#include <system_error>
 #include <utility>
 
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 
 namespace {
+
+// A device is not read at all, and a pipe gives its content once: a document is made of files.
+std::string failureOfDevices() {
+    return std::generic_category().message(static_cast<int>(std::errc::operation_not_supported));
+}
 
 class InFolder final : public KZDXFiles {
 public:
@@ -16,7 +22,13 @@ public:
         return _fileSystem.namesIn(_folder, &failure);
     }
     [[nodiscard]] std::optional<std::string> read(const std::string& name, std::string& failure) override {
-        return _fileSystem.readFile(pathByAppendingComponent(_folder, name), &failure);
+        const auto path = pathByAppendingComponent(_folder, name);
+        auto content = _fileSystem.readFile(path, &failure);
+        if (content ? !_fileSystem.openFile(path) : failure == failureOfDevices()) {
+            failure = "no regular file";
+            content.reset();
+        }
+        return content;
     }
 
 private:

@@ -55,6 +55,10 @@ inline constexpr KZDXRule KZDXMissingFileRule = {"missing-file", KZDXSeverity::F
 inline constexpr KZDXRule KZDXUnnamedFileRule = {"unnamed-file", KZDXSeverity::Fault,
                                                  "Every scenario file is named in the table of contents"};
 
+// Where one scenario tells the importer, the others are of an import as well: whoever reads all of them applies it.
+inline constexpr KZDXRule KZDXImportCommentRule = {"import-comment", KZDXSeverity::Fault,
+                                                   "Every scenario of an import tells the importer and the plan"};
+
 [[nodiscard]] std::span<const KZDXContentsRule> KZDXContentsRules();
 
 // The rules about a scenario, by what they are about.

@@ -40,13 +40,41 @@ void lookForSeveralGroups(const KZDXSubject& subject, const KZDXTell& tell) {
     }
 }
 
-void lookForTasksWithoutGroup(const KZDXSubject& subject, const KZDXTell& tell) {
+// The tasks that one leads to, over groups and split tasks, and that task itself.
+std::vector<bool> reachedFrom(std::size_t top, const KZDXScenario& scenario) {
+    const auto& children = scenario.childTasks();
+    const auto starts = KZDXStarts(children, scenario.tasks().size());
+    std::vector<bool> isReached(scenario.tasks().size(), false);
+    std::vector<std::size_t> pending = {top};
+    isReached[top] = true;
+    while (!pending.empty()) {
+        const auto group = pending.back();
+        pending.pop_back();
+        for (auto child = starts[group]; child < starts[group + 1]; ++child) {
+            const auto& task = children[child].to;
+            if (task && !isReached[*task]) {
+                isReached[*task] = true;
+                pending.push_back(*task);
+            }
+        }
+    }
+    return isReached;
+}
+
+// Without the group of all tasks, which another rule tells of, no task is reached.
+void lookForUnreachedTasks(const KZDXSubject& subject, const KZDXTell& tell) {
     const auto& tasks = subject.scenario.tasks();
-    const auto counts = countsOfTargets(subject.scenario.childTasks(), tasks.size());
     const auto top = subject.scenario.topTask();
+    if (!top || tasks[*top].id != KZDXTopTaskId) {
+        return;
+    }
+    const auto counts = countsOfTargets(subject.scenario.childTasks(), tasks.size());
+    const auto isReached = reachedFrom(*top, subject.scenario);
     for (std::size_t task = 0; task < tasks.size(); ++task) {
-        if (counts[task] == 0 && task != top && isNamedByIts(tasks, task)) {
-            tell(tasks[task].element, "the task is in no group: the plan's outline does not lead to it");
+        if (!isReached[task] && isNamedByIts(tasks, task)) {
+            tell(tasks[task].element, counts[task] == 0
+                                          ? "the task is in no group: the plan's outline does not lead to it"
+                                          : "the group of all tasks does not lead to the task's group");
         }
     }
 }
@@ -194,8 +222,9 @@ std::span<const KZDXScenarioRule> KZDXOutlineRules() {
         {{"no-group-parent", KZDXSeverity::Fault, "Only groups and split tasks have child tasks"}, lookAtParents},
         {{"outline-circle", KZDXSeverity::Fault, "No group is below itself"}, lookForOutlineCircles},
         {{"link-circle", KZDXSeverity::Fault, "No task waits for itself, over others either"}, lookForLinkCircles},
-        {{"no-group", KZDXSeverity::Note, "A task is in no group, and the group of all tasks does not lead to it"},
-         lookForTasksWithoutGroup},
+        {{"no-group", KZDXSeverity::Note,
+          "A task is in no group, or the group of all tasks does not lead to its group"},
+         lookForUnreachedTasks},
         {{"group-circle", KZDXSeverity::Note, "A task waits for a group that it is in, or a group for a task in it"},
          lookForCirclesThroughGroups},
     }};

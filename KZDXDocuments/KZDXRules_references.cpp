@@ -9,9 +9,6 @@
 
 namespace {
 
-constexpr std::string_view topTaskId = "t-1";
-constexpr std::string_view topResourceId = "r-1";
-
 void lookAtRoot(const KZDXSubject& subject, const KZDXTell& tell) {
     const auto& root = subject.scenario.root();
     if (root.name() != "scenario") {
@@ -68,12 +65,12 @@ void lookAtTop(const KZDXSubject& subject, std::string_view kind, std::string_vi
 }
 
 void lookAtTopTask(const KZDXSubject& subject, const KZDXTell& tell) {
-    lookAtTop(subject, "task", topTaskId, "group", subject.scenario.tasks(), tell);
+    lookAtTop(subject, "task", KZDXTopTaskId, "group", subject.scenario.tasks(), tell);
 }
 
 // Deliberately "Group" with a capital here: the two kinds of group are spelled differently.
 void lookAtTopResource(const KZDXSubject& subject, const KZDXTell& tell) {
-    lookAtTop(subject, "resource", topResourceId, "Group", subject.scenario.resources(), tell);
+    lookAtTop(subject, "resource", KZDXTopResourceId, "Group", subject.scenario.resources(), tell);
 }
 
 void lookForMissingIds(const KZDXSubject& subject, const KZDXTell& tell) {
@@ -211,8 +208,7 @@ std::span<const KZDXScenarioRule> KZDXReferenceRules() {
          lookAtNamespace},
         {{"scenario-id", KZDXSeverity::Fault, "A scenario has the same id in its file and in the table of contents"},
          lookAtScenarioId},
-        {{"import-comment", KZDXSeverity::Fault, "A scenario of an import tells the importer and the plan"},
-         lookAtImportComments},
+        {KZDXImportCommentRule, lookAtImportComments},
         {{"top-resource", KZDXSeverity::Fault, "The first resource is the group r-1 of all resources"},
          lookAtTopResource},
         {{"top-task", KZDXSeverity::Fault, "The first task is the group t-1 of all tasks"}, lookAtTopTask},

@@ -50,14 +50,14 @@ void lookAtDates(const KZDXSubject& subject, const KZDXTell& tell) {
     forEachTaskValue(subject.scenario, look);
 }
 
-// The dates of a task that are dates.
+// The dates of a task, or of the project, that are dates.
 struct Span {
     std::optional<KZDXDateTime> start;
     std::optional<KZDXDateTime> end;
 
-    explicit Span(const MSPCXMLNode& task) {
-        const auto date = [&task](std::string_view name) {
-            const auto text = KZDXChildText(task, name);
+    explicit Span(const MSPCXMLNode& owner) {
+        const auto date = [&owner](std::string_view name) {
+            const auto text = KZDXChildText(owner, name);
             return text ? KZDXDateTimeFrom(*text) : std::nullopt;
         };
         start = date("start-date");
@@ -334,6 +334,17 @@ void lookForMissingValues(const KZDXSubject& subject, const KZDXTell& tell) {
     }
 }
 
+// The project's own dates: it is scheduled from one of them.
+void lookAtProjectDates(const KZDXSubject& subject, const KZDXTell& tell) {
+    const auto& root = subject.scenario.root();
+    if (Span(root).isReversed()) {
+        tell(root.firstChildElement("start-date"), "the project starts behind its end");
+    }
+    if (KZDXAttribute(root, "fixed-end") == "yes" && !root.firstChildElement("end-date")) {
+        tell(root, "the project is scheduled from its end, but has no end-date");
+    }
+}
+
 // Pairs of a key and its value, which is a text or nothing.
 void lookAtUserDataOf(const MSPCXMLNode& element, const KZDXTell& tell) {
     const auto userData = element.firstChildElement("user-data");
@@ -398,10 +409,13 @@ void lookForUnregisteredFields(const KZDXSubject& subject, const KZDXTell& tell)
 }  // namespace
 
 std::span<const KZDXScenarioRule> KZDXValueRules() {
-    static constexpr std::array<KZDXScenarioRule, 12> rules = {{
+    static constexpr std::array<KZDXScenarioRule, 13> rules = {{
         {{"date", KZDXSeverity::Fault, "Dates are days and times that there are, with an offset"}, lookAtDates},
         {{"reversed-dates", KZDXSeverity::Fault, "No task starts behind its end, with work in between"},
          lookForReversedDates},
+        {{"project-dates", KZDXSeverity::Fault,
+          "A project starts before its end, and has an end where it is scheduled from there"},
+         lookAtProjectDates},
         {{"number", KZDXSeverity::Fault, "Effort, completion and costs are numbers"}, lookAtNumbers},
         {{"word", KZDXSeverity::Fault, "Types and kinds are words that there are"}, lookAtWords},
         {{"missing-value", KZDXSeverity::Fault,

@@ -42,6 +42,10 @@ private:
     std::vector<std::size_t> _byId;  // sorted, since ids can be chosen so that hashed ones all collide
 };
 
+// The group of all tasks, and that of all resources.
+inline constexpr std::string_view KZDXTopTaskId = "t-1";
+inline constexpr std::string_view KZDXTopResourceId = "r-1";
+
 // The tasks and resources of a scenario and what they say about each other, indexed once. The document outlives it.
 class KZDXScenario {
 public:

@@ -19,6 +19,9 @@ struct MSPDIPlace {
     std::string name;   // of the same; of an assignment that of its task's UID stands in `path` only
     std::string value;  // in the plan
     std::string unit;   // of a lag: the `LagFormat` beside it
+    // Of a UID, and of a link's lag: the task, resource or calendar that is meant.
+    std::string targetUID;   // empty where there is none
+    std::string targetName;  // empty where it is not there, or has no name
 };
 
 // All losses of one kind.

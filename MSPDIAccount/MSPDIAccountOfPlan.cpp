@@ -6,6 +6,7 @@
 #include "MSPCExtensions.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
+#include "MSPDIExternalTexts.h"
 #include "MSPDIKinds.h"
 #include "MSPDILeafWalk.h"
 #include "MSPDIPlanFacts.h"
@@ -57,7 +58,7 @@ bool tellOfRepair(const MSPDIMemoryImport& import, const MSPDIAccountOptions& op
             const auto& kind = MSPDIKinds()[MSPDIKindIndex("overwritten-by-repair")];
             auto& loss = account.losses.emplace_back(MSPDILoss{kind.name, kind.what, "", 1, {}});
             if (options.mostPlaces > 0) {
-                loss.where.push_back({"/Project", "", "", warning, ""});
+                loss.where.push_back({"/Project", "", "", warning, "", "", ""});
             }
             return true;
         }
@@ -88,9 +89,13 @@ bool walkInPieces(const std::string& planPath, const MSPCServices& services, con
 void walkAsAWhole(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options,
                   const MSPDIPlanFacts& facts, MSPDIAccount& account) {
     NoLog log;
-    const auto plan =
-        newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly, services.fileSystem, log);
+    auto marked = MSPDIWithMarkedExternalTexts(planPath, services.fileSystem);
+    const bool isMarked = marked.has_value();
+    const MSPDIFileSystemWithContent withMarks(services.fileSystem, isMarked ? planPath : "",
+                                               std::move(marked).value_or(""));
+    const auto plan = newXmlDocFromUrl(MSPCURL::fileURL(planPath, false), MSPCXMLContent::DataOnly, withMarks, log);
     MSPDILeafWalk walk(facts, options, account);
+    walk.expectExternalTexts(isMarked);
     walk.walk(plan.root());
     walk.finish();
 }

@@ -57,6 +57,8 @@ MSPDIJudgement ofCalendar(const MSPDILeaf& leaf);
 MSPDIJudgement taskField(const MSPDILeaf& leaf);
 MSPDIJudgement taskBaselineValue(const MSPDILeaf& leaf);
 MSPDIJudgement baselineNumber(const MSPDILeaf& leaf);
+// Of the baseline of a task, a resource or an assignment, and never read.
+MSPDIJudgement unreadBaselineValue(const MSPDILeaf& leaf);
 MSPDIJudgement taskFieldID(const MSPDILeaf& leaf);
 MSPDIJudgement taskFieldValue(const MSPDILeaf& leaf);
 MSPDIJudgement linkPredecessor(const MSPDILeaf& leaf);

@@ -16,51 +16,40 @@ bool isBase(const MSPDILeaf& leaf) {
     return MSPDIIsTrueField(leaf.item.fields, "IsBaseCalendar");
 }
 
+// Of a calendar of resources; each of those is told once at the end to lack its week.
+const MSPDIJudgement lackedWeek(MSPDIFate::Lost, "resource-week");
+
 MSPDIJudgement repeated() {
     return {MSPDIFate::Lost, "repeated-element"};
 }
 
-// Nothing that arrives goes by this calendar; that it is lost is told once, with its name.
-MSPDIJudgement ofUnusedCalendar() {
-    return MSPDIFate::Default;
+// What says something, and is a part of a loss that is told once for all of its parts.
+MSPDIJudgement partOf(std::string_view kind, const MSPDILeaf& leaf) {
+    const bool saysNothing = leaf.text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+    return saysNothing ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, kind);
 }
 
-bool hasNumberBetween(const MSPCXMLNode& element, std::string_view name, double least, double most) {
-    std::string buffer;
-    for (auto child = element.firstChildElement(name); child; child = child.nextSiblingElement(name)) {
-        const auto number = xpathNumber(child.stringValue(buffer));
-        if (number && *number >= least && *number <= most) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool hasWorkingTime(const MSPCXMLNode& owner) {
-    for (auto times = owner.firstChildElement("WorkingTimes"); times;
-         times = times.nextSiblingElement("WorkingTimes")) {
-        if (times.firstChildElement("WorkingTime")) {
-            return true;
-        }
-    }
-    return false;
+// Nothing that arrives goes by this calendar; it is told once, by its name where it has one.
+MSPDIJudgement ofUnusedCalendar(const MSPDILeaf& leaf) {
+    return partOf("unused-calendar", leaf);
 }
 
 const MSPDIWeekDayFacts& factsOf(const MSPDILeaf& leaf, const MSPCXMLNode& weekDay) {
-    return leaf.item.weekDay.of(weekDay, [&] {
-        const auto [working, count] = leaf.item.lastChild(weekDay, "DayWorking");
-        const auto period = leaf.item.lastChild(weekDay, "TimePeriod").element;
-        return MSPDIWeekDayFacts{.isDayOfWeek = hasNumberBetween(weekDay, "DayType", 1, 7),
-                                 .hasWorkingTime = hasWorkingTime(weekDay),
-                                 .isWorking = count == 1 && MSPDIIsTrue(working.stringValue()),
-                                 .periodStart = leaf.item.lastText(period, "FromDate")};
-    });
+    return leaf.item.weekDay.of(weekDay, [&] { return MSPDIWeekDayFacts(weekDay); });
 }
 
 // Whether a day of the week becomes one of the document.
 bool isWritten(const MSPDILeaf& leaf, const MSPCXMLNode& weekDay) {
     const auto& facts = factsOf(leaf, weekDay);
     return facts.isDayOfWeek && (isBase(leaf) || facts.hasWorkingTime);
+}
+
+// Whether a working time ends at midnight or later: in a document its end is one of the day on which it begins.
+bool isOvernight(const MSPDILeaf& end) {
+    const auto& facts = end.item.facts;
+    const auto to = facts.secondsOfDay(end.text);
+    const auto from = facts.secondsOfDay(end.item.lastText(end.node.parent(), "FromTime"));
+    return to && (*to == 0 || (from && *to <= *from));
 }
 
 MSPDIJudgement timeOfDay(const MSPDILeaf& leaf) {
@@ -70,8 +59,8 @@ MSPDIJudgement timeOfDay(const MSPDILeaf& leaf) {
     if (leaf.text.empty()) {
         return MSPDIFate::Shaping;
     }
-    const bool endsAtMidnight = leaf.name() == "ToTime" && leaf.text.starts_with("00:00");
-    return endsAtMidnight ? MSPDIJudgement(MSPDIFate::Changed, "overnight-time") : MSPDIFate::Carried;
+    const bool endsOnTheNextDay = leaf.name() == "ToTime" && isOvernight(leaf);
+    return endsOnTheNextDay ? MSPDIJudgement(MSPDIFate::Changed, "overnight-time") : MSPDIFate::Carried;
 }
 
 MSPCXMLNode ownerOfTime(const MSPDILeaf& leaf) {
@@ -87,7 +76,7 @@ ExceptionUse useOf(const MSPCXMLNode& exception) {
     if (hasChildWithNumber(exception, "DayWorking", 0)) {
         return ExceptionUse::TimeOff;
     }
-    const bool isOvertime = hasChildWithNumber(exception, "DayWorking", 1) && hasWorkingTime(exception);
+    const bool isOvertime = hasChildWithNumber(exception, "DayWorking", 1) && MSPDIHasWorkingTime(exception);
     return isOvertime ? ExceptionUse::Overtime : ExceptionUse::None;
 }
 
@@ -120,6 +109,17 @@ bool mayGiveEvents(const MSPDIExceptionFacts& exception) {
     return exception.use != ExceptionUse::None;
 }
 
+// A part of an exception that gives no events: it recurs, has no type, or is a working one without hours.
+MSPDIJudgement ofLostException(const MSPDIExceptionFacts& exception, const MSPDILeaf& leaf) {
+    return partOf(exception.isRecurring ? "recurring-exception" : "calendar-exception", leaf);
+}
+
+// A part of an exception in the form of 2003, which has no place in a week. Most have their like in the later form.
+MSPDIJudgement ofExceptionOf2003(const MSPDILeaf& leaf, const MSPCXMLNode& weekDay) {
+    const bool isThereTwice = calendarOf(leaf).exceptionStarts.contains(factsOf(leaf, weekDay).periodStart);
+    return isThereTwice ? MSPDIJudgement(MSPDIFate::Derived) : partOf("exception-2003", leaf);
+}
+
 }  // namespace
 
 MSPDIJudgement calendarUID(const MSPDILeaf& leaf) {
@@ -147,56 +147,56 @@ MSPDIJudgement calendarIsBase(const MSPDILeaf& leaf) {
 }
 
 MSPDIJudgement calendarBase(const MSPDILeaf& leaf) {
-    const auto uid = scanInteger64(leaf.text).value_or(-1);
-    const bool goesBySomethingElse = uid >= 0 && uid != leaf.item.facts.projectCalendarUID && !isBase(leaf);
-    const bool isTold = goesBySomethingElse && !calendarOf(leaf).resources.empty();
-    return isTold ? MSPDIJudgement(MSPDIFate::Lost, "resource-week") : MSPDIJudgement(MSPDIFate::Default);
+    if (isBase(leaf) || !leaf.item.facts.isOtherBaseCalendar(leaf.text)) {
+        return MSPDIFate::Default;
+    }
+    return calendarOf(leaf).isMapped() ? lackedWeek : ofUnusedCalendar(leaf);
 }
 
 MSPDIJudgement weekDayType(const MSPDILeaf& leaf) {
     const auto weekDay = leaf.node.parent();
-    const bool isShaping = calendarOf(leaf).isMapped() && (isWritten(leaf, weekDay) || !leaf.isOnlyOfItsName());
-    return isShaping ? MSPDIFate::Shaping : MSPDIFate::Default;
+    if (!calendarOf(leaf).isMapped()) {
+        return ofUnusedCalendar(leaf);
+    }
+    if (isWritten(leaf, weekDay) || !leaf.isOnlyOfItsName()) {
+        return MSPDIFate::Shaping;
+    }
+    return factsOf(leaf, weekDay).isDayOff ? lackedWeek : MSPDIFate::Default;
 }
 
 MSPDIJudgement weekDayWorking(const MSPDILeaf& leaf) {
     const auto weekDay = leaf.node.parent();
     if (!calendarOf(leaf).isMapped()) {
-        return ofUnusedCalendar();
+        return ofUnusedCalendar(leaf);
     }
     if (isWritten(leaf, weekDay)) {
         return MSPDIFate::Shaping;
     }
-    const bool isDayOff = factsOf(leaf, weekDay).isDayOfWeek && !MSPDIIsTrue(leaf.text);
-    return isDayOff ? MSPDIJudgement(MSPDIFate::Lost, "resource-week") : MSPDIJudgement(MSPDIFate::Default);
+    const auto& facts = factsOf(leaf, weekDay);
+    if (!facts.isDayOfWeek) {
+        return ofExceptionOf2003(leaf, weekDay);
+    }
+    return facts.isDayOff && !MSPDIIsTrue(leaf.text) ? lackedWeek : MSPDIFate::Default;
 }
 
 MSPDIJudgement weekDayTime(const MSPDILeaf& leaf) {
     const auto weekDay = ownerOfTime(leaf);
     if (!calendarOf(leaf).isMapped()) {
-        return ofUnusedCalendar();
+        return ofUnusedCalendar(leaf);
     }
     const auto& facts = factsOf(leaf, weekDay);
     if (isWritten(leaf, weekDay) && facts.isWorking) {
         return timeOfDay(leaf);
     }
-    const bool isException = !facts.isDayOfWeek && !leaf.text.empty();
-    if (isException && calendarOf(leaf).exceptionStarts.contains(facts.periodStart)) {
-        return MSPDIFate::Derived;
-    }
-    return isException ? MSPDIJudgement(MSPDIFate::Lost, "exception-2003") : MSPDIJudgement(MSPDIFate::Default);
+    return facts.isDayOfWeek ? MSPDIJudgement(MSPDIFate::Default) : ofExceptionOf2003(leaf, weekDay);
 }
 
 MSPDIJudgement weekDayPeriod(const MSPDILeaf& leaf) {
     const auto weekDay = leaf.node.parent().parent();
     if (!calendarOf(leaf).isMapped()) {
-        return ofUnusedCalendar();
+        return ofUnusedCalendar(leaf);
     }
-    if (calendarOf(leaf).exceptionStarts.contains(std::string(leaf.text))) {
-        return MSPDIFate::Derived;  // the same exception in the older form
-    }
-    const bool isTold = !factsOf(leaf, weekDay).isDayOfWeek && leaf.name() == "FromDate" && !leaf.text.empty();
-    return isTold ? MSPDIJudgement(MSPDIFate::Lost, "exception-2003") : MSPDIJudgement(MSPDIFate::Default);
+    return factsOf(leaf, weekDay).isDayOfWeek ? MSPDIJudgement(MSPDIFate::Default) : ofExceptionOf2003(leaf, weekDay);
 }
 
 MSPDIJudgement emptyWorkingTime(const MSPDILeaf& leaf) {
@@ -206,26 +206,30 @@ MSPDIJudgement emptyWorkingTime(const MSPDILeaf& leaf) {
 MSPDIJudgement exceptionType(const MSPDILeaf& leaf) {
     const auto& exception = exceptionOf(leaf, leaf.node.parent());
     if (!calendarOf(leaf).isMapped()) {
-        return ofUnusedCalendar();
+        return ofUnusedCalendar(leaf);
     }
     if (mayGiveEvents(exception) || !exception.isOnlyNumber) {
         return MSPDIFate::Shaping;
     }
-    return exception.isRecurring ? MSPDIJudgement(MSPDIFate::Lost, "recurring-exception")
-                                 : MSPDIJudgement(MSPDIFate::Default);
+    return ofLostException(exception, leaf);
 }
 
 MSPDIJudgement exceptionWorking(const MSPDILeaf& leaf) {
     const auto& exception = exceptionOf(leaf, leaf.node.parent());
-    const bool isShaping = calendarOf(leaf).isMapped() && (mayGiveEvents(exception) || !exception.isOnlyNumber);
-    return isShaping ? MSPDIFate::Shaping : MSPDIFate::Default;
+    if (!calendarOf(leaf).isMapped()) {
+        return ofUnusedCalendar(leaf);
+    }
+    if (mayGiveEvents(exception) || !exception.isOnlyNumber) {
+        return MSPDIFate::Shaping;
+    }
+    return ofLostException(exception, leaf);
 }
 
 MSPDIJudgement exceptionDate(const MSPDILeaf& leaf) {
     const auto period = leaf.node.parent();
     const auto& exception = exceptionOf(leaf, period.parent());
     if (!calendarOf(leaf).isMapped()) {
-        return ofUnusedCalendar();
+        return ofUnusedCalendar(leaf);
     }
     const bool isLast = leaf.isLastOfItsName() && exception.period == period;
     if (!isLast) {
@@ -234,19 +238,13 @@ MSPDIJudgement exceptionDate(const MSPDILeaf& leaf) {
     if (exception.givesEvents) {
         return leaf.item.facts.isSummerNow ? MSPDIJudgement(MSPDIFate::Changed, "summer-time") : MSPDIFate::Carried;
     }
-    if (mayGiveEvents(exception)) {
-        return MSPDIFate::Shaping;
-    }
-    const bool isTold = !leaf.text.empty() && leaf.name() == "FromDate";
-    return isTold
-               ? MSPDIJudgement(MSPDIFate::Lost, exception.isRecurring ? "recurring-exception" : "calendar-exception")
-               : MSPDIJudgement(MSPDIFate::Default);
+    return mayGiveEvents(exception) ? MSPDIFate::Shaping : ofLostException(exception, leaf);
 }
 
 MSPDIJudgement exceptionTime(const MSPDILeaf& leaf) {
     const auto& exception = exceptionOf(leaf, ownerOfTime(leaf));
     if (!calendarOf(leaf).isMapped()) {
-        return ofUnusedCalendar();
+        return ofUnusedCalendar(leaf);
     }
     if (exception.use == ExceptionUse::Overtime) {
         return exception.givesEvents ? timeOfDay(leaf) : MSPDIFate::Shaping;
@@ -255,18 +253,26 @@ MSPDIJudgement exceptionTime(const MSPDILeaf& leaf) {
     if (!exception.isOnlyNumber) {
         return MSPDIFate::Shaping;
     }
-    const bool isTold = exception.isRecurring && !leaf.text.empty();
-    return isTold ? MSPDIJudgement(MSPDIFate::Lost, "recurring-exception") : MSPDIJudgement(MSPDIFate::Default);
+    // Hours of a day off are those of nothing.
+    return mayGiveEvents(exception) ? MSPDIJudgement(MSPDIFate::Default) : ofLostException(exception, leaf);
 }
 
+// How often an exception comes: of those that arrive only every day from the first to the last.
 MSPDIJudgement exceptionRecurrence(const MSPDILeaf& leaf) {
     if (!calendarOf(leaf).isMapped()) {
-        return ofUnusedCalendar();
+        return ofUnusedCalendar(leaf);
     }
-    const bool isTold = leaf.name() == "Period" && scanInteger64(leaf.text).value_or(1) > 1;
-    return isTold ? MSPDIJudgement(MSPDIFate::Lost, "recurring-exception") : MSPDIJudgement(MSPDIFate::Default);
+    const auto& exception = exceptionOf(leaf, leaf.node.parent());
+    if (!mayGiveEvents(exception)) {
+        return ofLostException(exception, leaf);
+    }
+    const auto period = scanInteger64(leaf.item.lastText(leaf.node.parent(), "Period")).value_or(1);
+    if (period > 1) {
+        return lostUnlessDefault(leaf);
+    }
+    return leaf.name() == "Occurrences" ? MSPDIFate::Derived : MSPDIFate::Default;
 }
 
 MSPDIJudgement ofCalendar(const MSPDILeaf& leaf) {
-    return calendarOf(leaf).isMapped() ? lostUnlessDefault(leaf) : ofUnusedCalendar();
+    return calendarOf(leaf).isMapped() ? lostUnlessDefault(leaf) : ofUnusedCalendar(leaf);
 }

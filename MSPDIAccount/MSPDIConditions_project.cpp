@@ -110,7 +110,7 @@ MSPDIJudgement currencyPosition(const MSPDILeaf& leaf) {
 
 MSPDIJudgement projectCalendar(const MSPDILeaf& leaf) {
     const auto uid = scanInteger64(leaf.text);
-    const bool isTaken = !uid || *uid < 0 || uid == leaf.item.facts.projectCalendarUID;
+    const bool isTaken = !uid || *uid < 0 || MSPCCalendarUID{*uid} == leaf.item.facts.projectCalendarUID;
     return isTaken ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, "project-calendar");
 }
 

@@ -77,10 +77,10 @@ MSPDIJudgement resourceMaxUnits(const MSPDILeaf& leaf) {
 
 MSPDIJudgement resourceCalendar(const MSPDILeaf& leaf) {
     const auto& resource = resourceOf(leaf);
-    if (resource.isMapped && (resource.calendar || !leaf.isOnlyOfItsName())) {
-        return MSPDIFate::Shaping;
+    if (!resource.isMapped) {
+        return MSPDIFate::Default;  // nobody works by the calendar for unassigned work
     }
-    return lostUnlessDefault(leaf);
+    return resource.calendar || !leaf.isOnlyOfItsName() ? MSPDIFate::Shaping : lostUnlessDefault(leaf);
 }
 
 MSPDIJudgement resourceRateFormat(const MSPDILeaf& leaf) {
@@ -107,8 +107,9 @@ MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {
     }
     if (assignment.arrives) {
         // Nothing in the document bears the id of a resource that is not there, or of that for unassigned work.
-        return uid && leaf.item.facts.isResource(*uid) ? MSPDIJudgement(MSPDIFate::Carried)
-                                                       : MSPDIJudgement(MSPDIFate::Changed, "dropped-assignment");
+        return uid && leaf.item.facts.mappedResource(MSPCResourceUID{*uid})
+                   ? MSPDIJudgement(MSPDIFate::Carried)
+                   : MSPDIJudgement(MSPDIFate::Changed, "dropped-assignment");
     }
     if (assignment.countsForMaterial) {
         return MSPDIFate::Shaping;
@@ -122,7 +123,11 @@ MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {
 }
 
 MSPDIJudgement assignmentUnits(const MSPDILeaf& leaf) {
-    return assignmentOf(leaf).countsForMaterial ? MSPDIFate::Carried : lostUnlessDefault(leaf);
+    if (assignmentOf(leaf).countsForMaterial) {
+        return MSPDIFate::Carried;
+    }
+    const bool isOfNobody = scanInteger64(leaf.item.fields.text("ResourceUID").textOrEmpty()).value_or(-1) < 0;
+    return isOfNobody && MSPDIIsOneOf(leaf.text, "0") ? MSPDIJudgement(MSPDIFate::Default) : lostUnlessDefault(leaf);
 }
 
 MSPDIJudgement assignmentWork(const MSPDILeaf& leaf) {

@@ -99,6 +99,13 @@ MSPDIJudgement idOfField(const MSPDILeaf& leaf) {
     return fieldValueOf(leaf).definition ? MSPDIFate::Shaping : MSPDIFate::Default;
 }
 
+// Whether a baseline has a number that no scenario is made of. It is told once, whatever it holds.
+const MSPDIJudgement furtherBaseline(MSPDIFate::Lost, "further-baseline");
+
+bool isFurtherBaseline(const MSPDIItem& item, const MSPCXMLNode& baseline) {
+    return !item.baselineNumber(baseline) && item.lastChild(baseline, "Number").count == 1;
+}
+
 using Link = MSPDILinkFacts::Fate;
 
 Link fateOfLink(const MSPDILeaf& leaf, const MSPCXMLNode& link) {
@@ -110,19 +117,25 @@ Link fateOfLink(const MSPDILeaf& leaf, const MSPCXMLNode& link) {
     if (!uid || *uid < 0) {
         return predecessor.count > 1 ? Link::InSomeScenario : Link::Dropped;
     }
-    const auto count = leaf.item.facts.tasksWithUID(*uid);
+    const auto count = leaf.item.facts.tasksWithUID(MSPCTaskUID{*uid});
     if (count > 1 && leaf.item.lastChild(leaf.item.node, "Baseline").count > 0) {
         return Link::InSomeScenario;  // where only one of them has the baseline
     }
     if (count != 1) {
         return Link::Dropped;
     }
-    return leaf.item.facts.isMapped(*uid) ? Link::Carried : Link::LeadsNowhere;
+    return leaf.item.facts.mappedTask(MSPCTaskUID{*uid}) ? Link::Carried : Link::LeadsNowhere;
 }
 
 Link linkOf(const MSPDILeaf& leaf) {
     const auto link = leaf.node.parent();
     return leaf.item.link.of(link, [&] { return MSPDILinkFacts{fateOfLink(leaf, link)}; }).fate;
+}
+
+// A part of a link that is told once.
+MSPDIJudgement ofDroppedLink(const MSPDILeaf& leaf) {
+    const bool isLost = lostUnlessDefault(leaf).fate == MSPDIFate::Lost;
+    return isLost ? MSPDIJudgement(MSPDIFate::Lost, "dropped-link") : MSPDIJudgement(MSPDIFate::Default);
 }
 
 }  // namespace
@@ -158,7 +171,7 @@ MSPDIJudgement taskBaselineValue(const MSPDILeaf& leaf) {
     const bool isRead = field != nullptr && field->rule != nullptr && leaf.item.fields.singleObject(leaf.name()) &&
                         state != MSPDITaskState::EmptyRow;
     if (!isRead || !number) {
-        return lostUnlessDefault(leaf);
+        return unreadBaselineValue(leaf);
     }
     if (!leaf.item.countsAsBaseline(baseline) || !leaf.isLastOfItsName()) {
         return repeated();
@@ -184,9 +197,14 @@ MSPDIJudgement taskBaselineValue(const MSPDILeaf& leaf) {
 }
 
 MSPDIJudgement baselineNumber(const MSPDILeaf& leaf) {
+    return isFurtherBaseline(leaf.item, leaf.node.parent()) ? furtherBaseline : MSPDIJudgement(MSPDIFate::Shaping);
+}
+
+MSPDIJudgement unreadBaselineValue(const MSPDILeaf& leaf) {
+    const auto judgement = lostUnlessDefault(leaf);
     const auto baseline = leaf.node.parent();
-    const bool isRead = leaf.item.baselineNumber(baseline).has_value() || !leaf.isOnlyOfItsName();
-    return isRead ? MSPDIJudgement(MSPDIFate::Shaping) : MSPDIJudgement(MSPDIFate::Lost, "further-baseline");
+    const bool isLost = judgement.fate == MSPDIFate::Lost;
+    return isLost && isFurtherBaseline(leaf.item, baseline) ? furtherBaseline : judgement;
 }
 
 MSPDIJudgement taskFieldID(const MSPDILeaf& leaf) {
@@ -223,7 +241,7 @@ MSPDIJudgement linkType(const MSPDILeaf& leaf) {
     constexpr std::int64_t lastType = 3;
     const auto link = linkOf(leaf);
     if (link == Link::Dropped) {
-        return MSPDIFate::Default;
+        return ofDroppedLink(leaf);
     }
     if (link == Link::InSomeScenario || !leaf.isOnlyOfItsName()) {
         return MSPDIFate::Shaping;
@@ -234,7 +252,7 @@ MSPDIJudgement linkType(const MSPDILeaf& leaf) {
 }
 
 MSPDIJudgement linkLag(const MSPDILeaf& leaf) {
-    return linkOf(leaf) == Link::Dropped ? MSPDIJudgement(MSPDIFate::Default) : lostUnlessDefault(leaf);
+    return linkOf(leaf) == Link::Dropped ? ofDroppedLink(leaf) : lostUnlessDefault(leaf);
 }
 
 MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {

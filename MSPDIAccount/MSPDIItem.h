@@ -10,6 +10,7 @@
 #include "MSPCFields.h"
 #include "MSPCXMLNode.h"
 #include "MSPDIPlanFacts.h"
+#include "MSPDIWeekDayFacts.h"
 
 class MSPDIElementTree;
 
@@ -30,13 +31,6 @@ public:
 private:
     MSPCXMLNode _element;
     Facts _facts{};
-};
-
-struct MSPDIWeekDayFacts {
-    bool isDayOfWeek = false;
-    bool hasWorkingTime = false;
-    bool isWorking = false;
-    std::string periodStart;
 };
 
 struct MSPDIExceptionFacts {

@@ -5,11 +5,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "MSPCCharacters.h"
 #include "MSPCException.h"
-#include "MSPCMessage.h"
 #include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
+#include "MSPDIExternalTexts.h"
 #include "MSPDIKinds.h"
 #include "MSPDIValues.h"
 
@@ -18,6 +17,7 @@ namespace {
 // Real plans have ten. Their paths would take more than the square of the plan.
 constexpr std::size_t mostLevels = 256;
 constexpr std::string_view unknownElement = "unknown-element";
+constexpr std::string_view resourceWeek = "resource-week";
 
 MSPCXMLNode nextElement(MSPCXMLNode node) {
     while (node && !node.isElement()) {
@@ -28,17 +28,6 @@ MSPCXMLNode nextElement(MSPCXMLNode node) {
 
 bool isLeaf(const MSPCXMLNode& node) {
     return !nextElement(node.firstChild());
-}
-
-std::string_view withoutPrefix(std::string_view name) {
-    const auto colon = name.rfind(':');
-    return colon == std::string_view::npos ? name : name.substr(colon + 1);
-}
-
-// Bytes that are no UTF-8, which only broken markup has in a name, as escapes: one character for all of them would make
-// two paths alike.
-void appendName(std::string_view name, std::string& path) {
-    path += MSPCIsUTF8(name) ? name : MSPCShownText(name).view();
 }
 
 // The lists whose elements are looked at together with all that they hold.
@@ -223,10 +212,7 @@ void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
     }
     const MSPCFields fields(node);
     const MSPDIItem item(_facts, *_steps.back().known, node, fields, position);
-    if (isListOf(item, "Task")) {
-        _taskNames.resize(position);
-        _taskNames.emplace_back(fields.text("Name").textOrEmpty());
-    }
+    remember(item);
     tellOfItem(item);
     walkChildren(node, item);
 }
@@ -261,7 +247,10 @@ void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& ite
 void MSPDILeafWalk::takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item) {
     std::string buffer;
     const auto text = node.stringValue(buffer);
-    const auto judgement = judge(node, item, text);
+    auto judgement = judge(node, item, text);
+    if (_hasExternalTexts && judgement.fate == MSPDIFate::Carried && MSPDIHoldsExternalText(text)) {
+        judgement = {MSPDIFate::Changed, "external-text"};
+    }
     count(judgement.fate);
     if (!judgement.kind.empty()) {
         tell(judgement.kind, item, text);
@@ -357,6 +346,11 @@ bool MSPDILeafWalk::wasToldOfOwner(std::size_t kind) {
 }
 
 void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::string_view value) {
+    if (kind == resourceWeek) {
+        auto& without = isListOf(item, "Calendar") ? _calendarsWithoutWeek : _resourcesWithoutWeek;
+        without.insert(item.position);
+        return;
+    }
     const auto index = MSPDIKindIndex(kind);
     if (wasToldOfOwner(index)) {
         return;
@@ -378,27 +372,6 @@ void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::stri
     }
 }
 
-MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value) const {
-    MSPDIPlace place{path(), {}, {}, std::string(value), {}};
-    if (const auto& node = _steps.back().node; node && node.name() == "LinkLag") {
-        place.unit = item.lastText(node.parent(), "LagFormat");
-    }
-    const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
-    if (isListOf(item, "ExtendedAttribute")) {
-        place.uid = textOf("FieldID");
-        place.name = textOf(item.fields.singleObject("Alias") ? "Alias" : "FieldName");
-    } else if (isListOf(item, "Assignment")) {
-        // Nobody knows an assignment by its number, but its task.
-        const auto& task = _facts.assignments[item.position].task;
-        place.uid = textOf("TaskUID");
-        place.name = task && *task < _taskNames.size() ? _taskNames[*task] : std::string();
-    } else if (item.node.name() != "Project") {
-        place.uid = textOf("UID");
-        place.name = textOf("Name");
-    }
-    return place;
-}
-
 void MSPDILeafWalk::enterTally() {
     for (std::size_t fate = 0; fate < _tally.leaves.size(); ++fate) {
         _account.leaves[fate] += _tally.leaves[fate];
@@ -409,15 +382,63 @@ void MSPDILeafWalk::enterTally() {
     _tally.clear();
 }
 
+// An item may come twice: first without the leaves that were taken.
+void MSPDILeafWalk::remember(const MSPDIItem& item) {
+    if (isListOf(item, "Task")) {
+        _taskNames.resize(item.position);
+        _taskNames.emplace_back(item.fields.text("Name").textOrEmpty());
+    } else if (isListOf(item, "Resource")) {
+        const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
+        _resources.resize(item.position);
+        _resources.push_back(
+            {_steps.at(1).number, _steps.back().number, textOf("UID"), textOf("Name"), textOf("CalendarUID")});
+    }
+}
+
+void MSPDILeafWalk::tellOfWeeks() {
+    auto& loss = _losses.at(MSPDIKindIndex(resourceWeek));
+    for (std::size_t position = 0; position < _resources.size(); ++position) {
+        const auto& calendar = _facts.resources[position].calendar;
+        if (!_resourcesWithoutWeek.contains(position) && !(calendar && _calendarsWithoutWeek.contains(*calendar))) {
+            continue;
+        }
+        const auto& [list, number, uid, name, calendarUID] = _resources[position];
+        loss.element = "Resources/Resource/CalendarUID";
+        ++loss.count;
+        if (loss.where.size() < _options.mostPlaces) {
+            loss.where.push_back({fmt::format("/Project/Resources[{}]/Resource[{}]/CalendarUID[1]", list, number),
+                                  uid,
+                                  name,
+                                  calendarUID,
+                                  {},
+                                  calendarUID,
+                                  {}});
+        }
+    }
+}
+
 void MSPDILeafWalk::finish() {
+    tellOfWeeks();
     for (std::size_t kind = 0; kind < _losses.size(); ++kind) {
         auto& loss = _losses[kind];
         if (loss.count > 0) {
             loss.kind = MSPDIKinds()[kind].name;
             loss.what = MSPDIKinds()[kind].what;
+            for (auto& place : loss.where) {
+                nameTarget(place);
+                if (_hasExternalTexts) {
+                    MSPDIRemoveExternalTexts(place.name);
+                    MSPDIRemoveExternalTexts(place.value);
+                }
+            }
             _account.losses.push_back(std::move(loss));
         }
     }
+}
+
+std::string_view MSPDILeafWalk::withoutPrefix(std::string_view name) {
+    const auto colon = name.rfind(':');
+    return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
 std::size_t& MSPDILeafWalk::countOf(Counts& counts, std::string_view name) {
@@ -454,46 +475,4 @@ void MSPDILeafWalk::leave() {
     _path.resize(_steps.back().pathLength);
     _steps.pop_back();
     std::erase_if(_told, [this](const auto& told) { return told.first >= _steps.size(); });
-}
-
-std::size_t MSPDILeafWalk::numberOf(const Step& step) {
-    if (step.number > 0) {
-        return step.number;
-    }
-    std::size_t number = 1;
-    for (auto before = step.node.previousSibling(); before; before = before.previousSibling()) {
-        if (before.isElement() && withoutPrefix(before.name()) == step.name) {
-            ++number;
-        }
-    }
-    return number;
-}
-
-void MSPDILeafWalk::appendStep(const Step& step, std::size_t number, std::string& path) {
-    path += '/';
-    appendName(step.name, path);
-    path += '[';
-    path += fmt::format_int(number).c_str();
-    path += ']';
-}
-
-std::string MSPDILeafWalk::path() const {
-    auto path = _path;
-    if (!_countsAll) {
-        for (std::size_t step = 1; step < _steps.size(); ++step) {
-            appendStep(_steps[step], numberOf(_steps[step]), path);
-        }
-    }
-    return path;
-}
-
-std::string MSPDILeafWalk::elementPath() const {
-    std::string path;
-    for (const auto& step : _steps) {
-        if (&step != &_steps.front()) {
-            path += path.empty() ? "" : "/";
-            appendName(step.name, path);
-        }
-    }
-    return path;
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,6 +30,8 @@ public:
     // read." for another plan than that of the facts, and "Elements are nested too deeply to be told one by one." where
     // every leaf or place is to be told.
     void walk(const MSPCXMLNode& project);
+    // Whether texts of that tree may hold marks of those that stand in other files.
+    void expectExternalTexts(bool areExpected) { _hasExternalTexts = areExpected; }
     // The same plan as it is read.
     void value(std::string_view name) override;
     void beginList(std::string_view name) override;
@@ -70,6 +73,15 @@ private:
         }
     };
 
+    // What is told of a resource at the end, when all calendars are known.
+    struct Resource {
+        std::size_t list = 0;  // numbers on its path
+        std::size_t number = 0;
+        std::string uid;
+        std::string name;
+        std::string calendarUID;
+    };
+
     void walkPiece(const MSPCXMLNode& element);
     void takePiece(const MSPCXMLNode& element);
     void walkItem(const MSPCXMLNode& node);
@@ -80,12 +92,17 @@ private:
     [[nodiscard]] MSPDIJudgement judge(const MSPCXMLNode& node, const MSPDIItem& item, std::string_view text) const;
     [[nodiscard]] MSPDIJudgement judgeUnknown(const MSPCXMLNode& node, const MSPDIItem& item) const;
     void tellOfItem(const MSPDIItem& item);
+    void remember(const MSPDIItem& item);
+    void tellOfWeeks();
     void tell(std::string_view kind, const MSPDIItem& item, std::string_view value);
     [[nodiscard]] bool wasToldOfOwner(std::size_t kind);
     [[nodiscard]] bool wantsPlace(std::size_t kind) const;
     [[nodiscard]] MSPDIPlace placeOf(const MSPDIItem& item, std::string_view value) const;
+    void setTarget(const MSPDIItem& item, std::string_view value, MSPDIPlace& place) const;
+    void nameTarget(MSPDIPlace& place) const;
     void enterTally();
 
+    [[nodiscard]] static std::string_view withoutPrefix(std::string_view name);
     [[nodiscard]] static std::size_t& countOf(Counts& counts, std::string_view name);
     void enterChild(const MSPCXMLNode& node);
     // Goes down to an element; `name` is to outlive the step.
@@ -105,6 +122,7 @@ private:
     MSPDIItem _projectItem;
     std::vector<MSPDILoss> _losses;  // by kind
     Tally _tally;
+    bool _hasExternalTexts = false;
     bool _isReduced = false;  // the present piece comes without the leaves that were taken
     std::vector<Step> _steps;
     std::string _path = "/Project";                          // to the last step, where all are counted
@@ -117,4 +135,7 @@ private:
     std::vector<bool> _areLists;                                 // the project's children so far
     std::map<const MSPDIElementTree*, std::size_t> _itemCounts;  // of each list so far
     std::vector<std::string> _taskNames;
+    std::vector<Resource> _resources;
+    std::set<std::size_t> _calendarsWithoutWeek;  // that lose what they are based on, or days off
+    std::set<std::size_t> _resourcesWithoutWeek;  // whose calendar is not there
 };

@@ -1,6 +1,7 @@
 #include "MSPDIPlanFacts.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "MSPCClock.h"
 #include "MSPCException.h"
@@ -9,6 +10,7 @@
 #include "MSPCTextScanner.h"
 #include "MSPCXPathNumber.h"
 #include "MSPDIValues.h"
+#include "MSPIStandardCalendar.h"
 #include "MSPITaskTree.h"
 #include "MSPITimephasedDataMapper.h"
 
@@ -22,18 +24,45 @@ std::size_t slotOf(int scenario) {
     return static_cast<std::size_t>(slot);
 }
 
-// The numbers of all children of that name, each once, as look-ups by number see them.
-std::vector<double> numbersOf(const MSPCXMLNode& element, std::string_view name) {
-    std::vector<double> numbers;
+// A UID as look-ups by number see it: their numbers are floating ones, in which very large UIDs fall together. None for
+// a number that is no whole one.
+template <MSPCUID UID>
+std::optional<UID> lookedUp(double number) {
+    constexpr double end = 9223372036854775808.0;  // of what an integer can be
+    const bool isWhole = number >= -end && number < end && std::trunc(number) == number;
+    return isWhole ? std::optional(UID{static_cast<std::int64_t>(number)}) : std::nullopt;
+}
+
+template <MSPCUID UID>
+std::optional<UID> lookedUp(UID uid) {
+    return lookedUp<UID>(static_cast<double>(MSPCNumberOf(uid)));
+}
+
+// The UIDs of all children of that name, each once, as look-ups see them.
+template <MSPCUID UID>
+std::vector<UID> uidsOf(const MSPCXMLNode& element, std::string_view name) {
+    std::vector<UID> uids;
     std::string buffer;
     for (auto child = element.firstChildElement(name); child; child = child.nextSiblingElement(name)) {
-        if (const auto number = xpathNumber(child.stringValue(buffer))) {
-            numbers.push_back(*number);
+        const auto number = xpathNumber(child.stringValue(buffer));
+        if (const auto uid = number ? lookedUp<UID>(*number) : std::nullopt) {
+            uids.push_back(*uid);
         }
     }
-    std::sort(numbers.begin(), numbers.end());
-    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
-    return numbers;
+    std::sort(uids.begin(), uids.end());
+    uids.erase(std::unique(uids.begin(), uids.end()), uids.end());
+    return uids;
+}
+
+template <MSPCUID UID>
+std::optional<UID> uidFrom(std::optional<std::int64_t> number) {
+    return number ? std::optional(UID{*number}) : std::nullopt;
+}
+
+template <MSPCUID UID>
+std::optional<std::size_t> positionOf(UID uid, const std::map<UID, std::size_t>& positions) {
+    const auto found = positions.find(uid);
+    return found == positions.end() ? std::nullopt : std::optional(found->second);
 }
 
 }  // namespace
@@ -72,7 +101,7 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
     bool hasRoot = false;
     for (const auto& node : nodes) {
         const MSPCFields fields(node);
-        const auto uids = numbersOf(node, "UID");
+        const auto uids = uidsOf<MSPCTaskUID>(node, "UID");
         _taskUIDs.insert(_taskUIDs.end(), uids.begin(), uids.end());
         auto& task = tasks.emplace_back();
         const auto uidText = fields.text("UID");
@@ -88,12 +117,12 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
             task.state = MSPDITaskState::Root;
             continue;
         }
-        _taskByUID.try_emplace(uid, tasks.size() - 1);
+        _taskByUID.try_emplace(MSPCTaskUID{uid}, tasks.size() - 1);
         // In this tree only tasks that can be reached have a target.
         const auto level = MSPDILastInteger(fields, "OutlineLevel").value_or(0);
         const auto id = 't' + std::string(uidText.textOrEmpty());
         tree.record(id, {node, {}, {}, level, task.isSummary});
-        if (level != 1) {
+        if (!MSPITaskTree::isTopLevel(level)) {
             const auto parent = tree.parentForLevel(level);
             task.isReachable = parent && parent->kdzxTask;
         }
@@ -105,30 +134,22 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
 }
 
 void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
-    std::optional<std::size_t> first;
-    std::optional<std::size_t> standard;
+    const auto taken = MSPIStandardCalendar(project);
+    isCalendarFoundByName = !taken || !hasChildWithNumber(taken, "UID", 1);
     for (const auto& node : nodesForXQuery(project, "Calendars/Calendar")) {
         const auto position = calendars.size();
         auto& calendar = calendars.emplace_back();
+        calendar.name = textForXQuery(node, "Name").textOrEmpty();
+        calendar.isProjects = node == taken;
         for (const auto& period : nodesForXQuery(node, "Exceptions/Exception[Type=1]/TimePeriod")) {
             calendar.exceptionStarts.insert(textForXQuery(period, "FromDate").textOrEmpty());
         }
-        for (const auto uid : numbersOf(node, "UID")) {
+        for (const auto uid : uidsOf<MSPCCalendarUID>(node, "UID")) {
             _calendarByUID[uid] = position;
         }
-        for (auto name = node.firstChildElement("Name"); name; name = name.nextSiblingElement("Name")) {
-            standard = name.stringValue() == "Standard" ? position : standard;
-        }
     }
-    if (const auto byUID = _calendarByUID.find(1); byUID != _calendarByUID.end()) {
-        first = byUID->second;
-    }
-    isCalendarFoundByName = !first;
-    const auto taken = first ? first : standard;
     if (taken) {
-        calendars[*taken].isProjects = true;
-        const auto nodes = nodesForXQuery(project, "Calendars/Calendar");
-        projectCalendarUID = MSPDILastInteger(MSPCFields(nodes[*taken]), "UID");
+        projectCalendarUID = uidFrom<MSPCCalendarUID>(MSPDILastInteger(MSPCFields(taken), "UID"));
     }
 }
 
@@ -183,18 +204,19 @@ void MSPDIPlanFacts::readResources(const MSPCXMLNode& project) {
         if (!resource.isMapped) {
             continue;
         }
-        _resourceUIDs.insert(*uid);
+        _resourceByUID.try_emplace(MSPCResourceUID{*uid}, position);
         const bool isCost = isSavedBy2007OrLater() && fields.lastChild("IsCostResource").count == 1 &&
                             MSPDIIsTrueField(fields, "IsCostResource");
         resource.isMaterial = isCost || MSPDISingleInteger(fields, "Type").value_or(1) == 0;
-        if (resource.isMaterial) {
-            _materialByUID[static_cast<double>(*uid)].push_back(position);
+        if (const auto looked = lookedUp(MSPCResourceUID{*uid}); looked && resource.isMaterial) {
+            _materialUIDs.insert(*looked);
         }
         const auto calendarUID = MSPDISingleInteger(fields, "CalendarUID").value_or(-1);
-        const auto calendar = _calendarByUID.find(static_cast<double>(calendarUID));
-        if (calendarUID >= 0 && calendar != _calendarByUID.end()) {
-            resource.calendar = calendar->second;
-            calendars[calendar->second].resources.push_back(position);
+        if (calendarUID >= 0) {
+            resource.calendar = calendarWithUID(MSPCCalendarUID{calendarUID});
+        }
+        if (resource.calendar) {
+            calendars[*resource.calendar].resources.push_back(position);
         }
         readValues(node, true, false);
     }
@@ -205,14 +227,12 @@ void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
         const MSPCFields fields(node);
         auto& assignment = assignments.emplace_back();
         auto& share = _shares.emplace_back();
-        const auto taskUID = MSPDILastInteger(fields, "TaskUID");
-        share.taskUID = taskUID.value_or(0);
-        share.hasTask = taskUID.has_value();
-        share.resourceUID = MSPDILastInteger(fields, "ResourceUID");
+        share.taskUID = uidFrom<MSPCTaskUID>(MSPDILastInteger(fields, "TaskUID"));
+        share.resourceUID = uidFrom<MSPCResourceUID>(MSPDILastInteger(fields, "ResourceUID"));
         share.work = MSPDISeconds(fields.text("Work").textOrEmpty());
-        for (const auto uid : numbersOf(node, "ResourceUID")) {
-            assignment.countsForMaterial = assignment.countsForMaterial || _materialByUID.contains(uid);
-        }
+        const auto resourceUIDs = uidsOf<MSPCResourceUID>(node, "ResourceUID");
+        assignment.countsForMaterial = std::any_of(resourceUIDs.begin(), resourceUIDs.end(),
+                                                   [this](auto uid) { return _materialUIDs.contains(uid); });
         for (auto record = node.firstChildElement("TimephasedData"); record;
              record = record.nextSiblingElement("TimephasedData")) {
             const auto type = MSPDISingleInteger(record.lastChildElement("Type"));
@@ -263,19 +283,18 @@ void MSPDIPlanFacts::conclude() {
     for (std::size_t position = 0; position < assignments.size(); ++position) {
         auto& assignment = assignments[position];
         const auto& share = _shares[position];
-        const auto found = _taskByUID.find(share.taskUID);
-        if (!share.hasTask || found == _taskByUID.end()) {
+        assignment.task = share.taskUID ? mappedTask(*share.taskUID) : std::nullopt;
+        if (!assignment.task) {
             continue;
         }
-        assignment.task = found->second;
-        auto& task = tasks[found->second];
+        auto& task = tasks[*assignment.task];
         for (std::size_t scenario = 0; scenario <= BaselineCount; ++scenario) {
-            records[found->second][scenario] += share.records[scenario];
+            records[*assignment.task][scenario] += share.records[scenario];
         }
         assignment.isOfSummary = task.isSummary && task.splitScenarios == 0;
-        assignment.arrives = !assignment.isOfSummary && share.resourceUID.value_or(-1) >= 0;
+        assignment.arrives = !assignment.isOfSummary && share.resourceUID && MSPCNumberOf(*share.resourceUID) >= 0;
         if (assignment.arrives) {
-            auto& work = firstWork[found->second];
+            auto& work = firstWork[*assignment.task];
             work = task.assignmentCount == 0 ? share.work : work;
             task.hasUnequalShares = task.hasUnequalShares || work != share.work;
             ++task.assignmentCount;
@@ -296,17 +315,26 @@ std::optional<std::size_t> MSPDIPlanFacts::definitionOf(std::string_view fieldID
     return found == _definitionByFieldID.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::size_t MSPDIPlanFacts::tasksWithUID(std::int64_t uid) const {
-    const auto [first, last] = std::equal_range(_taskUIDs.begin(), _taskUIDs.end(), static_cast<double>(uid));
+std::size_t MSPDIPlanFacts::tasksWithUID(MSPCTaskUID uid) const {
+    const auto looked = lookedUp(uid);
+    if (!looked) {
+        return 0;
+    }
+    const auto [first, last] = std::equal_range(_taskUIDs.begin(), _taskUIDs.end(), *looked);
     return static_cast<std::size_t>(last - first);
 }
 
-bool MSPDIPlanFacts::isMapped(std::int64_t taskUID) const {
-    return _taskByUID.contains(taskUID);
+std::optional<std::size_t> MSPDIPlanFacts::mappedTask(MSPCTaskUID uid) const {
+    return positionOf(uid, _taskByUID);
 }
 
-bool MSPDIPlanFacts::isResource(std::int64_t uid) const {
-    return _resourceUIDs.contains(uid);
+std::optional<std::size_t> MSPDIPlanFacts::mappedResource(MSPCResourceUID uid) const {
+    return positionOf(uid, _resourceByUID);
+}
+
+std::optional<std::size_t> MSPDIPlanFacts::calendarWithUID(MSPCCalendarUID uid) const {
+    const auto looked = lookedUp(uid);
+    return looked ? positionOf(*looked, _calendarByUID) : std::nullopt;
 }
 
 bool MSPDIPlanFacts::isSplit(std::size_t task, int scenario) const {
@@ -332,6 +360,19 @@ std::string MSPDIPlanFacts::kdzxDateOf(std::string_view date) const {
     } catch (const MSPCException&) {
         return {};
     }
+}
+
+std::optional<std::int64_t> MSPDIPlanFacts::secondsOfDay(std::string_view time) const {
+    try {
+        return scanInteger64(_conversions.mspdiToKdzxTimeOnly(time).value_or(""));
+    } catch (const MSPCException&) {
+        return std::nullopt;
+    }
+}
+
+bool MSPDIPlanFacts::isOtherBaseCalendar(std::string_view uid) const {
+    const auto number = scanInteger64(uid).value_or(-1);
+    return number >= 0 && MSPCCalendarUID{number} != projectCalendarUID;
 }
 
 bool MSPDIPlanFacts::isProjectName(std::string_view text) const {

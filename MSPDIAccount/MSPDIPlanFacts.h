@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "MSPCServices.h"
+#include "MSPCUID.h"
 #include "MSPCXMLDocument.h"
 #include "MSPIImportInfo.h"
 #include "MSPIPlan.h"
@@ -49,6 +50,7 @@ struct MSPDIAssignmentFacts {
 };
 
 struct MSPDICalendarFacts {
+    std::string name;
     bool isProjects = false;                // the schedule of the document is made from it
     std::vector<std::size_t> resources;     // positions of those whose schedule is made from it
     std::set<std::string> exceptionStarts;  // of exceptions of one date range
@@ -83,17 +85,23 @@ public:
     // The definition that counts for a FieldID.
     [[nodiscard]] std::optional<std::size_t> definitionOf(std::string_view fieldID) const;
     // How many tasks have a UID, as the look-up for links counts them.
-    [[nodiscard]] std::size_t tasksWithUID(std::int64_t uid) const;
-    // Whether a task with that UID becomes one of the document; the project's summary task and empty rows do not.
-    [[nodiscard]] bool isMapped(std::int64_t taskUID) const;
+    [[nodiscard]] std::size_t tasksWithUID(MSPCTaskUID uid) const;
+    // The first task with that UID that becomes one of the document; the project's summary task and empty rows do not.
+    [[nodiscard]] std::optional<std::size_t> mappedTask(MSPCTaskUID uid) const;
     // The same of a resource.
-    [[nodiscard]] bool isResource(std::int64_t uid) const;
+    [[nodiscard]] std::optional<std::size_t> mappedResource(MSPCResourceUID uid) const;
+    // The calendar that counts for a UID.
+    [[nodiscard]] std::optional<std::size_t> calendarWithUID(MSPCCalendarUID uid) const;
     [[nodiscard]] bool isSplit(std::size_t task, int scenario) const;
     // The target date at which a split task ends; empty where it is not known.
     [[nodiscard]] std::string_view splitEnd(std::size_t task, int scenario) const;
     // The instant, and the target date, of a date in the plan; none, and empty, where it cannot be read.
     [[nodiscard]] std::optional<MSPCInstant> instantOf(std::string_view date) const;
     [[nodiscard]] std::string kdzxDateOf(std::string_view date) const;
+    // Seconds since midnight of a time in a week; none where it cannot be read.
+    [[nodiscard]] std::optional<std::int64_t> secondsOfDay(std::string_view time) const;
+    // Whether a `BaseCalendarUID` names another calendar than that which the document's schedule is made from.
+    [[nodiscard]] bool isOtherBaseCalendar(std::string_view uid) const;
     // Whether a text is the title that the document gets, or the plan's own name.
     [[nodiscard]] bool isProjectName(std::string_view text) const;
     // Whether a custom field of tasks, or of resources, has no key in the table of contents; false where there is none.
@@ -105,7 +113,7 @@ public:
     bool isScheduledFromStart = true;
     bool hasTitle = false;
     std::optional<MSPCInstant> projectDate;  // the start, or the end, that tasks are compared with
-    std::optional<std::int64_t> projectCalendarUID;
+    std::optional<MSPCCalendarUID> projectCalendarUID;
     bool isCalendarFoundByName = false;
     bool isSummerNow = false;
     std::vector<MSPDITaskFacts> tasks;
@@ -116,9 +124,8 @@ public:
 
 private:
     struct Share {
-        std::int64_t taskUID = 0;
-        bool hasTask = false;
-        std::optional<std::int64_t> resourceUID;
+        std::optional<MSPCTaskUID> taskUID;
+        std::optional<MSPCResourceUID> resourceUID;
         std::optional<std::int64_t> work;
         std::array<std::uint32_t, 12> records{};  // by scenario + 1
     };
@@ -137,11 +144,11 @@ private:
     std::set<std::string, std::less<>> _resourceKeys;
     std::vector<std::string> _projectNames;
     std::map<std::pair<std::size_t, int>, std::string> _splitEnds;  // by task and scenario
-    std::vector<double> _taskUIDs;                                  // of all tasks, sorted
-    std::map<std::int64_t, std::size_t> _taskByUID;                 // the first mapped one
-    std::map<double, std::size_t> _calendarByUID;                   // the last one
-    std::map<double, std::vector<std::size_t>> _materialByUID;
-    std::set<std::int64_t> _resourceUIDs;  // of those that are mapped
+    std::vector<MSPCTaskUID> _taskUIDs;                             // of all tasks, as look-ups see them, sorted
+    std::map<MSPCTaskUID, std::size_t> _taskByUID;                  // the first mapped one
+    std::map<MSPCCalendarUID, std::size_t> _calendarByUID;          // the last one, as look-ups see it
+    std::map<MSPCResourceUID, std::size_t> _resourceByUID;          // the first mapped one
+    std::set<MSPCResourceUID> _materialUIDs;                        // of mapped ones, as look-ups see them
     std::map<std::string, std::size_t, std::less<>> _definitionByFieldID;
     std::vector<Share> _shares;  // of the assignments
 };

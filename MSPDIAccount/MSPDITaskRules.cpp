@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "MSPCException.h"
 #include "MSPCTextScanner.h"
 #include "MSPDIArrival.h"
@@ -26,6 +28,12 @@ std::int64_t effortSeconds(const MSPDITaskView& task) {
         return work;
     }
     return task.has("Duration") ? MSPDISeconds(task.text("Duration")).value_or(0) : 0;
+}
+
+// A percentage is read as a whole number; what stands behind its point does not arrive.
+bool isWhole(std::string_view text) {
+    const auto number = scanDouble(text).value_or(0);
+    return number == std::trunc(number);
 }
 
 bool hasEffortDone(const MSPDITaskView& task) {
@@ -133,7 +141,8 @@ MSPDIJudgement percentComplete(const MSPDITaskView& /*task*/, std::string_view t
     if (percent <= 0) {
         return unread;
     }
-    return percent <= complete ? MSPDIJudgement(MSPDIFate::Carried) : MSPDIJudgement(MSPDIFate::Changed, "completion");
+    const bool saysTheSame = percent <= complete && isWhole(text);
+    return saysTheSame ? MSPDIJudgement(MSPDIFate::Carried) : MSPDIJudgement(MSPDIFate::Changed, "completion");
 }
 
 MSPDIJudgement percentWorkComplete(const MSPDITaskView& task, std::string_view text) {
@@ -141,6 +150,9 @@ MSPDIJudgement percentWorkComplete(const MSPDITaskView& task, std::string_view t
     const auto percent = scanInteger64(text).value_or(0);
     if (percent <= 0) {
         return unread;
+    }
+    if (!isWhole(text)) {
+        return {MSPDIFate::Changed, "completion"};
     }
     // Of fewer seconds not each percent gives another one.
     const bool tellsApart = percent <= complete && effortSeconds(task) >= complete;

@@ -26,6 +26,7 @@ kzmsp_compressed(docs/mspdi-check.1 mspdi-check.1.gz)
 kzmsp_compressed(docs/mspdi-diff.1 mspdi-diff.1.gz)
 kzmsp_compressed(docs/mspdi-losses.1 mspdi-losses.1.gz)
 kzmsp_compressed(docs/mspdi-mend.1 mspdi-mend.1.gz)
+kzmsp_compressed(docs/mspdi-view.1 mspdi-view.1.gz)
 kzmsp_compressed(CHANGELOG.md changelog.gz)
 kzmsp_compressed(packaging/changelog.Debian changelog.Debian.gz)
 get_property(compressed GLOBAL PROPERTY kzmsp_compressed_files)
@@ -36,7 +37,7 @@ install(PROGRAMS tools/MSPDIImport-many DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY share/kadenza2 share/mspdi DESTINATION ${CMAKE_INSTALL_DATADIR})
 install(FILES ${documents}/MSPDIImport.1.gz ${documents}/MSPDIImport-many.1.gz ${documents}/mspdi.1.gz
               ${documents}/mspdi-check.1.gz ${documents}/mspdi-diff.1.gz
-              ${documents}/mspdi-losses.1.gz ${documents}/mspdi-mend.1.gz
+              ${documents}/mspdi-losses.1.gz ${documents}/mspdi-mend.1.gz ${documents}/mspdi-view.1.gz
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES completions/MSPDIImport.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         RENAME MSPDIImport)
@@ -58,6 +59,7 @@ file(CONFIGURE OUTPUT ${documents}/README.md CONTENT "${readme}" @ONLY)
 install(FILES ${documents}/README.md CONTRIBUTING.md docs/Oddities.md docs/reliability.md packaging/copyright
               ${documents}/changelog.gz ${documents}/changelog.Debian.gz
         DESTINATION ${KZMSP_DOC_DIR})
+install(DIRECTORY docs/pictures DESTINATION ${KZMSP_DOC_DIR})
 install(DIRECTORY examples DESTINATION ${KZMSP_DOC_DIR})
 
 set(CPACK_GENERATOR DEB)

@@ -20,7 +20,7 @@ _mspdi_steps+=' exceptions-2003 recurring-exceptions work-weeks deadline-to-fiel
 _mspdi_steps+=' field-keys'
 
 _mspdi() {
-    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses mend check diff' options='--help --json --quiet --version'
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses mend check diff view' options='--help --json --quiet --version'
     COMPREPLY=()
     compopt -o filenames 2>/dev/null
     if ((COMP_CWORD == 1)); then
@@ -31,10 +31,13 @@ _mspdi() {
         losses) options+=' --all' ;;
         mend) options+=' --all --dry-run --only --output' ;;
         diff) options+=' --scenario' ;;
+        view) options+=' --output --open' ;;
         -*) return ;;
     esac
     if [[ ${COMP_WORDS[COMP_CWORD - 1]} == --scenario ]]; then
         mapfile -t COMPREPLY < <(compgen -W "Actual Baseline $(printf 'Baseline%d ' {1..10})" -- "$word")
+    elif [[ ${COMP_WORDS[1]} == view && ${COMP_WORDS[COMP_CWORD - 1]} == @(-o|--output) ]]; then
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
     elif [[ ${COMP_WORDS[COMP_CWORD - 1]} == --only ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$_mspdi_steps" -- "$word")
     elif [[ $word == -* ]]; then

@@ -14,6 +14,7 @@
 #include "MSPICalendarMapper.h"
 #include "MSPIKdzxNamespace.h"
 #include "MSPIResourceMapper.h"
+#include "MSPIStandardCalendar.h"
 #include "MSPISubject.h"
 
 namespace {
@@ -161,7 +162,10 @@ MSPCXMLNode MSPIProjectMapper::addTopResourceToScenario(const MSPCXMLNode& mspPr
     setAttributeWithNameStringValue(groupNode, "id", "r-1");
     addChildElementWithNameStringValue(groupNode, "type", "Group");
 
-    const auto calendar = standardCalendarOf(mspProject);
+    const auto calendar = MSPIStandardCalendar(mspProject);
+    if (!calendar) {
+        throw MSPCInternalInconsistency("MS Project 'Standard' Calendar not found.");
+    }
     MSPITellingSubject("Calendar", calendar, [&] { addProjectSchedule(calendar, groupNode); });
     scenario.appendChild(std::move(group));
     return groupNode;
@@ -179,17 +183,6 @@ void MSPIProjectMapper::addProjectSchedule(const MSPCXMLNode& calendar, MSPCXMLN
     const auto schedule =
         topGroupResource.appendChild(MSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(calendar));
     _mapper.setScheduleCalendar(MSPEScheduleCalendar(_mapper.conversions().gregorian(), schedule));
-}
-
-MSPCXMLNode MSPIProjectMapper::standardCalendarOf(const MSPCXMLNode& mspProject) const {
-    auto calendar = singleObjectForXQuery(mspProject, "Calendars/Calendar[UID=1]");
-    if (!calendar) {
-        calendar = singleObjectForXQuery(mspProject, "Calendars/Calendar[Name='Standard']");
-    }
-    if (!calendar) {
-        throw MSPCInternalInconsistency("MS Project 'Standard' Calendar not found.");
-    }
-    return calendar;
 }
 
 void MSPIProjectMapper::addMspResourcesToScenarioTopGroupResource(std::span<const MSPCXMLNode> mspResources,

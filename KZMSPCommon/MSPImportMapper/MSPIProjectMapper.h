@@ -71,7 +71,6 @@ private:
     void addGranularity(const MSPCXMLNode& mspProject, const MSPCXMLNode& scenario) const;
     MSPCXMLNode addTopResourceToScenario(const MSPCXMLNode& mspProject, MSPCXMLNode scenario);
     void addProjectSchedule(const MSPCXMLNode& calendar, MSPCXMLNode topGroupResource);
-    MSPCXMLNode standardCalendarOf(const MSPCXMLNode& mspProject) const;
     void addMspResourcesToScenarioTopGroupResource(std::span<const MSPCXMLNode> mspResources, MSPCXMLNode scenario,
                                                    const MSPCXMLNode& topGroupResource);
     void mapResource(const MSPCXMLNode& mspResource, MSPCXMLNode scenario, const MSPCXMLNode& topGroupResource);

@@ -132,7 +132,7 @@ void MSPIProjectMapper::addMspAssignmentsForMspdiTaskToTask(const MSPCFields& ms
 }
 
 void MSPIProjectMapper::linkIntoTree(const MSPCXMLNode& task, std::int64_t outlineLevel, TaskRun& run) const {
-    if (outlineLevel == 1) {
+    if (MSPITaskTree::isTopLevel(outlineLevel)) {
         addChildTask(run.topGroupTask, idOf(task));
         return;
     }

@@ -37,6 +37,8 @@ public:
 
     // Records the newest task under its target id.
     void record(const std::string& kdzxId, const Entry& entry);
+    // Whether tasks of a level are below the group of all tasks itself, whatever stands before them.
+    [[nodiscard]] static bool isTopLevel(std::int64_t outlineLevel) { return outlineLevel == 1; }
     // The parent of the task recorded last, whose level is given; none when no task qualifies.
     [[nodiscard]] std::optional<Entry> parentForLevel(std::int64_t outlineLevel) const;
 

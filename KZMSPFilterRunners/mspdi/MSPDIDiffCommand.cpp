@@ -9,12 +9,10 @@
 #include "KZDXDiff.h"
 #include "KZDXOtherScenarios.h"
 #include "MSPCException.h"
-#include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDICommonOptions.h"
 #include "MSPDIDiffReport.h"
-#include "MSPDIMemoryImport.h"
-#include "MSPDIRepairWarning.h"
+#include "MSPDIDocumentFiles.h"
 
 namespace {
 
@@ -31,29 +29,11 @@ struct Opened {
     std::vector<std::string> repairs;  // of the plan's markup
 };
 
-// The files of a plan's document, made in memory.
-std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServices& services, std::string& failure,
-                                         std::vector<std::string>& repairs) {
-    auto import = MSPDIImportInMemory(plan, services);
-    if (import.refusal) {
-        failure = import.refusal->reason.empty() ? "the importer refuses the plan" : import.refusal->reason;
-        return nullptr;
-    }
-    std::copy_if(import.warnings.begin(), import.warnings.end(), std::back_inserter(repairs), MSPDIIsRepairWarning);
-    return KZDXFilesInMemory(std::move(import.bundle));
-}
-
 // A folder is a document, anything else a plan. There is no document where it could not be opened.
 Opened openDocument(const std::string& name, const std::string& scenario, const MSPCServices& services,
                     std::string& failure) {
-    const auto path = services.fileSystem.absolutePath(name);
     Opened opened;
-    if (!services.fileSystem.leadsToAnything(path)) {
-        failure = "no such file";
-        return opened;
-    }
-    opened.files = services.fileSystem.isDirectory(path) ? KZDXFilesInFolder(services.fileSystem, path)
-                                                         : importedFiles(path, services, failure, opened.repairs);
+    opened.files = MSPDIFilesOfDocumentOrPlan(name, services, failure, opened.repairs);
     if (opened.files) {
         opened.document = KZDXOpenDocument::open(*opened.files, scenario, failure);
     }

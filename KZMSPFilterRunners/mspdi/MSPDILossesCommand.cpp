@@ -8,6 +8,7 @@
 #include "MSPDIAccountOfPlan.h"
 #include "MSPDICommonOptions.h"
 #include "MSPDILossesReport.h"
+#include "MSPDIValueWords.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ void tellLosses(const Arguments& arguments, MSPDIRun& run) {
     const auto path = run.services.fileSystem.absolutePath(arguments.plan);
     const auto account = MSPDIAccountOfPlan(path, run.services, options);
     if (account.obstacle) {
-        run.couldNotLook(arguments.plan, *account.obstacle);
+        run.couldNotLook(arguments.plan, MSPDIObstacleInWords(*account.obstacle));
         return;
     }
     const bool hasSomething = account.refusal || !account.losses.empty();

@@ -1,10 +1,13 @@
 #include "MSPDIValueWords.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
 #include "KZDXDateTime.h"
 #include "KZDXWords.h"
+#include "KZDXXMLFile.h"
 #include "MSPCException.h"
 #include "MSPCMessage.h"
 #include "MSPCTextScanner.h"
@@ -59,37 +62,43 @@ std::string dateInWords(std::string_view value) {
 
 // Lags are tenths of a minute, or percent.
 std::string lagInWords(std::string_view value, std::string_view format) {
-    const auto number = scanInteger64(value);
+    const auto number = KZDXNumber(value);
     const auto unit = scanInteger64(format).value_or(0);
     if (!number) {
         return {};
     }
     const bool isPercentage = unit == 19 || unit == 20 || unit == 51 || unit == 52;
     if (isPercentage) {
-        return std::to_string(*number) + "%";
+        return fmt::format("{:g}%", *number);
     }
     const auto seconds = MSPIUtilities::mspdiToMppLinkLag(value);
     std::string words(seconds < 0 ? "-" : "");
     return words.append(KZDXShownWork(seconds < 0 ? -seconds : seconds));
 }
 
-// Whose number it is.
-std::string numberInWords(std::string_view element, std::string_view value) {
-    if (!scanInteger64(value)) {
+// Who is meant by a number: "Dig (UID 4)", or "task 4" where no name is known.
+std::string targetInWords(std::string_view element, const MSPDIPlace& place) {
+    if (!scanInteger64(place.targetUID)) {
         return {};
     }
-    std::string number(1, ' ');
-    number.append(value);
-    return element == "PredecessorUID" ? "task" + number
-           : element == "ResourceUID"  ? "resource" + number
-           : element == "CalendarUID"  ? "calendar" + number
-                                       : std::string();
+    if (!place.targetName.empty()) {
+        return fmt::format("{} (UID {})", place.targetName, place.targetUID);
+    }
+    const auto* const kind = element == "ResourceUID" ? "resource" : element == "CalendarUID" ? "calendar" : "task";
+    return fmt::format("{} {}", kind, place.targetUID);
+}
+
+// "2 days on the link to Dig (UID 4)".
+std::string lagOfLinkInWords(const MSPDIPlace& place) {
+    const auto lag = lagInWords(place.value, place.unit);
+    const auto target = targetInWords("PredecessorUID", place);
+    return lag.empty() || target.empty() ? lag : fmt::format("{} on the link to {}", lag, target);
 }
 
 std::string inWords(const MSPDIPlace& place) {
     const auto element = elementOf(place.path);
     if (element == "LinkLag") {
-        return lagInWords(place.value, place.unit);
+        return lagOfLinkInWords(place);
     }
     if (element == "ConstraintType") {
         return constraintInWords(place.value);
@@ -97,7 +106,7 @@ std::string inWords(const MSPDIPlace& place) {
     if (element == "Units") {  // only those of people's assignments are lost
         return scanDouble(place.value) ? KZDXShownPercentage(place.value) : std::string();
     }
-    if (auto words = numberInWords(element, place.value); !words.empty()) {
+    if (auto words = targetInWords(element, place); !words.empty()) {
         return words;
     }
     auto words = durationInWords(place.value);
@@ -110,12 +119,25 @@ struct Explanation {
 };
 
 constexpr Explanation explanations[] = {
-    {"This does not seem like a MS Project root task", "nearly always a plan without tasks of its own"},
-    {"Parent task was not assigned a type.", "interrupted work on a summary task"},
+    {"This does not seem like a MS Project root task",
+     "nearly always a plan without tasks of its own: there is nothing to import"},
+    {"Parent task was not assigned a type.",
+     "interrupted work on a summary task: assign the people to the tasks below it"},
     {"MS Project 'Standard' Calendar not found.", "the plan needs a base calendar named Standard"},
     {"Invalid value of 'Type' in 'Resource': '2'.",
      "a cost resource: make it a work or material resource in Microsoft Project and save the plan again"},
+    {"MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.",
+     "the file is empty, or no XML that can be read"},
+    {"MSPIMapper.map: Source XML DOM is not a valid MSPDI document.", "it is another kind of XML"},
+    {"MSPIXMLImporter.importMSPDIData: Source must be a MS Project XML document.",
+     "the name of a plan ends in .xml or .mspxml"},
 };
+
+std::string explanationOf(std::string_view reason) {
+    const auto* const found = std::find_if(std::begin(explanations), std::end(explanations),
+                                           [&](const Explanation& one) { return reason.starts_with(one.beginning); });
+    return found == std::end(explanations) ? std::string() : std::string(found->words);
+}
 
 }  // namespace
 
@@ -143,10 +165,13 @@ std::string MSPDIValueInWords(const MSPDIPlace& place) {
 
 std::string MSPDIRefusalInWords(const MSPDIRefusal& refusal) {
     if (refusal.reason.empty()) {
-        return "often interrupted work of several people that overlaps at a time without working time";
+        return "interrupted work of several people overlaps at a time without working time, on a weekend for instance: "
+               "move it, or make the time a working one";
     }
-    const auto* const found =
-        std::find_if(std::begin(explanations), std::end(explanations),
-                     [&](const Explanation& one) { return refusal.reason.starts_with(one.beginning); });
-    return found == std::end(explanations) ? std::string() : std::string(found->words);
+    return explanationOf(refusal.reason);
+}
+
+std::string MSPDIObstacleInWords(std::string_view reason) {
+    const auto words = explanationOf(reason);
+    return words.empty() ? std::string(reason) : fmt::format("{} ({})", reason, words);
 }

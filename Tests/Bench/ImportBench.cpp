@@ -5,7 +5,8 @@
 // `mspdi` is looked for beside the program.
 //
 // An import and the floor of the same plan run in turn; each figure is the median over the pairs, each ratio the median
-// of the pairs' ratios. --only takes part of a line's name: "list", "growth" for all growth, or "growth, flat";
+// of the pairs' ratios. --only takes part of a line's name: "list", "losses" for all of those, "growth" for all growth,
+// or "growth, flat";
 // --largest bounds the plans whose growth is measured, and --huge adds the plan of 1,000,000 tasks.
 #include <fmt/format.h>
 #include <unistd.h>
@@ -21,6 +22,7 @@
 
 #include "GrowthBench.h"
 #include "ImportRun.h"
+#include "LossesBench.h"
 
 namespace fs = std::filesystem;
 
@@ -138,27 +140,6 @@ void measureSmallPlan(const Setup& setup) {
     verdict(median(ratios) <= 4, "at most 4 times a program that only links the same libraries");
 }
 
-// What `mspdi losses` takes against an import of the same plan.
-void measureLosses(const Setup& setup) {
-    constexpr double mostTimes = 2.0;
-    const PlanFile plan(setup, {.tasks = 100'000});
-    const auto mspdi = (fs::path(setup.program).parent_path() / "mspdi").string();
-    std::vector<double> times;
-    std::vector<double> memory;
-    for (int pair = 0; pair <= setup.pairs; ++pair) {
-        const auto import = timedImport(setup, plan.path());
-        const auto losses = timedRun({mspdi, "losses", plan.path()});
-        if (pair > 0) {  // the first one warms the file cache
-            times.push_back(losses.seconds / import.seconds);
-            memory.push_back(losses.peakMebibytes / import.peakMebibytes);
-        }
-    }
-    fmt::print("losses of 100,000 tasks: {:.2f} times the time of an import, {:.2f} times its memory\n", median(times),
-               median(memory));
-    verdict(median(times) <= mostTimes, fmt::format("time at most {} times an import", mostTimes));
-    verdict(median(memory) <= mostTimes, fmt::format("memory at most {} times an import", mostTimes));
-}
-
 void measureAll(const Setup& setup) {
     for (const auto& row : floorRows) {
         if (isWanted(setup, row.name)) {
@@ -171,9 +152,7 @@ void measureAll(const Setup& setup) {
     if (isWanted(setup, "small")) {
         measureSmallPlan(setup);
     }
-    if (isWanted(setup, "losses")) {
-        measureLosses(setup);
-    }
+    measureAllLosses(setup);
     measureAllGrowth(setup, floorRows);
     if (setup.isHuge) {
         measureHugePlan(setup);

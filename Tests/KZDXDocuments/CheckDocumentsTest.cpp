@@ -51,6 +51,26 @@ TEST(CheckDocuments, manPageTellsEveryRule) {
     EXPECT_EQ(entriesOf("NOTES"), rulesOf(KZDXSeverity::Note));
 }
 
+// What a document may have although nobody would draw it so is an oddity of the import.
+TEST(CheckDocuments, oddityStandsBehindEveryNote) {
+    std::ifstream page(std::string(KZMSP_SOURCE).append("/docs/Oddities.md"));
+    std::vector<std::string> rows;
+    bool isInside = false;
+    for (std::string line; std::getline(page, line);) {
+        isInside = line.starts_with("## ") ? line == "## Notes of `mspdi check`" : isInside;
+        if (isInside && line.starts_with("| `")) {
+            rows.push_back(line.substr(3, line.find('`', 3) - 3));
+        }
+    }
+    std::vector<std::string> notes;
+    for (const auto& rule : KZDXRules()) {
+        if (rule.severity == KZDXSeverity::Note) {
+            notes.emplace_back(rule.name);
+        }
+    }
+    EXPECT_EQ(rows, notes);
+}
+
 TEST(DiffDocuments, manPageTellsEveryKind) {
     std::vector<std::string> kinds;
     for (const auto& kind : KZDXDifferenceKinds()) {

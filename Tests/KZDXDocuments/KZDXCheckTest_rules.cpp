@@ -48,7 +48,7 @@ TEST(KZDXRules, haveNamesOfTheirOwn) {
         EXPECT_TRUE(names.insert(rule.name).second) << rule.name;
         EXPECT_FALSE(rule.what.empty());
     }
-    EXPECT_EQ(names.size(), 48U);
+    EXPECT_EQ(names.size(), 49U);
 }
 
 TEST(KZDXRules, xml) {
@@ -207,6 +207,39 @@ TEST(KZDXRules, importComment) {
         {"fault import-comment Actual.xml:2 scenario: no comment tells the importer and the time of the import"});
 }
 
+// Of an import all scenarios are; who has drawn a document himself has comments in none.
+TEST(KZDXRules, importCommentOfEveryScenario) {
+    const std::string importer = "    <!--  2026-11-21 20:00:00 +0000: Kadenza 2.x MSPDI Importer.  -->\n";
+    const std::string plan = "    <!--  Imported MS Project 2010: 'House'  -->\n";
+    const auto without = [&](const std::vector<std::string>& names) {
+        auto files = soundBundle();
+        for (const auto& name : names) {
+            files[name] = withReplaced(files[name], importer + plan, "");
+        }
+        return findingsOf(files);
+    };
+    const std::string finding =
+        ":2 scenario: no comments tell the importer and the plan, as those of other scenarios do";
+    EXPECT_EQ(without({"Baseline.xml"}), Lines{"fault import-comment Baseline.xml" + finding});
+    EXPECT_EQ(without({"Actual.xml"}), Lines{"fault import-comment Actual.xml" + finding});
+    EXPECT_EQ(without({"Actual.xml", "Baseline.xml"}), Lines());
+}
+
+// Among what else is found, it stands where the file begins.
+TEST(KZDXRules, importCommentStandsWithItsFile) {
+    auto files = brokenBundle("Actual.xml",
+                              "    <!--  2026-11-21 20:00:00 +0000: Kadenza 2.x MSPDI Importer.  -->\n"
+                              "    <!--  Imported MS Project 2010: 'House'  -->\n",
+                              "");
+    files["Actual.xml"] = withReplaced(files["Actual.xml"], "<type>Staff</type>", "");
+    files["Baseline.xml"] = withReplaced(files["Baseline.xml"], "<type>Group</type>", "");
+    const auto lines = findingsOf(files);
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[0].substr(0, 33), "fault import-comment Actual.xml:2");
+    EXPECT_EQ(lines[1].substr(0, 34), "fault missing-value Actual.xml:23 ");
+    EXPECT_EQ(lines[2].substr(0, 31), "fault top-resource Baseline.xml");
+}
+
 TEST(KZDXRules, topResource) {
     expectActual("<top-resource idref=\"r-1\"/>", "",
                  {"fault top-resource Actual.xml:2 scenario: there is no 'top-resource'",
@@ -224,15 +257,13 @@ TEST(KZDXRules, topResource) {
 TEST(KZDXRules, topTask) {
     expectActual("    <top-task idref=\"t-1\"/>", "",
                  {"fault top-task Actual.xml:2 scenario: there is no 'top-task'",
-                  "note no-group Actual.xml:39 scenario/task[@id='t-1']: the task is in no group: the plan's outline "
-                  "does not lead to it",
                   "fault missing-value Actual.xml:39 scenario/task[@id='t-1']: there is no effort"});
     auto files = soundBundle();
     files["Baseline.xml"] = withReplaced(files["Baseline.xml"], "<type>group</type>", "<type>Group</type>");
     EXPECT_EQ(
         findingsOf(files),
-        (Lines{"fault top-task Baseline.xml:9 scenario/task[@id='t-1']: the type is 'Group' instead of 'group'",
-               "fault word Baseline.xml:10 scenario/task[@id='t-1']/type: 'Group' is none of group task milestone"}));
+        (Lines{"fault top-task Baseline.xml:11 scenario/task[@id='t-1']: the type is 'Group' instead of 'group'",
+               "fault word Baseline.xml:12 scenario/task[@id='t-1']/type: 'Group' is none of group task milestone"}));
 }
 
 TEST(KZDXRules, missingId) {
@@ -293,9 +324,9 @@ TEST(KZDXRules, leftOut) {
                      "<assignment idref=\"r1\"/><assignment idref=\"r7\"/></task>");
     EXPECT_EQ(
         findingsOf(files),
-        (Lines{"fault unresolved-idref Baseline.xml:11 scenario/task[@id='t2']/assignment[@idref='r7']: no resource "
+        (Lines{"fault unresolved-idref Baseline.xml:13 scenario/task[@id='t2']/assignment[@idref='r7']: no resource "
                "has the id 'r7'",
-               "note left-out Baseline.xml:11 scenario/task[@id='t2']/assignment[@idref='r1']: 'r1' has no such "
+               "note left-out Baseline.xml:13 scenario/task[@id='t2']/assignment[@idref='r1']: 'r1' has no such "
                "baseline, and is left out here"}));
 }
 
@@ -398,6 +429,28 @@ TEST(KZDXRules, noGroup) {
                   "does not lead to it"});
 }
 
+// Each task of a branch that hangs in the air, not only the one that it hangs on.
+TEST(KZDXRules, noGroupFromTheGroupOfAllTasks) {
+    const std::string top = "the task is in no group: the plan's outline does not lead to it";
+    const std::string below = "the group of all tasks does not lead to the task's group";
+    expectActual("<child-task idref=\"t1\"/>", "",
+                 {"note no-group Actual.xml:46 scenario/task[@id='t1']: " + top,
+                  "note no-group Actual.xml:53 scenario/task[@id='t2']: " + below,
+                  "note no-group Actual.xml:80 scenario/task[@id='t3']: " + below,
+                  "note no-group Actual.xml:100 scenario/task[@id='t5']: " + below,
+                  "note no-group Actual.xml:108 scenario/task[@id='t6']: " + below});
+}
+
+// Without the group of all tasks there is one thing to tell, not one for each task.
+TEST(KZDXRules, noGroupNeedsTheGroupOfAllTasks) {
+    expectActual("<top-task idref=\"t-1\"/>", "<top-task idref=\"t9\"/>",
+                 {"fault top-task Actual.xml:38 scenario/top-task[@idref='t9']: 'idref' is 't9' instead of 't-1'",
+                  "fault missing-value Actual.xml:39 scenario/task[@id='t-1']: there is no effort"});
+    expectActual("<top-task idref=\"t-1\"/>", "<top-task idref=\"t4\"/>",
+                 {"fault top-task Actual.xml:38 scenario/top-task[@idref='t4']: 'idref' is 't4' instead of 't-1'",
+                  "fault missing-value Actual.xml:39 scenario/task[@id='t-1']: there is no effort"});
+}
+
 TEST(KZDXRules, date) {
     const std::string leveled = "<leveled-start>2026-05-29T17:00:00+02:00<";
     for (const std::string wrong : {"2026-05-29", "2026-02-30T17:00:00Z", "", "tomorrow", "2026-05-29T17:00:00"}) {
@@ -444,7 +497,7 @@ TEST(KZDXRules, reversedInPlan) {
                      "<task id=\"t-1\"><type>group</type><child-task idref=\"t2\"/></task>\n"
                      "<task id=\"t2\"><type>task</type><effort>0</effort>\n"
                      "<start-date>2026-05-12T08:00:00Z</start-date><end-date>2026-05-01T08:00:00Z</end-date></task>");
-    EXPECT_EQ(findingsOf(files), (Lines{"note reversed-in-plan Baseline.xml:11 scenario/task[@id='t2']/start-date: the "
+    EXPECT_EQ(findingsOf(files), (Lines{"note reversed-in-plan Baseline.xml:13 scenario/task[@id='t2']/start-date: the "
                                         "start is behind the end: the plan says so"}));
 }
 
@@ -569,8 +622,25 @@ TEST(KZDXRules, missingStartOfAnImport) {
     expectActual("<start-date>2026-05-04T08:00:00+02:00</start-date>\n    <granularity>", "<granularity>",
                  {"fault missing-value Actual.xml:2 scenario: there is neither a start-date nor an end-date"});
     auto files = soundBundle();
-    files["Baseline.xml"] = withReplaced(files["Baseline.xml"], "<end-date>2026-05-29T17:00:00Z</end-date>", "");
+    for (const auto* const name : {"Actual.xml", "Baseline.xml"}) {
+        files[name] = withReplaced(files[name], "Kadenza 2.x MSPDI Importer.", "");
+        files[name] = withReplaced(files[name], "  Imported MS Project 2010: 'House'  ", "");
+    }
+    files["Actual.xml"] = withReplaced(
+        files["Actual.xml"], "<start-date>2026-05-04T08:00:00+02:00</start-date>\n    <granularity>", "<granularity>");
     EXPECT_EQ(findingsOf(files), Lines());
+}
+
+TEST(KZDXRules, projectDates) {
+    expectActual("    <granularity>", "    <end-date>2026-05-04T07:59:59+02:00</end-date><granularity>",
+                 {"fault project-dates Actual.xml:5 scenario/start-date: the project starts behind its end"});
+    expectActual("    <granularity>", "    <end-date>2026-05-04T08:00:00+02:00</end-date><granularity>", {});
+    // As instants: in the afternoon further east.
+    expectActual("    <granularity>", "    <end-date>2026-05-04T06:00:00Z</end-date><granularity>", {});
+    expectActual("id=\"aActual0001\"", "id=\"aActual0001\" fixed-end=\"yes\"",
+                 {"fault project-dates Actual.xml:2 scenario: the project is scheduled from its end, but has no "
+                  "end-date"});
+    expectActual("id=\"aActual0001\"", "id=\"aActual0001\" fixed-end=\"no\"", {});
 }
 
 TEST(KZDXRules, userData) {

@@ -52,6 +52,23 @@ TEST(KZDXImports, ofTheEmptyDocumentAreSound) {
     EXPECT_TRUE(check.findings.empty());
 }
 
+// Both times of a working time are of one day, so that one until the next morning has no length. A plan that has it is
+// imported without a word.
+TEST(KZDXImports, ofAShiftUntilTheNextMorningAreNotSound) {
+    const auto faults = [](const std::string& to) {
+        return faultsOf(
+            R"(<Project xmlns="http://schemas.microsoft.com/project"><StartDate>2012-01-09T08:00:00</StartDate>)"
+            "<Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar><WeekDays><WeekDay><DayType>2"
+            "</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime><FromTime>22:00:00</FromTime>"
+            "<ToTime>" +
+            to +
+            "</ToTime></WorkingTime></WorkingTimes></WeekDay></WeekDays></Calendar>"
+            "</Calendars></Project>");
+    };
+    EXPECT_NE(faults("06:00:00").find("the span ends at second 21600, but begins at 79200\n"), std::string::npos);
+    EXPECT_EQ(faults("23:00:00"), "");
+}
+
 TEST(KZDXImports, ofTheSharedPlansAreSound) {
     const auto plans = corpusPlans(KZMSP_SOURCE);
     if (plans.empty()) {

@@ -156,6 +156,8 @@ inline BundleFiles soundBundle() {
 )";
     constexpr std::string_view baseline = R"(<?xml version="1.0" encoding="UTF-8"?>
 <scenario xmlns="urn:kadenza:document:2" id="aBaseline01" fixed-end="yes">
+    <!--  2026-11-21 20:00:00 +0000: Kadenza 2.x MSPDI Importer.  -->
+    <!--  Imported MS Project 2010: 'House'  -->
     <end-date>2026-05-29T17:00:00Z</end-date>
     <top-resource idref="r-1"/>
     <resource id="r-1">

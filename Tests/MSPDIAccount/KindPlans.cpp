@@ -170,7 +170,7 @@ const KindCase calendarKinds[] = {
     {"project-calendar", 1, "<CalendarUID>7</CalendarUID>" + calendar(7, ""), "<CalendarUID>1</CalendarUID>"},
     {"task-calendar", 1, task("<CalendarUID>7</CalendarUID><IgnoreResourceCalendar>1</IgnoreResourceCalendar>"),
      task("<CalendarUID>-1</CalendarUID><IgnoreResourceCalendar>0</IgnoreResourceCalendar>")},
-    {"resource-week", 2,
+    {"resource-week", 1,
      usedCalendar(
          "<BaseCalendarUID>8</BaseCalendarUID><WeekDays><WeekDay><DayType>6</DayType><DayWorking>0</DayWorking>"
          "</WeekDay></WeekDays>") +

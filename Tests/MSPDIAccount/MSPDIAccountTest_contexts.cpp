@@ -211,11 +211,218 @@ TEST(FatesInContext, aCalendarGoesByWhoHasIt) {
     EXPECT_EQ(plan.at(used + "WeekDays[1]/WeekDay[2]/WorkingTimes[1]/WorkingTime[1]/FromTime[1]"), "carried");
     EXPECT_EQ(plan.at(used + "WeekDays[1]/WeekDay[2]/WorkingTimes[1]/WorkingTime[1]/ToTime[1]"), "changed");
     EXPECT_EQ(plan.at(used + "BaseCalendarUID[1]"), "lost");
-    EXPECT_EQ(plan.count("resource-week"), 2U);
+    EXPECT_EQ(plan.count("resource-week"), 1U);
     EXPECT_EQ(plan.count("overnight-time"), 1U);
     EXPECT_EQ(plan.at("Calendars[2]/Calendar[2]/WeekDays[1]/WeekDay[2]/WorkingTimes[1]/WorkingTime[1]/FromTime[1]"),
-              "default");
+              "lost");
     EXPECT_EQ(plan.count("unused-calendar"), 1U);
+}
+
+TEST(FatesInContext, ofACalendarThatNobodyHasAllThatSaysSomethingIsLost) {
+    const AccountOfPlan plan(
+        "<Calendars><Calendar><UID>7</UID><Name>Night</Name><IsBaseCalendar>1</IsBaseCalendar><BaseCalendarUID>-1"
+        "</BaseCalendarUID><WeekDays><WeekDay><DayType>2</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime>"
+        "<FromTime>20:00:00</FromTime><ToTime>23:00:00</ToTime></WorkingTime><WorkingTime/></WorkingTimes></WeekDay>"
+        "</WeekDays><Exceptions><Exception><EnteredByOccurrences/><TimePeriod><FromDate>2012-02-01T00:00:00</FromDate>"
+        "<ToDate>2012-02-01T23:59:00</ToDate></TimePeriod><Name>Fair</Name><Type>1</Type><DayWorking>0</DayWorking>"
+        "</Exception></Exceptions><WorkWeeks><WorkWeek><Name>Short</Name><WeekDays><WeekDay><DayType>3</DayType>"
+        "<DayWorking>1</DayWorking></WeekDay></WeekDays></WorkWeek></WorkWeeks></Calendar></Calendars>");
+    const std::string calendar = "Calendars[2]/Calendar[1]/";
+    const std::string time = calendar + "WeekDays[1]/WeekDay[1]/WorkingTimes[1]/WorkingTime";
+    const std::string exception = calendar + "Exceptions[1]/Exception[1]/";
+    const std::string weekDay = calendar + "WorkWeeks[1]/WorkWeek[1]/WeekDays[1]/WeekDay[1]/";
+    for (const auto& path :
+         {calendar + "Name[1]", calendar + "WeekDays[1]/WeekDay[1]/DayType[1]",
+          calendar + "WeekDays[1]/WeekDay[1]/DayWorking[1]", time + "[1]/FromTime[1]", time + "[1]/ToTime[1]",
+          exception + "TimePeriod[1]/FromDate[1]", exception + "TimePeriod[1]/ToDate[1]", exception + "Name[1]",
+          exception + "Type[1]", exception + "DayWorking[1]", calendar + "WorkWeeks[1]/WorkWeek[1]/Name[1]",
+          weekDay + "DayType[1]", weekDay + "DayWorking[1]"}) {
+        EXPECT_EQ(plan.at(path), "lost") << path;
+    }
+    for (const auto& path : {calendar + "UID[1]", calendar + "IsBaseCalendar[1]", calendar + "BaseCalendarUID[1]",
+                             time + "[2]", exception + "EnteredByOccurrences[1]"}) {
+        EXPECT_EQ(plan.at(path), "default") << path;
+    }
+    ASSERT_EQ(plan.account.losses.size(), 1U);
+    EXPECT_EQ(plan.count("unused-calendar"), 1U);
+    EXPECT_EQ(plan.loss("unused-calendar").where[0].value, "Night");
+}
+
+TEST(FatesInContext, ofARecurringExceptionAllThatSaysSomethingIsLost) {
+    const auto planOf = [](const std::string& type, const std::string& period) {
+        return AccountOfPlan(
+            "<Calendars><Calendar><UID>7</UID><IsBaseCalendar>1</IsBaseCalendar><Exceptions><Exception>"
+            "<EnteredByOccurrences>1</EnteredByOccurrences><TimePeriod><FromDate>2012-02-01T00:00:00</FromDate>"
+            "<ToDate>2012-03-31T23:59:00</ToDate></TimePeriod><Occurrences>9</Occurrences><Type>" +
+            type + "</Type><Period>" + period +
+            "</Period><DaysOfWeek>2</DaysOfWeek><MonthItem>0</MonthItem><MonthPosition>0</MonthPosition><Month>0"
+            "</Month><MonthDay>24</MonthDay><DayWorking>0</DayWorking></Exception></Exceptions></Calendar></Calendars>"
+            "<Resources><Resource><UID>1</UID><CalendarUID>7</CalendarUID></Resource></Resources>");
+    };
+    const std::string exception = "Calendars[2]/Calendar[1]/Exceptions[1]/Exception[1]/";
+    const auto recurring = planOf("6", "1");
+    for (const auto* const name :
+         {"EnteredByOccurrences[1]", "TimePeriod[1]/FromDate[1]", "TimePeriod[1]/ToDate[1]", "Occurrences[1]",
+          "Type[1]", "Period[1]", "DaysOfWeek[1]", "MonthDay[1]", "DayWorking[1]"}) {
+        EXPECT_EQ(recurring.at(exception + name), "lost") << name;
+    }
+    EXPECT_EQ(recurring.count("recurring-exception"), 1U);
+    // Every third day: each day of them arrives.
+    const auto everyThirdDay = planOf("1", "3");
+    EXPECT_EQ(everyThirdDay.at(exception + "Period[1]"), "lost");
+    EXPECT_EQ(everyThirdDay.at(exception + "Occurrences[1]"), "lost");
+    EXPECT_EQ(everyThirdDay.at(exception + "Month[1]"), "default");
+    EXPECT_EQ(everyThirdDay.at(exception + "TimePeriod[1]/FromDate[1]"), "carried");
+    EXPECT_EQ(everyThirdDay.count("recurring-exception"), 1U);
+    // Of one that comes every day the number of days follows from the dates.
+    const auto daily = planOf("1", "1");
+    EXPECT_EQ(daily.at(exception + "Occurrences[1]"), "derived");
+    EXPECT_EQ(daily.at(exception + "Period[1]"), "default");
+    EXPECT_EQ(daily.count("recurring-exception"), 0U);
+}
+
+TEST(FatesInContext, anExceptionOf2003IsDerivedWhereTheLaterFormSaysTheSame) {
+    const auto planOf = [](const std::string& exceptions) {
+        return AccountOfPlan(
+            "<Calendars><Calendar><UID>7</UID><IsBaseCalendar>1</IsBaseCalendar><WeekDays><WeekDay><DayType>0</DayType>"
+            "<DayWorking>0</DayWorking><TimePeriod><FromDate>2012-02-01T00:00:00</FromDate><ToDate>2012-02-01T23:59:00"
+            "</ToDate></TimePeriod></WeekDay></WeekDays>" +
+            exceptions +
+            "</Calendar></Calendars><Resources><Resource><UID>1</UID><CalendarUID>7</CalendarUID></Resource>"
+            "</Resources>");
+    };
+    const std::string weekDay = "Calendars[2]/Calendar[1]/WeekDays[1]/WeekDay[1]/";
+    const auto alone = planOf("");
+    const auto twice = planOf(
+        "<Exceptions><Exception><TimePeriod><FromDate>2012-02-01T00:00:00</FromDate><ToDate>2012-02-01T23:59:00"
+        "</ToDate></TimePeriod><Type>1</Type><DayWorking>0</DayWorking></Exception></Exceptions>");
+    for (const auto* const name : {"DayWorking[1]", "TimePeriod[1]/FromDate[1]", "TimePeriod[1]/ToDate[1]"}) {
+        EXPECT_EQ(alone.at(weekDay + name), "lost") << name;
+        EXPECT_EQ(twice.at(weekDay + name), "derived") << name;
+    }
+    EXPECT_EQ(alone.at(weekDay + "DayType[1]"), "default");
+    EXPECT_EQ(alone.count("exception-2003"), 1U);
+    EXPECT_EQ(twice.count("exception-2003"), 0U);
+}
+
+// In a document both times are those of one day, so that such a span has no length.
+TEST(FatesInContext, workingTimeUntilTheNextMorningIsOvernight) {
+    const auto fateOf = [](const std::string& from, const std::string& to) {
+        const AccountOfPlan plan(
+            "<Calendars><Calendar><UID>7</UID><WeekDays><WeekDay><DayType>2</DayType><DayWorking>1</DayWorking>"
+            "<WorkingTimes><WorkingTime><FromTime>" +
+            from + "</FromTime><ToTime>" + to +
+            "</ToTime></WorkingTime></WorkingTimes></WeekDay></WeekDays></Calendar></Calendars>"
+            "<Resources><Resource><UID>1</UID><CalendarUID>7</CalendarUID></Resource></Resources>");
+        const auto fate =
+            plan.at("Calendars[2]/Calendar[1]/WeekDays[1]/WeekDay[1]/WorkingTimes[1]/WorkingTime[1]/ToTime[1]");
+        EXPECT_EQ(plan.count("overnight-time"), fate == "changed" ? 1U : 0U);
+        return fate;
+    };
+    EXPECT_EQ(fateOf("22:00:00", "06:00:00"), "changed");
+    EXPECT_EQ(fateOf("08:00:00", "08:00:00"), "changed");
+    EXPECT_EQ(fateOf("00:00:00", "00:00:00"), "changed");
+    EXPECT_EQ(fateOf("08:00:00", "08:00:01"), "carried");
+    EXPECT_EQ(fateOf("22:00:00", "23:59:59"), "carried");
+}
+
+// Once for each, by its name, however many days and calendars that is.
+TEST(FatesInContext, resourcesThatLackTheirWeekAreToldOnce) {
+    const auto resource = [](int uid, const std::string& name, int calendar) {
+        return "<Resource><UID>" + std::to_string(uid) + "</UID><Name>" + name + "</Name><CalendarUID>" +
+               std::to_string(calendar) + "</CalendarUID></Resource>";
+    };
+    const auto dayOff = [](int day) {
+        return "<WeekDay><DayType>" + std::to_string(day) + "</DayType><DayWorking>0</DayWorking></WeekDay>";
+    };
+    const AccountOfPlan plan(
+        "<Calendars><Calendar><UID>6</UID><IsBaseCalendar>1</IsBaseCalendar><WeekDays>" + dayOff(2) +
+        "</WeekDays></Calendar><Calendar><UID>7</UID><BaseCalendarUID>6</BaseCalendarUID><WeekDays>" + dayOff(5) +
+        dayOff(6) +
+        "</WeekDays></Calendar><Calendar><UID>8</UID><BaseCalendarUID>1</BaseCalendarUID></Calendar></Calendars>"
+        "<Resources>" +
+        resource(0, "Unassigned", 7) + resource(1, "Anna", 7) + resource(2, "Bob", 8) + resource(3, "Cleo", 6) +
+        resource(4, "Dan", 7) + resource(5, "Eve", 99) + "</Resources>");
+    const auto& loss = plan.loss("resource-week");
+    EXPECT_EQ(loss.count, 3U);
+    ASSERT_EQ(loss.where.size(), 3U);
+    EXPECT_EQ(loss.element, "Resources/Resource/CalendarUID");
+    EXPECT_EQ(loss.where[0].name, "Anna");
+    EXPECT_EQ(loss.where[0].path, "/Project/Resources[1]/Resource[2]/CalendarUID[1]");
+    EXPECT_EQ(loss.where[1].name, "Dan");
+    EXPECT_EQ(loss.where[2].name, "Eve");
+    EXPECT_EQ(plan.at("Resources[1]/Resource[1]/CalendarUID[1]"), "default");
+    EXPECT_EQ(plan.at("Resources[1]/Resource[2]/CalendarUID[1]"), "shaping");
+    EXPECT_EQ(plan.at("Resources[1]/Resource[6]/CalendarUID[1]"), "lost");
+    EXPECT_EQ(plan.at("Calendars[2]/Calendar[2]/WeekDays[1]/WeekDay[1]/DayType[1]"), "lost");
+    EXPECT_EQ(plan.at("Calendars[2]/Calendar[2]/WeekDays[1]/WeekDay[1]/DayWorking[1]"), "lost");
+}
+
+// The importer never reads what a calendar is based on.
+TEST(FatesInContext, aResourceLacksTheWeekOfItsBaseCalendar) {
+    const std::string calendars =
+        "<Calendars><Calendar><UID>6</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar><Calendar><UID>7</UID>"
+        "<BaseCalendarUID>6</BaseCalendarUID></Calendar><Calendar><UID>8</UID><BaseCalendarUID>1</BaseCalendarUID>"
+        "</Calendar></Calendars>";
+    const std::string resources =
+        "<Resources><Resource><UID>1</UID><Name>Anna</Name><CalendarUID>7</CalendarUID></Resource>"
+        "<Resource><UID>2</UID><Name>Bob</Name><CalendarUID>8</CalendarUID></Resource></Resources>";
+    for (const auto& content : {calendars + resources, resources + calendars}) {
+        const AccountOfPlan plan(content);
+        EXPECT_EQ(plan.count("resource-week"), 1U);
+        EXPECT_EQ(plan.loss("resource-week").where[0].name, "Anna");
+        EXPECT_EQ(plan.loss("resource-week").where[0].uid, "1");
+    }
+}
+
+TEST(FatesInContext, noUnitsAreLostToo) {
+    const auto fateOf = [](const std::string& resource, const std::string& units) {
+        const AccountOfPlan plan(tasksOf(taskOf(1)) +
+                                 "<Resources><Resource><UID>1</UID></Resource></Resources><Assignments><Assignment>"
+                                 "<TaskUID>1</TaskUID><ResourceUID>" +
+                                 resource + "</ResourceUID><Units>" + units + "</Units></Assignment></Assignments>");
+        const auto fate = plan.at("Assignments[1]/Assignment[1]/Units[1]");
+        EXPECT_EQ(plan.count("assignment-units"), fate == "lost" ? 1U : 0U);
+        return fate;
+    };
+    EXPECT_EQ(fateOf("1", "0"), "lost");
+    EXPECT_EQ(fateOf("1", "0.0"), "lost");
+    EXPECT_EQ(fateOf("1", "1.0"), "default");
+    EXPECT_EQ(fateOf("1", ""), "default");
+    EXPECT_EQ(fateOf("-65535", "0"), "default");
+    EXPECT_EQ(fateOf("-65535", "0.5"), "lost");
+}
+
+TEST(FatesInContext, aFurtherBaselineIsToldOnce) {
+    const std::string baseline =
+        "<Baseline><Number>11</Number><Start>2012-01-12T08:00:00</Start><Work>PT8H0M0S</Work><Cost>5</Cost></Baseline>";
+    const AccountOfPlan plan(tasksOf(taskOf(1, "<Start>2012-01-11T08:00:00</Start>" + baseline + baseline)) +
+                             "<Resources><Resource><UID>1</UID><Baseline><Number>12</Number><Cost>5</Cost></Baseline>"
+                             "</Resource></Resources>");
+    ASSERT_EQ(plan.account.losses.size(), 1U);
+    EXPECT_EQ(plan.count("further-baseline"), 3U);
+    EXPECT_EQ(plan.loss("further-baseline").where[0].value, "11");
+    for (const auto* const name : {"Number[1]", "Start[1]", "Work[1]", "Cost[1]"}) {
+        EXPECT_EQ(plan.at(std::string("Tasks[1]/Task[1]/Baseline[1]/") + name), "lost") << name;
+    }
+    // Without a number it is none at all.
+    EXPECT_EQ(AccountOfPlan(tasksOf(taskOf(1, "<Baseline><Cost>5</Cost></Baseline>"))).count("baseline-cost"), 1U);
+}
+
+TEST(FatesInContext, ofADroppedLinkItsLagIsLostWithIt) {
+    const auto planOf = [](const std::string& type, const std::string& lag) {
+        return AccountOfPlan(tasksOf(taskOf(1, "<PredecessorLink><PredecessorUID>9</PredecessorUID><Type>" + type +
+                                                   "</Type><LinkLag>" + lag + "</LinkLag></PredecessorLink>")));
+    };
+    const std::string link = "Tasks[1]/Task[1]/PredecessorLink[1]/";
+    const auto plain = planOf("1", "0");
+    EXPECT_EQ(plain.at(link + "Type[1]"), "default");
+    EXPECT_EQ(plain.at(link + "LinkLag[1]"), "default");
+    const auto other = planOf("3", "4800");
+    EXPECT_EQ(other.at(link + "Type[1]"), "lost");
+    EXPECT_EQ(other.at(link + "LinkLag[1]"), "lost");
+    EXPECT_EQ(other.count("dropped-link"), 1U);
+    EXPECT_EQ(other.count("link-lag"), 0U);
 }
 
 TEST(FatesInContext, theSeasonOfTheImportChangesDates) {
@@ -271,6 +478,10 @@ TEST(FatesInContext, aValueThatArrivesAsAnotherIsChanged) {
     EXPECT_EQ(kindOf("FixedCost", "5.0000001"), "changed rounded-amount");
     EXPECT_EQ(kindOf("PercentComplete", "100"), "carried");
     EXPECT_EQ(kindOf("PercentComplete", "150"), "changed completion");
+    EXPECT_EQ(kindOf("PercentComplete", "33.5"), "changed completion");
+    EXPECT_EQ(kindOf("PercentComplete", "33.0"), "carried");
+    EXPECT_EQ(kindOf("PercentComplete", "0.5"), "lost completion");
+    EXPECT_EQ(kindOf("PercentWorkComplete", "33.5"), "changed completion");
     EXPECT_EQ(kindOf("Name", "\xC3\xA9t\xC3\xA9"), "carried");
     EXPECT_EQ(kindOf("Name", "caf\xE9"), "changed unreadable-characters");
     EXPECT_EQ(kindOf("Notes", "a\x01z"), "changed unreadable-characters");

@@ -27,7 +27,7 @@ INSTANTIATE_TEST_SUITE_P(All, Kinds, testing::ValuesIn(kindCases()), [](const au
     return name;
 });
 
-// The season of the import is told of in a test of its own.
+// The season of the import, and what a document type does, are told of in tests of their own.
 TEST(MSPDIKindsTest, areAllTested) {
     std::set<std::string_view> untested;
     for (const auto& kind : MSPDIKinds()) {
@@ -36,7 +36,36 @@ TEST(MSPDIKindsTest, areAllTested) {
     for (const auto& one : kindCases()) {
         EXPECT_EQ(untested.erase(one.kind), 1U) << one.kind;
     }
-    EXPECT_EQ(untested, std::set<std::string_view>{"summer-time"});
+    EXPECT_EQ(untested, (std::set<std::string_view>{"external-text", "summer-time"}));
+}
+
+// Nothing arrives of a text in another file, which is never opened; those that the plan itself holds arrive.
+TEST(MSPDIKindsTest, tellsTextsThatStandInOtherFiles) {
+    const auto accountOf = [](const std::string& declarations) {
+        ServicesInMemory world;
+        world.machine.addFile(
+            "/p.xml",
+            "<?xml version=\"1.0\"?><!DOCTYPE Project [" + declarations + "]>" +
+                planWith(tasksOf(taskOf(1, "<Name>&a;</Name>") + taskOf(2, "<Name>Dig &b; more</Name>")), ""));
+        world.machine.addFile("/secret.txt", "secret");
+        const auto account = MSPDIAccountOfPlan("/p.xml", world.services);
+        for (const auto& call : world.machine.calls()) {
+            EXPECT_EQ(call.find("secret"), std::string::npos) << call;
+        }
+        return account;
+    };
+    const auto outside = accountOf(
+        "<!ENTITY % m SYSTEM 'file:///m'><!ENTITY a SYSTEM \"file:///secret.txt\"><!ENTITY b PUBLIC '-//x' "
+        "'/secret>.txt' >");
+    ASSERT_EQ(outside.losses.size(), 1U);
+    EXPECT_EQ(outside.losses[0].kind, "external-text");
+    EXPECT_EQ(outside.losses[0].count, 2U);
+    EXPECT_EQ(outside.losses[0].where[0].uid, "1");
+    EXPECT_EQ(outside.losses[0].where[1].path, "/Project/Tasks[1]/Task[2]/Name[1]");
+    EXPECT_EQ(outside.losses[0].where[1].value, "Dig  more");
+    const auto inside = accountOf("<!ENTITY a \"Paint\"><!ENTITY b 'SYSTEM'>");
+    EXPECT_TRUE(inside.losses.empty());
+    EXPECT_EQ(inside.leaves, accountOf("<!ENTITY a 'x'><!ENTITY b '&a;'>").leaves);
 }
 
 // The reference to a task that does not become one of the document stands there, but leads nowhere.

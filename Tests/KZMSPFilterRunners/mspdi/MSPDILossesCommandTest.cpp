@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
+#include "MSPDIValueWords.h"
 #include "RunInMemory.h"
 
 namespace {
@@ -26,6 +29,8 @@ protected:
         world.machine.addFile("/home/me/Lossy.xml", planOf("<Tasks>" + tasks + "</Tasks>"));
         world.machine.addFile("/home/me/Lossless.xml", planOf(""));
         world.machine.addFile("/home/me/Other.xml", "<html/>");
+        world.machine.addFile("/home/me/Empty.xml", "");
+        world.machine.addFile("/home/me/Plan.txt", planOf(""));
     }
 };
 
@@ -100,7 +105,14 @@ TEST_F(LossesCommandTest, tellsInOneLineWhatItCouldNotLookAt) {
     for (const auto& [file, reason] :
          {std::pair<std::string, std::string>("None.xml", "no such file"),
           {"/home/me", "a folder, not a plan"},
-          {"Other.xml", "MSPIMapper.map: Source XML DOM is not a valid MSPDI document."}}) {
+          {"Other.xml", "MSPIMapper.map: Source XML DOM is not a valid MSPDI document. (it is another kind of XML)"},
+          {"Empty.xml",
+           "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data. (the file is empty, or no XML "
+           "that can be read)"},
+          {"Plan.txt",
+           "MSPIXMLImporter.importMSPDIData: Source must be a MS Project XML document. (the name of a plan ends in "
+           ".xml "
+           "or .mspxml)"}}) {
         EXPECT_EQ(run({"losses", "--json", file}), 2);
         EXPECT_EQ(out.str(), "");
         EXPECT_EQ(err.str(), "mspdi: " + file + ": " + reason + "\n");
@@ -179,9 +191,12 @@ TEST_F(LossesCommandTest, tellsValuesInWords) {
                "</Task></Tasks><Resources><Resource><UID>1</UID></Resource></Resources><Assignments><Assignment>"
                "<TaskUID>2</TaskUID><ResourceUID>1</ResourceUID><Units>0.5</Units></Assignment></Assignments>"));
     EXPECT_EQ(run({"losses", "Words.xml"}), 1);
-    for (const auto* const words : {"16 hours  /Project/Tasks[1]/Task[2]/PredecessorLink[1]/LinkLag[1]\n",
-                                    "-1 hour  /Project/Tasks[1]/Task[2]/PredecessorLink[2]/LinkLag[1]\n",
-                                    "50%  /Project/Tasks[1]/Task[2]/PredecessorLink[3]/LinkLag[1]\n",
+    for (const auto* const words : {"16 hours on the link to Dig (UID 1)  "
+                                    "/Project/Tasks[1]/Task[2]/PredecessorLink[1]/LinkLag[1]\n",
+                                    "-1 hour on the link to Dig (UID 1)  "
+                                    "/Project/Tasks[1]/Task[2]/PredecessorLink[2]/LinkLag[1]\n",
+                                    "50% on the link to Dig (UID 1)  "
+                                    "/Project/Tasks[1]/Task[2]/PredecessorLink[3]/LinkLag[1]\n",
                                     "finish no earlier than  /Project/Tasks[1]/Task[2]/ConstraintType[1]\n",
                                     "calendar 3  /Project/Tasks[1]/Task[2]/CalendarUID[1]\n",
                                     "task 9  /Project/Tasks[1]/Task[2]/PredecessorLink[4]/PredecessorUID[1]\n",
@@ -191,7 +206,44 @@ TEST_F(LossesCommandTest, tellsValuesInWords) {
     }
     EXPECT_EQ(run({"losses", "--json", "Words.xml"}), 1);
     EXPECT_EQ(told()["losses"][0]["where"][0]["value"], "9600");
-    EXPECT_EQ(told()["losses"][0]["where"][0]["words"], "16 hours");
+    EXPECT_EQ(told()["losses"][0]["where"][0]["words"], "16 hours on the link to Dig (UID 1)");
+}
+
+TEST_F(LossesCommandTest, namesWhoIsMeantByANumber) {
+    world.machine.addFile(
+        "/home/me/Names.xml",
+        planOf(
+            "<Calendars><Calendar><UID>5</UID><Name>Night Shift</Name></Calendar></Calendars><Tasks><Task><UID>1</UID>"
+            "<Summary>1</Summary><OutlineLevel>1</OutlineLevel><CalendarUID>5</CalendarUID><PredecessorLink>"
+            "<PredecessorUID>2</PredecessorUID><LinkLag>12.5</LinkLag><LagFormat>19</LagFormat></PredecessorLink>"
+            "</Task><Task><UID>2</UID><Name>Later</Name><OutlineLevel>1</OutlineLevel></Task></Tasks><Resources>"
+            "<Resource><UID>3</UID><Name>Anna</Name></Resource></Resources><Assignments><Assignment><TaskUID>1"
+            "</TaskUID><ResourceUID>3</ResourceUID></Assignment></Assignments>"));
+    EXPECT_EQ(run({"losses", "Names.xml"}), 1);
+    for (const auto* const words : {"12.5% on the link to Later (UID 2)  ", "Night Shift (UID 5)  /Project/Tasks",
+                                    "Anna (UID 3)  /Project/Assignments"}) {
+        EXPECT_THAT(out.str(), HasSubstr(": " + std::string(words)));
+    }
+}
+
+// The README tells the same about each refusal as the program itself.
+TEST_F(LossesCommandTest, explainsRefusalsAsTheReadmeDoes) {
+    std::ifstream readme(KZMSP_SOURCE "/README.md");
+    int count = 0;
+    for (std::string line; std::getline(readme, line);) {
+        const auto bar = line.find(" | ");
+        const bool isQuoted = line.starts_with("| `") && bar != std::string::npos;
+        if (!isQuoted && !line.starts_with("| no text at all")) {
+            continue;
+        }
+        const auto reason = isQuoted ? line.substr(3, bar - 4) : std::string();
+        const auto words = MSPDIRefusalInWords({"", reason, ""});
+        if (!words.empty()) {
+            EXPECT_EQ(line.substr(bar + 3, line.size() - bar - 5), words);
+            ++count;
+        }
+    }
+    EXPECT_EQ(count, 7);
 }
 
 // What is odd about a value is to be seen; and nothing in it drives a terminal.
@@ -223,5 +275,6 @@ TEST_F(LossesCommandTest, tellsAllThatWasMended) {
 TEST_F(LossesCommandTest, explainsARefusal) {
     world.machine.addFile("/home/me/NoTasks.xml", planOf("<Tasks><Task><UID>0</UID></Task></Tasks>"));
     EXPECT_EQ(run({"losses", "NoTasks.xml"}), 1);
-    EXPECT_THAT(out.str(), HasSubstr(" - nearly always a plan without tasks of its own\n\n"));
+    EXPECT_THAT(out.str(),
+                HasSubstr(" - nearly always a plan without tasks of its own: there is nothing to import\n\n"));
 }

@@ -1,0 +1,5 @@
+// Styles as texts.
+declare module "*.css" {
+    const text: string;
+    export default text;
+}

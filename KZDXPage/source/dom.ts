@@ -1,0 +1,62 @@
+// Making elements. Texts are always texts: nothing here takes markup.
+
+type Attributes = Record<string, string | number | boolean | null | undefined>;
+type Child = Node | string | null | undefined | false;
+
+function setAttributes(element: Element, attributes: Attributes): void {
+    for (const [name, value] of Object.entries(attributes)) {
+        if (value === null || value === undefined || value === false) element.removeAttribute(name);
+        else element.setAttribute(name, value === true ? "" : String(value));
+    }
+}
+
+export function make<Name extends keyof HTMLElementTagNameMap>(
+    name: Name,
+    attributes: Attributes = {},
+    ...children: Child[]
+): HTMLElementTagNameMap[Name] {
+    const element = document.createElement(name);
+    setAttributes(element, attributes);
+    element.append(...children.filter((child): child is Node | string => Boolean(child)));
+    return element;
+}
+
+export function makeSVG(name: string, attributes: Attributes = {}): SVGElement {
+    const element = document.createElementNS("http://www.w3.org/2000/svg", name);
+    setAttributes(element, attributes);
+    return element;
+}
+
+export function button(label: string, act: () => void, attributes: Attributes = {}): HTMLButtonElement {
+    const element = make("button", { type: "button", ...attributes }, label);
+    element.addEventListener("click", act);
+    return element;
+}
+
+// Changes only what differs, since every change costs.
+export function setText(element: Element, text: string): void {
+    if (element.textContent !== text) element.textContent = text;
+}
+
+export function setAttribute(element: Element, name: string, value: string | null): void {
+    if (value === null) {
+        if (element.hasAttribute(name)) element.removeAttribute(name);
+    } else if (element.getAttribute(name) !== value) element.setAttribute(name, value);
+}
+
+// Lets the person save a file that the page has made.
+export function saveFile(name: string, type: string, content: string): void {
+    const url = URL.createObjectURL(new Blob([content], { type }));
+    const link = make("a", { href: url, download: name });
+    document.body.append(link);
+    link.click();
+    link.remove();
+    setTimeout(() => URL.revokeObjectURL(url), 10_000);
+}
+
+// A name for a saved file that every system takes.
+export function fileName(title: string, extension: string): string {
+    // eslint-disable-next-line no-control-regex
+    const name = title.replace(/[\u0000-\u001f<>:"/\\|?*\u007f]+/gu, " ").trim().slice(0, 80);
+    return `${name === "" || name.startsWith(".") ? "plan" : name}.${extension}`;
+}
