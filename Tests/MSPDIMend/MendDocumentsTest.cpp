@@ -49,7 +49,7 @@ TEST(MendDocumentsTest, theManPageHasAllStepsInTheirOrder) {
 // Of the failures that end one import only those of the template and of the disk are no plan's.
 TEST(MendDocumentsTest, theManPageHasAllFailuresThatAPlanCanReach) {
     const auto importer = sourceFile("docs/MSPDIImport.1");
-    const auto mending = "\n" + sourceFile("docs/mspdi-mend.1");
+    const auto mending = sourceFile("docs/mspdi-mend.1");
     const auto start = importer.find(".SS The end of one import");
     std::istringstream section(importer.substr(start, importer.find("\n.SS", start) - start));
     std::size_t count = 0;
@@ -61,7 +61,7 @@ TEST(MendDocumentsTest, theManPageHasAllFailuresThatAPlanCanReach) {
         if (isText && !isOfTemplate) {
             ++count;
             // The names of the plan's namespaces are stripped from templates alone.
-            EXPECT_TRUE(mending.find("\n" + line + "\n") != std::string::npos ||
+            EXPECT_TRUE(mending.find(line.append("\n")) != std::string::npos ||
                         line.find("StripNamespace") != std::string::npos)
                 << line;
         }
