@@ -239,3 +239,9 @@ TEST_F(MendTest, importsAPlanThreeTimesAtMost) {
     EXPECT_LE(inside.imports, 3);
     EXPECT_LE(mend("no plan at all").imports, 3);
 }
+
+TEST_F(MendTest, mendsAPlanThatBeginsWithItsRoot) {
+    const auto plan = planOf(tasks(task(0, 0, "<Critical>1</Critical><Summary>0</Summary>")));
+    const auto bare = plan.substr(plan.find("<Project"));
+    expectMended(bare, with(bare, "<Summary>0<", "<Summary>1<"), "root-task 1");
+}

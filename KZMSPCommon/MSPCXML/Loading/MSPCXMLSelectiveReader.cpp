@@ -421,7 +421,7 @@ private:
     std::size_t _end = 0;
     std::size_t _passed = 0;  // bytes before the window
     bool _keepsPlaces;
-    std::size_t _endOfKept = 0;  // in the document
+    std::size_t _endOfKept = std::string::npos;  // in the document; nowhere before anything is kept
     bool _isAtEnd = false;
     bool _hasFailed = false;
     bool _hasRoot = false;

@@ -423,4 +423,6 @@ TEST(MSPCXMLSelectiveReader, tellsWhereTheKeptBytesStood) {
     }
     PiecewiseSource source(text, 1 << 20);
     EXPECT_TRUE(selectedXML(source, selection)->places.empty());
+    PiecewiseSource fromTheRootOn("<Plan><Task/></Plan>", 1 << 20);
+    EXPECT_EQ(selectedXML(fromTheRootOn, selection, true)->places.size(), 1U);
 }
