@@ -8,10 +8,10 @@ export CTEST_PARALLEL_LEVEL ?= $(shell nproc)
 build: configure
 	cmake --build --preset release --target MSPDIImport mspdi
 
-# Imports PLAN into a new bundle in the folder OUT.
+# Imports PLAN into a new document in the folder OUT.
 .PHONY: import
 import: build
-	@tools/import-plan "$(PLAN)" "$(OUT)"
+	@build/mspdi import -o "$(OUT)" "$(PLAN)"
 
 # Installs below PREFIX (and DESTDIR, if given): programs, template, man pages, completions, examples, documents.
 PREFIX ?= /usr/local
@@ -20,19 +20,23 @@ install: configure
 	cmake --build --preset release --target MSPDIImport mspdi documents
 	cmake --install build --prefix "$(PREFIX)"
 
-# A Debian package in build/package.
+# A Debian package in build/package, the same whenever it is made of one state of the sources: its times are those of the
+# last commit, or SOURCE_DATE_EPOCH.
 .PHONY: package
+package: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || stat -c %Y CHANGELOG.md)
 package: deps
 	@tools/install-dependencies dpkg-dev file gzip
-	cmake --preset release
+	@cmake --preset release $(without_tests) >/dev/null
 	cmake --build --preset release --target MSPDIImport mspdi documents
 	cpack --config build/CPackConfig.cmake
 
-# Builds everything and runs all tests.
+# Builds everything and runs all tests; then tells which were skipped, and why.
 .PHONY: test
-test: configure
+test:
+	@tools/install-dependencies --tests
+	@cmake --preset release -DKZMSP_BUILD_TESTS=ON >/dev/null # what is wrong goes to standard error
 	cmake --build --preset release
-	ctest --preset release
+	ctest --preset release && tools/why-skipped build
 
 # Fuzzes each target for FUZZ_SECONDS; what breaks one is kept in Tests/Fuzz/Inputs. With a FUZZ_SEED every run tries the
 # same inputs, see tools/fuzz.
@@ -63,11 +67,14 @@ bench: deps
 	$(if $(BENCH),,tools/install-dependencies chromium chromium-driver python3-selenium)
 	$(if $(BENCH),,Tests/Bench/page-bench build/mspdi "$${TMPDIR:-/tmp}")
 
+# The programs need no libraries of the tests; a build folder that has tests keeps them.
+without_tests = $(if $(wildcard build/CMakeCache.txt),,-DKZMSP_BUILD_TESTS=OFF)
+
 .PHONY: configure
 configure: deps
-	@cmake --preset release >/dev/null # what is wrong goes to standard error
+	@cmake --preset release $(without_tests) >/dev/null # what is wrong goes to standard error
 
-# Installs missing Debian packages.
+# Installs the Debian packages that the programs need, where they are missing.
 .PHONY: deps
 deps:
 	@tools/install-dependencies

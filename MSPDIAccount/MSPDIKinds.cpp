@@ -125,6 +125,11 @@ std::span<const MSPDIKind> MSPDIKinds() {
     return kinds;
 }
 
+bool MSPDIMatters(std::string_view kind) {
+    static const auto firstOfFile = MSPDIKindIndex("document-properties");
+    return MSPDIKindIndex(kind) < firstOfFile;
+}
+
 std::size_t MSPDIKindIndex(std::string_view name) {
     static const auto indexes = [] {
         std::map<std::string_view, std::size_t> byName;

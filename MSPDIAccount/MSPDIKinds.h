@@ -15,5 +15,7 @@ struct MSPDIKind {
 
 // All kinds, the most important ones first.
 [[nodiscard]] std::span<const MSPDIKind> MSPDIKinds();
+// Whether it is a loss of the plan, and not only of the file that it stands in: who saved it when, how it is shown.
+[[nodiscard]] bool MSPDIMatters(std::string_view kind);
 // The place of a kind among them; their number for a name that is none.
 [[nodiscard]] std::size_t MSPDIKindIndex(std::string_view name);

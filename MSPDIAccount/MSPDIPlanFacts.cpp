@@ -68,7 +68,7 @@ std::optional<std::size_t> positionOf(UID uid, const std::map<UID, std::size_t>&
 }  // namespace
 
 MSPDIPlanFacts::MSPDIPlanFacts(const MSPCServices& services)
-    : isSummerNow(services.timeZone.daylightSavingOffset(services.clock.now()) != 0), _conversions(services) {
+    : isSummerNow(services.timeZone.daylightSavingOffset(services.seasonClock.now()) != 0), _conversions(services) {
 }
 
 void MSPDIPlanFacts::readPlan(const MSPCXMLNode& project) {

@@ -8,18 +8,8 @@
 
 #include "MSPCServices.h"
 #include "MSPDIMemoryFileSystem.h"
+#include "MSPDIRefusal.h"
 #include "MSPIXMLImporter.h"
-
-// Why a plan was refused, in the importer's own words.
-struct MSPDIRefusal {
-    std::string name;     // the kind of failure: "MSPIMapperException"
-    std::string reason;   // may be empty
-    std::string subject;  // what was being mapped: "Task UID='7' name='Paint'"; empty where it is about none
-
-    // The reason and the subject in one line for a person: "Unexpected MSPDI Task Type: 9 (Task UID='7'
-    // name='Paint')."
-    [[nodiscard]] std::string sentence() const;
-};
 
 // What became of a plan that was imported in memory.
 struct MSPDIMemoryImport {

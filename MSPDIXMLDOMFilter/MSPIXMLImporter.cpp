@@ -115,15 +115,19 @@ bool MSPIXMLImporter::importChecked(const MSPCURL& source, const MSPCURL& destin
     _services.log.log("Input:  '{}'", source.path());
     _services.log.log("Output: '{}'", bundle.path());
     bundle.copyTemplate();
-    // From here on the bundle counts; nothing is rolled back.
+    // From here on the bundle counts; nothing is rolled back unless that was asked for.
     bool isFilled = false;
     try {
         isFilled = fillBundle(source, bundle);
     } catch (...) {
-        appearAfterFailure(bundle);
+        if (_info.keepsFailedBundle) {
+            appearAfterFailure(bundle);
+        }
         throw;
     }
-    bundle.appear();
+    if (isFilled || _info.keepsFailedBundle) {
+        bundle.appear();
+    }
     return isFilled;
 }
 

@@ -39,8 +39,9 @@ public:
     //
     // False on any failure of the system's own kinds, after the log line "Exception: <name>\n<reason>\n<user info>"; a
     // plan without an actual scenario gives false without a line. What was written before stays: nothing is rolled
-    // back, and the bundle appears with it. Memory that runs out (std::bad_alloc) is logged as a KZMPPImporterException
-    // "Not enough memory for this import."; other foreign exceptions pass. The failures raised here are
+    // back, and the bundle appears with it, unless `info` says that a failed bundle is not kept. Memory that runs out
+    // (std::bad_alloc) is logged as a KZMPPImporterException "Not enough memory for this import."; other foreign
+    // exceptions pass. The failures raised here are
     //   MSPIXMLException "MSPIXMLImporter.importMSPDIData: Source URL not specified."
     //                    "MSPIXMLImporter.importMSPDIData: Source must be a file system."
     //                    "MSPIXMLImporter.importMSPDIData: Source must be a MS Project XML document."

@@ -24,8 +24,10 @@ kzmsp_compressed(docs/MSPDIImport-many.1 MSPDIImport-many.1.gz)
 kzmsp_compressed(docs/mspdi.1 mspdi.1.gz)
 kzmsp_compressed(docs/mspdi-check.1 mspdi-check.1.gz)
 kzmsp_compressed(docs/mspdi-diff.1 mspdi-diff.1.gz)
+kzmsp_compressed(docs/mspdi-import.1 mspdi-import.1.gz)
 kzmsp_compressed(docs/mspdi-losses.1 mspdi-losses.1.gz)
 kzmsp_compressed(docs/mspdi-mend.1 mspdi-mend.1.gz)
+kzmsp_compressed(docs/mspdi-migrate.1 mspdi-migrate.1.gz)
 kzmsp_compressed(docs/mspdi-view.1 mspdi-view.1.gz)
 kzmsp_compressed(CHANGELOG.md changelog.gz)
 kzmsp_compressed(packaging/changelog.Debian changelog.Debian.gz)
@@ -37,7 +39,8 @@ install(PROGRAMS tools/MSPDIImport-many DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY share/kadenza2 share/mspdi DESTINATION ${CMAKE_INSTALL_DATADIR})
 install(FILES ${documents}/MSPDIImport.1.gz ${documents}/MSPDIImport-many.1.gz ${documents}/mspdi.1.gz
               ${documents}/mspdi-check.1.gz ${documents}/mspdi-diff.1.gz
-              ${documents}/mspdi-losses.1.gz ${documents}/mspdi-mend.1.gz ${documents}/mspdi-view.1.gz
+              ${documents}/mspdi-import.1.gz ${documents}/mspdi-losses.1.gz ${documents}/mspdi-mend.1.gz
+              ${documents}/mspdi-migrate.1.gz ${documents}/mspdi-view.1.gz
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES completions/MSPDIImport.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         RENAME MSPDIImport)
@@ -56,7 +59,7 @@ file(READ README.md readme)
 string(REPLACE "](docs/" "](" readme "${readme}")
 string(REPLACE "](CHANGELOG.md)" "](changelog.gz)" readme "${readme}")
 file(CONFIGURE OUTPUT ${documents}/README.md CONTENT "${readme}" @ONLY)
-install(FILES ${documents}/README.md CONTRIBUTING.md docs/Oddities.md docs/reliability.md packaging/copyright
+install(FILES ${documents}/README.md CONTRIBUTING.md docs/Oddities.md docs/mapping.md docs/reliability.md packaging/copyright
               ${documents}/changelog.gz ${documents}/changelog.Debian.gz
         DESTINATION ${KZMSP_DOC_DIR})
 install(DIRECTORY docs/pictures DESTINATION ${KZMSP_DOC_DIR})
@@ -74,7 +77,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Zones by name are read from its files.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS tzdata)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS parallel)
+# Only MSPDIImport-many runs it.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS parallel)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "import Microsoft Project XML plans into Kadenza 2 documents")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "MSPDIImport turns project plans that were saved as XML (MSPDI) into documents

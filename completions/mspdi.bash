@@ -14,13 +14,22 @@ _mspdi_documents() {
     done < <(compgen -d -- "$1")
 }
 
+# The empty document that is installed with the program, then folders.
+_mspdi_templates() {
+    local program installed
+    program=$(type -P mspdi)
+    installed=${program%/bin/mspdi}/share/kadenza2/Empty.kdzx
+    [[ -n $program && -d $installed && $installed == "$1"* ]] && COMPREPLY+=("$installed")
+    _mspdi_documents "$1"
+}
+
 _mspdi_steps='embedded namespace missing-uid duplicate-root root-task outline calendar-order project-calendar'
 _mspdi_steps+=' standard-calendar resource-type unreadable-value split-roll-up split-pieces resource-weeks'
 _mspdi_steps+=' exceptions-2003 recurring-exceptions work-weeks deadline-to-field lag-to-field units-to-field'
 _mspdi_steps+=' field-keys'
 
 _mspdi() {
-    local word=${COMP_WORDS[COMP_CWORD]} subcommands='losses mend check diff view' options='--help --json --quiet --version'
+    local word=${COMP_WORDS[COMP_CWORD]} subcommands='import migrate losses mend check diff view' options='--help --json --quiet --version'
     COMPREPLY=()
     compopt -o filenames 2>/dev/null
     if ((COMP_CWORD == 1)); then
@@ -28,6 +37,8 @@ _mspdi() {
         return
     fi
     case ${COMP_WORDS[1]} in
+        import) options+=' --as-in-winter --log --mend --mend=all --name --output --overwrite --template' ;;
+        migrate) options+=' --as-in-winter --dry-run --jobs --keep-tree --mend --mend=all --no-losses --only-failed --output --plan-megabytes --plan-seconds --template' ;;
         losses) options+=' --all' ;;
         mend) options+=' --all --dry-run --only --output' ;;
         diff) options+=' --scenario' ;;
@@ -42,8 +53,16 @@ _mspdi() {
         mapfile -t COMPREPLY < <(compgen -W "$_mspdi_steps" -- "$word")
     elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
-    elif [[ ${COMP_WORDS[1]} == check ]]; then
+    elif [[ ${COMP_WORDS[1]}/${COMP_WORDS[COMP_CWORD - 1]} =~ ^(import/--name|migrate/(--jobs|--plan-megabytes|--plan-seconds))$ ]]; then
+        return
+    elif [[ ${COMP_WORDS[1]} == import && ${COMP_WORDS[COMP_CWORD - 1]} == --log ]]; then
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+    elif [[ ${COMP_WORDS[1]} == @(import|migrate) && ${COMP_WORDS[COMP_CWORD - 1]} == --template ]]; then
+        _mspdi_templates "$word"
+    elif [[ ${COMP_WORDS[1]} == check || ${COMP_WORDS[1]}/${COMP_WORDS[COMP_CWORD - 1]} =~ ^(import|migrate)/(-o|--output)$ ]]; then
         _mspdi_documents "$word"
+    elif [[ ${COMP_WORDS[1]} == migrate ]]; then
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
     else
         _mspdi_plans "$word"
     fi

@@ -33,13 +33,15 @@ const room: Record<Paper, { width: number; height: number }> = {
 const headHeight = 46;
 const footHeight = 26;
 const mostAcross = 12;
+// So many that a browser still prints; a longer outline than that has one sheet of time for each of its own.
+const mostSheets = 400;
 
-// How the chart is divided: the zoom of the screen, unless it took too many sheets.
-function scalesFor({ ground, extent }: Printed, width: number): TimeScale[] {
+// How the chart is divided: the zoom of the screen, unless it took too many sheets beside each other.
+function scalesFor({ ground, extent }: Printed, width: number, most: number): TimeScale[] {
     const [from, to] = extent;
     const length = Math.max(to - from, 3600) * 1.02;
     const wanted = Math.max(ground.drawing.scale.perSecond, (width - 40) / length);
-    const sheets = Math.min(mostAcross, Math.max(1, Math.ceil((length * wanted) / width)));
+    const sheets = Math.min(most, Math.max(1, Math.ceil((length * wanted) / width)));
     const perSecond = sheets === 1 ? (width - 40) / length : Math.min(wanted, (sheets * width) / length);
     const start = from - 20 / perSecond;
     return Array.from({ length: sheets }, (_, sheet) => new TimeScale(start + (sheet * width) / perSecond, perSecond, width));
@@ -88,7 +90,7 @@ export function sheetsOf(printed: Printed, paper: Paper): HTMLElement[] {
     const tableWidth = printed.columns.length > 2 ? 640 : 330;
     const perSheet = Math.max(1, Math.floor((height - headHeight - footHeight - axisHeight) / rowHeight));
     const down = Math.max(1, Math.ceil(printed.rows.length / perSheet));
-    const scales = scalesFor(printed, width - tableWidth);
+    const scales = scalesFor(printed, width - tableWidth, Math.max(1, Math.min(mostAcross, Math.floor(mostSheets / down))));
     const links = printed.hasLinks ? new LinkIndex(printed.model, printed.rows) : null;
     const sheets: HTMLElement[] = [];
     for (let strip = 0; strip < down; ++strip) {

@@ -19,4 +19,7 @@ struct MSPCServices {
     MSPCFileSystem& fileSystem;
     MSPCRandomSource& randomSource;
     MSPCProgress& progress = MSPCNoProgress();
+    // Tells which season it is: dates get the offset that is in force at this time. The clock itself, unless an import
+    // in summer is to be made as one in winter.
+    const MSPCClock& seasonClock = clock;
 };

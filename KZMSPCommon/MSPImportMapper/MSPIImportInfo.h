@@ -23,6 +23,9 @@ struct MSPIImportInfo {
     std::optional<std::string> kdzxScenarioName;
     // Whether what has the new bundle's name is replaced by it. Set by the runner, read by the importer.
     bool replacesOldBundle = false;
+    // Whether the bundle of a failed import appears with what was written until then, and does not go away. Set by the
+    // runner, read by the importer.
+    bool keepsFailedBundle = true;
     // The number that the names of the bundles have reached, by the path that was wanted, for all imports of a run.
     // Numbers below it were taken when they were looked at and are not looked at again. Set by the runner, kept by the
     // importer; one that is not told begins with number 1.

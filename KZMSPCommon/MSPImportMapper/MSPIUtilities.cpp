@@ -68,7 +68,7 @@ std::int64_t secondsSinceMidnight(const MSPCDateFields& fields) {
 
 MSPIUtilities::MSPIUtilities(const MSPCServices& services)
     : _gregorian(services.timeZone),
-      _clock(services.clock),
+      _seasonClock(services.seasonClock),
       _log(services.log),
       _standardCalendar(MSPEScheduleCalendar::standardCalendar(_gregorian)) {
 }
@@ -102,7 +102,7 @@ std::optional<std::string> MSPIUtilities::mspdiToKdzxDateTime(std::string_view m
     }
     if ((units & MSPCUnit::Zone) == 0) {
         const auto date = _gregorian.instantFrom(components);
-        units = components.forceSystemTimezoneforDate(date, _gregorian.timeZone(), _clock);
+        units = components.forceSystemTimezoneforDate(date, _gregorian.timeZone(), _seasonClock);
     }
     return stringFromComponentsUnitFlags(components, units | MSPCUnit::Zone);
 }
@@ -207,7 +207,7 @@ std::optional<std::string> MSPIUtilities::mppToKdzxDateTime(std::optional<MSPCIn
         return std::nullopt;
     }
     MSPCDateComponents components(_gregorian.fieldsOf(*mpp));
-    const auto units = components.forceSystemTimezoneforDate(mpp, _gregorian.timeZone(), _clock);
+    const auto units = components.forceSystemTimezoneforDate(mpp, _gregorian.timeZone(), _seasonClock);
     return stringFromComponentsUnitFlags(components, units);
 }
 

@@ -128,7 +128,7 @@ public:
 
 private:
     MSPCGregorianCalendar _gregorian;
-    const MSPCClock& _clock;
+    const MSPCClock& _seasonClock;
     MSPCLog& _log;
     MSPEScheduleCalendar _standardCalendar;
 };

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
@@ -52,4 +54,12 @@ bool MSPDIWouldBeRemoved(const std::string& needed, const std::string& destinati
     // The path as written finds a link inside the destination, the resolved one a link that leads into it.
     return leadsThrough(needed, destination, fileSystem) ||
            leadsThrough(fileSystem.resolvedPath(needed), destination, fileSystem);
+}
+
+bool MSPDIMayBeReplaced(const std::string& bundlePath, const std::vector<std::string>& needed,
+                        const MSPCFileSystem& fileSystem) {
+    const auto wouldBeRemoved = [&](const std::string& path) {
+        return MSPDIWouldBeRemoved(path, bundlePath, fileSystem);
+    };
+    return !fileSystem.exists(bundlePath) || std::ranges::none_of(needed, wouldBeRemoved);
 }

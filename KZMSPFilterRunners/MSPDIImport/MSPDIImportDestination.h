@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 class MSPCFileSystem;
 
@@ -22,3 +23,8 @@ class MSPCFileSystem;
 // links too.
 [[nodiscard]] bool MSPDIWouldBeRemoved(const std::string& needed, const std::string& destination,
                                        const MSPCFileSystem& fileSystem);
+
+// Whether a new bundle may take the place of what is there: without the template or the input nothing would be left to
+// import. `needed` are their paths.
+[[nodiscard]] bool MSPDIMayBeReplaced(const std::string& bundlePath, const std::vector<std::string>& needed,
+                                      const MSPCFileSystem& fileSystem);

@@ -120,7 +120,8 @@ void MSPDIImportRunner::importEntry(const std::string& entry, const MSPCURL& tem
     MSPIImportInfo info;
     info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(inputPath));
     info.kdzxTemplateURL = templateURL;
-    info.replacesOldBundle = _overwritesTarget && mayBeReplaced(bundlePath, templateURL.path(), inputPath);
+    info.replacesOldBundle =
+        _overwritesTarget && MSPDIMayBeReplaced(bundlePath, {templateURL.path(), inputPath}, _services.fileSystem);
     info.bundleNumbers = _bundleNumbers;
     _lastResult = _importFile(info, _services, source, destination);
     _services.log.log("### Importer {}.", _lastResult ? "SUCCEEDED" : "FAILED");
@@ -139,12 +140,4 @@ std::string MSPDIImportRunner::checkedInputPath(const std::string& entry) const 
         throw FileNotFoundException(fmt::format("Input file is a directory: {}", path));
     }
     return path;
-}
-
-bool MSPDIImportRunner::mayBeReplaced(const std::string& bundlePath, const std::string& templatePath,
-                                      const std::string& inputPath) const {
-    // Without the template or the input nothing is left to import; the import then takes a free numbered name.
-    const auto& fileSystem = _services.fileSystem;
-    return !fileSystem.exists(bundlePath) || (!MSPDIWouldBeRemoved(templatePath, bundlePath, fileSystem) &&
-                                              !MSPDIWouldBeRemoved(inputPath, bundlePath, fileSystem));
 }

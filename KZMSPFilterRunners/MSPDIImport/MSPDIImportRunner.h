@@ -60,8 +60,6 @@ private:
     [[nodiscard]] std::vector<std::string> listedInputFiles(const MSPDIImportArguments& arguments) const;
     void importEntry(const std::string& entry, const MSPCURL& templateURL, const MSPDIImportArguments& arguments);
     [[nodiscard]] std::string checkedInputPath(const std::string& entry) const;
-    [[nodiscard]] bool mayBeReplaced(const std::string& bundlePath, const std::string& templatePath,
-                                     const std::string& inputPath) const;
     void bringToDisk();
 
     const MSPCServices& _services;

@@ -4,9 +4,9 @@
 #include <iterator>
 
 #include "MSPCFileSystem.h"
+#include "MSPDIInWords.h"
 #include "MSPDIMemoryImport.h"
 #include "MSPDIRepairWarning.h"
-#include "MSPDIValueWords.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServ
     auto import = MSPDIImportInMemory(plan, services);
     if (import.refusal) {
         failure = import.refusal->reason.empty() ? "the importer refuses the plan"
-                                                 : MSPDIObstacleInWords(import.refusal->reason);
+                                                 : MSPDIReasonInWords({"", import.refusal->reason, ""});
         return nullptr;
     }
     std::copy_if(import.warnings.begin(), import.warnings.end(), std::back_inserter(repairs), MSPDIIsRepairWarning);

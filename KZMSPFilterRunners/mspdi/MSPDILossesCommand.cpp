@@ -7,8 +7,8 @@
 #include "MSPCFileSystem.h"
 #include "MSPDIAccountOfPlan.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDIInWords.h"
 #include "MSPDILossesReport.h"
-#include "MSPDIValueWords.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ void tellLosses(const Arguments& arguments, MSPDIRun& run) {
     const auto path = run.services.fileSystem.absolutePath(arguments.plan);
     const auto account = MSPDIAccountOfPlan(path, run.services, options);
     if (account.obstacle) {
-        run.couldNotLook(arguments.plan, MSPDIObstacleInWords(*account.obstacle));
+        run.couldNotLook(arguments.plan, MSPDIReasonInWords({"", *account.obstacle, ""}));
         return;
     }
     const bool hasSomething = account.refusal || !account.losses.empty();

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
+#include "MSPDIInWords.h"
 #include "MSPDIJSON.h"
 #include "MSPDIMendForLoss.h"
 #include "MSPDIValueWords.h"
@@ -81,9 +82,7 @@ JSON reasonOf(const MSPDIAccount& account) {
 void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPDIRun& run) {
     auto& out = run.out;
     if (account.refusal) {
-        out << run.emphasized("Refused by the importer") << ": " << account.refusal->sentence();
-        const auto words = MSPDIRefusalInWords(*account.refusal);
-        out << (words.empty() ? "" : " - " + words) << "\n\n";
+        out << run.emphasized("Refused by the importer") << ": " << MSPDIReasonInWords(*account.refusal) << "\n\n";
     }
     for (const auto& loss : account.losses) {
         out << run.emphasized(fmt::format("{} x {}", loss.count, loss.kind)) << ": " << loss.what << "\n";

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
+#include "MSPDIInWords.h"
 #include "MSPDIJSON.h"
 
 namespace {
@@ -64,7 +65,8 @@ void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const st
             break;
     }
     if (mended.refusal) {
-        out << run.emphasized("Refused by the importer") << ": " << shown(mended.refusal->sentence()) << "\n\n";
+        out << run.emphasized("Refused by the importer") << ": " << shown(MSPDIReasonInWords(*mended.refusal))
+            << "\n\n";
     }
     for (const auto& done : mended.steps) {
         writeStep(done, run);

@@ -61,7 +61,8 @@ int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& 
     if (const auto option = optionWithoutValue(arguments); !option.empty()) {
         return failed(fmt::format("{} needs a value (mspdi --help tells more)", MSPCShownText(option)), output);
     }
-    MSPDIRun run{services, output.out, output.err, output.isColored};
+    MSPDIRun run{services, output.out, output.err, output.isColored, output.installedTemplate};
+    run.showStatus = output.showStatus;
     CLI::App program;
     describe(program);
     for (const auto addSubcommand : MSPDISubcommands()) {

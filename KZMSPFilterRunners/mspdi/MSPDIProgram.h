@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <vector>
 
 struct MSPCServices;
@@ -13,6 +15,10 @@ struct MSPDIOutput {
     bool isColored = false;
     // Whether whoever read `out` has left, as `head` does: then it is nothing to tell that the rest cannot be written.
     bool (*isReaderGone)() = [] { return false; };
+    // Where the empty document of the installation would be; empty where none is known.
+    std::string installedTemplate{};
+    // Shows a line below all others on the terminal, or takes it away (an empty text); none where there is no terminal.
+    std::function<void(std::string_view)> showStatus{};
 };
 
 // Runs the program with these arguments, without the program's own name, and gives its exit status. What is wrong with

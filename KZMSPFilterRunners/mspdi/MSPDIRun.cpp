@@ -10,6 +10,11 @@ void MSPDIRun::couldNotLook(std::string_view file, std::string_view reason) {
     status = MSPDIStatus::CouldNotLook;
 }
 
+void MSPDIRun::couldNotRun(std::string_view reason) {
+    err << "mspdi: " << MSPCShownText(reason).view() << '\n';
+    status = MSPDIStatus::CouldNotLook;
+}
+
 void MSPDIRun::warn(std::string_view file, std::string_view warning) {
     if (!isQuiet) {
         err << "mspdi: " << MSPCShownText(file).view() << ": " << MSPCShownText(warning).view() << '\n';

@@ -4,12 +4,15 @@
 
 #include "MSPDICheckCommand.h"
 #include "MSPDIDiffCommand.h"
+#include "MSPDIImportCommand.h"
 #include "MSPDILossesCommand.h"
 #include "MSPDIMendCommand.h"
+#include "MSPDIMigrateCommand.h"
 #include "MSPDIViewCommand.h"
 
 std::span<const MSPDISubcommand> MSPDISubcommands() {
-    static constexpr std::array<MSPDISubcommand, 5> all = {
-        MSPDIAddLossesCommand, MSPDIAddMendCommand, MSPDIAddCheckCommand, MSPDIAddDiffCommand, MSPDIAddViewCommand};
+    static constexpr std::array<MSPDISubcommand, 7> all = {
+        MSPDIAddImportCommand, MSPDIAddMigrateCommand, MSPDIAddLossesCommand, MSPDIAddMendCommand,
+        MSPDIAddCheckCommand,  MSPDIAddDiffCommand,    MSPDIAddViewCommand};
     return all;
 }

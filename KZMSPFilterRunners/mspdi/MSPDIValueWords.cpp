@@ -113,32 +113,6 @@ std::string inWords(const MSPDIPlace& place) {
     return words.empty() ? dateInWords(place.value) : words;
 }
 
-struct Explanation {
-    std::string_view beginning;
-    std::string_view words;
-};
-
-constexpr Explanation explanations[] = {
-    {"This does not seem like a MS Project root task",
-     "nearly always a plan without tasks of its own: there is nothing to import"},
-    {"Parent task was not assigned a type.",
-     "interrupted work on a summary task: assign the people to the tasks below it"},
-    {"MS Project 'Standard' Calendar not found.", "the plan needs a base calendar named Standard"},
-    {"Invalid value of 'Type' in 'Resource': '2'.",
-     "a cost resource: make it a work or material resource in Microsoft Project and save the plan again"},
-    {"MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.",
-     "the file is empty, or no XML that can be read"},
-    {"MSPIMapper.map: Source XML DOM is not a valid MSPDI document.", "it is another kind of XML"},
-    {"MSPIXMLImporter.importMSPDIData: Source must be a MS Project XML document.",
-     "the name of a plan ends in .xml or .mspxml"},
-};
-
-std::string explanationOf(std::string_view reason) {
-    const auto* const found = std::find_if(std::begin(explanations), std::end(explanations),
-                                           [&](const Explanation& one) { return reason.starts_with(one.beginning); });
-    return found == std::end(explanations) ? std::string() : std::string(found->words);
-}
-
 }  // namespace
 
 std::string MSPDIShownValue(std::string_view text) {
@@ -161,17 +135,4 @@ std::string MSPDIShownPath(std::string_view path) {
 std::string MSPDIValueInWords(const MSPDIPlace& place) {
     const auto words = inWords(place);
     return MSPDIShownValue(words.empty() ? place.value : words);
-}
-
-std::string MSPDIRefusalInWords(const MSPDIRefusal& refusal) {
-    if (refusal.reason.empty()) {
-        return "interrupted work of several people overlaps at a time without working time, on a weekend for instance: "
-               "move it, or make the time a working one";
-    }
-    return explanationOf(refusal.reason);
-}
-
-std::string MSPDIObstacleInWords(std::string_view reason) {
-    const auto words = explanationOf(reason);
-    return words.empty() ? std::string(reason) : fmt::format("{} ({})", reason, words);
 }

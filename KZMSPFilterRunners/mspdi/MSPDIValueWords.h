@@ -9,12 +9,6 @@
 // it.
 [[nodiscard]] std::string MSPDIValueInWords(const MSPDIPlace& place);
 
-// Why the importer refuses a plan, in words; empty where its own text is all that there is.
-[[nodiscard]] std::string MSPDIRefusalInWords(const MSPDIRefusal& refusal);
-
-// Why a plan could not be looked at, with words behind the importer's own text where there are any.
-[[nodiscard]] std::string MSPDIObstacleInWords(std::string_view reason);
-
 // A text of a plan as people may see it, on one line: its beginning where it is longer than a line.
 [[nodiscard]] std::string MSPDIShownValue(std::string_view text);
 // A path, without its middle where it is very long.

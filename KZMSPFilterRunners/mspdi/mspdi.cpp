@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <string_view>
 #include <utility>
@@ -6,7 +7,9 @@
 #include "MSPCClock.h"
 #include "MSPCFileSystem.h"
 #include "MSPCLog.h"
+#include "MSPCPath.h"
 #include "MSPCProcessGuard.h"
+#include "MSPCProgressLine.h"
 #include "MSPCRandomSource.h"
 #include "MSPCServices.h"
 #include "MSPCSettingsFile.h"
@@ -16,6 +19,12 @@
 #include "MSPDIRun.h"
 
 namespace {
+
+// Beside the program, below the prefix that it is installed in; in the source tree likewise.
+std::string installedTemplate(const MSPCFileSystem& fileSystem) {
+    const auto program = fileSystem.resolvedPath("/proc/self/exe");
+    return fileSystem.standardizedPath(pathByDeletingLastComponent(program) + "/../share/kadenza2/Empty.kdzx");
+}
 
 std::string_view environment(const char* name) {
     const auto* value = std::getenv(name);
@@ -35,9 +44,16 @@ int main(int argumentCount, char** arguments) {
     const MSPCSettingsFile settings({}, "none", log);  // it has no settings
     MSPCDiskFileSystem fileSystem;
     MSPCCryptoRandomSource randomSource;
-    const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource};
+    MSPCProgressLine progress(log, std::getenv("TERM"));
+    const MSPCServices services{clock, std::move(timeZone), log, settings, fileSystem, randomSource, progress};
     const bool isColored =
         MSPCIsStandardOutputTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
-    return MSPDIProgram({arguments + 1, arguments + argumentCount}, services,
-                        {std::cout, std::cerr, isColored, MSPCIsReaderOfStandardOutputGone});
+    const auto type = environment("TERM");
+    std::function<void(std::string_view)> showStatus;
+    if (log.isOnTerminal() && !type.empty() && type != "dumb") {
+        showStatus = [](std::string_view text) { log.showStatus(text); };
+    }
+    return MSPDIProgram(
+        {arguments + 1, arguments + argumentCount}, services,
+        {std::cout, std::cerr, isColored, MSPCIsReaderOfStandardOutputGone, installedTemplate(fileSystem), showStatus});
 }

@@ -128,6 +128,32 @@ TEST_F(MSPIXMLImporterTest, theProgressEndsWithAnImportThatFails) {
     static_cast<void>(log.takeLines());
 }
 
+TEST_F(MSPIXMLImporterTest, aFailedBundleThatIsNotKeptNeverAppears) {
+    info.keepsFailedBundle = false;
+    hasActualScenario = false;
+    EXPECT_FALSE(import());
+    EXPECT_FALSE(fileSystem.exists("/out/Plan.kdzx"));
+    mapping = [](auto&, const auto&, auto&, const auto&, const auto&) -> std::optional<MSPCXMLDocument> {
+        throw MSPCInternalInconsistency("no");
+    };
+    EXPECT_FALSE(import());
+    EXPECT_FALSE(fileSystem.exists("/out/Plan.kdzx"));
+    log.ignoreLines();
+}
+
+TEST_F(MSPIXMLImporterTest, whatAFailedBundleWasToReplaceStandsWhereItIsNotKept) {
+    fileSystem.addFile("/out/Plan.kdzx/old.txt", "old");
+    info.keepsFailedBundle = false;
+    info.replacesOldBundle = true;
+    hasActualScenario = false;
+    EXPECT_FALSE(import());
+    EXPECT_EQ(fileSystem.contents("/out/Plan.kdzx/old.txt"), "old");
+    hasActualScenario = true;
+    EXPECT_TRUE(import());
+    EXPECT_FALSE(fileSystem.exists("/out/Plan.kdzx/old.txt"));
+    log.ignoreLines();
+}
+
 TEST_F(MSPIXMLImporterTest, baselines0And2GiveTwoMoreScenarios) {
     baselinesWithData = {0, 2};
     EXPECT_TRUE(import());

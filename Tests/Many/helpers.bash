@@ -2,7 +2,7 @@
 build=$(realpath "$1")
 scratch=$(realpath -m "$2")
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
-parallel --version 2>/dev/null | grep GNU >/dev/null || exit 77
+parallel --version 2>/dev/null | grep GNU >/dev/null || { echo "skipped: GNU parallel is not installed"; exit 77; }
 export PATH="$build:$PATH"
 # Neither a check without a log-in nor the account of a service has a shell that GNU parallel could use.
 export SHELL=/bin/false

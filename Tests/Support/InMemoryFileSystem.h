@@ -130,6 +130,11 @@ public:
         addFolder(path);
         return std::nullopt;
     }
+    void removeEmptyFolder(const std::string& path) override {
+        if (isDirectory(path) && pathsBelow(path).size() == 1) {
+            takeAway(path);
+        }
+    }
     [[nodiscard]] std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override {
         return writeAt(path, path, produce);
@@ -161,7 +166,9 @@ private:
     class NewFolder final : public MSPCNewFolder {
     public:
         NewFolder(InMemoryFileSystem& files, std::string path, bool replacesOld)
-            : _files(files), _path(std::move(path)), _replacesOld(replacesOld) {}
+            : _files(files), _path(std::move(path)), _replacesOld(replacesOld) {
+            _files.addFolder(_hidden);
+        }
         ~NewFolder() override { _files.eraseTree(_hidden); }
         NewFolder(const NewFolder&) = delete;
         NewFolder& operator=(const NewFolder&) = delete;

@@ -9,6 +9,9 @@
 class RecordingProgress final : public MSPCProgress {
 public:
     void beginScenario(std::string_view name) override { _told.push_back("begin " + std::string(name)); }
+    void bytesRead(std::string_view doing, std::size_t done, std::size_t all) override {
+        _told.push_back(std::string(doing) + " " + std::to_string(done) + " of " + std::to_string(all));
+    }
     void tasksDone(std::size_t done, std::size_t all) override {
         _told.push_back(std::to_string(done) + " of " + std::to_string(all));
     }

@@ -247,6 +247,12 @@ std::optional<std::string> MSPCDiskFileSystem::createFolder(const std::string& p
     return failureText(error);
 }
 
+void MSPCDiskFileSystem::removeEmptyFolder(const std::string& path) {
+    if (!isCutOff(path)) {
+        static_cast<void>(::rmdir(path.c_str()));
+    }
+}
+
 std::optional<std::string> MSPCDiskFileSystem::writeAtomically(const std::string& path,
                                                                const std::function<void(MSPCByteWriter&)>& produce) {
     if (isCutOff(path)) {

@@ -86,6 +86,8 @@ public:
     [[nodiscard]] virtual std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) = 0;
     // Makes a folder and the folders above it.
     [[nodiscard]] virtual std::optional<std::string> createFolder(const std::string& path) = 0;
+    // Takes a folder away that holds nothing; any other stays, and so does one that cannot be removed.
+    virtual void removeEmptyFolder(const std::string& path) { static_cast<void>(path); }
     // Writes a file through a temporary one in the same folder that then takes its name: afterwards the file is either
     // complete or as it was before, and no temporary file stays. A link with that name is replaced, its target is not
     // written. `produce` is called once and writes the content; what it throws passes through after the clean-up.
@@ -116,6 +118,7 @@ public:
     [[nodiscard]] std::unique_ptr<MSPCByteSource> openFile(const std::string& path) const override;
     [[nodiscard]] std::unique_ptr<MSPCNewFolder> newFolder(const std::string& path, bool replacesOld) override;
     [[nodiscard]] std::optional<std::string> createFolder(const std::string& path) override;
+    void removeEmptyFolder(const std::string& path) override;
     [[nodiscard]] std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) override;
     [[nodiscard]] std::optional<std::string> synchronize(const std::set<std::string>& folders) override;

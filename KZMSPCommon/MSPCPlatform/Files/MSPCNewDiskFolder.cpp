@@ -128,6 +128,14 @@ std::optional<std::string> MSPCNewDiskFolder::readFile(const std::string& path, 
 
 std::optional<std::string> MSPCNewDiskFolder::writeAtomically(const std::string& path,
                                                               const std::function<void(MSPCByteWriter&)>& produce) {
+    // Where nothing was copied, the folder begins with its first file.
+    int error = _error;
+    if (error == 0 && !_folder.isOpen()) {
+        error = makeStage(0777);
+    }
+    if (error != 0) {
+        return MSPCSystemErrorText(error);
+    }
     MSPCAtomicFile file(_folder.number(), lastPathComponent(path));
     produce(file);
     return file.commit();

@@ -22,6 +22,14 @@ public:
 protected:
     // Takes one message without time stamp, process name or line end.
     virtual void write(std::string_view message) = 0;
+    // For a log that hands on what it takes.
+    static void handOn(MSPCLog& log, std::string_view message) { log.write(message); }
+};
+
+// Keeps nothing.
+class MSPCNoLog final : public MSPCLog {
+protected:
+    void write(std::string_view /*message*/) override {}
 };
 
 // Standard error, with "YYYY-MM-DD hh:mm:ss.mmm MSPDIImport[pid] " in front of each message (local time). Lines are

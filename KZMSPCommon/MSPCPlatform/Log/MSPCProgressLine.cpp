@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "MSPCLog.h"
@@ -20,6 +21,10 @@ public:
     void endImport() override {}
 };
 
+std::size_t percentOf(std::size_t done, std::size_t all) {
+    return all == 0 ? 100 : std::min(done, all) * 100 / all;
+}
+
 bool canRewriteLines(const char* terminalType) {
     const std::string_view type = terminalType ? terminalType : "";
     return !type.empty() && type != "dumb";
@@ -36,10 +41,36 @@ MSPCProgressLine::MSPCProgressLine(MSPCStandardErrorLog& log, const char* termin
     : _log(log), _isPossible(log.isOnTerminal() && canRewriteLines(terminalType)), _now(std::move(now)) {
 }
 
-void MSPCProgressLine::beginScenario(std::string_view name) {
-    if (_isPossible && _scenario.empty()) {
+void MSPCProgressLine::begin() {
+    if (_isPossible && !std::exchange(_hasBegun, true)) {
         _nextTime = _now() + delay;
     }
+}
+
+bool MSPCProgressLine::isDue() {
+    const auto now = _now();
+    if (now < _nextTime) {
+        return false;
+    }
+    _nextTime = now + interval;
+    return true;
+}
+
+void MSPCProgressLine::show(const std::string& text) {
+    _isShown = true;
+    _log.showStatus(text);
+}
+
+void MSPCProgressLine::bytesRead(std::string_view doing, std::size_t done, std::size_t all) {
+    begin();
+    if (_isPossible && isDue()) {
+        constexpr std::size_t megabyte = 1'000'000;
+        show(fmt::format("{}: {} of {} MB ({}%)", doing, done / megabyte, all / megabyte, percentOf(done, all)));
+    }
+}
+
+void MSPCProgressLine::beginScenario(std::string_view name) {
+    begin();
     _scenario = name;
 }
 
@@ -49,17 +80,14 @@ void MSPCProgressLine::tasksDone(std::size_t done, std::size_t all) {
     if (!_isPossible || (done % stride != 0 && !isLast)) {
         return;
     }
-    const auto now = _now();
-    if (now < _nextTime && !isLast) {
-        return;
+    if (isDue() || isLast) {
+        show(fmt::format("{}: {} of {} tasks ({}%)", _scenario, done, all, percentOf(done, all)));
     }
-    _nextTime = now + interval;
-    _isShown = true;
-    _log.showStatus(fmt::format("{}: {} of {} tasks ({}%)", _scenario, done, all, all == 0 ? 100 : done * 100 / all));
 }
 
 void MSPCProgressLine::endImport() {
     _scenario.clear();
+    _hasBegun = false;
     if (std::exchange(_isShown, false)) {
         _log.showStatus({});
     }

@@ -76,3 +76,13 @@ TEST(MSPDIWouldBeRemoved, seesThroughLinks) {
     EXPECT_TRUE(MSPDIWouldBeRemoved("/real/R.kdzx", "/out/Link.kdzx", files)) << "a destination that is a link";
     EXPECT_FALSE(MSPDIWouldBeRemoved("/real/R.kdzx", "/out/Plan.kdzx", files));
 }
+
+TEST(MSPDIMayBeReplaced, neitherTheTemplateNorTheInputIsTakenAway) {
+    InMemoryFileSystem files;
+    files.addFolder("/out/Plan.kdzx");
+    files.addFile("/out/Plan.kdzx/Plan.xml");
+    EXPECT_TRUE(MSPDIMayBeReplaced("/out/Plan.kdzx", {"/share/Empty.kdzx", "/in/Plan.xml"}, files));
+    EXPECT_FALSE(MSPDIMayBeReplaced("/out/Plan.kdzx", {"/out/Plan.kdzx", "/in/Plan.xml"}, files));
+    EXPECT_FALSE(MSPDIMayBeReplaced("/out/Plan.kdzx", {"/share/Empty.kdzx", "/out/Plan.kdzx/Plan.xml"}, files));
+    EXPECT_TRUE(MSPDIMayBeReplaced("/out/None.kdzx", {"/out/None.kdzx"}, files)) << "nothing is there to take away";
+}

@@ -147,7 +147,7 @@ TEST_F(DiffCommandTest, tellsInOneLineWhatItCouldNotLookAt) {
     world.machine.addFile("/home/me/Cut.kdzx/__TOC.xml", world.machine.contents("/home/me/Old.kdzx/__TOC.xml"));
     for (const auto& [file, reason] : {std::pair<std::string, std::string>("None.xml", "no such file"),
                                        {"Folder", "no bundle: it holds no __TOC.xml"},
-                                       {"Other.xml", "MSPIMapper.map: Source XML DOM is not a valid MSPDI document."},
+                                       {"Other.xml", "XML, but no plan of Microsoft Project (MSPIMapper.map: "},
                                        {"Cut.kdzx", "Actual.xml: line "}}) {
         for (const auto& arguments :
              {std::vector<std::string>{"diff", "--json", file, "New.xml"}, {"diff", "New.xml", file}}) {

@@ -63,13 +63,15 @@ TEST_F(MendCommandTest, writesACopyBesideThePlanAndSaysWhatWasDone) {
     EXPECT_EQ(run({"Plan.xml"}), 0);
     EXPECT_EQ(folder.contents("Plan.mended.xml"), sound);
     EXPECT_EQ(folder.contents("Plan.xml"), refused);
-    EXPECT_EQ(out.str(),
-              "Refused by the importer: This does not seem like a MS Project root task (Task UID='0' name='P').\n"
-              "\n"
-              "1 x root-task: the task with UID 0 becomes the project's summary task: Summary 1, OutlineLevel 0\n"
-              "    Task UID='0' name='P'\n"
-              "    Lost or invented: nothing but its dates arrives: it stands for the project, not for work\n" +
-                  folder / "Plan.mended.xml" + ": the mended copy, which imports\n");
+    EXPECT_EQ(
+        out.str(),
+        "Refused by the importer: the task with the number 0 does not stand for the project; nearly always the plan "
+        "has no tasks of its own (This does not seem like a MS Project root task (Task UID='0' name='P').)\n"
+        "\n"
+        "1 x root-task: the task with UID 0 becomes the project's summary task: Summary 1, OutlineLevel 0\n"
+        "    Task UID='0' name='P'\n"
+        "    Lost or invented: nothing but its dates arrives: it stands for the project, not for work\n" +
+            folder / "Plan.mended.xml" + ": the mended copy, which imports\n");
     EXPECT_EQ(err.str(), "");
 }
 

@@ -80,6 +80,18 @@ TEST_F(MSPCNewDiskFolderTest, isOutOfSightUntilItAppears) {
     EXPECT_EQ(begun->remainsOfReplaced(), "");
 }
 
+TEST_F(MSPCNewDiskFolderTest, beginsWithItsFirstFileWhereNothingIsCopied) {
+    const auto begun = files.newFolder(folder / "out/Plan.kdzx", false);
+    EXPECT_EQ(write(*begun, "Actual.xml", "new"), "");
+    EXPECT_EQ(write(*begun, "__TOC.xml", "contents"), "");
+    EXPECT_EQ(folder.listing("out").find("Plan.kdzx "), std::string::npos);
+    EXPECT_EQ(appear(*begun), "");
+    EXPECT_EQ(folder.listing("out/Plan.kdzx"), "Actual.xml __TOC.xml ");
+    EXPECT_EQ(folder.contents("out/Plan.kdzx/Actual.xml"), "new");
+    const auto nowhere = files.newFolder(folder / "none/Plan.kdzx", false);
+    EXPECT_EQ(write(*nowhere, "Actual.xml", "new"), "No such file or directory");
+}
+
 TEST_F(MSPCNewDiskFolderTest, leavesNothingBesideIt) {
     auto begun = begin();
     EXPECT_EQ(appear(*begun), "");

@@ -114,6 +114,33 @@ TEST_F(MSPCProgressLineTest, goesAwayAtTheEndAndTheNextImportHasADelayAgain) {
     EXPECT_EQ(shown(), "");
 }
 
+TEST_F(MSPCProgressLineTest, tellsHowFarAFileIsRead) {
+    progress.bytesRead("Reading", 1'000'000, 96'500'000);
+    now += 499ms;
+    progress.bytesRead("Reading", 11'000'000, 96'500'000);
+    EXPECT_EQ(shown(), "");
+    now += 1ms;
+    progress.bytesRead("Reading", 12'000'000, 96'500'000);
+    EXPECT_EQ(shown(), wipe + "Reading: 12 of 96 MB (12%)");
+    now += 99ms;
+    progress.bytesRead("Reading", 50'000'000, 96'500'000);
+    EXPECT_EQ(shown(), "");
+    // The file has grown meanwhile.
+    now += 1ms;
+    progress.bytesRead("Reading", 97'000'000, 96'500'000);
+    EXPECT_EQ(shown(), wipe + "Reading: 97 of 96 MB (100%)");
+}
+
+TEST_F(MSPCProgressLineTest, goesOnWithTasksWhereAFileWasRead) {
+    progress.bytesRead("Reading", 0, 96'500'000);
+    now += 500ms;
+    progress.beginScenario("Actual");
+    progress.tasksDone(64, 1'000);
+    EXPECT_EQ(shown(), wipe + "Actual: 64 of 1000 tasks (6%)");
+    progress.endImport();
+    EXPECT_EQ(shown(), wipe);
+}
+
 TEST_F(MSPCProgressLineTest, whatCouldDriveTheTerminalIsEscaped) {
     progress.beginScenario("a\n\x1b[2J\u202e");
     now += 500ms;

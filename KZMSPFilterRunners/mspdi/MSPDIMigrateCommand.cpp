@@ -1,0 +1,207 @@
+#include "MSPDIMigrateCommand.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "MSPCFileSystem.h"
+#include "MSPCMessage.h"
+#include "MSPCPath.h"
+#include "MSPCStandardTimeClock.h"
+#include "MSPDICommonOptions.h"
+#include "MSPDIJSON.h"
+#include "MSPDIMigrateProgress.h"
+#include "MSPDIMigrateReport.h"
+#include "MSPDIMigration.h"
+#include "MSPDIRun.h"
+
+namespace {
+
+struct Arguments {
+    std::string source;
+    std::string outputFolder;
+    MSPDIMigrationOptions options;
+    std::string mending;        // empty, "true" or "all"
+    std::size_t processes = 0;  // none for one per processor
+    std::size_t secondsPerPlan = 600;
+    std::size_t megabytesPerPlan = 0;  // none for a share of the memory
+    bool keepsTree = false;
+    bool isDryRun = false;
+    bool isWithoutLosses = false;
+    bool isAsInWinter = false;
+};
+
+// Each process may take its share of four fifths of the memory, so that the machine goes on working.
+std::size_t shareOfMemory(std::size_t processes) {
+    return MSPCWorkers::memoryOfMachine() / 5 * 4 / processes;
+}
+
+MSPDIMigrationOptions optionsOf(const Arguments& arguments, const std::string& outputFolder, const MSPDIRun& run) {
+    auto options = arguments.options;
+    options.outputFolder = outputFolder;
+    options.processes = arguments.processes == 0 ? MSPCWorkers::processors() : arguments.processes;
+    options.bounds.time = std::chrono::seconds(arguments.secondsPerPlan);
+    constexpr std::size_t megabyte = 1'000'000;
+    options.bounds.memory =
+        arguments.megabytesPerPlan == 0 ? shareOfMemory(options.processes) : arguments.megabytesPerPlan * megabyte;
+    options.each.tellsLosses = !arguments.isWithoutLosses;
+    if (!arguments.mending.empty()) {
+        options.each.mending = arguments.mending == "all" ? MSPDIMending::All : MSPDIMending::OfRefused;
+    }
+    const auto& installed = run.installedTemplate;
+    if (!options.each.templateFolder && !installed.empty() && run.services.fileSystem.isDirectory(installed)) {
+        options.each.templateFolder = installed;
+    }
+    return options;
+}
+
+void tellDryRun(const MSPDIMigration::Plans& plans, MSPDIRun& run) {
+    if (run.isQuiet) {
+        return;
+    }
+    if (run.isJSON) {
+        MSPDIWriteJSON({{"new", plans.fresh},
+                        {"changed", plans.changed},
+                        {"failed", plans.failed},
+                        {"imported", plans.done},
+                        {"leftOut", plans.leftOut}},
+                       run.out);
+        return;
+    }
+    run.out << fmt::format(
+        "{} plans would be imported: {} new, {} changed since, {} that failed before; {} are imported already\n",
+        plans.fresh + plans.changed + plans.failed, plans.fresh, plans.changed, plans.failed, plans.done);
+    if (plans.leftOut > 0) {
+        run.out << fmt::format("{} others are left out: they have not failed\n", plans.leftOut);
+    }
+}
+
+void tellResult(std::size_t all, std::size_t missing, const std::string& outputFolder, MSPDIRun& run) {
+    run.status = missing == 0 ? MSPDIStatus::NothingToTell : MSPDIStatus::SomethingToTell;
+    if (run.isQuiet) {
+        return;
+    }
+    const auto report = pathByAppendingComponent(outputFolder, run.isJSON ? "report.json" : "report.html");
+    if (run.isJSON) {
+        MSPDIWriteJSON({{"imported", all - missing}, {"missing", missing}, {"report", report}}, run.out);
+        return;
+    }
+    run.out << run.emphasized(fmt::format("{} of {} plans are imported", all - missing, all))
+            << "; report: " << MSPCShownText(report).view() << '\n';
+    if (missing > 0) {
+        run.out << fmt::format("{} are not: {}\n", missing,
+                               MSPCShownText(pathByAppendingComponent(outputFolder, "failed.txt")).view());
+    }
+}
+
+// Takes the lock, imports, and reports. Whatever ends it early is told.
+std::optional<std::string> migrated(MSPDIMigration& migration, const std::string& outputFolder, MSPDIRun& run) {
+    auto failure = migration.takeLock([&run](const std::string& holder) {
+        run.warn("waiting for another migration into this folder", holder.empty() ? "unknown" : holder);
+    });
+    if (!failure) {
+        failure = migration.readRecords();
+    }
+    if (failure) {
+        return failure;
+    }
+    MSPDIMigrateProgress progress(run);
+    failure = migration.run([&progress](const auto& state) { progress.tell(state); });
+    progress.finish();
+    const auto unwritten = MSPDIWriteMigrationReports(
+        outputFolder, [&migration](const auto& take) { migration.forEachRecord(take); }, run.services.fileSystem);
+    return failure ? failure : unwritten;
+}
+
+void migrate(const Arguments& arguments, MSPDIRun& run) {
+    auto& services = run.services;
+    const auto outputFolder = services.fileSystem.absolutePath(arguments.outputFolder);
+    const auto options = optionsOf(arguments, outputFolder, run);
+    auto imports = options.each;
+    imports.outputFolder = outputFolder;
+    const MSPCStandardTimeClock winter(services.clock, services.timeZone);
+    MSPCNoLog noLog;
+    const MSPCServices ofImports{services.clock,
+                                 services.timeZone,
+                                 noLog,
+                                 services.userDefaults,
+                                 services.fileSystem,
+                                 services.randomSource,
+                                 MSPCNoProgress(),
+                                 arguments.isAsInWinter ? winter : services.seasonClock};
+    if (const auto obstacle = MSPDIPlanImporter(ofImports, imports).obstacle()) {
+        run.couldNotRun(*obstacle);
+        return;
+    }
+    auto found = MSPDIFindPlans(arguments.source, arguments.keepsTree, outputFolder, services.fileSystem);
+    if (!found.obstacle && found.plans.empty()) {
+        found.obstacle = arguments.source + ": no plan in it";
+    }
+    if (found.obstacle) {
+        run.couldNotRun(*found.obstacle);
+        return;
+    }
+    const auto all = found.plans.size();
+    MSPDIMigration migration(ofImports, options, std::move(found.plans));
+    const auto failure = arguments.isDryRun ? migration.readRecords() : migrated(migration, outputFolder, run);
+    if (failure) {
+        run.couldNotRun(*failure);
+    } else if (arguments.isDryRun) {
+        tellDryRun(migration.plans(), run);
+    } else {
+        tellResult(all, migration.missing(), arguments.outputFolder, run);
+    }
+}
+
+void addOptions(CLI::App& command, Arguments& arguments) {
+    const CLI::Validator something([](const std::string& text) { return text.empty() ? "it is empty" : ""; }, "");
+    command.add_option("LIST-OR-FOLDER", arguments.source, "A file that lists plans, or a folder that holds them")
+        ->required()
+        ->check(something);
+    command.add_option("-o,--output", arguments.outputFolder, "The folder for documents and reports")
+        ->option_text("FOLDER")
+        ->required()
+        ->check(something);
+    const CLI::Validator allOrNothing(
+        [](const std::string& text) { return text == "true" || text == "all" ? "" : "it is --mend or --mend=all"; },
+        "");
+    command
+        .add_flag("--mend", arguments.mending, "Mend plans that are refused, in memory; --mend=all improves all plans")
+        ->check(allOrNothing);
+    command.add_option("--jobs", arguments.processes, "Processes at a time (else one per processor)")
+        ->option_text("N")
+        ->check(CLI::Range(1, 1024));
+    command.add_flag("--keep-tree", arguments.keepsTree, "Keep the sub-folders of plans for their documents");
+    command.add_flag("--only-failed", arguments.options.isOnlyFailed, "Only plans that were tried before, and failed");
+    command.add_flag("--dry-run", arguments.isDryRun, "Tell what would be imported, and write nothing");
+    command
+        .add_option("--template", arguments.options.each.templateFolder,
+                    "The document to begin with (else an empty one)")
+        ->option_text("DOCUMENT")
+        ->check(something);
+    command.add_flag("--no-losses", arguments.isWithoutLosses, "Do not look for losses, which takes half the time");
+    command.add_option("--plan-seconds", arguments.secondsPerPlan, "End a plan that takes longer (600)")
+        ->option_text("N")
+        ->check(CLI::Range(1, 1'000'000));
+    command.add_option("--plan-megabytes", arguments.megabytesPerPlan, "End a plan that takes more memory")
+        ->option_text("N")
+        ->check(CLI::Range(64, 100'000'000));
+    command.add_flag("--as-in-winter", arguments.isAsInWinter, "Give dates the offset of an import in winter");
+}
+
+}  // namespace
+
+void MSPDIAddMigrateCommand(CLI::App& program, MSPDIRun& run) {
+    const auto arguments = std::make_shared<Arguments>();
+    auto& command = *program.add_subcommand("migrate", "Make documents of many plans, and a report");
+    addOptions(command, *arguments);
+    command.footer(
+        "The same command again goes on where it was ended, and takes up plans that are new, changed or failed.\n"
+        "Exit status: 0 all plans are imported, 1 some are not, 2 it could not run, or wrong arguments.\n"
+        "See also: man mspdi-migrate");
+    MSPDIAddCommonOptions(command, run);
+    command.callback([arguments, &run] { migrate(*arguments, run); });
+}

@@ -1,0 +1,241 @@
+#include "MSPDIMigration.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+#include <utility>
+
+#include "MSPCFileSystem.h"
+#include "MSPCJournal.h"
+#include "MSPCMove.h"
+#include "MSPCPath.h"
+#include "MSPCRunLock.h"
+#include "MSPDIMigrationJob.h"
+
+namespace {
+
+// The number of a plan in the list, as workers are told it.
+std::size_t numberFrom(const std::string& job) {
+    std::size_t number = 0;
+    std::from_chars(job.data(), job.data() + job.size(), number);
+    return number;
+}
+
+std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
+    if (end.kind == MSPCJobEnd::Kind::TookTooLong) {
+        return fmt::format("it took longer than {} s, and was ended",
+                           std::chrono::duration_cast<std::chrono::seconds>(bounds.time).count());
+    }
+    return end.kind == MSPCJobEnd::Kind::Died ? fmt::format("the process that imported it died ({})", end.reason)
+                                              : "the process that imported it gave no answer";
+}
+
+}  // namespace
+
+MSPDIMigration::MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options,
+                               std::vector<MSPDIPlanToMigrate> plans)
+    : _services(services), _options(std::move(options)), _plans(std::move(plans)) {
+}
+
+MSPDIMigration::~MSPDIMigration() = default;
+
+std::string MSPDIMigration::folder(std::string_view name) const {
+    return pathByAppendingComponent(pathByAppendingComponent(_options.outputFolder, ".mspdi-migrate"), name);
+}
+
+std::optional<std::string> MSPDIMigration::takeLock(const std::function<void(const std::string& holder)>& wait) {
+    if (const auto failure = _services.fileSystem.createFolder(folder(""))) {
+        return folder("") + ": " + *failure;
+    }
+    _lock = std::make_unique<MSPCRunLock>(folder("lock"));
+    if (_lock->failure()) {
+        return folder("lock") + ": " + *_lock->failure();
+    }
+    if (!_lock->tryToTake()) {
+        wait(_lock->holder());
+        if (!_lock->waitAndTake()) {
+            return folder("lock") + ": it cannot be locked";
+        }
+    }
+    _lock->sign();
+    return std::nullopt;
+}
+
+std::optional<std::string> MSPDIMigration::readRecords() {
+    const auto path = folder("journal");
+    std::string failure;
+    if (_services.fileSystem.exists(path)) {
+        const auto text = _services.fileSystem.readFile(path, &failure);
+        if (!text) {
+            return path + ": " + failure;
+        }
+        for (std::size_t start = 0; start < text->size();) {
+            const auto end = std::min(text->find('\n', start), text->size());
+            auto line = text->substr(start, end - start);
+            if (const auto record = MSPDIRecordFrom(line)) {
+                _lines[record->plan] = std::move(line);
+            }
+            start = end + 1;
+        }
+    }
+    if (!_lock) {
+        return std::nullopt;
+    }
+    _journal = MSPCJournal::open(path, failure);
+    return _journal ? clearAway() : std::optional(path + ": " + failure);
+}
+
+// Documents of a dead run that have appeared without a record in the journal get it now; all else it has left is void.
+std::optional<std::string> MSPDIMigration::clearAway() {
+    const auto work = folder("run");
+    for (const auto& name : _services.fileSystem.namesIn(work).value_or(std::vector<std::string>())) {
+        const auto left = pathByAppendingComponent(work, name);
+        if (const auto record = MSPDIMigrationJob::appeared(left, _services.fileSystem)) {
+            if (auto failure = keep(*record)) {
+                return failure;
+            }
+        }
+        if (!MSPCRemoveAll(left)) {
+            return left + ": it cannot be removed";
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> MSPDIMigration::keep(const MSPDIMigrationRecord& record) {
+    auto line = MSPDILineOf(record);
+    const auto failure = _journal->append(line);
+    if (failure) {
+        return folder("journal") + ": " + *failure;
+    }
+    _lines[record.plan] = std::move(line);
+    return std::nullopt;
+}
+
+std::optional<MSPDIMigrationRecord> MSPDIMigration::recordOf(const std::string& plan) const {
+    const auto found = _lines.find(plan);
+    return found == _lines.end() ? std::nullopt : MSPDIRecordFrom(found->second);
+}
+
+MSPDIMigration::State MSPDIMigration::stateOf(const MSPDIPlanToMigrate& plan) const {
+    const auto record = recordOf(plan.path);
+    if (!record) {
+        return State::Fresh;
+    }
+    if (!record->isImported()) {
+        return State::Failed;
+    }
+    const bool isSame = record->stamp == MSPCStampOf(plan.path) && _services.fileSystem.exists(record->document);
+    return isSame ? State::Done : State::Changed;
+}
+
+bool MSPDIMigration::isWanted(const MSPDIPlanToMigrate& plan) const {
+    const auto state = stateOf(plan);
+    return _options.isOnlyFailed ? state == State::Failed : state != State::Done;
+}
+
+MSPDIMigration::Plans MSPDIMigration::plans() const {
+    Plans result;
+    for (const auto& plan : _plans) {
+        switch (stateOf(plan)) {
+            case State::Fresh:
+                ++(_options.isOnlyFailed ? result.leftOut : result.fresh);
+                break;
+            case State::Changed:
+                ++(_options.isOnlyFailed ? result.leftOut : result.changed);
+                break;
+            case State::Failed:
+                ++result.failed;
+                break;
+            case State::Done:
+                ++result.done;
+                break;
+        }
+    }
+    return result;
+}
+
+std::optional<std::string> MSPDIMigration::run(const std::function<void(const MSPDIMigrationProgress&)>& tell) {
+    std::vector<std::size_t> wanted;
+    for (std::size_t number = 0; number < _plans.size(); ++number) {
+        if (isWanted(_plans[number])) {
+            wanted.push_back(number);
+        }
+    }
+    auto failure = runWorkers(wanted, tell);
+    std::set<std::string> folders{_options.outputFolder};
+    const auto ofDisk = _services.fileSystem.synchronize(folders);
+    return failure || !ofDisk ? failure : "failed to bring the documents to the disk: " + *ofDisk;
+}
+
+std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<std::size_t>& wanted,
+                                                      const std::function<void(const MSPDIMigrationProgress&)>& tell) {
+    const auto work = folder("run");
+    MSPDIMigrationJob job(_services, _options.each, work);
+    MSPCWorkers workers(std::min(_options.processes, std::max<std::size_t>(wanted.size(), 1)), _options.bounds,
+                        [&](const std::string& text) {
+                            const auto number = numberFrom(text);
+                            return MSPDILineOf(job.migrate(_plans[number], number));
+                        });
+    std::optional<std::string> failure;
+    MSPDIMigrationProgress progress{wanted.size(), 0, 0};
+    auto next = wanted.begin();
+    const auto give = [&]() -> std::optional<std::string> {
+        return next == wanted.end() || failure ? std::nullopt : std::optional(std::to_string(*next++));
+    };
+    const auto take = [&](const std::string& text, const MSPCJobEnd& end) {
+        const auto number = numberFrom(text);
+        const auto record = recordOf(number, end);
+        const auto unkept = keep(record);
+        if (unkept) {
+            failure = unkept;  // what was made stays for the next run to find
+            return;
+        }
+        MSPCRemoveAll(MSPDIMigrationJob::folderOf(work, number));
+        ++progress.done;
+        progress.failed += record.isImported() ? 0U : 1U;
+    };
+    const auto ended = workers.run(give, take, [&] { tell(progress); });
+    tell(progress);
+    return failure ? failure : ended;
+}
+
+// What the worker has told; or, where it cannot tell any more, what the folder that it worked in says.
+MSPDIMigrationRecord MSPDIMigration::recordOf(std::size_t number, const MSPCJobEnd& end) const {
+    auto told = end.kind == MSPCJobEnd::Kind::Done ? MSPDIRecordFrom(end.result) : std::nullopt;
+    if (!told) {
+        told = MSPDIMigrationJob::appeared(MSPDIMigrationJob::folderOf(folder("run"), number), _services.fileSystem);
+    }
+    if (told) {
+        return *told;
+    }
+    MSPDIMigrationRecord record;
+    record.plan = _plans[number].path;
+    record.stamp = MSPCStampOf(record.plan).value_or(MSPCFileStamp());
+    record.verdict = MSPDIVerdictName(MSPDIVerdict::Failed);
+    record.reason = reasonOf(end, _options.bounds);
+    record.milliseconds = static_cast<std::size_t>(end.time.count());
+    return record;
+}
+
+void MSPDIMigration::forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take) const {
+    std::set<std::string_view> told;
+    for (const auto& plan : _plans) {
+        if (const auto record = recordOf(plan.path)) {
+            take(*record);
+            told.insert(plan.path);
+        }
+    }
+    for (const auto& [plan, line] : _lines) {
+        if (!told.contains(plan)) {
+            take(*MSPDIRecordFrom(line));
+        }
+    }
+}
+
+std::size_t MSPDIMigration::missing() const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(_plans, [this](const auto& plan) { return stateOf(plan) != State::Done; }));
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "MSPCWorkers.h"
+#include "MSPDIMigrationRecord.h"
+#include "MSPDIPlanImporter.h"
+#include "MSPDIPlansToMigrate.h"
+
+class MSPCJournal;
+class MSPCRunLock;
+
+struct MSPDIMigrationOptions {
+    std::string outputFolder;     // absolute; made where there is none
+    MSPDIPlanImportOptions each;  // of each import; its folder and its name are of no account
+    bool isOnlyFailed = false;    // only plans that were tried before, and failed
+    std::size_t processes = 1;    // that import at the same time
+    MSPCWorkerBounds bounds;      // of each plan
+};
+
+// How far a migration has come.
+struct MSPDIMigrationProgress {
+    std::size_t all = 0;     // plans of this run
+    std::size_t done = 0;    // of these, the failed ones too
+    std::size_t failed = 0;  // of these
+};
+
+// Imports many plans into one folder, in several processes, and goes on where an earlier run has ended, however it
+// ended. What became of each plan is kept in the folder ".mspdi-migrate" in the output folder:
+//
+//   journal   a record of each plan that was tried, a line each; the last one of a plan counts
+//   lock      locked as long as a process of a run lives, so that there is one run at a time
+//   run       what is in the making; a run that begins looks through what a dead one has left there
+//
+// A document appears in the output folder when it is complete, under a name that was free then. A plan that was
+// imported is not imported again, unless its file has changed since or its document is no longer there.
+class MSPDIMigration {
+public:
+    // The services outlive the migration.
+    MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options, std::vector<MSPDIPlanToMigrate> plans);
+    ~MSPDIMigration();
+    MSPDIMigration(const MSPDIMigration&) = delete;
+    MSPDIMigration& operator=(const MSPDIMigration&) = delete;
+
+    // Takes the lock, and waits for it where another run has it, after `wait` was told who. None, or why it cannot be
+    // had, in one line that names the file.
+    [[nodiscard]] std::optional<std::string> takeLock(const std::function<void(const std::string& holder)>& wait);
+    // Reads what earlier runs have done; with the lock what dead ones have left is cleared away, too. Without it
+    // nothing is written. None, or what is wrong.
+    [[nodiscard]] std::optional<std::string> readRecords();
+    // How many plans are new, changed since, failed before, and to be left alone.
+    struct Plans {
+        std::size_t fresh = 0;
+        std::size_t changed = 0;
+        std::size_t failed = 0;
+        std::size_t done = 0;
+        std::size_t leftOut = 0;  // that were never tried, where only failed ones are wanted
+    };
+    [[nodiscard]] Plans plans() const;
+    // Imports what is to be imported; `tell` is called several times a second meanwhile, and at the end. None, or what
+    // ended the run before its time.
+    [[nodiscard]] std::optional<std::string> run(const std::function<void(const MSPDIMigrationProgress&)>& tell);
+    // The record of each plan that this or an earlier run has tried: those of this run's list in its order, then others
+    // by their paths.
+    void forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take) const;
+    // How many plans of this run's list are not imported.
+    [[nodiscard]] std::size_t missing() const;
+
+private:
+    enum class State { Fresh, Changed, Failed, Done };
+
+    [[nodiscard]] std::string folder(std::string_view name) const;
+    [[nodiscard]] State stateOf(const MSPDIPlanToMigrate& plan) const;
+    [[nodiscard]] bool isWanted(const MSPDIPlanToMigrate& plan) const;
+    [[nodiscard]] std::optional<MSPDIMigrationRecord> recordOf(const std::string& plan) const;
+    [[nodiscard]] std::optional<std::string> clearAway();
+    [[nodiscard]] std::optional<std::string> keep(const MSPDIMigrationRecord& record);
+    [[nodiscard]] MSPDIMigrationRecord recordOf(std::size_t number, const MSPCJobEnd& end) const;
+    [[nodiscard]] std::optional<std::string> runWorkers(const std::vector<std::size_t>& wanted,
+                                                        const std::function<void(const MSPDIMigrationProgress&)>& tell);
+
+    const MSPCServices& _services;
+    MSPDIMigrationOptions _options;
+    std::vector<MSPDIPlanToMigrate> _plans;
+    std::unique_ptr<MSPCRunLock> _lock;
+    std::unique_ptr<MSPCJournal> _journal;
+    std::map<std::string, std::string> _lines;  // the last record of each plan, as its line
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "MSPCFileStamp.h"
+
+// What became of a plan of a migration, as it is kept from run to run.
+struct MSPDIMigrationRecord {
+    using Counts = std::vector<std::pair<std::string, std::size_t>>;
+
+    std::string plan;      // absolute path
+    MSPCFileStamp stamp;   // of the plan's file before it was read; zeros where there was none
+    std::string verdict;   // "imported", "refused", "unreadable", "failed"
+    std::string reason;    // in one line; empty of an imported plan
+    Counts mending;        // steps by name; of a plan that is not imported, those that would help
+    std::string document;  // absolute path; empty unless it was imported
+    std::size_t tasks = 0;
+    std::size_t resources = 0;
+    std::size_t scenarios = 0;
+    std::size_t customFields = 0;
+    std::vector<std::string> warnings;
+    Counts losses;  // by kind, the most important first
+    std::size_t milliseconds = 0;
+
+    [[nodiscard]] bool isImported() const { return verdict == "imported"; }
+};
+
+// The records of plans, in the order in which they are to be told.
+using MSPDIMigrationRecords = std::function<void(const std::function<void(const MSPDIMigrationRecord&)>&)>;
+
+// A record as one line without a line feed, whatever its texts hold; and back again: none where the line is no record.
+[[nodiscard]] std::string MSPDILineOf(const MSPDIMigrationRecord& record);
+[[nodiscard]] std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line);

@@ -1,0 +1,77 @@
+#include "MSPCFileLog.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include "ScopedTempFolder.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+std::unique_ptr<MSPCFileLog> opened(const std::string& path) {
+    std::string failure;
+    auto log = MSPCFileLog::open(path, "mspdi", failure);
+    EXPECT_EQ(failure, "");
+    return log;
+}
+
+}  // namespace
+
+TEST(MSPCFileLog, putsTimeNameAndProcessInFrontOfEachMessage) {
+    const ScopedTempFolder folder;
+    opened(folder / "log")->log("Mapping {} Tasks ...", 71);
+    EXPECT_THAT(folder.contents("log"),
+                MatchesRegex("[0-9]+-[0-9]+-[0-9]+ [0-9]+:[0-9]+:[0-9.]+ mspdi.[0-9]+. Mapping 71 Tasks \\.\\.\\.\n"));
+}
+
+TEST(MSPCFileLog, addsToWhatTheFileHolds) {
+    const ScopedTempFolder folder;
+    opened(folder / "log")->log("first");
+    opened(folder / "log")->log("second");
+    const auto text = folder.contents("log");
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2);
+    EXPECT_THAT(text, EndsWith(" second\n"));
+}
+
+TEST(MSPCFileLog, losesNothingOfManyLines) {
+    const ScopedTempFolder folder;
+    constexpr int lines = 5'000;
+    const auto log = opened(folder / "log");
+    for (int line = 0; line < lines; ++line) {
+        log->log("line {}", line);
+    }
+    EXPECT_TRUE(log->flush());
+    const auto text = folder.contents("log");
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), lines);
+    EXPECT_THAT(text, EndsWith(" line 4999\n"));
+}
+
+TEST(MSPCFileLog, saysWhyAFileCannotBeWrittenTo) {
+    const ScopedTempFolder folder;
+    std::string failure;
+    EXPECT_EQ(MSPCFileLog::open(folder.path(), "mspdi", failure), nullptr);
+    EXPECT_EQ(failure, "Is a directory");
+    EXPECT_EQ(MSPCFileLog::open(folder / "none/log", "mspdi", failure), nullptr);
+    EXPECT_EQ(failure, "No such file or directory");
+    EXPECT_EQ(MSPCFileLog::open(std::string("a\0b", 3), "mspdi", failure), nullptr);
+    EXPECT_EQ(failure, "No such file or directory");
+}
+
+TEST(MSPCFileLog, saysWhetherTheFileTookAll) {
+    if (::access("/dev/full", W_OK) != 0) {
+        GTEST_SKIP() << "no /dev/full on this machine";
+    }
+    const auto log = opened("/dev/full");
+    EXPECT_TRUE(log->flush());
+    log->log("lost");
+    EXPECT_FALSE(log->flush());
+    EXPECT_FALSE(log->flush()) << "what is lost stays lost";
+}

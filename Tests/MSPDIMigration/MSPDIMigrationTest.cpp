@@ -1,0 +1,220 @@
+#include "MSPDIMigration.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "FixedClock.h"
+#include "MSPCFileSystem.h"
+#include "MSPCJournal.h"
+#include "MSPCRandomSource.h"
+#include "MSPCRunLock.h"
+#include "MSPDIMigrationJob.h"
+#include "MapUserDefaults.h"
+#include "RecordingLog.h"
+#include "ScopedTempFolder.h"
+#include "UTCInstant.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string planNamed(const std::string& task, const std::string& more = {}) {
+    return R"(<Project xmlns="http://schemas.microsoft.com/project"><StartDate>2012-01-09T08:00:00</StartDate><Calendars>)"
+           R"(<Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars><Tasks>)"
+           "<Task><UID>1</UID><Name>" +
+           task + "</Name><OutlineLevel>1</OutlineLevel>" + more + "</Task></Tasks></Project>";
+}
+
+const auto refusedPlan = planNamed("Paint", "<Type>9</Type>");
+
+class MigrationTest : public testing::Test {
+protected:
+    MigrationTest() {
+        std::signal(SIGPIPE, SIG_IGN);
+        options.outputFolder = folder / "out";
+        options.processes = 2;
+        log.ignoreLines();
+    }
+    ~MigrationTest() override { log.ignoreLines(); }
+
+    void addPlan(const std::string& name, const std::string& content) {
+        folder.addFile("in/" + name, content);
+        plans.push_back({folder / "in/" + name, options.outputFolder});
+    }
+    // A run with the lock; gives "<name of the plan> <verdict> <name of the document>" of each record.
+    std::vector<std::string> migrate() {
+        MSPDIMigration migration(services, options, plans);
+        EXPECT_EQ(migration.takeLock([](const auto&) { FAIL() << "nobody has the lock"; }), std::nullopt);
+        EXPECT_EQ(migration.readRecords(), std::nullopt);
+        imported = 0;
+        EXPECT_EQ(migration.run([this](const auto& progress) { imported = progress.done - progress.failed; }),
+                  std::nullopt);
+        missing = migration.missing();
+        std::vector<std::string> told;
+        migration.forEachRecord([&](const auto& record) {
+            using Path = std::filesystem::path;
+            told.push_back(Path(record.plan).filename().native() + " " + record.verdict + " " +
+                           Path(record.document).filename().native());
+            reasons.push_back(record.reason);
+        });
+        return told;
+    }
+
+    ScopedTempFolder folder;
+    FixedClock clock{utcInstant(2012, 1, 9, 8)};
+    RecordingLog log;
+    MapUserDefaults settings;
+    MSPCDiskFileSystem files;
+    MSPCCryptoRandomSource randomSource;
+    MSPCServices services{clock, MSPCTimeZone::fixed(0), log, settings, files, randomSource};
+    MSPDIMigrationOptions options;
+    std::vector<MSPDIPlanToMigrate> plans;
+    std::vector<std::string> reasons;
+    std::size_t imported = 0;
+    std::size_t missing = 0;
+};
+
+}  // namespace
+
+TEST_F(MigrationTest, importsEachPlanOnceAndKeepsWhatBecameOfIt) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", refusedPlan);
+    plans.push_back({folder / "in/None.xml", options.outputFolder});
+    const std::vector<std::string> expected = {"A.xml imported A.kdzx", "B.xml refused ", "None.xml unreadable "};
+    EXPECT_EQ(migrate(), expected);
+    EXPECT_EQ(imported, 1U);
+    EXPECT_EQ(missing, 2U);
+    EXPECT_THAT(reasons[1], StartsWith("a task is of an unknown type ("));
+    EXPECT_EQ(reasons[2], "no such file");
+    EXPECT_EQ(folder.listing("out"), ".mspdi-migrate A.kdzx ");
+    EXPECT_EQ(folder.listing("out/A.kdzx"), "Actual.xml __TOC.xml ");
+    EXPECT_EQ(folder.listing("out/.mspdi-migrate/run"), "");
+    EXPECT_EQ(migrate(), expected) << "nothing is imported twice";
+    EXPECT_EQ(imported, 0U);
+    EXPECT_EQ(folder.listing("out"), ".mspdi-migrate A.kdzx ");
+}
+
+TEST_F(MigrationTest, takesUpWhatIsNewChangedFailedOrGone) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", refusedPlan);
+    addPlan("C.xml", planNamed("Roof"));
+    migrate();
+    folder.addFile("in/A.xml", planNamed("Paint it"));
+    folder.addFile("in/B.xml", planNamed("Wall"));
+    std::filesystem::remove_all(folder / "out/C.kdzx");
+    addPlan("D.xml", planNamed("Door"));
+    MSPDIMigration dry(services, options, plans);
+    ASSERT_EQ(dry.readRecords(), std::nullopt);
+    EXPECT_EQ(dry.plans().fresh, 1U);
+    EXPECT_EQ(dry.plans().changed, 2U);
+    EXPECT_EQ(dry.plans().failed, 1U);
+    EXPECT_EQ(dry.plans().done, 0U);
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A-1.kdzx", "B.xml imported B.kdzx", "C.xml imported C.kdzx",
+                                       "D.xml imported D.kdzx"));
+    EXPECT_THAT(folder.contents("out/A.kdzx/Actual.xml"), HasSubstr("<title>Paint</title>"))
+        << "nothing is overwritten";
+    EXPECT_EQ(missing, 0U);
+}
+
+TEST_F(MigrationTest, takesOnlyWhatFailedWhereThatIsWanted) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", refusedPlan);
+    migrate();
+    folder.addFile("in/A.xml", planNamed("Paint it"));
+    addPlan("D.xml", planNamed("Door"));
+    options.isOnlyFailed = true;
+    options.each.mending = MSPDIMending::OfRefused;
+    MSPDIMigration dry(services, options, plans);
+    ASSERT_EQ(dry.readRecords(), std::nullopt);
+    EXPECT_EQ(dry.plans().leftOut, 2U);
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx", "B.xml imported B.kdzx"));
+    EXPECT_EQ(missing, 2U) << "one has changed, one is new";
+}
+
+TEST_F(MigrationTest, givesEachPlanOfTheSameNameADocumentOfItsOwn) {
+    for (int number = 0; number < 20; ++number) {
+        addPlan(std::to_string(number) + "/P.xml", planNamed("Paint"));
+    }
+    folder.addFile("out/P.kdzx/old.txt", "old");
+    migrate();
+    EXPECT_EQ(missing, 0U);
+    for (int number = 1; number <= 20; ++number) {
+        EXPECT_NE(folder.contents("out/P-" + std::to_string(number) + ".kdzx/__TOC.xml"), "(no file)") << number;
+    }
+    EXPECT_EQ(folder.listing("out/P.kdzx"), "old.txt ");
+}
+
+TEST_F(MigrationTest, endsAPlanThatTakesTooLongAndGoesOn) {
+    ASSERT_EQ(::mkfifo((folder.addFolder("in") + "/Slow.xml").c_str(), 0600), 0);
+    const int held = ::open((folder / "in/Slow.xml").c_str(), O_RDWR);  // its reader waits for bytes
+    plans.push_back({folder / "in/Slow.xml", options.outputFolder});
+    for (const auto* name : {"A.xml", "B.xml", "C.xml"}) {
+        addPlan(name, planNamed("Paint"));
+    }
+    options.processes = 1;
+    options.bounds.time = std::chrono::milliseconds(1000);
+    EXPECT_THAT(migrate(), ElementsAre("Slow.xml failed ", "A.xml imported A.kdzx", "B.xml imported B.kdzx",
+                                       "C.xml imported C.kdzx"));
+    EXPECT_EQ(reasons[0], "it took longer than 1 s, and was ended");
+    ::close(held);
+}
+
+TEST_F(MigrationTest, findsWhatADeadRunHasMade) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", planNamed("Roof"));
+    const auto work = folder.addFolder("out/.mspdi-migrate/run");
+    MSPDIMigrationJob job(services, options.each, work);
+    EXPECT_TRUE(job.migrate(plans[0], 7).isImported()) << "it was killed before its record was kept";
+    EXPECT_EQ(folder.listing("out"), ".mspdi-migrate A.kdzx ");
+    // And one that was killed before the document appeared.
+    EXPECT_TRUE(job.migrate(plans[1], 8).isImported());
+    std::filesystem::rename(folder / "out/B.kdzx", work + "/8/B.kdzx");
+    folder.addFile("out/.mspdi-migrate/run/9/.MSPDIImport-half/Actual.xml", "half");
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx", "B.xml imported B.kdzx"));
+    EXPECT_EQ(imported, 1U);
+    EXPECT_EQ(folder.listing("out"), ".mspdi-migrate A.kdzx B.kdzx ");
+    EXPECT_EQ(folder.listing("out/.mspdi-migrate/run"), "");
+}
+
+TEST_F(MigrationTest, takesTheJournalAsFarAsItIsWhole) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", planNamed("Roof"));
+    migrate();
+    const auto journal = folder.contents("out/.mspdi-migrate/journal");
+    folder.addFile("out/.mspdi-migrate/journal", journal.substr(0, journal.size() - 4));
+    EXPECT_THAT(migrate(), ElementsAre(StartsWith("A.xml imported A"), StartsWith("B.xml imported B")));
+    EXPECT_EQ(imported, 1U) << "the record that was cut off";
+    EXPECT_EQ(migrate().size(), 2U);
+    EXPECT_EQ(imported, 0U);
+}
+
+TEST_F(MigrationTest, waitsForAnotherRun) {
+    addPlan("A.xml", planNamed("Paint"));
+    folder.addFolder("out/.mspdi-migrate");
+    auto other = std::make_unique<MSPCRunLock>(folder / "out/.mspdi-migrate/lock");
+    ASSERT_TRUE(other->tryToTake());
+    other->sign();
+    MSPDIMigration migration(services, options, plans);
+    std::string holder;
+    EXPECT_EQ(migration.takeLock([&](const auto& text) {
+        holder = text;
+        other.reset();
+    }),
+              std::nullopt);
+    EXPECT_THAT(holder, StartsWith("process " + std::to_string(::getpid()) + " on "));
+}
+
+TEST_F(MigrationTest, saysWhyItCannotKeepRecords) {
+    addPlan("A.xml", planNamed("Paint"));
+    folder.addFile("out", "a file");
+    MSPDIMigration migration(services, options, plans);
+    EXPECT_THAT(migration.takeLock([](const auto&) {}).value_or(""), HasSubstr("Not a directory"));
+}
