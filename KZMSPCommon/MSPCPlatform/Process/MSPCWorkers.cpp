@@ -78,6 +78,15 @@ void takeUpSignals() {
     }
 }
 
+void boundMemory([[maybe_unused]] std::size_t bytes) {
+#if !defined(__SANITIZE_ADDRESS__)  // which reserves more from the start than any machine has
+    if (bytes > 0) {
+        const rlimit limit{bytes, bytes};
+        ::setrlimit(RLIMIT_DATA, &limit);
+    }
+#endif
+}
+
 }  // namespace
 
 MSPCWorkers::MSPCWorkers(std::size_t count, MSPCWorkerBounds bounds, Work work)
@@ -141,10 +150,7 @@ int MSPCWorkers::start(Worker& worker) {
 
 // Never comes back, so that nothing of the parent is undone here.
 void MSPCWorkers::workInChild(int jobs, int results) {
-    if (_bounds.memory > 0) {
-        const rlimit limit{_bounds.memory, _bounds.memory};
-        ::setrlimit(RLIMIT_DATA, &limit);
-    }
+    boundMemory(_bounds.memory);
     const MSPCFileDescriptor answers(results);
     try {
         std::string received;
