@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "MSPDIAside.h"
+#include "MSPDITakenOut.h"
 
 namespace {
 
@@ -46,9 +46,9 @@ std::vector<MSPCXMLNode> alikeBeside(const MSPCXMLNode& leaf) {
 
 // What the mapping fails with without some leaves.
 std::optional<MSPDIMappingFailure> failureWithout(const std::vector<MSPCXMLNode>& leaves, const MSPDITrial& trial) {
-    MSPDIAside aside;
+    MSPDITakenOut takenOut;
     for (const auto& leaf : leaves) {
-        aside.take(leaf);
+        takenOut.take(leaf);
     }
     return trial();
 }

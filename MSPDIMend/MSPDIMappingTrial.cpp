@@ -140,7 +140,7 @@ bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, cons
         failure = trial();
     }
     const bool isMended = mendAtOnce(std::move(failure), trial, owners, subject);
-    _aside.reset();
+    _takenOut.reset();
     return isMended;
 }
 
@@ -151,9 +151,9 @@ bool MSPDIMappingTrial::mendPieceByPiece(const std::vector<MSPCXMLNode>& owners,
     for (const auto& owner : owners) {
         collectPieces(owner, pieces);
     }
-    MSPDIAside aside;
+    MSPDITakenOut takenOut;
     for (const auto& piece : pieces) {
-        aside.take(piece);
+        takenOut.take(piece);
     }
     // What fails without any of them is not theirs.
     if (!pieces.empty() && !mendAtOnce(
@@ -161,10 +161,10 @@ bool MSPDIMappingTrial::mendPieceByPiece(const std::vector<MSPCXMLNode>& owners,
         return false;
     }
     for (std::size_t number = 0; number < pieces.size(); ++number) {
-        aside.showing(number, [&](const MSPCXMLNode& piece) {
+        takenOut.showing(number, [&](const MSPCXMLNode& piece) {
             mendAtOnce(
                 trial(), trial, [&](const auto&) { return std::vector{piece}; }, subject);
-            _aside.reset();
+            _takenOut.reset();
         });
     }
     return !pieces.empty();
@@ -233,17 +233,17 @@ bool MSPDIMappingTrial::takeOut(MSPCXMLNode leaf, const std::function<std::strin
     _patient.note(unreadableValue,
                   [&] { return placeOf(fmt::format("{}, Baseline {}", subject(), _context.baselineNumber()), leaf); });
     _condemned.emplace_back(baseline, std::string(leaf.name()));
-    if (!_aside) {
-        _aside.emplace();
+    if (!_takenOut) {
+        _takenOut.emplace();
     }
-    _aside->take(leaf);
+    _takenOut->take(leaf);
     return true;
 }
 
 bool MSPDIMappingTrial::mapProject() {
     const auto project = _patient.project();
     // Only the project itself is mapped.
-    const MSPDIAside lists(project, {"Tasks", "Resources", "Assignments"});
+    const MSPDITakenOut lists(project, {"Tasks", "Resources", "Assignments"});
     const auto trial = [&] {
         return failureOf([&] {
             _context.calendarSchedules().clear();
@@ -351,7 +351,7 @@ bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts) {
     bool hasPieces = false;
     const auto trial = [&] {
         // A failure names the task and the resource of the assignment, which it would look for among all of them.
-        const MSPDIAside lists(_patient.project(), {"Tasks", "Resources"});
+        const MSPDITakenOut lists(_patient.project(), {"Tasks", "Resources"});
         return failureOf([&] {
             const MSPCFields fields(task);
             MSPITimephasedDataMapper mapper(_context);
@@ -359,7 +359,7 @@ bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts) {
         });
     };
     const auto owners = [&](const MSPDIMappingFailure& failure) {
-        // Without a word of why, one record less would only hide that they do not fit together.
+        // Where the failure tells no reason, one record less would only hide that they do not fit together.
         return failure.reason.empty() && failure.subject.empty() ? std::vector<MSPCXMLNode>()
                                                                  : assignmentsOf(facts.uid);
     };

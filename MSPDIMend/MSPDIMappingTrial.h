@@ -12,9 +12,9 @@
 
 #include "MSPCServices.h"
 #include "MSPCUID.h"
-#include "MSPDIAside.h"
 #include "MSPDICulprit.h"
 #include "MSPDIPatient.h"
+#include "MSPDITakenOut.h"
 #include "MSPIMappingContext.h"
 #include "MSPITaskTree.h"
 #include "MSPIUserDataMapper.h"
@@ -79,7 +79,7 @@ private:
     std::unique_ptr<MSPITaskTree> _tree;
     std::map<std::string, std::vector<MSPCXMLNode>> _definitions;  // of custom fields, by FieldID, when asked for
     std::set<MSPCTaskUID> _withoutPieces;                          // UIDs of tasks whose timephased data were taken out
-    // What shows a value of a baseline and is set aside until the mapping of its owner is through.
-    std::optional<MSPDIAside> _aside;
+    // What shows a value of a baseline and is out of the tree until the mapping of its owner is through.
+    std::optional<MSPDITakenOut> _takenOut;
     std::vector<std::pair<MSPCXMLNode, std::string>> _condemned;
 };

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Whether all that one selection names is kept by another, and nothing set aside.
+// Whether all that one selection names is kept by another, and nothing deferred.
 void expectKept(const MSPCXMLSelection& wanted, const MSPCXMLSelection& kept, const std::string& path) {
     EXPECT_FALSE(kept.defersChildren()) << path;
     EXPECT_TRUE(kept.isWhole() || !wanted.isWhole()) << path;

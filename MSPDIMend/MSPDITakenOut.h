@@ -8,14 +8,14 @@
 #include "MSPCXMLNode.h"
 
 // Elements that are out of the tree as long as this object lives, and come back where they were.
-class MSPDIAside {
+class MSPDITakenOut {
 public:
-    MSPDIAside() = default;
+    MSPDITakenOut() = default;
     // The children of those names.
-    MSPDIAside(MSPCXMLNode parent, std::initializer_list<std::string_view> names);
-    ~MSPDIAside();
-    MSPDIAside(const MSPDIAside&) = delete;
-    MSPDIAside& operator=(const MSPDIAside&) = delete;
+    MSPDITakenOut(MSPCXMLNode parent, std::initializer_list<std::string_view> names);
+    ~MSPDITakenOut();
+    MSPDITakenOut(const MSPDITakenOut&) = delete;
+    MSPDITakenOut& operator=(const MSPDITakenOut&) = delete;
 
     void take(MSPCXMLNode element);
     // The elements, in the order in which they were taken.
