@@ -245,3 +245,8 @@ TEST_F(MendTest, mendsAPlanThatBeginsWithItsRoot) {
     const auto bare = plan.substr(plan.find("<Project"));
     expectMended(bare, with(bare, "<Summary>0<", "<Summary>1<"), "root-task 1");
 }
+
+TEST_F(MendTest, givesNoUIDTwiceWhereSomeAreVeryHigh) {
+    const auto high = task(1'999'999'999, 1) + task(2'000'000'000, 1);
+    expectMended(planOf(tasks(high + task(-1, 1))), planOf(tasks(high + task(2'000'000'001, 1))), "missing-uid 1");
+}
