@@ -229,8 +229,8 @@ MSPDIJudgement linkPredecessor(const MSPDILeaf& leaf) {
         case Link::Carried:
             return MSPDIFate::Carried;
         case Link::InSomeScenario:
-            return MSPDIFate::Shaping;
-        case Link::LeadsNowhere:  // to an empty row or the project's summary task
+            return {MSPDIFate::Shaping, "dropped-link"};  // of the plan itself it is gone, whatever a baseline keeps
+        case Link::LeadsNowhere:                          // to an empty row or the project's summary task
             return {MSPDIFate::Changed, "dropped-link"};
         default:
             return {MSPDIFate::Lost, "dropped-link"};
