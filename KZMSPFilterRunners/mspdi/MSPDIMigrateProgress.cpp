@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <utility>
 
 #include "MSPDIRun.h"
@@ -14,7 +15,7 @@ using std::chrono::milliseconds;
 std::string timeLeft(double seconds) {
     constexpr int minute = 60;
     constexpr int hour = 60 * minute;
-    const auto whole = static_cast<std::int64_t>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     if (whole >= hour) {
         return fmt::format("{} h {} min", whole / hour, whole % hour / minute);
     }
