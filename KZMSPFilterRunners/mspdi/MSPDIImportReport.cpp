@@ -193,7 +193,7 @@ void MSPDIImportReport::finish() {
 std::string MSPDIShellWord(const std::string& text) {
     constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_./-+,:@%=";
     // What begins with a dash would be taken for an option.
-    const auto word = text.starts_with('-') ? "./" + text : text;
+    auto word = text.starts_with('-') ? "./" + text : text;
     if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) {
         return word;
     }
