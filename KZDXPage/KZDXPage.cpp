@@ -1,6 +1,7 @@
 #include "KZDXPage.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "KZDXPageData.h"
 #include "KZDXPageMarkup.h"

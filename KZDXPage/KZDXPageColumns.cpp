@@ -1,6 +1,7 @@
 #include "KZDXPageColumns.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace {
 

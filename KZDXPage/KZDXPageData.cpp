@@ -1,5 +1,7 @@
 #include "KZDXPageData.h"
 
+#include <nlohmann/json.hpp>
+
 #include "KZDXPageResources.h"
 #include "KZDXXMLFile.h"
 #include "MSPDIAccount.h"

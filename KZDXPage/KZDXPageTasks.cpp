@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <nlohmann/json.hpp>
 
 #include "KZDXXMLFile.h"
 

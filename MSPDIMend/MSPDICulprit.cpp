@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "MSPDITakenOut.h"
+
 namespace {
 
 // Trying costs as much as mapping; elements with more leaves than that are no task's, nor an assignment's.
@@ -25,24 +27,61 @@ void collectLeaves(const MSPCXMLNode& element, std::vector<MSPCXMLNode>& leaves)
 // Failures show the node, or its text in quotes or at their end.
 bool isQuoted(const MSPCXMLNode& leaf, const std::string& reason) {
     const auto text = leaf.stringValue();
-    return reason.find(leaf.markup()) != std::string::npos || reason.ends_with(": " + text) ||
+    // Writing the node takes longer than looking for its name first.
+    const bool mayBeShown = reason.find(leaf.name()) != std::string::npos;
+    return (mayBeShown && reason.find(leaf.markup()) != std::string::npos) || reason.ends_with(": " + text) ||
            reason.find(fmt::format("'{}'", text)) != std::string::npos;
 }
 
-// What the mapping fails with without a leaf.
-std::optional<MSPDIMappingFailure> failureWithout(MSPCXMLNode leaf, const MSPDITrial& trial) {
-    auto parent = leaf.parent();
-    const auto before = leaf.previousSibling();
-    auto removed = leaf.detach();
-    auto rest = trial();
-    parent.insertChildAfter(std::move(removed), before);
-    return rest;
+// A leaf with those of its siblings that have its name and its text.
+std::vector<MSPCXMLNode> alikeBeside(const MSPCXMLNode& leaf) {
+    std::vector<MSPCXMLNode> alike;
+    for (const auto& sibling : leaf.parent().childElements(leaf.name())) {
+        if (sibling == leaf || sibling.stringValue() == leaf.stringValue()) {
+            alike.push_back(sibling);
+        }
+    }
+    return alike;
+}
+
+// What the mapping fails with without some leaves.
+std::optional<MSPDIMappingFailure> failureWithout(const std::vector<MSPCXMLNode>& leaves, const MSPDITrial& trial) {
+    MSPDITakenOut takenOut;
+    for (const auto& leaf : leaves) {
+        takenOut.take(leaf);
+    }
+    return trial();
+}
+
+bool isOther(const std::optional<MSPDIMappingFailure>& rest, const MSPDIMappingFailure& failure) {
+    return !rest || rest->reason != failure.reason || rest->subject != failure.subject;
+}
+
+// Values of one text fail alike, so that none of them seems to be to blame alone: as many of them as it takes.
+MSPDICulprit culpritsTogether(std::vector<MSPCXMLNode> suspects, const MSPDIMappingFailure& failure,
+                              const MSPDITrial& trial) {
+    auto rest = failureWithout(suspects, trial);
+    if (suspects.size() < 2 || !isOther(rest, failure)) {
+        return {};
+    }
+    for (std::size_t index = 0; index < suspects.size();) {
+        auto fewer = suspects;
+        fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(index));
+        auto restOfFewer = failureWithout(fewer, trial);
+        if (isOther(restOfFewer, failure)) {
+            suspects = std::move(fewer);
+            rest = std::move(restOfFewer);
+        } else {
+            ++index;
+        }
+    }
+    return {std::move(suspects), std::move(rest)};
 }
 
 }  // namespace
 
-MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MSPDIMappingFailure& failure,
-                              const MSPDITrial& trial, const std::function<bool(const std::string&)>& isUnreadable) {
+MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MSPDIMappingFailure& failure,
+                               const MSPDITrial& trial, const std::function<bool(const std::string&)>& isUnreadable) {
     std::vector<MSPCXMLNode> leaves;
     for (const auto& element : elements) {
         collectLeaves(element, leaves);
@@ -53,17 +92,27 @@ MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MS
     };
     const auto others = std::stable_partition(leaves.begin(), leaves.end(), isSuspect);
     for (auto leaf = leaves.begin(); leaf != others; ++leaf) {
-        const auto rest = failureWithout(*leaf, trial);
-        if (!rest || rest->reason != failure.reason || rest->subject != failure.subject) {
-            return *leaf;
+        auto alike = alikeBeside(*leaf);
+        auto rest = failureWithout(alike, trial);
+        if (isOther(rest, failure)) {
+            return {std::move(alike), std::move(rest)};
         }
     }
+    if (const auto count = others - leaves.begin(); count > 1 && count <= static_cast<std::ptrdiff_t>(mostTries)) {
+        auto together = culpritsTogether({leaves.begin(), others}, failure, trial);
+        if (!together.leaves.empty()) {
+            return together;
+        }
+    }
+    // A value that says nothing is missed the least.
+    std::stable_partition(others, leaves.end(), [](const auto& leaf) { return leaf.stringValue().empty(); });
     const auto mostOthers = static_cast<std::ptrdiff_t>(mostTries);
     const auto end = others + std::min(mostOthers, leaves.end() - others);
-    const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout(leaf, trial); });
+    const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout({leaf}, trial); });
     if (helping != end) {
-        return *helping;
+        return {{*helping}, std::nullopt};
     }
     // Several of them together stand in the way.
-    return failure.reason.empty() && others != leaves.begin() ? leaves.front() : MSPCXMLNode();
+    const bool isOfDates = failure.reason.empty() && others != leaves.begin();
+    return isOfDates ? MSPDICulprit{{leaves.front()}, failure} : MSPDICulprit{};
 }

@@ -16,10 +16,17 @@ struct MSPDIMappingFailure {
 // What a mapping that is tried fails with; none when it succeeds.
 using MSPDITrial = std::function<std::optional<MSPDIMappingFailure>()>;
 
+// The leaf that is to blame, none where no single one is, with those beside it that say the same: of several the last
+// one counts. And what the mapping fails with when they are gone.
+struct MSPDICulprit {
+    std::vector<MSPCXMLNode> leaves;
+    std::optional<MSPDIMappingFailure> rest;
+};
+
 // Finds the value that a mapping stumbles over. A leaf of these elements that the failure quotes is to blame when the
 // failure is gone without it, or is about something else; any other one only when it is gone. Of a failure that says
 // nothing those that `isUnreadable` are taken for quoted. A UID is never to blame. The elements are
-// as before. Empty when no single leaf is to blame.
-[[nodiscard]] MSPCXMLNode MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements,
-                                            const MSPDIMappingFailure& failure, const MSPDITrial& trial,
-                                            const std::function<bool(const std::string&)>& isUnreadable);
+// as before.
+[[nodiscard]] MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements,
+                                             const MSPDIMappingFailure& failure, const MSPDITrial& trial,
+                                             const std::function<bool(const std::string&)>& isUnreadable);

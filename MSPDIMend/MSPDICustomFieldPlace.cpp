@@ -29,23 +29,8 @@ constexpr std::string_view fieldsBehind[] = {
 // What planning programs write before the list of definitions.
 constexpr std::string_view listsBehind[] = {"Calendars", "Tasks", "Resources", "Assignments"};
 
-MSPCXMLNode lastChildBefore(const MSPCXMLNode& parent, std::span<const std::string_view> namesBehind) {
-    MSPCXMLNode last;
-    for (const auto& [name, child] : parent.childElements()) {
-        if (std::find(namesBehind.begin(), namesBehind.end(), name) != namesBehind.end()) {
-            break;
-        }
-        last = child;
-    }
-    return last;
-}
-
 std::string childMarkup(std::string_view name, std::string_view text) {
     return fmt::format("<{0}>{1}</{0}>", name, MSPDIEscapedText(text));
-}
-
-void appendText(MSPCXMLNode parent, std::string_view name, std::string_view text) {
-    parent.appendElement(name, text);
 }
 
 void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view fieldName, std::string_view alias) {
@@ -53,15 +38,11 @@ void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view 
                          childMarkup("Alias", alias) + childMarkup("CFType", "7");
     const auto markup = "<ExtendedAttribute>" + content + "</ExtendedAttribute>";
     const auto project = patient.project();
-    auto definitions = project.firstChildElement("ExtendedAttributes");
-    if (!definitions) {
-        definitions = patient.insertAfter(project, lastChildBefore(project, listsBehind), "ExtendedAttributes",
-                                          "<ExtendedAttributes></ExtendedAttributes>");
-    }
-    auto definition = patient.append(definitions, "ExtendedAttribute", markup);
-    appendText(definition, "FieldID", fieldID);
-    appendText(definition, "FieldName", fieldName);
-    appendText(definition, "Alias", alias);
+    const auto definitions = project.firstChildElement("ExtendedAttributes");
+    patient.append(definitions
+                       ? definitions
+                       : patient.insertBefore(project, listsBehind, "<ExtendedAttributes></ExtendedAttributes>"),
+                   markup);
 }
 
 }  // namespace
@@ -69,12 +50,16 @@ void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view 
 void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_view fieldID,
                         const std::optional<std::string>& value) {
     const auto content = childMarkup("FieldID", fieldID) + (value ? childMarkup("Value", *value) : std::string());
-    const auto before = owner.lastChildElement("ExtendedAttribute").element;
-    auto field = patient.insertAfter(owner, before ? before : lastChildBefore(owner, fieldsBehind), "ExtendedAttribute",
-                                     "<ExtendedAttribute>" + content + "</ExtendedAttribute>");
-    appendText(field, "FieldID", fieldID);
-    if (value) {
-        appendText(field, "Value", *value);
+    const auto markup = "<ExtendedAttribute>" + content + "</ExtendedAttribute>";
+    // Few things stand behind the last one, many fields before it.
+    auto last = owner.lastChild();
+    while (last && last.name() != "ExtendedAttribute") {
+        last = last.previousSibling();
+    }
+    if (last) {
+        patient.insertBehind(last, markup);
+    } else {
+        patient.insertBefore(owner, fieldsBehind, markup);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "MSPDIEdits.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 std::size_t MSPDIEdits::replace(std::size_t begin, std::size_t end, std::string text) {
@@ -23,7 +24,8 @@ std::string MSPDIEdits::appliedTo(std::string_view text) const {
         return isInsertion != (b->begin == b->end) ? isInsertion : b->end < a->end;
     });
     std::string result;
-    result.reserve(text.size());
+    result.reserve(std::accumulate(_edits.begin(), _edits.end(), text.size(),
+                                   [](std::size_t size, const auto& edit) { return size + edit.text.size(); }));
     std::size_t copied = 0;
     for (const auto* edit : inOrder) {
         if (edit->begin < copied) {

@@ -13,7 +13,11 @@ public:
     std::size_t replace(std::size_t begin, std::size_t end, std::string text);
     // Gives an edit another text.
     void setText(std::size_t edit, std::string text) { _edits[edit].text = std::move(text); }
-    [[nodiscard]] const std::string& textOf(std::size_t edit) const { return _edits[edit].text; }
+    // Puts a text into that of an edit, so many bytes before its end.
+    void insertBeforeEnd(std::size_t edit, std::size_t bytes, std::string_view text) {
+        auto& all = _edits[edit].text;
+        all.insert(all.size() - bytes, text);
+    }
     [[nodiscard]] bool isEmpty() const { return _edits.empty(); }
 
     // The text with all changes made. What is replaced as a whole takes with it what was changed within.

@@ -23,16 +23,6 @@ constexpr std::string_view unreadableValue = "unreadable-value";
 constexpr std::string_view splitRollUp = "split-roll-up";
 constexpr std::string_view splitPieces = "split-pieces";
 
-template <typename Map>
-std::optional<MSPDIMappingFailure> failureOf(const Map& map) {
-    try {
-        map();
-    } catch (const MSPCException& exception) {
-        return MSPDIMappingFailure{exception.reason(), exception.userInfo()};
-    }
-    return std::nullopt;
-}
-
 // What is beyond all measure is no single value's fault.
 bool isBound(const MSPDIMappingFailure& failure) {
     return failure.reason.starts_with("Too much") || failure.reason.starts_with("Too many");
@@ -42,29 +32,52 @@ std::string placeOf(const std::string& subject, const MSPCXMLNode& leaf) {
     return fmt::format("{}: {} '{}'", subject, leaf.name(), leaf.stringValue());
 }
 
-// Takes the project's long lists out of the tree for a while, so that only the project itself is mapped.
-class BareProject {
-public:
-    explicit BareProject(MSPCXMLNode project) : _project(project) {
-        for (const auto* name : {"Tasks", "Resources", "Assignments"}) {
-            for (auto list = project.firstChildElement(name); list; list = project.firstChildElement(name)) {
-                const auto before = list.previousSibling();
-                _lists.emplace_back(before, list.detach());
-            }
-        }
-    }
-    ~BareProject() {
-        for (auto list = _lists.rbegin(); list != _lists.rend(); ++list) {
-            _project.insertChildAfter(std::move(list->second), list->first);
-        }
-    }
-    BareProject(const BareProject&) = delete;
-    BareProject& operator=(const BareProject&) = delete;
+// The calendar that a resource names; empty where it names none.
+MSPCXMLNode calendarOf(const MSPCXMLNode& resource, MSPIProjectIndex& index) {
+    const auto uid = MSPDIIntegerIn(resource, "CalendarUID");
+    return uid ? index.calendarsByUID().singleNodeWithKey(MSPCCalendarUID{*uid}) : MSPCXMLNode();
+}
 
-private:
-    MSPCXMLNode _project;
-    std::vector<std::pair<MSPCXMLNode, MSPCXMLNewElement>> _lists;
-};
+// What tells of a leaf by the failure, else by the element that is mapped.
+auto subjectOf(std::string_view kind, const MSPCXMLNode& element) {
+    return [kind, element](const MSPCXMLNode&, const MSPDIMappingFailure& failure) {
+        return failure.subject.empty() ? MSPISubjectOf(kind, element) : failure.subject;
+    };
+}
+
+std::string subjectOfAssignments(const MSPCXMLNode& leaf, const MSPDIMappingFailure& /*failure*/) {
+    auto assignment = leaf.parent();
+    while (assignment && assignment.name() != "Assignment") {
+        assignment = assignment.parent();
+    }
+    return MSPISubjectOfAssignment(assignment);
+}
+
+bool holdsElements(const MSPCXMLNode& element) {
+    auto child = element.firstChild();
+    while (child && !child.isElement()) {
+        child = child.nextSibling();
+    }
+    return static_cast<bool>(child);
+}
+
+// Elements that hold others, where they are many below one parent.
+void collectPieces(const MSPCXMLNode& parent, std::vector<MSPCXMLNode>& pieces) {
+    constexpr std::size_t few = 50;
+    std::vector<MSPCXMLNode> found;
+    for (const auto& [name, child] : parent.childElements()) {
+        if (holdsElements(child) && name != "Baseline") {
+            found.push_back(child);
+        }
+    }
+    if (found.size() > few) {
+        pieces.insert(pieces.end(), found.begin(), found.end());
+        return;
+    }
+    for (const auto& child : found) {
+        collectPieces(child, pieces);
+    }
+}
 
 }  // namespace
 
@@ -96,65 +109,141 @@ void MSPDIMappingTrial::run() {
         return;
     }
     for (const auto& assignment : _patient.items("Assignments", "Assignment")) {
-        readAssignment(assignment);
+        readUID(assignment, "TaskUID");
     }
     _tree = std::make_unique<MSPITaskTree>(tasks.size(), _context.isSavedBy2007OrLater());
-    _pool = std::make_unique<MSPIAssignmentPool>(_context.index().assignmentKeys());
     for (const auto& task : tasks) {
         mapTask(task);
     }
 }
 
+// Each trial finds everything as an import does.
+template <typename Map>
+std::optional<MSPDIMappingFailure> MSPDIMappingTrial::failureOf(const Map& map) {
+    _context.growthBounds() = MSPIGrowthBounds();
+    _context.assignmentLooks() = MSPIAssignmentLooks();
+    _context.stretchCache() = MSPIStretchCache();
+    try {
+        map();
+    } catch (const MSPCException& exception) {
+        return MSPDIMappingFailure{exception.reason(), exception.userInfo()};
+    }
+    return std::nullopt;
+}
+
 bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, const Subject& subject) {
     auto failure = trial();
-    while (failure && !isBound(*failure)) {
-        const auto isUnreadable = [this](const std::string& text) {
-            const auto of = failureOf([&] { static_cast<void>(_context.conversions().mspdiToMppDateTime(text)); });
-            return of && of->reason.empty();
-        };
-        // What a definition says is read when the first value of its field is.
-        const bool isOfDefinition = failure->reason.find("<CFType>") != std::string::npos;
-        const auto suspects =
-            isOfDefinition ? _patient.items("ExtendedAttributes", "ExtendedAttribute") : owners(*failure);
-        const auto culprit = MSPDICulpritAmong(suspects, *failure, trial, isUnreadable);
-        if (!culprit || !takeOut(culprit, failure->subject.empty() ? subject() : failure->subject)) {
-            break;
-        }
+    if (!failure) {
+        return true;
+    }
+    if (!isBound(*failure) && mendPieceByPiece(owners(*failure), trial, subject)) {
         failure = trial();
     }
-    for (; !_aside.empty(); _aside.pop_back()) {
-        auto& [parent, before, leaf] = _aside.back();
-        parent.insertChildAfter(std::move(leaf), before);
+    const bool isMended = mendAtOnce(std::move(failure), trial, owners, subject);
+    _takenOut.reset();
+    return isMended;
+}
+
+// Where an object has thousands of pieces, trying all of them for each that is to blame would take the square of that.
+bool MSPDIMappingTrial::mendPieceByPiece(const std::vector<MSPCXMLNode>& owners, const MSPDITrial& trial,
+                                         const Subject& subject) {
+    std::vector<MSPCXMLNode> pieces;
+    for (const auto& owner : owners) {
+        collectPieces(owner, pieces);
+    }
+    MSPDITakenOut takenOut;
+    for (const auto& piece : pieces) {
+        takenOut.take(piece);
+    }
+    // What fails without any of them is not theirs.
+    if (!pieces.empty() && !mendAtOnce(
+                               trial(), trial, [&](const auto&) { return owners; }, subject)) {
+        return false;
+    }
+    for (std::size_t number = 0; number < pieces.size(); ++number) {
+        takenOut.showing(number, [&](const MSPCXMLNode& piece) {
+            mendAtOnce(
+                trial(), trial, [&](const auto&) { return std::vector{piece}; }, subject);
+            _takenOut.reset();
+        });
+    }
+    return !pieces.empty();
+}
+
+bool MSPDIMappingTrial::mendAtOnce(std::optional<MSPDIMappingFailure> failure, const MSPDITrial& trial,
+                                   const Owners& owners, const Subject& subject) {
+    const auto isUnreadable = [this](const std::string& text) {
+        const auto of = failureOf([&] { static_cast<void>(_context.conversions().mspdiToMppDateTime(text)); });
+        return of && of->reason.empty();
+    };
+    while (failure && !isBound(*failure)) {
+        // What a definition says is read when the first value of its field is.
+        const bool isOfDefinition = failure->reason.find("<CFType>") != std::string::npos;
+        const auto suspects = isOfDefinition ? definitionsFor(owners(*failure)) : owners(*failure);
+        auto culprit = MSPDICulpritAmong(suspects, *failure, trial, isUnreadable);
+        const bool isTakenOut =
+            !culprit.leaves.empty() && std::all_of(culprit.leaves.begin(), culprit.leaves.end(), [&](const auto& leaf) {
+                return takeOut(leaf, [&] { return subject(leaf, *failure); });
+            });
+        if (!isTakenOut) {
+            break;
+        }
+        failure = std::move(culprit.rest);
     }
     return !failure;
 }
 
+// The definitions of the fields that some elements have, or are.
+std::vector<MSPCXMLNode> MSPDIMappingTrial::definitionsFor(const std::vector<MSPCXMLNode>& owners) {
+    if (_definitions.empty()) {
+        for (const auto& definition : _patient.items("ExtendedAttributes", "ExtendedAttribute")) {
+            _definitions[MSPDITextIn(definition, "FieldID").value_or("")].push_back(definition);
+        }
+    }
+    std::vector<MSPCXMLNode> found;
+    const auto addThoseOf = [&](const MSPCXMLNode& field) {
+        if (const auto of = _definitions.find(MSPDITextIn(field, "FieldID").value_or("")); of != _definitions.end()) {
+            found.insert(found.end(), of->second.begin(), of->second.end());
+        }
+    };
+    for (const auto& owner : owners) {
+        addThoseOf(owner);
+        for (const auto& field : owner.childElements("ExtendedAttribute")) {
+            addThoseOf(field);
+        }
+    }
+    return found;
+}
+
 // A leaf that shows a value of a baseline stays; the value is to go from the baseline.
-bool MSPDIMappingTrial::takeOut(MSPCXMLNode leaf, const std::string& subject) {
-    if (!_patient.allows(unreadableValue)) {
+bool MSPDIMappingTrial::takeOut(MSPCXMLNode leaf, const std::function<std::string()>& subject) {
+    if (!_patient.allows(unreadableValue) || !_patient.isChangeable(leaf)) {
         return false;
     }
-    const auto owner = leaf.parent();
     if (!_context.isBaselineScenario()) {
-        _patient.note(unreadableValue, placeOf(subject, leaf));
+        _patient.note(unreadableValue, [&] { return placeOf(subject(), leaf); });
         _patient.remove(leaf);
         return true;
     }
     const auto query = fmt::format("Baseline[Number={}]", _context.baselineNumber());
-    const auto baseline = singleObjectForXQuery(owner, query);
+    const auto baseline = singleObjectForXQuery(leaf.parent(), query);
     if (!baseline || !baseline.firstChildElement(leaf.name())) {
         return false;
     }
-    _patient.note(unreadableValue, placeOf(subject + fmt::format(", Baseline {}", _context.baselineNumber()), leaf));
+    _patient.note(unreadableValue,
+                  [&] { return placeOf(fmt::format("{}, Baseline {}", subject(), _context.baselineNumber()), leaf); });
     _condemned.emplace_back(baseline, std::string(leaf.name()));
-    const auto before = leaf.previousSibling();
-    _aside.push_back({owner, before, leaf.detach()});
+    if (!_takenOut) {
+        _takenOut.emplace();
+    }
+    _takenOut->take(leaf);
     return true;
 }
 
 bool MSPDIMappingTrial::mapProject() {
     const auto project = _patient.project();
-    const BareProject bare(project);
+    // Only the project itself is mapped.
+    const MSPDITakenOut lists(project, {"Tasks", "Resources", "Assignments"});
     const auto trial = [&] {
         return failureOf([&] {
             _context.calendarSchedules().clear();
@@ -162,6 +251,7 @@ bool MSPDIMappingTrial::mapProject() {
             _scenario = mapper.newScenarioFromMSPProject(project);
         });
     };
+    const auto calendar = MSPDITakenCalendar(_patient);
     const auto owners = [&](const MSPDIMappingFailure& failure) {
         std::vector<MSPCXMLNode> found;
         for (const auto& [name, child] : project.childElements()) {
@@ -169,14 +259,14 @@ bool MSPDIMappingTrial::mapProject() {
                 found.push_back(child);
             }
         }
-        for (const auto& calendar : _patient.items("Calendars", "Calendar")) {
-            if (failure.subject.starts_with(MSPISubjectOf("Calendar", calendar))) {
-                found.push_back(calendar);
-            }
+        if (failure.subject.starts_with(MSPISubjectOf("Calendar", calendar))) {
+            found.push_back(calendar);
         }
         return found;
     };
-    return mend(trial, owners, [] { return std::string("Project"); });
+    return mend(trial, owners, [](const auto&, const auto& failure) {
+        return failure.subject.empty() ? std::string("Project") : failure.subject;
+    });
 }
 
 void MSPDIMappingTrial::mapResource(const MSPCXMLNode& resource) {
@@ -197,22 +287,22 @@ void MSPDIMappingTrial::mapResource(const MSPCXMLNode& resource) {
         return failure;
     };
     const auto owners = [&](const MSPDIMappingFailure& failure) {
-        std::vector<MSPCXMLNode> found;
-        for (const auto& calendar : _patient.items("Calendars", "Calendar")) {
-            if (failure.subject.starts_with(MSPISubjectOf("Calendar", calendar))) {
-                found.push_back(calendar);
-            }
-        }
-        return found.empty() ? std::vector{resource} : found;
+        const auto calendar = calendarOf(resource, _context.index());
+        return std::vector{calendar && failure.subject.starts_with(MSPISubjectOf("Calendar", calendar)) ? calendar
+                                                                                                        : resource};
     };
-    mend(trial, owners, [&] { return MSPISubjectOf("Resource", resource); });
+    mend(trial, owners, subjectOf("Resource", resource));
 }
 
-void MSPDIMappingTrial::readAssignment(const MSPCXMLNode& assignment) {
-    const auto trial = [&] { return failureOf([&] { static_cast<void>(intValueForXQuery(assignment, "TaskUID")); }); };
+void MSPDIMappingTrial::readUID(const MSPCXMLNode& assignment, std::string_view name) {
+    const auto trial = [&] {
+        return failureOf([&] {
+            Error error;
+            static_cast<void>(intValueForXQuery(assignment, name, &error));
+        });
+    };
     mend(
-        trial, [&](const auto&) { return std::vector{assignment}; },
-        [&] { return MSPISubjectOfAssignment(assignment); });
+        trial, [&](const auto&) { return std::vector{assignment}; }, subjectOfAssignments);
 }
 
 MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task) {
@@ -233,23 +323,20 @@ MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task) {
 }
 
 void MSPDIMappingTrial::mapTask(const MSPCXMLNode& task) {
-    const auto subject = [&task] { return MSPISubjectOf("Task", task); };
     Mapped facts;
     const auto trial = [&] { return failureOf([&] { facts = mapped(task); }); };
     if (!mend(
-            trial, [&](const auto&) { return std::vector{task}; }, subject) ||
+            trial, [&](const auto&) { return std::vector{task}; }, subjectOf("Task", task)) ||
         facts.isNull || facts.uid == MSPCTaskUID{0}) {
         return;
     }
-    const bool hasPieces = splits(task, facts, subject);
+    const bool hasPieces = splits(task, facts);
     _tree->record(facts.id, {task, _groupType.node(), hasPieces ? MSPCXMLNode() : _groupType.node(), facts.level,
                              facts.isSummary});
     if (!facts.isSummary || hasPieces) {
-        const auto take = [&] {
-            return failureOf([&] { static_cast<void>(_pool->takeAssignmentsOfTask(facts.uid, true)); });
-        };
-        mend(
-            take, [&](const auto&) { return assignmentsOf(facts.uid); }, subject);
+        for (const auto& assignment : assignmentsOf(facts.uid)) {
+            readUID(assignment, "ResourceUID");
+        }
     }
     link(facts);
 }
@@ -260,9 +347,11 @@ std::vector<MSPCXMLNode> MSPDIMappingTrial::assignmentsOf(MSPCTaskUID taskUID) {
 }
 
 // Whether the task is split. Where its pieces cannot be made and no value is to blame, its timephased data are.
-bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts, const Subject& subject) {
+bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts) {
     bool hasPieces = false;
     const auto trial = [&] {
+        // A failure names the task and the resource of the assignment, which it would look for among all of them.
+        const MSPDITakenOut lists(_patient.project(), {"Tasks", "Resources"});
         return failureOf([&] {
             const MSPCFields fields(task);
             MSPITimephasedDataMapper mapper(_context);
@@ -270,19 +359,20 @@ bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts, con
         });
     };
     const auto owners = [&](const MSPDIMappingFailure& failure) {
-        // Without a word of why, one record less would only hide that they do not fit together.
+        // Where the failure tells no reason, one record less would only hide that they do not fit together.
         return failure.reason.empty() && failure.subject.empty() ? std::vector<MSPCXMLNode>()
                                                                  : assignmentsOf(facts.uid);
     };
-    if (_withoutPieces.contains(facts.uid)) {
+    const bool hasRecords = !_context.index().timephasedAssignmentsByTaskUID().nodesWithKey(facts.uid).empty();
+    if (!hasRecords || _withoutPieces.contains(facts.uid)) {
         return false;
     }
-    if (mend(trial, owners, subject)) {
+    if (mend(trial, owners, subjectOfAssignments)) {
         return hasPieces;
     }
     const auto failure = trial();
     if (failure && !isBound(*failure) && _patient.allows(splitPieces)) {
-        removeTimephasedData(facts.uid, splitPieces, subject());
+        removeTimephasedData(task, facts.uid, splitPieces);
     }
     return false;
 }
@@ -296,18 +386,21 @@ void MSPDIMappingTrial::link(const Mapped& facts) {
     const auto failure = failureOf([&] { static_cast<void>(_tree->groupOfParent(*parent)); });
     const MSPCTaskUID uid{MSPDIIntegerIn(parent->mspTask, "UID").value_or(0)};
     if (failure && _patient.allows(splitRollUp) && !_withoutPieces.contains(uid)) {
-        removeTimephasedData(uid, splitRollUp, MSPISubjectOf("Task", parent->mspTask));
+        removeTimephasedData(parent->mspTask, uid, splitRollUp);
     }
 }
 
 // Those that count in this scenario.
-void MSPDIMappingTrial::removeTimephasedData(MSPCTaskUID taskUID, std::string_view step, const std::string& subject) {
+void MSPDIMappingTrial::removeTimephasedData(const MSPCXMLNode& task, MSPCTaskUID taskUID, std::string_view step) {
     for (const auto& assignment : assignmentsOf(taskUID)) {
         for (const auto& record : assignment.childElements("TimephasedData")) {
             const auto type = MSPDIIntegerIn(record, "Type");
             if (!type || MSPIIsTimephasedTypeOfScenario(*type, _context.baselineNumber())) {
-                _patient.note(step, fmt::format("{}: {} to {}", subject, MSPDITextIn(record, "Start").value_or(""),
-                                                MSPDITextIn(record, "Finish").value_or("")));
+                _patient.note(step, [&] {
+                    return fmt::format("{}: {} to {}", MSPISubjectOf("Task", task),
+                                       MSPDITextIn(record, "Start").value_or(""),
+                                       MSPDITextIn(record, "Finish").value_or(""));
+                });
                 _patient.remove(record);
             }
         }

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -12,6 +14,7 @@
 #include "MSPCUID.h"
 #include "MSPDICulprit.h"
 #include "MSPDIPatient.h"
+#include "MSPDITakenOut.h"
 #include "MSPIMappingContext.h"
 #include "MSPITaskTree.h"
 #include "MSPIUserDataMapper.h"
@@ -40,22 +43,29 @@ private:
         bool isNull = false;
     };
 
-    // Finding out what something is called may mean to look through the whole plan.
-    using Subject = std::function<std::string()>;
+    // What a leaf belongs to, in words. Finding that out may mean to look through the whole plan.
+    using Subject = std::function<std::string(const MSPCXMLNode& leaf, const MSPDIMappingFailure& failure)>;
     using Owners = std::function<std::vector<MSPCXMLNode>(const MSPDIMappingFailure&)>;
 
     // Tries until it succeeds or nothing is found to blame; says whether it succeeded.
     bool mend(const MSPDITrial& trial, const Owners& owners, const Subject& subject);
-    bool takeOut(MSPCXMLNode leaf, const std::string& subject);
+    bool mendAtOnce(std::optional<MSPDIMappingFailure> failure, const MSPDITrial& trial, const Owners& owners,
+                    const Subject& subject);
+    // Whether there were pieces to look at.
+    bool mendPieceByPiece(const std::vector<MSPCXMLNode>& owners, const MSPDITrial& trial, const Subject& subject);
+    [[nodiscard]] std::vector<MSPCXMLNode> definitionsFor(const std::vector<MSPCXMLNode>& owners);
+    bool takeOut(MSPCXMLNode leaf, const std::function<std::string()>& subject);
+    template <typename Map>
+    [[nodiscard]] std::optional<MSPDIMappingFailure> failureOf(const Map& map);
 
     bool mapProject();
     void mapResource(const MSPCXMLNode& resource);
-    void readAssignment(const MSPCXMLNode& assignment);
+    void readUID(const MSPCXMLNode& assignment, std::string_view name);
     void mapTask(const MSPCXMLNode& task);
     [[nodiscard]] Mapped mapped(const MSPCXMLNode& task);
-    bool splits(const MSPCXMLNode& task, const Mapped& facts, const Subject& subject);
+    bool splits(const MSPCXMLNode& task, const Mapped& facts);
     void link(const Mapped& facts);
-    void removeTimephasedData(MSPCTaskUID taskUID, std::string_view step, const std::string& subject);
+    void removeTimephasedData(const MSPCXMLNode& task, MSPCTaskUID taskUID, std::string_view step);
     [[nodiscard]] std::vector<MSPCXMLNode> assignmentsOf(MSPCTaskUID taskUID);
 
     MSPDIPatient& _patient;
@@ -67,14 +77,9 @@ private:
     MSPCXMLNewElement _scenario;
     MSPCXMLNewElement _groupType;  // that of any group
     std::unique_ptr<MSPITaskTree> _tree;
-    std::unique_ptr<MSPIAssignmentPool> _pool;
-    std::set<MSPCTaskUID> _withoutPieces;  // UIDs of tasks whose timephased data were taken out
-    // What shows a value of a baseline and is set aside until the mapping of its owner is through.
-    struct Aside {
-        MSPCXMLNode parent;
-        MSPCXMLNode before;
-        MSPCXMLNewElement leaf;
-    };
-    std::vector<Aside> _aside;
+    std::map<std::string, std::vector<MSPCXMLNode>> _definitions;  // of custom fields, by FieldID, when asked for
+    std::set<MSPCTaskUID> _withoutPieces;                          // UIDs of tasks whose timephased data were taken out
+    // What shows a value of a baseline and is out of the tree until the mapping of its owner is through.
+    std::optional<MSPDITakenOut> _takenOut;
     std::vector<std::pair<MSPCXMLNode, std::string>> _condemned;
 };

@@ -53,6 +53,19 @@ MSPDIExtent MSPDIExtentOfElement(std::string_view bytes, std::size_t begin) {
     return extent;
 }
 
+std::vector<MSPDIChildMarkup> MSPDIChildrenIn(std::string_view bytes, const MSPDIExtent& parent) {
+    std::vector<MSPDIChildMarkup> children;
+    for (auto tag = bytes.find('<', parent.contentBegin); tag < parent.contentEnd;) {
+        auto end = MSPCXMLLexis::endOfSection(bytes, tag);
+        if (end == tag) {
+            end = MSPDIExtentOfElement(bytes, tag).end;
+            children.push_back({bytes.substr(tag + 1, MSPCXMLLexis::endOfName(bytes.substr(tag + 1))), tag, end});
+        }
+        tag = bytes.find('<', end);
+    }
+    return children;
+}
+
 std::string MSPDIEscapedText(std::string_view text) {
     std::string escaped;
     for (const char character : text) {

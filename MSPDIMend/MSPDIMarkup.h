@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Where an element stands in the bytes of a well-formed document.
 struct MSPDIExtent {
@@ -16,6 +17,16 @@ struct MSPDIExtent {
 // The extent of the element whose start tag begins at an offset. Where the document ends before the element does, so
 // does the extent.
 [[nodiscard]] MSPDIExtent MSPDIExtentOfElement(std::string_view bytes, std::size_t begin);
+
+// A child element: its name, where its start tag begins, and the place behind its end tag.
+struct MSPDIChildMarkup {
+    std::string_view name;
+    std::size_t begin;
+    std::size_t end;
+};
+
+// The child elements of an element, in order.
+[[nodiscard]] std::vector<MSPDIChildMarkup> MSPDIChildrenIn(std::string_view bytes, const MSPDIExtent& parent);
 
 // Behind the ">" of the tag that begins at an offset; attributes may hold others.
 [[nodiscard]] std::size_t MSPDIEndOfTag(std::string_view bytes, std::size_t begin);

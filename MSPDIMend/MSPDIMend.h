@@ -29,6 +29,10 @@ struct MSPDIMendOptions {
     std::vector<std::string> only;
     bool isAll = false;          // all steps, the improvements too
     std::size_t mostPlaces = 3;  // that are told of each step
+
+    // Whether a step may be done; and whether it is asked for, by its name or with all others.
+    [[nodiscard]] bool allows(std::string_view step) const { return only.empty() || isAskedFor(step); }
+    [[nodiscard]] bool isAskedFor(std::string_view step) const;
 };
 
 // What a step has done.
@@ -57,6 +61,7 @@ struct MSPDIMended {
     // markup that had to be repaired, or entities of its own.
     bool isConverted = false;
     bool isRepaired = false;
+    int imports = 0;  // that it took
 };
 
 // Mends a copy of a plan in memory: finds out why the importer refuses it, repairs just that, and imports the copy to

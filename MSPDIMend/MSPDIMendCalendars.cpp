@@ -5,6 +5,7 @@
 #include <map>
 
 #include "MSPCExtensions.h"
+#include "MSPDICalendarEdits.h"
 #include "MSPDIItemValues.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
@@ -14,6 +15,7 @@ namespace {
 
 constexpr std::string_view standardCalendar = "standard-calendar";
 constexpr std::string_view calendarOrder = "calendar-order";
+constexpr std::string_view projectCalendar = "project-calendar";
 constexpr std::string_view beforeName[] = {"UID", "GUID"};
 constexpr std::string_view beforeIsBase[] = {"UID", "GUID", "Name"};
 constexpr int dayCount = 7;
@@ -119,13 +121,8 @@ void putInStandardCalendar(MSPDIPatient& patient) {
     constexpr std::string_view listsBehind[] = {"Tasks", "Resources", "Assignments"};
     const auto project = patient.project();
     auto lines = linesOfStandardCalendar();
-    const auto calendars = project.firstChildElement("Calendars");
-    if (calendars && !calendars.childElements().empty()) {
-        patient.append(calendars, "Calendar", joined(lines, patient.indentationWithin(calendars)));
-        return;
-    }
-    if (calendars) {
-        patient.append(calendars, "Calendar", joined(lines, {}));
+    if (const auto calendars = project.firstChildElement("Calendars")) {
+        patient.append(calendars, joined(lines, patient.indentationWithin(calendars)));
         return;
     }
     for (auto& [depth, line] : lines) {
@@ -133,28 +130,20 @@ void putInStandardCalendar(MSPDIPatient& patient) {
     }
     lines.insert(lines.begin(), {0, "<Calendars>"});
     lines.emplace_back(0, "</Calendars>");
-    MSPCXMLNode before;
-    for (const auto& [name, child] : project.childElements()) {
-        if (std::find(std::begin(listsBehind), std::end(listsBehind), name) != std::end(listsBehind)) {
-            break;
-        }
-        before = child;
-    }
-    patient.insertAfter(project, before, "Calendars", joined(lines, patient.indentationWithin(project)));
+    patient.insertBefore(project, listsBehind, joined(lines, patient.indentationWithin(project)));
 }
 
-}  // namespace
-
 // The importer takes the calendar with UID 1, whosever it is.
-void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
+void giveProjectsCalendarItsPlace(MSPDIPatient& patient, std::string_view step) {
     const auto first = MSPDITakenCalendar(patient);
     const auto own = projectsCalendar(patient);
-    const bool isNeeded = first && own && first != own && (!isBase(first) || patient.isAskedFor(calendarOrder));
-    if (!isNeeded || !patient.allows(calendarOrder)) {
+    if (!first || !own || first == own) {
         return;
     }
-    patient.note(calendarOrder, fmt::format("{} exchanges its UID with {}", MSPISubjectOf("Calendar", own),
-                                            MSPISubjectOf("Calendar", first)));
+    patient.note(step, [&] {
+        return fmt::format("{} exchanges its UID with {}", MSPISubjectOf("Calendar", own),
+                           MSPISubjectOf("Calendar", first));
+    });
     const auto taken = calendarOf(patient, 1) ? MSPDITextIn(first, "UID").value_or("1") : std::string("1");
     const auto ownUID = MSPDITextIn(own, "UID");
     exchangeUIDs(patient, taken, ownUID.value_or(MSPDIFreeUIDs(patient.items("Calendars", "Calendar")).next()));
@@ -162,6 +151,23 @@ void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
         patient.setChild(own, "UID", taken, {});
     }
     makeBase(patient, own);
+}
+
+}  // namespace
+
+// A calendar that is no base calendar is a person's.
+void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
+    const auto first = MSPDITakenCalendar(patient);
+    if (first && !isBase(first) && patient.allows(calendarOrder)) {
+        giveProjectsCalendarItsPlace(patient, calendarOrder);
+    }
+}
+
+void MSPDIMendProjectCalendar(MSPDIPatient& patient) {
+    // Of its working times those until midnight would not arrive.
+    if (patient.isAskedFor(projectCalendar) && !MSPDIHasTimeUntilMidnight(projectsCalendar(patient))) {
+        giveProjectsCalendarItsPlace(patient, projectCalendar);
+    }
 }
 
 void MSPDIMendStandardCalendar(MSPDIPatient& patient) {
@@ -174,11 +180,11 @@ void MSPDIMendStandardCalendar(MSPDIPatient& patient) {
     }
     const auto calendar = taken ? taken : projectsCalendar(patient);
     if (!calendar) {
-        patient.note(standardCalendar, "a new calendar, Monday to Friday, 8 to 12 and 13 to 17");
+        patient.note(standardCalendar, [] { return "a new calendar, Monday to Friday, 8 to 12 and 13 to 17"; });
         putInStandardCalendar(patient);
         return;
     }
-    patient.note(standardCalendar, MSPISubjectOf("Calendar", calendar));
+    patient.note(standardCalendar, [&] { return MSPISubjectOf("Calendar", calendar); });
     if (!taken) {
         patient.setChild(calendar, "Name", "Standard", beforeName);
     }

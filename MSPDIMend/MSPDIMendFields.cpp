@@ -54,7 +54,9 @@ void nameFieldsInLast(MSPDIPatient& patient, const std::vector<MSPCXMLNode>& own
     }
     for (const auto& [fieldID, name] : used) {
         if (!ofLast.contains(name)) {
-            patient.note(fieldKeys, fmt::format("{}: {}", MSPISubjectOf(kind, owners.back()), name));
+            patient.note(fieldKeys, [&, &field = name] {
+                return fmt::format("{}: {}", MSPISubjectOf(kind, owners.back()), field);
+            });
             MSPDIAddFieldValue(patient, owners.back(), fieldID, std::nullopt);
         }
     }
@@ -79,7 +81,8 @@ void moveIntoField(MSPDIPatient& patient, std::string_view step, std::string_vie
         return;
     }
     for (const auto& [task, text] : words) {
-        patient.note(step, fmt::format("{}: {}", MSPISubjectOf("Task", task), text));
+        patient.note(
+            step, [&, &of = task, &words = text] { return fmt::format("{}: {}", MSPISubjectOf("Task", of), words); });
         MSPDIAddFieldValue(patient, task, *fieldID, text);
     }
     for (const auto& element : moved) {

@@ -10,9 +10,11 @@ constexpr std::pair<std::string_view, std::string_view> savedBy[] = {{"unreachab
                                                                      {"deadline", "deadline-to-field"},
                                                                      {"link-lag", "lag-to-field"},
                                                                      {"assignment-units", "units-to-field"},
-                                                                     {"project-calendar", "calendar-order"},
+                                                                     {"project-calendar", "project-calendar"},
                                                                      {"resource-week", "resource-weeks"},
                                                                      {"exception-2003", "exceptions-2003"},
+                                                                     {"recurring-exception", "recurring-exceptions"},
+                                                                     {"work-weeks", "work-weeks"},
                                                                      {"unregistered-field", "field-keys"},
                                                                      {"unregistered-resource-field", "field-keys"}};
 

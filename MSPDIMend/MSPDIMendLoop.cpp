@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "MSPCException.h"
+#include "MSPDIElementsMended.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
 
@@ -60,7 +61,8 @@ public:
     MSPDIMended endedBy(const std::string& reason) { return concluded({}, MSPDIRefusal{"", reason, ""}); }
 
 private:
-    [[nodiscard]] std::optional<MSPDIRefusal> refusalOf(const std::string& bytes) const {
+    [[nodiscard]] std::optional<MSPDIRefusal> refusalOf(const std::string& bytes) {
+        ++_result.imports;
         return MSPDIImportBytesInMemory(_name, bytes, _services, MSPDIMemoryKeeping::Names).refusal;
     }
 
@@ -77,32 +79,34 @@ private:
         return std::move(_result);
     }
 
-    [[nodiscard]] bool allows(std::string_view step) const {
-        return _options.only.empty() || _options.isAll ||
-               std::find(_options.only.begin(), _options.only.end(), step) != _options.only.end();
-    }
-
     // Does all that can be done to the copy at once; false when that is nothing.
     bool treat(std::string& copy) {
-        auto loaded = MSPCXMLLoadWithBytes(copy, planRoot);
+        auto loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
         bool isTreated = false;
-        if (!loaded && allows(embedded)) {
+        if (!loaded && _options.allows(embedded)) {
             if (auto inner = MSPDIEmbeddedPlan(copy)) {
                 add(MSPDIMendDone{embedded, 1, {}});
                 isTreated = true;
                 copy = std::move(*inner);
-                loaded = MSPCXMLLoadWithBytes(copy, planRoot);
+                loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
             }
         }
         if (loaded && _result.refusal && _result.refusal->name == "MSPIMapperException" && !_isNamespaceMended) {
-            if (!allows(namespaceStep) || !mendNamespace(*loaded, copy)) {
+            if (!_options.allows(namespaceStep) || !mendNamespace(*loaded, copy)) {
+                copy = std::move(loaded->utf8);
                 return isTreated;
             }
             isTreated = true;
-            loaded = MSPCXMLLoadWithBytes(copy, planRoot);
+            loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
         }
-        const bool isPlan = loaded && loaded->document.root().name() == planRoot;
-        return (isPlan && treatPlan(std::move(*loaded), copy)) || isTreated;
+        if (!loaded) {
+            return isTreated;
+        }
+        if (loaded->document.root().name() != planRoot) {
+            copy = std::move(loaded->utf8);
+            return isTreated;
+        }
+        return treatPlan(std::move(*loaded), copy) || isTreated;
     }
 
     bool mendNamespace(const MSPCXMLWithBytes& loaded, std::string& copy) {
@@ -127,10 +131,13 @@ private:
         MSPDIMendRootTask(patient);
         MSPDIMendOutline(patient);
         MSPDIMendCalendarOrder(patient);
+        MSPDIMendProjectCalendar(patient);
         MSPDIMendStandardCalendar(patient);
         MSPDIMendResourceTypes(patient);
         MSPDIMendResourceWeeks(patient);
         MSPDIMendExceptionsOf2003(patient);
+        MSPDIMendRecurringExceptions(patient);
+        MSPDIMendWorkWeeks(patient);
         MSPDIMendDeadlines(patient);
         MSPDIMendLags(patient);
         MSPDIMendUnits(patient);
@@ -138,16 +145,14 @@ private:
         if (_result.refusal) {
             MSPDIMendWhatCannotBeMapped(patient, _services);
         }
-        if (!patient.isChanged()) {
-            return false;
-        }
         for (const auto& done : patient.done()) {
             add(done);
         }
-        _result.isConverted = _result.isConverted || patient.isConverted();
-        _result.isRepaired = _result.isRepaired || patient.isWrittenAnew();
-        copy = patient.bytes();
-        return true;
+        _result.isConverted = _result.isConverted || (patient.isChanged() && patient.isConverted());
+        _result.isRepaired = _result.isRepaired || (patient.isChanged() && patient.isWrittenAnew());
+        const bool isTreated = patient.isChanged();
+        copy = patient.takeBytes();
+        return isTreated;
     }
 
     void add(const MSPDIMendDone& done) {

@@ -4,6 +4,7 @@
 #include <limits>
 #include <map>
 
+#include "MSPCTextScanner.h"
 #include "MSPDIItemValues.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
@@ -29,14 +30,17 @@ constexpr Kind kinds[] = {
 // Numbers beyond all others are read as the largest there is, which leaves none for the pieces of split tasks.
 bool hasUsableUID(const MSPCXMLNode& item) {
     const auto text = MSPDITextIn(item, "UID");
-    const auto uid = MSPDIIntegerIn(item, "UID").value_or(-1);
-    return text && !text->starts_with('-') && uid >= 0 && uid < std::numeric_limits<std::int64_t>::max();
+    const auto uid = text ? scanInteger64(*text).value_or(-1) : -1;
+    return uid >= 0 && uid < std::numeric_limits<std::int64_t>::max() && !text->starts_with('-');
 }
 
 // A resource without any UID is passed over by the importer.
 bool isInTheWay(const Kind& kind, const MSPCXMLNode& item) {
+    if (hasUsableUID(item)) {
+        return false;
+    }
     const bool isPassedOver = kind.item == "Resource" && !MSPDITextIn(item, "UID");
-    return !isPassedOver && !hasUsableUID(item) && !MSPDIIsTrueIn(item, "IsNull");
+    return !isPassedOver && !MSPDIIsTrueIn(item, "IsNull");
 }
 
 // Of calendars only the number of the project's is read, and one that it lacks is not missed.
@@ -64,7 +68,7 @@ NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind) {
             continue;
         }
         const auto uid = free.next();
-        patient.note(missingUID, fmt::format("{}: UID {}", MSPISubjectOf(kind.item, item), uid));
+        patient.note(missingUID, [&] { return fmt::format("{}: UID {}", MSPISubjectOf(kind.item, item), uid); });
         if (const auto old = MSPDITextIn(item, "UID"); old && !old->empty()) {
             newUIDs.try_emplace(*old, uid);
         }

@@ -73,32 +73,43 @@ bool hasTaskOutside(const std::vector<Row>& rows, bool hasSummaryParentsOnly) {
     return false;
 }
 
+// Whether to look at the outline at all: at the levels first, which is soon done.
+bool mayBeNeeded(const MSPDIPatient& patient) {
+    const auto tasks = patient.items("Tasks", "Task");
+    return patient.isAskedFor(outline) || patient.hasMovedRoot ||
+           std::any_of(tasks.begin(), tasks.end(),
+                       [](const auto& task) { return MSPDIIntegerIn(task, "OutlineLevel").value_or(0) < 0; });
+}
+
 bool isNeeded(const MSPDIPatient& patient, const std::vector<Row>& rows, bool hasSummaryParentsOnly) {
-    if (patient.isAskedFor(outline)) {
-        return true;
-    }
     const bool hasNegative = std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.level < 0; });
-    return hasNegative || (patient.hasMovedRoot && hasTaskOutside(rows, hasSummaryParentsOnly));
+    return patient.isAskedFor(outline) || hasNegative ||
+           (patient.hasMovedRoot && hasTaskOutside(rows, hasSummaryParentsOnly));
 }
 
 }  // namespace
 
 void MSPDIMendOutline(MSPDIPatient& patient) {
+    if (!patient.allows(outline) || !mayBeNeeded(patient)) {
+        return;
+    }
     auto rows = rowsOf(patient);
     const bool hasSummaryParentsOnly = MSPDIHasSummaryParentsOnly(patient);
-    if (!patient.allows(outline) || !isNeeded(patient, rows, hasSummaryParentsOnly)) {
+    if (!isNeeded(patient, rows, hasSummaryParentsOnly)) {
         return;
     }
     findNewLevels(rows, hasSummaryParentsOnly, assignedTaskUIDs(patient));
     for (const auto& row : rows) {
         if (row.newLevel != row.level) {
-            patient.note(outline, fmt::format("{}: level {} instead of {}", MSPISubjectOf("Task", row.task),
-                                              row.newLevel, row.level));
+            patient.note(outline, [&] {
+                return fmt::format("{}: level {} instead of {}", MSPISubjectOf("Task", row.task), row.newLevel,
+                                   row.level);
+            });
             patient.setChild(row.task, "OutlineLevel", std::to_string(row.newLevel),
                              MSPDITaskFieldsBefore("OutlineLevel"));
         }
         if (row.becomesSummary) {
-            patient.note(outline, fmt::format("{}: a summary task", MSPISubjectOf("Task", row.task)));
+            patient.note(outline, [&] { return MSPISubjectOf("Task", row.task) + ": a summary task"; });
             patient.setChild(row.task, "Summary", "1", MSPDITaskFieldsBefore("Summary"));
         }
     }

@@ -25,8 +25,11 @@ void MSPDIMendCalendarOrder(MSPDIPatient& patient);
 void MSPDIMendStandardCalendar(MSPDIPatient& patient);
 void MSPDIMendResourceTypes(MSPDIPatient& patient);
 // The improvements; each only where it is asked for.
+void MSPDIMendProjectCalendar(MSPDIPatient& patient);
 void MSPDIMendResourceWeeks(MSPDIPatient& patient);
 void MSPDIMendExceptionsOf2003(MSPDIPatient& patient);
+void MSPDIMendRecurringExceptions(MSPDIPatient& patient);
+void MSPDIMendWorkWeeks(MSPDIPatient& patient);
 void MSPDIMendDeadlines(MSPDIPatient& patient);
 void MSPDIMendLags(MSPDIPatient& patient);
 void MSPDIMendUnits(MSPDIPatient& patient);

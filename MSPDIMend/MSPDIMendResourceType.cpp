@@ -39,7 +39,8 @@ void MSPDIMendResourceTypes(MSPDIPatient& patient) {
         if (!isMapped || !type || *type == 0 || *type == 1) {
             continue;
         }
-        patient.note(resourceType, fmt::format("{}: Type {}", MSPISubjectOf("Resource", resource), *type));
+        patient.note(resourceType,
+                     [&] { return fmt::format("{}: Type {}", MSPISubjectOf("Resource", resource), *type); });
         if (*type == costType) {
             makeMaterial(patient, resource);
         } else {

@@ -13,8 +13,9 @@ constexpr std::string_view rootTask = "root-task";
 constexpr std::string_view duplicateRoot = "duplicate-root";
 
 std::vector<MSPCXMLNode> rootsOf(const MSPDIPatient& patient) {
-    auto tasks = MSPDITasksOf(patient);
-    std::erase_if(tasks, [](const auto& task) { return MSPDIIntegerIn(task, "UID") != 0; });
+    auto tasks = patient.items("Tasks", "Task");
+    std::erase_if(tasks,
+                  [](const auto& task) { return MSPDIIntegerIn(task, "UID") != 0 || MSPDIIsTrueIn(task, "IsNull"); });
     return tasks;
 }
 
@@ -39,7 +40,7 @@ void MSPDIMendDuplicateRoots(MSPDIPatient& patient) {
     MSPDIFreeUIDs free(patient.items("Tasks", "Task"));
     for (const auto& task : roots) {
         const auto uid = free.next();
-        patient.note(duplicateRoot, fmt::format("{}: UID {}", MSPISubjectOf("Task", task), uid));
+        patient.note(duplicateRoot, [&] { return fmt::format("{}: UID {}", MSPISubjectOf("Task", task), uid); });
         patient.setChild(task, "UID", uid, {});
         if (levelOf(task) < 1) {
             patient.setChild(task, "OutlineLevel", "1", MSPDITaskFieldsBefore("OutlineLevel"));
@@ -53,7 +54,7 @@ void MSPDIMendRootTask(MSPDIPatient& patient) {
         return;
     }
     const auto& root = roots.front();
-    patient.note(rootTask, MSPISubjectOf("Task", root));
+    patient.note(rootTask, [&] { return MSPISubjectOf("Task", root); });
     if (levelOf(root) != 0) {
         patient.setChild(root, "OutlineLevel", "0", MSPDITaskFieldsBefore("OutlineLevel"));
         patient.hasMovedRoot = true;

@@ -21,7 +21,10 @@ constexpr MSPDIMendStep steps[] = {
      "a task with others under it may become a summary task; two levels may become one where that would cost "
      "assignments",
      true},
-    {"calendar-order", "the project's calendar exchanges its UID with the calendar that has UID 1", "nothing", true},
+    {"calendar-order", "the project's calendar exchanges its UID with a person's calendar that has UID 1", "nothing",
+     true},
+    {"project-calendar", "the project's calendar exchanges its UID with the calendar that is taken for it", "nothing",
+     false},
     {"standard-calendar",
      "the project's calendar takes the name Standard and is a base calendar; without any, a Standard one is put in",
      "the calendar's name is lost; a calendar that is put in is invented: Monday to Friday, 8 to 12 and 13 to 17",
@@ -39,6 +42,11 @@ constexpr MSPDIMendStep steps[] = {
      "one",
      "changes of the base calendar no longer reach the resource", false},
     {"exceptions-2003", "exceptions of calendars in the form of 2003 are written in the later form", "nothing", false},
+    {"recurring-exceptions",
+     "recurring exceptions of calendars are written out as single dates, from the plan's first day to its last",
+     "the dates before and behind, and the names of the exceptions", false},
+    {"work-weeks", "work weeks are written out as exceptions of single dates, from the plan's first day to its last",
+     "the dates before and behind, and the names of the work weeks", false},
     {"deadline-to-field", "deadlines become a custom field of their tasks", "the deadline is a text from then on",
      false},
     {"lag-to-field", "the lag of links becomes a custom field of the later task, in words",
@@ -59,4 +67,8 @@ const MSPDIMendStep* MSPDIMendStepNamed(std::string_view name) {
     const auto* found =
         std::find_if(std::begin(steps), std::end(steps), [&](const auto& step) { return step.name == name; });
     return found == std::end(steps) ? nullptr : found;
+}
+
+bool MSPDIMendOptions::isAskedFor(std::string_view step) const {
+    return isAll || std::find(only.begin(), only.end(), step) != only.end();
 }

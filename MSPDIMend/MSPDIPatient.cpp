@@ -14,14 +14,26 @@ std::string elementMarkup(std::string_view name, std::string_view text) {
     return fmt::format("<{0}>{1}</{0}>", name, MSPDIEscapedText(text));
 }
 
+bool isOneOf(std::string_view name, std::span<const std::string_view> names) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// The last child element.
+MSPCXMLNode lastElementIn(const MSPCXMLNode& parent) {
+    auto last = parent.lastChild();
+    while (last && !last.isElement()) {
+        last = last.previousSibling();
+    }
+    return last;
+}
+
 }  // namespace
 
 MSPDIPatient::MSPDIPatient(MSPCXMLWithBytes loaded, const MSPDIMendOptions& options)
-    : _plan({std::move(loaded.document), {}, std::nullopt}),
-      _utf8(std::move(loaded.utf8)),
-      _options(options),
-      _isConverted(loaded.isConverted),
-      _isWrittenAnew(loaded.isWrittenAnew) {
+    : _loaded(std::move(loaded)),
+      _plan({std::move(_loaded.document), {}, std::nullopt}),
+      _utf8(_loaded.utf8),
+      _options(options) {
 }
 
 std::vector<MSPCXMLNode> MSPDIPatient::items(std::string_view list, std::string_view item) const {
@@ -34,31 +46,27 @@ std::vector<MSPCXMLNode> MSPDIPatient::items(std::string_view list, std::string_
     return all;
 }
 
-bool MSPDIPatient::isAskedFor(std::string_view step) const {
-    return _options.isAll || std::find(_options.only.begin(), _options.only.end(), step) != _options.only.end();
-}
-
-bool MSPDIPatient::allows(std::string_view step) const {
-    return _options.only.empty() || isAskedFor(step);
-}
-
-void MSPDIPatient::note(std::string_view step, const std::string& place) {
+void MSPDIPatient::note(std::string_view step, const std::function<std::string()>& place) {
     auto done = std::find_if(_done.begin(), _done.end(), [&](const auto& known) { return known.step == step; });
     if (done == _done.end()) {
         done = _done.insert(_done.end(), MSPDIMendDone{step, 0, {}});
     }
     ++done->count;
     if (done->where.size() < _options.mostPlaces) {
-        done->where.push_back(place);
+        done->where.push_back(place());
     }
 }
 
+bool MSPDIPatient::isChangeable(const MSPCXMLNode& element) const {
+    return _inserted.contains(element) || _loaded.startOf(element).has_value();
+}
+
 MSPDIExtent MSPDIPatient::extentOf(const MSPCXMLNode& element) const {
-    const auto offset = element.offset();
-    if (!offset || *offset == 0 || *offset > _utf8.size() || _utf8[*offset - 1] != '<') {
+    const auto start = _loaded.startOf(element);
+    if (!start) {
         throw MSPCInternalInconsistency("An element is not found in the bytes of its plan.");
     }
-    auto extent = MSPDIExtentOfElement(_utf8, *offset - 1);
+    auto extent = MSPDIExtentOfElement(_utf8, *start);
     if (extent.isSelfClosed && _opened.contains(element)) {
         extent.isSelfClosed = false;
         extent.contentBegin = extent.contentEnd = extent.end - 1;
@@ -78,10 +86,17 @@ MSPDIExtent MSPDIPatient::openExtentOf(const MSPCXMLNode& element) {
     return extentOf(element);
 }
 
+const std::vector<MSPDIChildMarkup>& MSPDIPatient::childrenOf(const MSPCXMLNode& parent) {
+    if (parent != _childrenAsked) {
+        _children = MSPDIChildrenIn(_utf8, extentOf(parent));
+        _childrenAsked = parent;
+    }
+    return _children;
+}
+
 void MSPDIPatient::setText(MSPCXMLNode element, std::string_view text) {
     if (const auto inserted = _inserted.find(element); inserted != _inserted.end()) {
-        const auto& [edit, lead, name] = inserted->second;
-        _edits.setText(edit, lead + elementMarkup(name, text));
+        _edits.setText(inserted->second.edit, inserted->second.lead + elementMarkup(element.name(), text));
     } else if (const auto replaced = _replaced.find(element); replaced != _replaced.end()) {
         _edits.setText(replaced->second, MSPDIEscapedText(text));
     } else {
@@ -97,47 +112,77 @@ MSPCXMLNode MSPDIPatient::setChild(MSPCXMLNode parent, std::string_view name, st
         setText(child, text);
         return child;
     }
+    return insertBehind(parent, after, elementMarkup(name, text));
+}
+
+MSPCXMLNode MSPDIPatient::append(MSPCXMLNode parent, std::string_view markup) {
+    const auto last = lastElementIn(parent);
+    return last ? insertBehind(last, markup) : insertBehind(parent, {}, markup);
+}
+
+// What was put in has no place of its own: the next one follows it at the same place.
+MSPCXMLNode MSPDIPatient::insertBehind(const MSPCXMLNode& sibling, std::string_view markup) {
+    const auto inserted = _inserted.find(sibling);
+    const bool isOfNew = _inserted.contains(sibling.parent());
+    const auto place = inserted != _inserted.end() ? inserted->second.place : isOfNew ? 0 : extentOf(sibling).end;
+    return putIn(sibling.parent(), place, sibling, markup);
+}
+
+MSPCXMLNode MSPDIPatient::insertBehind(MSPCXMLNode parent, std::span<const std::string_view> names,
+                                       std::string_view markup) {
     MSPCXMLNode sibling;
-    for (const auto& [childName, child] : parent.childElements()) {
-        if (std::find(after.begin(), after.end(), childName) != after.end()) {
-            sibling = child;
+    for (const auto& [name, child] : parent.childElements()) {
+        sibling = isOneOf(name, names) ? child : sibling;
+    }
+    if (_inserted.contains(parent)) {
+        return putIn(parent, 0, sibling, markup);
+    }
+    auto place = openExtentOf(parent).contentBegin;
+    for (const auto& child : childrenOf(parent)) {
+        place = isOneOf(child.name, names) ? child.end : place;
+    }
+    return putIn(parent, place, sibling, markup);
+}
+
+MSPCXMLNode MSPDIPatient::insertBefore(MSPCXMLNode parent, std::span<const std::string_view> names,
+                                       std::string_view markup) {
+    MSPCXMLNode sibling;
+    for (const auto& [name, child] : parent.childElements()) {
+        if (isOneOf(name, names)) {
+            break;
         }
+        sibling = child;
     }
-    auto child = insertAfter(parent, sibling, name, elementMarkup(name, text));
-    child.setStringValue(text);
-    return child;
+    auto place = openExtentOf(parent).contentBegin;
+    for (const auto& child : childrenOf(parent)) {
+        if (isOneOf(child.name, names)) {
+            break;
+        }
+        place = child.end;
+    }
+    return putIn(parent, place, sibling, markup);
 }
 
-MSPCXMLNode MSPDIPatient::insertAfter(MSPCXMLNode parent, const MSPCXMLNode& sibling, std::string_view name,
-                                      std::string_view markup) {
+MSPCXMLNode MSPDIPatient::putIn(MSPCXMLNode parent, std::size_t place, const MSPCXMLNode& sibling,
+                                std::string_view markup) {
+    const auto document = MSPCXMLDocument::read(std::string(markup), {.content = MSPCXMLContent::DataOnly});
+    if (!document) {
+        throw MSPCInternalInconsistency("What is put into a plan is no element.");
+    }
+    auto child = parent.insertChildAfter(parent.newCopyOf(document->root()), sibling);
     if (const auto holder = _inserted.find(parent); holder != _inserted.end()) {
-        auto text = _edits.textOf(holder->second.edit);
-        text.insert(text.rfind("</"), markup);
-        _edits.setText(holder->second.edit, std::move(text));
-        return parent.insertChildAfter(parent.newElement(name), sibling);
+        _edits.insertBeforeEnd(holder->second.edit, parent.name().size() + 3, markup);
+    } else {
+        const auto& lead = indentationWithin(parent);
+        _inserted[child] = {_edits.replace(place, place, lead + std::string(markup)), place, lead};
     }
-    // What was put in has no place of its own: the next one follows it at the same place.
-    auto anchor = sibling;
-    while (anchor && (!anchor.isElement() || _inserted.contains(anchor))) {
-        anchor = anchor.previousSibling();
-    }
-    const auto lead = indentationWithin(parent);
-    const auto place = anchor ? extentOf(anchor).end : openExtentOf(parent).contentBegin;
-    const auto edit = _edits.replace(place, place, lead + std::string(markup));
-    auto child = parent.insertChildAfter(parent.newElement(name), sibling);
-    _inserted[child] = {edit, lead, std::string(name)};
     return child;
-}
-
-MSPCXMLNode MSPDIPatient::append(MSPCXMLNode parent, std::string_view name, std::string_view markup) {
-    MSPCXMLNode last;
-    for (const auto& [childName, child] : parent.childElements()) {
-        last = child;
-    }
-    return insertAfter(parent, last, name, markup);
 }
 
 std::string MSPDIPatient::markupOf(const MSPCXMLNode& element) const {
+    if (!_loaded.startOf(element)) {
+        return element.markup();
+    }
     const auto extent = extentOf(element);
     return _utf8.substr(extent.begin, extent.end - extent.begin);
 }
@@ -150,17 +195,22 @@ std::string MSPDIPatient::blanksBefore(std::size_t offset) const {
     return _utf8.substr(begin, offset - begin);
 }
 
-std::string MSPDIPatient::indentationWithin(const MSPCXMLNode& parent) const {
-    for (const auto& [name, child] : parent.childElements()) {
-        if (!_inserted.contains(child)) {
-            const auto blanks = blanksBefore(extentOf(child).begin);
+const std::string& MSPDIPatient::indentationWithin(const MSPCXMLNode& parent) {
+    const auto [known, isNew] = _indentations.try_emplace(parent);
+    if (!isNew) {
+        return known->second;
+    }
+    for (auto child = parent.firstChild(); child; child = child.nextSibling()) {
+        if (const auto start = _loaded.startOf(child)) {
+            const auto blanks = blanksBefore(*start);
             const auto lineEnd = blanks.rfind('\n');
             const auto lineBegin =
                 lineEnd != std::string::npos && lineEnd > 0 && blanks[lineEnd - 1] == '\r' ? lineEnd - 1 : lineEnd;
-            return lineEnd == std::string::npos ? std::string() : blanks.substr(lineBegin);
+            known->second = lineEnd == std::string::npos ? std::string() : blanks.substr(lineBegin);
+            break;
         }
     }
-    return {};
+    return known->second;
 }
 
 void MSPDIPatient::remove(MSPCXMLNode element) {
@@ -175,7 +225,7 @@ void MSPDIPatient::remove(MSPCXMLNode element) {
     _removed.push_back(element.detach());
 }
 
-std::string MSPDIPatient::bytes() const {
-    auto mended = _edits.appliedTo(_utf8);
-    return _isConverted ? MSPDIWithUtf8Declared(std::move(mended)) : mended;
+std::string MSPDIPatient::takeBytes() {
+    auto mended = isChanged() ? _edits.appliedTo(_utf8) : std::move(_utf8);
+    return isConverted() ? MSPDIWithUtf8Declared(std::move(mended)) : mended;
 }

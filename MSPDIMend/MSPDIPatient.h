@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <set>
 #include <span>
@@ -14,7 +15,8 @@
 #include "MSPIPlan.h"
 
 // A plan that is being mended: its tree, which the mappers can be tried on, and the changes to its bytes. Both change
-// together. What leaves the tree stays alive, so that handles stay good.
+// together. The tree holds what the steps look at (`MSPDIElementsMended`), the bytes all of it. What leaves the tree
+// stays alive, so that handles stay good.
 class MSPDIPatient {
 public:
     MSPDIPatient(MSPCXMLWithBytes loaded, const MSPDIMendOptions& options);
@@ -24,63 +26,73 @@ public:
     // What the lists of the project hold: "Tasks", "Task".
     [[nodiscard]] std::vector<MSPCXMLNode> items(std::string_view list, std::string_view item) const;
 
-    // Whether a step may be done. With `wanted` it must be asked for: by its name, or with all others.
-    [[nodiscard]] bool allows(std::string_view step) const;
-    [[nodiscard]] bool isAskedFor(std::string_view step) const;
-    // Tells of one thing that a step has done.
-    void note(std::string_view step, const std::string& place);
+    [[nodiscard]] bool allows(std::string_view step) const { return _options.allows(step); }
+    [[nodiscard]] bool isAskedFor(std::string_view step) const { return _options.isAskedFor(step); }
+    // Tells of one thing that a step has done; the place is asked for only where it is told.
+    void note(std::string_view step, const std::function<std::string()>& place);
     [[nodiscard]] const std::vector<MSPDIMendDone>& done() const { return _done; }
 
+    // Whether an element stands in the plan's bytes, so that it can be changed and removed; parts of what was put in
+    // cannot.
+    [[nodiscard]] bool isChangeable(const MSPCXMLNode& element) const;
     // Gives an element that holds a text at most another one.
     void setText(MSPCXMLNode element, std::string_view text);
     // The same for the last child of a name; one that is missing is put in behind the last of the children that `after`
     // names, else first.
     MSPCXMLNode setChild(MSPCXMLNode parent, std::string_view name, std::string_view text,
                          std::span<const std::string_view> after);
-    // Puts an element with that markup in, as the last one of its parent and indented as the others are. The tree gets
-    // an empty element of that name.
-    MSPCXMLNode append(MSPCXMLNode parent, std::string_view name, std::string_view markup);
-    // The same behind a child of the parent; behind none, as the first one.
-    MSPCXMLNode insertAfter(MSPCXMLNode parent, const MSPCXMLNode& sibling, std::string_view name,
-                            std::string_view markup);
+    // Puts an element with that markup in, indented as the others are: as the last one of its parent,
+    MSPCXMLNode append(MSPCXMLNode parent, std::string_view markup);
+    // behind a child of the parent,
+    MSPCXMLNode insertBehind(const MSPCXMLNode& sibling, std::string_view markup);
+    // behind the last of the children that are named, else as the first one,
+    MSPCXMLNode insertBehind(MSPCXMLNode parent, std::span<const std::string_view> names, std::string_view markup);
+    // or before the first of the children that are named, else as the last one.
+    MSPCXMLNode insertBefore(MSPCXMLNode parent, std::span<const std::string_view> names, std::string_view markup);
     // An element of the plan as it stands there.
     [[nodiscard]] std::string markupOf(const MSPCXMLNode& element) const;
     // What stands before the children of an element: a line end and blanks; empty where they share a line.
-    [[nodiscard]] std::string indentationWithin(const MSPCXMLNode& parent) const;
+    [[nodiscard]] const std::string& indentationWithin(const MSPCXMLNode& parent);
     // Takes an element out, with the line that it leaves empty.
     void remove(MSPCXMLNode element);
 
     // Whether the root task was on another level, with its tasks under it.
     bool hasMovedRoot = false;
 
-    // The mended bytes.
-    [[nodiscard]] std::string bytes() const;
+    // The mended bytes. Nothing else is to be asked for then.
+    [[nodiscard]] std::string takeBytes();
     [[nodiscard]] bool isChanged() const { return !_edits.isEmpty(); }
-    [[nodiscard]] std::string_view originalBytes() const { return _utf8; }
-    [[nodiscard]] bool isConverted() const { return _isConverted; }
-    [[nodiscard]] bool isWrittenAnew() const { return _isWrittenAnew; }
+    [[nodiscard]] bool isConverted() const { return _loaded.isConverted; }
+    [[nodiscard]] bool isWrittenAnew() const { return _loaded.isWrittenAnew; }
 
 private:
     // An element that was put in: its markup is the text of that edit.
     struct Inserted {
         std::size_t edit;
+        std::size_t place;
         std::string lead;
-        std::string name;
     };
 
     [[nodiscard]] MSPDIExtent extentOf(const MSPCXMLNode& element) const;
     [[nodiscard]] MSPDIExtent openExtentOf(const MSPCXMLNode& element);
+    [[nodiscard]] const std::vector<MSPDIChildMarkup>& childrenOf(const MSPCXMLNode& parent);
     [[nodiscard]] std::string blanksBefore(std::size_t offset) const;
+    [[nodiscard]] std::size_t endOfLast(const MSPCXMLNode& parent);
+    MSPCXMLNode putIn(MSPCXMLNode parent, std::size_t place, const MSPCXMLNode& sibling, std::string_view markup);
+    MSPCXMLNode putIntoNew(MSPCXMLNode parent, const Inserted& holder, std::string_view markup);
 
+    MSPCXMLWithBytes _loaded;
     MSPIPlan _plan;
-    std::string _utf8;
+    std::string& _utf8;
     const MSPDIMendOptions& _options;
-    bool _isConverted;
-    bool _isWrittenAnew;
     MSPDIEdits _edits;
     std::set<MSPCXMLNode> _opened;                 // that were closed in themselves
     std::map<MSPCXMLNode, std::size_t> _replaced;  // the edits of texts that were replaced
     std::map<MSPCXMLNode, Inserted> _inserted;
+    std::map<MSPCXMLNode, std::string> _indentations;
+    // The children of the element that was asked for last: several things are put into one after the other.
+    MSPCXMLNode _childrenAsked;
+    std::vector<MSPDIChildMarkup> _children;
     std::vector<MSPCXMLNewElement> _removed;
     std::vector<MSPDIMendDone> _done;
 };

@@ -9,8 +9,9 @@
 
 #include "MSPCFileSystem.h"
 #include "MSPCJournal.h"
-#include "MSPCMove.h"
+#include "MSPCOwnItems.h"
 #include "MSPCPath.h"
+#include "MSPCRemoval.h"
 #include "MSPCRunLock.h"
 #include "MSPDIMigrationJob.h"
 
@@ -41,22 +42,50 @@ MSPDIMigration::MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptio
 
 MSPDIMigration::~MSPDIMigration() = default;
 
-std::string MSPDIMigration::folder(std::string_view name) const {
-    return pathByAppendingComponent(pathByAppendingComponent(_options.outputFolder, ".mspdi-migrate"), name);
+std::string MSPDIMigration::ownFolder() const {
+    return pathByAppendingComponent(_options.outputFolder, ".mspdi-migrate");
+}
+
+std::string MSPDIMigration::pathOf(std::string_view name) const {
+    return pathByAppendingComponent(ownFolder(), name);
+}
+
+// Where a link leads is somebody else's: what is there must not be written, and above all not cleared away.
+std::optional<std::string> MSPDIMigration::linkInTheWay() const {
+    for (const auto& path : {ownFolder(), pathOf("lock"), pathOf("journal"), pathOf("run")}) {
+        if (MSPCIsLink(path)) {
+            return path + ": it is a link, which no migration follows";
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> MSPDIMigration::openFolders() {
+    if (const auto failure = _services.fileSystem.createFolder(_options.outputFolder)) {
+        return _options.outputFolder + ": " + *failure;
+    }
+    if (auto link = linkInTheWay()) {
+        return link;
+    }
+    if (const int error = MSPCOpenOwnFolder(ownFolder(), _ownFolder); error != 0) {
+        return ownFolder() + ": " + MSPCSystemErrorText(error);
+    }
+    const int error = MSPCOpenOwnFolder(_ownFolder.number(), "run", _work);
+    return error == 0 ? std::nullopt : std::optional(pathOf("run") + ": " + MSPCSystemErrorText(error));
 }
 
 std::optional<std::string> MSPDIMigration::takeLock(const std::function<void(const std::string& holder)>& wait) {
-    if (const auto failure = _services.fileSystem.createFolder(folder(""))) {
-        return folder("") + ": " + *failure;
+    if (auto failure = openFolders()) {
+        return failure;
     }
-    _lock = std::make_unique<MSPCRunLock>(folder("lock"));
+    _lock = std::make_unique<MSPCRunLock>(_ownFolder.number(), "lock");
     if (_lock->failure()) {
-        return folder("lock") + ": " + *_lock->failure();
+        return pathOf("lock") + ": " + *_lock->failure();
     }
     if (!_lock->tryToTake()) {
         wait(_lock->holder());
         if (!_lock->waitAndTake()) {
-            return folder("lock") + ": it cannot be locked";
+            return pathOf("lock") + ": it cannot be locked";
         }
     }
     _lock->sign();
@@ -64,8 +93,17 @@ std::optional<std::string> MSPDIMigration::takeLock(const std::function<void(con
 }
 
 std::optional<std::string> MSPDIMigration::readRecords() {
-    const auto path = folder("journal");
+    if (auto link = linkInTheWay()) {
+        return link;
+    }
+    const auto path = pathOf("journal");
     std::string failure;
+    if (_lock) {
+        _journal = MSPCJournal::open(_ownFolder.number(), "journal", failure);
+        if (!_journal) {
+            return path + ": " + failure;
+        }
+    }
     if (_services.fileSystem.exists(path)) {
         const auto text = _services.fileSystem.readFile(path, &failure);
         if (!text) {
@@ -80,16 +118,12 @@ std::optional<std::string> MSPDIMigration::readRecords() {
             start = end + 1;
         }
     }
-    if (!_lock) {
-        return std::nullopt;
-    }
-    _journal = MSPCJournal::open(path, failure);
-    return _journal ? clearAway() : std::optional(path + ": " + failure);
+    return _lock ? clearAway() : std::nullopt;
 }
 
 // Documents of a dead run that have appeared without a record in the journal get it now; all else it has left is void.
 std::optional<std::string> MSPDIMigration::clearAway() {
-    const auto work = folder("run");
+    const auto work = pathOf("run");
     for (const auto& name : _services.fileSystem.namesIn(work).value_or(std::vector<std::string>())) {
         const auto left = pathByAppendingComponent(work, name);
         if (const auto record = MSPDIMigrationJob::appeared(left, _services.fileSystem)) {
@@ -97,7 +131,7 @@ std::optional<std::string> MSPDIMigration::clearAway() {
                 return failure;
             }
         }
-        if (!MSPCRemoveAll(left)) {
+        if (!MSPCRemoveItem(_work.number(), name.c_str())) {
             return left + ": it cannot be removed";
         }
     }
@@ -108,7 +142,7 @@ std::optional<std::string> MSPDIMigration::keep(const MSPDIMigrationRecord& reco
     auto line = MSPDILineOf(record);
     const auto failure = _journal->append(line);
     if (failure) {
-        return folder("journal") + ": " + *failure;
+        return pathOf("journal") + ": " + *failure;
     }
     _lines[record.plan] = std::move(line);
     return std::nullopt;
@@ -172,7 +206,7 @@ std::optional<std::string> MSPDIMigration::run(const std::function<void(const MS
 
 std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<std::size_t>& wanted,
                                                       const std::function<void(const MSPDIMigrationProgress&)>& tell) {
-    const auto work = folder("run");
+    const auto work = pathOf("run");
     MSPDIMigrationJob job(_services, _options.each, work);
     MSPCWorkers workers(std::min(_options.processes, std::max<std::size_t>(wanted.size(), 1)), _options.bounds,
                         [&](const std::string& text) {
@@ -193,7 +227,7 @@ std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<std::siz
             failure = unkept;  // what was made stays for the next run to find
             return;
         }
-        MSPCRemoveAll(MSPDIMigrationJob::folderOf(work, number));
+        MSPCRemoveItem(_work.number(), std::to_string(number).c_str());
         ++progress.done;
         progress.failed += record.isImported() ? 0U : 1U;
     };
@@ -206,7 +240,7 @@ std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<std::siz
 MSPDIMigrationRecord MSPDIMigration::recordOf(std::size_t number, const MSPCJobEnd& end) const {
     auto told = end.kind == MSPCJobEnd::Kind::Done ? MSPDIRecordFrom(end.result) : std::nullopt;
     if (!told) {
-        told = MSPDIMigrationJob::appeared(MSPDIMigrationJob::folderOf(folder("run"), number), _services.fileSystem);
+        told = MSPDIMigrationJob::appeared(MSPDIMigrationJob::folderOf(pathOf("run"), number), _services.fileSystem);
     }
     if (told) {
         return *told;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "MSPCFileDescriptor.h"
 #include "MSPCWorkers.h"
 #include "MSPDIMigrationRecord.h"
 #include "MSPDIPlanImporter.h"
@@ -39,7 +40,8 @@ struct MSPDIMigrationProgress {
 //   run       what is in the making; a run that begins looks through what a dead one has left there
 //
 // A document appears in the output folder when it is complete, under a name that was free then. A plan that was
-// imported is not imported again, unless its file has changed since or its document is no longer there.
+// imported is not imported again, unless its file has changed since or its document is no longer there. Where one of
+// the four is a link, nothing is done.
 class MSPDIMigration {
 public:
     // The services outlive the migration.
@@ -75,7 +77,10 @@ public:
 private:
     enum class State { Fresh, Changed, Failed, Done };
 
-    [[nodiscard]] std::string folder(std::string_view name) const;
+    [[nodiscard]] std::string ownFolder() const;
+    [[nodiscard]] std::string pathOf(std::string_view name) const;  // in the own folder
+    [[nodiscard]] std::optional<std::string> linkInTheWay() const;
+    [[nodiscard]] std::optional<std::string> openFolders();
     [[nodiscard]] State stateOf(const MSPDIPlanToMigrate& plan) const;
     [[nodiscard]] bool isWanted(const MSPDIPlanToMigrate& plan) const;
     [[nodiscard]] std::optional<MSPDIMigrationRecord> recordOf(const std::string& plan) const;
@@ -88,6 +93,8 @@ private:
     const MSPCServices& _services;
     MSPDIMigrationOptions _options;
     std::vector<MSPDIPlanToMigrate> _plans;
+    MSPCFileDescriptor _ownFolder;
+    MSPCFileDescriptor _work;  // what is cleared away counts from it, whatever takes the place of its path
     std::unique_ptr<MSPCRunLock> _lock;
     std::unique_ptr<MSPCJournal> _journal;
     std::map<std::string, std::string> _lines;  // the last record of each plan, as its line

@@ -23,9 +23,10 @@ _mspdi_templates() {
     _mspdi_documents "$1"
 }
 
-_mspdi_steps='embedded namespace missing-uid duplicate-root root-task outline calendar-order standard-calendar'
-_mspdi_steps+=' resource-type unreadable-value split-roll-up split-pieces resource-weeks exceptions-2003 deadline-to-field'
-_mspdi_steps+=' lag-to-field units-to-field field-keys'
+_mspdi_steps='embedded namespace missing-uid duplicate-root root-task outline calendar-order project-calendar'
+_mspdi_steps+=' standard-calendar resource-type unreadable-value split-roll-up split-pieces resource-weeks'
+_mspdi_steps+=' exceptions-2003 recurring-exceptions work-weeks deadline-to-field lag-to-field units-to-field'
+_mspdi_steps+=' field-keys'
 
 _mspdi() {
     local word=${COMP_WORDS[COMP_CWORD]} subcommands='import migrate losses mend check diff view' options='--help --json --quiet --version'

@@ -123,12 +123,14 @@ void MSPDIAddMendCommand(CLI::App& program, MSPDIRun& run) {
     auto& command = *program.add_subcommand("mend", "Mend a copy of a plan that the importer refuses");
     command.add_option("PLAN", arguments->plan, "The plan, which is only read");
     command.add_option("-o,--output", arguments->mended, "The mended copy; PLAN.mended.xml beside it without")
-        ->type_name("MENDED");
+        ->type_name("MENDED")
+        ->check([](const std::string& name) { return std::string(name.empty() ? "the name is empty" : ""); });
     command.add_flag("--dry-run", arguments->isDryRun, "Tell what would be done, and write nothing");
-    command.add_option("--only", arguments->only, "Do these steps only; man mspdi-mend lists them")
-        ->type_name("STEP")
-        ->delimiter(',');
-    command.add_flag("--all", arguments->isAll, "Do all steps, those that improve a plan that imports too");
+    auto* const only = command.add_option("--only", arguments->only, "Do these steps only; man mspdi-mend lists them")
+                           ->type_name("STEP")
+                           ->delimiter(',');
+    command.add_flag("--all", arguments->isAll, "Do all steps, those that improve a plan that imports too")
+        ->excludes(only);
     MSPDIAddCommonOptions(command, run);
     command.callback([arguments, &run] { mend(*arguments, run); });
 }

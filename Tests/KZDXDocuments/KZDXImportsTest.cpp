@@ -53,7 +53,7 @@ TEST(KZDXImports, ofTheEmptyDocumentAreSound) {
 }
 
 // Both times of a working time are of one day, so that one until the next morning has no length. A plan that has it is
-// imported without a word.
+// imported without a warning.
 TEST(KZDXImports, ofAShiftUntilTheNextMorningAreNotSound) {
     const auto faults = [](const std::string& to) {
         return faultsOf(

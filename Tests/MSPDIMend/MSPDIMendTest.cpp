@@ -208,3 +208,40 @@ TEST_F(MendTest, keepsAByteOrderMark) {
     const auto plan = "\xEF\xBB\xBF" + planOf(tasks(task(0, 0, "<Summary>0</Summary>")));
     expectMended(plan, with(plan, "<Summary>0<", "<Summary>1<"), "root-task 1");
 }
+
+// Between the elements that are looked at stand many that are not: where something is put in follows from all of them.
+TEST_F(MendTest, putsThingsInBehindElementsThatNobodyLooksAt) {
+    const auto plan =
+        planOf(tasks("<Task><UID>0</UID><OutlineLevel>0</OutlineLevel><Priority>500</Priority>"
+                     "<Estimated>0</Estimated><Milestone>0</Milestone><Critical>1</Critical></Task>"));
+    expectMended(plan, with(plan, "</Milestone>", "</Milestone><Summary>1</Summary>"), "root-task 1");
+}
+
+TEST_F(MendTest, leavesAllThatNobodyLooksAt) {
+    const auto plan = with(planOf(tasks(task(0, 0, "<Summary>0</Summary>"))), "  <Tasks>",
+                           "  <Views>\n    <View><Name a=\"b\">x</Name><!-- y --><![CDATA[z]]></View>\r\n  </Views>\n"
+                           "  <!-- c -->\n  <Tasks>");
+    expectMended(plan, with(plan, "<Summary>0<", "<Summary>1<"), "root-task 1");
+}
+
+TEST_F(MendTest, importsAPlanThreeTimesAtMost) {
+    EXPECT_EQ(mend(planOf(tasks(task(1, 1)))).imports, 1);
+    EXPECT_EQ(mend(planOf(tasks(task(0, 0)))).imports, 2);
+    // All that can be found at once is mended at once.
+    const auto several = planOf(tasks(task(0, 0) + "<Task><Type>9</Type><Start>x</Start></Task>") +
+                                    "  <Resources><Resource><UID>1</UID><Type>2</Type><MaxUnits>x</MaxUnits></Resource>"
+                                    "</Resources>\n",
+                                "");
+    EXPECT_EQ(mend(several).imports, 2);
+    // Inside another file it is found first, and looked at then.
+    const auto inside = mend("PK" + several + "PK");
+    EXPECT_EQ(inside.verdict, MSPDIMendVerdict::Mended) << inside.obstacle;
+    EXPECT_LE(inside.imports, 3);
+    EXPECT_LE(mend("no plan at all").imports, 3);
+}
+
+TEST_F(MendTest, mendsAPlanThatBeginsWithItsRoot) {
+    const auto plan = planOf(tasks(task(0, 0, "<Critical>1</Critical><Summary>0</Summary>")));
+    const auto bare = plan.substr(plan.find("<Project"));
+    expectMended(bare, with(bare, "<Summary>0<", "<Summary>1<"), "root-task 1");
+}

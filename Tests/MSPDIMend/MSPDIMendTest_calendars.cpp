@@ -69,7 +69,8 @@ TEST_F(MendTest, exchangesACalendarThatIsNoBaseWithTheProjects) {
 TEST_F(MendTest, takesTheProjectsCalendarBeforeAPersonsWhenAsked) {
     const auto plan = planOf("", calendars(calendar("1", "Anna", true) + calendar("3", "Early", true)));
     EXPECT_EQ(mend(plan).verdict, MSPDIMendVerdict::ImportsAsIs);
-    const auto mended = mend(plan, {.only = {"calendar-order"}});
+    EXPECT_EQ(mend(plan, {.only = {"calendar-order"}}).verdict, MSPDIMendVerdict::ImportsAsIs);
+    const auto mended = mend(plan, {.only = {"project-calendar"}});
     EXPECT_EQ(mended.bytes, planOf("", with(calendars(calendar("3", "Anna", true) + calendar("1", "Early", true)),
                                             "UID>3<", "UID>1<")));
 }

@@ -125,6 +125,90 @@ TEST_F(ImprovementTest, exceptionsOf2003TakeTheLaterForm) {
                           "</DayWorking></Exception></Exceptions>"));
 }
 
+namespace {
+
+// A plan of three weeks from Monday, 2012-01-09, whose calendar holds these things beside its usual week.
+std::string planOfThreeWeeks(const std::string& ofCalendar) {
+    return "<Project xmlns=\"http://schemas.microsoft.com/project\"><SaveVersion>14</SaveVersion>"
+           "<StartDate>2012-01-09T08:00:00</StartDate><FinishDate>2012-01-29T17:00:00</FinishDate><Calendars><Calendar>"
+           "<UID>1</UID><IsBaseCalendar>1</IsBaseCalendar><WeekDays>"
+           "<WeekDay><DayType>1</DayType><DayWorking>0</DayWorking></WeekDay>"
+           "<WeekDay><DayType>2</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime><FromTime>08:00:00"
+           "</FromTime><ToTime>16:00:00</ToTime></WorkingTime></WorkingTimes></WeekDay></WeekDays>" +
+           ofCalendar + "</Calendar></Calendars></Project>";
+}
+
+std::string period(const std::string& from, const std::string& to) {
+    return "<TimePeriod><FromDate>" + from + "T00:00:00</FromDate><ToDate>" + to + "T23:59:00</ToDate></TimePeriod>";
+}
+
+std::string dayOff(const std::string& date) {
+    return "<Exception>" + period(date, date) + "<Type>1</Type><DayWorking>0</DayWorking></Exception>";
+}
+
+}  // namespace
+
+// Every second Friday until summer: the 13th and the 27th are the plan's.
+TEST_F(ImprovementTest, recurringExceptionsAreWrittenOutAsSingleDates) {
+    const auto recurring = "<Exception>" + period("2012-01-10", "2012-06-30") +
+                           "<Name>Fridays off</Name><Type>6</Type><Period>2</Period><DaysOfWeek>32</DaysOfWeek>"
+                           "<DayWorking>0</DayWorking></Exception>";
+    const auto plan = planOfThreeWeeks("<Exceptions>" + dayOff("2012-01-11") + recurring + "</Exceptions>");
+    EXPECT_EQ(saved(plan, "recurring-exception"),
+              planOfThreeWeeks("<Exceptions>" + dayOff("2012-01-11") + dayOff("2012-01-13") + dayOff("2012-01-27") +
+                               "</Exceptions>"));
+}
+
+TEST_F(ImprovementTest, aDayThatHasAnExceptionKeepsIt) {
+    const auto own = "<Exception>" + period("2012-01-12", "2012-01-14") +
+                     "<Type>1</Type><DayWorking>1</DayWorking>"
+                     "<WorkingTimes><WorkingTime><FromTime>08:00:00</FromTime><ToTime>09:00:00</ToTime></WorkingTime>"
+                     "</WorkingTimes></Exception>";
+    const auto recurring = "<Exception>" + period("2012-01-10", "2012-06-30") +
+                           "<Type>6</Type><Period>2</Period><DaysOfWeek>32</DaysOfWeek><DayWorking>0</DayWorking>"
+                           "</Exception>";
+    const auto mended =
+        mend(planOfThreeWeeks("<Exceptions>" + own + recurring + "</Exceptions>"), {.only = {"recurring-exceptions"}});
+    EXPECT_EQ(mended.bytes, planOfThreeWeeks("<Exceptions>" + own + dayOff("2012-01-27") + "</Exceptions>"));
+}
+
+TEST_F(ImprovementTest, whatDoesNotArriveIsNotWrittenOut) {
+    const auto until = [](const std::string& end) {
+        return "<Exceptions><Exception>" + period("2012-01-10", "2012-06-30") +
+               "<Type>7</Type><Period>9</Period><DayWorking>1</DayWorking><WorkingTimes><WorkingTime><FromTime>18:00:00"
+               "</FromTime><ToTime>" +
+               end + "</ToTime></WorkingTime></WorkingTimes></Exception></Exceptions>";
+    };
+    const MSPDIMendOptions options{.only = {"recurring-exceptions"}};
+    EXPECT_EQ(mend(planOfThreeWeeks(until("00:00:00")), options).verdict, MSPDIMendVerdict::ImportsAsIs);
+    EXPECT_EQ(stepsOf(mend(planOfThreeWeeks(until("22:00:00")), options)), "recurring-exceptions 1");
+}
+
+// From the second Sunday on Mondays are worked later, and Sundays as they always are.
+TEST_F(ImprovementTest, workWeeksAreWrittenOutAsExceptions) {
+    const std::string later =
+        "<DayWorking>1</DayWorking><WorkingTimes><WorkingTime><FromTime>10:00:00</FromTime><ToTime>18:00:00</ToTime>"
+        "</WorkingTime></WorkingTimes>";
+    const auto week = "<WorkWeek>" + period("2012-01-15", "2012-12-31") +
+                      "<Name>Late</Name><WeekDays><WeekDay><DayType>1</DayType><DayWorking>0</DayWorking></WeekDay>"
+                      "<WeekDay><DayType>2</DayType>" +
+                      later + "</WeekDay></WeekDays></WorkWeek>";
+    const auto monday = [&later](const std::string& date) {
+        return "<Exception>" + period(date, date) + "<Type>1</Type>" + later + "</Exception>";
+    };
+    EXPECT_EQ(saved(planOfThreeWeeks("<WorkWeeks>" + week + "</WorkWeeks>"), "work-weeks"),
+              planOfThreeWeeks("<Exceptions>" + monday("2012-01-16") + monday("2012-01-23") +
+                               "</Exceptions><WorkWeeks></WorkWeeks>"));
+}
+
+TEST_F(ImprovementTest, thePlansOwnCalendarIsTaken) {
+    saved(planOf("",
+                 "  <CalendarUID>3</CalendarUID>\n  <Calendars><Calendar><UID>1</UID><Name>Other</Name>"
+                 "<IsBaseCalendar>1</IsBaseCalendar></Calendar><Calendar><UID>3</UID><Name>Own</Name>"
+                 "<IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars>\n"),
+          "project-calendar");
+}
+
 TEST_F(ImprovementTest, tasksOutsideTheOutlineComeIn) {
     saved(planOf(tasks(task(1, 0, "<Summary>1</Summary>") + task(2, 1))), "unreachable-task");
 }
@@ -136,6 +220,6 @@ TEST_F(ImprovementTest, everyStepForALossIsOne) {
             ++count;
         }
     }
-    EXPECT_EQ(count, 9U);
+    EXPECT_EQ(count, 11U);
     EXPECT_EQ(MSPDIMendStepForLoss("wbs"), nullptr);
 }

@@ -43,6 +43,12 @@ TEST_F(MendTest, leavesOutAllUnreadableValuesOfATaskWithTheirLines) {
                 ElementsAre("Task UID='1' name='': Start 'x'", "Task UID='1' name='': Type 'y'"));
 }
 
+TEST_F(MendTest, leavesOutValuesThatSayNothingFirst) {
+    const std::string empty = "<FinishDate></FinishDate>";
+    const auto plan = planOf("  <ScheduleFromStart>0</ScheduleFromStart>" + empty + "\n");
+    expectMended(plan, with(plan, empty, ""), "unreadable-value 1");
+}
+
 TEST_F(MendTest, leavesOutUnreadableValuesOfTheProject) {
     for (const std::string bad : {"<FinishDate>x</FinishDate><ScheduleFromStart>0</ScheduleFromStart>",
                                   "<ScheduleFromStart>maybe</ScheduleFromStart>", "<WorkFormat>w</WorkFormat>"}) {
@@ -92,6 +98,51 @@ TEST_F(MendTest, leavesOutDefinitionsTypesThatAreNoNumbers) {
                                                       "<ExtendedAttribute><FieldID>7</FieldID><Value>v</Value>"
                                                       "</ExtendedAttribute>")));
     expectMended(plan, with(plan, "<CFType>x</CFType>", ""), "unreadable-value 1");
+}
+
+// The last one counts; without it the one before it would.
+TEST_F(MendTest, leavesOutAValueWithAllThatSayTheSameBesideIt) {
+    const std::string bad = "<Start>x</Start>";
+    const auto plan = planOf(tasks(task(1, 1, bad + bad + "<Name>a</Name>" + bad)));
+    expectMended(plan, planOf(tasks(task(1, 1, "<Name>a</Name>"))), "unreadable-value 3");
+}
+
+// They fail alike, so that without one of them the failure seems to be the same.
+TEST_F(MendTest, leavesOutSeveralValuesOfOneText) {
+    const auto plan =
+        planOf(tasks(task(1, 1, "<Start>x</Start><Finish>x</Finish><Duration>x</Duration><Name>x</Name>")));
+    expectMended(plan, planOf(tasks(task(1, 1, "<Name>x</Name>"))), "unreadable-value 3");
+    std::string links;
+    for (int number = 0; number < 10; ++number) {
+        links += "<PredecessorLink><PredecessorUID>x</PredecessorUID></PredecessorLink>";
+    }
+    EXPECT_EQ(stepsOf(mend(planOf(tasks(task(1, 1, links))))), "unreadable-value 10");
+}
+
+TEST_F(MendTest, leavesOutBothDatesOfAnException) {
+    const std::string from = "<FromDate>x</FromDate>";
+    const auto plan =
+        planOf("", with(standardCalendar(), "</Calendar>",
+                        "<Exceptions><Exception><TimePeriod>" + from +
+                            "<ToDate>x</ToDate></TimePeriod>"
+                            "<Type>1</Type><DayWorking>0</DayWorking></Exception></Exceptions></Calendar>"));
+    expectMended(plan, with(plan, from, ""), "unreadable-value 1");
+}
+
+// More pieces of one object than are looked at together.
+TEST_F(MendTest, leavesOutUnreadableValuesOfManyPieces) {
+    std::string links;
+    std::string wanted;
+    for (int number = 0; number < 200; ++number) {
+        const auto link = [&](const std::string& uid) {
+            return "<PredecessorLink>" + uid + "<Type>1</Type></PredecessorLink>";
+        };
+        const bool isBad = number % 3 == 0;
+        links += link(isBad ? "<PredecessorUID>x</PredecessorUID>" : "<PredecessorUID>2</PredecessorUID>");
+        wanted += link(isBad ? "" : "<PredecessorUID>2</PredecessorUID>");
+    }
+    expectMended(planOf(tasks(task(1, 1, links) + task(2, 1))), planOf(tasks(task(1, 1, wanted) + task(2, 1))),
+                 "unreadable-value 67");
 }
 
 namespace {

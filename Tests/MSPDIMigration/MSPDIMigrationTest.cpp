@@ -199,7 +199,7 @@ TEST_F(MigrationTest, takesTheJournalAsFarAsItIsWhole) {
 TEST_F(MigrationTest, waitsForAnotherRun) {
     addPlan("A.xml", planNamed("Paint"));
     folder.addFolder("out/.mspdi-migrate");
-    auto other = std::make_unique<MSPCRunLock>(folder / "out/.mspdi-migrate/lock");
+    auto other = std::make_unique<MSPCRunLock>(AT_FDCWD, folder / "out/.mspdi-migrate/lock");
     ASSERT_TRUE(other->tryToTake());
     other->sign();
     MSPDIMigration migration(services, options, plans);
@@ -210,6 +210,40 @@ TEST_F(MigrationTest, waitsForAnotherRun) {
     }),
               std::nullopt);
     EXPECT_THAT(holder, StartsWith("process " + std::to_string(::getpid()) + " on "));
+}
+
+TEST_F(MigrationTest, followsNoLinkAmongWhatItKeeps) {
+    addPlan("A.xml", planNamed("Paint"));
+    for (const std::string name : {"", "/lock", "/journal", "/run"}) {
+        std::filesystem::remove_all(folder / "out");
+        folder.addFile("foreign/run/letter.txt", "months of work");
+        folder.addFile("foreign/text", "text of others");
+        folder.addFolder(name.empty() ? "out" : "out/.mspdi-migrate");
+        const auto* const target = name.empty() ? "foreign" : name == "/run" ? "foreign/run" : "foreign/text";
+        const auto path = folder / ("out/.mspdi-migrate" + name);
+        ASSERT_EQ(::symlink((folder / target).c_str(), path.c_str()), 0);
+        MSPDIMigration migration(services, options, plans);
+        const auto reason = path + ": it is a link, which no migration follows";
+        EXPECT_EQ(migration.takeLock([](const auto&) {}), reason);
+        EXPECT_EQ(migration.readRecords(), reason) << "nor does a dry run";
+        EXPECT_EQ(folder.listing("foreign"), "run text ") << name;
+        EXPECT_EQ(folder.listing("foreign/run"), "letter.txt ") << name;
+        EXPECT_EQ(folder.contents("foreign/text"), "text of others") << name;
+    }
+}
+
+TEST_F(MigrationTest, removesNothingWhereALinkTakesThePlaceOfItsFolderMeanwhile) {
+    addPlan("A.xml", planNamed("Paint"));
+    folder.addFile("out/.mspdi-migrate/run/0/letter.txt", "of a dead run");
+    folder.addFile("foreign/0/letter.txt", "months of work");
+    MSPDIMigration migration(services, options, plans);
+    ASSERT_EQ(migration.takeLock([](const auto&) {}), std::nullopt);
+    ASSERT_EQ(migration.readRecords(), std::nullopt);
+    EXPECT_EQ(folder.listing("out/.mspdi-migrate/run"), "");
+    std::filesystem::rename(folder / "out/.mspdi-migrate/run", folder / "out/.mspdi-migrate/moved");
+    ASSERT_EQ(::symlink((folder / "foreign").c_str(), (folder / "out/.mspdi-migrate/run").c_str()), 0);
+    EXPECT_EQ(migration.run([](const auto&) {}), std::nullopt);
+    EXPECT_EQ(folder.contents("foreign/0/letter.txt"), "months of work");
 }
 
 TEST_F(MigrationTest, saysWhyItCannotKeepRecords) {

@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
+#include "MSPCOwnItems.h"
 
 namespace {
 
@@ -15,11 +15,9 @@ bool isLastLineCutOff(int file) {
 
 }  // namespace
 
-std::unique_ptr<MSPCJournal> MSPCJournal::open(const std::string& path, std::string& failure) {
-    const bool isCutOff = path.find('\0') != std::string::npos;
-    constexpr auto flags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY;
-    MSPCFileDescriptor file(isCutOff ? -1 : ::open(path.c_str(), flags, 0666));
-    int error = file.isOpen() ? 0 : (isCutOff ? ENOENT : errno);
+std::unique_ptr<MSPCJournal> MSPCJournal::open(int folder, const std::string& name, std::string& failure) {
+    MSPCFileDescriptor file;
+    int error = MSPCOpenOwnFile(folder, name, O_RDWR | O_CREAT | O_APPEND, file);
     if (error == 0 && isLastLineCutOff(file.number())) {
         error = file.write("\n");
     }

@@ -11,9 +11,9 @@
 // whole lines; a line that a kill or a full disk cut off is ended before the next one, and is none.
 class MSPCJournal {
 public:
-    // Opens the file, which is made where there is none. A null pointer when that fails, with the system's description
-    // in `failure`.
-    [[nodiscard]] static std::unique_ptr<MSPCJournal> open(const std::string& path, std::string& failure);
+    // Opens the file, which is made where there is none. Its name counts from an open folder; a link with that name is
+    // a failure. A null pointer when that fails, with the system's description in `failure`.
+    [[nodiscard]] static std::unique_ptr<MSPCJournal> open(int folder, const std::string& name, std::string& failure);
     explicit MSPCJournal(MSPCFileDescriptor file) : _file(std::move(file)) {}
 
     // None, or the system's description of the failure. `line` holds no line feed.

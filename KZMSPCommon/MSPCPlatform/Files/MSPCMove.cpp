@@ -8,7 +8,6 @@
 #include <cstdio>
 
 #include "MSPCFileDescriptor.h"
-#include "MSPCRemoval.h"
 
 namespace {
 
@@ -43,8 +42,4 @@ std::optional<std::string> MSPCMoveToFreeName(const std::string& from, const std
     const int error = isCutOff(from) || isCutOff(to) ? ENOENT : errorOfMove(from, to);
     isTaken = error == EEXIST;
     return error == 0 ? std::nullopt : std::optional(MSPCSystemErrorText(error));
-}
-
-bool MSPCRemoveAll(const std::string& path) {
-    return !isCutOff(path) && MSPCRemoveItem(AT_FDCWD, path.c_str());
 }

@@ -7,6 +7,3 @@
 // of the failure; `isTaken` says that something has the name (it is cleared otherwise), a link that points nowhere too.
 [[nodiscard]] std::optional<std::string> MSPCMoveToFreeName(const std::string& from, const std::string& to,
                                                             bool& isTaken);
-
-// Removes what has that path, with all its content; false when something is left.
-bool MSPCRemoveAll(const std::string& path);

@@ -73,7 +73,7 @@ bool isContentRemovable(int parent, const char* name, dev_t device, int levels) 
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(folder.isOpen() ? ::fdopendir(folder.number()) : nullptr,
                                                       &::closedir);
     if (!entries) {
-        return false;
+        return !folder.isOpen() && errno == ENOENT;
     }
     const int number = folder.release();  // closed with the entries
     const bool mayChange = ::faccessat(number, ".", W_OK | X_OK, AT_EACCESS) == 0;
@@ -87,8 +87,11 @@ bool isContentRemovable(int parent, const char* name, dev_t device, int levels) 
 
 bool isRemovable(int parent, const char* name, dev_t device, int levels) {
     struct stat status {};
-    if (levels == 0 || ::fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (levels == 0) {
         return false;
+    }
+    if (::fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        return errno == ENOENT;  // somebody else has removed it meanwhile
     }
     // What is mounted somewhere is another device, and in the way. Of files that says nothing: layered file systems
     // give each layer's files a device of their own.

@@ -5,5 +5,6 @@
 bool MSPCRemoveItem(int folder, const char* name) noexcept;
 
 // Whether nothing is in the way of removing an item with all its content, as far as that can be told before: folders
-// that may not be changed, or on which another file system is mounted. The rights on `folder` itself are not asked.
+// that may not be changed, or on which another file system is mounted. What is gone, or goes meanwhile, is in nobody's
+// way. The rights on `folder` itself are not asked.
 [[nodiscard]] bool MSPCIsRemovable(int folder, const char* name);

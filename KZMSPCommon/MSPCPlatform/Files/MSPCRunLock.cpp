@@ -10,12 +10,11 @@
 #include <cerrno>
 #include <climits>
 
-MSPCRunLock::MSPCRunLock(const std::string& path) {
-    const bool isCutOff = path.find('\0') != std::string::npos;
-    constexpr auto flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOCTTY;
-    _file = MSPCFileDescriptor(isCutOff ? -1 : ::open(path.c_str(), flags, 0666));
-    if (!_file.isOpen()) {
-        _failure = MSPCSystemErrorText(isCutOff ? ENOENT : errno);
+#include "MSPCOwnItems.h"
+
+MSPCRunLock::MSPCRunLock(int folder, const std::string& name) {
+    if (const int error = MSPCOpenOwnFile(folder, name, O_RDWR | O_CREAT, _file); error != 0) {
+        _failure = MSPCSystemErrorText(error);
     }
 }
 

@@ -10,8 +10,8 @@
 // ended, however they end. It says who has it.
 class MSPCRunLock {
 public:
-    // The file is made where there is none.
-    explicit MSPCRunLock(const std::string& path);
+    // The file is made where there is none. Its name counts from an open folder; a link with that name is a failure.
+    MSPCRunLock(int folder, const std::string& name);
 
     // None when the file is open; the system's description otherwise.
     [[nodiscard]] const std::optional<std::string>& failure() const { return _failure; }

@@ -16,7 +16,8 @@ using namespace MSPCXMLLexis;
 // Walks over a document with a window onto its bytes that slides and, for a single long token, grows.
 class SelectiveReader {
 public:
-    SelectiveReader(MSPCByteSource& source, const MSPCXMLSelection& selection) : _source(source) {
+    SelectiveReader(MSPCByteSource& source, const MSPCXMLSelection& selection, bool keepsPlaces)
+        : _source(source), _keepsPlaces(keepsPlaces) {
         const auto expectedSize = source.expectedSize();
         constexpr std::size_t smallestWindow = 1 << 12;
         constexpr std::size_t largestWindow = 1 << 18;
@@ -65,6 +66,7 @@ private:
         }
         if (_at > 0) {
             std::memmove(_window.data(), _window.data() + _at, _end - _at);
+            _passed += _at;
             _end -= _at;
             _at = 0;
         }
@@ -173,9 +175,21 @@ private:
     // Goes on behind a piece of the window, and keeps it if it is selected.
     void take(const char* begin, const char* end, const MSPCXMLSelection* selection, std::string& markup) {
         if (selection != nullptr) {
-            markup.append(begin, end);
+            keep({begin, static_cast<std::size_t>(end - begin)}, markup);
         }
         _at = static_cast<std::size_t>(end - _window.data());
+    }
+
+    // Keeps a piece of the window.
+    void keep(std::string_view piece, std::string& markup) {
+        if (_keepsPlaces) {
+            const auto original = _passed + static_cast<std::size_t>(piece.data() - _window.data());
+            if (original != _endOfKept) {
+                _kept.places.push_back({markup.size(), original});
+            }
+            _endOfKept = original + piece.size();
+        }
+        markup += piece;
     }
 
     void open(std::string_view name, const MSPCXMLSelection* selection, std::string& markup) {
@@ -218,7 +232,7 @@ private:
             return false;
         }
         if (keepsContent()) {
-            *_open.back().markup += text;
+            keep(text, *_open.back().markup);
             noteContent(!isAllBlank(text), false);
         }
         _at += text.size();
@@ -317,7 +331,7 @@ private:
         }
         const auto section = rest().substr(0, *end + 3);
         if (keepsContent()) {
-            *_open.back().markup += section;
+            keep(section, *_open.back().markup);
         }
         setHasSections();
         _at += section.size();
@@ -347,7 +361,7 @@ private:
             noteContent(false, true);
         }
         if (selection != nullptr) {
-            markup += tag;
+            keep(tag, markup);
         }
         if (hasAttributes && saysWhatBlanksMean(tag)) {
             setHasMixedContent();
@@ -394,7 +408,7 @@ private:
             return false;
         }
         if (_open.back().selection != nullptr) {
-            *_open.back().markup += tag;
+            keep(tag, *_open.back().markup);
         }
         close();
         _at += tag.size();
@@ -405,6 +419,9 @@ private:
     std::string _window;  // the bytes from _at to _end are still to be looked at; one byte behind them is free
     std::size_t _at = 0;
     std::size_t _end = 0;
+    std::size_t _passed = 0;  // bytes before the window
+    bool _keepsPlaces;
+    std::size_t _endOfKept = std::string::npos;  // in the document; nowhere before anything is kept
     bool _isAtEnd = false;
     bool _hasFailed = false;
     bool _hasRoot = false;
@@ -415,6 +432,7 @@ private:
 
 }  // namespace
 
-std::optional<MSPCXMLSelected> selectedXML(MSPCByteSource& source, const MSPCXMLSelection& selection) {
-    return SelectiveReader(source, selection).run();
+std::optional<MSPCXMLSelected> selectedXML(MSPCByteSource& source, const MSPCXMLSelection& selection,
+                                           bool keepsPlaces) {
+    return SelectiveReader(source, selection, keepsPlaces).run();
 }

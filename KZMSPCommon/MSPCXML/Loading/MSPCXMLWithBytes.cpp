@@ -1,11 +1,62 @@
 #include "MSPCXMLWithBytes.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "MSPCByteStreams.h"
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLLoader.h"
 
-std::optional<MSPCXMLWithBytes> MSPCXMLLoadWithBytes(const std::string& bytes, std::string_view mendableRoot) {
+namespace {
+
+// Bytes that outlive it.
+class BytesSource final : public MSPCByteSource {
+public:
+    explicit BytesSource(std::string_view bytes) : _size(bytes.size()), _rest(bytes) {}
+
+    std::optional<std::size_t> read(char* buffer, std::size_t capacity) override {
+        const auto count = _rest.copy(buffer, capacity);
+        _rest.remove_prefix(count);
+        return count;
+    }
+    [[nodiscard]] std::size_t expectedSize() const override { return _size; }
+
+private:
+    std::size_t _size;
+    std::string_view _rest;
+};
+
+std::optional<MSPCXMLWithBytes> loadedInPart(std::string& bytes, const MSPCXMLSelection& selection) {
+    BytesSource source(bytes);
+    auto selected = selectedXML(source, selection, true);
+    auto document = selected ? MSPCXMLDocument::read(std::move(selected->bytes), selected->reading) : std::nullopt;
+    return document
+               ? std::optional(MSPCXMLWithBytes{std::move(*document), std::move(bytes), std::move(selected->places)})
+               : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::size_t> MSPCXMLWithBytes::startOf(const MSPCXMLNode& element) const {
+    auto offset = element.offset();
+    if (!offset) {
+        return std::nullopt;
+    }
+    if (!places.empty()) {
+        const auto next = std::upper_bound(places.begin(), places.end(), *offset,
+                                           [](std::size_t wanted, const auto& place) { return wanted < place.kept; });
+        const auto& place = *(next - 1);
+        offset = place.original + (*offset - place.kept);
+    }
+    const auto tag = *offset - 1;  // the name begins behind the "<"
+    return *offset > 0 && tag < utf8.size() && utf8[tag] == '<' ? std::optional(tag) : std::nullopt;
+}
+
+std::optional<MSPCXMLWithBytes> MSPCXMLLoadWithBytes(std::string& bytes, std::string_view mendableRoot,
+                                                     const MSPCXMLSelection& selection) {
+    if (auto inPart = loadedInPart(bytes, selection)) {
+        return inPart;
+    }
     auto utf8 = xmlBytesAsUtf8(bytes);
     if (!utf8) {
         return std::nullopt;
@@ -17,13 +68,14 @@ std::optional<MSPCXMLWithBytes> MSPCXMLLoadWithBytes(const std::string& bytes, s
                                                       .hasSections = traits.hasSections,
                                                       .hasMixedContent = traits.hasMixedContent});
         if (document) {
-            return MSPCXMLWithBytes{std::move(*document), std::move(*utf8), isConverted, false};
+            return MSPCXMLWithBytes{std::move(*document), std::move(*utf8), {}, isConverted, false};
         }
     }
     auto mended = mendedXML(*utf8, traits.hasInternalSubset, mendableRoot);
     auto document = mended
                         ? MSPCXMLDocument::read(mended->bytes, {.content = MSPCXMLContent::DataOnly, .isMended = true})
                         : std::nullopt;
-    return document ? std::optional(MSPCXMLWithBytes{std::move(*document), std::move(mended->bytes), isConverted, true})
-                    : std::nullopt;
+    return document
+               ? std::optional(MSPCXMLWithBytes{std::move(*document), std::move(mended->bytes), {}, isConverted, true})
+               : std::nullopt;
 }

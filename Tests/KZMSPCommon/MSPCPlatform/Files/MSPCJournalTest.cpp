@@ -1,6 +1,9 @@
 #include "MSPCJournal.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "ScopedTempFolder.h"
 
@@ -8,7 +11,7 @@ TEST(MSPCJournal, growsByWholeLines) {
     const ScopedTempFolder folder;
     std::string failure;
     for (const auto* line : {"one", "", "two"}) {
-        const auto journal = MSPCJournal::open(folder / "journal", failure);
+        const auto journal = MSPCJournal::open(AT_FDCWD, folder / "journal", failure);
         ASSERT_NE(journal, nullptr);
         EXPECT_EQ(journal->append(line), std::nullopt);
     }
@@ -19,19 +22,31 @@ TEST(MSPCJournal, endsALineThatWasCutOff) {
     const ScopedTempFolder folder;
     folder.addFile("journal", "one\ntw");
     std::string failure;
-    EXPECT_EQ(MSPCJournal::open(folder / "journal", failure)->append("three"), std::nullopt);
+    EXPECT_EQ(MSPCJournal::open(AT_FDCWD, folder / "journal", failure)->append("three"), std::nullopt);
     EXPECT_EQ(folder.contents("journal"), "one\ntw\nthree\n");
 }
 
 TEST(MSPCJournal, saysWhyItCannotBeHad) {
     const ScopedTempFolder folder;
     std::string failure;
-    EXPECT_EQ(MSPCJournal::open(folder / "none/journal", failure), nullptr);
+    EXPECT_EQ(MSPCJournal::open(AT_FDCWD, folder / "none/journal", failure), nullptr);
     EXPECT_EQ(failure, "No such file or directory");
-    EXPECT_EQ(MSPCJournal::open(folder.path(), failure), nullptr);
+    EXPECT_EQ(MSPCJournal::open(AT_FDCWD, folder.path(), failure), nullptr);
     EXPECT_EQ(failure, "Is a directory");
-    EXPECT_EQ(MSPCJournal::open(folder / std::string("a\0b", 3), failure), nullptr);
-    const auto full = MSPCJournal::open("/dev/full", failure);
-    ASSERT_NE(full, nullptr);
-    EXPECT_EQ(full->append("line"), "No space left on device");
+    EXPECT_EQ(MSPCJournal::open(AT_FDCWD, folder / std::string("a\0b", 3), failure), nullptr);
+    MSPCJournal full(MSPCFileDescriptor(::open("/dev/full", O_WRONLY)));
+    EXPECT_EQ(full.append("line"), "No space left on device");
+}
+
+TEST(MSPCJournal, writesThroughNoLink) {
+    const ScopedTempFolder folder;
+    folder.addFile("foreign", "text of others");
+    ASSERT_EQ(::symlink("foreign", (folder / "journal").c_str()), 0);
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    std::string failure;
+    EXPECT_EQ(MSPCJournal::open(AT_FDCWD, folder / "journal", failure), nullptr);
+    EXPECT_EQ(failure, "Too many levels of symbolic links");
+    EXPECT_EQ(MSPCJournal::open(AT_FDCWD, folder / "pipe", failure), nullptr);
+    EXPECT_EQ(failure, "Invalid argument");
+    EXPECT_EQ(folder.contents("foreign"), "text of others");
 }

@@ -48,9 +48,3 @@ TEST_F(MoveTest, saysWhatElseIsWrong) {
     EXPECT_EQ(moveTo(std::string("a\0b", 3)), "No such file or directory");
     EXPECT_EQ(folder.listing(), "from ");
 }
-
-TEST_F(MoveTest, removesWithAllContent) {
-    EXPECT_TRUE(MSPCRemoveAll(folder / "from"));
-    EXPECT_EQ(folder.listing(), "");
-    EXPECT_FALSE(MSPCRemoveAll(folder / std::string("a\0b", 3)));
-}

@@ -401,3 +401,28 @@ TEST(MSPCXMLSelectiveReader, defersAnyNumberAndSize) {
     EXPECT_EQ(walk.next()->root().stringValue(), "last");
     EXPECT_FALSE(walk.next());
 }
+
+// The window is smaller than the text, and slides over it.
+TEST(MSPCXMLSelectiveReader, tellsWhereTheKeptBytesStood) {
+    std::string text = "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<Plan a=\"b\">";
+    for (int number = 0; number < 500; ++number) {
+        text += "\n  <Task><Other>x</Other>\t<UID> 1 <!-- c --><![CDATA[2]]>&lt;</UID ><Name/><More>y</More></Task>";
+    }
+    text += "</Plan>";
+    const auto selection = MSPCXMLSelection::fromText("Plan(Task(UID Name))");
+    for (const auto pieceSize : pieceSizes) {
+        PiecewiseSource source(text, pieceSize);
+        const auto kept = selectedXML(source, selection, true);
+        ASSERT_TRUE(kept && !kept->places.empty()) << pieceSize;
+        EXPECT_EQ(kept->places.front().kept, 0U);
+        for (std::size_t index = 0; index < kept->places.size(); ++index) {
+            const auto& [begin, original] = kept->places[index];
+            const auto end = index + 1 < kept->places.size() ? kept->places[index + 1].kept : kept->bytes.size();
+            ASSERT_EQ(kept->bytes.substr(begin, end - begin), text.substr(original, end - begin)) << pieceSize;
+        }
+    }
+    PiecewiseSource source(text, 1 << 20);
+    EXPECT_TRUE(selectedXML(source, selection)->places.empty());
+    PiecewiseSource fromTheRootOn("<Plan><Task/></Plan>", 1 << 20);
+    EXPECT_EQ(selectedXML(fromTheRootOn, selection, true)->places.size(), 1U);
+}

@@ -1,0 +1,77 @@
+#include "MSPDICalendarEdits.h"
+
+#include <fmt/format.h>
+
+#include <set>
+#include <span>
+
+#include "MSPCExtensions.h"
+#include "MSPDIItemValues.h"
+#include "MSPDIPatient.h"
+
+namespace {
+
+constexpr std::string_view beforeWeekDays[] = {
+    "UID", "GUID", "Name", "IsBaseCalendar", "IsBaselineCalendar", "BaseCalendarUID"};
+constexpr std::string_view beforeExceptions[] = {
+    "UID", "GUID", "Name", "IsBaseCalendar", "IsBaselineCalendar", "BaseCalendarUID", "WeekDays"};
+
+// A list of the calendar, put in empty where it has none.
+MSPCXMLNode listIn(MSPDIPatient& patient, const MSPCXMLNode& calendar, std::string_view name,
+                   std::span<const std::string_view> namesBefore) {
+    const auto list = calendar.firstChildElement(name);
+    return list ? list : patient.insertBehind(calendar, namesBefore, fmt::format("<{0}></{0}>", name));
+}
+
+}  // namespace
+
+std::vector<MSPCXMLNode> MSPDIMappedCalendars(const MSPDIPatient& patient) {
+    std::set<std::int64_t> uids;
+    for (const auto& resource : patient.items("Resources", "Resource")) {
+        if (MSPDIIntegerIn(resource, "UID").value_or(0) != 0) {
+            uids.insert(MSPDIIntegerIn(resource, "CalendarUID").value_or(-1));
+        }
+    }
+    std::vector<MSPCXMLNode> mapped;
+    const auto taken = MSPDITakenCalendar(patient);
+    for (const auto& calendar : patient.items("Calendars", "Calendar")) {
+        const auto uid = MSPDIIntegerIn(calendar, "UID").value_or(-1);
+        if (calendar == taken || (uid >= 0 && uids.contains(uid))) {
+            mapped.push_back(calendar);
+        }
+    }
+    return mapped;
+}
+
+std::string MSPDIFirstDayOf(const MSPCXMLNode& exception) {
+    return MSPDITextIn(exception.firstChildElement("TimePeriod"), "FromDate").value_or("");
+}
+
+std::string MSPDIWorkOf(const MSPDIPatient& patient, const MSPCXMLNode& dayOrException) {
+    std::string content;
+    for (const auto* name : {"DayWorking", "WorkingTimes"}) {
+        if (const auto child = dayOrException.firstChildElement(name)) {
+            content += patient.markupOf(child);
+        }
+    }
+    return content;
+}
+
+bool MSPDIHasTimeUntilMidnight(const MSPCXMLNode& element) {
+    for (const auto& end : nodesForXQuery(element, ".//WorkingTime/ToTime")) {
+        if (end.stringValue().starts_with("00:00")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void MSPDIAddWeekDay(MSPDIPatient& patient, const MSPCXMLNode& calendar, std::string_view markup) {
+    patient.append(listIn(patient, calendar, "WeekDays", beforeWeekDays), markup);
+}
+
+void MSPDIAddException(MSPDIPatient& patient, const MSPCXMLNode& calendar, std::string_view timePeriod,
+                       std::string_view work) {
+    patient.append(listIn(patient, calendar, "Exceptions", beforeExceptions),
+                   fmt::format("<Exception>{}<Type>1</Type>{}</Exception>", timePeriod, work));
+}
