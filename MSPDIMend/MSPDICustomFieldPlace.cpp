@@ -29,13 +29,9 @@ constexpr std::string_view fieldsBehind[] = {
 // What planning programs write before the list of definitions.
 constexpr std::string_view listsBehind[] = {"Calendars", "Tasks", "Resources", "Assignments"};
 
-std::string childMarkup(std::string_view name, std::string_view text) {
-    return fmt::format("<{0}>{1}</{0}>", name, MSPDIEscapedText(text));
-}
-
 void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view fieldName, std::string_view alias) {
-    const auto content = childMarkup("FieldID", fieldID) + childMarkup("FieldName", fieldName) +
-                         childMarkup("Alias", alias) + childMarkup("CFType", "7");
+    const auto content = MSPDIElementMarkup("FieldID", fieldID) + MSPDIElementMarkup("FieldName", fieldName) +
+                         MSPDIElementMarkup("Alias", alias) + MSPDIElementMarkup("CFType", "7");
     const auto markup = "<ExtendedAttribute>" + content + "</ExtendedAttribute>";
     const auto project = patient.project();
     const auto definitions = project.firstChildElement("ExtendedAttributes");
@@ -49,7 +45,8 @@ void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view 
 
 void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_view fieldID,
                         const std::optional<std::string>& value) {
-    const auto content = childMarkup("FieldID", fieldID) + (value ? childMarkup("Value", *value) : std::string());
+    const auto content =
+        MSPDIElementMarkup("FieldID", fieldID) + (value ? MSPDIElementMarkup("Value", *value) : std::string());
     const auto markup = "<ExtendedAttribute>" + content + "</ExtendedAttribute>";
     // Few things stand behind the last one, many fields before it.
     auto last = owner.lastChild();

@@ -18,7 +18,6 @@ constexpr std::string_view calendarOrder = "calendar-order";
 constexpr std::string_view projectCalendar = "project-calendar";
 constexpr std::string_view beforeName[] = {"UID", "GUID"};
 constexpr std::string_view beforeIsBase[] = {"UID", "GUID", "Name"};
-constexpr int dayCount = 7;
 
 // The calendar with a UID, the last one of several.
 MSPCXMLNode calendarOf(const MSPDIPatient& patient, std::int64_t uid) {
@@ -83,17 +82,17 @@ std::vector<std::pair<int, std::string>> linesOfStandardCalendar() {
                                                       {1, "<IsBaseCalendar>1</IsBaseCalendar>"},
                                                       {1, "<BaseCalendarUID>-1</BaseCalendarUID>"},
                                                       {1, "<WeekDays>"}};
-    for (int day = 1; day <= dayCount; ++day) {
-        const bool isWorking = day > 1 && day < dayCount;
+    for (const auto day : MSPCWeekdays) {
+        const auto times = MSPDIUsualTimesOn(day);
         lines.emplace_back(2, "<WeekDay>");
-        lines.emplace_back(3, fmt::format("<DayType>{}</DayType>", day));
-        lines.emplace_back(3, fmt::format("<DayWorking>{}</DayWorking>", isWorking ? 1 : 0));
-        if (isWorking) {
+        lines.emplace_back(3, fmt::format("<DayType>{}</DayType>", MSPCNumberOf(day)));
+        lines.emplace_back(3, fmt::format("<DayWorking>{}</DayWorking>", times.empty() ? 0 : 1));
+        if (!times.empty()) {
             lines.emplace_back(3, "<WorkingTimes>");
-            for (const auto& [from, to] : {std::pair{"08", "12"}, std::pair{"13", "17"}}) {
+            for (const auto& [from, to] : times) {
                 lines.emplace_back(4, "<WorkingTime>");
-                lines.emplace_back(5, fmt::format("<FromTime>{}:00:00</FromTime>", from));
-                lines.emplace_back(5, fmt::format("<ToTime>{}:00:00</ToTime>", to));
+                lines.emplace_back(5, fmt::format("<FromTime>{}</FromTime>", from));
+                lines.emplace_back(5, fmt::format("<ToTime>{}</ToTime>", to));
                 lines.emplace_back(4, "</WorkingTime>");
             }
             lines.emplace_back(3, "</WorkingTimes>");
