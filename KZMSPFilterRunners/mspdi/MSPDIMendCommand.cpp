@@ -26,6 +26,9 @@ void separatePlan(Arguments& arguments) {
     if (arguments.plan.empty() && !arguments.only.empty() && MSPDIMendStepNamed(arguments.only.back()) == nullptr) {
         arguments.plan = arguments.only.back();
         arguments.only.pop_back();
+        if (arguments.only.empty()) {
+            throw CLI::ArgumentMismatch::TypedAtLeast("--only", 1, "STEP");
+        }
     }
     if (arguments.plan.empty()) {
         throw CLI::RequiredError("PLAN");
