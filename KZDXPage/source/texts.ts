@@ -46,7 +46,8 @@ const english = {
     print: "Print",
     printA4: "Print on A4",
     printA3: "Print on A3",
-    help: "Keys",
+    help: "Keys and legend",
+    keys: "Keys",
     close: "Close",
     details: "Details",
     task: "Task",
@@ -94,6 +95,26 @@ const english = {
     priority: "Priority",
     recalculate: "Recalculates",
     "static-cost": "Fixed cost",
+    "schedule-type:asap": "as soon as possible",
+    "schedule-type:alap": "as late as possible",
+    "recalculate:duration": "the duration",
+    "recalculate:effort": "the effort",
+    "constraint:0": "as soon as possible",
+    "constraint:1": "as late as possible",
+    "constraint:2": "must start on",
+    "constraint:3": "must finish on",
+    "constraint:4": "start no earlier than",
+    "constraint:5": "start no later than",
+    "constraint:6": "finish no earlier than",
+    "constraint:7": "finish no later than",
+    "target:task": "task",
+    "target:resource": "resource",
+    "target:calendar": "calendar",
+    onLink: "{value} on the link to {task}",
+    "link:FF": "Finish to finish",
+    "link:FS": "Finish to start",
+    "link:SF": "Start to finish",
+    "link:SS": "Start to start",
     "email-address": "E-mail",
     rowsOf: "{shown} of {all} {all|task|tasks}",
     allRows: "{all} {all|task|tasks}",
@@ -126,7 +147,8 @@ const english = {
     legendLocked: "Locked date",
     legendBound: "Earliest or latest date",
     legendMissed: "Date missed",
-    legendOff: "Not working",
+    legendRest: "Not working",
+    legendLink: "Link to what depends on it",
     page: "Page {page} of {pages}",
     "key:move": "Move through the rows",
     "key:fold": "Fold, or go to the group",
@@ -141,7 +163,7 @@ const english = {
     "key:bar": "Go to the bar of the row",
     "key:search": "Search",
     "key:tabs": "Plan, resources, losses",
-    "key:help": "These keys",
+    "key:help": "Keys and legend",
 };
 
 export type Word = keyof typeof english;
@@ -192,7 +214,8 @@ const german: Record<Word, string> = {
     print: "Drucken",
     printA4: "Auf A4 drucken",
     printA3: "Auf A3 drucken",
-    help: "Tasten",
+    help: "Tasten und Legende",
+    keys: "Tasten",
     close: "Schließen",
     details: "Einzelheiten",
     task: "Vorgang",
@@ -240,6 +263,26 @@ const german: Record<Word, string> = {
     priority: "Priorität",
     recalculate: "Berechnet neu",
     "static-cost": "Feste Kosten",
+    "schedule-type:asap": "so früh wie möglich",
+    "schedule-type:alap": "so spät wie möglich",
+    "recalculate:duration": "die Dauer",
+    "recalculate:effort": "den Aufwand",
+    "constraint:0": "so früh wie möglich",
+    "constraint:1": "so spät wie möglich",
+    "constraint:2": "muss anfangen am",
+    "constraint:3": "muss enden am",
+    "constraint:4": "Anfang nicht früher als",
+    "constraint:5": "Anfang nicht später als",
+    "constraint:6": "Ende nicht früher als",
+    "constraint:7": "Ende nicht später als",
+    "target:task": "Vorgang",
+    "target:resource": "Ressource",
+    "target:calendar": "Kalender",
+    onLink: "{value} an der Verknüpfung mit {task}",
+    "link:FF": "Ende zu Ende",
+    "link:FS": "Ende zu Anfang",
+    "link:SF": "Anfang zu Ende",
+    "link:SS": "Anfang zu Anfang",
     "email-address": "E-Mail",
     rowsOf: "{shown} von {all} {all|Vorgang|Vorgängen}",
     allRows: "{all} {all|Vorgang|Vorgänge}",
@@ -272,7 +315,8 @@ const german: Record<Word, string> = {
     legendLocked: "Fester Termin",
     legendBound: "Frühester oder spätester Termin",
     legendMissed: "Verfehlter Termin",
-    legendOff: "Arbeitsfrei",
+    legendRest: "Arbeitsfrei",
+    legendLink: "Verknüpfung mit dem, was davon abhängt",
     page: "Seite {page} von {pages}",
     "key:move": "Durch die Zeilen gehen",
     "key:fold": "Zuklappen, oder zur Gruppe",
@@ -287,7 +331,7 @@ const german: Record<Word, string> = {
     "key:bar": "Zum Balken der Zeile",
     "key:search": "Suchen",
     "key:tabs": "Plan, Ressourcen, Verluste",
-    "key:help": "Diese Tasten",
+    "key:help": "Tasten und Legende",
 };
 
 export const locale = navigator.language || "en";
@@ -306,4 +350,11 @@ export function word(key: Word, values: Record<string, string | number> = {}): s
 // The page's word for a name of the document; the name itself where it has none.
 export function wordFor(name: string): string {
     return Object.prototype.hasOwnProperty.call(words, name) ? words[name as Word] : name;
+}
+
+// The page's word for a value that has a name in the document; the value itself where it has none.
+export function wordOfValue(name: string, value: string): string {
+    const key = `${name}:${value}`;
+    const known = wordFor(key);
+    return known === key ? value : known;
 }

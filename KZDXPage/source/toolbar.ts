@@ -1,6 +1,7 @@
 // The controls above the tables.
 
 import { button, make } from "./dom";
+import { legend } from "./legend";
 import { word } from "./texts";
 
 // A button with a panel that it opens and closes; Escape and a click elsewhere close it too.
@@ -71,14 +72,18 @@ const keys: [string, Parameters<typeof word>[0]][] = [
     ["?", "key:help"],
 ];
 
-// The keys, in a dialog.
+// The keys, and what the shapes mean, in a dialog.
 export function helpDialog(): HTMLDialogElement {
     const list = make("dl", { class: "keys" });
     for (const [key, meaning] of keys) {
         const marks = key.split(" ").filter((part) => part !== "").map((part) => make("kbd", {}, part));
         list.append(make("dt", {}, ...marks), make("dd", {}, word(meaning)));
     }
-    const dialog = make("dialog", { class: "help", "aria-label": word("help") }, make("h2", {}, word("help")), list);
+    const dialog = make(
+        "dialog",
+        { class: "help", "aria-label": word("help") },
+        make("div", { class: "help-parts" }, make("section", {}, make("h2", {}, word("keys")), list), make("section", {}, make("h2", {}, word("legend")), legend())),
+    );
     dialog.append(button(word("close"), () => dialog.close()));
     return dialog;
 }
