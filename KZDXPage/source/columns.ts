@@ -35,11 +35,14 @@ interface Optional {
     readonly isTree?: boolean;
 }
 
+// Room for the title of a column, which is bold, as far as it is no long one of somebody's own.
+const roomFor = (label: string): number => Math.min(Math.ceil(textWidth(label) * 1.12) + 18, 200);
+
 function column(id: string, label: string, width: number, text: (item: Item) => string, rest: Optional = {}): Column {
     return {
         id,
         label,
-        width,
+        width: Math.max(width, roomFor(label)),
         isNumeric: rest.isNumeric ?? false,
         isShownFirst: rest.isShownFirst ?? false,
         isTree: rest.isTree ?? false,
@@ -145,8 +148,8 @@ export function planColumns(setting: Setting): Column[] {
         dateColumn("start", word("start"), clock, (item) => taskOf(item)?.start, true),
         dateColumn("end", word("end"), clock, (item) => taskOf(item)?.end, true),
         ...baselineColumns(setting),
-        numberColumn("effort", word("effort"), 86, (item) => taskOf(item)?.effort, hoursText, hours, true),
-        numberColumn("completion", word("completion"), 72, (item) => taskOf(item)?.completion, percentText, String, true),
+        numberColumn("effort", word("effort"), 78, (item) => taskOf(item)?.effort, hoursText, hours, true),
+        numberColumn("completion", word("completion"), 64, (item) => taskOf(item)?.completion, percentText, String, true),
         column("resources", word("resources"), 134, ofTask(resourceNames), { isShownFirst: true }),
         numberColumn("effort-done", word("effortDone"), 90, (item) => taskOf(item)?.effortDone, hoursText, hours),
         ...(["start-constraint-date", "end-constraint-date", "locked-start-date", "locked-end-date"] as const).map((name) =>

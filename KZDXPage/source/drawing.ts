@@ -186,7 +186,7 @@ function reachOfLinks(drawing: Drawing, task: Task, end: number): number {
 // Behind the bar, and behind the links and marks that a text of that width met there.
 function captionPlace(drawing: Drawing, task: Task, end: number, width: number): number {
     const places = [...task.dates].flatMap(([name, moment]) => (name === "leveled-start" ? [] : [place(drawing, moment)]));
-    const begin = reachOfLinks(drawing, task, ends(drawing, task)?.to ?? end) + 5;
+    const begin = reachOfLinks(drawing, task, ends(drawing, task)?.to ?? end) + 8;
     return places
         .sort((one, other) => one - other)
         .reduce((x, mark) => (mark > x - 12 && mark < x + width + 6 ? mark + 12 : x), begin);

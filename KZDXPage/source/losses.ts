@@ -72,7 +72,7 @@ export function printedLosses(model: Model, title: string, paper: Paper): HTMLEl
         make("p", { class: "note" }, `${word("lossesOf")} · ${model.source}`),
         make("p", {}, word("lossesSummary", leaves)),
         ...kinds.flatMap((loss) => [
-            make("h2", {}, `${numberText(loss.count)} ${lossText(loss)}`),
+            make("h2", {}, `${numberText(loss.count)} × ${lossText(loss)}`),
             make("table", {}, headOf(), make("tbody", {}, ...placeRows(loss, model, null))),
         ]),
     );

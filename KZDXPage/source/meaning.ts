@@ -6,7 +6,7 @@ import { dateText, hoursText, percentText } from "./time";
 
 // "Dig (UID 4)", or "task 4" where it has no name.
 function targetText(kind: string, uid: string, name: string): string {
-    return name === "" ? `${wordOfValue("target", kind)} ${uid}` : `${name} (UID ${uid})`;
+    return name === "" ? `${wordOfValue("target", kind)} ${uid}` : `${name} (UID\u00a0${uid})`;
 }
 
 function valueText({ work, percentage, constraint, date, target }: WrittenMeaning): string {

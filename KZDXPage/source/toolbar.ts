@@ -2,7 +2,7 @@
 
 import { button, make } from "./dom";
 import { legend } from "./legend";
-import { word } from "./texts";
+import { word, wordOfValue } from "./texts";
 
 // A button with a panel that it opens and closes; Escape and a click elsewhere close it too.
 export function disclosure(label: string, look: string, content: HTMLElement): { element: HTMLElement; button: HTMLButtonElement; close: () => void } {
@@ -76,7 +76,7 @@ const keys: [string, Parameters<typeof word>[0]][] = [
 export function helpDialog(): HTMLDialogElement {
     const list = make("dl", { class: "keys" });
     for (const [key, meaning] of keys) {
-        const marks = key.split(" ").filter((part) => part !== "").map((part) => make("kbd", {}, part));
+        const marks = key.split(" ").filter((part) => part !== "").map((part) => make("kbd", {}, wordOfValue("cap", part)));
         list.append(make("dt", {}, ...marks), make("dd", {}, word(meaning)));
     }
     const dialog = make(

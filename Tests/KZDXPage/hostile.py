@@ -76,10 +76,10 @@ FURTHER = {"Project": ("Subject", "Category", "Company", "Manager", "Author", "C
 VALUE = re.compile(r"[\d\s.,:TZPDHMS+-]*\Z")  # a number, a date, a duration
 
 
-def fill_plan(path, target):
+def fill_plan(path, target, texts=None):
     """A copy of a plan with every text replaced that is no number, date or duration, and with texts it does not have."""
     ElementTree.register_namespace("", PLAN)
-    texts = Texts()
+    texts = texts or Texts()
     tree = ElementTree.parse(path)
     for element in tree.iter():
         name = element.tag.rpartition("}")[2]

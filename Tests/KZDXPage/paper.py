@@ -8,7 +8,7 @@ import sys
 import xml.etree.ElementTree as ElementTree
 
 from browser import Browser, expect
-from making import FOLDER, SOURCE, near, page_of, written
+from making import FOLDER, near, page_of, written
 from plans import plan, task
 
 

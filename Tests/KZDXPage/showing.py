@@ -308,7 +308,7 @@ def losses():
         lag.find_element(By.TAG_NAME, "summary").click()
         page.wait("document.querySelectorAll('.loss[data-kind=link-lag] tbody tr').length === 18")
         first = page.value("document.querySelector('.loss[data-kind=link-lag] tbody tr').innerText")
-        expect("16 h on the link to Survey the plot (UID 3)" in first and "/Project/Tasks[1]/Task[5]/PredecessorLink[1]/LinkLag[1]" in first, first)
+        expect("16 h on the link to Survey the plot (UID\xa03)" in first and "/Project/Tasks[1]/Task[5]/PredecessorLink[1]/LinkLag[1]" in first, first)
         page.button("1.3 Soil report", ".loss[data-kind=link-lag]").click()
         expect(page.row("Soil report")["selected"] == "true" and "Task 1.3" in page.text(".details"))
         # Assignments lead to their tasks, too.
