@@ -1,7 +1,9 @@
 #include "MSPCXMLEntities.h"
 
+#include <libxml/tree.h>
+
 #include <algorithm>
-#include <memory>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -37,9 +39,17 @@ std::string writtenContentOf(const xmlEntity& entity) {
 
 }  // namespace
 
+struct MSPCXMLEntities::Entry {
+    std::string mark;
+    xmlEntity standIn = {};
+    std::string text;  // markup, entities within it included
+};
+
 MSPCXMLEntities::MSPCXMLEntities(std::size_t documentSize)
     : _mostText(std::max(MostText, MostTextPerByte * documentSize)) {
 }
+
+MSPCXMLEntities::~MSPCXMLEntities() = default;
 
 xmlEntity* MSPCXMLEntities::markFor(xmlEntity* entity) {
     if (!isRead(entity)) {
@@ -53,15 +63,16 @@ xmlEntity* MSPCXMLEntities::markFor(xmlEntity* entity) {
 MSPCXMLEntities::Entry& MSPCXMLEntities::entryOf(const xmlEntity& entity) {
     const auto name = viewOf(entity.name);
     if (const auto known = _entries.find(name); known != _entries.end()) {
-        return known->second;
+        return *known->second;
     }
-    auto text = withTexts(writtenContentOf(entity));
-    auto& entry = _entries[std::string(name)];
-    entry.text = std::move(text);
+    auto owned = std::make_unique<Entry>();
+    auto& entry = *owned;
+    entry.text = withTexts(writtenContentOf(entity));
     entry.mark.append(1, MarkStart).append(name).append(1, MarkEnd);
     entry.standIn = entity;
     entry.standIn.etype = XML_INTERNAL_PREDEFINED_ENTITY;
     entry.standIn.content = reinterpret_cast<xmlChar*>(entry.mark.data());
+    _entries.emplace(name, std::move(owned));
     return entry;
 }
 
@@ -75,7 +86,7 @@ std::string MSPCXMLEntities::withTexts(std::string written) const {
     for (; start != std::string::npos; start = written.find(MarkStart, copied)) {
         const auto end = written.find(MarkEnd, start);
         const auto name = std::string_view(written).substr(start + 1, end - start - 1);
-        whole.append(written, copied, start - copied).append(_entries.find(name)->second.text);
+        whole.append(written, copied, start - copied).append(_entries.find(name)->second->text);
         copied = end + 1;
     }
     return whole.append(written, copied);

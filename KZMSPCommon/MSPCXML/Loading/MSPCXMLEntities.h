@@ -1,11 +1,12 @@
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <cstddef>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
-#include <string_view>
+
+struct _xmlEntity;  // NOLINT(bugprone-reserved-identifier): libxml2's name for it
 
 // What the references to a document type's entities become. libxml2 would copy an entity's content as nodes for each
 // reference, which costs fifty times the text that these nodes are written as: a reference of three bytes may stand for
@@ -16,11 +17,14 @@ public:
     // How much text the references of `documentSize` bytes may make before `isBeyondMeasure()`: as libxml2 bounds what
     // references make that it copies.
     explicit MSPCXMLEntities(std::size_t documentSize);
+    MSPCXMLEntities(const MSPCXMLEntities&) = delete;
+    MSPCXMLEntities& operator=(const MSPCXMLEntities&) = delete;
+    ~MSPCXMLEntities();
 
     // An entity whose text is the mark of a reference to this one. It is one of those that the parser adds to the text
     // where it is, like "&amp;"; it belongs to this object. `entity` itself until the parser has read its content and
     // knows it to be well-formed, and where there is none.
-    [[nodiscard]] xmlEntity* markFor(xmlEntity* entity);
+    [[nodiscard]] _xmlEntity* markFor(_xmlEntity* entity);
     [[nodiscard]] bool hasMarks() const { return !_entries.empty(); }
     [[nodiscard]] bool isBeyondMeasure() const { return _textSize > _mostText; }
 
@@ -28,15 +32,12 @@ public:
     [[nodiscard]] std::string withTexts(std::string written) const;
 
 private:
-    struct Entry {
-        std::string mark;
-        xmlEntity standIn = {};
-        std::string text;  // markup, entities within it included
-    };
+    struct Entry;
 
-    [[nodiscard]] Entry& entryOf(const xmlEntity& entity);
+    [[nodiscard]] Entry& entryOf(const _xmlEntity& entity);
 
     std::size_t _mostText;
-    std::size_t _textSize = 0;                           // of all references so far
-    std::map<std::string, Entry, std::less<>> _entries;  // by name; ordered, since a plan chooses the names
+    std::size_t _textSize = 0;  // of all references so far
+    // By name; ordered, since a plan chooses the names.
+    std::map<std::string, std::unique_ptr<Entry>, std::less<>> _entries;
 };
