@@ -33,8 +33,8 @@ struct Arguments {
 // Enough of each kind of loss to find all places of most plans, and few enough to keep the page small.
 constexpr std::size_t mostPlaces = 200;
 
-// The account of a plan. Long texts only begin, so that they are not kept for each place; what was mended is told whole:
-// its end says where.
+// The account of a plan. Long texts only begin, so that they are not kept for each place; what was mended is told
+// whole: its end says where.
 MSPDIAccount accountOf(const std::string& plan, const MSPCServices& services) {
     MSPDIAccountOptions options;
     options.mostPlaces = mostPlaces;
