@@ -115,6 +115,17 @@ new MutationObserver(changes => changes.forEach(({ target, type, addedNodes }) =
 })).observe(document, { subtree: true, childList: true, attributes: true });
 """
 
+# The titles of the page's data and those of the table for who has no scripts, which holds no controls.
+TITLES = r"""
+const { tasks } = JSON.parse(document.getElementById('document').textContent).scenario;
+const { title } = tasks;
+const of = row => Array.isArray(title) ? title[row] : 'all' in title ? title.all : 'at' in title ? title.values[title.at[row]]
+    : title.values[title.rows.indexOf(row)];
+const plain = text => (text ?? '').replace(/[\u0000-\u0008\u000b-\u001f\u007f]/gu, '\ufffd').replace(/\n/gu, '\ufffd');
+return [Array.from({ length: tasks.count }, (_, row) => plain(of(row))),
+    [...document.querySelectorAll('noscript td:nth-child(2)')].map(cell => plain(cell.textContent))];
+"""
+
 # What the policy forbids, each tried in turn: the directives that were violated.
 TRY_ALL = r"""
 const told = arguments[arguments.length - 1];

@@ -117,10 +117,7 @@ def everything_said(page):
         if page.count(".view:not([hidden])"):
             page.run("document.querySelector('.view:not([hidden]) .grid').focus()")
             page.keys(Keys.HOME, Keys.ENTER)
-            for _ in range(int(page.find(".view:not([hidden]) [role=treegrid]").get_attribute("aria-rowcount"))):
-                page.run("document.querySelector('.view:not([hidden]) .grid').focus()")
-                page.keys(Keys.ARROW_DOWN)
-                said += page.run(SAID)
+            said += [text for texts in page.down_through_the_rows(SAID) for text in set(texts)]
         page.run("window.dispatchEvent(new Event('beforeprint'))")
         said += page.run(SAID)
         page.run("window.dispatchEvent(new Event('afterprint'))")
