@@ -16,6 +16,9 @@ TEXTS = (
     "url(https://a.invalid/x)", "}</style>@import 'https://a.invalid/x';", "https://a.invalid/", "\u200fa\u061c",
     "$&$`$'$1", "\\\"\\u003cimg>", "%3Cimg%3E", "<img/src/onerror=hurt=1", "a" * 3000)
 
+# Of the texts above the one for titles, which stand in more kinds of elements than others.
+ENDING = TEXTS[1]
+
 # What holds a document together, or places its shapes: without these nothing is drawn.
 SHAPING_TEXTS = {"type", "start-date", "end-date", "leveled-start", "locked-start-date", "locked-end-date",
                  "start-constraint-date", "end-constraint-date", "effort", "effort-done", "completion-percentage", "duration",
@@ -42,6 +45,8 @@ class Texts:
 def filled_value(name, value, texts, ids, shaping, keeps_shape):
     if name in NEVER or value in SCENARIO_NAMES or (keeps_shape and name in shaping):
         return value
+    if name == "title-of-document":
+        return ENDING
     return ids.setdefault(value, f"{texts.next()} {len(ids)}") if name in REFERENCES | REFERRING_TEXTS else texts.next()
 
 
@@ -56,6 +61,7 @@ def fill_document(bundle, target, keeps_shape):
             name = element.tag.rpartition("}")[2]
             for attribute, value in element.attrib.items():
                 element.set(attribute, filled_value(attribute, value, texts, ids, SHAPING_ATTRIBUTES, keeps_shape))
+            name = "title-of-document" if name == "title" and file.name == "__TOC.xml" else name
             if len(element) == 0 and name not in ("split",) and (element.text or "").strip():
                 if name in REFERRING_TEXTS:
                     element.text = ids.setdefault(element.text, f"{texts.next()} {len(ids)}")
@@ -84,7 +90,7 @@ def fill_plan(path, target, texts=None):
     for element in tree.iter():
         name = element.tag.rpartition("}")[2]
         if len(element) == 0 and element.text and not VALUE.match(element.text):
-            element.text = texts.next()
+            element.text = ENDING if name == "Title" else texts.next()
         for further in FURTHER.get(name, ()) if len(element) else ():
             if element.find(f"{{{PLAN}}}{further}") is None:
                 ElementTree.SubElement(element, f"{{{PLAN}}}{further}").text = texts.next()
