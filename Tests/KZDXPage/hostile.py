@@ -50,11 +50,22 @@ def filled_value(name, value, texts, ids, shaping, keeps_shape):
     return ids.setdefault(value, f"{texts.next()} {len(ids)}") if name in REFERENCES | REFERRING_TEXTS else texts.next()
 
 
-def fill_document(bundle, target, keeps_shape):
+class Signs:
+    """Texts without a letter of the page's languages, each unlike all others."""
+
+    def __init__(self):
+        self.given = 0
+
+    def next(self):
+        self.given += 1
+        return f"\u03a9{self.given}"
+
+
+def fill_document(bundle, target, keeps_shape, texts=None):
     """A copy of a document with every text and attribute replaced; without its shape also dates, numbers and kinds."""
     shutil.copytree(bundle, target)
     ElementTree.register_namespace("", DOCUMENT)
-    texts, ids = Texts(), {}
+    texts, ids = texts or Texts(), {}
     for file in sorted(target.glob("*.xml")):
         tree = ElementTree.parse(file)
         for element in tree.iter():
