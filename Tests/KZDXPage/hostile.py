@@ -10,7 +10,7 @@ PLAN = "http://schemas.microsoft.com/project"
 TEXTS = (
     "</script><img src=x onerror=hurt=1><!--", "</noscript></title></style><img src=x onerror=alert(1)>",
     "'\"><svg onload=hurt=1>", "' onmouseover=hurt=1 x='", "javascript:hurt=1", "<a href=javascript:hurt=1>x</a>",
-    '=HYPERLINK("https://a.invalid/","x")', "+1+1", "-1+1", "@SUM(1)", "\t=1", "\r=1", "\n=1", " =1", "\u202e=1", "\ufeff@1",
+    '=HYPERLINK("https://a.invalid/","x")', "+1+1", "-1+1", "@SUM(1)", "\t=1", "\r=1", "\n=1", "\tx", "\rx", "\nx", " =1", "\u202e=1", "\ufeff@1",
     "\uff1d1", '"=1', "\",\"=1", "{{hurt=1}}${hurt=1}", "{count}{value|a|b}", "__proto__", "constructor", "toString",
     "&lt;img src=x onerror=hurt=1&gt;&amp;#60;", "]]>", "<![CDATA[<img src=x>", "\u2028x\u2029", "\u0085x", "\U000e0001x",
     "url(https://a.invalid/x)", "}</style>@import 'https://a.invalid/x';", "https://a.invalid/", "\u200fa\u061c",
@@ -31,6 +31,16 @@ NEVER = {"filename"}  # the file would not be found
 SCENARIO_NAMES = {"Actual"}  # the one that is shown
 
 
+# Stands for a carriage return until it is written as a reference: as itself no reader would give it.
+RETURN = "\ue00d"
+
+
+def write(tree, path):
+    """Writes markup as UTF-8 with all carriage returns."""
+    markup = ElementTree.tostring(tree.getroot(), encoding="unicode")
+    path.write_text(f'<?xml version="1.0" encoding="UTF-8"?>\n{markup.replace(RETURN, "&#13;")}', encoding="utf-8")
+
+
 class Texts:
     """One hostile text after the other."""
 
@@ -39,7 +49,7 @@ class Texts:
 
     def next(self):
         self.given += 1
-        return TEXTS[self.given % len(TEXTS)]
+        return TEXTS[self.given % len(TEXTS)].replace("\r", RETURN)
 
 
 def filled_value(name, value, texts, ids, shaping, keeps_shape):
@@ -78,7 +88,7 @@ def fill_document(bundle, target, keeps_shape, texts=None):
                     element.text = ids.setdefault(element.text, f"{texts.next()} {len(ids)}")
                 else:
                     element.text = filled_value(name, element.text, texts, ids, SHAPING_TEXTS, keeps_shape)
-        tree.write(file, encoding="UTF-8", xml_declaration=True)
+        write(tree, file)
     return texts.given
 
 
@@ -105,7 +115,7 @@ def fill_plan(path, target, texts=None):
         for further in FURTHER.get(name, ()) if len(element) else ():
             if element.find(f"{{{PLAN}}}{further}") is None:
                 ElementTree.SubElement(element, f"{{{PLAN}}}{further}").text = texts.next()
-    tree.write(target, encoding="UTF-8", xml_declaration=True)
+    write(tree, target)
     return texts.given
 
 
