@@ -10,6 +10,7 @@
 
 #include "KZDXRules.h"
 #include "KZDXWords.h"
+#include "MSPCPath.h"
 
 namespace {
 
@@ -224,17 +225,19 @@ private:
     }
 
     void rememberIds(const KZDXScenario& scenario) {
-        for (const auto* const items : {&scenario.tasks(), &scenario.resources()}) {
-            for (const auto index : items->byId()) {
-                _idsOfActual.emplace_hint(_idsOfActual.end(), (*items)[index].id);
+        const auto remember = [](const KZDXItems& items, auto& ids) {
+            for (const auto index : items.byId()) {
+                ids.emplace_hint(ids.end(), items[index].id);
             }
-        }
+        };
+        remember(scenario.tasks(), _idsOfActual.tasks);
+        remember(scenario.resources(), _idsOfActual.resources);
     }
 
     // Files of other kinds may lie beside the scenarios, whatever they hold.
     void lookForUnnamedFiles() {
         for (const auto& name : _names) {
-            if (!name.ends_with(".xml") || name == KZDXContentsName || _seen.contains(name)) {
+            if (!lowerCased(name).ends_with(".xml") || name == KZDXContentsName || _seen.contains(name)) {
                 continue;
             }
             std::string failure;
@@ -244,6 +247,10 @@ private:
             if (file ? file->root().name() == "scenario" : isNamedAsScenario(name)) {
                 add(KZDXUnnamedFileRule, name, file ? file->lineOf(file->root()) : 0, file ? "scenario" : "",
                     "the table of contents does not name this scenario");
+            } else if (!file) {
+                add(KZDXUnreadableFileRule, name, bytes ? error.line : 0, "",
+                    fmt::format("it may be a scenario that the table of contents does not name: {}",
+                                bytes ? error.reason : failure));
             }
         }
     }
@@ -251,8 +258,8 @@ private:
     KZDXFiles& _files;
     KZDXCheck& _check;
     std::set<std::string> _names;
-    std::set<std::string> _seen;                      // files that an entry names
-    std::set<std::string, std::less<>> _idsOfActual;  // of tasks and resources
+    std::set<std::string> _seen;  // files that an entry names
+    KZDXIds _idsOfActual;
     std::vector<Uncommented> _uncommented;
     bool _isOfImport = false;  // one scenario tells the importer
     MSPCXMLNode _named;        // whose name was asked for last, and the name

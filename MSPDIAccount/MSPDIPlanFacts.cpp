@@ -205,9 +205,10 @@ void MSPDIPlanFacts::readResources(const MSPCXMLNode& project) {
             continue;
         }
         _resourceByUID.try_emplace(MSPCResourceUID{*uid}, position);
-        const bool isCost = isSavedBy2007OrLater() && fields.lastChild("IsCostResource").count == 1 &&
-                            MSPDIIsTrueField(fields, "IsCostResource");
-        resource.isMaterial = isCost || MSPDISingleInteger(fields, "Type").value_or(1) == 0;
+        resource.isCost = MSPDIIsTrueField(fields, "IsCostResource");
+        const bool isReadAsCost =
+            resource.isCost && isSavedBy2007OrLater() && fields.lastChild("IsCostResource").count == 1;
+        resource.isMaterial = isReadAsCost || MSPDISingleInteger(fields, "Type").value_or(1) == 0;
         if (const auto looked = lookedUp(MSPCResourceUID{*uid}); looked && resource.isMaterial) {
             _materialUIDs.insert(*looked);
         }

@@ -39,6 +39,7 @@ struct MSPDITaskFacts {
 struct MSPDIResourceFacts {
     bool isMapped = false;
     bool isMaterial = false;
+    bool isCost = false;
     std::optional<std::size_t> calendar;  // position
 };
 

@@ -9,8 +9,10 @@
 #include "KZDXDiff.h"
 #include "KZDXOtherScenarios.h"
 #include "MSPCException.h"
+#include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDICutOff.h"
 #include "MSPDIDiffReport.h"
 #include "MSPDIDocumentFiles.h"
 
@@ -34,7 +36,10 @@ Opened openDocument(const std::string& name, const std::string& scenario, const 
                     std::string& failure) {
     Opened opened;
     opened.files = MSPDIFilesOfDocumentOrPlan(name, services, failure, opened.repairs);
-    if (opened.files) {
+    if (!opened.repairs.empty() &&
+        MSPDIIsPlanCutOff(services.fileSystem.absolutePath(name), services.fileSystem)) {
+        failure = MSPDICutOffReason;  // what is not there would be told as gone
+    } else if (opened.files) {
         opened.document = KZDXOpenDocument::open(*opened.files, scenario, failure);
     }
     return opened;

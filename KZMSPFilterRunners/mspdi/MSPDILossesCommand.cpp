@@ -1,12 +1,14 @@
 #include "MSPDILossesCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <limits>
 #include <memory>
 
 #include "MSPCFileSystem.h"
 #include "MSPDIAccountOfPlan.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDICutOff.h"
 #include "MSPDIInWords.h"
 #include "MSPDILossesReport.h"
 
@@ -16,6 +18,11 @@ struct Arguments {
     std::string plan;
     bool isAll = false;
 };
+
+bool isMended(const MSPDIAccount& account) {
+    return std::any_of(account.losses.begin(), account.losses.end(),
+                       [](const auto& loss) { return loss.kind == "overwritten-by-repair"; });
+}
 
 void tellLosses(const Arguments& arguments, MSPDIRun& run) {
     MSPDIFatesByPath fates;
@@ -29,7 +36,10 @@ void tellLosses(const Arguments& arguments, MSPDIRun& run) {
         options.restart = [&fates] { fates.clear(); };
     }
     const auto path = run.services.fileSystem.absolutePath(arguments.plan);
-    const auto account = MSPDIAccountOfPlan(path, run.services, options);
+    auto account = MSPDIAccountOfPlan(path, run.services, options);
+    if (isMended(account) && MSPDIIsPlanCutOff(path, run.services.fileSystem)) {
+        account.obstacle = MSPDICutOffReason;
+    }
     if (account.obstacle) {
         run.couldNotLook(arguments.plan, MSPDIReasonInWords({"", *account.obstacle, ""}));
         return;
