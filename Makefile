@@ -13,6 +13,13 @@ build: configure
 import: build
 	@build/mspdi import -o "$(OUT)" "$(PLAN)"
 
+# Makes a page of PLAN in the folder OUT, and opens it where there is a desktop.
+.PHONY: view
+view: build
+	@mkdir -p "$(OUT)"
+	@name=$$(basename "$(PLAN)") && has_desktop=$${DISPLAY:-$$WAYLAND_DISPLAY} && \
+	    build/mspdi view $${has_desktop:+--open} -o "$(OUT)/$${name%.*}.html" "$(PLAN)"
+
 # Installs below PREFIX (and DESTDIR, if given): programs, template, man pages, completions, examples, documents.
 PREFIX ?= /usr/local
 .PHONY: install

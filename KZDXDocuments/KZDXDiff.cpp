@@ -13,22 +13,6 @@
 
 namespace {
 
-std::optional<KZDXXMLFile> readFile(KZDXFiles& files, const std::string& name, std::string& failure) {
-    std::string reason;
-    auto bytes = files.read(name, reason);
-    if (!bytes) {
-        failure = fmt::format("{}: {}", name, reason);
-        return std::nullopt;
-    }
-    KZDXXMLError error;
-    auto file = KZDXXMLFile::read(name, std::move(*bytes), error);
-    if (!file) {
-        failure = error.line > 0 ? fmt::format("{}: line {}: {}", name, error.line, error.reason)
-                                 : fmt::format("{}: {}", name, error.reason);
-    }
-    return file;
-}
-
 const KZDXEntry* entryFor(const KZDXContents& contents, const std::string& scenario) {
     if (!scenario.empty()) {
         return contents.entryNamed(scenario);
@@ -277,7 +261,7 @@ std::optional<KZDXOpenDocument> KZDXOpenDocument::open(KZDXFiles& files, const s
         failure = fmt::format("no bundle: it holds no {}", KZDXContentsName);
         return std::nullopt;
     }
-    auto contentsFile = readFile(files, std::string(KZDXContentsName), failure);
+    auto contentsFile = KZDXXMLFile::readFrom(files, std::string(KZDXContentsName), failure);
     if (!contentsFile) {
         return std::nullopt;
     }
@@ -293,7 +277,7 @@ std::optional<KZDXOpenDocument> KZDXOpenDocument::another(KZDXFiles& files, cons
         failure = scenario.empty() ? "it has no scenario" : fmt::format("it has no scenario '{}'", scenario);
         return std::nullopt;
     }
-    auto file = readFile(files, std::string(entry->filename), failure);
+    auto file = KZDXXMLFile::readFrom(files, std::string(entry->filename), failure);
     if (!file) {
         return std::nullopt;
     }

@@ -45,7 +45,7 @@ void lookAtDayTimes(const MSPCXMLNode& day, const KZDXTell& tell) {
         } else if (*start < reached) {
             tell(span, fmt::format("the span begins at second {}, before the end of the one before it", *start));
         }
-        reached = std::max(reached, *end == 0 ? KZDXSecondsOfDay : *end);
+        reached = std::max(reached, *end == 0 ? MSPCSecondsPerDay : *end);
     }
 }
 

@@ -24,7 +24,7 @@ std::string_view KZDXNameOfWeekday(std::size_t day) {
 std::optional<std::int64_t> KZDXTimeOfDay(const MSPCXMLNode& span, std::string_view name) {
     const auto text = KZDXAttribute(span, name);
     const auto seconds = text ? KZDXInteger(*text) : std::nullopt;
-    return seconds && *seconds >= 0 && *seconds <= KZDXSecondsOfDay ? seconds : std::nullopt;
+    return seconds && *seconds >= 0 && *seconds <= MSPCSecondsPerDay ? seconds : std::nullopt;
 }
 
 KZDXWorkingWeek::KZDXWorkingWeek(const MSPCXMLNode& resource) {
@@ -43,7 +43,7 @@ KZDXWorkingWeek::KZDXWorkingWeek(const MSPCXMLNode& resource) {
 }
 
 bool KZDXWorkingWeek::holdsWorkBetween(MSPCInstant from, MSPCInstant to) const {
-    constexpr auto day = static_cast<double>(KZDXSecondsOfDay);
+    constexpr auto day = static_cast<double>(MSPCSecondsPerDay);
     constexpr std::size_t thursday = 4;  // the first day of 1970
     constexpr double daysOfWeek = 7;
     if (to - from >= daysOfWeek * day) {

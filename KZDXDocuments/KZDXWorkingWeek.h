@@ -9,8 +9,6 @@
 #include "MSPCInstant.h"
 #include "MSPCXMLNode.h"
 
-inline constexpr std::int64_t KZDXSecondsOfDay = 86'400;
-
 // A working time within a day, in seconds since midnight.
 struct KZDXTimes {
     std::int64_t start = 0;

@@ -1,10 +1,13 @@
 #include "KZDXXMLFile.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <utility>
 
+#include "KZDXFiles.h"
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLLoader.h"
 
@@ -79,6 +82,22 @@ std::optional<KZDXXMLFile> KZDXXMLFile::read(std::string name, std::string bytes
         return std::nullopt;
     }
     return KZDXXMLFile(std::move(name), std::move(*document), std::move(lineEnds));
+}
+
+std::optional<KZDXXMLFile> KZDXXMLFile::readFrom(KZDXFiles& files, const std::string& name, std::string& failure) {
+    std::string reason;
+    auto bytes = files.read(name, reason);
+    if (!bytes) {
+        failure = fmt::format("{}: {}", name, reason);
+        return std::nullopt;
+    }
+    KZDXXMLError error;
+    auto file = read(name, std::move(*bytes), error);
+    if (!file) {
+        failure = error.line > 0 ? fmt::format("{}: line {}: {}", name, error.line, error.reason)
+                                 : fmt::format("{}: {}", name, error.reason);
+    }
+    return file;
 }
 
 int KZDXXMLFile::lineOf(const MSPCXMLNode& element) const {

@@ -8,6 +8,8 @@
 
 #include "MSPCXMLDocument.h"
 
+class KZDXFiles;
+
 // Why a file is no XML that a strict parser takes.
 struct KZDXXMLError {
     int line = 0;  // from 1; 0 for the file as a whole
@@ -19,6 +21,9 @@ class KZDXXMLFile {
 public:
     // Reads the bytes of a file, in any encoding that it names; none when they are not well-formed, with the reason.
     [[nodiscard]] static std::optional<KZDXXMLFile> read(std::string name, std::string bytes, KZDXXMLError& error);
+    // The same of a file of a bundle; none as well where it cannot be read. The reason names the file, and the line.
+    [[nodiscard]] static std::optional<KZDXXMLFile> readFrom(KZDXFiles& files, const std::string& name,
+                                                             std::string& failure);
 
     [[nodiscard]] const std::string& name() const { return _name; }
     [[nodiscard]] MSPCXMLNode root() const { return _document.root(); }

@@ -6,28 +6,12 @@
 
 namespace {
 
-std::optional<KZDXXMLFile> readFile(KZDXFiles& files, const std::string& name, std::string& failure) {
-    std::string reason;
-    auto bytes = files.read(name, reason);
-    if (!bytes) {
-        failure = fmt::format("{}: {}", name, reason);
-        return std::nullopt;
-    }
-    KZDXXMLError error;
-    auto file = KZDXXMLFile::read(name, std::move(*bytes), error);
-    if (!file) {
-        failure = error.line > 0 ? fmt::format("{}: line {}: {}", name, error.line, error.reason)
-                                 : fmt::format("{}: {}", name, error.reason);
-    }
-    return file;
-}
-
 std::optional<KZDXPageOpenScenario> openScenario(KZDXFiles& files, const KZDXEntry& entry, std::string& failure) {
     if (!entry.staysInBundle()) {
         failure = fmt::format("the file '{}' of scenario '{}' is none of the bundle", entry.filename, entry.name);
         return std::nullopt;
     }
-    auto file = readFile(files, std::string(entry.filename), failure);
+    auto file = KZDXXMLFile::readFrom(files, std::string(entry.filename), failure);
     if (!file) {
         return std::nullopt;
     }
@@ -47,7 +31,7 @@ std::optional<KZDXPageDocument> KZDXPageDocument::open(KZDXFiles& files, std::st
         failure = fmt::format("no bundle: it holds no {}", KZDXContentsName);
         return std::nullopt;
     }
-    auto contents = readFile(files, std::string(KZDXContentsName), failure);
+    auto contents = KZDXXMLFile::readFrom(files, std::string(KZDXContentsName), failure);
     if (!contents) {
         return std::nullopt;
     }

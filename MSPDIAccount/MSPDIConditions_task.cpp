@@ -31,7 +31,7 @@ MSPDIJudgement ofEmptyRow(const MSPDILeaf& leaf) {
 MSPDIJudgement ofRoot(const MSPDILeaf& leaf) {
     const auto name = leaf.name();
     if (name == "Start" || name == "Finish") {
-        return leaf.text.empty() ? MSPDIUnlessBaselineHasOne(leaf, MSPDIFate::Default)
+        return leaf.text.empty() ? MSPDIJudgement(MSPDIFate::Default)
                                  : MSPDIArrival::ofDate(leaf.item.facts, leaf.text);
     }
     if (name == "Name") {
@@ -49,18 +49,17 @@ MSPDIJudgement inAnyScenario(const MSPDILeaf& leaf) {
     if (judgement.arrives()) {
         return judgement;
     }
-    bool letsBaselineIn = false;  // whose value counts only where the task has a field of that name
     for (const auto& [number, baseline] : leaf.item.baselines()) {
         const MSPDITaskView view(leaf.item, number, baseline);
-        const bool isHidden = view.hides(leaf.name());
-        const auto ofBaseline = leaf.element.rule(view, isHidden ? view.text(leaf.name()) : leaf.text);
-        if (ofBaseline.arrives() && !isHidden) {
+        if (view.hides(leaf.name())) {
+            continue;
+        }
+        const auto ofBaseline = leaf.element.rule(view, leaf.text);
+        if (ofBaseline.arrives()) {
             return ofBaseline;
         }
-        letsBaselineIn = letsBaselineIn || ofBaseline.arrives();
     }
-    const auto itself = told(judgement, leaf);
-    return letsBaselineIn ? MSPDIJudgement(MSPDIFate::Shaping, itself.kind) : itself;
+    return told(judgement, leaf);
 }
 
 // A custom field's value by the definition that counts for it.
@@ -229,9 +228,9 @@ MSPDIJudgement linkPredecessor(const MSPDILeaf& leaf) {
     switch (linkOf(leaf)) {
         case Link::Carried:
             return MSPDIFate::Carried;
-        case Link::InSomeScenario:  // of the plan itself it is gone, whatever a baseline keeps
-            return {MSPDIFate::Shaping, "dropped-link"};
-        case Link::LeadsNowhere:  // to an empty row or the project's summary task
+        case Link::InSomeScenario:
+            return {MSPDIFate::Shaping, "dropped-link"};  // of the plan itself it is gone, whatever a baseline keeps
+        case Link::LeadsNowhere:                          // to an empty row or the project's summary task
             return {MSPDIFate::Changed, "dropped-link"};
         default:
             return {MSPDIFate::Lost, "dropped-link"};

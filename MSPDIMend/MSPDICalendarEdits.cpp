@@ -8,6 +8,7 @@
 #include "MSPCExtensions.h"
 #include "MSPDIItemValues.h"
 #include "MSPDIPatient.h"
+#include "MSPEWorkingWeek.h"
 
 namespace {
 
@@ -21,6 +22,10 @@ MSPCXMLNode listIn(MSPDIPatient& patient, const MSPCXMLNode& calendar, std::stri
                    std::span<const std::string_view> namesBefore) {
     const auto list = calendar.firstChildElement(name);
     return list ? list : patient.insertBehind(calendar, namesBefore, fmt::format("<{0}></{0}>", name));
+}
+
+std::string timeText(std::int64_t hour, std::int64_t minute, std::int64_t second) {
+    return fmt::format("{:02}:{:02}:{:02}", hour, minute, second);
 }
 
 }  // namespace
@@ -64,6 +69,15 @@ bool MSPDIHasTimeUntilMidnight(const MSPCXMLNode& element) {
         }
     }
     return false;
+}
+
+std::vector<std::pair<std::string, std::string>> MSPDIUsualTimesOn(MSPCWeekday weekday) {
+    std::vector<std::pair<std::string, std::string>> times;
+    for (const auto& period : MSPEWorkingWeek::standardWeek().workingDay(weekday).timePeriods) {
+        times.emplace_back(timeText(period.fromHour, period.fromMinute, period.fromSecond),
+                           timeText(period.toHour, period.toMinute, period.toSecond));
+    }
+    return times;
 }
 
 void MSPDIAddWeekDay(MSPDIPatient& patient, const MSPCXMLNode& calendar, std::string_view markup) {

@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "MSPCWeekday.h"
 #include "MSPCXMLNode.h"
 
 class MSPDIPatient;
@@ -21,6 +23,10 @@ class MSPDIPatient;
 [[nodiscard]] std::string MSPDIWorkOf(const MSPDIPatient& patient, const MSPCXMLNode& dayOrException);
 // Whether any working time in an element lasts until midnight: that arrives as one that ends at 0 o'clock.
 [[nodiscard]] bool MSPDIHasTimeUntilMidnight(const MSPCXMLNode& element);
+
+// The working times of a day in the week of who says nothing else, from and to as MSPDI writes a time of day; none on a
+// day off.
+[[nodiscard]] std::vector<std::pair<std::string, std::string>> MSPDIUsualTimesOn(MSPCWeekday weekday);
 
 // Puts a day of the week into a calendar.
 void MSPDIAddWeekDay(MSPDIPatient& patient, const MSPCXMLNode& calendar, std::string_view markup);

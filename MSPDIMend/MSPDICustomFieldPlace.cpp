@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <map>
 #include <set>
 
 #include "MSPDIItemValues.h"
@@ -29,13 +30,9 @@ constexpr std::string_view fieldsBehind[] = {
 // What planning programs write before the list of definitions.
 constexpr std::string_view listsBehind[] = {"Calendars", "Tasks", "Resources", "Assignments"};
 
-std::string childMarkup(std::string_view name, std::string_view text) {
-    return fmt::format("<{0}>{1}</{0}>", name, MSPDIEscapedText(text));
-}
-
 void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view fieldName, std::string_view alias) {
-    const auto content = childMarkup("FieldID", fieldID) + childMarkup("FieldName", fieldName) +
-                         childMarkup("Alias", alias) + childMarkup("CFType", "7");
+    const auto content = MSPDIElementMarkup("FieldID", fieldID) + MSPDIElementMarkup("FieldName", fieldName) +
+                         MSPDIElementMarkup("Alias", alias) + MSPDIElementMarkup("CFType", "7");
     const auto markup = "<ExtendedAttribute>" + content + "</ExtendedAttribute>";
     const auto project = patient.project();
     const auto definitions = project.firstChildElement("ExtendedAttributes");
@@ -45,11 +42,30 @@ void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view 
                    markup);
 }
 
+void addFieldsOf(const std::vector<MSPCXMLNode>& tasks, std::set<std::string>& fieldIDs) {
+    for (const auto& task : tasks) {
+        for (const auto& field : task.childElements("ExtendedAttribute")) {
+            fieldIDs.insert(MSPDITextIn(field, "FieldID").value_or(""));
+        }
+    }
+}
+
+bool isTextField(const std::string& fieldID) {
+    return std::any_of(textFields.begin(), textFields.end(),
+                       [&](int field) { return std::to_string(field) == fieldID; });
+}
+
+// "Deadline", "Deadline 2" and so on.
+std::string numbered(std::string_view alias, int number) {
+    return number == 1 ? std::string(alias) : fmt::format("{} {}", alias, number);
+}
+
 }  // namespace
 
 void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_view fieldID,
                         const std::optional<std::string>& value) {
-    const auto content = childMarkup("FieldID", fieldID) + (value ? childMarkup("Value", *value) : std::string());
+    const auto content =
+        MSPDIElementMarkup("FieldID", fieldID) + (value ? MSPDIElementMarkup("Value", *value) : std::string());
     const auto markup = "<ExtendedAttribute>" + content + "</ExtendedAttribute>";
     // Few things stand behind the last one, many fields before it.
     auto last = owner.lastChild();
@@ -63,25 +79,31 @@ void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_vi
     }
 }
 
-std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::string_view alias) {
+std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::string_view alias,
+                                                   const std::vector<MSPCXMLNode>& owners) {
+    std::multimap<std::string, std::string> fieldIDs;  // by the names of the fields
     std::set<std::string> taken;
     for (const auto& definition : patient.items("ExtendedAttributes", "ExtendedAttribute")) {
         const auto fieldID = MSPDITextIn(definition, "FieldID").value_or("");
-        const bool isTextField = std::any_of(textFields.begin(), textFields.end(),
-                                             [&](int field) { return std::to_string(field) == fieldID; });
-        if (isTextField && MSPDITextIn(definition, "Alias") == alias) {
-            return fieldID;
-        }
+        const auto fieldName = MSPDITextIn(definition, "FieldName").value_or("");
+        fieldIDs.emplace(MSPDITextIn(definition, "Alias").value_or(fieldName), fieldID);
         taken.insert(fieldID);
     }
-    for (const auto& task : patient.items("Tasks", "Task")) {
-        for (const auto& field : task.childElements("ExtendedAttribute")) {
-            taken.insert(MSPDITextIn(field, "FieldID").value_or(""));
+    std::set<std::string> ofOwners;
+    addFieldsOf(owners, ofOwners);
+    int number = 1;
+    for (; fieldIDs.contains(numbered(alias, number)); ++number) {
+        const auto [first, last] = fieldIDs.equal_range(numbered(alias, number));
+        // Fields of one name arrive as one.
+        const bool isOnly = std::next(first) == last;
+        if (isOnly && isTextField(first->second) && !ofOwners.contains(first->second)) {
+            return first->second;
         }
     }
+    addFieldsOf(patient.items("Tasks", "Task"), taken);
     for (std::size_t index = 0; index < textFields.size(); ++index) {
         if (auto fieldID = std::to_string(textFields[index]); !taken.contains(fieldID)) {
-            define(patient, fieldID, fmt::format("Text{}", index + 1), alias);
+            define(patient, fieldID, fmt::format("Text{}", index + 1), numbered(alias, number));
             return fieldID;
         }
     }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "MSPCXMLNode.h"
 
@@ -13,6 +14,8 @@ class MSPDIPatient;
 void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_view fieldID,
                         const std::optional<std::string>& value);
 
-// The FieldID of the task field with that alias. Where the project defines none, the first free text field of tasks is
-// defined with it; none where all are taken.
-[[nodiscard]] std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::string_view alias);
+// The FieldID of the text field with that alias in which none of these tasks, which are to get a value, has one yet.
+// Where the project defines none, the first free text field of tasks is defined with it, or with "<alias> 2" and so on
+// where another field has that name; none where all are taken.
+[[nodiscard]] std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::string_view alias,
+                                                                 const std::vector<MSPCXMLNode>& owners);

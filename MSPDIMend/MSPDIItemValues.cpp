@@ -83,13 +83,23 @@ MSPCXMLNode MSPDITakenCalendar(const MSPDIPatient& patient) {
 
 MSPDIFreeUIDs::MSPDIFreeUIDs(const std::vector<MSPCXMLNode>& items) {
     for (const auto& item : items) {
-        const auto uid = MSPDIIntegerIn(item, "UID").value_or(0);
-        _latest = uid < highestUsualUID ? std::max(_latest, uid) : _latest;
+        keep(MSPDIIntegerIn(item, "UID").value_or(0));
     }
 }
 
-std::string MSPDIFreeUIDs::next() {
-    return std::to_string(++_latest);
+void MSPDIFreeUIDs::keep(std::int64_t uid) {
+    if (uid < highestUsualUID) {
+        _latest = std::max(_latest, uid);
+    } else {
+        _unusual.insert(uid);
+    }
+}
+
+std::int64_t MSPDIFreeUIDs::nextNumber() {
+    do {
+        ++_latest;
+    } while (_unusual.contains(_latest));
+    return _latest;
 }
 
 std::vector<std::string_view> MSPDITaskFieldsBefore(std::string_view name) {

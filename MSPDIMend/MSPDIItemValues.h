@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,11 +32,16 @@ class MSPDIPatient;
 class MSPDIFreeUIDs {
 public:
     explicit MSPDIFreeUIDs(const std::vector<MSPCXMLNode>& items);
-    // The next one, as text.
-    [[nodiscard]] std::string next();
+    // Keeps a number for somebody else.
+    void keep(std::int64_t uid);
+    // The next one.
+    [[nodiscard]] std::int64_t nextNumber();
+    // The same as text.
+    [[nodiscard]] std::string next() { return std::to_string(nextNumber()); }
 
 private:
     std::int64_t _latest = 0;
+    std::set<std::int64_t> _unusual;  // so high that the next ones do not begin behind them
 };
 
 // The children of a task that stand before the ones named, by the order that planning programs keep.

@@ -1,5 +1,7 @@
 #include "MSPDIMarkup.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "MSPCXMLLexis.h"
@@ -87,6 +89,10 @@ std::string MSPDIEscapedText(std::string_view text) {
         }
     }
     return escaped;
+}
+
+std::string MSPDIElementMarkup(std::string_view name, std::string_view text) {
+    return fmt::format("<{0}>{1}</{0}>", name, MSPDIEscapedText(text));
 }
 
 std::string MSPDIWithUtf8Declared(std::string utf8) {

@@ -33,6 +33,8 @@ struct MSPDIChildMarkup {
 
 // A text as it stands between tags.
 [[nodiscard]] std::string MSPDIEscapedText(std::string_view text);
+// An element that holds a text.
+[[nodiscard]] std::string MSPDIElementMarkup(std::string_view name, std::string_view text);
 
 // The same document with UTF-8 named where its declaration names the encoding that it had before.
 [[nodiscard]] std::string MSPDIWithUtf8Declared(std::string utf8);

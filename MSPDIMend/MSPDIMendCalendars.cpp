@@ -18,15 +18,18 @@ constexpr std::string_view calendarOrder = "calendar-order";
 constexpr std::string_view projectCalendar = "project-calendar";
 constexpr std::string_view beforeName[] = {"UID", "GUID"};
 constexpr std::string_view beforeIsBase[] = {"UID", "GUID", "Name"};
-constexpr int dayCount = 7;
-
-// The calendar with a UID, the last one of several.
-MSPCXMLNode calendarOf(const MSPDIPatient& patient, std::int64_t uid) {
-    return singleObjectForXQuery(patient.project(), fmt::format("Calendars/Calendar[UID={}]", uid));
-}
 
 bool isBase(const MSPCXMLNode& calendar) {
     return MSPDIIsTrueIn(calendar, "IsBaseCalendar");
+}
+
+// The calendar with a UID: of several the last base calendar, else the last one.
+MSPCXMLNode calendarOf(const MSPDIPatient& patient, std::int64_t uid) {
+    MSPCXMLNode found;
+    for (const auto& calendar : nodesForXQuery(patient.project(), fmt::format("Calendars/Calendar[UID={}]", uid))) {
+        found = !found || isBase(calendar) || !isBase(found) ? calendar : found;
+    }
+    return found;
 }
 
 // The one that the project names; else the first base calendar, one named Standard before all others.
@@ -46,27 +49,37 @@ MSPCXMLNode projectsCalendar(const MSPDIPatient& patient) {
     return first;
 }
 
-void exchange(MSPDIPatient& patient, const MSPCXMLNode& owner, std::string_view name, const std::string& one,
-              const std::string& other) {
-    const auto reference = owner.lastChildElement(name).element;
-    const auto text = reference ? reference.stringValue() : std::string();
-    if (reference && (text == one || text == other)) {
-        patient.setText(reference, text == one ? other : one);
+// The numbers that references get instead of others.
+using NewUIDs = std::map<std::int64_t, std::int64_t>;
+
+void renumber(MSPDIPatient& patient, const MSPCXMLNode& owner, std::string_view name, const NewUIDs& newUIDs) {
+    const auto old = MSPDIIntegerIn(owner, name);
+    const auto found = old ? newUIDs.find(*old) : newUIDs.end();
+    if (found != newUIDs.end()) {
+        patient.setChild(owner, name, std::to_string(found->second), {});
     }
 }
 
+void renumberAll(MSPDIPatient& patient, std::string_view list, std::string_view item, std::string_view name,
+                 const NewUIDs& newUIDs) {
+    for (const auto& owner : patient.items(list, item)) {
+        renumber(patient, owner, name, newUIDs);
+    }
+}
+
+// What names calendars, but for the calendars of resources.
+void renumberUsesOfBase(MSPDIPatient& patient, const NewUIDs& newUIDs) {
+    renumber(patient, patient.project(), "CalendarUID", newUIDs);
+    renumberAll(patient, "Tasks", "Task", "CalendarUID", newUIDs);
+    renumberAll(patient, "Calendars", "Calendar", "BaseCalendarUID", newUIDs);
+}
+
 // Exchanges the numbers of two calendars, wherever they stand.
-void exchangeUIDs(MSPDIPatient& patient, const std::string& one, const std::string& other) {
-    exchange(patient, patient.project(), "CalendarUID", one, other);
-    for (const auto& [list, item] : {std::pair{"Tasks", "Task"}, std::pair{"Resources", "Resource"}}) {
-        for (const auto& owner : patient.items(list, item)) {
-            exchange(patient, owner, "CalendarUID", one, other);
-        }
-    }
-    for (const auto& calendar : patient.items("Calendars", "Calendar")) {
-        exchange(patient, calendar, "UID", one, other);
-        exchange(patient, calendar, "BaseCalendarUID", one, other);
-    }
+void exchangeUIDs(MSPDIPatient& patient, std::int64_t one, std::int64_t other) {
+    const NewUIDs newUIDs = {{one, other}, {other, one}};
+    renumberUsesOfBase(patient, newUIDs);
+    renumberAll(patient, "Resources", "Resource", "CalendarUID", newUIDs);
+    renumberAll(patient, "Calendars", "Calendar", "UID", newUIDs);
 }
 
 void makeBase(MSPDIPatient& patient, const MSPCXMLNode& calendar) {
@@ -83,17 +96,17 @@ std::vector<std::pair<int, std::string>> linesOfStandardCalendar() {
                                                       {1, "<IsBaseCalendar>1</IsBaseCalendar>"},
                                                       {1, "<BaseCalendarUID>-1</BaseCalendarUID>"},
                                                       {1, "<WeekDays>"}};
-    for (int day = 1; day <= dayCount; ++day) {
-        const bool isWorking = day > 1 && day < dayCount;
+    for (const auto day : MSPCWeekdays) {
+        const auto times = MSPDIUsualTimesOn(day);
         lines.emplace_back(2, "<WeekDay>");
-        lines.emplace_back(3, fmt::format("<DayType>{}</DayType>", day));
-        lines.emplace_back(3, fmt::format("<DayWorking>{}</DayWorking>", isWorking ? 1 : 0));
-        if (isWorking) {
+        lines.emplace_back(3, fmt::format("<DayType>{}</DayType>", MSPCNumberOf(day)));
+        lines.emplace_back(3, fmt::format("<DayWorking>{}</DayWorking>", times.empty() ? 0 : 1));
+        if (!times.empty()) {
             lines.emplace_back(3, "<WorkingTimes>");
-            for (const auto& [from, to] : {std::pair{"08", "12"}, std::pair{"13", "17"}}) {
+            for (const auto& [from, to] : times) {
                 lines.emplace_back(4, "<WorkingTime>");
-                lines.emplace_back(5, fmt::format("<FromTime>{}:00:00</FromTime>", from));
-                lines.emplace_back(5, fmt::format("<ToTime>{}:00:00</ToTime>", to));
+                lines.emplace_back(5, fmt::format("<FromTime>{}</FromTime>", from));
+                lines.emplace_back(5, fmt::format("<ToTime>{}</ToTime>", to));
                 lines.emplace_back(4, "</WorkingTime>");
             }
             lines.emplace_back(3, "</WorkingTimes>");
@@ -134,31 +147,64 @@ void putInStandardCalendar(MSPDIPatient& patient) {
 }
 
 // The importer takes the calendar with UID 1, whosever it is.
+constexpr std::int64_t takenUID = 1;
+
 void giveProjectsCalendarItsPlace(MSPDIPatient& patient, std::string_view step) {
-    const auto first = MSPDITakenCalendar(patient);
+    const auto first = calendarOf(patient, takenUID);
     const auto own = projectsCalendar(patient);
-    if (!first || !own || first == own) {
+    if (!MSPDITakenCalendar(patient) || !own || own == first || own == MSPDITakenCalendar(patient)) {
         return;
     }
     patient.note(step, [&] {
-        return fmt::format("{} exchanges its UID with {}", MSPISubjectOf("Calendar", own),
-                           MSPISubjectOf("Calendar", first));
+        const auto subject = MSPISubjectOf("Calendar", own);
+        return first ? fmt::format("{} exchanges its UID with {}", subject, MSPISubjectOf("Calendar", first))
+                     : fmt::format("{} gets UID {}", subject, takenUID);
     });
-    const auto taken = calendarOf(patient, 1) ? MSPDITextIn(first, "UID").value_or("1") : std::string("1");
-    const auto ownUID = MSPDITextIn(own, "UID");
-    exchangeUIDs(patient, taken, ownUID.value_or(MSPDIFreeUIDs(patient.items("Calendars", "Calendar")).next()));
+    const auto ownUID = MSPDIIntegerIn(own, "UID");
+    exchangeUIDs(patient, takenUID,
+                 ownUID ? *ownUID : MSPDIFreeUIDs(patient.items("Calendars", "Calendar")).nextNumber());
     if (!ownUID) {
-        patient.setChild(own, "UID", taken, {});
+        patient.setChild(own, "UID", std::to_string(takenUID), {});
     }
     makeBase(patient, own);
+}
+
+bool hasTakenUID(const MSPCXMLNode& calendar) {
+    return MSPDIIntegerIn(calendar, "UID") == takenUID;
+}
+
+// Whether the importer takes a person's calendar while the project's is another one of that number, or none.
+bool isPersonsTaken(const MSPDIPatient& patient, const MSPCXMLNode& taken) {
+    const auto own = projectsCalendar(patient);
+    return taken && !isBase(taken) && hasTakenUID(taken) && own != taken && (!own || hasTakenUID(own));
+}
+
+// Gives persons' calendars other numbers than the one that is taken. Where the project's has the same number, only
+// resources mean a person's by it.
+void putPersonsAside(MSPDIPatient& patient, std::string_view step) {
+    for (auto taken = MSPDITakenCalendar(patient); isPersonsTaken(patient, taken);
+         taken = MSPDITakenCalendar(patient)) {
+        const auto uid = MSPDIFreeUIDs(patient.items("Calendars", "Calendar")).nextNumber();
+        patient.note(step, [&] { return fmt::format("{} gets UID {}", MSPISubjectOf("Calendar", taken), uid); });
+        const NewUIDs newUIDs = {{takenUID, uid}};
+        renumberAll(patient, "Resources", "Resource", "CalendarUID", newUIDs);
+        if (!projectsCalendar(patient)) {
+            renumberUsesOfBase(patient, newUIDs);
+        }
+        patient.setChild(taken, "UID", std::to_string(uid), {});
+    }
 }
 
 }  // namespace
 
 // A calendar that is no base calendar is a person's.
 void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
-    const auto first = MSPDITakenCalendar(patient);
-    if (first && !isBase(first) && patient.allows(calendarOrder)) {
+    if (!patient.allows(calendarOrder)) {
+        return;
+    }
+    putPersonsAside(patient, calendarOrder);
+    const auto taken = MSPDITakenCalendar(patient);
+    if (taken && !isBase(taken)) {
         giveProjectsCalendarItsPlace(patient, calendarOrder);
     }
 }
@@ -174,6 +220,7 @@ void MSPDIMendStandardCalendar(MSPDIPatient& patient) {
     if (!patient.allows(standardCalendar)) {
         return;
     }
+    putPersonsAside(patient, standardCalendar);
     const auto taken = MSPDITakenCalendar(patient);
     if (taken && isBase(taken)) {
         return;
@@ -184,7 +231,10 @@ void MSPDIMendStandardCalendar(MSPDIPatient& patient) {
         putInStandardCalendar(patient);
         return;
     }
-    patient.note(standardCalendar, [&] { return MSPISubjectOf("Calendar", calendar); });
+    patient.note(standardCalendar, [&] {
+        const auto* name = taken ? "" : ", named Standard";
+        return fmt::format("{}: a base calendar{}", MSPISubjectOf("Calendar", calendar), name);
+    });
     if (!taken) {
         patient.setChild(calendar, "Name", "Standard", beforeName);
     }

@@ -17,24 +17,59 @@ bool isPlansTag(std::string_view tag) {
     return found != npos && end < tag.size() && (tag[end] == '"' || tag[end] == '\'');
 }
 
-// Where the XML declaration begins that stands before an offset, with nothing but blanks between them; the offset
-// itself without one.
-std::size_t withDeclaration(std::string_view bytes, std::size_t offset) {
-    const auto before = bytes.substr(0, offset).find_last_not_of(MSPCXMLLexis::Blanks);
-    if (before == npos || !bytes.substr(0, before + 1).ends_with("?>")) {
-        return offset;
+// Behind the prolog that begins at an offset: a declaration, comments, processing instructions and a document type.
+std::size_t endOfProlog(std::string_view bytes, std::size_t begin) {
+    const auto prolog = MSPCXMLLexis::prologOf(bytes.substr(begin));
+    const auto end = begin + prolog.end;
+    if (!prolog.hasInternalSubset) {
+        return end;
     }
-    const auto declaration = bytes.rfind("<?xml", before);
-    const bool isOne = declaration != npos && MSPCXMLLexis::endOfSection(bytes, declaration) == before + 1;
-    return isOne ? declaration : offset;
+    // Declarations stand between brackets, of which a text may hold more.
+    const auto closing = bytes.rfind(']');
+    const auto bracket =
+        closing == npos || closing < end ? npos : bytes.find_first_not_of(MSPCXMLLexis::Blanks, closing + 1);
+    return bracket == npos ? npos : bytes.find_first_not_of(MSPCXMLLexis::Blanks, bracket + 1);
+}
+
+// Where the XML declaration begins that stands before an offset, with nothing but the rest of a prolog between them;
+// the offset itself without one.
+std::size_t withDeclaration(std::string_view bytes, std::size_t offset) {
+    constexpr std::string_view opening = "<?xml";
+    auto declaration = bytes.substr(0, offset).rfind(opening);
+    while (declaration != npos && !MSPCXMLLexis::hasClass(bytes[declaration + opening.size()], MSPCXMLLexis::Blank)) {
+        declaration = declaration == 0 ? npos : bytes.rfind(opening, declaration - 1);
+    }
+    return declaration != npos && endOfProlog(bytes.substr(0, offset + 2), declaration) == offset ? declaration
+                                                                                                  : offset;
+}
+
+// Where the tag begins that has this name, with a prefix or without; none where that is no name of a start tag.
+std::size_t tagOfName(std::string_view bytes, std::size_t name, std::size_t size) {
+    constexpr std::size_t longestPrefix = 64;
+    if (name == 0 || name + size >= bytes.size() || !MSPCXMLLexis::hasClass(bytes[name + size], MSPCXMLLexis::Blank)) {
+        return npos;
+    }
+    if (bytes[name - 1] == '<') {
+        return name - 1;
+    }
+    const auto first = name > longestPrefix ? name - longestPrefix : 0;
+    const auto opening = bytes[name - 1] == ':' ? bytes.substr(first, name - first).rfind('<') : npos;
+    const bool isPrefix =
+        opening != npos && first + opening + 2 < name &&
+        first + opening + 1 + MSPCXMLLexis::endOfName(bytes.substr(first + opening + 1)) == name + size;
+    return isPrefix ? first + opening : npos;
 }
 
 }  // namespace
 
 std::optional<std::string> MSPDIEmbeddedPlan(std::string_view bytes) {
-    constexpr std::string_view opening = "<Project";
-    for (auto begin = bytes.find(opening); begin != npos; begin = bytes.find(opening, begin + 1)) {
+    constexpr std::string_view name = "Project";
+    for (auto found = bytes.find(name); found != npos; found = bytes.find(name, found + 1)) {
         constexpr std::size_t longestTag = 4096;
+        const auto begin = tagOfName(bytes, found, name.size());
+        if (begin == npos) {
+            continue;
+        }
         const auto tagEnd = MSPDIEndOfTag(bytes.substr(0, begin + longestTag), begin);
         if (!isPlansTag(bytes.substr(begin, tagEnd - begin))) {
             continue;

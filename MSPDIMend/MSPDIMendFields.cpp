@@ -1,10 +1,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <map>
 #include <set>
 
+#include "MSPCTextScanner.h"
 #include "MSPDICustomFieldPlace.h"
 #include "MSPDIItemValues.h"
 #include "MSPDIMendPasses.h"
@@ -76,7 +79,11 @@ void addWords(Words& words, const MSPCXMLNode& task, const std::string& text) {
 // Gives the tasks a field with these words, and takes out what they tell of. Nothing is done where no field is free.
 void moveIntoField(MSPDIPatient& patient, std::string_view step, std::string_view alias, const Words& words,
                    const std::vector<MSPCXMLNode>& moved) {
-    const auto fieldID = words.empty() ? std::nullopt : MSPDITaskFieldWithAlias(patient, alias);
+    std::vector<MSPCXMLNode> tasks;
+    for (const auto& [task, text] : words) {
+        tasks.push_back(task);
+    }
+    const auto fieldID = words.empty() ? std::nullopt : MSPDITaskFieldWithAlias(patient, alias, tasks);
     if (!fieldID) {
         return;
     }
@@ -102,15 +109,34 @@ bool isPercentage(std::int64_t lagFormat) {
     return lagFormat == 19 || lagFormat == 20 || lagFormat == 51 || lagFormat == 52;
 }
 
+// A text that is a number as a whole; none for one that only begins with a number, or is beyond what fits.
+template <typename Number>
+std::optional<Number> wholeNumber(const std::string& text) {
+    const auto digits = trimmed(text);
+    const auto* end = digits.data() + digits.size();
+    Number number{};
+    const auto [rest, error] = std::from_chars(digits.data(), end, number);
+    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
+std::optional<double> decimalNumber(const std::string& text) {
+    const auto number = wholeNumber<double>(text);
+    return number && std::isfinite(*number) ? number : std::nullopt;
+}
+
 // "2 d 4 h" would depend on what a day is; hours and minutes do not.
 std::string lagInWords(std::int64_t tenthsOfMinutes) {
-    const auto minutes = std::abs(tenthsOfMinutes) / 10;
-    const auto hours = minutes / 60;
-    const auto rest = minutes % 60;
+    const bool isLead = tenthsOfMinutes < 0;
+    // The smallest number has no opposite of its own.
+    const auto tenths =
+        isLead ? 0 - static_cast<std::uint64_t>(tenthsOfMinutes) : static_cast<std::uint64_t>(tenthsOfMinutes);
+    const auto hours = tenths / 600;
+    const auto rest = tenths % 600;
     const auto inHours = hours == 0 && rest != 0 ? std::string() : fmt::format("{} h", hours);
-    const auto inMinutes = rest == 0 ? std::string() : fmt::format("{} min", rest);
+    const auto part = rest % 10 == 0 ? std::string() : fmt::format(".{}", rest % 10);
+    const auto inMinutes = rest == 0 ? std::string() : fmt::format("{}{} min", rest / 10, part);
     const auto* between = inHours.empty() || inMinutes.empty() ? "" : " ";
-    return (tenthsOfMinutes < 0 ? "-" : "") + inHours + between + inMinutes;
+    return (isLead ? "-" : "") + inHours + between + inMinutes;
 }
 
 }  // namespace
@@ -139,7 +165,7 @@ void MSPDIMendLags(MSPDIPatient& patient) {
     std::vector<MSPCXMLNode> moved;
     for (const auto& task : mappedTasks(patient)) {
         for (const auto& link : task.childElements("PredecessorLink")) {
-            const auto lag = MSPDIIntegerIn(link, "LinkLag").value_or(0);
+            const auto lag = wholeNumber<std::int64_t>(MSPDITextIn(link, "LinkLag").value_or("")).value_or(0);
             const auto format = MSPDIIntegerIn(link, "LagFormat").value_or(0);
             if (lag != 0 && !isPercentage(format)) {
                 addWords(
@@ -169,7 +195,8 @@ void MSPDIMendUnits(MSPDIPatient& patient) {
     for (const auto& assignment : patient.items("Assignments", "Assignment")) {
         const auto units = assignment.lastChildElement("Units").element;
         const bool isWork = namesOfWork.contains(MSPDITextIn(assignment, "ResourceUID").value_or(""));
-        if (units && isWork && std::strtod(units.stringValue().c_str(), nullptr) != 1.0) {
+        const auto share = units && isWork ? decimalNumber(units.stringValue()) : std::nullopt;
+        if (share && *share != 1.0) {
             unitsOfTask[MSPDITextIn(assignment, "TaskUID").value_or("")].push_back(units);
         }
     }
@@ -178,8 +205,8 @@ void MSPDIMendUnits(MSPDIPatient& patient) {
     for (const auto& task : mappedTasks(patient)) {
         for (const auto& units : unitsOfTask[MSPDITextIn(task, "UID").value_or("")]) {
             const auto& name = namesOfWork[MSPDITextIn(units.parent(), "ResourceUID").value_or("")];
-            const auto share = 100 * std::strtod(units.stringValue().c_str(), nullptr);
-            addWords(words, task, fmt::format("{} {:.10g}%", name, share));
+            const auto share = decimalNumber(units.stringValue()).value_or(1);
+            addWords(words, task, fmt::format("{} {:.10g}%", name, 100 * share));
             moved.push_back(units);
         }
     }

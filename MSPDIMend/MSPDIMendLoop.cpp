@@ -7,6 +7,7 @@
 
 #include "MSPCException.h"
 #include "MSPDIElementsMended.h"
+#include "MSPDIMarkup.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
 
@@ -33,6 +34,16 @@ std::string obstacleOf(const MSPDIRefusal& refusal) {
     return refusal.sentence();
 }
 
+// With a prefix or without.
+bool isPlansRoot(std::string_view name) {
+    return name == planRoot || name.ends_with(":Project");
+}
+
+// Bytes that are read again as what they are.
+std::string utf8Of(MSPCXMLWithBytes loaded) {
+    return loaded.isConverted ? MSPDIWithUtf8Declared(std::move(loaded.utf8)) : std::move(loaded.utf8);
+}
+
 class Mending {
 public:
     Mending(std::string_view name, const MSPCServices& services, const MSPDIMendOptions& options)
@@ -46,7 +57,7 @@ public:
         auto refusal = _result.refusal;
         auto copy = bytes;
         for (int import = 2; import <= mostImports; ++import) {
-            if (!treat(copy)) {
+            if (!treat(copy, refusal)) {
                 break;
             }
             refusal = refusalOf(copy);
@@ -79,22 +90,15 @@ private:
         return std::move(_result);
     }
 
-    // Does all that can be done to the copy at once; false when that is nothing.
-    bool treat(std::string& copy) {
+    // Does all that can be done to the copy at once; false when that is nothing. `refusal` is the copy's.
+    bool treat(std::string& copy, const std::optional<MSPDIRefusal>& refusal) {
         auto loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
-        bool isTreated = false;
-        if (!loaded && _options.allows(embedded)) {
-            if (auto inner = MSPDIEmbeddedPlan(copy)) {
-                add(MSPDIMendDone{embedded, 1, {}});
-                isTreated = true;
-                copy = std::move(*inner);
-                loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
-            }
-        }
-        if (loaded && _result.refusal && _result.refusal->name == "MSPIMapperException" && !_isNamespaceMended) {
+        bool isTreated = _options.allows(embedded) && takeOut(loaded, copy);
+        // What was just taken out has not been refused yet.
+        if (loaded && refusal && refusal->name == "MSPIMapperException" && !isTreated && !_isNamespaceMended) {
             if (!_options.allows(namespaceStep) || !mendNamespace(*loaded, copy)) {
-                copy = std::move(loaded->utf8);
-                return isTreated;
+                copy = utf8Of(std::move(*loaded));
+                return false;
             }
             isTreated = true;
             loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
@@ -103,10 +107,32 @@ private:
             return isTreated;
         }
         if (loaded->document.root().name() != planRoot) {
-            copy = std::move(loaded->utf8);
+            copy = utf8Of(std::move(*loaded));
             return isTreated;
         }
         return treatPlan(std::move(*loaded), copy) || isTreated;
+    }
+
+    // Puts the plan that lies inside the copy in its place; false where there is none, or all of it is a plan.
+    bool takeOut(std::optional<MSPCXMLWithBytes>& loaded, std::string& copy) {
+        if (loaded && isPlansRoot(loaded->document.root().name())) {
+            return false;
+        }
+        auto inner = MSPDIEmbeddedPlan(loaded ? loaded->utf8 : copy);
+        if (!inner) {
+            return false;
+        }
+        add(MSPDIMendDone{embedded, 1, {}});
+        tellRewriting(loaded);
+        copy = std::move(*inner);
+        loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
+        tellRewriting(loaded);
+        return true;
+    }
+
+    void tellRewriting(const std::optional<MSPCXMLWithBytes>& loaded) {
+        _result.isConverted = _result.isConverted || (loaded && loaded->isConverted);
+        _result.isRepaired = _result.isRepaired || (loaded && loaded->isWrittenAnew);
     }
 
     bool mendNamespace(const MSPCXMLWithBytes& loaded, std::string& copy) {

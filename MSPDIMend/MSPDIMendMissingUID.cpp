@@ -59,10 +59,9 @@ bool isNeeded(const MSPDIPatient& patient) {
     return isCalendarInTheWay(patient) || patient.isAskedFor(missingUID);
 }
 
-NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind) {
+NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind, const std::vector<MSPCXMLNode>& items,
+                    MSPDIFreeUIDs free) {
     NewUIDs newUIDs;
-    const auto items = patient.items(kind.list, kind.item);
-    MSPDIFreeUIDs free(items);
     for (const auto& item : items) {
         if (hasUsableUID(item) || MSPDIIsTrueIn(item, "IsNull")) {
             continue;
@@ -75,6 +74,24 @@ NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind) {
         patient.setChild(item, "UID", uid, {});
     }
     return newUIDs;
+}
+
+NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind) {
+    const auto items = patient.items(kind.list, kind.item);
+    return giveNewUIDs(patient, kind, items, MSPDIFreeUIDs(items));
+}
+
+// The calendar with UID 1 is taken for the project's, so that no other one may get this number; and where the step is
+// not asked for, only the one that is in the way gets any.
+NewUIDs giveCalendarsNewUIDs(MSPDIPatient& patient) {
+    const auto& kind = kinds[2];
+    const auto all = patient.items(kind.list, kind.item);
+    MSPDIFreeUIDs free(all);
+    free.keep(1);
+    if (patient.isAskedFor(missingUID)) {
+        return giveNewUIDs(patient, kind, all, free);
+    }
+    return isCalendarInTheWay(patient) ? giveNewUIDs(patient, kind, {MSPDITakenCalendar(patient)}, free) : NewUIDs();
 }
 
 void renumberReference(MSPDIPatient& patient, const MSPCXMLNode& owner, std::string_view name, const NewUIDs& newUIDs) {
@@ -113,7 +130,7 @@ void MSPDIMendMissingUIDs(MSPDIPatient& patient) {
     auto ofResources = giveNewUIDs(patient, kinds[1]);
     ofResources.erase("-65535");  // says that work is assigned to nobody
     renumberAll(patient, "Assignments", "Assignment", "ResourceUID", ofResources);
-    auto ofCalendars = giveNewUIDs(patient, kinds[2]);
+    auto ofCalendars = giveCalendarsNewUIDs(patient);
     ofCalendars.erase("-1");  // says that there is none
     renumberReference(patient, patient.project(), "CalendarUID", ofCalendars);
     renumberAll(patient, "Tasks", "Task", "CalendarUID", ofCalendars);

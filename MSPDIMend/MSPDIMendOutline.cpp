@@ -87,12 +87,26 @@ bool isNeeded(const MSPDIPatient& patient, const std::vector<Row>& rows, bool ha
            (patient.hasMovedRoot && hasTaskOutside(rows, hasSummaryParentsOnly));
 }
 
+// The importer looks at their levels as well, and at nothing else of them.
+void mendEmptyRows(MSPDIPatient& patient) {
+    for (const auto& task : patient.items("Tasks", "Task")) {
+        const auto level = MSPDIIntegerIn(task, "OutlineLevel").value_or(0);
+        if (level < 0 && MSPDIIsTrueIn(task, "IsNull")) {
+            patient.note(outline, [&] {
+                return fmt::format("{}, an empty row: level 0 instead of {}", MSPISubjectOf("Task", task), level);
+            });
+            patient.setChild(task, "OutlineLevel", "0", {});
+        }
+    }
+}
+
 }  // namespace
 
 void MSPDIMendOutline(MSPDIPatient& patient) {
     if (!patient.allows(outline) || !mayBeNeeded(patient)) {
         return;
     }
+    mendEmptyRows(patient);
     auto rows = rowsOf(patient);
     const bool hasSummaryParentsOnly = MSPDIHasSummaryParentsOnly(patient);
     if (!isNeeded(patient, rows, hasSummaryParentsOnly)) {

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr MSPDIMendStep steps[] = {
-    {"embedded", "the XML document that lies inside another file is taken out of it",
+    {"embedded", "the plan that lies inside another file, or inside another element, is taken out of it",
      "the rest of the file is left out", true},
     {"namespace", "the root declares the namespace of plans and no other, and names lose their prefixes",
      "attributes of the root that have a prefix, such as the place of a schema, are left out", true},
@@ -21,13 +21,16 @@ constexpr MSPDIMendStep steps[] = {
      "a task with others under it may become a summary task; two levels may become one where that would cost "
      "assignments",
      true},
-    {"calendar-order", "the project's calendar exchanges its UID with a person's calendar that has UID 1", "nothing",
-     true},
-    {"project-calendar", "the project's calendar exchanges its UID with the calendar that is taken for it", "nothing",
+    {"calendar-order",
+     "a person's calendar that has UID 1 exchanges it with the project's calendar, or gets the next free one",
+     "nothing", true},
+    {"project-calendar", "the project's calendar gets UID 1, in exchange with the calendar that has it", "nothing",
      false},
     {"standard-calendar",
-     "the project's calendar takes the name Standard and is a base calendar; without any, a Standard one is put in",
-     "the calendar's name is lost; a calendar that is put in is invented: Monday to Friday, 8 to 12 and 13 to 17",
+     "the project's calendar becomes a base calendar, named Standard unless it has UID 1; without any, a Standard one "
+     "is put in",
+     "a name other than Standard may be lost; a calendar that is put in is invented: Monday to Friday, 8 to 12 and 13 "
+     "to 17",
      true},
     {"resource-type", "cost resources become material; resources of an unknown type become work",
      "what a cost resource is for", true},

@@ -20,15 +20,13 @@ constexpr std::size_t mostCopied = std::size_t{1} << 26U;
 
 // A day of the usual week, for a base calendar that says nothing of it.
 std::string usualDay(int day) {
-    const bool isWorking = day >= 2 && day <= 6;
     std::string times;
-    if (isWorking) {
-        times =
-            "<WorkingTimes><WorkingTime><FromTime>08:00:00</FromTime><ToTime>12:00:00</ToTime></WorkingTime>"
-            "<WorkingTime><FromTime>13:00:00</FromTime><ToTime>17:00:00</ToTime></WorkingTime></WorkingTimes>";
+    for (const auto& [from, to] : MSPDIUsualTimesOn(MSPCWeekday{day})) {
+        times += fmt::format("<WorkingTime><FromTime>{}</FromTime><ToTime>{}</ToTime></WorkingTime>", from, to);
     }
-    return fmt::format("<WeekDay><DayType>{}</DayType><DayWorking>{}</DayWorking>{}</WeekDay>", day, isWorking ? 1 : 0,
-                       times);
+    const auto work = times.empty() ? "<DayWorking>0</DayWorking>"
+                                    : fmt::format("<DayWorking>1</DayWorking><WorkingTimes>{}</WorkingTimes>", times);
+    return fmt::format("<WeekDay><DayType>{}</DayType>{}</WeekDay>", day, work);
 }
 
 std::vector<MSPCXMLNode> exceptionsOf(const MSPCXMLNode& calendar) {

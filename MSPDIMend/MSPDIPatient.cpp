@@ -10,10 +10,6 @@
 
 namespace {
 
-std::string elementMarkup(std::string_view name, std::string_view text) {
-    return fmt::format("<{0}>{1}</{0}>", name, MSPDIEscapedText(text));
-}
-
 bool isOneOf(std::string_view name, std::span<const std::string_view> names) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
@@ -96,7 +92,7 @@ const std::vector<MSPDIChildMarkup>& MSPDIPatient::childrenOf(const MSPCXMLNode&
 
 void MSPDIPatient::setText(MSPCXMLNode element, std::string_view text) {
     if (const auto inserted = _inserted.find(element); inserted != _inserted.end()) {
-        _edits.setText(inserted->second.edit, inserted->second.lead + elementMarkup(element.name(), text));
+        _edits.setText(inserted->second.edit, inserted->second.lead + MSPDIElementMarkup(element.name(), text));
     } else if (const auto replaced = _replaced.find(element); replaced != _replaced.end()) {
         _edits.setText(replaced->second, MSPDIEscapedText(text));
     } else {
@@ -112,7 +108,7 @@ MSPCXMLNode MSPDIPatient::setChild(MSPCXMLNode parent, std::string_view name, st
         setText(child, text);
         return child;
     }
-    return insertBehind(parent, after, elementMarkup(name, text));
+    return insertBehind(parent, after, MSPDIElementMarkup(name, text));
 }
 
 MSPCXMLNode MSPDIPatient::append(MSPCXMLNode parent, std::string_view markup) {

@@ -14,6 +14,7 @@
 #include "MSPCRemoval.h"
 #include "MSPCRunLock.h"
 #include "MSPDIMigrationJob.h"
+#include "MSPIBundleNaming.h"
 
 namespace {
 
@@ -22,6 +23,12 @@ std::size_t numberFrom(const std::string& job) {
     std::size_t number = 0;
     std::from_chars(job.data(), job.data() + job.size(), number);
     return number;
+}
+
+// A document whose table of contents is gone or empty, as somebody's hand or a power failure may leave it, is none.
+bool isDocument(const std::string& path) {
+    const auto contents = MSPCStampOf(pathByAppendingComponent(path, MSPITOCFileName));
+    return contents && contents->size > 0;
 }
 
 std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
@@ -161,7 +168,7 @@ MSPDIMigration::State MSPDIMigration::stateOf(const MSPDIPlanToMigrate& plan) co
     if (!record->isImported()) {
         return State::Failed;
     }
-    const bool isSame = record->stamp == MSPCStampOf(plan.path) && _services.fileSystem.exists(record->document);
+    const bool isSame = record->stamp == MSPCStampOf(plan.path) && isDocument(record->document);
     return isSame ? State::Done : State::Changed;
 }
 
@@ -221,7 +228,8 @@ std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<std::siz
     };
     const auto take = [&](const std::string& text, const MSPCJobEnd& end) {
         const auto number = numberFrom(text);
-        const auto record = recordOf(number, end);
+        auto record = recordOf(number, end);
+        tellOfRemains(record);
         const auto unkept = keep(record);
         if (unkept) {
             failure = unkept;  // what was made stays for the next run to find
@@ -252,6 +260,16 @@ MSPDIMigrationRecord MSPDIMigration::recordOf(std::size_t number, const MSPCJobE
     record.reason = reasonOf(end, _options.bounds);
     record.milliseconds = static_cast<std::size_t>(end.time.count());
     return record;
+}
+
+// What is left where the document of an earlier run was is nobody's to overwrite; so people have to know of it.
+void MSPDIMigration::tellOfRemains(MSPDIMigrationRecord& record) const {
+    const auto before = recordOf(record.plan);
+    if (record.isImported() && before && before->isImported() && before->document != record.document &&
+        _services.fileSystem.exists(before->document) && !isDocument(before->document)) {
+        record.warnings.push_back(
+            fmt::format("{} holds no table of contents any more, and was left as it is", before->document));
+    }
 }
 
 void MSPDIMigration::forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take) const {

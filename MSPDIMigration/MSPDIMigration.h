@@ -40,8 +40,8 @@ struct MSPDIMigrationProgress {
 //   run       what is in the making; a run that begins looks through what a dead one has left there
 //
 // A document appears in the output folder when it is complete, under a name that was free then. A plan that was
-// imported is not imported again, unless its file has changed since or its document is no longer there. Where one of
-// the four is a link, nothing is done.
+// imported is not imported again, unless its file has changed since or its document is no longer there, with a table of
+// contents that is not empty. Where one of the four is a link, nothing is done.
 class MSPDIMigration {
 public:
     // The services outlive the migration.
@@ -87,6 +87,7 @@ private:
     [[nodiscard]] std::optional<std::string> clearAway();
     [[nodiscard]] std::optional<std::string> keep(const MSPDIMigrationRecord& record);
     [[nodiscard]] MSPDIMigrationRecord recordOf(std::size_t number, const MSPCJobEnd& end) const;
+    void tellOfRemains(MSPDIMigrationRecord& record) const;
     [[nodiscard]] std::optional<std::string> runWorkers(const std::vector<std::size_t>& wanted,
                                                         const std::function<void(const MSPDIMigrationProgress&)>& tell);
 

@@ -102,8 +102,10 @@ std::string MSPDIWarningInWords(std::string_view warning) {
         return fmt::format("the file is damaged and was mended on reading, values may be missing ({})", place);
     }
     if (warning.starts_with("Replaced ")) {
-        return fmt::format("{} characters that XML cannot hold were replaced in {}",
-                           between(warning, "Replaced ", " characters"),
+        const auto count = between(warning, "Replaced ", " characters");
+        return fmt::format("{} that XML cannot hold {} replaced in {}",
+                           count == "1" ? "1 character" : fmt::format("{} characters", count),
+                           count == "1" ? "was" : "were",
                            lastPathComponent(std::string(between(warning, "in '", "'."))));
     }
     if (warning.starts_with("Failed to remove all")) {

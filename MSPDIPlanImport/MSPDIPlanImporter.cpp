@@ -62,6 +62,15 @@ void addInWords(const std::vector<std::string>& warnings, std::vector<std::strin
     }
 }
 
+// What was named like a document by chance, a folder of other files say, is not what people mean to replace.
+bool isDocumentOrNothing(const std::string& path, const MSPCFileSystem& fileSystem) {
+    if (!fileSystem.exists(path) || fileSystem.leadsToAnything(pathByAppendingComponent(path, MSPITOCFileName))) {
+        return true;
+    }
+    const auto names = fileSystem.isDirectory(path) ? fileSystem.namesIn(path) : std::nullopt;
+    return names && names->empty();
+}
+
 std::string inMemory(const std::string& name) {
     return pathByAppendingComponent(MSPDIMemoryFileSystem::Folder, name);
 }
@@ -89,7 +98,7 @@ std::optional<std::string> MSPDIPlanImporter::obstacle() const {
     if (_options.documentName) {
         const auto& name = *_options.documentName;
         if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) {
-            return name + ": a document cannot have this name";
+            return (name.empty() ? ".kdzx" : name) + ": a document cannot have this name";
         }
     }
     if (_options.outputFolder) {
@@ -165,6 +174,7 @@ MSPIImportInfo MSPDIPlanImporter::infoFor(const std::string& path, const MSPCURL
     info.mspdiProjectName = pathByDeletingExtension(lastPathComponent(path));
     info.kdzxTemplateURL = MSPCURL::fileURL(templatePath, true);
     info.replacesOldBundle = _options.overwrites && !_documents.contains(destination.path()) &&
+                             isDocumentOrNothing(destination.path(), memory) &&
                              MSPDIMayBeReplaced(destination.path(), {templatePath, path}, memory);
     info.keepsFailedBundle = false;
     info.bundleNumbers = _bundleNumbers;
@@ -249,6 +259,9 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
     result.refusal.reset();
     result.document = fileSystem.newDocument();
     result.isNumbered = result.document != destination.path();
+    if (result.isNumbered && _options.overwrites && !isDocumentOrNothing(destination.path(), _services.fileSystem)) {
+        result.warnings.push_back(lastPathComponent(destination.path()) + " is no document, so it was not replaced");
+    }
     _documents.insert(result.document);
     _folders.insert(folder);
     if (_options.tellsLosses) {

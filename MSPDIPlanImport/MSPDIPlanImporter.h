@@ -30,8 +30,8 @@ struct MSPDIPlanImportOptions {
     std::optional<std::string> outputFolder;    // made where there is none; without it each plan's own
     std::optional<std::string> templateFolder;  // without it the empty document that is part of the program
     std::optional<std::string> documentName;    // without ".kdzx"; without it that of the plan's file
-    bool overwrites = false;                    // what has the document's name is replaced, at the end
-    bool tellsLosses = true;                    // costs one more reading of the plan
+    bool overwrites = false;  // a document of that name is replaced, at the end; so is an empty folder
+    bool tellsLosses = true;  // costs one more reading of the plan
     MSPDIMending mending = MSPDIMending::None;
     bool tellsMending = true;  // what mending would do to a plan that is refused, which takes up to three imports
 };

@@ -86,5 +86,10 @@ of the Kadenza 2 planning application: tasks with their outline, dates, effort
 and links, resources, assignments, calendars, notes, custom fields, split tasks
 and every saved baseline.
 .
+mspdi is the program for people: it imports with one word and tells what of a
+plan is lost, mends plans that the importer refuses, shows a document in a
+page for any browser, checks and compares documents, and migrates thousands of
+plans with a report.
+.
 The package holds an empty document to import into, and example plans.")
 include(CPack)

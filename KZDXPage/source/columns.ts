@@ -1,6 +1,8 @@
 // The columns of both tables: what each row says in them, for people and for saved files.
 
 import { slipOf } from "./dates";
+import { textWidth } from "./dom";
+import { fieldText } from "./fields";
 import { moneyFormat } from "./money";
 import type { Model, Moment, Resource, Task } from "./model";
 import type { Item } from "./rows";
@@ -55,6 +57,16 @@ const ofResource =
     (item) =>
         item.type === "resource" ? text(item.resource) : "";
 
+// Room for any date of a year in the browser's language, its words being of different lengths.
+let knownDateWidth = 0;
+function dateWidth(): number {
+    if (knownDateWidth === 0) {
+        const late = Array.from({ length: 12 }, (_, month) => Date.UTC(2028, month, 28, 22, 58) / 1000);
+        knownDateWidth = Math.ceil(Math.max(...late.map((seconds) => textWidth(dateText(seconds))))) + 20;
+    }
+    return knownDateWidth;
+}
+
 function dateColumn(
     id: string,
     label: string,
@@ -68,7 +80,7 @@ function dateColumn(
             const value = moment(item);
             return value ? form(clock.shown(value)) : "";
         };
-    return column(id, label, 178, shown(dateText), { plain: shown(plainDate), isShownFirst, isNumeric: true });
+    return column(id, label, dateWidth(), shown(dateText), { plain: shown(plainDate), isShownFirst, isNumeric: true });
 }
 
 function numberColumn(
@@ -87,6 +99,12 @@ function numberColumn(
             return present === null || present === undefined ? "" : of(present);
         };
     return column(id, label, width, shown(form), { plain: shown(plain), isShownFirst, isNumeric: true });
+}
+
+// Saved files hold a field as the document does.
+function fieldColumn(name: string, clock: Clock, value: (item: Item) => string | undefined): Column {
+    const shown = (item: Item): string => fieldText(value(item) ?? "", clock, dateText);
+    return column(`field:${name}`, name, 130, shown, { plain: (item) => value(item) ?? "" });
 }
 
 const hours = (seconds: number): string => String(Math.round((seconds / 3600) * 1e4) / 1e4);
@@ -122,20 +140,20 @@ export function planColumns(setting: Setting): Column[] {
     const { model, clock } = setting;
     return [
         numberColumnOf(),
-        column("title", word("title"), 240, itemTitle, { isShownFirst: true, isTree: true }),
+        column("title", word("title"), 220, itemTitle, { isShownFirst: true, isTree: true }),
         ...slipColumn(setting.baseline),
         dateColumn("start", word("start"), clock, (item) => taskOf(item)?.start, true),
         dateColumn("end", word("end"), clock, (item) => taskOf(item)?.end, true),
         ...baselineColumns(setting),
         numberColumn("effort", word("effort"), 86, (item) => taskOf(item)?.effort, hoursText, hours, true),
         numberColumn("completion", word("completion"), 72, (item) => taskOf(item)?.completion, percentText, String, true),
-        column("resources", word("resources"), 170, ofTask(resourceNames), { isShownFirst: true }),
+        column("resources", word("resources"), 134, ofTask(resourceNames), { isShownFirst: true }),
         numberColumn("effort-done", word("effortDone"), 90, (item) => taskOf(item)?.effortDone, hoursText, hours),
         ...(["start-constraint-date", "end-constraint-date", "locked-start-date", "locked-end-date"] as const).map((name) =>
             dateColumn(name, word(name), clock, (item) => taskOf(item)?.dates.get(name)),
         ),
         ...model.facts.map(([name, value]) => column(`fact:${name}`, wordFor(name), 110, ofTask((task) => value(task.row) ?? ""))),
-        ...model.fields.map(([name, value]) => column(`field:${name}`, name, 130, ofTask((task) => value(task.row) ?? ""))),
+        ...model.fields.map(([name, value]) => fieldColumn(name, clock, (item) => (item.type === "task" ? value(item.task.row) : undefined))),
         column("note", word("note"), 200, ofTask((task) => task.note.replace(/\n/gu, " "))),
         column("id", word("id"), 64, ofTask((task) => task.id)),
     ];
@@ -173,7 +191,7 @@ export function resourceColumns({ model, clock }: Setting): Column[] {
         dateColumn("end", word("end"), clock, (item) => taskOf(item)?.end),
         column("email", word("email-address"), 180, ofResource((resource) => resource.facts.find(([name]) => name === "email-address")?.[1] ?? "")),
         ...resourceFields(model).map((name) =>
-            column(`field:${name}`, name, 130, ofResource((resource) => resource.fields.find(([key]) => key === name)?.[1] ?? "")),
+            fieldColumn(name, clock, (item) => (item.type === "resource" ? item.resource.fields.find(([key]) => key === name)?.[1] : undefined)),
         ),
         column("id", word("id"), 64, (item) => (item.type === "task" ? item.task.id : item.type === "resource" ? item.resource.id : "")),
     ];

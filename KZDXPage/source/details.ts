@@ -2,6 +2,7 @@
 
 import { missedDates, slipOf } from "./dates";
 import { button, make } from "./dom";
+import { fieldText } from "./fields";
 import { moneyFormat } from "./money";
 import type { Link, Model, Moment, Resource, Schedule, Task } from "./model";
 import { dateNames } from "./model";
@@ -127,7 +128,7 @@ export class Details {
             ]),
             ...this.section(word("assigned"), ...this.items(task.resources.map((resource) => this.link(resource, resource.name)))),
             ...this.note(task.note),
-            ...this.section(word("fields"), ...this.list(this.model.fields.map(([name, value]) => [name, value(task.row) ?? ""] as const))),
+            ...this.section(word("fields"), ...this.list(this.model.fields.map(([name, value]) => [name, this.field(value(task.row) ?? "")] as const))),
             ...this.section(word("predecessors"), ...this.items(task.before.map((link) => this.dependency(link, link.from)))),
             ...this.section(word("successors"), ...this.items(task.after.map((link) => this.dependency(link, link.to)))),
             ...this.pieces(task),
@@ -140,6 +141,10 @@ export class Details {
         const amount = Number(value);
         if (name === "static-cost" && value !== undefined && Number.isFinite(amount)) return moneyFormat(this.model.currency)(amount);
         return value ?? "";
+    }
+
+    private field(value: string): string {
+        return fieldText(value, this.clock, longDateText);
     }
 
     private dependency(link: Link, other: Task): Node {
@@ -187,7 +192,7 @@ export class Details {
                 [word("id"), resource.id],
             ]),
             ...this.note(resource.note),
-            ...this.section(word("fields"), ...this.list(resource.fields)),
+            ...this.section(word("fields"), ...this.list(resource.fields.map(([name, value]) => [name, this.field(value)] as const))),
             ...(resource.isMaterial ? [] : this.section(word("workingWeek"), ...this.week(resource.schedule))),
             ...this.timesOff(resource.schedule),
             ...this.section(`${word("tasks")} (${numberText(resource.tasks.length)})`, ...this.items(resource.tasks.map((task) => this.link(task, `${task.number} ${task.title}`)))),
@@ -232,7 +237,7 @@ export class Details {
                 [word("start"), this.moment(model.start)],
                 [word("end"), this.moment(model.end)],
                 model.isFixedEnd && [word("fixedEnd"), "✓"],
-                model.granularity !== null && [word("granularity"), model.granularity],
+                model.granularity !== null && [word("granularity"), wordFor(`granularity:${model.granularity}`)],
                 [word("tasks"), numberText(model.tasks.length)],
                 [word("resources"), numberText(model.resources.length)],
                 [word("source"), model.source],

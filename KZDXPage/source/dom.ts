@@ -33,6 +33,15 @@ export function button(label: string, act: () => void, attributes: Attributes = 
     return element;
 }
 
+// How wide a text in the page's own font is, in pixels.
+export function textWidth(text: string): number {
+    const pen = (drawingPen ??= document.createElement("canvas").getContext("2d"));
+    if (!pen) return text.length * 8;
+    pen.font = getComputedStyle(document.body).font;
+    return pen.measureText(text).width;
+}
+let drawingPen: CanvasRenderingContext2D | null = null;
+
 // Changes only what differs, since every change costs.
 export function setText(element: Element, text: string): void {
     if (element.textContent !== text) element.textContent = text;

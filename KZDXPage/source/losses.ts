@@ -2,44 +2,55 @@
 
 import { button, make } from "./dom";
 import type { WrittenLoss } from "./contract";
+import { lossText } from "./kinds";
 import type { Model, Resource, Task } from "./model";
+import type { Paper } from "./print";
 import { word } from "./texts";
 import { numberText } from "./time";
 
-function placeRow([path, name, value, id]: WrittenLoss["where"][number], model: Model, goTo: (item: Task | Resource) => void): HTMLElement {
+type GoTo = (item: Task | Resource) => void;
+
+function placeRow([path, name, value, id]: WrittenLoss["where"][number], model: Model, goTo: GoTo | null): HTMLElement {
     const item = model.byId.get(id);
     const title = item ? ("title" in item ? `${item.number} ${item.title}` : item.name) : name;
     return make(
         "tr",
         {},
-        make("td", {}, item ? button(title === "" ? item.id : title, () => goTo(item), { class: "link" }) : title),
+        make("td", {}, item && goTo ? button(title === "" ? item.id : title, () => goTo(item), { class: "link" }) : title),
         make("td", {}, value),
         make("td", { class: "path" }, path),
     );
 }
 
-function lossSection(loss: WrittenLoss, model: Model, goTo: (item: Task | Resource) => void): HTMLElement {
-    const table = make("table", {}, make("thead", {}, make("tr", {}, ...(["task", "value", "place"] as const).map((key) => make("th", { scope: "col" }, word(key))))));
+const headOf = (): HTMLElement =>
+    make("thead", {}, make("tr", {}, ...(["task", "value", "place"] as const).map((key) => make("th", { scope: "col" }, word(key)))));
+
+// The places of a loss, and how many more there are.
+function placeRows(loss: WrittenLoss, model: Model, goTo: GoTo | null): HTMLElement[] {
+    const rows = loss.where.map((place) => placeRow(place, model, goTo));
+    const more = loss.count - loss.where.length;
+    return more > 0 ? [...rows, make("tr", {}, make("td", { colspan: 3 }, word("andMore", { count: more })))] : rows;
+}
+
+function lossSection(loss: WrittenLoss, model: Model, goTo: GoTo): HTMLElement {
+    const table = make("table", {}, headOf());
     const body = make("tbody");
     const element = make(
         "details",
         { class: "loss", "data-kind": loss.kind },
-        make("summary", {}, make("span", { class: "count" }, numberText(loss.count)), " ", make("span", { class: "what" }, loss.what), " ", make("code", {}, loss.kind)),
+        make("summary", {}, make("span", { class: "count" }, numberText(loss.count)), " ", make("span", { class: "what" }, lossText(loss)), " ", make("code", {}, loss.kind)),
         table,
     );
     table.append(body);
     // Rows are made when they are looked at: a plan may have thousands.
     element.addEventListener("toggle", () => {
         if (!element.open || body.childElementCount > 0) return;
-        body.append(...loss.where.map((place) => placeRow(place, model, goTo)));
-        if (loss.where.length < loss.count) {
-            body.append(make("tr", {}, make("td", { colspan: 3 }, word("andMore", { count: loss.count - loss.where.length }))));
-        }
+        body.append(...placeRows(loss, model, goTo));
     });
     return element;
 }
 
-export function lossesView(model: Model, goTo: (item: Task | Resource) => void): HTMLElement {
+export function lossesView(model: Model, goTo: GoTo): HTMLElement {
     const losses = model.losses;
     const element = make("section", { class: "losses", tabindex: -1 });
     if (!losses) return element;
@@ -48,5 +59,22 @@ export function lossesView(model: Model, goTo: (item: Task | Resource) => void):
         make("p", { class: "summary" }, word("lossesSummary", losses.leaves)),
         ...(losses.kinds.length > 0 ? losses.kinds.map((loss) => lossSection(loss, model, goTo)) : [make("p", {}, word("noLosses"))]),
     );
+    return element;
+}
+
+// All losses on paper, everything unfolded.
+export function printedLosses(model: Model, title: string, paper: Paper): HTMLElement {
+    const { leaves, kinds } = model.losses ?? { leaves: {}, kinds: [] };
+    const element = make("section", { class: `print-losses ${paper}` });
+    element.append(
+        make("h1", {}, title),
+        make("p", { class: "note" }, `${word("lossesOf")} · ${model.source}`),
+        make("p", {}, word("lossesSummary", leaves)),
+        ...kinds.flatMap((loss) => [
+            make("h2", {}, `${numberText(loss.count)} ${lossText(loss)}`),
+            make("table", {}, headOf(), make("tbody", {}, ...placeRows(loss, model, null))),
+        ]),
+    );
+    if (kinds.length === 0) element.append(make("p", {}, word("noLosses")));
     return element;
 }

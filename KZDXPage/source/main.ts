@@ -7,7 +7,7 @@ import type { WrittenDocument } from "./contract";
 import { Details } from "./details";
 import { button, fileName, make, saveFile } from "./dom";
 import { filterPanel } from "./filters";
-import { lossesView } from "./losses";
+import { lossesView, printedLosses } from "./losses";
 import { groupsOf, modelOf, type Model, type Resource, type Task } from "./model";
 import { sheetsOf, type Paper } from "./print";
 import { planTree, resourceTree, sectionsOf, type Item } from "./rows";
@@ -42,6 +42,7 @@ class Page {
     private readonly chartTools = make("div", { class: "tools chart-tools" });
     private readonly tableTools = make("div", { class: "tools" });
     private readonly sheets = make("div", { id: "sheets" });
+    private readonly fileEntries: HTMLButtonElement[] = []; // of a chart and its table
     private paper: Paper = "a4";
 
     constructor(
@@ -147,9 +148,9 @@ class Page {
                 menu.close();
                 act();
             });
+        this.fileEntries.push(entry("saveSVG", () => this.saveSVG()), entry("saveCSV", () => this.saveCSV()));
         list.append(
-            entry("saveSVG", () => this.saveSVG()),
-            entry("saveCSV", () => this.saveCSV()),
+            ...this.fileEntries,
             entry("printA4", () => this.print("a4")),
             entry("printA3", () => this.print("a3")),
         );
@@ -184,6 +185,7 @@ class Page {
         }
         for (const [name, panel] of this.panels()) panel.hidden = name !== tab;
         this.root.classList.toggle("without-chart", tab === "losses");
+        for (const entry of this.fileEntries) entry.hidden = tab === "losses";
         this.view?.mount();
         this.fillColumnChoice();
         this.updateCount();
@@ -335,9 +337,12 @@ class Page {
     }
 
     private makeSheets(): void {
-        const tab = this.tab === "resources" ? "resources" : "plan";
+        const { tab } = this;
+        if (tab === "losses") {
+            this.sheets.replaceChildren(printedLosses(this.model, this.title(), this.paper));
+            return;
+        }
         const view = this.views[tab];
-        const wanted = tab === "plan" ? ["number", "title", "start", "end"] : ["title", "tasks", "units"];
         const baseline = this.setting.baseline === null ? null : this.model.baselines[this.setting.baseline];
         const sheets = sheetsOf(
             {
@@ -345,7 +350,7 @@ class Page {
                 title: this.title(),
                 note: [this.zoneNote.textContent, baseline ? `${word("compare")}: ${baseline.name}` : ""].filter((text) => text !== "").join(" · "),
                 rows: view.rows,
-                columns: this.allColumns(tab).filter((column) => wanted.includes(column.id)),
+                columns: this.shownColumns(tab),
                 ground: {
                     schedule: this.model.schedule,
                     drawing: { scale: view.timeScale, clock: this.setting.clock, baseline: this.setting.baseline },

@@ -2,7 +2,7 @@
 
 import { axisHeight, axisShapes, groundShapes, lookOf, rowShapes, todayShapes, type Ground } from "./chart";
 import type { Column } from "./columns";
-import { make, makeSVG } from "./dom";
+import { make, makeSVG, textWidth } from "./dom";
 import { linkShapes, rowHeight } from "./drawing";
 import { LinkIndex } from "./links";
 import type { Model } from "./model";
@@ -33,6 +33,7 @@ const room: Record<Paper, { width: number; height: number }> = {
 const headHeight = 46;
 const footHeight = 26;
 const mostAcross = 12;
+const mostTable = 0.6; // of the width of a sheet
 // So many that a browser still prints; a longer outline than that has one sheet of time for each of its own.
 const mostSheets = 400;
 
@@ -47,18 +48,52 @@ function scalesFor({ ground, extent }: Printed, width: number, most: number): Ti
     return Array.from({ length: sheets }, (_, sheet) => new TimeScale(start + (sheet * width) / perSecond, perSecond, width));
 }
 
-function tableOf(rows: readonly Row[], columns: readonly Column[]): HTMLElement {
-    const head = make("div", { class: "print-row print-head" }, ...columns.map((column) => make("div", { class: "cell", "data-column": column.id }, column.label)));
+const lookOfCell = (column: Column): string => (column.isNumeric ? "cell numeric" : "cell");
+
+interface Fitted {
+    readonly columns: readonly Column[];
+    readonly widths: readonly number[];
+}
+
+const indentOf = (row: Row): number => 6 + (Math.min(row.level, 12) - 1) * 12;
+const foremost = ["number", "title", "start", "end"];
+const sumOf = (values: readonly number[]): number => values.reduce((sum, value) => sum + value, 0);
+
+// The columns that have room: the titles and dates before all others, and the titles get what is left, as far as they
+// need it.
+function fit(columns: readonly Column[], rows: readonly Row[], room: number): Fitted {
+    const byRank = [...columns.filter((column) => foremost.includes(column.id)), ...columns.filter((column) => !foremost.includes(column.id))];
+    const taken = new Set<Column>();
+    let left = room;
+    for (const column of byRank) {
+        if (column.width > left && !column.isTree) continue;
+        taken.add(column);
+        left -= column.width;
+    }
+    const kept = columns.filter((column) => taken.has(column));
+    const widths = kept.map((column) => {
+        if (!column.isTree) return column.width;
+        const longest = rows.reduce((most, row) => Math.max(most, indentOf(row) + textWidth(column.text(row.item)) * 1.1 + 16), 0);
+        return Math.ceil(Math.min(Math.max(column.width, longest), column.width + Math.max(left, 0)));
+    });
+    return { columns: kept, widths };
+}
+
+function tableOf(rows: readonly Row[], { columns, widths }: Fitted): HTMLElement {
+    const head = make("div", { class: "print-row print-head" }, ...columns.map((column) => make("div", { class: lookOfCell(column), "data-column": column.id }, column.label)));
     const lines = rows.map((row) => {
         const kind = row.item.type === "task" ? row.item.task.kind : row.item.type;
         const cells = columns.map((column) => {
-            const cell = make("div", { class: "cell", "data-column": column.id }, column.text(row.item));
-            if (column.isTree) cell.style.paddingInlineStart = `${6 + (Math.min(row.level, 12) - 1) * 12}px`;
+            const cell = make("div", { class: lookOfCell(column), "data-column": column.id }, column.text(row.item));
+            if (column.isTree) cell.style.paddingInlineStart = `${indentOf(row)}px`;
             return cell;
         });
         return make("div", { class: `print-row ${kind}` }, ...cells);
     });
-    return make("div", { class: "print-table" }, head, ...lines);
+    const table = make("div", { class: "print-table" }, head, ...lines);
+    table.style.width = `${sumOf(widths) + 1}px`;
+    table.style.setProperty("--columns", widths.map((width) => `${width}px`).join(" "));
+    return table;
 }
 
 function chartOf(printed: Printed, links: LinkIndex | null, first: number, last: number, scale: TimeScale): SVGElement {
@@ -85,9 +120,9 @@ function chartOf(printed: Printed, links: LinkIndex | null, first: number, last:
 // All sheets, row after row of them.
 export function sheetsOf(printed: Printed, paper: Paper): HTMLElement[] {
     const { width, height } = room[paper];
-    const [first, ...rest] = printed.columns;
-    const narrow = [first, ...rest.filter((column) => column.isTree)].filter((column): column is Column => column !== undefined);
-    const tableWidth = printed.columns.length > 2 ? 640 : 330;
+    const table = fit(printed.columns, printed.rows, width * mostTable);
+    const narrow = fit(printed.columns.filter((column) => column.isTree || column.id === "number"), printed.rows, sumOf(table.widths));
+    const tableWidth = sumOf(table.widths) + 1;
     const perSheet = Math.max(1, Math.floor((height - headHeight - footHeight - axisHeight) / rowHeight));
     const down = Math.max(1, Math.ceil(printed.rows.length / perSheet));
     const scales = scalesFor(printed, width - tableWidth, Math.max(1, Math.min(mostAcross, Math.floor(mostSheets / down))));
@@ -98,7 +133,7 @@ export function sheetsOf(printed: Printed, paper: Paper): HTMLElement[] {
         const to = Math.min(printed.rows.length, from + perSheet) - 1;
         scales.forEach((scale, across) => {
             const page = word("page", { page: sheets.length + 1, pages: down * scales.length });
-            const columns = across === 0 ? printed.columns : narrow;
+            const columns = across === 0 ? table : narrow;
             const body = make("div", { class: across === 0 ? "print-body" : "print-body continued" }, tableOf(printed.rows.slice(from, to + 1), columns));
             if (to >= from) body.append(chartOf(printed, links, from, to, scale));
             sheets.push(

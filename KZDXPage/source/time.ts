@@ -95,8 +95,8 @@ export function formatted(seconds: number, options: Intl.DateTimeFormatOptions):
     return format.format(new Date(seconds * 1000));
 }
 
-const dayOptions: Intl.DateTimeFormatOptions = { day: "2-digit", month: "short", year: "numeric" };
-const timeOptions: Intl.DateTimeFormatOptions = { hour: "2-digit", minute: "2-digit" };
+const dayOptions: Intl.DateTimeFormatOptions = { day: "numeric", month: "short", year: "numeric" };
+const timeOptions: Intl.DateTimeFormatOptions = { hour: "numeric", minute: "2-digit" };
 
 export const dateText = (seconds: number): string => formatted(seconds, { ...dayOptions, ...timeOptions });
 export const longDateText = (seconds: number): string =>

@@ -138,6 +138,7 @@ export class View {
 
     setColumns(columns: readonly Column[]): void {
         this.grid.setColumns(columns);
+        if (!this.isDivided) this.resized();
         this.updateBars();
         this.show();
     }
@@ -146,7 +147,8 @@ export class View {
         const before = this.setting.clock;
         this.knownExtent = null;
         this.setting = setting;
-        if (this.scale && before !== setting.clock) this.keepPlace(before, setting.clock);
+        if (this.isFitting) this.scale = this.fitted(); // a baseline may reach farther
+        else if (this.scale && before !== setting.clock) this.keepPlace(before, setting.clock);
         this.grid.setRows(this.rows);
         this.draw();
     }
@@ -341,7 +343,7 @@ export class View {
 
     private resized(): void {
         if (this.scroller.clientWidth === 0) return;
-        this.setGridWidth(this.isDivided ? this.gridWidth : Math.min(660, this.element.clientWidth * 0.5));
+        this.setGridWidth(this.isDivided ? this.gridWidth : Math.min(this.grid.fullWidth, this.element.clientWidth * (this.element.clientWidth < 1200 ? 0.5 : 0.58)));
         this.updateSpacer();
         this.scale = this.isFitting || !this.scale ? this.fitted() : this.scale.resized(this.chartWidth);
         this.draw();

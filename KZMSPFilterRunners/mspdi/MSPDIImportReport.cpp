@@ -6,16 +6,19 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "MSPCCharacters.h"
 #include "MSPCMessage.h"
 #include "MSPCPath.h"
 #include "MSPDIJSON.h"
 #include "MSPDIKinds.h"
+#include "MSPDIMendReport.h"
 
 namespace {
 
 using JSON = nlohmann::ordered_json;
 
 constexpr std::string_view summerTime = "summer-time";
+constexpr std::string_view noLoss = "nothing";
 
 std::string counted(std::size_t count, std::string_view one) {
     return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
@@ -46,7 +49,7 @@ std::string lossesInOneLine(const MSPDIAccount& account) {
         }
     }
     if (text.empty()) {
-        return ofFile == 0 ? "nothing" : "only what belongs to the file, not to the plan";
+        return std::string(ofFile == 0 ? noLoss : "only what belongs to the file, not to the plan");
     }
     return more == 0 ? text : text + fmt::format(" and {}", counted(more, "more kind"));
 }
@@ -84,8 +87,9 @@ std::string commandForLosses(const std::string& plan, const std::vector<MSPDIMen
     }
     const bool isNecessary =
         std::ranges::all_of(mending, [](const auto& done) { return MSPDIMendStepNamed(done.step)->isNecessary; });
-    return fmt::format("mspdi mend {}{} -o mended.xml && mspdi losses mended.xml", isNecessary ? "" : "--all ",
-                       MSPDIShellWord(plan));
+    const auto copy = MSPDIShellWord(MSPDIMendedName(plan, 0));
+    return fmt::format("mspdi mend {}{} -o {} && mspdi losses {}", isNecessary ? "" : "--all ", MSPDIShellWord(plan),
+                       copy, copy);
 }
 
 JSON jsonOf(const std::string& plan, const MSPDIImportedPlan& imported) {
@@ -104,6 +108,30 @@ JSON jsonOf(const std::string& plan, const MSPDIImportedPlan& imported) {
             {"summerDates", imported.account ? JSON(summerDatesOf(*imported.account)) : JSON(nullptr)},
             {"mending", jsonOf(imported.mending)},
             {"mendingObstacle", imported.mendingObstacle.empty() ? JSON(nullptr) : JSON(imported.mendingObstacle)}};
+}
+
+// A character as it stands between $' and '. What a terminal must not get is written in octal: behind \x some shells
+// would read on.
+std::string quotedWithEscapes(std::string_view character) {
+    if (MSPCShownText(character).view() == character) {
+        return fmt::format("{}{}", character == "'" || character == "\\" ? "\\" : "", character);
+    }
+    std::string escapes;
+    for (const char byte : character) {
+        escapes += fmt::format("\\{:03o}", static_cast<unsigned char>(byte));
+    }
+    return escapes;
+}
+
+std::string inQuotesWithEscapes(std::string_view text) {
+    std::string quoted = "$'";
+    while (!text.empty()) {
+        const auto length = std::max<std::size_t>(MSPCLengthOfCharacter(text), 1);
+        quoted += quotedWithEscapes(text.substr(0, length));
+        text.remove_prefix(length);
+    }
+    quoted += '\'';
+    return quoted;
 }
 
 }  // namespace
@@ -159,16 +187,20 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
         return;
     }
     tellSummerDates(*imported.account);
-    out << "    Lost or changed: " << lossesInOneLine(*imported.account)
-        << "; all of it: " << MSPCShownText(commandForLosses(plan, imported.mending)).view() << '\n';
+    const auto losses = lossesInOneLine(*imported.account);
+    out << "    Lost or changed: " << losses;
+    if (losses != noLoss) {
+        out << "; all of it: " << commandForLosses(plan, imported.mending);
+    }
+    out << '\n';
 }
 
 void MSPDIImportReport::tellRefused(const std::string& plan, const MSPDIImportedPlan& imported) {
     _run.out << MSPCShownText(plan).view() << ": " << _run.emphasized("refused") << ": "
              << MSPCShownText(imported.reason).view() << '\n';
     if (!imported.mending.empty()) {
-        _run.out << "    mspdi import --mend imports it: " << inOneLine(imported.mending)
-                 << " (mspdi mend --dry-run tells more)\n";
+        _run.out << "    mspdi import --mend imports it: " << inOneLine(imported.mending) << " (mspdi mend --dry-run "
+                 << MSPDIShellWord(plan) << " tells more)\n";
     } else if (!imported.mendingObstacle.empty()) {
         _run.out << "    Mending does not help: " << MSPCShownText(imported.mendingObstacle).view() << '\n';
     }
@@ -196,6 +228,9 @@ std::string MSPDIShellWord(const std::string& text) {
     auto word = text.starts_with('-') ? "./" + text : text;
     if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) {
         return word;
+    }
+    if (MSPCShownText(word).view() != word) {
+        return inQuotesWithEscapes(word);
     }
     std::string quoted = "'";
     for (const char character : word) {

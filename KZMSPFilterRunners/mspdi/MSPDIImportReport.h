@@ -34,5 +34,6 @@ private:
     std::unique_ptr<Told> _told;  // for JSON
 };
 
-// A word of a command line as a shell takes it: in quotes where it needs them.
+// A word of a command line as bash and zsh take it: in quotes where it needs them. It holds nothing that must not be
+// shown: control characters and bytes that are no UTF-8 stand in it as escapes of the shell, $'a\012b'.
 [[nodiscard]] std::string MSPDIShellWord(const std::string& text);

@@ -26,6 +26,9 @@ void separatePlan(Arguments& arguments) {
     if (arguments.plan.empty() && !arguments.only.empty() && MSPDIMendStepNamed(arguments.only.back()) == nullptr) {
         arguments.plan = arguments.only.back();
         arguments.only.pop_back();
+        if (arguments.only.empty()) {
+            throw CLI::ArgumentMismatch::TypedAtLeast("--only", 1, "STEP");
+        }
     }
     if (arguments.plan.empty()) {
         throw CLI::RequiredError("PLAN");
@@ -47,11 +50,6 @@ std::optional<std::string> obstacleToWriting(const std::string& path, const std:
                                    : std::nullopt;
 }
 
-std::string nameBesidePlan(const std::string& plan, int attempt) {
-    const auto stem = pathByDeletingExtension(plan);
-    return attempt == 0 ? stem + ".mended.xml" : fmt::format("{}.mended-{}.xml", stem, attempt);
-}
-
 // Writes to the name that is asked for, or to the first free one beside the plan. The path of the file; none when that
 // fails, which has been told then.
 std::optional<std::string> written(const Arguments& arguments, const std::string& bytes, MSPDIRun& run) {
@@ -59,7 +57,7 @@ std::optional<std::string> written(const Arguments& arguments, const std::string
     constexpr int mostAttempts = 10'000;
     const bool isNameOurs = arguments.mended.empty();
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        const auto path = isNameOurs ? nameBesidePlan(arguments.plan, attempt) : arguments.mended;
+        const auto path = isNameOurs ? MSPDIMendedName(arguments.plan, attempt) : arguments.mended;
         bool isTaken = false;
         const auto failure = MSPCWriteNewFile(fileSystem.absolutePath(path), bytes, isTaken);
         if (!failure) {

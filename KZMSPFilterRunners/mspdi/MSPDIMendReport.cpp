@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
+#include "MSPCPath.h"
 #include "MSPDIInWords.h"
 #include "MSPDIJSON.h"
 
@@ -96,4 +97,9 @@ void MSPDIWriteMendAsJSON(const std::string& plan, const MSPDIMended& mended, co
                        {"repaired", mended.isRepaired},
                        {"mended", path ? JSON(*path) : JSON(nullptr)}};
     MSPDIWriteJSON(json, out);
+}
+
+std::string MSPDIMendedName(const std::string& plan, int attempt) {
+    const auto stem = pathByDeletingExtension(plan);
+    return attempt == 0 ? stem + ".mended.xml" : fmt::format("{}.mended-{}.xml", stem, attempt);
 }

@@ -14,3 +14,5 @@ void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const st
 // The same as a JSON document, in the form of share/mspdi/mend.schema.json.
 void MSPDIWriteMendAsJSON(const std::string& plan, const MSPDIMended& mended, const std::optional<std::string>& path,
                           std::ostream& out);
+// The name of the copy beside the plan where none is asked for; each attempt, from 0 on, has another one.
+[[nodiscard]] std::string MSPDIMendedName(const std::string& plan, int attempt);

@@ -182,7 +182,7 @@ void addOptions(CLI::App& command, Arguments& arguments) {
                     "The document to begin with (else an empty one)")
         ->option_text("DOCUMENT")
         ->check(something);
-    command.add_flag("--no-losses", arguments.isWithoutLosses, "Do not look for losses, which takes half the time");
+    command.add_flag("--no-losses", arguments.isWithoutLosses, "Do not look for losses: faster, and none are told");
     command.add_option("--plan-seconds", arguments.secondsPerPlan, "End a plan that takes longer (600)")
         ->option_text("N")
         ->check(CLI::Range(1, 1'000'000));

@@ -164,8 +164,11 @@ void MSPDIAddViewCommand(CLI::App& program, MSPDIRun& run) {
     auto& view = *program.add_subcommand("view", "Make a page that shows a document, or what a plan becomes");
     view.add_option("DOCUMENT-OR-PLAN", arguments->shown, "A document, or a plan, which is imported in memory")
         ->required();
-    view.add_option("-o,--output", arguments->page, "The page; - is standard output");
+    view.add_option("-o,--output", arguments->page, "The page; - is standard output")->option_text("PAGE");
     view.add_flag("--open", arguments->isToBeOpened, "Open the page in the browser");
+    view.footer(
+        "Exit status: 0 the page is written, 2 it is not, or wrong arguments.\n"
+        "See also: man mspdi-view");
     MSPDIAddCommonOptions(view, run);
     view.callback([arguments, &run] { writePage(*arguments, run); });
 }

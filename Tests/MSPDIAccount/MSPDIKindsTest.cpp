@@ -68,6 +68,18 @@ TEST(MSPDIKindsTest, tellsTextsThatStandInOtherFiles) {
     EXPECT_EQ(inside.leaves, accountOf("<!ENTITY a 'x'><!ENTITY b '&a;'>").leaves);
 }
 
+// What a baseline's scenario keeps of such a link is no comfort: the document of the plan itself has none.
+TEST(MSPDIKindsTest, tellsALinkThatIsGoneWhateverABaselineKeepsOfIt) {
+    const std::string baseline = "<Baseline><Number>0</Number><Start>2012-01-11T08:00:00</Start></Baseline>";
+    const std::string link = "<PredecessorLink><PredecessorUID>1</PredecessorUID><Type>1</Type></PredecessorLink>";
+    const AccountOfPlan sharedUID(tasksOf(taskOf(1) + taskOf(1) + taskOf(3, link + baseline)));
+    EXPECT_EQ(sharedUID.count("dropped-link"), 1U);
+    EXPECT_EQ(sharedUID.at("Tasks[1]/Task[3]/PredecessorLink[1]/PredecessorUID[1]"), "shaping");
+    const std::string twoNumbers =
+        "<PredecessorLink><PredecessorUID>1</PredecessorUID><PredecessorUID>2</PredecessorUID></PredecessorLink>";
+    EXPECT_EQ(AccountOfPlan(tasksOf(taskOf(1) + taskOf(2) + taskOf(3, twoNumbers))).count("dropped-link"), 1U);
+}
+
 // The reference to a task that does not become one of the document stands there, but leads nowhere.
 TEST(MSPDIKindsTest, tellsALinkToAnEmptyRowOrTheSummaryTaskOfTheProject) {
     const AccountOfPlan plan(

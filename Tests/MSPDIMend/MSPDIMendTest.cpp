@@ -245,3 +245,45 @@ TEST_F(MendTest, mendsAPlanThatBeginsWithItsRoot) {
     const auto bare = plan.substr(plan.find("<Project"));
     expectMended(bare, with(bare, "<Summary>0<", "<Summary>1<"), "root-task 1");
 }
+
+TEST_F(MendTest, givesNoUIDTwiceWhereSomeAreVeryHigh) {
+    const auto high = task(1'999'999'999, 1) + task(2'000'000'000, 1);
+    expectMended(planOf(tasks(high + task(-1, 1))), planOf(tasks(high + task(2'000'000'001, 1))), "missing-uid 1");
+}
+
+TEST_F(MendTest, tellsThatWhatItTookOutWasConvertedOrRepaired) {
+    const auto inside = [](const std::string& plan) { return "\x01" + plan + "\x02"; };
+    const auto plan = planOf(tasks(task(1, 1, "<Name>\xFC</Name>")));
+    for (const std::string between : {"?>\n", "?>\n<!-- of an archive -->\n", "?>\n<!DOCTYPE Project>\n",
+                                      "?><?a b?><!-- c --><!DOCTYPE Project [<!ENTITY e 'x'>]>\n"}) {
+        const auto mended = mend(inside(with(with(plan, "UTF-8", "windows-1252"), "?>\n", between)));
+        ASSERT_EQ(mended.verdict, MSPDIMendVerdict::Mended) << between << mended.obstacle;
+        EXPECT_TRUE(mended.isConverted) << between;
+        EXPECT_THAT(mended.bytes, testing::StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>")) << between;
+        EXPECT_THAT(mended.bytes, HasSubstr("<Name>\xC3\xBC</Name>")) << between;
+    }
+    EXPECT_TRUE(mend(inside(planOf(tasks(task(1, 1, "<Name>A & B</Name>"))))).isRepaired);
+    EXPECT_FALSE(mend(inside(planOf(tasks(task(1, 1))))).isRepaired);
+}
+
+TEST_F(MendTest, mendsTheNamespaceOfAPlanInsideAnotherFile) {
+    const std::string inner =
+        "<m:Project xmlns:m=\"http://schemas.microsoft.com/project\"><m:Calendars><m:Calendar><m:UID>1</m:UID>"
+        "<m:IsBaseCalendar>1</m:IsBaseCalendar></m:Calendar></m:Calendars></m:Project>";
+    const std::string wanted =
+        "<Project xmlns=\"http://schemas.microsoft.com/project\"><Calendars><Calendar><UID>1</UID>"
+        "<IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars></Project>";
+    expectMended("\x01 < " + inner + " >", wanted, "embedded 1, namespace 1");
+}
+
+TEST_F(MendTest, takesAPlanOutOfAnotherElement) {
+    const auto plan = planOf(tasks(task(1, 1)));
+    const auto inner = plan.substr(plan.find("<Project"), plan.find("</Project>") + 10 - plan.find("<Project"));
+    expectMended("<?xml version=\"1.0\"?><Archive><Owner/>" + inner + "</Archive>", inner, "embedded 1");
+}
+
+TEST_F(MendTest, givesEmptyRowsALevel) {
+    const std::string row = "<IsNull>1</IsNull>";
+    expectMended(planOf(tasks(task(1, 1) + task(2, -1, row))), planOf(tasks(task(1, 1) + task(2, 0, row))),
+                 "outline 1");
+}

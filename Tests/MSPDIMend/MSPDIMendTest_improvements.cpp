@@ -223,3 +223,45 @@ TEST_F(ImprovementTest, everyStepForALossIsOne) {
     EXPECT_EQ(count, 11U);
     EXPECT_EQ(MSPDIMendStepForLoss("wbs"), nullptr);
 }
+
+TEST_F(ImprovementTest, lagIsWrittenExactlyOrStays) {
+    const auto planOfLag = [](const std::string& lag) {
+        return planOf(tasks(task(1, 1) + task(2, 1,
+                                              "<PredecessorLink><PredecessorUID>1</PredecessorUID><LinkLag>" + lag +
+                                                  "</LinkLag></PredecessorLink>")));
+    };
+    const MSPDIMendOptions options{.only = {"lag-to-field"}};
+    EXPECT_THAT(mend(planOfLag("5"), options).bytes, HasSubstr("<Value>0.5 min after task 1</Value>"));
+    EXPECT_THAT(mend(planOfLag("-607"), options).bytes, HasSubstr("<Value>-1 h 0.7 min after task 1</Value>"));
+    EXPECT_THAT(mend(planOfLag("-9223372036854775808"), options).bytes,
+                HasSubstr("<Value>-15372286728091293 h 0.8 min after task 1</Value>"));
+    for (const auto* other : {"5 d", "99999999999999999999", "", "1e3"}) {
+        EXPECT_TRUE(mend(planOfLag(other), options).steps.empty()) << other;
+    }
+}
+
+TEST_F(ImprovementTest, unitsThatAreNoNumberStay) {
+    for (const auto* units : {"abc", "", "nan", "inf", "0x10", "1e400", "0.5x"}) {
+        const auto plan = planOf(tasks(task(1, 1)) +
+                                 "  <Resources><Resource><UID>1</UID><Type>1</Type></Resource></Resources>\n"
+                                 "  <Assignments><Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID><Units>" +
+                                 units + "</Units></Assignment></Assignments>\n");
+        EXPECT_TRUE(mend(plan, {.only = {"units-to-field"}}).steps.empty()) << units;
+    }
+}
+
+TEST_F(ImprovementTest, theOwnersFieldOfThatNameKeepsItsValue) {
+    const std::string definitions =
+        "  <ExtendedAttributes><ExtendedAttribute><FieldID>188743731</FieldID><FieldName>Text1</FieldName>"
+        "<Alias>Deadline</Alias></ExtendedAttribute></ExtendedAttributes>\n";
+    const std::string own = "<ExtendedAttribute><FieldID>188743731</FieldID><Value>soon</Value></ExtendedAttribute>";
+    const std::string deadline = "<Deadline>2012-02-01T17:00:00</Deadline>";
+    const MSPDIMendOptions options{.only = {"deadline-to-field"}};
+    const auto mended = mend(planOf(definitions + tasks(task(1, 1, deadline + own))), options).bytes;
+    EXPECT_THAT(mended, HasSubstr(own + "<ExtendedAttribute><FieldID>188743734</FieldID>"
+                                        "<Value>2012-02-01T17:00:00</Value></ExtendedAttribute>"));
+    EXPECT_THAT(mended, HasSubstr("<FieldName>Text2</FieldName><Alias>Deadline 2</Alias>"));
+    // One that only other tasks have a value in is taken.
+    EXPECT_THAT(mend(planOf(definitions + tasks(task(1, 1, deadline) + task(2, 1, own))), options).bytes,
+                HasSubstr("<ExtendedAttribute><FieldID>188743731</FieldID><Value>2012-02-01T17:00:00</Value>"));
+}

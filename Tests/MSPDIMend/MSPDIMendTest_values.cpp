@@ -181,3 +181,19 @@ TEST_F(MendTest, tellsWhatStandsInTheWayOfPlansThatGrowBeyondMeasure) {
     EXPECT_EQ(mended.verdict, MSPDIMendVerdict::NotMendable);
     EXPECT_THAT(mended.obstacle, StartsWith("Too many calendar events"));
 }
+
+// A type or a name of the same text is not what could not be read.
+TEST_F(MendTest, leavesGoodValuesOfTheSameTextAlone) {
+    const std::string date = "<ConstraintDate>4</ConstraintDate>";
+    const auto plan = planOf(tasks(task(1, 1, "<ConstraintType>4</ConstraintType>" + date)));
+    expectMended(plan, with(plan, date, ""), "unreadable-value 1");
+    const auto exceptionOf = [](const std::string& from) {
+        return planOf("", with(standardCalendar(), "</Calendar>",
+                               "<Exceptions><Exception><Name>1</Name><Type>1</Type><DayWorking>0</DayWorking>"
+                               "<TimePeriod>" +
+                                   from +
+                                   "<ToDate>2012-01-10T00:00:00</ToDate></TimePeriod></Exception>"
+                                   "</Exceptions></Calendar>"));
+    };
+    expectMended(exceptionOf("<FromDate>1</FromDate>"), exceptionOf(""), "unreadable-value 1");
+}

@@ -64,6 +64,7 @@ protected:
             told.push_back(Path(record.plan).filename().native() + " " + record.verdict + " " +
                            Path(record.document).filename().native());
             reasons.push_back(record.reason);
+            warnings.insert(warnings.end(), record.warnings.begin(), record.warnings.end());
         });
         return told;
     }
@@ -78,6 +79,7 @@ protected:
     MSPDIMigrationOptions options;
     std::vector<MSPDIPlanToMigrate> plans;
     std::vector<std::string> reasons;
+    std::vector<std::string> warnings;
     std::size_t imported = 0;
     std::size_t missing = 0;
 };
@@ -122,6 +124,28 @@ TEST_F(MigrationTest, takesUpWhatIsNewChangedFailedOrGone) {
     EXPECT_THAT(folder.contents("out/A.kdzx/Actual.xml"), HasSubstr("<title>Paint</title>"))
         << "nothing is overwritten";
     EXPECT_EQ(missing, 0U);
+}
+
+TEST_F(MigrationTest, countsNoDocumentWithoutATableOfContents) {
+    for (const auto* name : {"A.xml", "B.xml", "C.xml"}) {
+        addPlan(name, planNamed("Paint"));
+    }
+    migrate();
+    std::filesystem::remove_all(folder / "out/A.kdzx");
+    folder.addFolder("out/A.kdzx");
+    folder.addFile("out/B.kdzx/__TOC.xml", "");
+    MSPDIMigration dry(services, options, plans);
+    ASSERT_EQ(dry.readRecords(), std::nullopt);
+    EXPECT_EQ(dry.missing(), 2U);
+    warnings.clear();
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A-1.kdzx", "B.xml imported B-1.kdzx", "C.xml imported C.kdzx"));
+    EXPECT_EQ(missing, 0U);
+    EXPECT_EQ(folder.listing("out/A.kdzx"), "") << "nothing is overwritten";
+    EXPECT_EQ(folder.contents("out/B.kdzx/__TOC.xml"), "");
+    const std::string told = " holds no table of contents any more, and was left as it is";
+    EXPECT_THAT(warnings, ElementsAre(folder / "out/A.kdzx" + told, folder / "out/B.kdzx" + told));
+    migrate();
+    EXPECT_EQ(imported, 0U) << "the new ones count";
 }
 
 TEST_F(MigrationTest, takesOnlyWhatFailedWhereThatIsWanted) {

@@ -46,6 +46,8 @@ TEST(MSPDIWarningInWords, tellsTheKnownOnesInWords) {
               "the file is damaged and was mended on reading, values may be missing (at line 12: xmlParseEntityRef)");
     EXPECT_EQ(MSPDIWarningInWords("Replaced 2 characters that XML cannot hold in '/out/P.kdzx/Actual.xml'."),
               "2 characters that XML cannot hold were replaced in Actual.xml");
+    EXPECT_EQ(MSPDIWarningInWords("Replaced 1 characters that XML cannot hold in '/out/P.kdzx/Actual.xml'."),
+              "1 character that XML cannot hold was replaced in Actual.xml");
     EXPECT_EQ(MSPDIWarningInWords("Failed to remove all of the document that was replaced: '/out/.x' is left."),
               "a part of the document that was replaced is left: /out/.x");
 }

@@ -159,6 +159,7 @@ TEST_F(PlanImporterTest, beginsWithTheTemplateThatIsNamed) {
 
 TEST_F(PlanImporterTest, overwritesNothingUnlessAsked) {
     world.machine.addFile("/out/Plan.kdzx/old.txt", "old");
+    world.machine.addFile("/out/Plan.kdzx/__TOC.xml", "old");
     const auto result = import("/in/Plan.xml");
     EXPECT_EQ(result.document, "/out/Plan-1.kdzx");
     EXPECT_TRUE(result.isNumbered);
@@ -167,8 +168,31 @@ TEST_F(PlanImporterTest, overwritesNothingUnlessAsked) {
     EXPECT_FALSE(world.machine.exists("/out/Plan.kdzx/old.txt"));
 }
 
+TEST_F(PlanImporterTest, overwritesNothingThatIsNoDocument) {
+    options.overwrites = true;
+    world.machine.addFile("/out/Plan.kdzx/precious/notes.txt", "months of work");
+    const auto result = import("/in/Plan.xml");
+    EXPECT_EQ(result.document, "/out/Plan-1.kdzx");
+    EXPECT_TRUE(result.isNumbered);
+    EXPECT_THAT(result.warnings, ElementsAre("Plan.kdzx is no document, so it was not replaced"));
+    EXPECT_EQ(world.machine.contents("/out/Plan.kdzx/precious/notes.txt"), "months of work");
+    world.machine.addFile("/in/File.xml", planWith(""));
+    world.machine.addFile("/out/File.kdzx", "a file");
+    EXPECT_EQ(import("/in/File.xml").document, "/out/File-1.kdzx");
+    EXPECT_EQ(world.machine.contents("/out/File.kdzx"), "a file");
+}
+
+TEST_F(PlanImporterTest, overwritesAnEmptyFolder) {
+    options.overwrites = true;
+    world.machine.addFolder("/out/Plan.kdzx");
+    const auto result = import("/in/Plan.xml");
+    EXPECT_EQ(result.document, "/out/Plan.kdzx");
+    EXPECT_THAT(result.warnings, IsEmpty());
+}
+
 TEST_F(PlanImporterTest, keepsWhatARefusedPlanWasToReplace) {
     world.machine.addFile("/out/Refused.kdzx/old.txt", "old");
+    world.machine.addFile("/out/Refused.kdzx/__TOC.xml", "old");
     options.overwrites = true;
     EXPECT_EQ(import("/in/Refused.xml").verdict, MSPDIVerdict::Refused);
     EXPECT_EQ(world.machine.contents("/out/Refused.kdzx/old.txt"), "old");
@@ -185,6 +209,7 @@ TEST_F(PlanImporterTest, neverReplacesADocumentOfTheSameRun) {
 
 TEST_F(PlanImporterTest, neverReplacesThePlanItself) {
     world.machine.addFile("/out/Plan.kdzx/Plan.xml", planWith(""));
+    world.machine.addFile("/out/Plan.kdzx/__TOC.xml", "old");
     options.overwrites = true;
     EXPECT_EQ(import("/out/Plan.kdzx/Plan.xml").document, "/out/Plan-1.kdzx");
     EXPECT_TRUE(world.machine.exists("/out/Plan.kdzx/Plan.xml"));
@@ -199,10 +224,12 @@ TEST_F(PlanImporterTest, namesTheDocumentAsAsked) {
 TEST_F(PlanImporterTest, tellsWhatIsWrongWithTheOptions) {
     const auto obstacle = [this] { return MSPDIPlanImporter(world.services, options).obstacle(); };
     EXPECT_EQ(obstacle(), std::nullopt);
-    for (const auto* name : {"", ".", "..", "a/b"}) {
+    for (const auto* name : {".", "..", "a/b"}) {
         options.documentName = name;
         EXPECT_EQ(obstacle(), std::string(name) + ": a document cannot have this name");
     }
+    options.documentName = "";
+    EXPECT_EQ(obstacle(), ".kdzx: a document cannot have this name");
     options.documentName.reset();
     for (const auto* folder : {"", "/in/Plan.xml"}) {
         options.outputFolder = folder;

@@ -79,18 +79,21 @@ TEST_F(ImportCommandTest, tellsTheMostImportantLossesAndTheNumberOfTheOthers) {
 
 TEST_F(ImportCommandTest, saysWhereNothingOfThePlanIsLost) {
     EXPECT_EQ(run({"import", "Plan.xml"}), 0);
-    EXPECT_THAT(out.str(), HasSubstr("    Lost or changed: nothing; "));
+    EXPECT_THAT(out.str(), EndsWith("    Lost or changed: nothing\n"));
     world.machine.addFile("/home/me/Plan.xml", planOf("<Author>Ann</Author>" + taskOf("")));
     EXPECT_EQ(run({"import", "Plan.xml"}), 0);
-    EXPECT_THAT(out.str(), HasSubstr("    Lost or changed: only what belongs to the file, not to the plan; "));
+    EXPECT_THAT(out.str(),
+                EndsWith("    Lost or changed: only what belongs to the file, not to the plan; all of it: mspdi losses "
+                         "Plan.xml\n"));
 }
 
 TEST_F(ImportCommandTest, tellsWhyAPlanIsRefusedAndLeavesNothing) {
     EXPECT_EQ(run({"import", "Refused.xml", "-o", "out"}), 1);
-    EXPECT_EQ(out.str(),
-              "Refused.xml: refused: a task is of an unknown type (Unexpected MSPDI Task Type: 9 "
-              "(Task UID='1' name='Paint'))\n"
-              "    mspdi import --mend imports it: 1 x unreadable-value (mspdi mend --dry-run tells more)\n");
+    EXPECT_EQ(
+        out.str(),
+        "Refused.xml: refused: a task is of an unknown type (Unexpected MSPDI Task Type: 9 "
+        "(Task UID='1' name='Paint'))\n"
+        "    mspdi import --mend imports it: 1 x unreadable-value (mspdi mend --dry-run Refused.xml tells more)\n");
     EXPECT_FALSE(world.machine.exists("/home/me/out"));
 }
 
@@ -108,15 +111,14 @@ TEST_F(ImportCommandTest, tellsWhatItCouldNotReadInOneLine) {
 
 TEST_F(ImportCommandTest, mendsRefusedPlansAndTellsTheSteps) {
     EXPECT_EQ(run({"import", "--mend", "Refused.xml", "Plan.xml"}), 0);
-    EXPECT_EQ(
-        out.str(),
-        "Refused.xml: the document is Refused.kdzx\n"
-        "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
-        "    Mended: 1 x unreadable-value: values that the importer cannot take, and stops at, leave the copy\n"
-        "    Lost or changed: nothing; all of it: mspdi mend Refused.xml -o mended.xml && mspdi losses mended.xml\n"
-        "Plan.xml: the document is Plan.kdzx\n"
-        "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
-        "    Lost or changed: nothing; all of it: mspdi losses Plan.xml\n");
+    EXPECT_EQ(out.str(),
+              "Refused.xml: the document is Refused.kdzx\n"
+              "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
+              "    Mended: 1 x unreadable-value: values that the importer cannot take, and stops at, leave the copy\n"
+              "    Lost or changed: nothing\n"
+              "Plan.xml: the document is Plan.kdzx\n"
+              "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
+              "    Lost or changed: nothing\n");
     EXPECT_EQ(run({"import", "--mend", "--json", "Refused.xml"}), 0);
     const auto plan = told()["plans"][0];
     EXPECT_EQ(plan["verdict"], "imported");
@@ -126,10 +128,14 @@ TEST_F(ImportCommandTest, mendsRefusedPlansAndTellsTheSteps) {
 }
 
 TEST_F(ImportCommandTest, improvesAllPlansOnlyWhenAsked) {
+    world.machine.addFile("/home/me/Lossy.xml",
+                          planOf(taskOf("<Deadline>2012-02-01T17:00:00</Deadline><Manual>1</Manual>")));
     EXPECT_EQ(run({"import", "--mend=all", "Lossy.xml"}), 0);
     EXPECT_THAT(out.str(), HasSubstr("1 custom field\n    Mended: 1 x deadline-to-field: deadlines become a custom "
                                      "field of their tasks\n"));
-    EXPECT_THAT(out.str(), HasSubstr("mspdi mend --all Lossy.xml -o mended.xml && mspdi losses mended.xml\n"));
+    EXPECT_THAT(
+        out.str(),
+        HasSubstr("; all of it: mspdi mend --all Lossy.xml -o Lossy.mended.xml && mspdi losses Lossy.mended.xml\n"));
     EXPECT_EQ(run({"import", "--mend", "Lossy.xml"}), 0);
     EXPECT_THAT(out.str(), Not(HasSubstr("Mended")));
     for (const auto* wrong : {"--mend=some", "--mend=", "--mend=false"}) {
@@ -168,16 +174,28 @@ TEST_F(ImportCommandTest, namesTheDocumentOfOnePlan) {
     EXPECT_EQ(err.str(), "mspdi: --name is for one plan, not for several\n");
     for (const auto* name : {"a/b", "..", ".kdzx"}) {
         EXPECT_EQ(run({"import", "Plan.xml", "--name", name}), 2);
-        EXPECT_THAT(err.str(), EndsWith(": a document cannot have this name\n"));
+        EXPECT_EQ(err.str(), std::string("mspdi: ") + name + ": a document cannot have this name\n");
     }
 }
 
 TEST_F(ImportCommandTest, overwritesOnlyWhenAsked) {
     world.machine.addFile("/home/me/Plan.kdzx/old.txt", "old");
+    world.machine.addFile("/home/me/Plan.kdzx/__TOC.xml", "old");
     EXPECT_EQ(run({"import", "Plan.xml"}), 0);
     EXPECT_TRUE(world.machine.exists("/home/me/Plan-1.kdzx"));
     EXPECT_EQ(run({"import", "Plan.xml", "--overwrite"}), 0);
     EXPECT_FALSE(world.machine.exists("/home/me/Plan.kdzx/old.txt"));
+}
+
+TEST_F(ImportCommandTest, saysWhyItDoesNotOverwrite) {
+    world.machine.addFile("/home/me/Plan.kdzx/precious/notes.txt", "months of work");
+    EXPECT_EQ(run({"import", "Plan.xml", "--overwrite"}), 0);
+    EXPECT_EQ(out.str(),
+              "Plan.xml: the document is Plan-1.kdzx (its own name was taken)\n"
+              "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
+              "    Warning: Plan.kdzx is no document, so it was not replaced\n"
+              "    Lost or changed: nothing\n");
+    EXPECT_TRUE(world.machine.exists("/home/me/Plan.kdzx/precious/notes.txt"));
 }
 
 TEST_F(ImportCommandTest, beginsWithTheInstalledDocumentUnlessToldOtherwise) {
@@ -263,7 +281,7 @@ TEST_F(ImportCommandTest, tellsOfDaylightSavingTimeAndImportsAsInWinter) {
         "Plan.xml: the document is Plan.kdzx\n"
         "    1 task, 0 resources, 1 scenario, 0 custom fields\n"
         "    Daylight saving time: 1 date gets it once more than in winter (--as-in-winter imports as in winter)\n"
-        "    Lost or changed: nothing; all of it: mspdi losses Plan.xml\n");
+        "    Lost or changed: nothing\n");
     EXPECT_THAT(world.machine.contents("/home/me/Plan.kdzx/Actual.xml"),
                 HasSubstr("<start-date>2012-01-09T08:00:00+02:00</start-date>"));
     out.str("");
@@ -302,6 +320,19 @@ TEST_F(ImportCommandTest, writesNoControlCharactersOfNames) {
     EXPECT_EQ(out.str().find('\x1B'), std::string::npos) << out.str();
 }
 
+TEST_F(ImportCommandTest, tellsCommandsThatWorkForOddNames) {
+    const std::string lossy = planOf(taskOf("<Deadline>2012-02-01T17:00:00</Deadline><Manual>1</Manual>"));
+    world.machine.addFile("/home/me/a\nb.xml", lossy);
+    EXPECT_EQ(run({"import", "a\nb.xml"}), 0);
+    EXPECT_THAT(out.str(), EndsWith("; all of it: mspdi losses $'a\\012b.xml'\n"));
+    EXPECT_EQ(run({"import", "--mend=all", "a\nb.xml", "--overwrite"}), 0);
+    EXPECT_THAT(out.str(), EndsWith("; all of it: mspdi mend --all $'a\\012b.xml' -o $'a\\012b.mended.xml' && "
+                                    "mspdi losses $'a\\012b.mended.xml'\n"));
+    world.machine.addFile("/home/me/a\xFF.xml", planOf(taskOf("<Type>9</Type>")));
+    EXPECT_EQ(run({"import", "a\xFF.xml"}), 1);
+    EXPECT_THAT(out.str(), EndsWith(" (mspdi mend --dry-run $'a\\377.xml' tells more)\n"));
+}
+
 TEST(MSPDIShellWord, isQuotedWhereItNeedsQuotes) {
     EXPECT_EQ(MSPDIShellWord("plans/House-1.xml"), "plans/House-1.xml");
     EXPECT_EQ(MSPDIShellWord("My house.xml"), "'My house.xml'");
@@ -309,4 +340,18 @@ TEST(MSPDIShellWord, isQuotedWhereItNeedsQuotes) {
     EXPECT_EQ(MSPDIShellWord("-x.xml"), "./-x.xml");
     EXPECT_EQ(MSPDIShellWord("$(id).xml"), "'$(id).xml'");
     EXPECT_EQ(MSPDIShellWord(""), "''");
+    EXPECT_EQ(MSPDIShellWord("B\xC3\xA4\\r.xml"), "'B\xC3\xA4\\r.xml'");
+}
+
+TEST(MSPDIShellWord, hasEscapesOfTheShellForWhatMustNotBeShown) {
+    EXPECT_EQ(MSPDIShellWord("a\nb.xml"), "$'a\\012b.xml'");
+    EXPECT_EQ(MSPDIShellWord("\x1B"
+                             "1\x7F"),
+              "$'\\0331\\177'")
+        << "the digit behind an escape is none of it";
+    EXPECT_EQ(MSPDIShellWord("B\xC3\xA4r \xFF.xml"), "$'B\xC3\xA4r \\377.xml'") << "what is UTF-8 stays";
+    EXPECT_EQ(MSPDIShellWord("\xC3"), "$'\\303'") << "half a character";
+    EXPECT_EQ(MSPDIShellWord("\xE2\x80\xAEx"), "$'\\342\\200\\256x'") << "turns the direction of text";
+    EXPECT_EQ(MSPDIShellWord("it's\\\t"), "$'it\\'s\\\\\\011'");
+    EXPECT_EQ(MSPDIShellWord("-\n"), "$'./-\\012'");
 }

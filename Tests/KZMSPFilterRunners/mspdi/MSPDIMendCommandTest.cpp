@@ -130,6 +130,8 @@ TEST_F(MendCommandTest, couldNotLook) {
     EXPECT_THAT(err.str(), HasSubstr("PLAN"));
     EXPECT_EQ(run({"Plan.xml", "--only", "no-step"}), 2);
     EXPECT_THAT(err.str(), HasSubstr("no-step is no step"));
+    EXPECT_EQ(run({"--only", "Plan.xml"}), 2);
+    EXPECT_THAT(err.str(), HasSubstr("--only: 1 required STEP missing"));
     EXPECT_EQ(run({"Plan.xml", "-o", ""}), 2);
     EXPECT_THAT(err.str(), HasSubstr("the name is empty"));
     EXPECT_EQ(run({"Plan.xml", "--all", "--only", "root-task"}), 2);
