@@ -104,9 +104,6 @@ MSPDIJudgement ofDuration(std::string_view text) {
     if (isPlainDuration(text)) {
         return MSPDIFate::Carried;
     }
-    if (text.starts_with('-')) {
-        return {MSPDIFate::Changed, "odd-duration"};  // without asking: its sign does not arrive
-    }
     const auto seconds = MSPDISeconds(text);
     const bool saysTheSame = seconds && MSPIUtilities::kdzxToMspdiDuration(std::to_string(*seconds)) == trimmed(text);
     return saysTheSame ? MSPDIJudgement(MSPDIFate::Carried) : MSPDIJudgement(MSPDIFate::Changed, "odd-duration");

@@ -105,7 +105,7 @@ bool MSPDILeafWalk::wantsLeavesOf(std::string_view name) {
     const auto* const list = _steps.back().known;
     const auto* const known = list == nullptr ? nullptr : list->child(name);
     _open.assign(1, known);
-    return !_countsAll && known != nullptr;
+    return known != nullptr;
 }
 
 void MSPDILeafWalk::beginElement(std::string_view name) {
@@ -117,7 +117,11 @@ void MSPDILeafWalk::endElement() {
     _open.pop_back();
 }
 
+// Where all are counted none is taken: a piece of the plainest kind is read faster then, too.
 bool MSPDILeafWalk::takeLeaf(std::string_view name, std::string_view text) {
+    if (_countsAll) {
+        return false;
+    }
     const auto* const parent = _open.back();
     const auto* const known = parent == nullptr ? nullptr : parent->child(name);
     const auto* const element = known == nullptr ? nullptr : known->element();
@@ -144,7 +148,7 @@ void MSPDILeafWalk::forgetLeaves() {
 
 bool MSPDILeafWalk::restOfPiece(const MSPCXMLNode& element) {
     if (!_tally.lacksPlaces) {
-        _isReduced = true;
+        _isReduced = !_countsAll;
         walkPiece(element);
         _isReduced = false;
     }
@@ -452,8 +456,7 @@ void MSPDILeafWalk::enterChild(const MSPCXMLNode& node) {
         if (_steps.size() >= mostLevels) {
             throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
         }
-        _childCounts.resize(std::max(_childCounts.size(), _steps.size()));
-        number = ++countOf(_childCounts[_steps.size() - 1], withoutPrefix(node.name()));
+        number = _childCounts[_steps.size() - 1].next(withoutPrefix(node.name()));
     }
     enter(node.name(), node, number);
 }
@@ -462,12 +465,11 @@ void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, std::s
     const auto& parent = _steps.back();
     const auto* const known = parent.known == nullptr ? nullptr : parent.known->child(name);
     const auto lastKnown = known == nullptr ? parent.lastKnown : _steps.size();
-    if (_childCounts.size() > _steps.size()) {
-        _childCounts.resize(_steps.size());
-    }
     _steps.push_back({known, withoutPrefix(name), node, number, lastKnown, _path.size()});
     if (_countsAll) {
         appendStep(_steps.back(), number, _path);
+        _childCounts.resize(std::max(_childCounts.size(), _steps.size()));
+        _childCounts[_steps.size() - 1].clear();
     }
 }
 

@@ -15,6 +15,7 @@
 #include "MSPDIAccount.h"
 #include "MSPDIElement.h"
 #include "MSPDIElementTable.h"
+#include "MSPDINameCounts.h"
 
 // Goes over all leaves of a plan and enters each with its fate in the account.
 //
@@ -127,7 +128,7 @@ private:
     std::vector<Step> _steps;
     std::string _path = "/Project";                          // to the last step, where all are counted
     std::vector<std::pair<std::size_t, std::size_t>> _told;  // the steps and the kinds that were told once for them
-    std::vector<Counts> _childCounts;            // of the children of these steps so far, where all are counted
+    std::vector<MSPDINameCounts> _childCounts;   // of the children of these steps so far, where all are counted
     std::vector<const MSPDIElementTree*> _open;  // the elements around the leaf that is offered
     std::string _listName;
     Counts _listCounts;                                          // the project's children

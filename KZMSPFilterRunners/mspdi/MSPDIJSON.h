@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,7 +11,8 @@
 // in the memory. What could drive a terminal or turn the order of what is read around (see MSPCShownText) stands in its
 // texts as "\u009b", which is the same text to whoever reads JSON; bytes that are no UTF-8 become U+FFFD.
 //
-// A value is written where the document, an array, or a key expects one; nothing checks the order of the calls.
+// A value is written where the document, an array, or a key expects one; nothing checks the order of the calls. What
+// was written reaches the stream by large pieces, the last of them when the object or array around all ends.
 class MSPDIJSONWriter {
 public:
     // The stream outlives the writer.
@@ -32,8 +34,10 @@ private:
     // What stands between this value or key and what comes before.
     void separate();
     void breakLine();
+    void flush();
 
     std::ostream& _out;
+    std::string _unwritten;
     std::vector<bool> _hold;  // whether the open objects and arrays hold anything so far
     bool _isBehindKey = false;
 };
