@@ -11,6 +11,7 @@
 #include "KZDXRules.h"
 #include "KZDXWords.h"
 #include "MSPCPath.h"
+#include "MSPCXMLLexis.h"
 
 namespace {
 
@@ -234,10 +235,23 @@ private:
         remember(scenario.resources(), _idsOfActual.resources);
     }
 
-    // Files of other kinds may lie beside the scenarios, whatever they hold.
+    // So that pictures and the like are not read as a whole.
+    [[nodiscard]] bool beginsAsXML(const std::string& name) const {
+        constexpr std::size_t enough = 4096;
+        const auto bytes = _files.beginning(name, enough);
+        auto start = std::string_view(bytes);
+        if (start.starts_with(MSPCXMLLexis::ByteOrderMark)) {
+            start.remove_prefix(MSPCXMLLexis::ByteOrderMark.size());
+        }
+        start.remove_prefix(std::min(start.find_first_not_of(MSPCXMLLexis::Blanks), start.size()));
+        return start.starts_with('<') || start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF");
+    }
+
+    // Files of other kinds may lie beside the scenarios, whatever they hold; whatever it is called, a scenario is one.
     void lookForUnnamedFiles() {
         for (const auto& name : _names) {
-            if (!lowerCased(name).ends_with(".xml") || name == KZDXContentsName || _seen.contains(name)) {
+            const bool isXMLByName = lowerCased(name).ends_with(".xml");
+            if (name == KZDXContentsName || _seen.contains(name) || !(isXMLByName || beginsAsXML(name))) {
                 continue;
             }
             std::string failure;
@@ -247,7 +261,7 @@ private:
             if (file ? file->root().name() == "scenario" : isNamedAsScenario(name)) {
                 add(KZDXUnnamedFileRule, name, file ? file->lineOf(file->root()) : 0, file ? "scenario" : "",
                     "the table of contents does not name this scenario");
-            } else if (!file) {
+            } else if (!file && isXMLByName) {
                 add(KZDXUnreadableFileRule, name, bytes ? error.line : 0, "",
                     fmt::format("it may be a scenario that the table of contents does not name: {}",
                                 bytes ? error.reason : failure));

@@ -297,8 +297,7 @@ constexpr MSPDIElement elements[] = {
     {assignment, "RegularWork ActualWork RemainingWork PercentWorkComplete Milestone Summary Overallocated",
      derivedFromOthers},
     {assignment, "Cost", assignmentCost, "0", "cost-resource"},
-    {assignment, "ActualCost RemainingCost CostVariance WorkVariance StartVariance FinishVariance",
-     derivedFromOthers},
+    {assignment, "ActualCost RemainingCost CostVariance WorkVariance StartVariance FinishVariance", derivedFromOthers},
     {assignment, "ACWP BCWP BCWS CV SV VAC OvertimeCost ActualOvertimeCost RemainingOvertimeCost", derivedFromOthers},
     {assignment, "ActualWorkProtected ActualOvertimeWorkProtected RemainingOvertimeWork ActualOvertimeWork PeakUnits",
      derivedFromOthers},
@@ -353,6 +352,7 @@ bool MSPDIMayArrive(const MSPDIElement& element) {
                                                    calendarBase,
                                                    resourceRateFormat,
                                                    ofFurtherRate,
+                                                   assignmentCost,
                                                    ofCalendar,
                                                    weekDayPeriod,
                                                    exceptionRecurrence};

@@ -59,8 +59,8 @@ bool isPlain(std::string_view text) {
     std::uint64_t bytes = 0;
     for (; text.size() >= sizeof bytes; text.remove_prefix(sizeof bytes)) {
         std::memcpy(&bytes, text.data(), sizeof bytes);
-        found |= (bytes & highest) | holdsBelow(bytes, ' ') | holds(bytes, 0x7FU) | holds(bytes, '"') |
-                 holds(bytes, '\\');
+        found |=
+            (bytes & highest) | holdsBelow(bytes, ' ') | holds(bytes, 0x7FU) | holds(bytes, '"') | holds(bytes, '\\');
     }
     return found == 0 && std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
 }

@@ -1,7 +1,6 @@
 #include "MSPDILossesCommand.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -19,11 +18,6 @@ struct Arguments {
     bool isAll = false;
 };
 
-bool isMended(const MSPDIAccount& account) {
-    return std::any_of(account.losses.begin(), account.losses.end(),
-                       [](const auto& loss) { return loss.kind == "overwritten-by-repair"; });
-}
-
 void tellLosses(const Arguments& arguments, MSPDIRun& run) {
     MSPDIFatesByPath fates;
     MSPDIAccountOptions options;
@@ -36,9 +30,10 @@ void tellLosses(const Arguments& arguments, MSPDIRun& run) {
         options.restart = [&fates] { fates.clear(); };
     }
     const auto path = run.services.fileSystem.absolutePath(arguments.plan);
-    auto account = MSPDIAccountOfPlan(path, run.services, options);
-    if (isMended(account) && MSPDIIsPlanCutOff(path, run.services.fileSystem)) {
-        account.obstacle = MSPDICutOffReason;
+    const auto account = MSPDIAccountOfPlan(path, run.services, options);
+    if (account.isCutOff) {
+        run.couldNotLook(arguments.plan, MSPDICutOffReason);  // nobody knows what else is lost
+        return;
     }
     if (account.obstacle) {
         run.couldNotLook(arguments.plan, MSPDIReasonInWords({"", *account.obstacle, ""}));
