@@ -59,6 +59,7 @@ private:
         std::size_t number;             // among those of its name, from 1; 0 while it is not known
         std::size_t lastKnown;          // the last step, this one included, that the table knows
         std::size_t pathLength;         // of the path of its parent
+        bool hasCounted = false;        // its children so far
     };
 
     // What a piece adds to the account, kept apart until it is sure to count.
@@ -106,8 +107,10 @@ private:
     [[nodiscard]] static std::string_view withoutPrefix(std::string_view name);
     [[nodiscard]] static std::size_t& countOf(Counts& counts, std::string_view name);
     void enterChild(const MSPCXMLNode& node);
+    [[nodiscard]] std::size_t nextNumber(std::string_view name, const MSPDIElementTree* known);
     // Goes down to an element; `name` is to outlive the step.
     void enter(std::string_view name, const MSPCXMLNode& node, std::size_t number);
+    void push(const MSPDIElementTree* known, std::string_view name, const MSPCXMLNode& node, std::size_t number);
     void leave();
     [[nodiscard]] std::string path() const;
     static void appendStep(const Step& step, std::size_t number, std::string& path);

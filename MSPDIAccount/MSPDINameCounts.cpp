@@ -1,9 +1,22 @@
 #include "MSPDINameCounts.h"
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 
-std::size_t MSPDINameCounts::next(std::string_view name) {
+#include "MSPDIElementTree.h"
+
+std::size_t MSPDINameCounts::next(std::string_view name, const MSPDIElementTree* known) {
+    if (known == nullptr) {
+        return nextUnknown(name);
+    }
+    if (known->ordinal() >= _known.size()) {
+        _known.resize(known->ordinal() + 1);
+    }
+    return ++_known[known->ordinal()];
+}
+
+std::size_t MSPDINameCounts::nextUnknown(std::string_view name) {
     if (2 * _takenCount >= _slots.size()) {
         grow();
     }
@@ -16,6 +29,7 @@ std::size_t MSPDINameCounts::next(std::string_view name) {
 }
 
 void MSPDINameCounts::clear() {
+    std::fill(_known.begin(), _known.end(), 0);
     ++_round;
     _takenCount = 0;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "MSPDIJSON.h"
+
 namespace {
 
 constexpr std::size_t pieceSize = std::size_t(1) << 18U;
@@ -61,11 +63,13 @@ void MSPDIFatesByPath::add(std::string_view path, MSPDIFate fate) {
     bytes += static_cast<char>(MSPDIFateIndex(fate));
     bytes += rest;
     _last.replace(same, std::string::npos, rest);
+    _arePlain = _arePlain && MSPDIIsPlainInJSON(rest);
 }
 
 void MSPDIFatesByPath::clear() {
     _pieces.clear();
     _last.clear();
+    _arePlain = true;
 }
 
 void MSPDIFatesByPath::forEach(const std::function<void(std::string_view path, MSPDIFate fate)>& visit) const {

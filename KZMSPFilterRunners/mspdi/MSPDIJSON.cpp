@@ -44,9 +44,22 @@ bool isPlain(char byte) {
     return byte >= ' ' && byte < '\x7F' && byte != '"' && byte != '\\';
 }
 
+void appendText(std::string_view text, std::string& out) {
+    if (MSPDIIsPlainInJSON(text)) {
+        out += '"';
+        out += text;
+        out += '"';
+        return;
+    }
+    const nlohmann::ordered_json json = text;
+    appendEscaped(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace), out);
+}
+
+}  // namespace
+
 // Most texts are paths and names that need no look at their characters; there may be millions of them, so that eight
 // bytes are looked at in one. Each test may find more than it looks for, but only where there is something to be found.
-bool isPlain(std::string_view text) {
+bool MSPDIIsPlainInJSON(std::string_view text) {
     constexpr std::uint64_t each = 0x0101'0101'0101'0101U;
     constexpr std::uint64_t highest = each * 0x80U;
     const auto holdsBelow = [](std::uint64_t bytes, std::uint64_t limit) {
@@ -64,19 +77,6 @@ bool isPlain(std::string_view text) {
     }
     return found == 0 && std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
 }
-
-void appendText(std::string_view text, std::string& out) {
-    if (isPlain(text)) {
-        out += '"';
-        out += text;
-        out += '"';
-        return;
-    }
-    const nlohmann::ordered_json json = text;
-    appendEscaped(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace), out);
-}
-
-}  // namespace
 
 void MSPDIJSONWriter::beginObject() {
     begin('{');
@@ -104,6 +104,15 @@ void MSPDIJSONWriter::key(std::string_view name) {
 void MSPDIJSONWriter::text(std::string_view text) {
     separate();
     appendText(text, _unwritten);
+}
+
+void MSPDIJSONWriter::plainMember(std::string_view name, std::string_view text) {
+    separate();
+    _unwritten += '"';
+    _unwritten += name;
+    _unwritten += "\": \"";
+    _unwritten += text;
+    _unwritten += '"';
 }
 
 void MSPDIJSONWriter::value(const nlohmann::ordered_json& json) {

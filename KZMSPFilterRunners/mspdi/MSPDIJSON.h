@@ -7,6 +7,9 @@
 #include <string_view>
 #include <vector>
 
+// Whether a text stands in JSON as it is: ASCII without control characters, quotation marks and backslashes.
+[[nodiscard]] bool MSPDIIsPlainInJSON(std::string_view text);
+
 // Writes a document of JSON (RFC 8259) bit by bit, with two blanks of indentation a level, so that none as a whole is
 // in the memory. What could drive a terminal or turn the order of what is read around (see MSPCShownText) stands in its
 // texts as "\u009b", which is the same text to whoever reads JSON; bytes that are no UTF-8 become U+FFFD.
@@ -25,6 +28,8 @@ public:
     void key(std::string_view name);
     void text(std::string_view text);
     void value(const nlohmann::ordered_json& json);
+    // A key and its text, both plain: they are not looked at.
+    void plainMember(std::string_view name, std::string_view text);
     // The line feed behind the document.
     void finish();
 

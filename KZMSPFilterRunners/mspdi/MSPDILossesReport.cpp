@@ -75,8 +75,13 @@ JSON leavesOf(const MSPDIAccount& account) {
 
 void writeFates(const MSPDIFatesByPath& fates, MSPDIJSONWriter& writer) {
     writer.beginObject();
-    fates.forEach([&writer](std::string_view path, MSPDIFate fate) {
-        writeText(path, MSPDIFateNames[MSPDIFateIndex(fate)], writer);
+    fates.forEach([&writer, arePlain = fates.arePlain()](std::string_view path, MSPDIFate fate) {
+        const auto name = MSPDIFateNames[MSPDIFateIndex(fate)];
+        if (arePlain) {
+            writer.plainMember(path, name);
+        } else {
+            writeText(path, name, writer);
+        }
     });
     writer.endObject();
 }
