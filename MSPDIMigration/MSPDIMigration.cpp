@@ -54,10 +54,7 @@ std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
 }  // namespace
 
 MSPDIMigration::MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options, MSPDIPlansToMigrate plans)
-    : _services(services),
-      _options(std::move(options)),
-      _found(std::move(plans)),
-      _journal(_options.outputFolder) {
+    : _services(services), _options(std::move(options)), _found(std::move(plans)), _journal(_options.outputFolder) {
     if (_options.logsFolder) {
         _logs.emplace(*_options.logsFolder, _options.outputFolder, _services.fileSystem);
     }
@@ -124,8 +121,8 @@ std::optional<std::string> MSPDIMigration::readRecords() {
         return std::nullopt;
     }
     std::string failure;
-    auto file = _lock ? MSPCJournal::open(_ownFolder.number(), "journal", failure)
-                      : MSPCJournal::openToRead(path, failure);
+    auto file =
+        _lock ? MSPCJournal::open(_ownFolder.number(), "journal", failure) : MSPCJournal::openToRead(path, failure);
     if (!file) {
         return path + ": " + failure;
     }
@@ -316,8 +313,7 @@ std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<bool>& w
 
 // What the worker has told; or, where it cannot tell any more, what the folder that it worked in says.
 MSPDIMigrationRecord MSPDIMigration::recordOf(const MSPDIPlanToMigrate& plan, const MSPCJobEnd& end) const {
-    auto told =
-        end.kind == MSPCJobEnd::Kind::Done ? MSPDIRecordFrom(end.result, _options.outputFolder) : std::nullopt;
+    auto told = end.kind == MSPCJobEnd::Kind::Done ? MSPDIRecordFrom(end.result, _options.outputFolder) : std::nullopt;
     if (!told) {
         told = MSPDIMigrationJob::appeared(MSPDIMigrationJob::folderOf(pathOf("run"), end.worker),
                                            _options.outputFolder, _services.fileSystem);

@@ -18,11 +18,11 @@
 class MSPCRunLock;
 
 struct MSPDIMigrationOptions {
-    std::string outputFolder;     // absolute; made where there is none
-    MSPDIPlanImportOptions each;  // of each import; its folder and its name are of no account
-    bool isOnlyFailed = false;    // only plans that were tried before, and failed
-    std::size_t processes = 1;    // that import at the same time
-    MSPCWorkerBounds bounds;      // of each plan
+    std::string outputFolder;                 // absolute; made where there is none
+    MSPDIPlanImportOptions each;              // of each import; its folder and its name are of no account
+    bool isOnlyFailed = false;                // only plans that were tried before, and failed
+    std::size_t processes = 1;                // that import at the same time
+    MSPCWorkerBounds bounds;                  // of each plan
     std::optional<std::string> logsFolder{};  // for a log of each plan, absolute; without it there are none
 };
 
@@ -42,8 +42,8 @@ struct MSPDIMigrationProgress {
 //
 // A document appears in the output folder when it is complete, under a name that was free then. A plan that was
 // imported is not imported again, unless its content has changed since or its document is no longer there, with a table
-// of contents that is not empty. A file counts as the same while its stamp is, and else while its size and the digest of
-// its content are; one that is gone has not changed. Where one of the four is a link, nothing is done.
+// of contents that is not empty. A file counts as the same while its stamp is, and else while its size and the digest
+// of its content are; one that is gone has not changed. Where one of the four is a link, nothing is done.
 //
 // Of each plan the memory holds a few dozen bytes; all else stays on the disk.
 class MSPDIMigration {

@@ -21,7 +21,8 @@ public:
     // Whether there is one.
     [[nodiscard]] bool isOpen() const { return _file != nullptr; }
     [[nodiscard]] std::optional<MSPDIMigrationRecord> recordOf(const std::string& plan);
-    // Appends a record, which is the last one of its plan from now on. None, or the system's description of the failure.
+    // Appends a record, which is the last one of its plan from now on. None, or the system's description of the
+    // failure.
     [[nodiscard]] std::optional<std::string> keep(const MSPDIMigrationRecord& record);
     // The record of a plan, which the next `forEachOther` leaves out.
     [[nodiscard]] std::optional<MSPDIMigrationRecord> takeRecordOf(const std::string& plan);

@@ -174,7 +174,7 @@ std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line, const
     record.stamp.systemNanoseconds = numberFrom<std::int64_t>(fields[14], isGood);
     record.digest = fields[15];
     record.folder = fields[16].empty() && !record.document.empty() ? pathByDeletingLastComponent(record.document)
-                                                                    : absolutePath(fields[16], outputFolder);
+                                                                   : absolutePath(fields[16], outputFolder);
     record.log = absolutePath(fields[17], outputFolder);
     return isGood ? std::optional(std::move(record)) : std::nullopt;
 }

@@ -16,9 +16,9 @@ class MSPDIPlanLogs {
 public:
     MSPDIPlanLogs(std::string folder, std::string outputFolder, MSPCFileSystem& fileSystem);
 
-    // The log of a plan whose document is to be in `documentFolder`: the one that an earlier run has written for it where
-    // that is in the folder, else a new file. Empty where it cannot be made, with the reason in `failure`, which names
-    // the file.
+    // The log of a plan whose document is to be in `documentFolder`: the one that an earlier run has written for it
+    // where that is in the folder, else a new file. Empty where it cannot be made, with the reason in `failure`, which
+    // names the file.
     [[nodiscard]] std::string logOf(const std::string& plan, const std::string& documentFolder,
                                     const std::string& earlierLog, std::string& failure);
     // Empties a log and writes into it; a null pointer where it cannot be written to.

@@ -1,5 +1,6 @@
 #include "MSPDIPlansToMigrate.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -21,6 +22,12 @@ bool isLink(const std::string& path, const MSPCFileSystem& fileSystem) {
     return fileSystem.resolvedPath(path) != pathByAppendingComponent(parent, lastPathComponent(path));
 }
 
+// Whether a name is there still; somebody may have taken it away since the folder was listed.
+bool isListed(const std::string& name, const std::string& folder, const MSPCFileSystem& fileSystem) {
+    const auto names = fileSystem.namesIn(folder);
+    return names && std::ranges::find(*names, name) != names->end();
+}
+
 // None, or why the folder itself cannot be looked through; what is in it and cannot be is told.
 std::optional<std::string> takeFolder(const std::string& folder, const MSPCFileSystem& fileSystem,
                                       MSPDIPlansToMigrate& found) {
@@ -37,6 +44,8 @@ std::optional<std::string> takeFolder(const std::string& folder, const MSPCFileS
         if (!fileSystem.isDirectory(path)) {
             if (isPlanName(name)) {
                 found.plans.add(path);
+            } else if (!fileSystem.exists(path) && isListed(name, folder, fileSystem)) {
+                found.unread.emplace_back(path, "it cannot be looked at");
             }
         } else if (lowerCased(pathExtension(name)) != "kdzx" && !name.starts_with('.') && !isLink(path, fileSystem)) {
             if (auto reason = takeFolder(path, fileSystem, found)) {

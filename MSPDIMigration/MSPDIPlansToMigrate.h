@@ -12,10 +12,11 @@ class MSPCFileSystem;
 struct MSPDIPlansToMigrate {
     MSPDIPlanPaths plans;  // absolute, each once, in the order of the list, or folder by folder in that of their names
     bool isList = false;
-    std::string treeRoot;             // the folder whose sub-folders documents keep; empty where they keep none
+    std::string treeRoot;  // the folder whose sub-folders documents keep; empty where they keep none
     using Unread = std::vector<std::pair<std::string, std::string>>;
-    Unread unread;                        // sub-folders that could not be looked through, and why
-    std::optional<std::string> obstacle;  // why no plans could be looked for, in one line that names the file; else none
+    Unread unread;  // sub-folders that could not be looked through, and why
+    std::optional<std::string>
+        obstacle;  // why no plans could be looked for, in one line that names the file; else none
 };
 
 // The plans of a list file (one path a line, from the current folder on, "::" begins a comment) or of a folder: all

@@ -29,10 +29,9 @@ MSPDIMigrationRecord fullRecord() {
 
 TEST(MSPDIMigrationRecord, isOneLineAndComesBackAsItWas) {
     const auto line = MSPDILineOf(fullRecord(), "/out");
-    EXPECT_EQ(
-        line,
-        "/in/a\\tb\\nc\\\\n\xFF.xml\t123\t-5\timported\t\t1 root-task\\n12 outline\ta b/{=a=}.kdzx\t30\t4\t2\t1\t"
-        "the first\\nthe\\tsecond \\\\ with all\t18 link-lag\t1234\t77\t47DEQpj8=\ta b\t/logs/a.log\t.");
+    EXPECT_EQ(line,
+              "/in/a\\tb\\nc\\\\n\xFF.xml\t123\t-5\timported\t\t1 root-task\\n12 outline\ta b/{=a=}.kdzx\t30\t4\t2\t1\t"
+              "the first\\nthe\\tsecond \\\\ with all\t18 link-lag\t1234\t77\t47DEQpj8=\ta b\t/logs/a.log\t.");
     const auto record = MSPDIRecordFrom(line, "/out");
     ASSERT_TRUE(record);
     EXPECT_EQ(record->plan, fullRecord().plan);

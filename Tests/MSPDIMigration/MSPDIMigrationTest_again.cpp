@@ -40,10 +40,9 @@ TEST_F(MigrationTest, understandsTheJournalOfTheFirstForm) {
     migrate();
     const auto stamp = MSPCStampOf(folder / "in/A.xml");
     ASSERT_TRUE(stamp);
-    folder.addFile("out/.mspdi-migrate/journal",
-                   (folder / "in/A.xml") + "\t" + std::to_string(stamp->size) + "\t" +
-                       std::to_string(stamp->nanoseconds) + "\timported\t\t\t" + (folder / "out/A.kdzx") +
-                       "\t1\t0\t1\t0\t\t\t5\t.\n");
+    folder.addFile("out/.mspdi-migrate/journal", (folder / "in/A.xml") + "\t" + std::to_string(stamp->size) + "\t" +
+                                                     std::to_string(stamp->nanoseconds) + "\timported\t\t\t" +
+                                                     (folder / "out/A.kdzx") + "\t1\t0\t1\t0\t\t\t5\t.\n");
     EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx"));
     EXPECT_EQ(imported, 0U);
     setTime(folder / "in/A.xml", 1'000'000'000);
@@ -149,7 +148,8 @@ TEST_F(MigrationTest, keepsALogOfEachPlanWhereThatIsWanted) {
     options.logsFolder = folder / "logs";
     migrate();
     EXPECT_EQ(folder.listing("logs"), "A-1.log A.log None.log ");
-    EXPECT_EQ(logs, (std::vector<std::string>{folder / "logs/A.log", folder / "logs/A-1.log", folder / "logs/None.log"}));
+    EXPECT_EQ(logs,
+              (std::vector<std::string>{folder / "logs/A.log", folder / "logs/A-1.log", folder / "logs/None.log"}));
     EXPECT_THAT(folder.contents("logs/A.log"), HasSubstr("name='Paint'"));
     EXPECT_THAT(folder.contents("logs/A.log"), HasSubstr("A.xml: imported: " + (folder / "out/A.kdzx")));
     EXPECT_THAT(folder.contents("logs/A-1.log"), HasSubstr("sub/A.xml: refused: a task is of an unknown type"));
@@ -170,7 +170,8 @@ TEST_F(MigrationTest, keepsTheLogOfAPlanWhoseProcessWasEnded) {
     options.bounds.time = std::chrono::milliseconds(1000);
     options.logsFolder = folder / "logs";
     migrate();
-    EXPECT_THAT(folder.contents("logs/Slow.log"), HasSubstr("Slow.xml: failed: it took longer than 1 s, and was ended"));
+    EXPECT_THAT(folder.contents("logs/Slow.log"),
+                HasSubstr("Slow.xml: failed: it took longer than 1 s, and was ended"));
     EXPECT_EQ(logs, std::vector<std::string>{folder / "logs/Slow.log"});
     ::close(held);
 }

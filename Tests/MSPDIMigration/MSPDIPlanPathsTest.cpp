@@ -6,8 +6,14 @@
 #include <vector>
 
 TEST(MSPDIPlanPaths, comeBackAsTheyWere) {
-    const std::vector<std::string> texts = {"/a/b.xml", "/a/b.xml", "/a/b", "", "/a/b\n\t\xFF.xml",
-                                            std::string(1000, 'x'), std::string(1000, 'x') + "y", "/z",
+    const std::vector<std::string> texts = {"/a/b.xml",
+                                            "/a/b.xml",
+                                            "/a/b",
+                                            "",
+                                            "/a/b\n\t\xFF.xml",
+                                            std::string(1000, 'x'),
+                                            std::string(1000, 'x') + "y",
+                                            "/z",
                                             std::string("/z\0z", 4)};
     MSPDIPlanPaths paths;
     EXPECT_TRUE(paths.empty());

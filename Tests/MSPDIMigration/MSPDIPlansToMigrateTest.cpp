@@ -71,8 +71,8 @@ TEST_F(PlansToMigrateTest, findsAllPlansBelowAFolder) {
                              "in/{=x=}/e.xml", "in/Old.kdzx/Actual.xml", "in/.hidden/f.xml", "in/.g.xml"}) {
         folder.addFile(name);
     }
-    EXPECT_THAT(found("in"), ElementsAre("in/.g.xml", "in/A.XML", "in/b.xml", "in/c.mspxml", "in/deep/er/d.xml",
-                                         "in/{=x=}/e.xml"));
+    EXPECT_THAT(found("in"),
+                ElementsAre("in/.g.xml", "in/A.XML", "in/b.xml", "in/c.mspxml", "in/deep/er/d.xml", "in/{=x=}/e.xml"));
     EXPECT_EQ(treeRoot, "");
     EXPECT_EQ(found("in", true).size(), 6U);
     EXPECT_EQ(treeRoot, folder / "in");
@@ -85,8 +85,8 @@ TEST_F(PlansToMigrateTest, goesOnWhereAFolderCannotBeRead) {
     }
     const ClosedFolders closed(files);
     EXPECT_THAT(told(MSPDIFindPlans(folder / "in", false, closed)), ElementsAre("in/a.xml", "in/z/e.xml"));
-    EXPECT_THAT(unread, ElementsAre("in/dim: the names in it are known, but nothing else",
-                                    "in/shut: Permission denied"));
+    EXPECT_THAT(unread,
+                ElementsAre("in/dim: the names in it are known, but nothing else", "in/shut: Permission denied"));
     EXPECT_EQ(obstacle, "");
     EXPECT_THAT(told(MSPDIFindPlans(folder / "in/shut", false, closed)), IsEmpty());
     EXPECT_EQ(obstacle, folder / "in/shut: Permission denied") << "there is nothing to go on with";

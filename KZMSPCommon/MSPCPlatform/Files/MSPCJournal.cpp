@@ -88,8 +88,7 @@ std::string MSPCJournal::lineAt(Place place) const {
     return text;
 }
 
-std::optional<std::string> MSPCJournal::forEachLine(
-    const std::function<void(Place, std::string_view)>& take) const {
+std::optional<std::string> MSPCJournal::forEachLine(const std::function<void(Place, std::string_view)>& take) const {
     std::string text;
     Place place = 0;  // of the text's beginning
     for (std::size_t looked = 0, count = 1;; looked = text.size()) {

@@ -30,13 +30,13 @@ struct MSPCJobEnd {
 };
 
 // Child processes of this one, each of which does one job after another, so that a job that hurts ends no more than its
-// own process; another one takes that one's place, and does the job anew where it ended before it had begun. They end with this process, however it ends, and inherit what it
-// has open, locks above all: a lock is held as long as one of them lives. The process must have one thread only,
-// and ignore SIGPIPE.
+// own process; another one takes that one's place, and does the job anew where it ended before it had begun. They end
+// with this process, however it ends, and inherit what it has open, locks above all: a lock is held as long as one of
+// them lives. The process must have one thread only, and ignore SIGPIPE.
 class MSPCWorkers {
 public:
-    // Does a job in a child process, and gives the result. Of those that live at the same time, each has a number of its
-    // own, from 0 on.
+    // Does a job in a child process, and gives the result. Of those that live at the same time, each has a number of
+    // its own, from 0 on.
     using Work = std::function<std::string(const std::string& job, std::size_t worker)>;
     using NextJob = std::function<std::optional<std::string>()>;
     using JobDone = std::function<void(const std::string& job, const MSPCJobEnd& end)>;

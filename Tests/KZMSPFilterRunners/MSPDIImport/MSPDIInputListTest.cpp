@@ -37,9 +37,15 @@ TEST(MSPDILinesOfText, endAtEveryNewlineCharacter) {
 }
 
 TEST(MSPDIForEachLine, tellsTheLinesHoweverTheTextComes) {
-    for (const std::string text :
-         {"", "a", "\xEF\xBB\xBF", "\xEF\xBB\xBF" "a\nb", "ab\r\nc\n\n\xC2\x85" "d\xE2\x80\xA8\xE2\x80\xA9" "e\xE2\x80\xAA",
-          "a\n\xEF\xBB\xBF" "b\n", "\n", "\r", "a\xC2\x85", "\xE4\xB8\xAD\xF0\x9F\x98\x80\n"}) {
+    for (const std::string text : {"", "a", "\xEF\xBB\xBF",
+                                   "\xEF\xBB\xBF"
+                                   "a\nb",
+                                   "ab\r\nc\n\n\xC2\x85"
+                                   "d\xE2\x80\xA8\xE2\x80\xA9"
+                                   "e\xE2\x80\xAA",
+                                   "a\n\xEF\xBB\xBF"
+                                   "b\n",
+                                   "\n", "\r", "a\xC2\x85", "\xE4\xB8\xAD\xF0\x9F\x98\x80\n"}) {
         for (std::size_t size = 1; size <= text.size() + 1; ++size) {
             PiecewiseSource source(text, size);
             Lines lines;
@@ -47,7 +53,10 @@ TEST(MSPDIForEachLine, tellsTheLinesHoweverTheTextComes) {
             EXPECT_EQ(lines, MSPDILinesOfText(text)) << text << " by " << size;
         }
     }
-    for (const std::string text : {"a\n\xE4.xml\nb", "\xE2\x80", "a\xF0\xE2\x80\xA8" "b", "\xC2\n"}) {
+    for (const std::string text : {"a\n\xE4.xml\nb", "\xE2\x80",
+                                   "a\xF0\xE2\x80\xA8"
+                                   "b",
+                                   "\xC2\n"}) {
         PiecewiseSource source(text, 2);
         EXPECT_FALSE(MSPDIForEachLine(source, [](const auto&) {})) << text;
     }

@@ -59,8 +59,8 @@ TEST(MSPCJournal, givesItsLinesByTheirPlaces) {
     EXPECT_EQ(folder.listing(""), "") << "nothing is made";
     const auto journal = MSPCJournal::open(AT_FDCWD, folder / "journal", failure);
     ASSERT_NE(journal, nullptr);
-    const std::vector<std::string> lines = {"one", "", std::string(200'000, 'x'), std::string(1023, 'y'),
-                                            std::string(1024, 'z'), "last"};
+    const std::vector<std::string> lines = {
+        "one", "", std::string(200'000, 'x'), std::string(1023, 'y'), std::string(1024, 'z'), "last"};
     std::vector<std::pair<MSPCJournal::Place, std::string>> expected;
     for (const auto& line : lines) {
         expected.emplace_back(journal->end(), line);

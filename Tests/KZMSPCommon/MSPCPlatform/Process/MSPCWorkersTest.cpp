@@ -152,20 +152,19 @@ TEST_F(WorkersTest, thatDieWithoutAJobAreReplacedAndNoJobIsBlamed) {
     auto next = jobs.begin();
     int killed = 0;
     MSPCWorkers workers(1, {}, [](const std::string&, std::size_t) { return std::to_string(::getpid()); });
-    const auto failure =
-        workers.run([&] { return next == jobs.end() ? std::nullopt : std::optional(*next++); },
-                    [&](const std::string& job, const MSPCJobEnd& end) {
-                        ends.emplace(job, end);
-                        if (job != "4" && end.kind == Kind::Done) {
-                            const auto process = std::stoi(end.result);
-                            ::kill(process, SIGKILL);
-                            // Until it has ended; it is reaped by the workers.
-                            siginfo_t info;
-                            ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT);
-                            ++killed;
-                        }
-                    },
-                    [] {});
+    const auto failure = workers.run([&] { return next == jobs.end() ? std::nullopt : std::optional(*next++); },
+                                     [&](const std::string& job, const MSPCJobEnd& end) {
+                                         ends.emplace(job, end);
+                                         if (job != "4" && end.kind == Kind::Done) {
+                                             const auto process = std::stoi(end.result);
+                                             ::kill(process, SIGKILL);
+                                             // Until it has ended; it is reaped by the workers.
+                                             siginfo_t info;
+                                             ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT);
+                                             ++killed;
+                                         }
+                                     },
+                                     [] {});
     EXPECT_EQ(failure, std::nullopt);
     EXPECT_EQ(killed, 3);
     std::set<std::string> processes;
