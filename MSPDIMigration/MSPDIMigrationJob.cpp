@@ -4,11 +4,14 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <utility>
 
+#include "MSPCDigest.h"
 #include "MSPCFileSystem.h"
 #include "MSPCMove.h"
 #include "MSPCPath.h"
+#include "MSPDIPlanLogs.h"
 
 namespace {
 
@@ -17,6 +20,8 @@ constexpr std::string_view recordName = "record";
 MSPDIMigrationRecord recordOf(const MSPDIPlanToMigrate& plan, const MSPDIImportedPlan& imported) {
     MSPDIMigrationRecord record;
     record.plan = plan.path;
+    record.folder = plan.folder;
+    record.log = plan.log;
     record.verdict = MSPDIVerdictName(imported.verdict);
     record.reason = imported.reason;
     for (const auto& done : imported.mending) {
@@ -44,39 +49,91 @@ void fail(MSPDIMigrationRecord& record, const std::string& reason) {
     record.document.clear();
 }
 
+// Numbers only save looking for a free one.
+void keepFew(std::map<std::string, std::uint64_t>& numbers) {
+    constexpr std::size_t most = 10'000;
+    if (numbers.size() > most) {
+        numbers.clear();
+    }
+}
+
 }  // namespace
 
 MSPDIMigrationJob::MSPDIMigrationJob(const MSPCServices& services, MSPDIPlanImportOptions options,
-                                     std::string workFolder)
-    : _services(services), _options(std::move(options)), _workFolder(std::move(workFolder)) {
+                                     std::string outputFolder, std::string workFolder)
+    : _services(services),
+      _options(std::move(options)),
+      _outputFolder(std::move(outputFolder)),
+      _workFolder(std::move(workFolder)) {
 }
 
-std::string MSPDIMigrationJob::folderOf(const std::string& workFolder, std::size_t number) {
-    return pathByAppendingComponent(workFolder, std::to_string(number));
+std::string MSPDIMigrationJob::folderOf(const std::string& workFolder, std::size_t worker) {
+    return pathByAppendingComponent(workFolder, std::to_string(worker));
 }
 
-MSPDIMigrationRecord MSPDIMigrationJob::migrate(const MSPDIPlanToMigrate& plan, std::size_t number) {
+std::string MSPDIMigrationJob::digestOf(const std::string& path, const MSPCFileSystem& fileSystem) {
+    const auto file = fileSystem.openFile(path);
+    if (!file) {
+        return {};
+    }
+    constexpr std::size_t pieceSize = 128 * 1024;
+    std::string piece(std::min(pieceSize, file->expectedSize() + 1), '\0');
+    MSPCSHA256 digest;
+    while (true) {
+        const auto count = file->read(piece.data(), piece.size());
+        if (!count) {
+            return {};
+        }
+        if (*count == 0) {
+            return digest.inBase64();
+        }
+        digest.add(std::string_view(piece).substr(0, *count));
+    }
+}
+
+MSPDIMigrationRecord MSPDIMigrationJob::migrate(const MSPDIPlanToMigrate& plan, std::size_t worker) {
     const auto since = std::chrono::steady_clock::now();
-    const auto work = folderOf(_workFolder, number);
+    const auto work = folderOf(_workFolder, worker);
+    // Before the import, so that what changes meanwhile counts as changed.
     const auto stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
-    auto options = _options;
-    options.outputFolder = work;
-    // Bringing documents to the disk one by one takes longer than making them; the whole run does it at its end.
-    auto imported = MSPDIPlanImporter(_services, std::move(options)).import(plan.path);
+    auto digest = digestOf(plan.path, _services.fileSystem);
+    const auto log = plan.log.empty() ? nullptr : MSPDIPlanLogs::open(plan.log);
+    MSPCNoLog noLog;
+    const auto imported = import(plan.path, work, log ? static_cast<MSPCLog&>(*log) : noLog);
     auto record = recordOf(plan, imported);
     record.stamp = stamp;
+    record.digest = std::move(digest);
     const auto time = std::chrono::steady_clock::now() - since;
     record.milliseconds = static_cast<std::size_t>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
     if (record.isImported()) {
-        publish(imported.document, work, plan.folder, record);
+        publish(imported.document, work, record);
+    }
+    if (log) {
+        log->log("{}: {}: {}", plan.path, record.verdict, record.isImported() ? record.document : record.reason);
     }
     return record;
 }
 
+// Bringing documents to the disk one by one takes longer than making them; the whole run does it at its end.
+MSPDIImportedPlan MSPDIMigrationJob::import(const std::string& path, const std::string& work, MSPCLog& log) {
+    const MSPCServices ofImport{_services.clock,        _services.timeZone,   log,
+                                _services.userDefaults, _services.fileSystem, _services.randomSource,
+                                _services.progress,     _services.seasonClock};
+    auto options = _options;
+    options.outputFolder = work;
+    return MSPDIPlanImporter(ofImport, std::move(options)).import(path);
+}
+
+std::optional<std::string> MSPDIMigrationJob::writeRecord(const std::string& work, const MSPDIMigrationRecord& record) {
+    return _services.fileSystem.writeAtomically(
+        pathByAppendingComponent(work, recordName),
+        [&](MSPCByteWriter& writer) { writer.write(MSPDILineOf(record, _outputFolder)); });
+}
+
 // The record comes before the document, and names the place that the document is to have.
-void MSPDIMigrationJob::publish(const std::string& bundle, const std::string& work, const std::string& folder,
-                                MSPDIMigrationRecord& record) {
+void MSPDIMigrationJob::publish(const std::string& bundle, const std::string& work, MSPDIMigrationRecord& record) {
     auto& fileSystem = _services.fileSystem;
+    const auto& folder = record.folder;
     if (!fileSystem.isDirectory(folder)) {
         if (const auto failure = fileSystem.createFolder(folder)) {
             fail(record, fmt::format("the folder {} could not be made: {}", folder, *failure));
@@ -88,14 +145,12 @@ void MSPDIMigrationJob::publish(const std::string& bundle, const std::string& wo
     for (std::uint64_t number = known == _numbers.end() ? 0 : known->second;; ++number) {
         record.document = number == 0 ? stem + ".kdzx" : fmt::format("{}-{}.kdzx", stem, number);
         bool isTaken = fileSystem.exists(record.document);
-        auto failure = isTaken ? std::nullopt
-                               : fileSystem.writeAtomically(
-                                     pathByAppendingComponent(work, recordName),
-                                     [&record](MSPCByteWriter& writer) { writer.write(MSPDILineOf(record)); });
+        auto failure = isTaken ? std::nullopt : writeRecord(work, record);
         if (!failure && !isTaken) {
             failure = MSPCMoveToFreeName(bundle, record.document, isTaken);
             if (!failure) {
                 if (number > 0) {
+                    keepFew(_numbers);
                     _numbers[stem] = number + 1;
                 }
                 return;
@@ -109,6 +164,7 @@ void MSPDIMigrationJob::publish(const std::string& bundle, const std::string& wo
 }
 
 std::optional<MSPDIMigrationRecord> MSPDIMigrationJob::appeared(const std::string& folder,
+                                                                const std::string& outputFolder,
                                                                 const MSPCFileSystem& fileSystem) {
     const auto names = fileSystem.namesIn(folder);
     const auto isBundle = [](const std::string& name) { return name.ends_with(".kdzx"); };
@@ -116,6 +172,6 @@ std::optional<MSPDIMigrationRecord> MSPDIMigrationJob::appeared(const std::strin
         return std::nullopt;
     }
     const auto line = fileSystem.readFile(pathByAppendingComponent(folder, recordName));
-    auto record = line ? MSPDIRecordFrom(*line) : std::nullopt;
+    auto record = line ? MSPDIRecordFrom(*line, outputFolder) : std::nullopt;
     return record && fileSystem.exists(record->document) ? std::move(record) : std::nullopt;
 }
