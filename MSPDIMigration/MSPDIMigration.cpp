@@ -13,6 +13,7 @@
 #include "MSPCPath.h"
 #include "MSPCRemoval.h"
 #include "MSPCRunLock.h"
+#include "MSPDIMachines.h"
 #include "MSPDIMigrationJob.h"
 #include "MSPIBundleNaming.h"
 
@@ -29,15 +30,6 @@ std::size_t numberFrom(const std::string& job) {
 bool isDocument(const std::string& path) {
     const auto contents = MSPCStampOf(pathByAppendingComponent(path, MSPITOCFileName));
     return contents && contents->size > 0;
-}
-
-std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
-    if (end.kind == MSPCJobEnd::Kind::TookTooLong) {
-        return fmt::format("it took longer than {} s, and was ended",
-                           std::chrono::duration_cast<std::chrono::seconds>(bounds.time).count());
-    }
-    return end.kind == MSPCJobEnd::Kind::Died ? fmt::format("the process that imported it died ({})", end.reason)
-                                              : "the process that imported it gave no answer";
 }
 
 }  // namespace
@@ -205,7 +197,7 @@ std::optional<std::string> MSPDIMigration::run(const std::function<void(const MS
             wanted.push_back(number);
         }
     }
-    auto failure = runWorkers(wanted, tell);
+    auto failure = _options.machines && !wanted.empty() ? runMachines(wanted, tell) : runWorkers(wanted, tell);
     std::set<std::string> folders{_options.outputFolder};
     const auto ofDisk = _services.fileSystem.synchronize(folders);
     return failure || !ofDisk ? failure : "failed to bring the documents to the disk: " + *ofDisk;
@@ -244,22 +236,44 @@ std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<std::siz
     return failure ? failure : ended;
 }
 
+// Machines make documents; this process gives them their names, so that none appears twice, whatever lives on
+// elsewhere.
+std::optional<std::string> MSPDIMigration::runMachines(const std::vector<std::size_t>& wanted,
+                                                       const std::function<void(const MSPDIMigrationProgress&)>& tell) {
+    const auto work = pathOf("run");
+    MSPDIMigrationJob job(_services, _options.each, work);
+    MSPDIMachines machines(_services, *_options.machines, work, _work.number(), _lock ? _lock->number() : -1);
+    MSPDIMigrationProgress progress{wanted.size(), 0, 0};
+    const auto take = [&](const MSPDIMachines::Answer& answer) -> std::optional<std::string> {
+        const auto& plan = _plans[answer.number];
+        auto record = answer.record;
+        record.plan = plan.path;
+        if (record.isImported()) {
+            job.publish(record, pathByAppendingComponent(work, answer.work), plan.folder);
+        }
+        tellOfRemains(record);
+        if (auto failure = keep(record)) {
+            return failure;
+        }
+        if (!answer.work.empty()) {
+            MSPCRemoveItem(_work.number(), answer.work.c_str());
+        }
+        ++progress.done;
+        progress.failed += record.isImported() ? 0U : 1U;
+        return std::nullopt;
+    };
+    auto failure = machines.run(_plans, wanted, take, [&] { tell(progress); });
+    tell(progress);
+    return failure;
+}
+
 // What the worker has told; or, where it cannot tell any more, what the folder that it worked in says.
 MSPDIMigrationRecord MSPDIMigration::recordOf(std::size_t number, const MSPCJobEnd& end) const {
     auto told = end.kind == MSPCJobEnd::Kind::Done ? MSPDIRecordFrom(end.result) : std::nullopt;
     if (!told) {
         told = MSPDIMigrationJob::appeared(MSPDIMigrationJob::folderOf(pathOf("run"), number), _services.fileSystem);
     }
-    if (told) {
-        return *told;
-    }
-    MSPDIMigrationRecord record;
-    record.plan = _plans[number].path;
-    record.stamp = MSPCStampOf(record.plan).value_or(MSPCFileStamp());
-    record.verdict = MSPDIVerdictName(MSPDIVerdict::Failed);
-    record.reason = reasonOf(end, _options.bounds);
-    record.milliseconds = static_cast<std::size_t>(end.time.count());
-    return record;
+    return told ? *told : MSPDIMigrationJob::unanswered(_plans[number].path, end, _options.bounds);
 }
 
 // What is left where the document of an earlier run was is nobody's to overwrite; so people have to know of it.

@@ -10,6 +10,7 @@
 
 #include "MSPCFileDescriptor.h"
 #include "MSPCWorkers.h"
+#include "MSPDIMachines.h"
 #include "MSPDIMigrationRecord.h"
 #include "MSPDIPlanImporter.h"
 #include "MSPDIPlansToMigrate.h"
@@ -18,11 +19,12 @@ class MSPCJournal;
 class MSPCRunLock;
 
 struct MSPDIMigrationOptions {
-    std::string outputFolder;     // absolute; made where there is none
-    MSPDIPlanImportOptions each;  // of each import; its folder and its name are of no account
-    bool isOnlyFailed = false;    // only plans that were tried before, and failed
-    std::size_t processes = 1;    // that import at the same time
-    MSPCWorkerBounds bounds;      // of each plan
+    std::string outputFolder;                      // absolute; made where there is none
+    MSPDIPlanImportOptions each;                   // of each import; its folder and its name are of no account
+    bool isOnlyFailed = false;                     // only plans that were tried before, and failed
+    std::size_t processes = 1;                     // that import at the same time
+    MSPCWorkerBounds bounds;                       // of each plan
+    std::optional<MSPDIMachinesOptions> machines;  // that import instead of processes of this one
 };
 
 // How far a migration has come.
@@ -90,6 +92,8 @@ private:
     void tellOfRemains(MSPDIMigrationRecord& record) const;
     [[nodiscard]] std::optional<std::string> runWorkers(const std::vector<std::size_t>& wanted,
                                                         const std::function<void(const MSPDIMigrationProgress&)>& tell);
+    [[nodiscard]] std::optional<std::string> runMachines(
+        const std::vector<std::size_t>& wanted, const std::function<void(const MSPDIMigrationProgress&)>& tell);
 
     const MSPCServices& _services;
     MSPDIMigrationOptions _options;

@@ -14,9 +14,10 @@ namespace {
 
 constexpr std::string_view recordName = "record";
 
-MSPDIMigrationRecord recordOf(const MSPDIPlanToMigrate& plan, const MSPDIImportedPlan& imported) {
+MSPDIMigrationRecord recordOf(const std::string& plan, const MSPDIImportedPlan& imported) {
     MSPDIMigrationRecord record;
-    record.plan = plan.path;
+    record.plan = plan;
+    record.document = imported.document;
     record.verdict = MSPDIVerdictName(imported.verdict);
     record.reason = imported.reason;
     for (const auto& done : imported.mending) {
@@ -38,6 +39,15 @@ MSPDIMigrationRecord recordOf(const MSPDIPlanToMigrate& plan, const MSPDIImporte
     return record;
 }
 
+std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
+    if (end.kind == MSPCJobEnd::Kind::TookTooLong) {
+        return fmt::format("it took longer than {} s, and was ended",
+                           std::chrono::duration_cast<std::chrono::seconds>(bounds.time).count());
+    }
+    return end.kind == MSPCJobEnd::Kind::Died ? fmt::format("the process that imported it died ({})", end.reason)
+                                              : "the process that imported it gave no answer";
+}
+
 void fail(MSPDIMigrationRecord& record, const std::string& reason) {
     record.verdict = MSPDIVerdictName(MSPDIVerdict::Failed);
     record.reason = reason;
@@ -56,26 +66,31 @@ std::string MSPDIMigrationJob::folderOf(const std::string& workFolder, std::size
 }
 
 MSPDIMigrationRecord MSPDIMigrationJob::migrate(const MSPDIPlanToMigrate& plan, std::size_t number) {
-    const auto since = std::chrono::steady_clock::now();
     const auto work = folderOf(_workFolder, number);
-    const auto stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
-    auto options = _options;
-    options.outputFolder = work;
-    // Bringing documents to the disk one by one takes longer than making them; the whole run does it at its end.
-    auto imported = MSPDIPlanImporter(_services, std::move(options)).import(plan.path);
-    auto record = recordOf(plan, imported);
-    record.stamp = stamp;
-    const auto time = std::chrono::steady_clock::now() - since;
-    record.milliseconds = static_cast<std::size_t>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
+    auto record = make(plan.path, work);
     if (record.isImported()) {
-        publish(imported.document, work, plan.folder, record);
+        publish(record, work, plan.folder);
     }
     return record;
 }
 
+MSPDIMigrationRecord MSPDIMigrationJob::make(const std::string& plan, const std::string& work) const {
+    const auto since = std::chrono::steady_clock::now();
+    const auto stamp = MSPCStampOf(plan).value_or(MSPCFileStamp());
+    auto options = _options;
+    options.outputFolder = work;
+    // Bringing documents to the disk one by one takes longer than making them; the whole run does it at its end.
+    const auto imported = MSPDIPlanImporter(_services, std::move(options)).import(plan);
+    auto record = recordOf(plan, imported);
+    record.stamp = stamp;
+    const auto time = std::chrono::steady_clock::now() - since;
+    record.milliseconds = static_cast<std::size_t>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
+    return record;
+}
+
 // The record comes before the document, and names the place that the document is to have.
-void MSPDIMigrationJob::publish(const std::string& bundle, const std::string& work, const std::string& folder,
-                                MSPDIMigrationRecord& record) {
+void MSPDIMigrationJob::publish(MSPDIMigrationRecord& record, const std::string& work, const std::string& folder) {
+    const auto bundle = pathByAppendingComponent(work, lastPathComponent(record.document));
     auto& fileSystem = _services.fileSystem;
     if (!fileSystem.isDirectory(folder)) {
         if (const auto failure = fileSystem.createFolder(folder)) {
@@ -118,4 +133,14 @@ std::optional<MSPDIMigrationRecord> MSPDIMigrationJob::appeared(const std::strin
     const auto line = fileSystem.readFile(pathByAppendingComponent(folder, recordName));
     auto record = line ? MSPDIRecordFrom(*line) : std::nullopt;
     return record && fileSystem.exists(record->document) ? std::move(record) : std::nullopt;
+}
+
+MSPDIMigrationRecord MSPDIMigrationJob::unanswered(const std::string& plan, const MSPCJobEnd& end,
+                                                   const MSPCWorkerBounds& bounds) {
+    MSPDIMigrationRecord record;
+    record.plan = plan;
+    record.stamp = MSPCStampOf(plan).value_or(MSPCFileStamp());
+    fail(record, reasonOf(end, bounds));
+    record.milliseconds = static_cast<std::size_t>(end.time.count());
+    return record;
 }

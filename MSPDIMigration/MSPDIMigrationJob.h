@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "MSPCWorkers.h"
 #include "MSPDIMigrationRecord.h"
 #include "MSPDIPlanImporter.h"
 #include "MSPDIPlansToMigrate.h"
@@ -16,10 +17,20 @@
 class MSPDIMigrationJob {
 public:
     // The services outlive the job. Of the options the folder is of no account.
-    MSPDIMigrationJob(const MSPCServices& services, MSPDIPlanImportOptions options, std::string workFolder);
+    MSPDIMigrationJob(const MSPCServices& services, MSPDIPlanImportOptions options, std::string workFolder = {});
 
     // Raises nothing that the plan is to blame for.
     [[nodiscard]] MSPDIMigrationRecord migrate(const MSPDIPlanToMigrate& plan, std::size_t number);
+
+    // The two halves of that, for where they are not done by the same process. The document of a plan is made in the
+    // folder `work`, of its own, ...
+    [[nodiscard]] MSPDIMigrationRecord make(const std::string& plan, const std::string& work) const;
+    // ... and moved from there to the folder of the documents. The record has its place then, or why it has none.
+    void publish(MSPDIMigrationRecord& record, const std::string& work, const std::string& folder);
+
+    // The record of a plan whose process came to an end without one.
+    [[nodiscard]] static MSPDIMigrationRecord unanswered(const std::string& plan, const MSPCJobEnd& end,
+                                                         const MSPCWorkerBounds& bounds);
 
     // The folder of that number.
     [[nodiscard]] static std::string folderOf(const std::string& workFolder, std::size_t number);
@@ -28,9 +39,6 @@ public:
                                                                       const MSPCFileSystem& fileSystem);
 
 private:
-    void publish(const std::string& bundle, const std::string& work, const std::string& folder,
-                 MSPDIMigrationRecord& record);
-
     const MSPCServices& _services;
     MSPDIPlanImportOptions _options;
     std::string _workFolder;
