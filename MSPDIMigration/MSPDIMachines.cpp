@@ -168,7 +168,8 @@ std::optional<std::string> MSPDIMachines::run(const std::vector<MSPDIPlanToMigra
         std::erase_if(wanted, [&missing](std::size_t number) { return !missing.contains(number); });
         judge();
         // What may have been to blame comes last.
-        std::ranges::stable_partition(wanted, [this](std::size_t number) { return !_begun.contains(number); });
+        std::stable_partition(wanted.begin(), wanted.end(),
+                              [this](std::size_t number) { return !_begun.contains(number); });
     }
     if (!wanted.empty() && !_failure) {
         _failure = giveUp(plans, wanted, take);
