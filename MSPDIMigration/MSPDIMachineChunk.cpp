@@ -64,6 +64,7 @@ std::string MSPDITextOf(const MSPDIMachineChunk& chunk) {
     std::string text;
     add(text, chunk.version);
     add(text, chunk.zone);
+    add(text, chunk.outputFolder);
     add(text, chunk.each.templateFolder.value_or(""));
     add(text, static_cast<std::size_t>(chunk.each.mending));
     add(text, chunk.each.tellsLosses ? 1U : 0U);
@@ -74,7 +75,9 @@ std::string MSPDITextOf(const MSPDIMachineChunk& chunk) {
     add(text, chunk.plans.size());
     for (const auto& plan : chunk.plans) {
         add(text, plan.number);
-        add(text, plan.path);
+        add(text, plan.plan.path);
+        add(text, plan.plan.folder);
+        add(text, plan.plan.log);
     }
     return text;
 }
@@ -84,6 +87,7 @@ std::optional<MSPDIMachineChunk> MSPDIChunkFrom(std::string_view text) {
     MSPDIMachineChunk chunk;
     chunk.version = fields.text();
     chunk.zone = fields.text();
+    chunk.outputFolder = fields.text();
     if (auto folder = fields.text(); !folder.empty()) {
         chunk.each.templateFolder = std::move(folder);
     }
@@ -94,8 +98,12 @@ std::optional<MSPDIMachineChunk> MSPDIChunkFrom(std::string_view text) {
     chunk.bounds.seconds = fields.number();
     chunk.bounds.bytes = fields.number();
     for (auto count = fields.number(); count > 0 && fields.isGood(); --count) {
-        const auto number = fields.number();
-        chunk.plans.push_back({number, fields.text()});
+        MSPDIMachineChunk::Plan plan;
+        plan.number = fields.number();
+        plan.plan.path = fields.text();
+        plan.plan.folder = fields.text();
+        plan.plan.log = fields.text();
+        chunk.plans.push_back(std::move(plan));
     }
     return fields.isGood() && fields.isAtEnd() ? std::optional(std::move(chunk)) : std::nullopt;
 }

@@ -8,6 +8,7 @@
 
 #include "MSPCTimeZone.h"
 #include "MSPCWorkers.h"
+#include "MSPDIMigrationJob.h"
 #include "MSPDIPlanImporter.h"
 
 // What each import of a migration may take, as people give it.
@@ -25,11 +26,12 @@ struct MSPDIMigrationBounds {
 struct MSPDIMachineChunk {
     struct Plan {
         std::size_t number = 0;  // whoever hands it out knows it by that
-        std::string path;        // absolute
+        MSPDIPlanToMigrate plan;
     };
 
     std::string version;          // of the program that hands it out
     std::string zone;             // its time zone, as MSPDIOffsetsOf tells it
+    std::string outputFolder;     // absolute; paths of records count from it
     MSPDIPlanImportOptions each;  // without a template: the one that is installed where the plans are imported
     bool isAsInWinter = false;    // dates get the offset of an import in winter
     MSPDIMigrationBounds bounds;

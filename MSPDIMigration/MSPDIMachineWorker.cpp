@@ -124,24 +124,25 @@ bool MSPDIMachineWorker::importPlans(const MSPDIMachineChunk& chunk) {
                                 _services.randomSource,
                                 MSPCNoProgress(),
                                 chunk.isAsInWinter ? winter : _services.seasonClock};
-    const MSPDIMigrationJob job(services, chunk.each);
+    MSPDIMigrationJob job(services, chunk.each, chunk.outputFolder, _folder);
     const auto bounds = chunk.bounds.boundsHere();
-    const auto planOf = [&chunk](const std::string& place) -> const auto& {
+    const auto planAt = [&chunk](const std::string& place) -> const auto& {
         return chunk.plans[std::strtoull(place.c_str(), nullptr, 10)];
     };
-    const auto workOf = [this](const MSPDIMachineChunk::Plan& plan) {
-        return pathByAppendingComponent(_folder, fmt::format("{}-{}", _name, plan.number));
+    const auto import = [&](const std::string& place, std::size_t) {
+        const auto& todo = planAt(place);
+        const auto work = pathByAppendingComponent(_folder, fmt::format("{}-{}", _name, todo.number));
+        return MSPDILineOf(job.make(todo.plan, work), chunk.outputFolder);
     };
-    MSPCWorkers workers(std::min(chunk.bounds.processesHere(), chunk.plans.size()), bounds, [&](const auto& place) {
-        return MSPDILineOf(job.make(planOf(place).path, workOf(planOf(place))));
-    });
+    MSPCWorkers workers(std::min(chunk.bounds.processesHere(), chunk.plans.size()), bounds, import);
     std::size_t next = 0;
     const auto give = [&] { return next < chunk.plans.size() ? std::optional(std::to_string(next++)) : std::nullopt; };
     const auto take = [&](const std::string& place, const MSPCJobEnd& end) {
-        const auto& plan = planOf(place);
-        tell(std::to_string(plan.number), end.kind == MSPCJobEnd::Kind::Done
-                                              ? end.result
-                                              : MSPDILineOf(MSPDIMigrationJob::unanswered(plan.path, end, bounds)));
+        const auto& todo = planAt(place);
+        const auto line = [&] {
+            return MSPDILineOf(MSPDIMigrationJob::unanswered(todo.plan, end, bounds), chunk.outputFolder);
+        };
+        tell(std::to_string(todo.number), end.kind == MSPCJobEnd::Kind::Done ? end.result : line());
     };
     Waiting waiting(_services.fileSystem, pathByAppendingComponent(_folder, _name));
     try {

@@ -103,14 +103,13 @@ bool isOfParallel(const std::string& line) {
 
 }  // namespace
 
-MSPDIMachines::MSPDIMachines(const MSPCServices& services, MSPDIMachinesOptions options, std::string workFolder,
-                             int work, int lock)
+MSPDIMachines::MSPDIMachines(const MSPCServices& services, MSPDIMachinesOptions options, std::string outputFolder,
+                             Place place)
     : _services(services),
       _options(std::move(options)),
-      _workFolder(std::move(workFolder)),
-      _work(work),
-      _lock(lock),
+      _place(std::move(place)),
       _run(fmt::format("{:016x}", _services.randomSource.draw64Bits().value_or(0))) {
+    _options.chunk.outputFolder = std::move(outputFolder);
 }
 
 std::optional<std::string> MSPDIMachines::obstacle() {
@@ -153,51 +152,80 @@ std::optional<std::vector<std::string>> MSPDIMachines::namesIn(const std::string
     return names;
 }
 
-std::optional<std::string> MSPDIMachines::run(const std::vector<MSPDIPlanToMigrate>& plans,
-                                              std::vector<std::size_t> wanted, const Take& take,
+std::optional<std::string> MSPDIMachines::run(std::size_t count, const NextPlan& next, const Take& take,
                                               const std::function<void()>& pause) {
-    while (!wanted.empty() && !_options.names.empty() && !_failure) {
-        prepare(plans, wanted);
-        if (!_failure) {
-            _failure = handOut(take, pause);
-        }
-        std::set<std::size_t> missing;
-        for (const auto& chunk : _chunks) {
-            missing.insert(chunk.plans.begin(), chunk.plans.end());
-        }
-        std::erase_if(wanted, [&missing](std::size_t number) { return !missing.contains(number); });
+    addAll(count, next);
+    while (!_chunks.empty() && !_options.names.empty() && !_failure) {
+        _failure = handOut(take, pause);
+        std::erase_if(_chunks, [](const Chunk& chunk) { return chunk.plans.empty(); });
         judge();
-        // What may have been to blame comes last.
-        std::stable_partition(wanted.begin(), wanted.end(),
-                              [this](std::size_t number) { return !_begun.contains(number); });
+        if (!_failure && !_options.names.empty()) {
+            const auto failed = std::exchange(_chunks, {});
+            addAgain(failed, false);
+            addAgain(failed, true);  // what may have been to blame comes last
+        }
     }
-    if (!wanted.empty() && !_failure) {
-        _failure = giveUp(plans, wanted, take);
+    if (!_chunks.empty() && !_failure) {
+        _failure = giveUp(take);
     }
     clearAway();
     return _failure;
 }
 
-void MSPDIMachines::prepare(const std::vector<MSPDIPlanToMigrate>& plans, const std::vector<std::size_t>& wanted) {
-    const auto size = plansOfChunk(wanted.size(), _options.names.size());
-    _chunks.clear();
-    for (std::size_t start = 0; start < wanted.size() && !_failure; start += size) {
-        auto content = _options.chunk;
-        Chunk chunk;
-        chunk.name = fmt::format("{}-{}", _run, ++_count);
-        for (auto at = start; at < std::min(start + size, wanted.size()); ++at) {
-            content.plans.push_back({wanted[at], plans[wanted[at]].path});
-            chunk.plans.insert(wanted[at]);
-        }
-        const auto path = pathByAppendingComponent(_workFolder, chunk.name);
-        const auto failure = _services.fileSystem.writeAtomically(
-            path, [&content](MSPCByteWriter& writer) { writer.write(MSPDITextOf(content)); });
-        if (failure) {
-            _failure = fmt::format("{}: {}", path, *failure);
-        }
-        _places[chunk.name] = _chunks.size();
-        _chunks.push_back(std::move(chunk));
+void MSPDIMachines::add(MSPDIMachineChunk content) {
+    Chunk chunk;
+    chunk.name = fmt::format("{}-{}", _run, ++_number);
+    for (const auto& plan : content.plans) {
+        chunk.plans.push_back(plan.number);
     }
+    const auto path = pathByAppendingComponent(_place.folder, chunk.name);
+    const auto failure = _services.fileSystem.writeAtomically(
+        path, [&content](MSPCByteWriter& writer) { writer.write(MSPDITextOf(content)); });
+    if (failure) {
+        _failure = fmt::format("{}: {}", path, *failure);
+    }
+    _chunks.push_back(std::move(chunk));
+}
+
+void MSPDIMachines::addAll(std::size_t count, const NextPlan& next) {
+    const auto size = plansOfChunk(count, _options.names.size());
+    auto content = _options.chunk;
+    while (auto plan = _failure ? std::nullopt : next()) {
+        content.plans.push_back({_plans++, std::move(*plan)});
+        if (content.plans.size() >= size) {
+            add(std::exchange(content, _options.chunk));
+        }
+    }
+    if (!content.plans.empty()) {
+        add(std::move(content));
+    }
+}
+
+// Chunks get new names, so that what may live on of the old ones is nobody's any more.
+void MSPDIMachines::addAgain(const std::vector<Chunk>& failed, bool thatHaveBegun) {
+    for (const auto& chunk : failed) {
+        if (chunk.hasBegun != thatHaveBegun || _failure) {
+            continue;
+        }
+        if (auto content = contentOf(chunk)) {
+            add(std::move(*content));
+            MSPCRemoveItem(_place.openFolder, chunk.name.c_str());
+        }
+    }
+}
+
+// The plans of a chunk that have no record yet.
+std::optional<MSPDIMachineChunk> MSPDIMachines::contentOf(const Chunk& chunk) {
+    const auto path = pathByAppendingComponent(_place.folder, chunk.name);
+    const auto text = _services.fileSystem.readFile(path);
+    auto content = text ? MSPDIChunkFrom(*text) : std::nullopt;
+    if (!content) {
+        _failure = path + ": it cannot be read any more";
+        return std::nullopt;
+    }
+    std::erase_if(content->plans,
+                  [&chunk](const auto& plan) { return !std::ranges::binary_search(chunk.plans, plan.number); });
+    return content;
 }
 
 std::vector<std::string> MSPDIMachines::command() const {
@@ -209,7 +237,7 @@ std::vector<std::string> MSPDIMachines::command() const {
     for (const auto* const word : {"--quote", "sh", "-c", script, "-"}) {
         words.emplace_back(word);
     }
-    for (const auto& text : {_options.program, timeZone(_services.fileSystem), _workFolder}) {
+    for (const auto& text : {_options.program, timeZone(_services.fileSystem), _place.folder}) {
         words.push_back(MSPDIShellWordOf(text));
     }
     return words;  // and the name of a chunk
@@ -221,7 +249,7 @@ std::optional<std::string> MSPDIMachines::handOut(const Take& take, const std::f
         names += chunk.name + '\n';
     }
     std::string failure;
-    const auto parallel = MSPCChildProgram::start({command(), names, environmentOfParallel(), _lock}, failure);
+    const auto parallel = MSPCChildProgram::start({command(), names, environmentOfParallel(), _place.lock}, failure);
     if (!parallel) {
         return "GNU parallel cannot be started: " + failure;
     }
@@ -243,36 +271,46 @@ std::optional<std::string> MSPDIMachines::handOut(const Take& take, const std::f
     }
     pause();
     const bool hasAnyEnded = std::ranges::any_of(_chunks, [](const Chunk& chunk) { return !chunk.machine.empty(); });
-    if (_failure || (parallel->status() <= mostFailedJobs && hasAnyEnded)) {
+    // Asked to end at its very end, it ends by that signal.
+    if (_failure || _isToEnd || (parallel->status() <= mostFailedJobs && hasAnyEnded)) {
         return _failure;
     }
     return fmt::format("GNU parallel was ended (exit status {}){}; the same command goes on where it was",
-                       parallel->status(), _errors.empty() ? "" : ": " + _errors.back());
+                       parallel->status(), _lastError.empty() ? "" : ": " + _lastError);
+}
+
+// Chunks of this round by their names; a null pointer for others.
+MSPDIMachines::Chunk* MSPDIMachines::chunkNamed(const std::string& name) {
+    const auto number = numberFrom<std::size_t>(name.substr(name.rfind('-') + 1));
+    const auto first = _number - _chunks.size() + 1;
+    const bool isAny = number && *number >= first && *number <= _number;
+    auto* const chunk = isAny ? &_chunks[*number - first] : nullptr;
+    return chunk != nullptr && chunk->name == name ? chunk : nullptr;
 }
 
 // What a log-in says before the worker does, and what is no answer, is left aside.
 void MSPDIMachines::takeAnswer(const std::string& line, const Take& take) {
     const auto parts = split(line, '\t', 3);
-    const auto place = _places.find(parts[0]);
-    if (place == _places.end() || place->second >= _chunks.size() || _chunks[place->second].name != parts[0] ||
-        parts.size() < 2 || _failure) {
+    auto* const chunk = chunkNamed(parts[0]);
+    if (chunk == nullptr || parts.size() < 2 || _failure) {
         return;
     }
-    auto& chunk = _chunks[place->second];
     if (parts.size() == 2) {
-        chunk.hasBegun = chunk.hasBegun || parts[1] == "begun";
+        chunk->hasBegun = chunk->hasBegun || parts[1] == "begun";
         return;
     }
     if (parts[1] == "refused") {
-        chunk.refusal = parts[2];
+        chunk->refusal = parts[2];
         return;
     }
-    const auto number = numberFrom<std::size_t>(parts[1]);
-    auto record = MSPDIRecordFrom(parts[2]);
-    if (number && record && chunk.plans.erase(*number) == 1) {
-        chunk.hasAnswered = true;
-        _begun.erase(*number);
-        _failure = take({*number, std::move(*record), fmt::format("{}-{}", chunk.name, *number)});
+    const auto number = numberFrom<std::size_t>(parts[1]).value_or(_plans);
+    const auto plan = std::ranges::lower_bound(chunk->plans, number);
+    auto record = MSPDIRecordFrom(parts[2], _options.chunk.outputFolder);
+    if (record && plan != chunk->plans.end() && *plan == number) {
+        chunk->plans.erase(plan);
+        chunk->hasAnswered = true;
+        _begun.erase(number);
+        _failure = take(std::move(*record), fmt::format("{}-{}", chunk->name, number));
     }
 }
 
@@ -295,7 +333,7 @@ void MSPDIMachines::takeEnd(const std::string& line, MSPCChildProgram& parallel)
 
 // What ssh and the programs on other machines say may be the only reason that there is.
 void MSPDIMachines::tellOnce(const std::string& line) {
-    _errors.push_back(line);
+    _lastError = line;
     if (!isOfParallel(line) && _told.insert(line).second) {
         _options.tell("--machines", line);
     }
@@ -305,7 +343,7 @@ void MSPDIMachines::tellOnce(const std::string& line) {
 void MSPDIMachines::judge() {
     std::set<std::string> told;
     for (const auto& chunk : _chunks) {
-        if (chunk.machine.empty() || chunk.plans.empty()) {
+        if (chunk.machine.empty()) {
             continue;
         }
         const auto what = whatBecameOf(chunk);
@@ -316,16 +354,14 @@ void MSPDIMachines::judge() {
         }
         if (told.insert(chunk.machine).second) {
             const bool isIn = mayTryAgain(chunk);
-            if (!isIn) {
-                std::erase(_options.names, chunk.machine);
+            if (!isIn && std::erase(_options.names, chunk.machine) == 0) {
+                _failure = "GNU parallel tells of a machine that it was not given: " + chunk.machine;
             }
-            _options.tell(std::string(inWords(chunk.machine)), what + (isIn                     ? "; it is tried again"
-                                                                       : _options.names.empty() ? ""
-                                                                                                : "; it is left out"));
+            const auto* const then = isIn ? "; it is tried again" : _options.names.empty() ? "" : "; it is left out";
+            _options.tell(std::string(inWords(chunk.machine)), what + then);
         }
     }
-    if (told.empty() && !_failure &&
-        std::ranges::any_of(_chunks, [](const auto& chunk) { return !chunk.plans.empty(); })) {
+    if (told.empty() && !_failure && !_chunks.empty() && !_isToEnd) {
         _failure = "GNU parallel ended before it had handed out all plans";
     }
 }
@@ -358,22 +394,24 @@ std::string MSPDIMachines::whatBecameOf(const Chunk& chunk) const {
 }
 
 // Plans that a machine had begun on are told as failed, for they may be to blame; the others are as they were.
-std::optional<std::string> MSPDIMachines::giveUp(const std::vector<MSPDIPlanToMigrate>& plans,
-                                                 const std::vector<std::size_t>& missing, const Take& take) {
+std::optional<std::string> MSPDIMachines::giveUp(const Take& take) {
     std::size_t others = 0;
-    for (const auto number : missing) {
-        const auto begun = _begun.find(number);
-        if (begun == _begun.end()) {
-            ++others;
-            continue;
+    for (const auto& chunk : _chunks) {
+        const auto content = contentOf(chunk);
+        if (!content) {
+            return _failure;
         }
-        MSPDIMigrationRecord record;
-        record.plan = plans[number].path;
-        record.stamp = MSPCStampOf(record.plan).value_or(MSPCFileStamp());
-        record.verdict = MSPDIVerdictName(MSPDIVerdict::Failed);
-        record.reason = begun->second;
-        if (auto failure = take({number, std::move(record), {}})) {
-            return failure;
+        for (const auto& [number, plan] : content->plans) {
+            const auto begun = _begun.find(number);
+            if (begun == _begun.end()) {
+                ++others;
+                continue;
+            }
+            auto record = MSPDIMigrationJob::unanswered(plan, {}, {});
+            record.reason = begun->second;
+            if (auto failure = take(std::move(record), fmt::format("{}-{}", chunk.name, number))) {
+                return failure;
+            }
         }
     }
     return others == 0 ? std::nullopt
@@ -383,9 +421,9 @@ std::optional<std::string> MSPDIMachines::giveUp(const std::vector<MSPDIPlanToMi
 
 // Where somebody on another machine still works in it something may be left, for the next run to take away.
 void MSPDIMachines::clearAway() {
-    for (const auto& name : _services.fileSystem.namesIn(_workFolder).value_or(std::vector<std::string>())) {
+    for (const auto& name : _services.fileSystem.namesIn(_place.folder).value_or(std::vector<std::string>())) {
         if (name.starts_with(_run)) {
-            MSPCRemoveItem(_work, name.c_str());
+            MSPCRemoveItem(_place.openFolder, name.c_str());
         }
     }
 }

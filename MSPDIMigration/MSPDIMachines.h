@@ -11,8 +11,8 @@
 
 #include "MSPCServices.h"
 #include "MSPDIMachineChunk.h"
+#include "MSPDIMigrationJob.h"
 #include "MSPDIMigrationRecord.h"
-#include "MSPDIPlansToMigrate.h"
 
 class MSPCChildProgram;
 
@@ -33,23 +33,24 @@ struct MSPDIMachinesOptions {
 // their plans stand in files, and the few paths in the command are shell words (MSPDIShellWord).
 class MSPDIMachines {
 public:
-    struct Answer {
-        std::size_t number = 0;       // of the plan
-        MSPDIMigrationRecord record;  // its document is where it was made
-        std::string work;             // the folder that it was made in, by its name in the folder for work
+    // Where work is done: a path, the same folder open, and an open file that GNU parallel keeps open, and what it
+    // starts here.
+    struct Place {
+        std::string folder;
+        int openFolder = -1;
+        int lock = -1;
     };
-    // Gives what ends the run before its time.
-    using Take = std::function<std::optional<std::string>(const Answer&)>;
+    using NextPlan = std::function<std::optional<MSPDIPlanToMigrate>()>;
+    // Takes a record, whose document is still where it was made, and the name of the folder for that. Gives what is to
+    // end the run before its time.
+    using Take = std::function<std::optional<std::string>(MSPDIMigrationRecord record, const std::string& work)>;
 
-    // Work is done in that folder, which is open as `work`, too. `lock` is an open file that GNU parallel keeps open,
-    // and what it starts here. The services outlive the machines.
-    MSPDIMachines(const MSPCServices& services, MSPDIMachinesOptions options, std::string workFolder, int work,
-                  int lock);
+    // The services outlive the machines.
+    MSPDIMachines(const MSPCServices& services, MSPDIMachinesOptions options, std::string outputFolder, Place place);
 
-    // Has the plans of these numbers imported, each once. `pause` is called several times a second. None, or what ended
-    // the run before its time: plans that no machine has begun are without an answer then.
-    [[nodiscard]] std::optional<std::string> run(const std::vector<MSPDIPlanToMigrate>& plans,
-                                                 std::vector<std::size_t> wanted, const Take& take,
+    // Has all plans imported that `next` gives, some `count`, each once. `pause` is called several times a second.
+    // None, or what ended the run before its time: plans that no machine has begun are without a record then.
+    [[nodiscard]] std::optional<std::string> run(std::size_t count, const NextPlan& next, const Take& take,
                                                  const std::function<void()>& pause);
 
     // Why GNU parallel cannot be had, in one line that says what to do; none where it can.
@@ -60,7 +61,7 @@ public:
 private:
     struct Chunk {
         std::string name;
-        std::set<std::size_t> plans;  // without an answer
+        std::vector<std::size_t> plans;  // without a record, in order
         std::string refusal;
         bool hasBegun = false;
         bool hasAnswered = false;
@@ -68,32 +69,33 @@ private:
         int status = 0;
     };
 
-    void prepare(const std::vector<MSPDIPlanToMigrate>& plans, const std::vector<std::size_t>& wanted);
+    void add(MSPDIMachineChunk content);
+    void addAll(std::size_t count, const NextPlan& next);
+    void addAgain(const std::vector<Chunk>& failed, bool thatHaveBegun);
+    [[nodiscard]] std::optional<MSPDIMachineChunk> contentOf(const Chunk& chunk);
     [[nodiscard]] std::vector<std::string> command() const;
     [[nodiscard]] std::optional<std::string> handOut(const Take& take, const std::function<void()>& pause);
+    [[nodiscard]] Chunk* chunkNamed(const std::string& name);
     void takeAnswer(const std::string& line, const Take& take);
     void takeEnd(const std::string& line, MSPCChildProgram& parallel);
     void tellOnce(const std::string& line);
     void judge();
     [[nodiscard]] bool mayTryAgain(const Chunk& chunk);
     [[nodiscard]] std::string whatBecameOf(const Chunk& chunk) const;
-    [[nodiscard]] std::optional<std::string> giveUp(const std::vector<MSPDIPlanToMigrate>& plans,
-                                                    const std::vector<std::size_t>& missing, const Take& take);
+    [[nodiscard]] std::optional<std::string> giveUp(const Take& take);
     void clearAway();
 
     const MSPCServices& _services;
     MSPDIMachinesOptions _options;
-    std::string _workFolder;
-    int _work;
-    int _lock;
-    std::string _run;                            // what all chunks of this run begin their names with
-    std::size_t _count = 0;                      // of chunks so far
-    std::vector<Chunk> _chunks;                  // that are handed out at the moment, in their order
-    std::map<std::string, std::size_t> _places;  // of chunks, by their names
-    std::map<std::string, int> _failures;        // of machines
-    std::map<std::size_t, std::string> _begun;   // plans without an answer that a machine had begun on, with its end
+    Place _place;
+    std::string _run;                           // what all chunks of this run begin their names with
+    std::size_t _plans = 0;                     // so far
+    std::size_t _number = 0;                    // of the last chunk
+    std::vector<Chunk> _chunks;                 // that are handed out at the moment, numbered in their order
+    std::map<std::string, int> _failures;       // of machines
+    std::map<std::size_t, std::string> _begun;  // plans without a record that a machine had begun on, with its end
     std::set<std::string> _told;
-    std::vector<std::string> _errors;  // what GNU parallel said
+    std::string _lastError;  // that GNU parallel has told
     std::optional<std::string> _failure;
     bool _isToEnd = false;  // GNU parallel was asked to begin nothing more
 };

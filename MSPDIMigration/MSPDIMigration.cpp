@@ -13,17 +13,27 @@
 #include "MSPCPath.h"
 #include "MSPCRemoval.h"
 #include "MSPCRunLock.h"
-#include "MSPDIMachines.h"
-#include "MSPDIMigrationJob.h"
 #include "MSPIBundleNaming.h"
 
 namespace {
 
-// The number of a plan in the list, as workers are told it.
-std::size_t numberFrom(const std::string& job) {
+// A plan as workers are told it: the texts behind their sizes, so that any text will do.
+std::string textOf(const MSPDIPlanToMigrate& plan) {
+    return fmt::format("{} {} {}{}{}", plan.path.size(), plan.folder.size(), plan.path, plan.folder, plan.log);
+}
+
+std::size_t takeNumber(std::string_view& text) {
     std::size_t number = 0;
-    std::from_chars(job.data(), job.data() + job.size(), number);
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    text.remove_prefix(static_cast<std::size_t>(result.ptr - text.data()) + 1);
     return number;
+}
+
+MSPDIPlanToMigrate planFrom(std::string_view text) {
+    const auto path = takeNumber(text);
+    const auto folder = takeNumber(text);
+    return {std::string(text.substr(0, path)), std::string(text.substr(path, folder)),
+            std::string(text.substr(path + folder))};
 }
 
 // A document whose table of contents is gone or empty, as somebody's hand or a power failure may leave it, is none.
@@ -34,9 +44,11 @@ bool isDocument(const std::string& path) {
 
 }  // namespace
 
-MSPDIMigration::MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options,
-                               std::vector<MSPDIPlanToMigrate> plans)
-    : _services(services), _options(std::move(options)), _plans(std::move(plans)) {
+MSPDIMigration::MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options, MSPDIPlansToMigrate plans)
+    : _services(services), _options(std::move(options)), _found(std::move(plans)), _journal(_options.outputFolder) {
+    if (_options.logsFolder) {
+        _logs.emplace(*_options.logsFolder, _options.outputFolder, _services.fileSystem);
+    }
 }
 
 MSPDIMigration::~MSPDIMigration() = default;
@@ -96,26 +108,17 @@ std::optional<std::string> MSPDIMigration::readRecords() {
         return link;
     }
     const auto path = pathOf("journal");
-    std::string failure;
-    if (_lock) {
-        _journal = MSPCJournal::open(_ownFolder.number(), "journal", failure);
-        if (!_journal) {
-            return path + ": " + failure;
-        }
+    if (!_lock && !_services.fileSystem.exists(path)) {
+        return std::nullopt;
     }
-    if (_services.fileSystem.exists(path)) {
-        const auto text = _services.fileSystem.readFile(path, &failure);
-        if (!text) {
-            return path + ": " + failure;
-        }
-        for (std::size_t start = 0; start < text->size();) {
-            const auto end = std::min(text->find('\n', start), text->size());
-            auto line = text->substr(start, end - start);
-            if (const auto record = MSPDIRecordFrom(line)) {
-                _lines[record->plan] = std::move(line);
-            }
-            start = end + 1;
-        }
+    std::string failure;
+    auto file =
+        _lock ? MSPCJournal::open(_ownFolder.number(), "journal", failure) : MSPCJournal::openToRead(path, failure);
+    if (!file) {
+        return path + ": " + failure;
+    }
+    if (const auto reason = _journal.read(std::move(file))) {
+        return path + ": " + *reason;
     }
     return _lock ? clearAway() : std::nullopt;
 }
@@ -125,7 +128,7 @@ std::optional<std::string> MSPDIMigration::clearAway() {
     const auto work = pathOf("run");
     for (const auto& name : _services.fileSystem.namesIn(work).value_or(std::vector<std::string>())) {
         const auto left = pathByAppendingComponent(work, name);
-        if (const auto record = MSPDIMigrationJob::appeared(left, _services.fileSystem)) {
+        if (const auto record = MSPDIMigrationJob::appeared(left, _options.outputFolder, _services.fileSystem)) {
             if (auto failure = keep(*record)) {
                 return failure;
             }
@@ -138,41 +141,49 @@ std::optional<std::string> MSPDIMigration::clearAway() {
 }
 
 std::optional<std::string> MSPDIMigration::keep(const MSPDIMigrationRecord& record) {
-    auto line = MSPDILineOf(record);
-    const auto failure = _journal->append(line);
-    if (failure) {
-        return pathOf("journal") + ": " + *failure;
+    const auto failure = _journal.keep(record);
+    return failure ? std::optional(pathOf("journal") + ": " + *failure) : std::nullopt;
+}
+
+// Where only the times of a file are others, the record gets them, so that its content need not be read once more.
+bool MSPDIMigration::hasChanged(const std::string& plan, MSPDIMigrationRecord& record) const {
+    const auto stamp = MSPCStampOf(plan);
+    if (!stamp || *stamp == record.stamp) {
+        return false;
     }
-    _lines[record.plan] = std::move(line);
-    return std::nullopt;
+    if (stamp->size != record.stamp.size) {
+        return true;
+    }
+    // The first records have neither the time that the system sets nor a digest.
+    const bool isOfSameTime = record.stamp.systemNanoseconds == 0 && stamp->nanoseconds == record.stamp.nanoseconds;
+    if (!isOfSameTime &&
+        (record.digest.empty() || MSPDIMigrationJob::digestOf(plan, _services.fileSystem) != record.digest)) {
+        return true;
+    }
+    record.stamp = *stamp;
+    if (record.digest.empty()) {
+        record.digest = MSPDIMigrationJob::digestOf(plan, _services.fileSystem);
+    }
+    return false;
 }
 
-std::optional<MSPDIMigrationRecord> MSPDIMigration::recordOf(const std::string& plan) const {
-    const auto found = _lines.find(plan);
-    return found == _lines.end() ? std::nullopt : MSPDIRecordFrom(found->second);
-}
-
-MSPDIMigration::State MSPDIMigration::stateOf(const MSPDIPlanToMigrate& plan) const {
-    const auto record = recordOf(plan.path);
+MSPDIMigration::State MSPDIMigration::stateOf(const std::string& plan,
+                                              std::optional<MSPDIMigrationRecord>& record) const {
     if (!record) {
         return State::Fresh;
     }
     if (!record->isImported()) {
         return State::Failed;
     }
-    const bool isSame = record->stamp == MSPCStampOf(plan.path) && isDocument(record->document);
-    return isSame ? State::Done : State::Changed;
+    return isDocument(record->document) && !hasChanged(plan, *record) ? State::Done : State::Changed;
 }
 
-bool MSPDIMigration::isWanted(const MSPDIPlanToMigrate& plan) const {
-    const auto state = stateOf(plan);
-    return _options.isOnlyFailed ? state == State::Failed : state != State::Done;
-}
-
-MSPDIMigration::Plans MSPDIMigration::plans() const {
+MSPDIMigration::Plans MSPDIMigration::plans() {
     Plans result;
-    for (const auto& plan : _plans) {
-        switch (stateOf(plan)) {
+    MSPDIPlanPaths::Walk walk(_found.plans);
+    while (const auto* const plan = walk.next()) {
+        auto record = _journal.recordOf(*plan);
+        switch (stateOf(*plan, record)) {
             case State::Fresh:
                 ++(_options.isOnlyFailed ? result.leftOut : result.fresh);
                 break;
@@ -184,101 +195,168 @@ MSPDIMigration::Plans MSPDIMigration::plans() const {
                 break;
             case State::Done:
                 ++result.done;
+                result.gone += MSPCStampOf(*plan) ? 0U : 1U;
                 break;
         }
     }
     return result;
 }
 
-std::optional<std::string> MSPDIMigration::run(const std::function<void(const MSPDIMigrationProgress&)>& tell) {
-    std::vector<std::size_t> wanted;
-    for (std::size_t number = 0; number < _plans.size(); ++number) {
-        if (isWanted(_plans[number])) {
-            wanted.push_back(number);
+// Which plans of the list are to be imported, in its order.
+std::optional<std::string> MSPDIMigration::findWanted(std::vector<bool>& wanted) {
+    wanted.reserve(_found.plans.size());
+    MSPDIPlanPaths::Walk walk(_found.plans);
+    while (const auto* const plan = walk.next()) {
+        auto record = _journal.recordOf(*plan);
+        const auto stamp = record ? record->stamp : MSPCFileStamp();
+        const auto state = stateOf(*plan, record);
+        wanted.push_back(_options.isOnlyFailed ? state == State::Failed : state != State::Done);
+        if (state == State::Done && record->stamp != stamp) {
+            if (auto failure = keep(*record)) {
+                return failure;
+            }
         }
     }
-    auto failure = _options.machines && !wanted.empty() ? runMachines(wanted, tell) : runWorkers(wanted, tell);
+    return std::nullopt;
+}
+
+std::optional<std::string> MSPDIMigration::run(const Tell& tell) {
+    std::vector<bool> wanted;
+    auto failure = findWanted(wanted);
+    if (!failure) {
+        failure = _options.machines ? runMachines(wanted, tell) : runWorkers(wanted, tell);
+    }
     std::set<std::string> folders{_options.outputFolder};
     const auto ofDisk = _services.fileSystem.synchronize(folders);
     return failure || !ofDisk ? failure : "failed to bring the documents to the disk: " + *ofDisk;
 }
 
-std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<std::size_t>& wanted,
-                                                      const std::function<void(const MSPDIMigrationProgress&)>& tell) {
-    const auto work = pathOf("run");
-    MSPDIMigrationJob job(_services, _options.each, work);
-    MSPCWorkers workers(std::min(_options.processes, std::max<std::size_t>(wanted.size(), 1)), _options.bounds,
-                        [&](const std::string& text) {
-                            const auto number = numberFrom(text);
-                            return MSPDILineOf(job.migrate(_plans[number], number));
-                        });
+// Where the document of a plan is to be: what failed before goes where it was to go then. A run through a folder says
+// itself where all is to go.
+std::string MSPDIMigration::folderFor(const std::string& plan,
+                                      const std::optional<MSPDIMigrationRecord>& record) const {
+    const bool isAsBefore = _found.isList || _options.isOnlyFailed;
+    if (isAsBefore && record && !record->folder.empty()) {
+        return record->folder;
+    }
+    const auto folder = pathByDeletingLastComponent(plan);
+    const auto& root = _found.treeRoot;
+    const bool isInTree = !root.empty() && folder.starts_with(root == "/" ? root : root + "/") && folder != root;
+    return isInTree ? pathByAppendingComponent(_options.outputFolder, folder.substr(root == "/" ? 1 : root.size() + 1))
+                    : _options.outputFolder;
+}
+
+// What a worker is told of a plan; none where its log cannot be made.
+std::optional<MSPDIPlanToMigrate> MSPDIMigration::jobFor(const std::string& plan, std::string& failure) {
+    const auto record = _journal.recordOf(plan);
+    MSPDIPlanToMigrate job{plan, folderFor(plan, record), {}};
+    if (_logs) {
+        job.log = _logs->logOf(plan, job.folder, record ? record->log : "", failure);
+        if (job.log.empty()) {
+            return std::nullopt;
+        }
+    }
+    return job;
+}
+
+// Gives one wanted plan after another; none behind the last one, and where something has failed.
+MSPDIMigration::NextPlan MSPDIMigration::wantedPlans(const std::vector<bool>& wanted,
+                                                     std::optional<std::string>& failure) {
+    return [this, &wanted, &failure, walk = MSPDIPlanPaths::Walk(_found.plans),
+            isWanted = wanted.begin()]() mutable -> std::optional<MSPDIPlanToMigrate> {
+        while (!failure && isWanted != wanted.end()) {
+            const auto* const plan = walk.next();
+            if (*isWanted++) {
+                std::string reason;
+                auto told = jobFor(*plan, reason);
+                failure = told ? std::nullopt : std::optional(reason);
+                return told;
+            }
+        }
+        return std::nullopt;
+    };
+}
+
+std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<bool>& wanted, const Tell& tell) {
+    MSPDIMigrationProgress progress{static_cast<std::size_t>(std::ranges::count(wanted, true)), 0, 0};
+    const auto processes = std::min(_options.processes, std::max<std::size_t>(progress.all, 1));
+    MSPDIMigrationJob job(_services, _options.each, _options.outputFolder, pathOf("run"));
+    MSPCWorkers workers(processes, _options.bounds, [&](const std::string& text, std::size_t worker) {
+        return MSPDILineOf(job.migrate(planFrom(text), worker), _options.outputFolder);
+    });
     std::optional<std::string> failure;
-    MSPDIMigrationProgress progress{wanted.size(), 0, 0};
-    auto next = wanted.begin();
-    const auto give = [&]() -> std::optional<std::string> {
-        return next == wanted.end() || failure ? std::nullopt : std::optional(std::to_string(*next++));
+    const auto next = wantedPlans(wanted, failure);
+    const auto give = [&next] {
+        const auto plan = next();
+        return plan ? std::optional(textOf(*plan)) : std::nullopt;
     };
     const auto take = [&](const std::string& text, const MSPCJobEnd& end) {
-        const auto number = numberFrom(text);
-        auto record = recordOf(number, end);
+        auto record = recordOf(planFrom(text), end);
         tellOfRemains(record);
-        const auto unkept = keep(record);
-        if (unkept) {
-            failure = unkept;  // what was made stays for the next run to find
+        if (auto unkept = keep(record)) {
+            failure = std::move(unkept);  // what was made stays for the next run to find
             return;
         }
-        MSPCRemoveItem(_work.number(), std::to_string(number).c_str());
+        if (!record.isImported() && !failure) {
+            MSPCRemoveItem(_work.number(), std::to_string(end.worker).c_str());  // whatever it has left there
+        }
         ++progress.done;
         progress.failed += record.isImported() ? 0U : 1U;
     };
     const auto ended = workers.run(give, take, [&] { tell(progress); });
     tell(progress);
+    for (std::size_t worker = 0; worker < processes && !failure; ++worker) {
+        MSPCRemoveItem(_work.number(), std::to_string(worker).c_str());
+    }
     return failure ? failure : ended;
 }
 
 // Machines make documents; this process gives them their names, so that none appears twice, whatever lives on
 // elsewhere.
-std::optional<std::string> MSPDIMigration::runMachines(const std::vector<std::size_t>& wanted,
-                                                       const std::function<void(const MSPDIMigrationProgress&)>& tell) {
+std::optional<std::string> MSPDIMigration::runMachines(const std::vector<bool>& wanted, const Tell& tell) {
+    MSPDIMigrationProgress progress{static_cast<std::size_t>(std::ranges::count(wanted, true)), 0, 0};
     const auto work = pathOf("run");
-    MSPDIMigrationJob job(_services, _options.each, work);
-    MSPDIMachines machines(_services, *_options.machines, work, _work.number(), _lock ? _lock->number() : -1);
-    MSPDIMigrationProgress progress{wanted.size(), 0, 0};
-    const auto take = [&](const MSPDIMachines::Answer& answer) -> std::optional<std::string> {
-        const auto& plan = _plans[answer.number];
-        auto record = answer.record;
-        record.plan = plan.path;
+    MSPDIMigrationJob job(_services, _options.each, _options.outputFolder, work);
+    MSPDIMachines machines(_services, *_options.machines, _options.outputFolder,
+                           {work, _work.number(), _lock ? _lock->number() : -1});
+    const auto take = [&](MSPDIMigrationRecord record, const std::string& folder) -> std::optional<std::string> {
         if (record.isImported()) {
-            job.publish(record, pathByAppendingComponent(work, answer.work), plan.folder);
+            job.publish(record, pathByAppendingComponent(work, folder));
         }
+        MSPDIMigrationJob::endLog(record);
         tellOfRemains(record);
         if (auto failure = keep(record)) {
-            return failure;
+            return failure;  // what was made stays for the next run to find
         }
-        if (!answer.work.empty()) {
-            MSPCRemoveItem(_work.number(), answer.work.c_str());
-        }
+        MSPCRemoveItem(_work.number(), folder.c_str());
         ++progress.done;
         progress.failed += record.isImported() ? 0U : 1U;
         return std::nullopt;
     };
-    auto failure = machines.run(_plans, wanted, take, [&] { tell(progress); });
+    std::optional<std::string> failure;
+    const auto ended = machines.run(progress.all, wantedPlans(wanted, failure), take, [&] { tell(progress); });
     tell(progress);
-    return failure;
+    return failure ? failure : ended;
 }
 
 // What the worker has told; or, where it cannot tell any more, what the folder that it worked in says.
-MSPDIMigrationRecord MSPDIMigration::recordOf(std::size_t number, const MSPCJobEnd& end) const {
-    auto told = end.kind == MSPCJobEnd::Kind::Done ? MSPDIRecordFrom(end.result) : std::nullopt;
+MSPDIMigrationRecord MSPDIMigration::recordOf(const MSPDIPlanToMigrate& plan, const MSPCJobEnd& end) const {
+    auto told = end.kind == MSPCJobEnd::Kind::Done ? MSPDIRecordFrom(end.result, _options.outputFolder) : std::nullopt;
     if (!told) {
-        told = MSPDIMigrationJob::appeared(MSPDIMigrationJob::folderOf(pathOf("run"), number), _services.fileSystem);
+        told = MSPDIMigrationJob::appeared(MSPDIMigrationJob::folderOf(pathOf("run"), end.worker),
+                                           _options.outputFolder, _services.fileSystem);
     }
-    return told ? *told : MSPDIMigrationJob::unanswered(_plans[number].path, end, _options.bounds);
+    if (told && told->plan == plan.path) {  // that of the plan before may be there still
+        return *told;
+    }
+    auto record = MSPDIMigrationJob::unanswered(plan, end, _options.bounds);
+    MSPDIMigrationJob::endLog(record);
+    return record;
 }
 
 // What is left where the document of an earlier run was is nobody's to overwrite; so people have to know of it.
-void MSPDIMigration::tellOfRemains(MSPDIMigrationRecord& record) const {
-    const auto before = recordOf(record.plan);
+void MSPDIMigration::tellOfRemains(MSPDIMigrationRecord& record) {
+    const auto before = _journal.recordOf(record.plan);
     if (record.isImported() && before && before->isImported() && before->document != record.document &&
         _services.fileSystem.exists(before->document) && !isDocument(before->document)) {
         record.warnings.push_back(
@@ -286,22 +364,20 @@ void MSPDIMigration::tellOfRemains(MSPDIMigrationRecord& record) const {
     }
 }
 
-void MSPDIMigration::forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take) const {
-    std::set<std::string_view> told;
-    for (const auto& plan : _plans) {
-        if (const auto record = recordOf(plan.path)) {
-            take(*record);
-            told.insert(plan.path);
-        }
+void MSPDIMigration::tellOne(MSPDIMigrationRecord record,
+                             const std::function<void(const MSPDIMigrationRecord&)>& take) const {
+    if (record.isImported() && !MSPCStampOf(record.plan)) {
+        record.warnings.emplace_back("the plan is gone since it was imported");
     }
-    for (const auto& [plan, line] : _lines) {
-        if (!told.contains(plan)) {
-            take(*MSPDIRecordFrom(line));
-        }
-    }
+    take(record);
 }
 
-std::size_t MSPDIMigration::missing() const {
-    return static_cast<std::size_t>(
-        std::ranges::count_if(_plans, [this](const auto& plan) { return stateOf(plan) != State::Done; }));
+void MSPDIMigration::forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take) {
+    MSPDIPlanPaths::Walk walk(_found.plans);
+    while (const auto* const plan = walk.next()) {
+        if (auto record = _journal.takeRecordOf(*plan)) {
+            tellOne(std::move(*record), take);
+        }
+    }
+    _journal.forEachOther([&](const MSPDIMigrationRecord& record) { tellOne(record, take); });
 }

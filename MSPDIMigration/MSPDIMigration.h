@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,20 +10,22 @@
 #include "MSPCFileDescriptor.h"
 #include "MSPCWorkers.h"
 #include "MSPDIMachines.h"
-#include "MSPDIMigrationRecord.h"
+#include "MSPDIMigrationJob.h"
+#include "MSPDIMigrationJournal.h"
 #include "MSPDIPlanImporter.h"
+#include "MSPDIPlanLogs.h"
 #include "MSPDIPlansToMigrate.h"
 
-class MSPCJournal;
 class MSPCRunLock;
 
 struct MSPDIMigrationOptions {
-    std::string outputFolder;                      // absolute; made where there is none
-    MSPDIPlanImportOptions each;                   // of each import; its folder and its name are of no account
-    bool isOnlyFailed = false;                     // only plans that were tried before, and failed
-    std::size_t processes = 1;                     // that import at the same time
-    MSPCWorkerBounds bounds;                       // of each plan
-    std::optional<MSPDIMachinesOptions> machines;  // that import instead of processes of this one
+    std::string outputFolder;                        // absolute; made where there is none
+    MSPDIPlanImportOptions each;                     // of each import; its folder and its name are of no account
+    bool isOnlyFailed = false;                       // only plans that were tried before, and failed
+    std::size_t processes = 1;                       // that import at the same time
+    MSPCWorkerBounds bounds;                         // of each plan
+    std::optional<std::string> logsFolder{};         // for a log of each plan, absolute; without it there are none
+    std::optional<MSPDIMachinesOptions> machines{};  // that import in the place of processes of this one
 };
 
 // How far a migration has come.
@@ -42,12 +43,15 @@ struct MSPDIMigrationProgress {
 //   run       what is in the making; a run that begins looks through what a dead one has left there
 //
 // A document appears in the output folder when it is complete, under a name that was free then. A plan that was
-// imported is not imported again, unless its file has changed since or its document is no longer there, with a table of
-// contents that is not empty. Where one of the four is a link, nothing is done.
+// imported is not imported again, unless its content has changed since or its document is no longer there, with a table
+// of contents that is not empty. A file counts as the same while its stamp is, and else while its size and the digest
+// of its content are; one that is gone has not changed. Where one of the four is a link, nothing is done.
+//
+// Of each plan the memory holds a few dozen bytes; all else stays on the disk.
 class MSPDIMigration {
 public:
     // The services outlive the migration.
-    MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options, std::vector<MSPDIPlanToMigrate> plans);
+    MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options, MSPDIPlansToMigrate plans);
     ~MSPDIMigration();
     MSPDIMigration(const MSPDIMigration&) = delete;
     MSPDIMigration& operator=(const MSPDIMigration&) = delete;
@@ -65,42 +69,48 @@ public:
         std::size_t failed = 0;
         std::size_t done = 0;
         std::size_t leftOut = 0;  // that were never tried, where only failed ones are wanted
+        std::size_t gone = 0;     // of those that are done: whose files are not there any more
     };
-    [[nodiscard]] Plans plans() const;
+    [[nodiscard]] Plans plans();
+    // How many plans of this run's list are not imported.
+    [[nodiscard]] std::size_t missing() { return _found.plans.size() - plans().done; }
     // Imports what is to be imported; `tell` is called several times a second meanwhile, and at the end. None, or what
     // ended the run before its time.
     [[nodiscard]] std::optional<std::string> run(const std::function<void(const MSPDIMigrationProgress&)>& tell);
     // The record of each plan that this or an earlier run has tried: those of this run's list in its order, then others
-    // by their paths.
-    void forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take) const;
-    // How many plans of this run's list are not imported.
-    [[nodiscard]] std::size_t missing() const;
+    // in the order in which they came to their ends. One whose file is gone since it was imported says so.
+    void forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take);
 
 private:
     enum class State { Fresh, Changed, Failed, Done };
+    using Tell = std::function<void(const MSPDIMigrationProgress&)>;
 
     [[nodiscard]] std::string ownFolder() const;
     [[nodiscard]] std::string pathOf(std::string_view name) const;  // in the own folder
     [[nodiscard]] std::optional<std::string> linkInTheWay() const;
     [[nodiscard]] std::optional<std::string> openFolders();
-    [[nodiscard]] State stateOf(const MSPDIPlanToMigrate& plan) const;
-    [[nodiscard]] bool isWanted(const MSPDIPlanToMigrate& plan) const;
-    [[nodiscard]] std::optional<MSPDIMigrationRecord> recordOf(const std::string& plan) const;
+    [[nodiscard]] bool hasChanged(const std::string& plan, MSPDIMigrationRecord& record) const;
+    [[nodiscard]] State stateOf(const std::string& plan, std::optional<MSPDIMigrationRecord>& record) const;
     [[nodiscard]] std::optional<std::string> clearAway();
     [[nodiscard]] std::optional<std::string> keep(const MSPDIMigrationRecord& record);
-    [[nodiscard]] MSPDIMigrationRecord recordOf(std::size_t number, const MSPCJobEnd& end) const;
-    void tellOfRemains(MSPDIMigrationRecord& record) const;
-    [[nodiscard]] std::optional<std::string> runWorkers(const std::vector<std::size_t>& wanted,
-                                                        const std::function<void(const MSPDIMigrationProgress&)>& tell);
-    [[nodiscard]] std::optional<std::string> runMachines(
-        const std::vector<std::size_t>& wanted, const std::function<void(const MSPDIMigrationProgress&)>& tell);
+    [[nodiscard]] std::optional<std::string> findWanted(std::vector<bool>& wanted);
+    [[nodiscard]] std::string folderFor(const std::string& plan,
+                                        const std::optional<MSPDIMigrationRecord>& record) const;
+    [[nodiscard]] std::optional<MSPDIPlanToMigrate> jobFor(const std::string& plan, std::string& failure);
+    [[nodiscard]] MSPDIMigrationRecord recordOf(const MSPDIPlanToMigrate& plan, const MSPCJobEnd& end) const;
+    void tellOfRemains(MSPDIMigrationRecord& record);
+    using NextPlan = std::function<std::optional<MSPDIPlanToMigrate>()>;
+    [[nodiscard]] NextPlan wantedPlans(const std::vector<bool>& wanted, std::optional<std::string>& failure);
+    [[nodiscard]] std::optional<std::string> runWorkers(const std::vector<bool>& wanted, const Tell& tell);
+    [[nodiscard]] std::optional<std::string> runMachines(const std::vector<bool>& wanted, const Tell& tell);
+    void tellOne(MSPDIMigrationRecord record, const std::function<void(const MSPDIMigrationRecord&)>& take) const;
 
     const MSPCServices& _services;
     MSPDIMigrationOptions _options;
-    std::vector<MSPDIPlanToMigrate> _plans;
+    MSPDIPlansToMigrate _found;
+    std::optional<MSPDIPlanLogs> _logs;
     MSPCFileDescriptor _ownFolder;
     MSPCFileDescriptor _work;  // what is cleared away counts from it, whatever takes the place of its path
     std::unique_ptr<MSPCRunLock> _lock;
-    std::unique_ptr<MSPCJournal> _journal;
-    std::map<std::string, std::string> _lines;  // the last record of each plan, as its line
+    MSPDIMigrationJournal _journal;
 };

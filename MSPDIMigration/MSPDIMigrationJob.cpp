@@ -4,19 +4,24 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <utility>
 
+#include "MSPCDigest.h"
 #include "MSPCFileSystem.h"
 #include "MSPCMove.h"
 #include "MSPCPath.h"
+#include "MSPDIPlanLogs.h"
 
 namespace {
 
 constexpr std::string_view recordName = "record";
 
-MSPDIMigrationRecord recordOf(const std::string& plan, const MSPDIImportedPlan& imported) {
+MSPDIMigrationRecord recordOf(const MSPDIPlanToMigrate& plan, const MSPDIImportedPlan& imported) {
     MSPDIMigrationRecord record;
-    record.plan = plan;
+    record.plan = plan.path;
+    record.folder = plan.folder;
+    record.log = plan.log;
     record.document = imported.document;
     record.verdict = MSPDIVerdictName(imported.verdict);
     record.reason = imported.reason;
@@ -39,6 +44,12 @@ MSPDIMigrationRecord recordOf(const std::string& plan, const MSPDIImportedPlan& 
     return record;
 }
 
+void fail(MSPDIMigrationRecord& record, const std::string& reason) {
+    record.verdict = MSPDIVerdictName(MSPDIVerdict::Failed);
+    record.reason = reason;
+    record.document.clear();
+}
+
 std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
     if (end.kind == MSPCJobEnd::Kind::TookTooLong) {
         return fmt::format("it took longer than {} s, and was ended",
@@ -48,50 +59,103 @@ std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
                                               : "the process that imported it gave no answer";
 }
 
-void fail(MSPDIMigrationRecord& record, const std::string& reason) {
-    record.verdict = MSPDIVerdictName(MSPDIVerdict::Failed);
-    record.reason = reason;
-    record.document.clear();
+// Numbers only save looking for a free one.
+void keepFew(std::map<std::string, std::uint64_t>& numbers) {
+    constexpr std::size_t most = 10'000;
+    if (numbers.size() > most) {
+        numbers.clear();
+    }
 }
 
 }  // namespace
 
 MSPDIMigrationJob::MSPDIMigrationJob(const MSPCServices& services, MSPDIPlanImportOptions options,
-                                     std::string workFolder)
-    : _services(services), _options(std::move(options)), _workFolder(std::move(workFolder)) {
+                                     std::string outputFolder, std::string workFolder)
+    : _services(services),
+      _options(std::move(options)),
+      _outputFolder(std::move(outputFolder)),
+      _workFolder(std::move(workFolder)) {
 }
 
-std::string MSPDIMigrationJob::folderOf(const std::string& workFolder, std::size_t number) {
-    return pathByAppendingComponent(workFolder, std::to_string(number));
+std::string MSPDIMigrationJob::folderOf(const std::string& workFolder, std::size_t worker) {
+    return pathByAppendingComponent(workFolder, std::to_string(worker));
 }
 
-MSPDIMigrationRecord MSPDIMigrationJob::migrate(const MSPDIPlanToMigrate& plan, std::size_t number) {
-    const auto work = folderOf(_workFolder, number);
-    auto record = make(plan.path, work);
-    if (record.isImported()) {
-        publish(record, work, plan.folder);
+std::string MSPDIMigrationJob::digestOf(const std::string& path, const MSPCFileSystem& fileSystem) {
+    const auto file = fileSystem.openFile(path);
+    if (!file) {
+        return {};
     }
+    constexpr std::size_t pieceSize = 128 * 1024;
+    std::string piece(std::min(pieceSize, file->expectedSize() + 1), '\0');
+    MSPCSHA256 digest;
+    while (true) {
+        const auto count = file->read(piece.data(), piece.size());
+        if (!count) {
+            return {};
+        }
+        if (*count == 0) {
+            return digest.inBase64();
+        }
+        digest.add(std::string_view(piece).substr(0, *count));
+    }
+}
+
+MSPDIMigrationRecord MSPDIMigrationJob::migrate(const MSPDIPlanToMigrate& plan, std::size_t worker) {
+    const auto work = folderOf(_workFolder, worker);
+    auto record = make(plan, work);
+    if (record.isImported()) {
+        publish(record, work);
+    }
+    endLog(record);
     return record;
 }
 
-MSPDIMigrationRecord MSPDIMigrationJob::make(const std::string& plan, const std::string& work) const {
+void MSPDIMigrationJob::endLog(const MSPDIMigrationRecord& record) {
+    if (!record.log.empty()) {
+        MSPDIPlanLogs::addVerdict(
+            record.log, record.plan,
+            fmt::format("{}: {}", record.verdict, record.isImported() ? record.document : record.reason));
+    }
+}
+
+MSPDIMigrationRecord MSPDIMigrationJob::make(const MSPDIPlanToMigrate& plan, const std::string& work) {
     const auto since = std::chrono::steady_clock::now();
-    const auto stamp = MSPCStampOf(plan).value_or(MSPCFileStamp());
-    auto options = _options;
-    options.outputFolder = work;
-    // Bringing documents to the disk one by one takes longer than making them; the whole run does it at its end.
-    const auto imported = MSPDIPlanImporter(_services, std::move(options)).import(plan);
+    // Before the import, so that what changes meanwhile counts as changed.
+    const auto stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
+    auto digest = digestOf(plan.path, _services.fileSystem);
+    const auto log = plan.log.empty() ? nullptr : MSPDIPlanLogs::open(plan.log);
+    MSPCNoLog noLog;
+    const auto imported = import(plan.path, work, log ? static_cast<MSPCLog&>(*log) : noLog);
     auto record = recordOf(plan, imported);
     record.stamp = stamp;
+    record.digest = std::move(digest);
     const auto time = std::chrono::steady_clock::now() - since;
     record.milliseconds = static_cast<std::size_t>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
     return record;
 }
 
+// Bringing documents to the disk one by one takes longer than making them; the whole run does it at its end.
+MSPDIImportedPlan MSPDIMigrationJob::import(const std::string& path, const std::string& work, MSPCLog& log) {
+    const MSPCServices ofImport{_services.clock,        _services.timeZone,   log,
+                                _services.userDefaults, _services.fileSystem, _services.randomSource,
+                                _services.progress,     _services.seasonClock};
+    auto options = _options;
+    options.outputFolder = work;
+    return MSPDIPlanImporter(ofImport, std::move(options)).import(path);
+}
+
+std::optional<std::string> MSPDIMigrationJob::writeRecord(const std::string& work, const MSPDIMigrationRecord& record) {
+    return _services.fileSystem.writeAtomically(
+        pathByAppendingComponent(work, recordName),
+        [&](MSPCByteWriter& writer) { writer.write(MSPDILineOf(record, _outputFolder)); });
+}
+
 // The record comes before the document, and names the place that the document is to have.
-void MSPDIMigrationJob::publish(MSPDIMigrationRecord& record, const std::string& work, const std::string& folder) {
-    const auto bundle = pathByAppendingComponent(work, lastPathComponent(record.document));
+void MSPDIMigrationJob::publish(MSPDIMigrationRecord& record, const std::string& work) {
     auto& fileSystem = _services.fileSystem;
+    const auto bundle = pathByAppendingComponent(work, lastPathComponent(record.document));
+    const auto& folder = record.folder;
     if (!fileSystem.isDirectory(folder)) {
         if (const auto failure = fileSystem.createFolder(folder)) {
             fail(record, fmt::format("the folder {} could not be made: {}", folder, *failure));
@@ -103,14 +167,12 @@ void MSPDIMigrationJob::publish(MSPDIMigrationRecord& record, const std::string&
     for (std::uint64_t number = known == _numbers.end() ? 0 : known->second;; ++number) {
         record.document = number == 0 ? stem + ".kdzx" : fmt::format("{}-{}.kdzx", stem, number);
         bool isTaken = fileSystem.exists(record.document);
-        auto failure = isTaken ? std::nullopt
-                               : fileSystem.writeAtomically(
-                                     pathByAppendingComponent(work, recordName),
-                                     [&record](MSPCByteWriter& writer) { writer.write(MSPDILineOf(record)); });
+        auto failure = isTaken ? std::nullopt : writeRecord(work, record);
         if (!failure && !isTaken) {
             failure = MSPCMoveToFreeName(bundle, record.document, isTaken);
             if (!failure) {
                 if (number > 0) {
+                    keepFew(_numbers);
                     _numbers[stem] = number + 1;
                 }
                 return;
@@ -124,6 +186,7 @@ void MSPDIMigrationJob::publish(MSPDIMigrationRecord& record, const std::string&
 }
 
 std::optional<MSPDIMigrationRecord> MSPDIMigrationJob::appeared(const std::string& folder,
+                                                                const std::string& outputFolder,
                                                                 const MSPCFileSystem& fileSystem) {
     const auto names = fileSystem.namesIn(folder);
     const auto isBundle = [](const std::string& name) { return name.ends_with(".kdzx"); };
@@ -131,16 +194,18 @@ std::optional<MSPDIMigrationRecord> MSPDIMigrationJob::appeared(const std::strin
         return std::nullopt;
     }
     const auto line = fileSystem.readFile(pathByAppendingComponent(folder, recordName));
-    auto record = line ? MSPDIRecordFrom(*line) : std::nullopt;
+    auto record = line ? MSPDIRecordFrom(*line, outputFolder) : std::nullopt;
     return record && fileSystem.exists(record->document) ? std::move(record) : std::nullopt;
 }
 
-MSPDIMigrationRecord MSPDIMigrationJob::unanswered(const std::string& plan, const MSPCJobEnd& end,
+MSPDIMigrationRecord MSPDIMigrationJob::unanswered(const MSPDIPlanToMigrate& plan, const MSPCJobEnd& end,
                                                    const MSPCWorkerBounds& bounds) {
     MSPDIMigrationRecord record;
-    record.plan = plan;
-    record.stamp = MSPCStampOf(plan).value_or(MSPCFileStamp());
+    record.plan = plan.path;
+    record.stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
     fail(record, reasonOf(end, bounds));
     record.milliseconds = static_cast<std::size_t>(end.time.count());
+    record.folder = plan.folder;
+    record.log = plan.log;
     return record;
 }

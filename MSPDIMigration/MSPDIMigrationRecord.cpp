@@ -3,9 +3,12 @@
 #include <charconv>
 #include <cstdint>
 
+#include "MSPCPath.h"
+
 namespace {
 
-constexpr std::size_t fieldCount = 14;
+constexpr std::size_t fieldCount = 18;
+constexpr std::size_t firstFieldCount = 14;  // of the first records
 
 std::string escaped(std::string_view text) {
     std::string result;
@@ -97,23 +100,41 @@ MSPDIMigrationRecord::Counts countsFrom(const std::string& text, bool& isGood) {
     return counts;
 }
 
+std::string relativePath(const std::string& path, const std::string& folder) {
+    if (path == folder) {
+        return ".";
+    }
+    return path.starts_with(folder + "/") ? path.substr(folder.size() + 1) : path;
+}
+
+std::string absolutePath(const std::string& path, const std::string& folder) {
+    if (path == ".") {
+        return folder;
+    }
+    return path.empty() || path.starts_with('/') ? path : pathByAppendingComponent(folder, path);
+}
+
 }  // namespace
 
-std::string MSPDILineOf(const MSPDIMigrationRecord& record) {
+std::string MSPDILineOf(const MSPDIMigrationRecord& record, const std::string& outputFolder) {
     const std::string fields[fieldCount] = {record.plan,
                                             std::to_string(record.stamp.size),
                                             std::to_string(record.stamp.nanoseconds),
                                             record.verdict,
                                             record.reason,
                                             joined(record.mending),
-                                            record.document,
+                                            relativePath(record.document, outputFolder),
                                             std::to_string(record.tasks),
                                             std::to_string(record.resources),
                                             std::to_string(record.scenarios),
                                             std::to_string(record.customFields),
                                             joined(record.warnings),
                                             joined(record.losses),
-                                            std::to_string(record.milliseconds)};
+                                            std::to_string(record.milliseconds),
+                                            std::to_string(record.stamp.systemNanoseconds),
+                                            record.digest,
+                                            relativePath(record.folder, outputFolder),
+                                            relativePath(record.log, outputFolder)};
     std::string line;
     for (const auto& field : fields) {
         line += escaped(field);
@@ -122,10 +143,15 @@ std::string MSPDILineOf(const MSPDIMigrationRecord& record) {
     return line += '.';  // what has no such end was cut off
 }
 
-std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line) {
+std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line, const std::string& outputFolder) {
     auto fields = split(line, '\t');
-    if (fields.size() != fieldCount + 1 || fields.back() != ".") {
+    const bool isWhole = fields.size() == fieldCount + 1 || fields.size() == firstFieldCount + 1;
+    if (!isWhole || fields.back() != ".") {
         return std::nullopt;
+    }
+    if (fields.size() == firstFieldCount + 1) {
+        fields.back() = "0";
+        fields.resize(fieldCount + 1);
     }
     for (auto& field : fields) {
         field = unescaped(field);
@@ -133,11 +159,11 @@ std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line) {
     bool isGood = true;
     MSPDIMigrationRecord record;
     record.plan = fields[0];
-    record.stamp = {numberFrom<std::uint64_t>(fields[1], isGood), numberFrom<std::int64_t>(fields[2], isGood)};
+    record.stamp = {numberFrom<std::uint64_t>(fields[1], isGood), numberFrom<std::int64_t>(fields[2], isGood), 0};
     record.verdict = fields[3];
     record.reason = fields[4];
     record.mending = countsFrom(fields[5], isGood);
-    record.document = fields[6];
+    record.document = absolutePath(fields[6], outputFolder);
     record.tasks = numberFrom<std::size_t>(fields[7], isGood);
     record.resources = numberFrom<std::size_t>(fields[8], isGood);
     record.scenarios = numberFrom<std::size_t>(fields[9], isGood);
@@ -145,5 +171,10 @@ std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line) {
     record.warnings = listFrom(fields[11]);
     record.losses = countsFrom(fields[12], isGood);
     record.milliseconds = numberFrom<std::size_t>(fields[13], isGood);
+    record.stamp.systemNanoseconds = numberFrom<std::int64_t>(fields[14], isGood);
+    record.digest = fields[15];
+    record.folder = fields[16].empty() && !record.document.empty() ? pathByDeletingLastComponent(record.document)
+                                                                   : absolutePath(fields[16], outputFolder);
+    record.log = absolutePath(fields[17], outputFolder);
     return isGood ? std::optional(std::move(record)) : std::nullopt;
 }

@@ -27,6 +27,9 @@ struct MSPDIMigrationRecord {
     std::vector<std::string> warnings;
     Counts losses;  // by kind, the most important first
     std::size_t milliseconds = 0;
+    std::string digest;  // of the content of the plan's file, as it was imported; empty where that is not known
+    std::string folder;  // where the document is to be, absolute path; empty where that is not known
+    std::string log;     // absolute path of the importer's log of it; empty where none was wanted
 
     [[nodiscard]] bool isImported() const { return verdict == "imported"; }
 };
@@ -35,5 +38,8 @@ struct MSPDIMigrationRecord {
 using MSPDIMigrationRecords = std::function<void(const std::function<void(const MSPDIMigrationRecord&)>&)>;
 
 // A record as one line without a line feed, whatever its texts hold; and back again: none where the line is no record.
-[[nodiscard]] std::string MSPDILineOf(const MSPDIMigrationRecord& record);
-[[nodiscard]] std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line);
+// Document, folder and log count from the output folder, an absolute path, where they lie below it, so that it may be
+// moved. Lines without what was added since the first records, or with absolute paths, are understood as well.
+[[nodiscard]] std::string MSPDILineOf(const MSPDIMigrationRecord& record, const std::string& outputFolder);
+[[nodiscard]] std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line,
+                                                                  const std::string& outputFolder);

@@ -1,94 +1,103 @@
 #include "MSPDIPlansToMigrate.h"
 
-#include <set>
+#include <algorithm>
+#include <memory>
+#include <utility>
 
-#include "MSPCException.h"
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDIInputList.h"
+#include "MSPDIPathIndex.h"
 
 namespace {
 
-class Finder {
-public:
-    Finder(const MSPCFileSystem& fileSystem, bool keepsTree, std::string outputFolder)
-        : _fileSystem(fileSystem), _keepsTree(keepsTree), _outputFolder(std::move(outputFolder)) {}
+bool isPlanName(const std::string& name) {
+    const auto extension = lowerCased(pathExtension(name));
+    return extension == "xml" || extension == "mspxml";
+}
 
-    void takeList(const std::string& path) {
-        for (const auto& line : MSPDIReadInputList(path, _fileSystem)) {
-            if (MSPDIIsInputEntry(line)) {
-                add(_fileSystem.absolutePath(line), _outputFolder);
+// A link may lead back to where it is.
+bool isLink(const std::string& path, const MSPCFileSystem& fileSystem) {
+    const auto parent = fileSystem.resolvedPath(pathByDeletingLastComponent(path));
+    return fileSystem.resolvedPath(path) != pathByAppendingComponent(parent, lastPathComponent(path));
+}
+
+// Whether a name is there still; somebody may have taken it away since the folder was listed.
+bool isListed(const std::string& name, const std::string& folder, const MSPCFileSystem& fileSystem) {
+    const auto names = fileSystem.namesIn(folder);
+    return names && std::ranges::find(*names, name) != names->end();
+}
+
+// None, or why the folder itself cannot be looked through; what is in it and cannot be is told.
+std::optional<std::string> takeFolder(const std::string& folder, const MSPCFileSystem& fileSystem,
+                                      MSPDIPlansToMigrate& found) {
+    std::string failure;
+    const auto names = fileSystem.namesIn(folder, &failure);
+    if (!names) {
+        return failure;
+    }
+    if (!fileSystem.leadsToAnything(pathByAppendingComponent(folder, "."))) {
+        return "the names in it are known, but nothing else";
+    }
+    for (const auto& name : *names) {
+        const auto path = pathByAppendingComponent(folder, name);
+        if (!fileSystem.isDirectory(path)) {
+            if (isPlanName(name)) {
+                found.plans.add(path);
+            } else if (!fileSystem.exists(path) && isListed(name, folder, fileSystem)) {
+                found.unread.emplace_back(path, "it cannot be looked at");
+            }
+        } else if (lowerCased(pathExtension(name)) != "kdzx" && !name.starts_with('.') && !isLink(path, fileSystem)) {
+            if (auto reason = takeFolder(path, fileSystem, found)) {
+                found.unread.emplace_back(path, std::move(*reason));
             }
         }
     }
+    return std::nullopt;
+}
 
-    // `output` is where documents of plans right in the folder are to be.
-    void takeFolder(const std::string& folder, const std::string& output) {
-        std::string failure;
-        const auto names = _fileSystem.namesIn(folder, &failure);
-        if (!names) {
-            _found.obstacle = folder + ": " + failure;
+// False where it cannot be read.
+bool takeList(const std::string& path, const MSPCFileSystem& fileSystem, MSPDIPlansToMigrate& found) {
+    auto source = fileSystem.openFile(path);
+    if (!source) {
+        auto content = fileSystem.readFile(path);  // a pipe's
+        if (!content) {
+            return false;
+        }
+        source = std::make_unique<MSPCContentSource>(std::move(*content));
+    }
+    MSPDIPathIndex known;
+    return MSPDIForEachLine(*source, [&](const std::string& line) {
+        if (!MSPDIIsInputEntry(line)) {
             return;
         }
-        for (const auto& name : *names) {
-            const auto path = pathByAppendingComponent(folder, name);
-            const auto extension = lowerCased(pathExtension(name));
-            if (!_fileSystem.isDirectory(path)) {
-                if (extension == "xml" || extension == "mspxml") {
-                    add(path, output);
-                }
-            } else if (extension != "kdzx" && !name.starts_with('.') && !isLink(path)) {
-                takeFolder(path, _keepsTree ? pathByAppendingComponent(output, name) : output);
-            }
+        const auto plan = fileSystem.absolutePath(line);
+        if (known.find(plan) == nullptr) {
+            known.set(plan, 1);
+            found.plans.add(plan);
         }
-    }
-
-    MSPDIPlansToMigrate take() { return std::move(_found); }
-
-private:
-    void add(std::string path, const std::string& folder) {
-        if (_known.insert(path).second) {
-            _found.plans.push_back({std::move(path), folder});
-        }
-    }
-
-    // A link may lead back to where it is.
-    [[nodiscard]] bool isLink(const std::string& path) const {
-        const auto parent = _fileSystem.resolvedPath(pathByDeletingLastComponent(path));
-        return _fileSystem.resolvedPath(path) != pathByAppendingComponent(parent, lastPathComponent(path));
-    }
-
-    const MSPCFileSystem& _fileSystem;
-    bool _keepsTree;
-    std::string _outputFolder;
-    std::set<std::string> _known;
-    MSPDIPlansToMigrate _found;
-};
+    });
+}
 
 }  // namespace
 
-MSPDIPlansToMigrate MSPDIFindPlans(const std::string& listOrFolder, bool keepsTree, const std::string& outputFolder,
-                                   const MSPCFileSystem& fileSystem) {
+MSPDIPlansToMigrate MSPDIFindPlans(const std::string& listOrFolder, bool keepsTree, const MSPCFileSystem& fileSystem) {
     const auto path = fileSystem.absolutePath(listOrFolder);
-    Finder finder(fileSystem, keepsTree, outputFolder);
+    MSPDIPlansToMigrate found;
     if (path.empty() || !fileSystem.leadsToAnything(path)) {
-        return {{}, listOrFolder + ": no such list or folder"};
+        found.obstacle = listOrFolder + ": no such list or folder";
+    } else if (fileSystem.isDirectory(path)) {
+        found.treeRoot = keepsTree ? path : "";
+        if (const auto reason = takeFolder(path, fileSystem, found)) {
+            found.obstacle = path + ": " + *reason;
+        }
+    } else if (isPlanName(path)) {
+        found.obstacle = listOrFolder + ": a plan, not a list; mspdi import takes it";
+    } else {
+        found.isList = true;
+        if (!takeList(path, fileSystem, found)) {
+            found.obstacle = listOrFolder + ": it cannot be read as a list in UTF-8";
+        }
     }
-    if (fileSystem.isDirectory(path)) {
-        finder.takeFolder(path, outputFolder);
-        return finder.take();
-    }
-    if (keepsTree) {
-        return {{}, listOrFolder + ": --keep-tree takes a folder, not a list"};
-    }
-    const auto extension = lowerCased(pathExtension(path));
-    if (extension == "xml" || extension == "mspxml") {
-        return {{}, listOrFolder + ": a plan, not a list; mspdi import takes it"};
-    }
-    try {
-        finder.takeList(path);
-    } catch (const FileNotFoundException&) {
-        return {{}, listOrFolder + ": it cannot be read as a list in UTF-8"};
-    }
-    return finder.take();
+    return found;
 }

@@ -38,7 +38,7 @@ _mspdi() {
     fi
     case ${COMP_WORDS[1]} in
         import) options+=' --as-in-winter --log --mend --mend=all --name --output --overwrite --template' ;;
-        migrate) options+=' --as-in-winter --dry-run --jobs --keep-tree --machines --mend --mend=all --no-losses --only-failed --output --plan-megabytes --plan-seconds --template' ;;
+        migrate) options+=' --as-in-winter --dry-run --jobs --keep-tree --logs --machines --mend --mend=all --no-losses --only-failed --output --plan-megabytes --plan-seconds --template' ;;
         losses) options+=' --all' ;;
         mend) options+=' --all --dry-run --only --output' ;;
         diff) options+=' --scenario' ;;
@@ -59,7 +59,7 @@ _mspdi() {
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
     elif [[ ${COMP_WORDS[1]} == @(import|migrate) && ${COMP_WORDS[COMP_CWORD - 1]} == --template ]]; then
         _mspdi_templates "$word"
-    elif [[ ${COMP_WORDS[1]} == check || ${COMP_WORDS[1]}/${COMP_WORDS[COMP_CWORD - 1]} =~ ^(import|migrate)/(-o|--output)$ ]]; then
+    elif [[ ${COMP_WORDS[1]} == check || ${COMP_WORDS[1]}/${COMP_WORDS[COMP_CWORD - 1]} =~ ^((import|migrate)/(-o|--output)|migrate/--logs)$ ]]; then
         _mspdi_documents "$word"
     elif [[ ${COMP_WORDS[1]} == migrate ]]; then
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

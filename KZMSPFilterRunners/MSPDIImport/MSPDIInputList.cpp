@@ -6,6 +6,7 @@
 #include <array>
 #include <new>
 
+#include "MSPCByteStreams.h"
 #include "MSPCCharacters.h"
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
@@ -13,6 +14,7 @@
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t longestLineEnd = 3;
 constexpr std::array<std::string_view, 5> lineEnds{"\n", "\r", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"};
 
 // The length of the line end at the start of a text; 0 when there is none.
@@ -38,6 +40,47 @@ std::vector<std::string> MSPDILinesOfText(std::string_view text) {
         }
     }
     return lines;
+}
+
+bool MSPDIForEachLine(MSPCByteSource& source, const std::function<void(const std::string&)>& take) {
+    constexpr std::size_t pieceSize = 64 * 1024;
+    std::string piece(pieceSize, '\0');
+    std::string rest;  // what has come and is no whole line yet
+    std::size_t at = 0;
+    for (bool isFirst = true, isAtEnd = false; !isAtEnd;) {
+        const auto count = source.read(piece.data(), piece.size());
+        if (!count) {
+            return false;
+        }
+        rest.append(piece, 0, *count);
+        isAtEnd = *count == 0;
+        if (isFirst && rest.size() >= byteOrderMark.size()) {
+            rest.erase(0, rest.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+            isFirst = false;
+        }
+        std::size_t start = 0;
+        // A line end of several bytes may have come in part.
+        while (isAtEnd ? at < rest.size() : !isFirst && at + longestLineEnd <= rest.size()) {
+            const auto length = lineEndLength(std::string_view(rest).substr(at));
+            if (length == 0) {
+                ++at;
+                continue;
+            }
+            const auto line = rest.substr(start, at - start);
+            if (!MSPCIsUTF8(line)) {
+                return false;
+            }
+            take(line);
+            start = at += length;
+        }
+        rest.erase(0, start);
+        at -= start;
+    }
+    if (!MSPCIsUTF8(rest)) {
+        return false;
+    }
+    take(rest);
+    return true;
 }
 
 bool MSPDIIsInputEntry(std::string_view line) {

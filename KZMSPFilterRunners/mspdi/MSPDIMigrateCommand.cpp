@@ -25,10 +25,11 @@ struct Arguments {
     std::string source;
     std::string outputFolder;
     MSPDIMigrationOptions options;
-    std::string mending;  // empty, "true" or "all"
+    std::string mending;     // empty, "true" or "all"
+    std::string logsFolder;  // empty where no logs are wanted
+    std::string machines;    // with commas between them; empty for this one alone
     MSPDIMigrationBounds bounds{0, 600, 0};
     std::size_t megabytesPerPlan = 0;  // none for a share of the memory
-    std::string machines;              // with commas between them; empty for this one alone
     bool keepsTree = false;
     bool isDryRun = false;
     bool isWithoutLosses = false;
@@ -79,6 +80,9 @@ MSPDIMigrationOptions optionsOf(const Arguments& arguments, const std::string& o
     if (!arguments.mending.empty()) {
         options.each.mending = arguments.mending == "all" ? MSPDIMending::All : MSPDIMending::OfRefused;
     }
+    if (!arguments.logsFolder.empty()) {
+        options.logsFolder = run.services.fileSystem.absolutePath(arguments.logsFolder);
+    }
     const auto& installed = run.installedTemplate;
     if (!options.each.templateFolder && !installed.empty() && run.services.fileSystem.isDirectory(installed)) {
         options.each.templateFolder = installed;
@@ -108,18 +112,33 @@ void tellDryRun(const MSPDIMigration::Plans& plans, MSPDIRun& run) {
     }
 }
 
-void tellResult(std::size_t all, std::size_t missing, const std::string& outputFolder, MSPDIRun& run) {
-    run.status = missing == 0 ? MSPDIStatus::NothingToTell : MSPDIStatus::SomethingToTell;
+void tellResult(std::size_t all, const MSPDIMigration::Plans& plans, const MSPDIPlansToMigrate::Unread& unread,
+                const std::string& outputFolder, MSPDIRun& run) {
+    const auto missing = all - plans.done;
+    run.status = missing == 0 && unread.empty() ? MSPDIStatus::NothingToTell : MSPDIStatus::SomethingToTell;
     if (run.isQuiet) {
         return;
     }
     const auto report = pathByAppendingComponent(outputFolder, run.isJSON ? "report.json" : "report.html");
     if (run.isJSON) {
-        MSPDIWriteJSON({{"imported", all - missing}, {"missing", missing}, {"report", report}}, run.out);
+        nlohmann::ordered_json folders = nlohmann::ordered_json::array();
+        for (const auto& [folder, reason] : unread) {
+            folders.push_back(folder);
+        }
+        MSPDIWriteJSON({{"imported", all - missing},
+                        {"missing", missing},
+                        {"gone", plans.gone},
+                        {"unreadFolders", folders},
+                        {"report", report}},
+                       run.out);
         return;
     }
     run.out << run.emphasized(fmt::format("{} of {} plans are imported", all - missing, all))
             << "; report: " << MSPCShownText(report).view() << '\n';
+    if (plans.gone > 0) {
+        run.out << fmt::format("{} of them {} gone since; the documents stand\n", plans.gone,
+                               plans.gone == 1 ? "is" : "are");
+    }
     if (missing > 0) {
         run.out << fmt::format("{} are not: {}\n", missing,
                                MSPCShownText(pathByAppendingComponent(outputFolder, "failed.txt")).view());
@@ -145,6 +164,47 @@ std::optional<std::string> migrated(MSPDIMigration& migration, const std::string
     return failure ? failure : unwritten;
 }
 
+// The plans, with a line for each sub-folder that could not be looked through; none where there are none at all.
+std::optional<MSPDIPlansToMigrate> findPlans(const Arguments& arguments, MSPDIRun& run) {
+    auto found = MSPDIFindPlans(arguments.source, arguments.keepsTree, run.services.fileSystem);
+    for (const auto& [folder, reason] : found.unread) {
+        run.couldNotLook(folder, reason);
+    }
+    if (!found.obstacle && found.plans.empty()) {
+        found.obstacle = arguments.source + ": no plan in it";
+    }
+    if (found.obstacle) {
+        run.couldNotRun(*found.obstacle);
+        return std::nullopt;
+    }
+    return found;
+}
+
+// Why the run cannot be as it is asked for, before anything is written.
+std::optional<std::string> obstacleTo(const Arguments& arguments, const MSPDIPlansToMigrate& found,
+                                      const MSPDIMigrationOptions& options, const MSPCServices& services) {
+    const auto& fileSystem = services.fileSystem;
+    if (options.logsFolder && fileSystem.exists(*options.logsFolder) && !fileSystem.isDirectory(*options.logsFolder)) {
+        return arguments.logsFolder + ": no folder";
+    }
+    if (options.machines && !arguments.isDryRun) {
+        if (auto obstacle = MSPDIMachines::obstacle()) {
+            return obstacle;
+        }
+    }
+    if (!arguments.keepsTree || !found.isList) {
+        return std::nullopt;
+    }
+    // Plans that were tried before keep their places; there is no folder to count those of others from.
+    auto ofAll = options;
+    ofAll.isOnlyFailed = false;
+    MSPDIMigration migration(services, ofAll, found);
+    const auto failure = migration.readRecords();
+    return failure || migration.plans().fresh == 0
+               ? failure
+               : arguments.source + ": --keep-tree takes a folder, or a list of plans that were tried before";
+}
+
 void migrate(const Arguments& arguments, MSPDIRun& run) {
     auto& services = run.services;
     const auto outputFolder = services.fileSystem.absolutePath(arguments.outputFolder);
@@ -161,31 +221,29 @@ void migrate(const Arguments& arguments, MSPDIRun& run) {
                                  services.randomSource,
                                  MSPCNoProgress(),
                                  arguments.isAsInWinter ? winter : services.seasonClock};
-    auto obstacle = MSPDIPlanImporter(ofImports, imports).obstacle();
-    if (!obstacle && options.machines && !arguments.isDryRun) {
-        obstacle = MSPDIMachines::obstacle();
-    }
-    if (obstacle) {
+    if (const auto obstacle = MSPDIPlanImporter(ofImports, imports).obstacle()) {
         run.couldNotRun(*obstacle);
         return;
     }
-    auto found = MSPDIFindPlans(arguments.source, arguments.keepsTree, outputFolder, services.fileSystem);
-    if (!found.obstacle && found.plans.empty()) {
-        found.obstacle = arguments.source + ": no plan in it";
-    }
-    if (found.obstacle) {
-        run.couldNotRun(*found.obstacle);
+    auto found = findPlans(arguments, run);
+    if (!found) {
         return;
     }
-    const auto all = found.plans.size();
-    MSPDIMigration migration(ofImports, options, std::move(found.plans));
+    const auto all = found->plans.size();
+    const auto unread = found->unread;
+    if (const auto obstacle = obstacleTo(arguments, *found, options, ofImports)) {
+        run.couldNotRun(*obstacle);
+        return;
+    }
+    MSPDIMigration migration(ofImports, options, std::move(*found));
     const auto failure = arguments.isDryRun ? migration.readRecords() : migrated(migration, outputFolder, run);
     if (failure) {
         run.couldNotRun(*failure);
     } else if (arguments.isDryRun) {
+        run.status = unread.empty() ? run.status : MSPDIStatus::SomethingToTell;
         tellDryRun(migration.plans(), run);
     } else {
-        tellResult(all, migration.missing(), arguments.outputFolder, run);
+        tellResult(all, migration.plans(), unread, arguments.outputFolder, run);
     }
 }
 
@@ -219,6 +277,9 @@ void addOptions(CLI::App& command, Arguments& arguments) {
         ->check(names);
     command.add_flag("--keep-tree", arguments.keepsTree, "Keep the sub-folders of plans for their documents");
     command.add_flag("--only-failed", arguments.options.isOnlyFailed, "Only plans that were tried before, and failed");
+    command.add_option("--logs", arguments.logsFolder, "Write the importer's own log of each plan into this folder")
+        ->option_text("FOLDER")
+        ->check(something);
     command.add_flag("--dry-run", arguments.isDryRun, "Tell what would be imported, and write nothing");
     command
         .add_option("--template", arguments.options.each.templateFolder,

@@ -79,18 +79,22 @@ JSON jsonOf(const MSPDIMigrationRecord::Counts& counts, std::string_view name) {
 JSON jsonOf(const MSPDIMigrationRecord& record) {
     const bool isImported = record.isImported();
     const auto number = [isImported](std::size_t count) { return isImported ? JSON(count) : JSON(nullptr); };
-    return {{"plan", record.plan},
-            {"verdict", record.verdict},
-            {"reason", isImported ? JSON(nullptr) : JSON(record.reason)},
-            {"mending", jsonOf(record.mending, "step")},
-            {"document", isImported ? JSON(record.document) : JSON(nullptr)},
-            {"tasks", number(record.tasks)},
-            {"resources", number(record.resources)},
-            {"scenarios", number(record.scenarios)},
-            {"customFields", number(record.customFields)},
-            {"warnings", record.warnings},
-            {"losses", jsonOf(record.losses, "kind")},
-            {"seconds", static_cast<double>(record.milliseconds) / 1000}};
+    JSON result = {{"plan", record.plan},
+                   {"verdict", record.verdict},
+                   {"reason", isImported ? JSON(nullptr) : JSON(record.reason)},
+                   {"mending", jsonOf(record.mending, "step")},
+                   {"document", isImported ? JSON(record.document) : JSON(nullptr)},
+                   {"tasks", number(record.tasks)},
+                   {"resources", number(record.resources)},
+                   {"scenarios", number(record.scenarios)},
+                   {"customFields", number(record.customFields)},
+                   {"warnings", record.warnings},
+                   {"losses", jsonOf(record.losses, "kind")},
+                   {"seconds", static_cast<double>(record.milliseconds) / 1000}};
+    if (!record.log.empty()) {
+        result["log"] = record.log;
+    }
+    return result;
 }
 
 void writeJSON(const MSPDIMigrationRecords& records, std::ostream& out) {

@@ -180,6 +180,11 @@ const PlanShape onceQuadratic[] = {
          return planOf({.tasks = task(1, element("Notes", times(10 * n, "y&a;")))},
                        "<?xml version=\"1.0\"?>\n<!DOCTYPE Project [<!ENTITY a \"x\">]>\n");
      }},
+    {"TasksOfAnEntity",
+     [](int n) {
+         return planOf({.tasks = times(50 * n, "&a;")},
+                       "<?xml version=\"1.0\"?>\n<!DOCTYPE Project [<!ENTITY a \"<Task><UID>1</UID></Task>\">]>\n");
+     }},
     {"RecordsAndWorkingTimes",
      [](int n) {
          const auto minutes = each(6 * n, [](int i) {

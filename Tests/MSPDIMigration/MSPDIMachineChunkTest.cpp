@@ -13,7 +13,10 @@ MSPDIMachineChunk chunk() {
     result.each.tellsLosses = false;
     result.isAsInWinter = true;
     result.bounds = {3, 600, 64'000'000};
-    result.plans = {{7, "/a\tb\nc.xml"}, {0, "/\xFF\\.xml"}, {1'000'000, "/x"}};
+    result.outputFolder = "/out {}";
+    result.plans = {{7, {"/a\tb\nc.xml", "/out {}/sub", "/logs/c.log"}},
+                    {0, {"/\xFF\\.xml", "/out {}"}},
+                    {1'000'000, {"/x", "/out {}"}}};
     return result;
 }
 
@@ -33,8 +36,12 @@ TEST(MachineChunk, comesBackAsItWas) {
     EXPECT_EQ(back->bounds.bytes, 64'000'000U);
     ASSERT_EQ(back->plans.size(), 3U);
     EXPECT_EQ(back->plans[0].number, 7U);
-    EXPECT_EQ(back->plans[0].path, "/a\tb\nc.xml");
-    EXPECT_EQ(back->plans[1].path, "/\xFF\\.xml");
+    EXPECT_EQ(back->plans[0].plan.path, "/a\tb\nc.xml");
+    EXPECT_EQ(back->plans[0].plan.folder, "/out {}/sub");
+    EXPECT_EQ(back->plans[0].plan.log, "/logs/c.log");
+    EXPECT_EQ(back->plans[1].plan.path, "/\xFF\\.xml");
+    EXPECT_EQ(back->plans[1].plan.log, "");
+    EXPECT_EQ(back->outputFolder, "/out {}");
     EXPECT_EQ(back->plans[2].number, 1'000'000U);
 }
 

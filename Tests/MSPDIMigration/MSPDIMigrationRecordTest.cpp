@@ -7,11 +7,11 @@ namespace {
 MSPDIMigrationRecord fullRecord() {
     MSPDIMigrationRecord record;
     record.plan = "/in/a\tb\nc\\n\xFF.xml";
-    record.stamp = {123, -5};
+    record.stamp = {123, -5, 77};
     record.verdict = "imported";
     record.reason = "";
     record.mending = {{"root-task", 1}, {"outline", 12}};
-    record.document = "/out/{=a=}.kdzx";
+    record.document = "/out/a b/{=a=}.kdzx";
     record.tasks = 30;
     record.resources = 4;
     record.scenarios = 2;
@@ -19,18 +19,20 @@ MSPDIMigrationRecord fullRecord() {
     record.warnings = {"the first", "the\tsecond \\ with all"};
     record.losses = {{"link-lag", 18}};
     record.milliseconds = 1234;
+    record.digest = "47DEQpj8=";
+    record.folder = "/out/a b";
+    record.log = "/logs/a.log";
     return record;
 }
 
 }  // namespace
 
 TEST(MSPDIMigrationRecord, isOneLineAndComesBackAsItWas) {
-    const auto line = MSPDILineOf(fullRecord());
-    EXPECT_EQ(
-        line,
-        "/in/a\\tb\\nc\\\\n\xFF.xml\t123\t-5\timported\t\t1 root-task\\n12 outline\t/out/{=a=}.kdzx\t30\t4\t2\t1\t"
-        "the first\\nthe\\tsecond \\\\ with all\t18 link-lag\t1234\t.");
-    const auto record = MSPDIRecordFrom(line);
+    const auto line = MSPDILineOf(fullRecord(), "/out");
+    EXPECT_EQ(line,
+              "/in/a\\tb\\nc\\\\n\xFF.xml\t123\t-5\timported\t\t1 root-task\\n12 outline\ta b/{=a=}.kdzx\t30\t4\t2\t1\t"
+              "the first\\nthe\\tsecond \\\\ with all\t18 link-lag\t1234\t77\t47DEQpj8=\ta b\t/logs/a.log\t.");
+    const auto record = MSPDIRecordFrom(line, "/out");
     ASSERT_TRUE(record);
     EXPECT_EQ(record->plan, fullRecord().plan);
     EXPECT_EQ(record->stamp, fullRecord().stamp);
@@ -45,6 +47,9 @@ TEST(MSPDIMigrationRecord, isOneLineAndComesBackAsItWas) {
     EXPECT_EQ(record->warnings, fullRecord().warnings);
     EXPECT_EQ(record->losses, fullRecord().losses);
     EXPECT_EQ(record->milliseconds, 1234U);
+    EXPECT_EQ(record->digest, "47DEQpj8=");
+    EXPECT_EQ(record->folder, "/out/a b");
+    EXPECT_EQ(record->log, "/logs/a.log");
 }
 
 TEST(MSPDIMigrationRecord, ofARefusedPlanHasEmptyLists) {
@@ -52,7 +57,7 @@ TEST(MSPDIMigrationRecord, ofARefusedPlanHasEmptyLists) {
     refused.plan = "/in/P.xml";
     refused.verdict = "refused";
     refused.reason = "a task is of an unknown type";
-    const auto record = MSPDIRecordFrom(MSPDILineOf(refused));
+    const auto record = MSPDIRecordFrom(MSPDILineOf(refused, "/out"), "/out");
     ASSERT_TRUE(record);
     EXPECT_FALSE(record->isImported());
     EXPECT_EQ(record->reason, "a task is of an unknown type");
@@ -63,11 +68,40 @@ TEST(MSPDIMigrationRecord, ofARefusedPlanHasEmptyLists) {
 }
 
 TEST(MSPDIMigrationRecord, isNoneWhereTheLineWasCutOff) {
-    const auto line = MSPDILineOf(fullRecord());
+    const auto line = MSPDILineOf(fullRecord(), "/out");
     for (std::size_t size = 0; size < line.size(); ++size) {
-        EXPECT_FALSE(MSPDIRecordFrom(line.substr(0, size))) << size;
+        EXPECT_FALSE(MSPDIRecordFrom(line.substr(0, size), "/out")) << size;
     }
-    EXPECT_FALSE(MSPDIRecordFrom(line + "\t."));
-    EXPECT_FALSE(MSPDIRecordFrom("/in/P.xml\tx\t0\timported\t\t\t\t0\t0\t0\t0\t\t\t0\t.")) << "no number";
-    EXPECT_FALSE(MSPDIRecordFrom("/in/P.xml\t1\t0\timported\t\tstep\t\t0\t0\t0\t0\t\t\t0\t.")) << "no count";
+    EXPECT_FALSE(MSPDIRecordFrom(line + "\t.", "/out"));
+    EXPECT_FALSE(MSPDIRecordFrom("/in/P.xml\tx\t0\timported\t\t\t\t0\t0\t0\t0\t\t\t0\t.", "/out")) << "no number";
+    EXPECT_FALSE(MSPDIRecordFrom("/in/P.xml\t1\t0\timported\t\tstep\t\t0\t0\t0\t0\t\t\t0\t.", "/out")) << "no count";
+}
+
+TEST(MSPDIMigrationRecord, movesWithItsOutputFolder) {
+    auto record = fullRecord();
+    record.log = "/out/logs/a.log";
+    auto moved = MSPDIRecordFrom(MSPDILineOf(record, "/out"), "/mnt/share");
+    ASSERT_TRUE(moved);
+    EXPECT_EQ(moved->document, "/mnt/share/a b/{=a=}.kdzx");
+    EXPECT_EQ(moved->folder, "/mnt/share/a b");
+    EXPECT_EQ(moved->log, "/mnt/share/logs/a.log");
+    EXPECT_EQ(moved->plan, record.plan);
+    record.folder = "/out";
+    record.document = "/outside/P.kdzx";
+    moved = MSPDIRecordFrom(MSPDILineOf(record, "/out"), "/mnt/share");
+    ASSERT_TRUE(moved);
+    EXPECT_EQ(moved->folder, "/mnt/share");
+    EXPECT_EQ(moved->document, "/outside/P.kdzx") << "it did not lie below the folder";
+}
+
+TEST(MSPDIMigrationRecord, ofTheFirstFormIsUnderstood) {
+    const auto record = MSPDIRecordFrom(
+        "/in/P.xml\t123\t-5\timported\t\t\t/out/sub/P.kdzx\t30\t4\t2\t1\t\t18 link-lag\t1234\t.", "/out");
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->stamp, (MSPCFileStamp{123, -5, 0}));
+    EXPECT_EQ(record->document, "/out/sub/P.kdzx");
+    EXPECT_EQ(record->folder, "/out/sub");
+    EXPECT_EQ(record->milliseconds, 1234U);
+    EXPECT_EQ(record->digest, "");
+    EXPECT_EQ(record->log, "");
 }

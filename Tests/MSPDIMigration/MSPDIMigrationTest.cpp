@@ -2,23 +2,15 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 
-#include "FixedClock.h"
-#include "MSPCFileSystem.h"
 #include "MSPCJournal.h"
-#include "MSPCRandomSource.h"
 #include "MSPCRunLock.h"
 #include "MSPDIMigrationJob.h"
-#include "MapUserDefaults.h"
-#include "RecordingLog.h"
-#include "ScopedTempFolder.h"
-#include "UTCInstant.h"
+#include "MigrationFixture.h"
 
 namespace {
 
@@ -26,70 +18,12 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-std::string planNamed(const std::string& task, const std::string& more = {}) {
-    return R"(<Project xmlns="http://schemas.microsoft.com/project"><StartDate>2012-01-09T08:00:00</StartDate><Calendars>)"
-           R"(<Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars><Tasks>)"
-           "<Task><UID>1</UID><Name>" +
-           task + "</Name><OutlineLevel>1</OutlineLevel>" + more + "</Task></Tasks></Project>";
-}
-
-const auto refusedPlan = planNamed("Paint", "<Type>9</Type>");
-
-class MigrationTest : public testing::Test {
-protected:
-    MigrationTest() {
-        std::signal(SIGPIPE, SIG_IGN);
-        options.outputFolder = folder / "out";
-        options.processes = 2;
-        log.ignoreLines();
-    }
-    ~MigrationTest() override { log.ignoreLines(); }
-
-    void addPlan(const std::string& name, const std::string& content) {
-        folder.addFile("in/" + name, content);
-        plans.push_back({folder / "in/" + name, options.outputFolder});
-    }
-    // A run with the lock; gives "<name of the plan> <verdict> <name of the document>" of each record.
-    std::vector<std::string> migrate() {
-        MSPDIMigration migration(services, options, plans);
-        EXPECT_EQ(migration.takeLock([](const auto&) { FAIL() << "nobody has the lock"; }), std::nullopt);
-        EXPECT_EQ(migration.readRecords(), std::nullopt);
-        imported = 0;
-        EXPECT_EQ(migration.run([this](const auto& progress) { imported = progress.done - progress.failed; }),
-                  std::nullopt);
-        missing = migration.missing();
-        std::vector<std::string> told;
-        migration.forEachRecord([&](const auto& record) {
-            using Path = std::filesystem::path;
-            told.push_back(Path(record.plan).filename().native() + " " + record.verdict + " " +
-                           Path(record.document).filename().native());
-            reasons.push_back(record.reason);
-            warnings.insert(warnings.end(), record.warnings.begin(), record.warnings.end());
-        });
-        return told;
-    }
-
-    ScopedTempFolder folder;
-    FixedClock clock{utcInstant(2012, 1, 9, 8)};
-    RecordingLog log;
-    MapUserDefaults settings;
-    MSPCDiskFileSystem files;
-    MSPCCryptoRandomSource randomSource;
-    MSPCServices services{clock, MSPCTimeZone::fixed(0), log, settings, files, randomSource};
-    MSPDIMigrationOptions options;
-    std::vector<MSPDIPlanToMigrate> plans;
-    std::vector<std::string> reasons;
-    std::vector<std::string> warnings;
-    std::size_t imported = 0;
-    std::size_t missing = 0;
-};
-
 }  // namespace
 
 TEST_F(MigrationTest, importsEachPlanOnceAndKeepsWhatBecameOfIt) {
     addPlan("A.xml", planNamed("Paint"));
     addPlan("B.xml", refusedPlan);
-    plans.push_back({folder / "in/None.xml", options.outputFolder});
+    addPath(folder / "in/None.xml");
     const std::vector<std::string> expected = {"A.xml imported A.kdzx", "B.xml refused ", "None.xml unreadable "};
     EXPECT_EQ(migrate(), expected);
     EXPECT_EQ(imported, 1U);
@@ -113,7 +47,7 @@ TEST_F(MigrationTest, takesUpWhatIsNewChangedFailedOrGone) {
     folder.addFile("in/B.xml", planNamed("Wall"));
     std::filesystem::remove_all(folder / "out/C.kdzx");
     addPlan("D.xml", planNamed("Door"));
-    MSPDIMigration dry(services, options, plans);
+    MSPDIMigration dry(services, options, found);
     ASSERT_EQ(dry.readRecords(), std::nullopt);
     EXPECT_EQ(dry.plans().fresh, 1U);
     EXPECT_EQ(dry.plans().changed, 2U);
@@ -134,10 +68,9 @@ TEST_F(MigrationTest, countsNoDocumentWithoutATableOfContents) {
     std::filesystem::remove_all(folder / "out/A.kdzx");
     folder.addFolder("out/A.kdzx");
     folder.addFile("out/B.kdzx/__TOC.xml", "");
-    MSPDIMigration dry(services, options, plans);
+    MSPDIMigration dry(services, options, found);
     ASSERT_EQ(dry.readRecords(), std::nullopt);
     EXPECT_EQ(dry.missing(), 2U);
-    warnings.clear();
     EXPECT_THAT(migrate(), ElementsAre("A.xml imported A-1.kdzx", "B.xml imported B-1.kdzx", "C.xml imported C.kdzx"));
     EXPECT_EQ(missing, 0U);
     EXPECT_EQ(folder.listing("out/A.kdzx"), "") << "nothing is overwritten";
@@ -156,7 +89,7 @@ TEST_F(MigrationTest, takesOnlyWhatFailedWhereThatIsWanted) {
     addPlan("D.xml", planNamed("Door"));
     options.isOnlyFailed = true;
     options.each.mending = MSPDIMending::OfRefused;
-    MSPDIMigration dry(services, options, plans);
+    MSPDIMigration dry(services, options, found);
     ASSERT_EQ(dry.readRecords(), std::nullopt);
     EXPECT_EQ(dry.plans().leftOut, 2U);
     EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx", "B.xml imported B.kdzx"));
@@ -179,7 +112,7 @@ TEST_F(MigrationTest, givesEachPlanOfTheSameNameADocumentOfItsOwn) {
 TEST_F(MigrationTest, endsAPlanThatTakesTooLongAndGoesOn) {
     ASSERT_EQ(::mkfifo((folder.addFolder("in") + "/Slow.xml").c_str(), 0600), 0);
     const int held = ::open((folder / "in/Slow.xml").c_str(), O_RDWR);  // its reader waits for bytes
-    plans.push_back({folder / "in/Slow.xml", options.outputFolder});
+    addPath(folder / "in/Slow.xml");
     for (const auto* name : {"A.xml", "B.xml", "C.xml"}) {
         addPlan(name, planNamed("Paint"));
     }
@@ -195,7 +128,7 @@ TEST_F(MigrationTest, findsWhatADeadRunHasMade) {
     addPlan("A.xml", planNamed("Paint"));
     addPlan("B.xml", planNamed("Roof"));
     const auto work = folder.addFolder("out/.mspdi-migrate/run");
-    MSPDIMigrationJob job(services, options.each, work);
+    MSPDIMigrationJob job(services, options.each, options.outputFolder, work);
     EXPECT_TRUE(job.migrate(plans[0], 7).isImported()) << "it was killed before its record was kept";
     EXPECT_EQ(folder.listing("out"), ".mspdi-migrate A.kdzx ");
     // And one that was killed before the document appeared.
@@ -213,13 +146,13 @@ TEST_F(MigrationTest, findsWhatADeadRunHasPublishedOfAnother) {
     addPlan("A.xml", planNamed("Paint"));
     addPlan("B.xml", planNamed("Roof"));
     const auto work = folder.addFolder("out/.mspdi-migrate/run");
-    MSPDIMigrationJob job(services, options.each, work);
-    auto record = job.make(plans[0].path, work + "/0f-1-0");
+    MSPDIMigrationJob job(services, options.each, options.outputFolder, work);
+    auto record = job.make(plans[0], work + "/0f-1-0");
     EXPECT_EQ(record.document, work + "/0f-1-0/A.kdzx");
     EXPECT_EQ(folder.listing("out"), ".mspdi-migrate ");
-    job.publish(record, work + "/0f-1-0", plans[0].folder);
+    job.publish(record, work + "/0f-1-0");
     EXPECT_EQ(record.document, folder / "out/A.kdzx");
-    EXPECT_TRUE(job.make(plans[1].path, work + "/0f-1-1").isImported()) << "it was killed before it was published";
+    EXPECT_TRUE(job.make(plans[1], work + "/0f-1-1").isImported()) << "it was killed before it was published";
     folder.addFile("out/.mspdi-migrate/run/0f-1", "the chunk");
     EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx", "B.xml imported B.kdzx"));
     EXPECT_EQ(imported, 1U);
@@ -245,7 +178,7 @@ TEST_F(MigrationTest, waitsForAnotherRun) {
     auto other = std::make_unique<MSPCRunLock>(AT_FDCWD, folder / "out/.mspdi-migrate/lock");
     ASSERT_TRUE(other->tryToTake());
     other->sign();
-    MSPDIMigration migration(services, options, plans);
+    MSPDIMigration migration(services, options, found);
     std::string holder;
     EXPECT_EQ(migration.takeLock([&](const auto& text) {
         holder = text;
@@ -265,7 +198,7 @@ TEST_F(MigrationTest, followsNoLinkAmongWhatItKeeps) {
         const auto* const target = name.empty() ? "foreign" : name == "/run" ? "foreign/run" : "foreign/text";
         const auto path = folder / ("out/.mspdi-migrate" + name);
         ASSERT_EQ(::symlink((folder / target).c_str(), path.c_str()), 0);
-        MSPDIMigration migration(services, options, plans);
+        MSPDIMigration migration(services, options, found);
         const auto reason = path + ": it is a link, which no migration follows";
         EXPECT_EQ(migration.takeLock([](const auto&) {}), reason);
         EXPECT_EQ(migration.readRecords(), reason) << "nor does a dry run";
@@ -279,7 +212,7 @@ TEST_F(MigrationTest, removesNothingWhereALinkTakesThePlaceOfItsFolderMeanwhile)
     addPlan("A.xml", planNamed("Paint"));
     folder.addFile("out/.mspdi-migrate/run/0/letter.txt", "of a dead run");
     folder.addFile("foreign/0/letter.txt", "months of work");
-    MSPDIMigration migration(services, options, plans);
+    MSPDIMigration migration(services, options, found);
     ASSERT_EQ(migration.takeLock([](const auto&) {}), std::nullopt);
     ASSERT_EQ(migration.readRecords(), std::nullopt);
     EXPECT_EQ(folder.listing("out/.mspdi-migrate/run"), "");
@@ -292,6 +225,6 @@ TEST_F(MigrationTest, removesNothingWhereALinkTakesThePlaceOfItsFolderMeanwhile)
 TEST_F(MigrationTest, saysWhyItCannotKeepRecords) {
     addPlan("A.xml", planNamed("Paint"));
     folder.addFile("out", "a file");
-    MSPDIMigration migration(services, options, plans);
+    MSPDIMigration migration(services, options, found);
     EXPECT_THAT(migration.takeLock([](const auto&) {}).value_or(""), HasSubstr("Not a directory"));
 }

@@ -5,9 +5,11 @@
 #include <cerrno>
 #include <utility>
 
+#include "MSPCOwnItems.h"
+
 namespace {
 
-constexpr std::size_t blockSize = 64 * 1024;
+constexpr std::size_t usualBlockSize = 64 * 1024;
 
 }  // namespace
 
@@ -24,9 +26,20 @@ std::unique_ptr<MSPCFileLog> MSPCFileLog::open(const std::string& path, std::str
     return std::make_unique<MSPCFileLog>(std::move(file), processName);
 }
 
+std::unique_ptr<MSPCFileLog> MSPCFileLog::openAnew(const std::string& path, std::string_view processName,
+                                                   std::string& failure) {
+    MSPCFileDescriptor file;
+    if (const int error = MSPCOpenOwnFile(AT_FDCWD, path, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND, file); error != 0) {
+        failure = MSPCSystemErrorText(error);
+        return nullptr;
+    }
+    auto log = std::make_unique<MSPCFileLog>(std::move(file), processName);
+    log->_blockSize = 0;
+    return log;
+}
+
 MSPCFileLog::MSPCFileLog(MSPCFileDescriptor file, std::string_view processName)
-    : _file(std::move(file)), _line(processName) {
-    _collected.reserve(2 * blockSize);
+    : _file(std::move(file)), _line(processName), _blockSize(usualBlockSize) {
 }
 
 MSPCFileLog::~MSPCFileLog() {
@@ -35,7 +48,7 @@ MSPCFileLog::~MSPCFileLog() {
 
 void MSPCFileLog::write(std::string_view message) {
     _collected.append(_line.with(message));
-    if (_collected.size() >= blockSize) {
+    if (_collected.size() >= _blockSize) {
         static_cast<void>(flush());
     }
 }

@@ -16,6 +16,10 @@ public:
     // to, with the system's description in `failure`.
     [[nodiscard]] static std::unique_ptr<MSPCFileLog> open(const std::string& path, std::string_view processName,
                                                            std::string& failure);
+    // The same with a file of its own: one that was empty or not there, or that it empties. A link with that name is a
+    // failure. Each line is written at once, so that a process that is killed has told all that it did.
+    [[nodiscard]] static std::unique_ptr<MSPCFileLog> openAnew(const std::string& path, std::string_view processName,
+                                                               std::string& failure);
     MSPCFileLog(MSPCFileDescriptor file, std::string_view processName);
     ~MSPCFileLog() override;
     MSPCFileLog(const MSPCFileLog&) = delete;
@@ -31,5 +35,6 @@ private:
     MSPCFileDescriptor _file;
     MSPCLogLine _line;
     std::string _collected;
+    std::size_t _blockSize;
     bool _tookAll = true;
 };

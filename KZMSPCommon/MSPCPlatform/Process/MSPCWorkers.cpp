@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <poll.h>
 #include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -142,14 +143,16 @@ int MSPCWorkers::start(Worker& worker) {
         }
         jobs->in.close();
         results->out.close();
-        workInChild(jobs->out.number(), results->in.number());
+        workInChild(jobs->out.number(), results->in.number(), numberOf(worker));
     }
-    worker = Worker{process, std::move(jobs->in), std::move(results->out), std::nullopt, {}, {}};
+    worker.process = process;
+    worker.jobs = std::move(jobs->in);
+    worker.results = std::move(results->out);
     return 0;
 }
 
 // Never comes back, so that nothing of the parent is undone here.
-void MSPCWorkers::workInChild(int jobs, int results) {
+void MSPCWorkers::workInChild(int jobs, int results, std::size_t number) {
     boundMemory(_bounds.memory);
     const MSPCFileDescriptor answers(results);
     try {
@@ -157,7 +160,7 @@ void MSPCWorkers::workInChild(int jobs, int results) {
         while (readMore(jobs, received)) {
             if (const auto job = textOf(received)) {
                 received.clear();
-                if (answers.write(framed(_work(*job))) != 0) {
+                if (answers.write(framed(_work(*job, number))) != 0) {
                     break;
                 }
             }
@@ -168,12 +171,35 @@ void MSPCWorkers::workInChild(int jobs, int results) {
     ::_exit(0);
 }
 
-bool MSPCWorkers::give(Worker& worker, std::string job) {
-    const bool isGiven = worker.jobs.write(framed(job)) == 0;
+std::size_t MSPCWorkers::numberOf(const Worker& worker) const {
+    return static_cast<std::size_t>(&worker - _workers.data());
+}
+
+// Where that fails its process has ended, which its other pipe tells.
+void MSPCWorkers::give(Worker& worker, std::string job) {
+    worker.hasJob = worker.jobs.write(framed(job)) == 0;
     worker.job = std::move(job);
     worker.since = std::chrono::steady_clock::now();
     worker.received.clear();
-    return isGiven;
+}
+
+// Whether a worker has taken anything of its job out of the pipe.
+bool MSPCWorkers::hasBegun(const Worker& worker) {
+    int unread = 0;
+    const bool isKnown = ::ioctl(worker.jobs.number(), FIONREAD, &unread) == 0;
+    const auto size = sizeof(std::uint64_t) + worker.job->size();
+    return worker.hasJob && !(isKnown && static_cast<std::size_t>(unread) == size);
+}
+
+// A job that its worker never began is not to blame for that one's end. A few times: where no process lives long enough
+// to begin anything, that has to come to an end, too.
+bool MSPCWorkers::giveToAnother(Worker& worker) {
+    constexpr int mostAttempts = 5;
+    if (++worker.attempts >= mostAttempts || start(worker) != 0) {
+        return false;
+    }
+    give(worker, *std::exchange(worker.job, std::nullopt));
+    return true;
 }
 
 std::optional<std::string> MSPCWorkers::giveOut(const NextJob& next) {
@@ -190,8 +216,9 @@ std::optional<std::string> MSPCWorkers::giveOut(const NextJob& next) {
         }
         auto job = next();
         _isAtEnd = !job;
-        if (job && !give(worker, std::move(*job))) {
-            ::kill(worker.process, SIGKILL);  // its end is told with the job
+        if (job) {
+            worker.attempts = 0;
+            give(worker, std::move(*job));
         }
     }
     return std::nullopt;
@@ -229,10 +256,13 @@ std::optional<std::string> MSPCWorkers::run(const NextJob& next, const JobDone& 
 
 void MSPCWorkers::take(Worker& worker, const JobDone& done) {
     if (!readMore(worker.results.number(), worker.received)) {
+        const bool isToBlame = hasBegun(worker);
         auto reason = reap(worker);
-        tell(worker, {MSPCJobEnd::Kind::Died, {}, std::move(reason), {}}, done);
+        if (isToBlame || !giveToAnother(worker)) {
+            tell(worker, {MSPCJobEnd::Kind::Died, {}, std::move(reason)}, done);
+        }
     } else if (auto result = textOf(worker.received)) {
-        tell(worker, {MSPCJobEnd::Kind::Done, std::move(*result), {}, {}}, done);
+        tell(worker, {MSPCJobEnd::Kind::Done, std::move(*result), {}}, done);
     }
 }
 
@@ -242,13 +272,14 @@ void MSPCWorkers::endThoseThatTakeTooLong(const JobDone& done) {
         if (worker.job && _bounds.time.count() > 0 && now - worker.since > _bounds.time) {
             ::kill(worker.process, SIGKILL);
             static_cast<void>(reap(worker));
-            tell(worker, {MSPCJobEnd::Kind::TookTooLong, {}, {}, {}}, done);
+            tell(worker, {MSPCJobEnd::Kind::TookTooLong, {}, {}}, done);
         }
     }
 }
 
 void MSPCWorkers::tell(Worker& worker, MSPCJobEnd end, const JobDone& done) {
     end.time = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - worker.since);
+    end.worker = numberOf(worker);
     const auto job = *std::exchange(worker.job, std::nullopt);
     done(job, end);
 }

@@ -26,16 +26,18 @@ struct MSPCJobEnd {
     std::string result;                 // of a job that is done
     std::string reason;                 // of a process that died: "signal 11", "exit status 2"
     std::chrono::milliseconds time{0};  // since it was given out
+    std::size_t worker = 0;             // which of them has done it, from 0 on
 };
 
 // Child processes of this one, each of which does one job after another, so that a job that hurts ends no more than its
-// own process; another one takes that one's place. They end with this process, however it ends, and inherit what it
-// has open, locks above all: a lock is held as long as one of them lives. The process must have one thread only,
-// and ignore SIGPIPE.
+// own process; another one takes that one's place, and does the job anew where it ended before it had begun. They end
+// with this process, however it ends, and inherit what it has open, locks above all: a lock is held as long as one of
+// them lives. The process must have one thread only, and ignore SIGPIPE.
 class MSPCWorkers {
 public:
-    // Does a job in a child process, and gives the result.
-    using Work = std::function<std::string(const std::string& job)>;
+    // Does a job in a child process, and gives the result. Of those that live at the same time, each has a number of
+    // its own, from 0 on.
+    using Work = std::function<std::string(const std::string& job, std::size_t worker)>;
     using NextJob = std::function<std::optional<std::string>()>;
     using JobDone = std::function<void(const std::string& job, const MSPCJobEnd& end)>;
 
@@ -65,11 +67,16 @@ private:
         std::optional<std::string> job;
         Instant since;
         std::string received;
+        bool hasJob = false;  // as far as it is in the pipe as a whole
+        int attempts = 0;     // to give it this job
     };
 
     [[nodiscard]] int start(Worker& worker);
-    [[noreturn]] void workInChild(int jobs, int results);
-    [[nodiscard]] bool give(Worker& worker, std::string job);
+    [[noreturn]] void workInChild(int jobs, int results, std::size_t number);
+    [[nodiscard]] std::size_t numberOf(const Worker& worker) const;
+    static void give(Worker& worker, std::string job);
+    [[nodiscard]] static bool hasBegun(const Worker& worker);
+    [[nodiscard]] bool giveToAnother(Worker& worker);
     [[nodiscard]] std::optional<std::string> giveOut(const NextJob& next);
     [[nodiscard]] bool isBusy() const;
     void take(Worker& worker, const JobDone& done);

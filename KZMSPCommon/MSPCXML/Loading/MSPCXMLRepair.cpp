@@ -18,6 +18,8 @@
 #include <new>
 #include <utility>
 
+#include "MSPCXMLEntities.h"
+
 namespace {
 
 using namespace MSPCXMLLexis;
@@ -39,12 +41,12 @@ using ParserPtr = std::unique_ptr<xmlParserCtxt, Freer<xmlFreeParserCtxt>>;
 
 // What the parser has reported, filled in while it runs.
 struct Report {
-    std::size_t size = 0;  // of the document
+    explicit Report(std::string_view bytes) : entities(bytes.size()) {}
+
     std::optional<MSPCXMLRepair> firstError;
-    bool isStrict = false;        // what a parser may overlook is an error, too
-    bool hasFlood = false;        // out of all proportion to the bytes
-    std::size_t entityText = 0;   // made of entities that are text
-    xmlEntity textOfEntity = {};  // the last of these
+    bool isStrict = false;  // what a parser may overlook is an error, too
+    bool hasFlood = false;  // out of all proportion to the bytes
+    MSPCXMLEntities entities;
 };
 
 // What the parser looks for one by one, for each attribute or element again.
@@ -57,9 +59,6 @@ constexpr int MostDistinctNames = 10'000;
 constexpr int MostInstructions = 10'000;  // their names stand there, too, and nobody is told of those behind an error
 // Where entities can make markup that is not seen in the bytes, only this many of them may be about that.
 constexpr std::ptrdiff_t MostBytesOfDeclarations = 64 * 1'024;
-// As the parser bounds what other entities make.
-constexpr std::size_t MostEntityText = 10'000'000;
-constexpr std::size_t MostEntityTextPerByte = 10;
 
 void* orThrow(void* memory) {
     if (memory == nullptr) {
@@ -127,7 +126,7 @@ void noteError(void* context, xmlErrorPtr error) {
     }
     stopAtTooManyNames(*parser);
     // A single text beyond the parser's measure, which it says like this.
-    report->hasFlood = report->hasFlood || (error->code == XML_ERR_NO_MEMORY && report->entityText > 0);
+    report->hasFlood = report->hasFlood || (error->code == XML_ERR_NO_MEMORY && report->entities.hasMarks());
     if (error->level < (report->isStrict ? XML_ERR_ERROR : XML_ERR_FATAL)) {
         return;
     }
@@ -234,29 +233,18 @@ void declareAttribute(void* context, const xmlChar* element, const xmlChar* name
     stopAtTooManyDeclarations(*static_cast<xmlParserCtxt*>(context));
 }
 
-bool isOnlyText(const xmlEntity* entity) {
-    const auto* content = entity == nullptr ? nullptr : entity->children;
-    return content != nullptr && content->type == XML_TEXT_NODE && content->next == nullptr;
-}
-
-// The parser would add a copy of an entity's content as a node, and join text with text by looking for the end of all
-// that is there. Entities like "&amp;" it adds where it knows the end to be, so one that turned out to be text passes
-// for such.
 xmlEntityPtr entityNamed(void* context, const xmlChar* name) {
     auto& parser = *static_cast<xmlParserCtxt*>(context);
     auto* const entity = xmlSAX2GetEntity(context, name);
     auto* const report = static_cast<Report*>(parser._private);
-    if (report == nullptr || parser.instate != XML_PARSER_CONTENT || !isOnlyText(entity)) {
+    if (report == nullptr || parser.instate != XML_PARSER_CONTENT) {
         return entity;
     }
-    report->textOfEntity = *entity;
-    report->textOfEntity.etype = XML_INTERNAL_PREDEFINED_ENTITY;
-    report->textOfEntity.content = entity->children->content;
-    report->entityText += std::strlen(reinterpret_cast<const char*>(entity->children->content));
-    if (report->entityText > std::max(MostEntityText, MostEntityTextPerByte * report->size)) {
+    if (report->entities.isBeyondMeasure()) {
         stop(parser);
+        return nullptr;
     }
-    return &report->textOfEntity;
+    return report->entities.markFor(entity);
 }
 
 // Tells nobody what it sees, and makes no tree.
@@ -283,7 +271,6 @@ DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
         report.hasFlood = true;
         return nullptr;
     }
-    report.size = bytes.size();
     parser->_private = &report;
     if (report.isStrict) {
         useForErrorsOnly(*parser->sax);
@@ -291,8 +278,10 @@ DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
         useForTree(*parser->sax);
     }
     try {
-        return DocumentPtr(
+        DocumentPtr document(
             xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8", options));
+        report.hasFlood = report.hasFlood || report.entities.isBeyondMeasure();
+        return document;
     } catch (const std::bad_alloc&) {
         // What the parser was in the middle of is half made, and freeing that would be no safer than going on.
         static_cast<void>(parser.release());
@@ -329,9 +318,13 @@ bool hasRootNamed(const DocumentPtr& document, std::string_view name) {
     return written == name;
 }
 
-std::optional<MSPCXMLMended> mended(DocumentPtr document, std::optional<MSPCXMLRepair> repair) {
+std::optional<MSPCXMLMended> mended(DocumentPtr document, const MSPCXMLEntities& entities,
+                                    std::optional<MSPCXMLRepair> repair) {
     auto bytes = writtenAnew(std::move(document));
-    return bytes ? std::optional(MSPCXMLMended{std::move(*bytes), std::move(repair)}) : std::nullopt;
+    if (!bytes) {
+        return std::nullopt;
+    }
+    return MSPCXMLMended{entities.withTexts(std::move(*bytes)), std::move(repair)};
 }
 
 // Depth and size of plain documents have no limit; where entities can multiply text, the parser's own bounds hold.
@@ -344,13 +337,13 @@ int optionsFor(bool hasInternalSubset) {
 
 bool isWellFormedXML(std::string_view bytes) {
     prepareParserOnce();
-    Report report;
+    Report report(bytes);
     return parsed(bytes, optionsFor(false), report) && !report.firstError && !report.hasFlood;
 }
 
 std::optional<MSPCXMLRepair> firstErrorInXML(std::string_view bytes) {
     prepareParserOnce();
-    Report report;
+    Report report(bytes);
     report.isStrict = true;
     static_cast<void>(parsed(bytes, optionsFor(false), report));
     if (report.hasFlood && !report.firstError) {
@@ -415,19 +408,19 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     }
     prepareParserOnce();
     const int options = optionsFor(hasInternalSubset);
-    Report report;
+    Report report(bytes);
     if (auto sound = parsed(bytes, options, report); sound && !report.firstError && !report.hasFlood) {
-        return mended(std::move(sound), std::nullopt);
+        return mended(std::move(sound), report.entities, std::nullopt);
     }
     if (repairableRoot.empty() || report.hasFlood) {
         return std::nullopt;
     }
     const auto escaped = escapedStrayAmpersands(bytes, hasInternalSubset ? Entities::AnyName : Entities::Predefined);
     const auto mendable = withMendableText(escaped ? std::string_view(*escaped) : bytes);
-    Report recoveryReport;
+    Report recoveryReport(mendable);
     auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
     if (!hasRootNamed(recovered, repairableRoot) || recoveryReport.hasFlood) {
         return std::nullopt;
     }
-    return mended(std::move(recovered), std::move(report.firstError));
+    return mended(std::move(recovered), recoveryReport.entities, std::move(report.firstError));
 }

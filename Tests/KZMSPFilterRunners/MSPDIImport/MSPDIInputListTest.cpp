@@ -4,6 +4,7 @@
 
 #include "ExpectRaises.h"
 #include "InMemoryFileSystem.h"
+#include "PiecewiseSource.h"
 
 namespace {
 
@@ -32,6 +33,32 @@ TEST(MSPDILinesOfText, endAtEveryNewlineCharacter) {
     };
     for (const auto& [text, expected] : table) {
         EXPECT_EQ(MSPDILinesOfText(text), expected) << text;
+    }
+}
+
+TEST(MSPDIForEachLine, tellsTheLinesHoweverTheTextComes) {
+    for (const std::string text : {"", "a", "\xEF\xBB\xBF",
+                                   "\xEF\xBB\xBF"
+                                   "a\nb",
+                                   "ab\r\nc\n\n\xC2\x85"
+                                   "d\xE2\x80\xA8\xE2\x80\xA9"
+                                   "e\xE2\x80\xAA",
+                                   "a\n\xEF\xBB\xBF"
+                                   "b\n",
+                                   "\n", "\r", "a\xC2\x85", "\xE4\xB8\xAD\xF0\x9F\x98\x80\n"}) {
+        for (std::size_t size = 1; size <= text.size() + 1; ++size) {
+            PiecewiseSource source(text, size);
+            Lines lines;
+            EXPECT_TRUE(MSPDIForEachLine(source, [&](const auto& line) { lines.push_back(line); }));
+            EXPECT_EQ(lines, MSPDILinesOfText(text)) << text << " by " << size;
+        }
+    }
+    for (const std::string text : {"a\n\xE4.xml\nb", "\xE2\x80",
+                                   "a\xF0\xE2\x80\xA8"
+                                   "b",
+                                   "\xC2\n"}) {
+        PiecewiseSource source(text, 2);
+        EXPECT_FALSE(MSPDIForEachLine(source, [](const auto&) {})) << text;
     }
 }
 

@@ -50,3 +50,32 @@ TEST(MSPCJournal, writesThroughNoLink) {
     EXPECT_EQ(failure, "Invalid argument");
     EXPECT_EQ(folder.contents("foreign"), "text of others");
 }
+
+TEST(MSPCJournal, givesItsLinesByTheirPlaces) {
+    const ScopedTempFolder folder;
+    std::string failure;
+    EXPECT_EQ(MSPCJournal::openToRead(folder / "journal", failure), nullptr);
+    EXPECT_EQ(failure, "No such file or directory");
+    EXPECT_EQ(folder.listing(""), "") << "nothing is made";
+    const auto journal = MSPCJournal::open(AT_FDCWD, folder / "journal", failure);
+    ASSERT_NE(journal, nullptr);
+    const std::vector<std::string> lines = {
+        "one", "", std::string(200'000, 'x'), std::string(1023, 'y'), std::string(1024, 'z'), "last"};
+    std::vector<std::pair<MSPCJournal::Place, std::string>> expected;
+    for (const auto& line : lines) {
+        expected.emplace_back(journal->end(), line);
+        EXPECT_EQ(journal->append(line), std::nullopt);
+    }
+    for (const auto& [place, line] : expected) {
+        EXPECT_EQ(journal->lineAt(place), line);
+    }
+    EXPECT_EQ(journal->lineAt(journal->end()), "");
+    folder.addFile("journal", folder.contents("journal") + "cut o");
+    const auto read = MSPCJournal::openToRead(folder / "journal", failure);
+    ASSERT_NE(read, nullptr);
+    expected.emplace_back(read->end() - 5, "cut o");
+    std::vector<std::pair<MSPCJournal::Place, std::string>> told;
+    EXPECT_EQ(read->forEachLine([&](auto place, auto line) { told.emplace_back(place, line); }), std::nullopt);
+    EXPECT_EQ(told, expected);
+    EXPECT_TRUE(folder.contents("journal").ends_with("\ncut o")) << "it is only read";
+}

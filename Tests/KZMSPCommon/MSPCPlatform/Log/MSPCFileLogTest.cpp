@@ -75,3 +75,19 @@ TEST(MSPCFileLog, saysWhetherTheFileTookAll) {
     EXPECT_FALSE(log->flush());
     EXPECT_FALSE(log->flush()) << "what is lost stays lost";
 }
+
+TEST(MSPCFileLog, beginsAnewAndWritesAtOnceWhereThatIsWanted) {
+    const ScopedTempFolder folder;
+    folder.addFile("log", "of yesterday");
+    std::string failure;
+    const auto log = MSPCFileLog::openAnew(folder / "log", "mspdi", failure);
+    ASSERT_NE(log, nullptr);
+    log->log("first");
+    EXPECT_THAT(folder.contents("log"), EndsWith("first\n"));
+    EXPECT_EQ(folder.contents("log").find("yesterday"), std::string::npos);
+    folder.addFile("foreign", "text of others");
+    ASSERT_EQ(::symlink("foreign", (folder / "link").c_str()), 0);
+    EXPECT_EQ(MSPCFileLog::openAnew(folder / "link", "mspdi", failure), nullptr);
+    EXPECT_EQ(failure, "Too many levels of symbolic links");
+    EXPECT_EQ(folder.contents("foreign"), "text of others");
+}

@@ -41,7 +41,7 @@ TEST_F(WorkersTest, doAllJobsEachOnce) {
     for (int job = 0; job < 100; ++job) {
         jobs.push_back(std::to_string(job));
     }
-    run(jobs, 3, [](const std::string& job) { return job + " by " + std::to_string(::getpid()); });
+    run(jobs, 3, [](const std::string& job, std::size_t) { return job + " by " + std::to_string(::getpid()); });
     EXPECT_EQ(ends.size(), 100U);
     std::set<std::string> processes;
     for (const auto& [job, end] : ends) {
@@ -58,14 +58,14 @@ TEST_F(WorkersTest, doAllJobsEachOnce) {
 
 TEST_F(WorkersTest, handOverTextsOfAllSizes) {
     const std::string large(3'000'000, 'x');
-    run({"", "a\nb", large}, 2, [](const std::string& job) { return job + job; });
+    run({"", "a\nb", large}, 2, [](const std::string& job, std::size_t) { return job + job; });
     EXPECT_EQ(ends.find("")->second.result, "");
     EXPECT_EQ(ends.find("a\nb")->second.result, "a\nba\nb");
     EXPECT_EQ(ends.find(large)->second.result, large + large);
 }
 
 TEST_F(WorkersTest, ofWhichOneDiesEndsOnlyItsOwnJob) {
-    run({"1", "crash", "2", "leave", "3", "raise", "4"}, 2, [](const std::string& job) {
+    run({"1", "crash", "2", "leave", "3", "raise", "4"}, 2, [](const std::string& job, std::size_t) {
         if (job == "crash") {
             std::signal(SIGSEGV, SIG_DFL);
             ::kill(::getpid(), SIGSEGV);
@@ -90,7 +90,7 @@ TEST_F(WorkersTest, ofWhichOneDiesEndsOnlyItsOwnJob) {
 
 TEST_F(WorkersTest, thatTakeTooLongAreEnded) {
     run({"slow", "1", "2"}, 1,
-        [](const std::string& job) {
+        [](const std::string& job, std::size_t) {
             if (job == "slow") {
                 ::sleep(60);
             }
@@ -108,7 +108,7 @@ TEST_F(WorkersTest, thatTakeTooLongAreEnded) {
 #if !defined(__SANITIZE_ADDRESS__)
 TEST_F(WorkersTest, getNoMoreMemoryThanTheyMayHave) {
     run({"500000000", "1000"}, 1,
-        [](const std::string& job) -> std::string {
+        [](const std::string& job, std::size_t) -> std::string {
             auto* memory = std::malloc(std::strtoul(job.c_str(), nullptr, 10));
             const std::string answer = memory != nullptr ? "there" : "none";
             std::free(memory);
@@ -126,7 +126,7 @@ TEST_F(WorkersTest, endWithTheirParentEvenWhenItIsKilled) {
     const auto parent = ::fork();
     if (parent == 0) {
         ::close(pipe[0]);
-        MSPCWorkers workers(2, {}, [&](const std::string& job) {
+        MSPCWorkers workers(2, {}, [&](const std::string& job, std::size_t) {
             static_cast<void>(!::write(pipe[1], ".", 1));
             ::sleep(60);
             return job;
@@ -146,8 +146,72 @@ TEST_F(WorkersTest, endWithTheirParentEvenWhenItIsKilled) {
     ::close(pipe[0]);
 }
 
+// A worker that ends between two jobs, killed by the system for lack of memory say.
+TEST_F(WorkersTest, thatDieWithoutAJobAreReplacedAndNoJobIsBlamed) {
+    std::vector<std::string> jobs{"1", "2", "3", "4"};
+    auto next = jobs.begin();
+    int killed = 0;
+    MSPCWorkers workers(1, {}, [](const std::string&, std::size_t) { return std::to_string(::getpid()); });
+    const auto failure = workers.run([&] { return next == jobs.end() ? std::nullopt : std::optional(*next++); },
+                                     [&](const std::string& job, const MSPCJobEnd& end) {
+                                         ends.emplace(job, end);
+                                         if (job != "4" && end.kind == Kind::Done) {
+                                             const auto process = std::stoi(end.result);
+                                             ::kill(process, SIGKILL);
+                                             // Until it has ended; it is reaped by the workers.
+                                             siginfo_t info;
+                                             ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT);
+                                             ++killed;
+                                         }
+                                     },
+                                     [] {});
+    EXPECT_EQ(failure, std::nullopt);
+    EXPECT_EQ(killed, 3);
+    std::set<std::string> processes;
+    for (const auto& job : jobs) {
+        EXPECT_EQ(ends.find(job)->second.kind, Kind::Done) << job << ": " << ends.find(job)->second.reason;
+        processes.insert(ends.find(job)->second.result);
+    }
+    EXPECT_EQ(processes.size(), 4U);
+}
+
+// The same where its job lies in the pipe already.
+TEST_F(WorkersTest, thatDieBeforeTheyTakeUpTheirJobAreReplacedAndItIsNotBlamed) {
+    std::vector<std::string> jobs{"1", "2"};
+    auto next = jobs.begin();
+    int process = 0;
+    bool isStopped = false;
+    MSPCWorkers workers(1, {}, [](const std::string&, std::size_t) { return std::to_string(::getpid()); });
+    const auto failure = workers.run([&] { return next == jobs.end() ? std::nullopt : std::optional(*next++); },
+                                     [&](const std::string& job, const MSPCJobEnd& end) {
+                                         ends.emplace(job, end);
+                                         if (job == "1") {
+                                             process = std::stoi(end.result);
+                                             isStopped = ::kill(process, SIGSTOP) == 0;
+                                             siginfo_t info;
+                                             ::waitid(P_PID, static_cast<id_t>(process), &info, WSTOPPED | WNOWAIT);
+                                         }
+                                     },
+                                     [&] {
+                                         if (isStopped && next == jobs.end() && ++pauses == 2) {
+                                             ::kill(process, SIGKILL);
+                                         }
+                                     });
+    EXPECT_EQ(failure, std::nullopt);
+    EXPECT_EQ(ends.find("2")->second.kind, Kind::Done) << ends.find("2")->second.reason;
+    EXPECT_NE(ends.find("2")->second.result, std::to_string(process));
+}
+
+TEST_F(WorkersTest, tellWhichOfThemHasDoneAJob) {
+    run({"1", "2", "3", "4"}, 2, [](const std::string&, std::size_t worker) { return std::to_string(worker); });
+    for (const auto& [job, end] : ends) {
+        EXPECT_EQ(end.result, std::to_string(end.worker));
+        EXPECT_LT(end.worker, 2U);
+    }
+}
+
 TEST_F(WorkersTest, haveNothingToDoWithoutJobs) {
-    run({}, 4, [](const std::string& job) { return job; });
+    run({}, 4, [](const std::string& job, std::size_t) { return job; });
     EXPECT_TRUE(ends.empty());
 }
 

@@ -1,0 +1,93 @@
+#include "MSPCXMLEntities.h"
+
+#include <libxml/tree.h>
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t MostText = 10'000'000;
+constexpr std::size_t MostTextPerByte = 10;
+// Around the name of an entity. Neither is a character of XML, so that no text of a tree holds one.
+constexpr char MarkStart = '\x01';
+constexpr char MarkEnd = '\x02';
+
+struct BufferFreer {
+    void operator()(xmlBuffer* buffer) const noexcept { xmlBufferFree(buffer); }
+};
+
+std::string_view viewOf(const xmlChar* text) {
+    return text == nullptr ? std::string_view() : reinterpret_cast<const char*>(text);
+}
+
+// The content belongs to the entity once the parser has read it; before, and where it is broken, there is none.
+bool isRead(const xmlEntity* entity) {
+    return entity != nullptr && entity->etype == XML_INTERNAL_GENERAL_ENTITY && entity->children != nullptr &&
+           entity->owner != 0;
+}
+
+std::string writtenContentOf(const xmlEntity& entity) {
+    const std::unique_ptr<xmlBuffer, BufferFreer> buffer(xmlBufferCreate());
+    xmlBufferSetAllocationScheme(buffer.get(), XML_BUFFER_ALLOC_DOUBLEIT);
+    for (auto* node = entity.children; node != nullptr; node = node->next) {
+        xmlNodeDump(buffer.get(), entity.doc, node, 0, 0);
+    }
+    return std::string(viewOf(xmlBufferContent(buffer.get())));
+}
+
+}  // namespace
+
+struct MSPCXMLEntities::Entry {
+    std::string mark;
+    xmlEntity standIn = {};
+    std::string text;  // markup, entities within it included
+};
+
+MSPCXMLEntities::MSPCXMLEntities(std::size_t documentSize)
+    : _mostText(std::max(MostText, MostTextPerByte * documentSize)) {
+}
+
+MSPCXMLEntities::~MSPCXMLEntities() = default;
+
+xmlEntity* MSPCXMLEntities::markFor(xmlEntity* entity) {
+    if (!isRead(entity)) {
+        return entity;
+    }
+    auto& entry = entryOf(*entity);
+    _textSize += entry.text.size();
+    return &entry.standIn;
+}
+
+MSPCXMLEntities::Entry& MSPCXMLEntities::entryOf(const xmlEntity& entity) {
+    const auto name = viewOf(entity.name);
+    if (const auto known = _entries.find(name); known != _entries.end()) {
+        return *known->second;
+    }
+    auto owned = std::make_unique<Entry>();
+    auto& entry = *owned;
+    entry.text = withTexts(writtenContentOf(entity));
+    entry.mark.append(1, MarkStart).append(name).append(1, MarkEnd);
+    entry.standIn = entity;
+    entry.standIn.etype = XML_INTERNAL_PREDEFINED_ENTITY;
+    entry.standIn.content = reinterpret_cast<xmlChar*>(entry.mark.data());
+    _entries.emplace(name, std::move(owned));
+    return entry;
+}
+
+std::string MSPCXMLEntities::withTexts(std::string written) const {
+    auto start = written.find(MarkStart);
+    if (start == std::string::npos) {
+        return written;
+    }
+    std::string whole;
+    std::size_t copied = 0;
+    for (; start != std::string::npos; start = written.find(MarkStart, copied)) {
+        const auto end = written.find(MarkEnd, start);
+        const auto name = std::string_view(written).substr(start + 1, end - start - 1);
+        whole.append(written, copied, start - copied).append(_entries.find(name)->second->text);
+        copied = end + 1;
+    }
+    return whole.append(written, copied);
+}

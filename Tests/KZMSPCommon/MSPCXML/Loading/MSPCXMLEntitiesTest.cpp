@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+#include "MSPCXMLLoader.h"
+
+namespace {
+
+// The root's markup, and the words of a repair behind it; "(none)" for bytes that are refused.
+std::string markupOf(const std::string& bytes) {
+    const auto loaded = MSPCXMLLoader(MSPCXMLContent::Everything, "Project").loadBytes(bytes);
+    if (!loaded) {
+        return "(none)";
+    }
+    return loaded->document.root().markup() + (loaded->repair ? " " + loaded->repair->message : "");
+}
+
+std::string markupWith(const std::string& declarations, const std::string& content) {
+    return markupOf("<!DOCTYPE Project [" + declarations + "]><Project>" + content + "</Project>");
+}
+
+TEST(MSPCXMLEntities, eachReferenceGetsTheElementsOfItsEntity) {
+    EXPECT_EQ(markupWith("<!ENTITY t '<Task><UID>1</UID></Task>'>", "&t;&t;<Task/>&t;"),
+              "<Project><Task><UID>1</UID></Task><Task><UID>1</UID></Task><Task/><Task><UID>1</UID></Task></Project>");
+}
+
+TEST(MSPCXMLEntities, textBesideAReferenceStaysBesideIt) {
+    EXPECT_EQ(markupWith("<!ENTITY t '1&#38;amp;<b/>2'>", "x&t;y&t;z&t;"),
+              "<Project>x1&amp;<b/>2y1&amp;<b/>2z1&amp;<b/>2</Project>");
+    EXPECT_EQ(markupWith("<!ENTITY t ']]&#38;gt;'>", "&t;&t;"), "<Project>]]&gt;]]&gt;</Project>");
+}
+
+TEST(MSPCXMLEntities, entitiesWithinEntitiesAreWrittenOut) {
+    EXPECT_EQ(markupWith("<!ENTITY c '[&b;&b;&b;]'><!ENTITY b '(&a;&a;)'><!ENTITY a '<x/>'>", "&c;&c;&a;"),
+              "<Project>[(<x/><x/>)(<x/><x/>)(<x/><x/>)][(<x/><x/>)(<x/><x/>)(<x/><x/>)]<x/></Project>");
+}
+
+TEST(MSPCXMLEntities, anEntityMayHaveAnyNameAndContent) {
+    EXPECT_EQ(
+        markupWith("<!ENTITY a.b-c '<![CDATA[<&#38;]]>'><!ENTITY \xc3\xa9 ''>", "&a.b-c;&\xc3\xa9;&a.b-c;&\xc3\xa9;!"),
+        "<Project><![CDATA[<&]]><![CDATA[<&]]>!</Project>");
+    EXPECT_EQ(markupWith("<!ENTITY n '<p:x xmlns:p=\"urn:p\" p:y=\"&#38;lt;\"/>'>", "&n;&n;"),
+              "<Project><p:x xmlns:p=\"urn:p\" p:y=\"&lt;\"/><p:x xmlns:p=\"urn:p\" p:y=\"&lt;\"/></Project>");
+}
+
+TEST(MSPCXMLEntities, valuesOfAttributesAreWrittenOutToo) {
+    EXPECT_EQ(markupWith("<!ENTITY a 'v'><!ENTITY b '<x y=\"&a;&a;\"/>'>", "&a;&b;&b;<z a='&a;&a;'/>"),
+              "<Project>v<x y=\"vv\"/><x y=\"vv\"/><z a=\"vv\"/></Project>");
+}
+
+TEST(MSPCXMLEntities, noTextOfThePlanPassesForAReference) {
+    const std::string declaration = "<!ENTITY a '<b/>'>";
+    EXPECT_EQ(markupWith(declaration, "&a;&a;<![CDATA[&a;]]>&amp;a;"),
+              "<Project><b/><b/><![CDATA[&a;]]>&amp;a;</Project>");
+    // Characters that XML forbids, which the repair replaces.
+    EXPECT_EQ(markupWith(declaration,
+                         "&a;&a;\x01"
+                         "a\x02"),
+              "<Project><b/><b/>\xef\xbf\xbd"
+              "a\xef\xbf\xbd</Project> PCDATA invalid Char value 1");
+    EXPECT_EQ(markupWith(declaration, "&a;&a;&#1;a&#2;").find("<b/><b/><b/>"), std::string::npos);
+    EXPECT_EQ(markupWith("<!ENTITY a '<b/>'><!ENTITY c '&#38;#1;a&#38;#2;'>", "&a;&a;&c;").find("<b/><b/><b/>"),
+              std::string::npos);
+}
+
+TEST(MSPCXMLEntities, aBrokenEntityIsNotWrittenOut) {
+    const auto markup = markupWith("<!ENTITY a '<b>'><!ENTITY c '<d/>'>", "&c;&c;&a;&a;");
+    EXPECT_EQ(markup.find("<Project><d/><d/>"), 0u) << markup;
+}
+
+TEST(MSPCXMLEntities, whatReferencesMakeIsTenMegabytesAtMost) {
+    // The first reference shows the parser what the entity holds, and is its own affair.
+    const auto sizeOf = [](std::size_t references) {
+        std::string content;
+        for (std::size_t i = 0; i < references; ++i) {
+            content += "&a;";
+        }
+        return markupWith("<!ENTITY a '<b>" + std::string(993, 'x') + "</b>'>", content).size();
+    };
+    constexpr std::size_t root = 19;
+    EXPECT_EQ(sizeOf(10'001), root + 1'000 * 10'001);
+    EXPECT_EQ(sizeOf(10'002), std::string_view("(none)").size());
+}
+
+// What stands for a reference is what its entity was declared as, so writing the references out by hand beforehand
+// gives the same document.
+class Drawn {
+public:
+    explicit Drawn(unsigned seed) : _random(seed) {}
+
+    std::string declarations() const {
+        std::string all;
+        for (std::size_t i = 0; i < _values.size(); ++i) {
+            all += "<!ENTITY e" + std::to_string(i) + " '" + _values[i] + "'>";
+        }
+        return all;
+    }
+
+    void drawEntities() {
+        constexpr int few = 4;  // the parser takes what multiplies hundreds of times for a loop
+        for (int i = 0; i < few; ++i) {
+            _values.push_back(content(few));
+        }
+    }
+
+    // Well-formed pieces, with references to entities that stand already.
+    std::string content(int pieces) {
+        std::string all;
+        for (int i = 0; i < pieces; ++i) {
+            switch (drawBelow(5)) {
+                case 0:
+                    all += "t";
+                    break;
+                case 1:
+                    all += "<n a=\"v\"/>";
+                    break;
+                case 2:
+                    all += "<m>u" + content(pieces - 1) + "</m>";
+                    break;
+                default:
+                    all += _values.empty() ? "" : "&e" + std::to_string(drawBelow(_values.size())) + ";";
+            }
+        }
+        return all;
+    }
+
+    std::string writtenOut(std::string content) const {
+        for (auto at = content.find('&'); at != std::string::npos; at = content.find('&', at)) {
+            const auto end = content.find(';', at);
+            content.replace(at, end + 1 - at, _values[std::stoul(content.substr(at + 2, end - at - 2))]);
+        }
+        return content;
+    }
+
+private:
+    std::size_t drawBelow(std::size_t bound) { return _random() % bound; }
+
+    std::mt19937 _random;
+    std::vector<std::string> _values;
+};
+
+TEST(MSPCXMLEntities, giveWhatReferencesWrittenOutByHandGive) {
+    for (unsigned seed = 0; seed < 500; ++seed) {
+        Drawn drawn(seed);
+        drawn.drawEntities();
+        const auto content = drawn.content(8);
+        const auto byHand = "<Project>" + drawn.writtenOut(content) + "</Project>";
+        EXPECT_TRUE(markupWith(drawn.declarations(), content) == byHand)
+            << "seed " << seed << ", " << byHand.size() << " bytes";
+    }
+}
+
+}  // namespace

@@ -1,0 +1,197 @@
+// What a later run takes up, and what it leaves alone.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "MSPDIMigration.h"
+#include "MigrationFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace fs = std::filesystem;
+
+void setTime(const std::string& path, time_t seconds) {
+    const timespec times[2] = {{seconds, 0}, {seconds, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+}
+
+}  // namespace
+
+TEST_F(MigrationTest, knowsItsDocumentsInAFolderThatWasMoved) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", refusedPlan);
+    migrate();
+    fs::rename(folder / "out", folder / "moved");
+    options.outputFolder = folder / "moved";
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx", "B.xml refused "));
+    EXPECT_EQ(imported, 0U);
+    EXPECT_EQ(documents[0], folder / "moved/A.kdzx");
+    EXPECT_EQ(folder.listing("moved"), ".mspdi-migrate A.kdzx ");
+    EXPECT_EQ(missing, 1U);
+}
+
+TEST_F(MigrationTest, understandsTheJournalOfTheFirstForm) {
+    addPlan("A.xml", planNamed("Paint"));
+    migrate();
+    const auto stamp = MSPCStampOf(folder / "in/A.xml");
+    ASSERT_TRUE(stamp);
+    folder.addFile("out/.mspdi-migrate/journal", (folder / "in/A.xml") + "\t" + std::to_string(stamp->size) + "\t" +
+                                                     std::to_string(stamp->nanoseconds) + "\timported\t\t\t" +
+                                                     (folder / "out/A.kdzx") + "\t1\t0\t1\t0\t\t\t5\t.\n");
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx"));
+    EXPECT_EQ(imported, 0U);
+    setTime(folder / "in/A.xml", 1'000'000'000);
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx"));
+    EXPECT_EQ(imported, 0U) << "its digest is known since the run before";
+}
+
+TEST_F(MigrationTest, importsWhatWasOnlyTouchedNotAgain) {
+    addPlan("A.xml", planNamed("Paint"));
+    migrate();
+    setTime(folder / "in/A.xml", 1'000'000'000);
+    MSPDIMigration dry(services, options, found);
+    ASSERT_EQ(dry.readRecords(), std::nullopt);
+    EXPECT_EQ(dry.plans().done, 1U);
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx"));
+    EXPECT_EQ(imported, 0U);
+    EXPECT_EQ(missing, 0U);
+    const auto journal = folder.contents("out/.mspdi-migrate/journal");
+    migrate();
+    EXPECT_EQ(folder.contents("out/.mspdi-migrate/journal"), journal) << "the new times are known from then on";
+}
+
+TEST_F(MigrationTest, findsOtherContentOfTheSameSizeAndTime) {
+    addPlan("A.xml", planNamed("Paint"));
+    setTime(folder / "in/A.xml", 1'000'000'000);
+    migrate();
+    folder.addFile("in/A.xml", planNamed("Drill"));
+    EXPECT_EQ(fs::file_size(folder / "in/A.xml"), planNamed("Paint").size());
+    setTime(folder / "in/A.xml", 1'000'000'000);
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A-1.kdzx"));
+    EXPECT_EQ(imported, 1U);
+    EXPECT_THAT(folder.contents("out/A-1.kdzx/Actual.xml"), HasSubstr("<title>Drill</title>"));
+}
+
+TEST_F(MigrationTest, countsAPlanThatIsGoneSinceItWasImported) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", planNamed("Roof"));
+    migrate();
+    fs::remove(folder / "in/A.xml");
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx", "B.xml imported B.kdzx"));
+    EXPECT_EQ(missing, 0U);
+    EXPECT_EQ(gone, 1U);
+    EXPECT_THAT(warnings, ElementsAre("the plan is gone since it was imported"));
+    fs::remove_all(folder / "out/A.kdzx");
+    EXPECT_THAT(migrate(), ElementsAre("A.xml unreadable ", "B.xml imported B.kdzx")) << "now nothing of it is left";
+    EXPECT_EQ(missing, 1U);
+    EXPECT_EQ(gone, 0U);
+}
+
+TEST_F(MigrationTest, putsWhatFailedWhereItWasToGo) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("sub/er/B.xml", refusedPlan);
+    found.treeRoot = folder / "in";
+    migrate();
+    EXPECT_EQ(folder.listing("out"), ".mspdi-migrate A.kdzx ");
+    found = {};
+    plans.clear();
+    found.isList = true;
+    addPath(folder / "in/sub/er/B.xml");
+    options.each.mending = MSPDIMending::OfRefused;
+    migrate();
+    EXPECT_EQ(missing, 0U);
+    EXPECT_EQ(documents[0], folder / "out/sub/er/B.kdzx");
+}
+
+TEST_F(MigrationTest, putsWhatFailedWhereItWasToGoWhenOnlyThatIsTakenUp) {
+    addPlan("sub/B.xml", refusedPlan);
+    found.treeRoot = folder / "in";
+    migrate();
+    found.treeRoot = "";
+    options.isOnlyFailed = true;
+    options.each.mending = MSPDIMending::OfRefused;
+    migrate();
+    EXPECT_EQ(documents, std::vector<std::string>{folder / "out/sub/B.kdzx"});
+}
+
+TEST_F(MigrationTest, putsOtherPlansWhereItIsTold) {
+    addPlan("sub/A.xml", planNamed("Paint"));
+    found.treeRoot = folder / "in";
+    migrate();
+    EXPECT_EQ(documents[0], folder / "out/sub/A.kdzx");
+    found.treeRoot = "";
+    folder.addFile("in/sub/A.xml", planNamed("Paint it"));
+    migrate();
+    EXPECT_EQ(documents[0], folder / "out/A.kdzx");
+    // A folder whose name only begins like that of the tree is not in it.
+    found = {};
+    found.treeRoot = folder / "in";
+    folder.addFile("inside/C.xml", planNamed("Roof"));
+    addPath(folder / "inside/C.xml");
+    migrate();
+    EXPECT_EQ(documents[0], folder / "out/C.kdzx");
+}
+
+TEST_F(MigrationTest, keepsALogOfEachPlanWhereThatIsWanted) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("sub/A.xml", refusedPlan);
+    addPath(folder / "in/None.xml");
+    migrate();
+    EXPECT_EQ(folder.listing(), "in out ");
+    EXPECT_EQ(logs, std::vector<std::string>(3));
+    fs::remove_all(folder / "out");
+    options.logsFolder = folder / "logs";
+    migrate();
+    EXPECT_EQ(folder.listing("logs"), "A-1.log A.log None.log ");
+    EXPECT_EQ(logs,
+              (std::vector<std::string>{folder / "logs/A.log", folder / "logs/A-1.log", folder / "logs/None.log"}));
+    EXPECT_THAT(folder.contents("logs/A.log"), HasSubstr("name='Paint'"));
+    EXPECT_THAT(folder.contents("logs/A.log"), HasSubstr("A.xml: imported: " + (folder / "out/A.kdzx")));
+    EXPECT_THAT(folder.contents("logs/A-1.log"), HasSubstr("sub/A.xml: refused: a task is of an unknown type"));
+    EXPECT_THAT(folder.contents("logs/None.log"), HasSubstr("None.xml: unreadable: no such file"));
+    // Those that are tried again get no second one.
+    options.each.mending = MSPDIMending::OfRefused;
+    migrate();
+    EXPECT_EQ(missing, 1U);
+    EXPECT_EQ(folder.listing("logs"), "A-1.log A.log None.log ");
+    EXPECT_THAT(folder.contents("logs/A-1.log"), Not(HasSubstr("refused")));
+    EXPECT_THAT(folder.contents("logs/A-1.log"), HasSubstr("sub/A.xml: imported: "));
+}
+
+TEST_F(MigrationTest, keepsTheLogOfAPlanWhoseProcessWasEnded) {
+    ASSERT_EQ(::mkfifo((folder.addFolder("in") + "/Slow.xml").c_str(), 0600), 0);
+    const int held = ::open((folder / "in/Slow.xml").c_str(), O_RDWR);  // its reader waits for bytes
+    addPath(folder / "in/Slow.xml");
+    options.bounds.time = std::chrono::milliseconds(1000);
+    options.logsFolder = folder / "logs";
+    migrate();
+    EXPECT_THAT(folder.contents("logs/Slow.log"),
+                HasSubstr("Slow.xml: failed: it took longer than 1 s, and was ended"));
+    EXPECT_EQ(logs, std::vector<std::string>{folder / "logs/Slow.log"});
+    ::close(held);
+}
+
+TEST_F(MigrationTest, putsLogsIntoTheFoldersOfTheTree) {
+    addPlan("sub/A.xml", planNamed("Paint"));
+    found.treeRoot = folder / "in";
+    options.logsFolder = folder / "logs";
+    migrate();
+    EXPECT_EQ(logs, std::vector<std::string>{folder / "logs/sub/A.log"});
+    EXPECT_THAT(folder.contents("logs/sub/A.log"), HasSubstr("imported"));
+}
+
+TEST_F(MigrationTest, saysWhyALogCannotBeMade) {
+    addPlan("A.xml", planNamed("Paint"));
+    folder.addFile("logs", "a file");
+    options.logsFolder = folder / "logs";
+    MSPDIMigration migration(services, options, found);
+    ASSERT_EQ(migration.takeLock([](const auto&) {}), std::nullopt);
+    ASSERT_EQ(migration.readRecords(), std::nullopt);
+    EXPECT_THAT(migration.run([](const auto&) {}).value_or(""), HasSubstr("logs: "));
+    EXPECT_EQ(folder.listing("out"), ".mspdi-migrate ");
+}
