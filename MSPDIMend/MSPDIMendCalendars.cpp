@@ -141,7 +141,9 @@ constexpr std::int64_t takenUID = 1;
 void giveProjectsCalendarItsPlace(MSPDIPatient& patient, std::string_view step) {
     const auto first = calendarOf(patient, takenUID);
     const auto own = projectsCalendar(patient);
-    if (!MSPDITakenCalendar(patient) || !own || own == first || own == MSPDITakenCalendar(patient)) {
+    const auto taken = MSPDITakenCalendar(patient);
+    // Two calendars of one number have nothing to exchange.
+    if (!taken || !own || own == first || own == taken || MSPDIIntegerIn(own, "UID") == takenUID) {
         return;
     }
     patient.note(step, [&] {

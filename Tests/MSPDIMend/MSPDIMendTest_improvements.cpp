@@ -335,6 +335,13 @@ TEST_F(ImprovementTest, copiesNothingIntoCalendarsThatDoNotArrive) {
                 HasSubstr(persons + "<Calendar><UID>3</UID><IsBaseCalendar>1</IsBaseCalendar>"));
 }
 
+TEST_F(ImprovementTest, calendarsOfOneNumberExchangeNothing) {
+    const std::string standard =
+        "<Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar>";
+    const auto plan = planOf(tasks(task(1, 1)), "  <Calendars>" + standard + standard + "</Calendars>\n");
+    EXPECT_EQ(mend(plan, {.only = {"project-calendar"}}).verdict, MSPDIMendVerdict::ImportsAsIs);
+}
+
 TEST_F(ImprovementTest, allStepsMendAPlanWithoutCalendars) {
     const auto mended = mend(planOf(tasks(task(1, 1)), ""), {.only = {}, .isAll = true});
     EXPECT_EQ(mended.verdict, MSPDIMendVerdict::Mended) << mended.obstacle;
