@@ -10,6 +10,8 @@
 
 #include "KZDXRules.h"
 #include "KZDXWords.h"
+#include "MSPCPath.h"
+#include "MSPCXMLLexis.h"
 
 namespace {
 
@@ -224,17 +226,32 @@ private:
     }
 
     void rememberIds(const KZDXScenario& scenario) {
-        for (const auto* const items : {&scenario.tasks(), &scenario.resources()}) {
-            for (const auto index : items->byId()) {
-                _idsOfActual.emplace_hint(_idsOfActual.end(), (*items)[index].id);
+        const auto remember = [](const KZDXItems& items, auto& ids) {
+            for (const auto index : items.byId()) {
+                ids.emplace_hint(ids.end(), items[index].id);
             }
-        }
+        };
+        remember(scenario.tasks(), _idsOfActual.tasks);
+        remember(scenario.resources(), _idsOfActual.resources);
     }
 
-    // Files of other kinds may lie beside the scenarios, whatever they hold.
+    // So that pictures and the like are not read as a whole.
+    [[nodiscard]] bool beginsAsXML(const std::string& name) const {
+        constexpr std::size_t enough = 4096;
+        const auto bytes = _files.beginning(name, enough);
+        auto start = std::string_view(bytes);
+        if (start.starts_with(MSPCXMLLexis::ByteOrderMark)) {
+            start.remove_prefix(MSPCXMLLexis::ByteOrderMark.size());
+        }
+        start.remove_prefix(std::min(start.find_first_not_of(MSPCXMLLexis::Blanks), start.size()));
+        return start.starts_with('<') || start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF");
+    }
+
+    // Files of other kinds may lie beside the scenarios, whatever they hold; whatever it is called, a scenario is one.
     void lookForUnnamedFiles() {
         for (const auto& name : _names) {
-            if (!name.ends_with(".xml") || name == KZDXContentsName || _seen.contains(name)) {
+            const bool isXMLByName = lowerCased(name).ends_with(".xml");
+            if (name == KZDXContentsName || _seen.contains(name) || !(isXMLByName || beginsAsXML(name))) {
                 continue;
             }
             std::string failure;
@@ -244,6 +261,10 @@ private:
             if (file ? file->root().name() == "scenario" : isNamedAsScenario(name)) {
                 add(KZDXUnnamedFileRule, name, file ? file->lineOf(file->root()) : 0, file ? "scenario" : "",
                     "the table of contents does not name this scenario");
+            } else if (!file && isXMLByName) {
+                add(KZDXUnreadableFileRule, name, bytes ? error.line : 0, "",
+                    fmt::format("it may be a scenario that the table of contents does not name: {}",
+                                bytes ? error.reason : failure));
             }
         }
     }
@@ -251,8 +272,8 @@ private:
     KZDXFiles& _files;
     KZDXCheck& _check;
     std::set<std::string> _names;
-    std::set<std::string> _seen;                      // files that an entry names
-    std::set<std::string, std::less<>> _idsOfActual;  // of tasks and resources
+    std::set<std::string> _seen;  // files that an entry names
+    KZDXIds _idsOfActual;
     std::vector<Uncommented> _uncommented;
     bool _isOfImport = false;  // one scenario tells the importer
     MSPCXMLNode _named;        // whose name was asked for last, and the name

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstdlib>
 
 namespace {
 
@@ -75,6 +76,15 @@ bool isInCalendar(const MSPCDateFields& fields) {
 
 MSPCInstant KZDXDateTime::instant() const {
     return wallClock - secondsFromGreenwich;
+}
+
+bool KZDXDateTime::mayBeOfOneZone(const KZDXDateTime& other) const {
+    constexpr int mostOfASummer = 2 * 3600;
+    return std::abs(secondsFromGreenwich - other.secondsFromGreenwich) <= mostOfASummer;
+}
+
+bool KZDXDateTime::isBehind(const KZDXDateTime& other) const {
+    return instant() > other.instant() && (wallClock > other.wallClock || !mayBeOfOneZone(other));
 }
 
 std::optional<KZDXDateTime> KZDXDateTimeFrom(std::string_view text) {

@@ -14,6 +14,10 @@ struct KZDXDateTime {
     int secondsFromGreenwich = 0;  // positive to the east
 
     [[nodiscard]] MSPCInstant instant() const;
+    // Whether both may be dates of one place: its clock is changed by two hours at most.
+    [[nodiscard]] bool mayBeOfOneZone(const KZDXDateTime& other) const;
+    // Whether it lies behind another one beyond doubt: where both may be of one zone, on its wall clock, too.
+    [[nodiscard]] bool isBehind(const KZDXDateTime& other) const;
 };
 
 // None for a text of any other form, and for a day or a time that no calendar has.

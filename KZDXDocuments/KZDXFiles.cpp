@@ -3,6 +3,7 @@
 #include <system_error>
 #include <utility>
 
+#include "MSPCByteStreams.h"
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 
@@ -20,6 +21,20 @@ public:
 
     [[nodiscard]] std::optional<std::vector<std::string>> names(std::string& failure) const override {
         return _fileSystem.namesIn(_folder, &failure);
+    }
+    [[nodiscard]] std::string beginning(const std::string& name, std::size_t size) const override {
+        const auto source = _fileSystem.openFile(pathByAppendingComponent(_folder, name));
+        std::string bytes(size, '\0');
+        std::size_t count = 0;
+        while (source && count < size) {
+            const auto more = source->read(bytes.data() + count, size - count);
+            if (more.value_or(0) == 0) {
+                break;
+            }
+            count += *more;
+        }
+        bytes.resize(count);
+        return bytes;
     }
     [[nodiscard]] std::optional<std::string> read(const std::string& name, std::string& failure) override {
         const auto path = pathByAppendingComponent(_folder, name);
@@ -46,6 +61,10 @@ public:
             names.push_back(name);
         }
         return names;
+    }
+    [[nodiscard]] std::string beginning(const std::string& name, std::size_t size) const override {
+        const auto file = _files.find(name);
+        return file == _files.end() ? std::string() : file->second.substr(0, size);
     }
     [[nodiscard]] std::optional<std::string> read(const std::string& name, std::string& failure) override {
         auto file = _files.extract(name);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -16,6 +17,8 @@ public:
     // The names of all files and folders in it, in their order as bytes; none when they cannot be listed, with the
     // reason in `failure`.
     [[nodiscard]] virtual std::optional<std::vector<std::string>> names(std::string& failure) const = 0;
+    // The first bytes of a file, at most so many; empty when it cannot be read, or is no file. It can still be read.
+    [[nodiscard]] virtual std::string beginning(const std::string& name, std::size_t size) const = 0;
     // The bytes of a file; none when it cannot be read, with the reason in `failure`. What was asked for once may not
     // be there again.
     [[nodiscard]] virtual std::optional<std::string> read(const std::string& name, std::string& failure) = 0;

@@ -9,7 +9,7 @@ KZDXImportComments::KZDXImportComments(const MSPCXMLNode& root) {
 }
 
 std::vector<KZDXRule> KZDXRules() {
-    std::vector<KZDXRule> rules = {KZDXXMLRule, KZDXMissingFileRule, KZDXUnnamedFileRule};
+    std::vector<KZDXRule> rules = {KZDXXMLRule, KZDXMissingFileRule, KZDXUnnamedFileRule, KZDXUnreadableFileRule};
     for (const auto& entry : KZDXContentsRules()) {
         rules.push_back(entry.rule);
     }

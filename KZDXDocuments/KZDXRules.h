@@ -18,13 +18,19 @@ struct KZDXRule {
     std::string_view what;  // "Every task and every resource has an id"
 };
 
+// The ids of all tasks, and of all resources, of a scenario.
+struct KZDXIds {
+    std::set<std::string, std::less<>> tasks;
+    std::set<std::string, std::less<>> resources;
+};
+
 // One scenario of a bundle.
 struct KZDXSubject {
     const KZDXContents& contents;
     const KZDXEntry& entry;  // the scenario in the contents
     const KZDXXMLFile& file;
     const KZDXScenario& scenario;
-    const std::set<std::string, std::less<>>& idsOfActual;  // of all tasks and resources; for what baselines leave out
+    const KZDXIds& idsOfActual;  // for what baselines leave out
 };
 
 // Which of the two comments a scenario begins with that every import writes.
@@ -54,6 +60,10 @@ inline constexpr KZDXRule KZDXMissingFileRule = {"missing-file", KZDXSeverity::F
                                                  "The table of contents and every scenario named there have a file"};
 inline constexpr KZDXRule KZDXUnnamedFileRule = {"unnamed-file", KZDXSeverity::Fault,
                                                  "Every scenario file is named in the table of contents"};
+
+// Nobody asks for such a file, so that it is no fault of the document.
+inline constexpr KZDXRule KZDXUnreadableFileRule = {
+    "unreadable-file", KZDXSeverity::Note, "A file beside the scenarios has their extension, but cannot be read"};
 
 // Where one scenario tells the importer, the others are of an import as well: whoever reads all of them applies it.
 inline constexpr KZDXRule KZDXImportCommentRule = {"import-comment", KZDXSeverity::Fault,

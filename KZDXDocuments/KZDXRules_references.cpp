@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <limits>
+#include <optional>
 #include <set>
 
 #include "KZDXRules.h"
@@ -98,38 +101,45 @@ void lookForRepeatedIds(const KZDXSubject& subject, const KZDXTell& tell) {
     }
 }
 
-// Whether a baseline names a resource that has no such baseline, and is left out there.
-bool isLeftOutOfBaseline(const KZDXSubject& subject, std::string_view idref) {
-    return subject.entry.name != KZDXActualScenario && subject.idsOfActual.contains(idref);
+// Elements that name a task or a resource.
+struct References {
+    const std::vector<KZDXReference>& all;
+    std::string_view kind;
+    const std::set<std::string, std::less<>>& idsOfActual;  // of that kind
+};
+
+std::array<References, 4> referencesIn(const KZDXSubject& subject) {
+    const auto& [tasks, resources] = subject.idsOfActual;
+    const auto& scenario = subject.scenario;
+    return {{{scenario.childTasks(), "task", tasks},
+             {scenario.links(), "task", tasks},
+             {scenario.assignments(), "resource", resources},
+             {scenario.childResources(), "resource", resources}}};
 }
 
-void lookForUnresolved(const KZDXSubject& subject, const std::vector<KZDXReference>& references, std::string_view kind,
-                       const KZDXTell& tell) {
-    for (const auto& reference : references) {
-        const auto idref = KZDXAttribute(reference.element, "idref");
-        if (!reference.to && idref && !isLeftOutOfBaseline(subject, *idref)) {
-            tell(reference.element, fmt::format("no {} has the id '{}'", kind, *idref));
-        } else if (!idref && &references != &subject.scenario.assignments()) {
-            tell(reference.element, "'idref' is missing");
+// Whether a baseline names a task or a resource that has no such baseline, and is left out there.
+bool isLeftOutOfBaseline(const KZDXSubject& subject, const References& references, std::string_view idref) {
+    return subject.entry.name != KZDXActualScenario && references.idsOfActual.contains(idref);
+}
+
+void lookAtReferences(const KZDXSubject& subject, const KZDXTell& tell) {
+    for (const auto& references : referencesIn(subject)) {
+        for (const auto& reference : references.all) {
+            const auto idref = KZDXAttribute(reference.element, "idref");
+            if (!reference.to && idref && !isLeftOutOfBaseline(subject, references, *idref)) {
+                tell(reference.element, fmt::format("no {} has the id '{}'", references.kind, *idref));
+            } else if (!idref && &references.all != &subject.scenario.assignments()) {
+                tell(reference.element, "'idref' is missing");
+            }
         }
     }
 }
 
-void lookAtReferences(const KZDXSubject& subject, const KZDXTell& tell) {
-    const auto& scenario = subject.scenario;
-    lookForUnresolved(subject, scenario.childTasks(), "task", tell);
-    lookForUnresolved(subject, scenario.links(), "task", tell);
-    lookForUnresolved(subject, scenario.assignments(), "resource", tell);
-    lookForUnresolved(subject, scenario.childResources(), "resource", tell);
-}
-
 void lookForLeftOut(const KZDXSubject& subject, const KZDXTell& tell) {
-    const auto& scenario = subject.scenario;
-    for (const auto* const references :
-         {&scenario.childTasks(), &scenario.links(), &scenario.assignments(), &scenario.childResources()}) {
-        for (const auto& reference : *references) {
+    for (const auto& references : referencesIn(subject)) {
+        for (const auto& reference : references.all) {
             const auto idref = KZDXAttribute(reference.element, "idref");
-            if (!reference.to && idref && isLeftOutOfBaseline(subject, *idref)) {
+            if (!reference.to && idref && isLeftOutOfBaseline(subject, references, *idref)) {
                 tell(reference.element, fmt::format("'{}' has no such baseline, and is left out here", *idref));
             }
         }
@@ -174,12 +184,22 @@ void lookForRepetitions(const KZDXSubject& subject, const KZDXTell& tell) {
     lookForRepeatedReferences(subject.scenario.assignments(), "assignment of", tell);
 }
 
-// Tells the highest number among ids such as "t12" where it is not free of the next one.
+// The number of an id such as "t12"; of one with more digits than any number that is looked at, the greatest of these.
+std::optional<std::int64_t> numberOfId(std::string_view id, char letter) {
+    if (!id.starts_with(letter)) {
+        return std::nullopt;
+    }
+    const auto digits = id.substr(1);
+    const bool isNumber = !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
+    const auto number = KZDXInteger(digits);
+    return isNumber && !number ? std::numeric_limits<std::int64_t>::max() : number;
+}
+
+// Tells the highest number among ids where it is not free of the next one.
 void lookAtHighestId(const KZDXItems& items, char letter, std::optional<std::int64_t> next, const KZDXTell& tell) {
     MSPCXMLNode highest;
     for (const auto& item : items) {
-        const auto number =
-            item.id.starts_with(letter) ? KZDXInteger(item.id.substr(1)) : std::optional<std::int64_t>();
+        const auto number = numberOfId(item.id, letter);
         if (next && number && *number >= *next) {
             next = *number;
             highest = item.element;

@@ -108,7 +108,7 @@ void lookAtEvent(const MSPCXMLNode& event, const KZDXTell& tell) {
     const auto end = KZDXDateTimeFrom(endText);
     if (!start || !end) {
         tell(event, fmt::format("'{}' is no date with a time and an offset", start ? endText : startText));
-    } else if (start->instant() > end->instant() && start->wallClock > end->wallClock) {
+    } else if (start->isBehind(*end)) {
         tell(event, "the start is behind the end");
     }
 }

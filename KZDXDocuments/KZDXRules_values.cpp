@@ -64,6 +64,7 @@ struct Span {
         end = date("end-date");
     }
     [[nodiscard]] bool isReversed() const { return start && end && start->instant() > end->instant(); }
+    [[nodiscard]] bool isReversedBeyondDoubt() const { return start && end && start->isBehind(*end); }
     [[nodiscard]] bool isReversedOnTheWall() const { return start && end && start->wallClock > end->wallClock; }
 };
 
@@ -72,7 +73,7 @@ struct Span {
 bool mayBeReversedInPlan(const KZDXSubject& subject, const KZDXWorkingWeek& week, const MSPCXMLNode& task,
                          const Span& span) {
     return subject.entry.name != KZDXActualScenario || KZDXChildText(task, "type") == "group" ||
-           !week.holdsWorkBetween(span.end->wallClock, span.start->wallClock);
+           (span.isReversedOnTheWall() && !week.holdsWorkBetween(span.end->wallClock, span.start->wallClock));
 }
 
 // Calls `visit` with each task that starts behind its end, and whether its plan may say so.
@@ -83,32 +84,32 @@ void forEachReversed(const KZDXSubject& subject, const Visit& visit) {
     for (const auto& task : subject.scenario.tasks()) {
         const Span span(task.element);
         if (span.isReversed() || span.isReversedOnTheWall()) {
-            const bool isTwice = span.isReversed() && span.isReversedOnTheWall();
-            visit(task.element.firstChildElement("start-date"), isTwice,
-                  isTwice && mayBeReversedInPlan(subject, week, task.element, span));
+            const bool isSure = span.isReversedBeyondDoubt();
+            visit(task.element.firstChildElement("start-date"), isSure,
+                  isSure && mayBeReversedInPlan(subject, week, task.element, span));
         }
     }
 }
 
 void lookForReversedDates(const KZDXSubject& subject, const KZDXTell& tell) {
-    forEachReversed(subject, [&tell](const MSPCXMLNode& start, bool isTwice, bool mayBeInPlan) {
-        if (isTwice && !mayBeInPlan) {
+    forEachReversed(subject, [&tell](const MSPCXMLNode& start, bool isSure, bool mayBeInPlan) {
+        if (isSure && !mayBeInPlan) {
             tell(start, "the start is behind the end");
         }
     });
 }
 
 void lookForReversedDatesOfPlans(const KZDXSubject& subject, const KZDXTell& tell) {
-    forEachReversed(subject, [&tell](const MSPCXMLNode& start, bool isTwice, bool mayBeInPlan) {
-        if (isTwice && mayBeInPlan) {
+    forEachReversed(subject, [&tell](const MSPCXMLNode& start, bool isSure, bool mayBeInPlan) {
+        if (isSure && mayBeInPlan) {
             tell(start, "the start is behind the end: the plan says so");
         }
     });
 }
 
 void lookForReversedOffsets(const KZDXSubject& subject, const KZDXTell& tell) {
-    forEachReversed(subject, [&tell](const MSPCXMLNode& start, bool isTwice, bool /*mayBeInPlan*/) {
-        if (!isTwice) {
+    forEachReversed(subject, [&tell](const MSPCXMLNode& start, bool isSure, bool /*mayBeInPlan*/) {
+        if (!isSure) {
             tell(start, "the start is behind the end by their offsets alone: the clocks change in between");
         }
     });

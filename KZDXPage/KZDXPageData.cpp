@@ -74,7 +74,17 @@ std::string itemOf(const MSPDIPlace& place) {
     return place.uid.empty() || !(isTask || isResource) ? std::string() : (isTask ? "t" : "r") + place.uid;
 }
 
-JSON lossesOf(const MSPDIAccount& account) {
+JSON placeOf(const MSPDIPlace& place, const KZDXPageSubject& subject) {
+    auto told = JSON::array({place.path, place.name, place.value, itemOf(place)});
+    auto meaning = subject.meaningOf ? subject.meaningOf(place) : JSON();
+    if (!meaning.is_null()) {
+        told.push_back(std::move(meaning));
+    }
+    return told;
+}
+
+JSON lossesOf(const KZDXPageSubject& subject) {
+    const auto& account = *subject.account;
     JSON leaves = {{"total", account.total()}};
     for (std::size_t fate = 0; fate < account.leaves.size(); ++fate) {
         leaves[std::string(MSPDIFateNames[fate])] = account.leaves[fate];
@@ -83,7 +93,7 @@ JSON lossesOf(const MSPDIAccount& account) {
     for (const auto& loss : account.losses) {
         auto where = JSON::array();
         for (const auto& place : loss.where) {
-            where.push_back(JSON::array({place.path, place.name, place.value, itemOf(place)}));
+            where.push_back(placeOf(place, subject));
         }
         kinds.push_back({{"kind", loss.kind},
                          {"count", loss.count},
@@ -118,7 +128,7 @@ JSON KZDXPageData(const KZDXPageDocument& document, const KZDXPageSubject& subje
         }
     }
     data["baselines"] = std::move(baselines);
-    data["losses"] = subject.account == nullptr ? JSON(nullptr) : lossesOf(*subject.account);
+    data["losses"] = subject.account == nullptr ? JSON(nullptr) : lossesOf(subject);
     data["notes"] = document.notes;
     return data;
 }

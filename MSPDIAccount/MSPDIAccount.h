@@ -39,6 +39,8 @@ struct MSPDIAccount {
     std::optional<std::string> obstacle;
     // Why the importer refuses the plan; what is below is then what would become of it as far as that can be told.
     std::optional<MSPDIRefusal> refusal;
+    // Whether the file ends before its plan does. What is below is of the part that is there.
+    bool isCutOff = false;
     std::array<std::size_t, MSPDIFateNames.size()> leaves{};  // by fate
     std::vector<MSPDILoss> losses;                            // the most important ones first
 

@@ -1,11 +1,14 @@
 #include "MSPDIAccountOfPlan.h"
 
+#include <algorithm>
 #include <new>
 
 #include "MSPCException.h"
 #include "MSPCFileSystem.h"
 #include "MSPDIAccountOfImport.h"
-#include "MSPDIReadOnlyFileSystem.h"
+#include "MSPDICutOff.h"
+#include "MSPDIReadOnce.h"
+#include "MSPDIRepairWarning.h"
 
 namespace {
 
@@ -19,20 +22,10 @@ std::optional<std::string> obstacleAt(const std::string& path, const MSPCFileSys
 MSPDIAccount lookAt(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options) {
     MSPDIAccountOfImport watching(services);
     const auto import = MSPDIImportInMemory(planPath, services, MSPDIMemoryKeeping::Names, watching.watchedMapping());
-    return watching.account(planPath, import.refusal, import.warnings, options);
-}
-
-// The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory.
-MSPDIAccount lookAtOnce(const std::string& planPath, const MSPCServices& services, const MSPDIAccountOptions& options) {
-    auto content = services.fileSystem.openFile(planPath) ? std::nullopt : services.fileSystem.readFile(planPath);
-    if (!content) {
-        return lookAt(planPath, services, options);
-    }
-    MSPDIFileSystemWithContent fileSystem(services.fileSystem, planPath, std::move(*content));
-    return lookAt(planPath,
-                  {services.clock, services.timeZone, services.log, services.userDefaults, fileSystem,
-                   services.randomSource, services.progress, services.seasonClock},
-                  options);
+    auto account = watching.account(planPath, import.refusal, import.warnings, options);
+    const bool isMended = std::any_of(import.warnings.begin(), import.warnings.end(), MSPDIIsRepairWarning);
+    account.isCutOff = isMended && MSPDIIsPlanCutOff(planPath, services.fileSystem);
+    return account;
 }
 
 }  // namespace
@@ -45,7 +38,8 @@ MSPDIAccount MSPDIAccountOfPlan(const std::string& planPath, const MSPCServices&
         return account;
     }
     try {
-        return lookAtOnce(planPath, services, options);
+        return MSPDIWithPlanReadOnce(planPath, services,
+                                     [&](const MSPCServices& readable) { return lookAt(planPath, readable, options); });
     } catch (const MSPCException& exception) {
         account.obstacle = exception.reason();
     } catch (const std::bad_alloc&) {

@@ -41,8 +41,16 @@ void skipAll(std::string_view characters, std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(characters), text.size()));
 }
 
+// ".0" behind whole seconds says nothing.
+void skipNoFraction(std::string_view& text) {
+    const auto end = text.starts_with(".0") ? text.find_first_not_of('0', 1) : std::string_view::npos;
+    if (end != std::string_view::npos && text[end] == 'S') {
+        text.remove_prefix(end);
+    }
+}
+
 // Hours, minutes and whole seconds of so few digits that no number is too large, each at most once, behind no years,
-// months and days: "PT8H0M0S", "P0DT8H".
+// months and days: "PT8H0M0S", "P0DT8H", "PT8H0M0.0S".
 bool isPlainDuration(std::string_view text) {
     constexpr std::size_t mostDigits = 9;
     if (!text.starts_with('P')) {
@@ -58,8 +66,12 @@ bool isPlainDuration(std::string_view text) {
     for (const char unit : {'H', 'M', 'S'}) {
         const auto digits =
             static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isDigit) - text.begin());
-        if (digits > 0 && digits <= mostDigits && digits < text.size() && text[digits] == unit) {
-            text.remove_prefix(digits + 1);
+        auto behind = text.substr(digits);
+        if (unit == 'S') {
+            skipNoFraction(behind);
+        }
+        if (digits > 0 && digits <= mostDigits && behind.starts_with(unit)) {
+            text = behind.substr(1);
             hasAny = true;
         }
     }

@@ -24,6 +24,18 @@ MSPDIJudgement MSPDIJudgementOfText(const MSPDIElement& element, std::string_vie
                                                     : lostUnlessOneOf(element, text);
 }
 
+MSPDIJudgement MSPDIUnlessBaselineHasOne(const MSPDILeaf& leaf, MSPDIJudgement judgement) {
+    if (!leaf.item.fields.singleObject(leaf.name())) {
+        return judgement;
+    }
+    for (const auto& [number, baseline] : leaf.item.baselines()) {
+        if (!leaf.item.lastText(baseline, leaf.name()).empty()) {
+            return MSPDIFate::Shaping;
+        }
+    }
+    return judgement;
+}
+
 MSPDIJudgement lostUnlessDefault(const MSPDILeaf& leaf) {
     return lostUnlessOneOf(leaf.element, leaf.text);
 }

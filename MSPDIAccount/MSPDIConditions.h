@@ -17,6 +17,10 @@ MSPDIJudgement derivedAndCompared(const MSPDILeaf& leaf);
 [[nodiscard]] bool MSPDIGoesByTextAlone(const MSPDIElement& element);
 [[nodiscard]] MSPDIJudgement MSPDIJudgementOfText(const MSPDIElement& element, std::string_view text);
 
+// Of a value that says nothing itself: `judgement`, or that it shapes others where a baseline that counts has a text by
+// its name. That counts only where the owner has such a value, too.
+[[nodiscard]] MSPDIJudgement MSPDIUnlessBaselineHasOne(const MSPDILeaf& leaf, MSPDIJudgement judgement);
+
 // Read wherever it stands.
 MSPDIJudgement shapesOthers(const MSPDILeaf& leaf);
 
@@ -85,6 +89,7 @@ MSPDIJudgement ofFurtherRate(const MSPDILeaf& leaf);
 MSPDIJudgement assignmentResource(const MSPDILeaf& leaf);
 MSPDIJudgement assignmentUnits(const MSPDILeaf& leaf);
 MSPDIJudgement assignmentWork(const MSPDILeaf& leaf);
+MSPDIJudgement assignmentCost(const MSPDILeaf& leaf);
 MSPDIJudgement timephasedType(const MSPDILeaf& leaf);
 MSPDIJudgement timephasedValue(const MSPDILeaf& leaf);
 MSPDIJudgement assignmentBaselineValue(const MSPDILeaf& leaf);

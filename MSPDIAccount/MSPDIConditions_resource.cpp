@@ -71,7 +71,7 @@ MSPDIJudgement resourceMaxUnits(const MSPDILeaf& leaf) {
         return MSPDIArrival::ofUnits(leaf.text);
     }
     // None at all becomes one.
-    return leaf.text.empty() ? MSPDIJudgement(MSPDIFate::Default)
+    return leaf.text.empty() ? MSPDIUnlessBaselineHasOne(leaf, MSPDIFate::Default)
                              : MSPDIJudgement(MSPDIFate::Changed, "resource-units");
 }
 
@@ -137,6 +137,14 @@ MSPDIJudgement assignmentWork(const MSPDILeaf& leaf) {
     }
     const bool isTold = task != nullptr && task->hasUnequalShares && assignmentOf(leaf).arrives;
     return isTold ? MSPDIJudgement(MSPDIFate::Lost, "unequal-shares") : MSPDIJudgement(MSPDIFate::Derived);
+}
+
+// What a cost resource costs is entered with each assignment; of all others it comes from rates and work.
+MSPDIJudgement assignmentCost(const MSPDILeaf& leaf) {
+    const auto uid = scanInteger64(leaf.item.fields.text("ResourceUID").textOrEmpty());
+    const auto resource = uid ? leaf.item.facts.mappedResource(MSPCResourceUID{*uid}) : std::nullopt;
+    const bool isEntered = resource && leaf.item.facts.resources[*resource].isCost;
+    return isEntered ? lostUnlessDefault(leaf) : MSPDIJudgement(MSPDIFate::Derived);
 }
 
 MSPDIJudgement timephasedType(const MSPDILeaf& leaf) {

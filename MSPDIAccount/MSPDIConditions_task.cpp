@@ -31,7 +31,7 @@ MSPDIJudgement ofEmptyRow(const MSPDILeaf& leaf) {
 MSPDIJudgement ofRoot(const MSPDILeaf& leaf) {
     const auto name = leaf.name();
     if (name == "Start" || name == "Finish") {
-        return leaf.text.empty() ? MSPDIJudgement(MSPDIFate::Default)
+        return leaf.text.empty() ? MSPDIUnlessBaselineHasOne(leaf, MSPDIFate::Default)
                                  : MSPDIArrival::ofDate(leaf.item.facts, leaf.text);
     }
     if (name == "Name") {
@@ -49,17 +49,18 @@ MSPDIJudgement inAnyScenario(const MSPDILeaf& leaf) {
     if (judgement.arrives()) {
         return judgement;
     }
+    bool letsBaselineIn = false;  // whose value counts only where the task has a field of that name
     for (const auto& [number, baseline] : leaf.item.baselines()) {
         const MSPDITaskView view(leaf.item, number, baseline);
-        if (view.hides(leaf.name())) {
-            continue;
-        }
-        const auto ofBaseline = leaf.element.rule(view, leaf.text);
-        if (ofBaseline.arrives()) {
+        const bool isHidden = view.hides(leaf.name());
+        const auto ofBaseline = leaf.element.rule(view, isHidden ? view.text(leaf.name()) : leaf.text);
+        if (ofBaseline.arrives() && !isHidden) {
             return ofBaseline;
         }
+        letsBaselineIn = letsBaselineIn || ofBaseline.arrives();
     }
-    return told(judgement, leaf);
+    const auto itself = told(judgement, leaf);
+    return letsBaselineIn ? MSPDIJudgement(MSPDIFate::Shaping, itself.kind) : itself;
 }
 
 // A custom field's value by the definition that counts for it.

@@ -296,8 +296,8 @@ constexpr MSPDIElement elements[] = {
     {assignment, "Start Finish start finish ActualStart ActualFinish Stop Resume", derivedFromOthers},
     {assignment, "RegularWork ActualWork RemainingWork PercentWorkComplete Milestone Summary Overallocated",
      derivedFromOthers},
-    {assignment, "Cost ActualCost RemainingCost CostVariance WorkVariance StartVariance FinishVariance",
-     derivedFromOthers},
+    {assignment, "Cost", assignmentCost, "0", "cost-resource"},
+    {assignment, "ActualCost RemainingCost CostVariance WorkVariance StartVariance FinishVariance", derivedFromOthers},
     {assignment, "ACWP BCWP BCWS CV SV VAC OvertimeCost ActualOvertimeCost RemainingOvertimeCost", derivedFromOthers},
     {assignment, "ActualWorkProtected ActualOvertimeWorkProtected RemainingOvertimeWork ActualOvertimeWork PeakUnits",
      derivedFromOthers},
@@ -352,6 +352,7 @@ bool MSPDIMayArrive(const MSPDIElement& element) {
                                                    calendarBase,
                                                    resourceRateFormat,
                                                    ofFurtherRate,
+                                                   assignmentCost,
                                                    ofCalendar,
                                                    weekDayPeriod,
                                                    exceptionRecurrence};

@@ -42,6 +42,7 @@ void MSPDIElementTree::add(std::string_view path, const MSPDIElement& element) {
         auto child = std::make_unique<MSPDIElementTree>();
         child->_path = at->_path.empty() ? std::string(name) : at->_path + "/" + std::string(name);
         child->_nameStart = child->_path.size() - name.size();
+        child->_ordinal = at->_childCount++;
         at->_hasChildren = true;
         at = slot.emplace_back(std::move(child)).get();
     });

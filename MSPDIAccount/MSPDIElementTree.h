@@ -24,6 +24,8 @@ public:
     // The line for a leaf here; a null pointer where the table knows only elements with children.
     [[nodiscard]] const MSPDIElement* element() const { return _element; }
     [[nodiscard]] bool hasChildren() const { return _hasChildren; }
+    // Its place among all that the table knows below its parent, from 0.
+    [[nodiscard]] std::size_t ordinal() const { return _ordinal; }
     // From below the project to here: "Tasks/Task/Name".
     [[nodiscard]] const std::string& path() const { return _path; }
     // The last step of it; empty for the project.
@@ -40,4 +42,6 @@ private:
     [[nodiscard]] static std::size_t slotOf(std::string_view name);
     std::array<std::vector<std::unique_ptr<MSPDIElementTree>>, SlotCount> _children;
     bool _hasChildren = false;
+    std::size_t _childCount = 0;
+    std::size_t _ordinal = 0;
 };

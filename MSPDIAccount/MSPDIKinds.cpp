@@ -59,7 +59,7 @@ constexpr MSPDIKind kinds[] = {
     {"timephased-data", "values spread over the time"},
     // Costs and resources.
     {"fixed-cost", "fixed costs"},
-    {"cost-resource", "cost resources, which become material"},
+    {"cost-resource", "cost resources, which become material, and the costs entered for them"},
     {"rounded-amount", "costs, rates and units that are rounded, or no numbers"},
     {"rate-per-unit", "rates that are not per hour, but are taken so"},
     {"further-rates", "further rates, by table and date", "Rate|Assignment"},

@@ -105,7 +105,7 @@ bool MSPDILeafWalk::wantsLeavesOf(std::string_view name) {
     const auto* const list = _steps.back().known;
     const auto* const known = list == nullptr ? nullptr : list->child(name);
     _open.assign(1, known);
-    return !_countsAll && known != nullptr;
+    return known != nullptr;
 }
 
 void MSPDILeafWalk::beginElement(std::string_view name) {
@@ -117,7 +117,11 @@ void MSPDILeafWalk::endElement() {
     _open.pop_back();
 }
 
+// Where all are counted none is taken: a piece of the plainest kind is read faster then, too.
 bool MSPDILeafWalk::takeLeaf(std::string_view name, std::string_view text) {
+    if (_countsAll) {
+        return false;
+    }
     const auto* const parent = _open.back();
     const auto* const known = parent == nullptr ? nullptr : parent->child(name);
     const auto* const element = known == nullptr ? nullptr : known->element();
@@ -144,7 +148,7 @@ void MSPDILeafWalk::forgetLeaves() {
 
 bool MSPDILeafWalk::restOfPiece(const MSPCXMLNode& element) {
     if (!_tally.lacksPlaces) {
-        _isReduced = true;
+        _isReduced = !_countsAll;
         walkPiece(element);
         _isReduced = false;
     }
@@ -447,25 +451,39 @@ std::size_t& MSPDILeafWalk::countOf(Counts& counts, std::string_view name) {
 }
 
 void MSPDILeafWalk::enterChild(const MSPCXMLNode& node) {
+    const auto name = node.name();
+    const auto* const parent = _steps.back().known;
+    const auto* const known = parent == nullptr ? nullptr : parent->child(name);
+    const auto bare = known == nullptr ? withoutPrefix(name) : name;  // the table's names have no prefixes
     auto number = std::size_t(0);
     if (_countsAll) {
-        if (_steps.size() >= mostLevels) {
-            throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
-        }
-        _childCounts.resize(std::max(_childCounts.size(), _steps.size()));
-        number = ++countOf(_childCounts[_steps.size() - 1], withoutPrefix(node.name()));
+        const bool hasPrefix = bare.size() < name.size();
+        number = nextNumber(bare, hasPrefix && parent != nullptr ? parent->child(bare) : known);
     }
-    enter(node.name(), node, number);
+    push(known, bare, node, number);
+}
+
+std::size_t MSPDILeafWalk::nextNumber(std::string_view name, const MSPDIElementTree* known) {
+    if (_steps.size() >= mostLevels) {
+        throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
+    }
+    if (!_steps.back().hasCounted) {
+        _steps.back().hasCounted = true;
+        _childCounts.resize(std::max(_childCounts.size(), _steps.size()));
+        _childCounts[_steps.size() - 1].clear();
+    }
+    return _childCounts[_steps.size() - 1].next(name, known);
 }
 
 void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, std::size_t number) {
-    const auto& parent = _steps.back();
-    const auto* const known = parent.known == nullptr ? nullptr : parent.known->child(name);
-    const auto lastKnown = known == nullptr ? parent.lastKnown : _steps.size();
-    if (_childCounts.size() > _steps.size()) {
-        _childCounts.resize(_steps.size());
-    }
-    _steps.push_back({known, withoutPrefix(name), node, number, lastKnown, _path.size()});
+    const auto* const parent = _steps.back().known;
+    push(parent == nullptr ? nullptr : parent->child(name), withoutPrefix(name), node, number);
+}
+
+void MSPDILeafWalk::push(const MSPDIElementTree* known, std::string_view name, const MSPCXMLNode& node,
+                         std::size_t number) {
+    const auto lastKnown = known == nullptr ? _steps.back().lastKnown : _steps.size();
+    _steps.push_back({known, name, node, number, lastKnown, _path.size()});
     if (_countsAll) {
         appendStep(_steps.back(), number, _path);
     }
@@ -474,5 +492,8 @@ void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, std::s
 void MSPDILeafWalk::leave() {
     _path.resize(_steps.back().pathLength);
     _steps.pop_back();
+    if (_told.empty()) {
+        return;
+    }
     std::erase_if(_told, [this](const auto& told) { return told.first >= _steps.size(); });
 }

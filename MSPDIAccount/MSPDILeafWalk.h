@@ -15,6 +15,7 @@
 #include "MSPDIAccount.h"
 #include "MSPDIElement.h"
 #include "MSPDIElementTable.h"
+#include "MSPDINameCounts.h"
 
 // Goes over all leaves of a plan and enters each with its fate in the account.
 //
@@ -58,6 +59,7 @@ private:
         std::size_t number;             // among those of its name, from 1; 0 while it is not known
         std::size_t lastKnown;          // the last step, this one included, that the table knows
         std::size_t pathLength;         // of the path of its parent
+        bool hasCounted = false;        // its children so far
     };
 
     // What a piece adds to the account, kept apart until it is sure to count.
@@ -105,8 +107,10 @@ private:
     [[nodiscard]] static std::string_view withoutPrefix(std::string_view name);
     [[nodiscard]] static std::size_t& countOf(Counts& counts, std::string_view name);
     void enterChild(const MSPCXMLNode& node);
+    [[nodiscard]] std::size_t nextNumber(std::string_view name, const MSPDIElementTree* known);
     // Goes down to an element; `name` is to outlive the step.
     void enter(std::string_view name, const MSPCXMLNode& node, std::size_t number);
+    void push(const MSPDIElementTree* known, std::string_view name, const MSPCXMLNode& node, std::size_t number);
     void leave();
     [[nodiscard]] std::string path() const;
     static void appendStep(const Step& step, std::size_t number, std::string& path);
@@ -127,7 +131,7 @@ private:
     std::vector<Step> _steps;
     std::string _path = "/Project";                          // to the last step, where all are counted
     std::vector<std::pair<std::size_t, std::size_t>> _told;  // the steps and the kinds that were told once for them
-    std::vector<Counts> _childCounts;            // of the children of these steps so far, where all are counted
+    std::vector<MSPDINameCounts> _childCounts;   // of the children of these steps so far, where all are counted
     std::vector<const MSPDIElementTree*> _open;  // the elements around the leaf that is offered
     std::string _listName;
     Counts _listCounts;                                          // the project's children

@@ -86,9 +86,14 @@ std::size_t MSPDILeafWalk::numberOf(const Step& step) {
 
 void MSPDILeafWalk::appendStep(const Step& step, std::size_t number, std::string& path) {
     path += '/';
-    appendName(step.name, path);
+    if (step.known != nullptr) {
+        path += step.name;
+    } else {
+        appendName(step.name, path);
+    }
     path += '[';
-    path += fmt::format_int(number).c_str();
+    const fmt::format_int digits(number);
+    path.append(digits.data(), digits.size());
     path += ']';
 }
 

@@ -205,9 +205,12 @@ void MSPDIPlanFacts::readResources(const MSPCXMLNode& project) {
             continue;
         }
         _resourceByUID.try_emplace(MSPCResourceUID{*uid}, position);
-        const bool isCost = isSavedBy2007OrLater() && fields.lastChild("IsCostResource").count == 1 &&
-                            MSPDIIsTrueField(fields, "IsCostResource");
-        resource.isMaterial = isCost || MSPDISingleInteger(fields, "Type").value_or(1) == 0;
+        const auto type = MSPDISingleInteger(fields, "Type").value_or(1);
+        const bool isMarkedAsCost = MSPDIIsTrueField(fields, "IsCostResource");
+        const bool isReadAsCost =
+            isMarkedAsCost && isSavedBy2007OrLater() && fields.lastChild("IsCostResource").count == 1;
+        resource.isCost = isMarkedAsCost || type == 2;
+        resource.isMaterial = isReadAsCost || type == 0;
         if (const auto looked = lookedUp(MSPCResourceUID{*uid}); looked && resource.isMaterial) {
             _materialUIDs.insert(*looked);
         }

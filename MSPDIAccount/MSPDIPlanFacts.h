@@ -39,6 +39,7 @@ struct MSPDITaskFacts {
 struct MSPDIResourceFacts {
     bool isMapped = false;
     bool isMaterial = false;
+    bool isCost = false;                  // whether it is read so or not
     std::optional<std::size_t> calendar;  // position
 };
 

@@ -1,5 +1,9 @@
 #include "MSPDIValues.h"
 
+#include <array>
+#include <functional>
+#include <string>
+
 #include "MSPCError.h"
 #include "MSPCException.h"
 #include "MSPCPath.h"
@@ -25,6 +29,37 @@ bool isSame(std::string_view text, std::string_view wanted) {
     }
     return wanted == "1" && lowerCased(text) == "true";
 }
+
+std::optional<std::int64_t> secondsOf(std::string_view duration) {
+    try {
+        return MSPIUtilities::mspdiDurationInSecs(duration);
+    } catch (const MSPCException&) {
+        return std::nullopt;
+    }
+}
+
+// A task's durations are asked for by several of its leaves, and many tasks have the same ones. Those with a sign or a
+// fraction take a hundred times as long to read as to be looked up here.
+class DurationsAskedFor {
+public:
+    std::optional<std::int64_t> secondsOf(std::string_view duration) {
+        auto& entry = _entries.at(std::hash<std::string_view>()(duration) % _entries.size());
+        if (!entry.isKnown || entry.duration != duration) {
+            entry.duration = duration;
+            entry.seconds = ::secondsOf(duration);
+            entry.isKnown = true;
+        }
+        return entry.seconds;
+    }
+
+private:
+    struct Entry {
+        bool isKnown = false;
+        std::string duration;
+        std::optional<std::int64_t> seconds;
+    };
+    std::array<Entry, 256> _entries;
+};
 
 }  // namespace
 
@@ -57,11 +92,9 @@ bool MSPDIIsTrueField(const MSPCFields& fields, std::string_view name) {
 }
 
 std::optional<std::int64_t> MSPDISeconds(std::string_view duration) {
-    try {
-        return MSPIUtilities::mspdiDurationInSecs(duration);
-    } catch (const MSPCException&) {
-        return std::nullopt;
-    }
+    constexpr std::size_t longestKept = 32;
+    thread_local DurationsAskedFor asked;
+    return duration.size() <= longestKept ? asked.secondsOf(duration) : secondsOf(duration);
 }
 
 std::optional<double> MSPDIWholeNumber(std::string_view text) {

@@ -70,12 +70,17 @@ export function rowShapes(ground: Ground, row: Row): Shape[] {
     const off = resource.schedule
         ? shownRest({ ...resource.schedule, days: [] }, drawing.clock, drawing.scale.start, drawing.scale.end, true)
         : [];
-    const loads = resource.tasks.slice(0, 300).flatMap((task): Shape[] => {
+    // Tasks that look the same are drawn once: somebody may have thousands of them.
+    const drawn = new Set<string>();
+    const loads = resource.tasks.flatMap((task): Shape[] => {
         if (!task.start || !task.end) return [];
         const from = drawing.scale.x(drawing.clock.shown(task.start));
         const to = drawing.scale.x(drawing.clock.shown(task.end));
         if (to < 0 || from > drawing.scale.width) return [];
         const left = Math.max(from, -10);
+        const key = `${Math.round(left)} ${Math.round(to)}`;
+        if (drawn.has(key)) return [];
+        drawn.add(key);
         return [{ tag: "rect", look: "load", x: left, y: 10, width: Math.max(Math.min(to, drawing.scale.width + 10) - left, 2), height: 9, round: 2, title: task.title }];
     });
     const rests = off.flatMap((rest): Shape[] => {

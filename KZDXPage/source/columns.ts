@@ -2,7 +2,7 @@
 
 import { slipOf } from "./dates";
 import { textWidth } from "./dom";
-import { fieldText } from "./fields";
+import { factText, fieldText } from "./fields";
 import { moneyFormat } from "./money";
 import type { Model, Moment, Resource, Task } from "./model";
 import type { Item } from "./rows";
@@ -35,11 +35,14 @@ interface Optional {
     readonly isTree?: boolean;
 }
 
+// Room for the title of a column, which is bold, as far as it is no long one of somebody's own.
+const roomFor = (label: string): number => Math.min(Math.ceil(textWidth(label) * 1.12) + 18, 200);
+
 function column(id: string, label: string, width: number, text: (item: Item) => string, rest: Optional = {}): Column {
     return {
         id,
         label,
-        width,
+        width: Math.max(width, roomFor(label)),
         isNumeric: rest.isNumeric ?? false,
         isShownFirst: rest.isShownFirst ?? false,
         isTree: rest.isTree ?? false,
@@ -123,7 +126,7 @@ function slipColumn(baseline: number | null): Column[] {
         const task = taskOf(item);
         return task && slipOf(task, baseline);
     };
-    return [numberColumn("slip", word("slip"), 112, slip, slipText, hours, true)];
+    return [numberColumn("slip", word("slip"), 138, slip, slipText, hours, true)];
 }
 
 function baselineColumns({ clock, baseline }: Setting): Column[] {
@@ -140,19 +143,19 @@ export function planColumns(setting: Setting): Column[] {
     const { model, clock } = setting;
     return [
         numberColumnOf(),
-        column("title", word("title"), 220, itemTitle, { isShownFirst: true, isTree: true }),
+        column("title", word("title"), 250, itemTitle, { isShownFirst: true, isTree: true }),
         ...slipColumn(setting.baseline),
         dateColumn("start", word("start"), clock, (item) => taskOf(item)?.start, true),
         dateColumn("end", word("end"), clock, (item) => taskOf(item)?.end, true),
         ...baselineColumns(setting),
-        numberColumn("effort", word("effort"), 86, (item) => taskOf(item)?.effort, hoursText, hours, true),
-        numberColumn("completion", word("completion"), 72, (item) => taskOf(item)?.completion, percentText, String, true),
+        numberColumn("effort", word("effort"), 78, (item) => taskOf(item)?.effort, hoursText, hours, true),
+        numberColumn("completion", word("completion"), 64, (item) => taskOf(item)?.completion, percentText, String, true),
         column("resources", word("resources"), 134, ofTask(resourceNames), { isShownFirst: true }),
         numberColumn("effort-done", word("effortDone"), 90, (item) => taskOf(item)?.effortDone, hoursText, hours),
         ...(["start-constraint-date", "end-constraint-date", "locked-start-date", "locked-end-date"] as const).map((name) =>
             dateColumn(name, word(name), clock, (item) => taskOf(item)?.dates.get(name)),
         ),
-        ...model.facts.map(([name, value]) => column(`fact:${name}`, wordFor(name), 110, ofTask((task) => value(task.row) ?? ""))),
+        ...model.facts.map(([name, value]) => column(`fact:${name}`, wordFor(name), 110, ofTask((task) => factText(name, value(task.row) ?? "", model.currency)), { plain: ofTask((task) => value(task.row) ?? "") })),
         ...model.fields.map(([name, value]) => fieldColumn(name, clock, (item) => (item.type === "task" ? value(item.task.row) : undefined))),
         column("note", word("note"), 200, ofTask((task) => task.note.replace(/\n/gu, " "))),
         column("id", word("id"), 64, ofTask((task) => task.id)),

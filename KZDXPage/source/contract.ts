@@ -94,12 +94,22 @@ export interface WrittenBaseline extends WrittenHead {
     };
 }
 
+// What a value of the plan means; at most one of the first five is there.
+export interface WrittenMeaning {
+    work?: number; // seconds
+    percentage?: number;
+    constraint?: number; // 0 to 7
+    date?: number; // seconds on the clock on the wall since 1970
+    target?: [kind: string, uid: string, name: string];
+    link?: [uid: string, name: string]; // the other end of the link whose lag it is
+}
+
 export interface WrittenLoss {
     kind: string;
     count: number;
     what: string;
     element: string;
-    where: [path: string, name: string, value: string, item: string][];
+    where: [path: string, name: string, value: string, item: string, meaning?: WrittenMeaning][];
 }
 
 export interface WrittenDocument {

@@ -2,14 +2,14 @@
 
 import { missedDates, slipOf } from "./dates";
 import { button, make } from "./dom";
-import { fieldText } from "./fields";
+import { factText, fieldText } from "./fields";
 import { moneyFormat } from "./money";
 import type { Link, Model, Moment, Resource, Schedule, Task } from "./model";
 import { dateNames } from "./model";
 import type { Item } from "./rows";
 import type { Clock } from "./time";
 import { dateText, dayText, formatted, hoursText, longDateText, numberText, offsetText, percentText, slipText, timeOfDayText } from "./time";
-import { word, wordFor } from "./texts";
+import { word, wordFor, wordOfValue } from "./texts";
 
 export interface DetailsEvents {
     readonly goTo: (item: Task | Resource) => void;
@@ -133,14 +133,8 @@ export class Details {
             ...this.section(word("successors"), ...this.items(task.after.map((link) => this.dependency(link, link.to)))),
             ...this.pieces(task),
             ...this.baselines(task),
-            ...this.section(word("further"), ...this.list(this.model.facts.map(([name, value]) => [wordFor(name), this.fact(name, value(task.row))] as const))),
+            ...this.section(word("further"), ...this.list(this.model.facts.map(([name, value]) => [wordFor(name), factText(name, value(task.row) ?? "", this.model.currency)] as const))),
         ];
-    }
-
-    private fact(name: string, value: string | undefined): string {
-        const amount = Number(value);
-        if (name === "static-cost" && value !== undefined && Number.isFinite(amount)) return moneyFormat(this.model.currency)(amount);
-        return value ?? "";
     }
 
     private field(value: string): string {
@@ -148,7 +142,7 @@ export class Details {
     }
 
     private dependency(link: Link, other: Task): Node {
-        return make("span", {}, make("span", { class: "badge" }, link.kind === "" ? "?" : link.kind), " ", this.link(other, `${other.number} ${other.title}`));
+        return make("span", {}, make("span", { class: "badge", title: wordOfValue("link", link.kind) }, link.kind === "" ? "?" : link.kind), " ", this.link(other, `${other.number} ${other.title}`));
     }
 
     private pieces(task: Task): Node[] {
@@ -237,7 +231,7 @@ export class Details {
                 [word("start"), this.moment(model.start)],
                 [word("end"), this.moment(model.end)],
                 model.isFixedEnd && [word("fixedEnd"), "✓"],
-                model.granularity !== null && [word("granularity"), wordFor(`granularity:${model.granularity}`)],
+                model.granularity !== null && [word("granularity"), wordOfValue("granularity", model.granularity)],
                 [word("tasks"), numberText(model.tasks.length)],
                 [word("resources"), numberText(model.resources.length)],
                 [word("source"), model.source],

@@ -63,9 +63,8 @@ export function saveFile(name: string, type: string, content: string): void {
     setTimeout(() => URL.revokeObjectURL(url), 10_000);
 }
 
-// A name for a saved file that every system takes.
+// A name for a saved file that every system takes, and that reads as it is: without controls, hidden or of direction.
 export function fileName(title: string, extension: string): string {
-    // eslint-disable-next-line no-control-regex
-    const name = title.replace(/[\u0000-\u001f<>:"/\\|?*\u007f]+/gu, " ").trim().slice(0, 80);
-    return `${name === "" || name.startsWith(".") ? "plan" : name}.${extension}`;
+    const name = title.replace(/[\p{C}<>:"/\\|?*]+/gu, " ").replace(/^[\s.-]+/u, "").slice(0, 80).trim();
+    return `${name === "" ? "plan" : name}.${extension}`;
 }

@@ -21,11 +21,13 @@ export interface Shape {
 }
 
 export const rowHeight = 30;
-const barTop = 8;
-const barHeight = 13;
-const middle = barTop + barHeight / 2;
+export const barTop = 8;
+export const barHeight = 13;
+export const middle = barTop + barHeight / 2;
 // About what a letter of a caption takes.
 const letter = 6.6;
+// How far a link leaves its bar before it turns.
+const stub = 9;
 // Far outside of the window everything is the same.
 const margin = 2000;
 
@@ -42,7 +44,7 @@ function place(drawing: Drawing, moment: Moment): number {
     return round(Math.min(drawing.scale.width + margin, Math.max(-margin, x)));
 }
 
-interface Extent {
+export interface Extent {
     readonly from: number;
     readonly to: number;
 }
@@ -68,11 +70,11 @@ const rectangle = (look: string, { from, to }: Extent, y: number, height: number
     round: corner,
 });
 
-const diamond = (x: number, y: number, size: number): string =>
+export const diamond = (x: number, y: number, size: number): string =>
     `M${x} ${y - size}L${x + size} ${y}L${x} ${y + size}L${x - size} ${y}Z`;
 
 // A group's bar: a beam with a foot at each end.
-function beam({ from, to }: Extent): string {
+export function beam({ from, to }: Extent): string {
     const top = barTop + 1;
     const foot = Math.min(5, Math.max((to - from) / 2, 1));
     return `M${from} ${top}H${to}V${top + 11}L${round(to - foot)} ${top + 5}H${round(from + foot)}L${from} ${top + 11}Z`;
@@ -144,7 +146,7 @@ function baselineShapes(drawing: Drawing, task: Task): Shape[] {
 
 // Marks of the dates that bound a task: a bracket for the earliest start and the latest end, a bolt for a locked date.
 // One that is missed is filled and has an exclamation mark beside it.
-function markPath(name: DateName, x: number): string {
+export function markPath(name: DateName, x: number): string {
     const top = barTop - 3;
     const bottom = barTop + barHeight + 3;
     switch (name) {
@@ -171,12 +173,23 @@ function markShapes(drawing: Drawing, task: Task): Shape[] {
     });
 }
 
-// Behind the bar, and behind the marks that a text of that width met there.
+// How far links reach to the right of a task's end on its own row; what reaches far is crossed by the caption.
+function reachOfLinks(drawing: Drawing, task: Task, end: number): number {
+    const others = [...task.after, ...task.before].flatMap((link) => {
+        const other = link.from === task ? link.to : link.from;
+        const reach = link.kind === "FF" ? ends(drawing, other)?.to : undefined;
+        return reach === undefined ? [] : [reach];
+    });
+    return others.reduce((most, reach) => (reach > most && reach < end + 60 ? reach : most), end) + stub;
+}
+
+// Behind the bar, and behind the links and marks that a text of that width met there.
 function captionPlace(drawing: Drawing, task: Task, end: number, width: number): number {
     const places = [...task.dates].flatMap(([name, moment]) => (name === "leveled-start" ? [] : [place(drawing, moment)]));
+    const begin = reachOfLinks(drawing, task, ends(drawing, task)?.to ?? end) + 8;
     return places
         .sort((one, other) => one - other)
-        .reduce((x, mark) => (mark > x - 12 && mark < x + width + 6 ? mark + 12 : x), end + (task.kind === "milestone" ? 18 : 13));
+        .reduce((x, mark) => (mark > x - 12 && mark < x + width + 6 ? mark + 12 : x), begin);
 }
 
 const names = (task: Task): string => task.resources.map((resource) => resource.name).join(", ");
@@ -214,10 +227,9 @@ export function linkShapes(drawing: Drawing, link: Link, fromRow: number, toRow:
     const y2 = toRow * rowHeight + middle;
     const out = kind.startsWith("F") ? 1 : -1; // to the right, or to the left
     const into = kind.endsWith("S") ? 1 : -1;
-    const stub = 9;
     const head = into * 5;
     const tip = `M${x2} ${y2}L${x2 - head} ${y2 - 3.5}V${y2 + 3.5}Z`;
-    const told = `${link.kind}: ${link.from.number} ${link.from.title} → ${link.to.number} ${link.to.title}`;
+    const told = `${link.kind === "" ? "?" : `${link.kind} – ${word(`link:${link.kind}`)}`}: ${link.from.number} ${link.from.title} → ${link.to.number} ${link.to.title}`;
     return [
         { tag: "path", look: "link", path: route(x1, y1, x2 - head, y2, out * stub, into * stub), title: told },
         { tag: "path", look: "arrow", path: tip },

@@ -1,6 +1,8 @@
-// Values of custom fields as people read them. The document holds all of them as texts: only durations and dates have a
+// Values of custom fields, and of what has no column of its own, as people read them. The document holds all of them as texts: only durations and dates have a
 // form that no person types, so that nothing else is taken for more than a text.
 
+import { moneyFormat } from "./money";
+import { wordOfValue } from "./texts";
 import type { Clock } from "./time";
 import { hoursText } from "./time";
 
@@ -27,4 +29,11 @@ export function fieldText(value: string, clock: Clock, dated: (seconds: number) 
     const wall = wallOf(parts[1] ?? "", parts[2] ?? "");
     const offset = (Number(parts[4]) * 3600 + Number(parts[5]) * 60) * (parts[3] === "-" ? -1 : 1);
     return wall === null ? value : dated(clock.shown({ wall, offset }));
+}
+
+// Other values of tasks: amounts of money, and names of the document that the page has words for.
+export function factText(name: string, value: string, currency: string): string {
+    const amount = value === "" ? NaN : Number(value);
+    if (name === "static-cost" && Number.isFinite(amount)) return moneyFormat(currency)(amount);
+    return wordOfValue(name, value);
 }

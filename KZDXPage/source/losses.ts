@@ -3,6 +3,7 @@
 import { button, make } from "./dom";
 import type { WrittenLoss } from "./contract";
 import { lossText } from "./kinds";
+import { meaningText } from "./meaning";
 import type { Model, Resource, Task } from "./model";
 import type { Paper } from "./print";
 import { word } from "./texts";
@@ -10,14 +11,14 @@ import { numberText } from "./time";
 
 type GoTo = (item: Task | Resource) => void;
 
-function placeRow([path, name, value, id]: WrittenLoss["where"][number], model: Model, goTo: GoTo | null): HTMLElement {
+function placeRow([path, name, value, id, meaning]: WrittenLoss["where"][number], model: Model, goTo: GoTo | null): HTMLElement {
     const item = model.byId.get(id);
     const title = item ? ("title" in item ? `${item.number} ${item.title}` : item.name) : name;
     return make(
         "tr",
         {},
         make("td", {}, item && goTo ? button(title === "" ? item.id : title, () => goTo(item), { class: "link" }) : title),
-        make("td", {}, value),
+        make("td", {}, meaning ? meaningText(meaning) : value),
         make("td", { class: "path" }, path),
     );
 }
@@ -71,7 +72,7 @@ export function printedLosses(model: Model, title: string, paper: Paper): HTMLEl
         make("p", { class: "note" }, `${word("lossesOf")} · ${model.source}`),
         make("p", {}, word("lossesSummary", leaves)),
         ...kinds.flatMap((loss) => [
-            make("h2", {}, `${numberText(loss.count)} ${lossText(loss)}`),
+            make("h2", {}, `${numberText(loss.count)} × ${lossText(loss)}`),
             make("table", {}, headOf(), make("tbody", {}, ...placeRows(loss, model, null))),
         ]),
     );

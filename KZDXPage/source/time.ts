@@ -125,8 +125,8 @@ export function timeOfDayText(seconds: number): string {
 export const numberText = (value: number, digits = 2): string =>
     value.toLocaleString(locale, { maximumFractionDigits: digits });
 export const hoursText = (seconds: number): string => `${numberText(seconds / 3600, 2)} ${word("hours")}`;
-export const percentText = (fraction: number): string =>
-    fraction.toLocaleString(locale, { style: "percent", maximumFractionDigits: 0 });
+export const percentText = (fraction: number, digits = 0): string =>
+    fraction.toLocaleString(locale, { style: "percent", maximumFractionDigits: digits });
 
 // A length of calendar time without its sign: "3 d", "3 d 4 h", "30 min".
 export function lengthText(seconds: number): string {

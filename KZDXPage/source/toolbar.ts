@@ -1,7 +1,8 @@
 // The controls above the tables.
 
 import { button, make } from "./dom";
-import { word } from "./texts";
+import { legend } from "./legend";
+import { word, wordOfValue } from "./texts";
 
 // A button with a panel that it opens and closes; Escape and a click elsewhere close it too.
 export function disclosure(label: string, look: string, content: HTMLElement): { element: HTMLElement; button: HTMLButtonElement; close: () => void } {
@@ -71,14 +72,18 @@ const keys: [string, Parameters<typeof word>[0]][] = [
     ["?", "key:help"],
 ];
 
-// The keys, in a dialog.
+// The keys, and what the shapes mean, in a dialog.
 export function helpDialog(): HTMLDialogElement {
     const list = make("dl", { class: "keys" });
     for (const [key, meaning] of keys) {
-        const marks = key.split(" ").filter((part) => part !== "").map((part) => make("kbd", {}, part));
+        const marks = key.split(" ").filter((part) => part !== "").map((part) => make("kbd", {}, wordOfValue("cap", part)));
         list.append(make("dt", {}, ...marks), make("dd", {}, word(meaning)));
     }
-    const dialog = make("dialog", { class: "help", "aria-label": word("help") }, make("h2", {}, word("help")), list);
+    const dialog = make(
+        "dialog",
+        { class: "help", "aria-label": word("help") },
+        make("div", { class: "help-parts" }, make("section", {}, make("h2", {}, word("keys")), list), make("section", {}, make("h2", {}, word("legend")), legend())),
+    );
     dialog.append(button(word("close"), () => dialog.close()));
     return dialog;
 }

@@ -9,10 +9,13 @@
 #include "KZDXDiff.h"
 #include "KZDXOtherScenarios.h"
 #include "MSPCException.h"
+#include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDICutOff.h"
 #include "MSPDIDiffReport.h"
 #include "MSPDIDocumentFiles.h"
+#include "MSPDIReadOnce.h"
 
 namespace {
 
@@ -32,12 +35,17 @@ struct Opened {
 // A folder is a document, anything else a plan. There is no document where it could not be opened.
 Opened openDocument(const std::string& name, const std::string& scenario, const MSPCServices& services,
                     std::string& failure) {
-    Opened opened;
-    opened.files = MSPDIFilesOfDocumentOrPlan(name, services, failure, opened.repairs);
-    if (opened.files) {
-        opened.document = KZDXOpenDocument::open(*opened.files, scenario, failure);
-    }
-    return opened;
+    const auto path = services.fileSystem.absolutePath(name);
+    return MSPDIWithPlanReadOnce(path, services, [&](const MSPCServices& readable) {
+        Opened opened;
+        opened.files = MSPDIFilesOfDocumentOrPlan(name, readable, failure, opened.repairs);
+        if (!opened.repairs.empty() && MSPDIIsPlanCutOff(path, readable.fileSystem)) {
+            failure = MSPDICutOffReason;  // what is not there would be told as gone
+        } else if (opened.files) {
+            opened.document = KZDXOpenDocument::open(*opened.files, scenario, failure);
+        }
+        return opened;
+    });
 }
 
 // What is wrong with the document is told, and nothing is given then.

@@ -14,12 +14,12 @@ namespace {
 std::unique_ptr<KZDXFiles> importedFiles(const std::string& plan, const MSPCServices& services, std::string& failure,
                                          std::vector<std::string>& repairs) {
     auto import = MSPDIImportInMemory(plan, services);
+    std::copy_if(import.warnings.begin(), import.warnings.end(), std::back_inserter(repairs), MSPDIIsRepairWarning);
     if (import.refusal) {
         failure = import.refusal->reason.empty() ? "the importer refuses the plan"
                                                  : MSPDIReasonInWords({"", import.refusal->reason, ""});
         return nullptr;
     }
-    std::copy_if(import.warnings.begin(), import.warnings.end(), std::back_inserter(repairs), MSPDIIsRepairWarning);
     return KZDXFilesInMemory(std::move(import.bundle));
 }
 

@@ -1,6 +1,9 @@
 #include "MSPDIFatesByPath.h"
 
 #include <algorithm>
+#include <cstring>
+
+#include "MSPDIJSON.h"
 
 namespace {
 
@@ -32,13 +35,24 @@ std::size_t takeNumber(std::string_view& bytes) {
     }
 }
 
+// How many bytes two texts begin with in common: eight of them at a time, since most of a path is that of the last one.
+std::size_t sameBeginning(std::string_view text, std::string_view other) {
+    constexpr std::size_t step = 8;
+    const auto shorter = std::min(text.size(), other.size());
+    std::size_t same = 0;
+    while (same + step <= shorter && std::memcmp(text.data() + same, other.data() + same, step) == 0) {
+        same += step;
+    }
+    while (same < shorter && text[same] == other[same]) {
+        ++same;
+    }
+    return same;
+}
+
 }  // namespace
 
 void MSPDIFatesByPath::add(std::string_view path, MSPDIFate fate) {
-    const auto shorter = std::min(path.size(), _last.size());
-    const auto same = static_cast<std::size_t>(
-        std::mismatch(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(shorter), _last.begin()).first -
-        path.begin());
+    const auto same = sameBeginning(path, _last);
     const auto rest = path.substr(same);
     if (_pieces.empty() || _pieces.back().size() + rest.size() + 2 * longestNumber + 1 > pieceSize) {
         _pieces.emplace_back().reserve(pieceSize);
@@ -49,11 +63,13 @@ void MSPDIFatesByPath::add(std::string_view path, MSPDIFate fate) {
     bytes += static_cast<char>(MSPDIFateIndex(fate));
     bytes += rest;
     _last.replace(same, std::string::npos, rest);
+    _arePlain = _arePlain && MSPDIIsPlainInJSON(rest);
 }
 
 void MSPDIFatesByPath::clear() {
     _pieces.clear();
     _last.clear();
+    _arePlain = true;
 }
 
 void MSPDIFatesByPath::forEach(const std::function<void(std::string_view path, MSPDIFate fate)>& visit) const {

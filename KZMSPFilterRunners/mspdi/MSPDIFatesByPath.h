@@ -14,6 +14,8 @@ class MSPDIFatesByPath {
 public:
     void add(std::string_view path, MSPDIFate fate);
     void clear();
+    // Whether all paths stand in JSON as they are; those of plans that anybody has saved do.
+    [[nodiscard]] bool arePlain() const { return _arePlain; }
     void forEach(const std::function<void(std::string_view path, MSPDIFate fate)>& visit) const;
 
 private:
@@ -21,4 +23,5 @@ private:
     // being copied.
     std::deque<std::string> _pieces;
     std::string _last;
+    bool _arePlain = true;
 };

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string_view>
@@ -19,7 +20,7 @@ bool isLeftAsItIs(char byte) {
     return byte >= '\0' && byte < '\x7F';
 }
 
-void writeEscaped(std::string_view json, std::ostream& out) {
+void appendEscaped(std::string_view json, std::string& out) {
     std::size_t written = 0;
     for (std::size_t position = 0; position < json.size();) {
         if (isLeftAsItIs(json[position])) {
@@ -30,31 +31,52 @@ void writeEscaped(std::string_view json, std::ostream& out) {
         const auto length = MSPCLengthOfCharacter(rest);
         if (MSPCShownText(rest.substr(0, length)).view() != rest.substr(0, length)) {
             const auto character = MSPCCharacterOfLength(rest, length);
-            out << json.substr(written, position - written)
-                << fmt::format("\\u{:04x}", static_cast<std::uint32_t>(character));
+            out += json.substr(written, position - written);
+            out += fmt::format("\\u{:04x}", static_cast<std::uint32_t>(character));
             written = position + length;
         }
         position += length;
     }
-    out << json.substr(written);
+    out += json.substr(written);
 }
 
-// Most texts are paths and names that need no look at their characters.
-bool isPlain(std::string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char byte) { return byte >= ' ' && byte < '\x7F' && byte != '"' && byte != '\\'; });
+bool isPlain(char byte) {
+    return byte >= ' ' && byte < '\x7F' && byte != '"' && byte != '\\';
 }
 
-void writeText(std::string_view text, std::ostream& out) {
-    if (isPlain(text)) {
-        out << '"' << text << '"';
+void appendText(std::string_view text, std::string& out) {
+    if (MSPDIIsPlainInJSON(text)) {
+        out += '"';
+        out += text;
+        out += '"';
         return;
     }
     const nlohmann::ordered_json json = text;
-    writeEscaped(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace), out);
+    appendEscaped(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace), out);
 }
 
 }  // namespace
+
+// Most texts are paths and names that need no look at their characters; there may be millions of them, so that eight
+// bytes are looked at in one. Each test may find more than it looks for, but only where there is something to be found.
+bool MSPDIIsPlainInJSON(std::string_view text) {
+    constexpr std::uint64_t each = 0x0101'0101'0101'0101U;
+    constexpr std::uint64_t highest = each * 0x80U;
+    const auto holdsBelow = [](std::uint64_t bytes, std::uint64_t limit) {
+        return (bytes - each * limit) & ~bytes & highest;
+    };
+    const auto holds = [&holdsBelow](std::uint64_t bytes, std::uint64_t byte) {
+        return holdsBelow(bytes ^ (each * byte), 1);
+    };
+    std::uint64_t found = 0;
+    std::uint64_t bytes = 0;
+    for (; text.size() >= sizeof bytes; text.remove_prefix(sizeof bytes)) {
+        std::memcpy(&bytes, text.data(), sizeof bytes);
+        found |=
+            (bytes & highest) | holdsBelow(bytes, ' ') | holds(bytes, 0x7FU) | holds(bytes, '"') | holds(bytes, '\\');
+    }
+    return found == 0 && std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
+}
 
 void MSPDIJSONWriter::beginObject() {
     begin('{');
@@ -74,14 +96,23 @@ void MSPDIJSONWriter::endArray() {
 
 void MSPDIJSONWriter::key(std::string_view name) {
     separate();
-    writeText(name, _out);
-    _out << ": ";
+    appendText(name, _unwritten);
+    _unwritten += ": ";
     _isBehindKey = true;
 }
 
 void MSPDIJSONWriter::text(std::string_view text) {
     separate();
-    writeText(text, _out);
+    appendText(text, _unwritten);
+}
+
+void MSPDIJSONWriter::plainMember(std::string_view name, std::string_view text) {
+    separate();
+    _unwritten += '"';
+    _unwritten += name;
+    _unwritten += "\": \"";
+    _unwritten += text;
+    _unwritten += '"';
 }
 
 void MSPDIJSONWriter::value(const nlohmann::ordered_json& json) {
@@ -102,17 +133,18 @@ void MSPDIJSONWriter::value(const nlohmann::ordered_json& json) {
         text(json.get_ref<const std::string&>());
     } else {
         separate();
-        _out << json.dump();
+        _unwritten += json.dump();
     }
 }
 
 void MSPDIJSONWriter::finish() {
-    _out << '\n';
+    _unwritten += '\n';
+    flush();
 }
 
 void MSPDIJSONWriter::begin(char bracket) {
     separate();
-    _out << bracket;
+    _unwritten += bracket;
     _hold.push_back(false);
 }
 
@@ -122,7 +154,10 @@ void MSPDIJSONWriter::end(char bracket) {
     if (!isEmpty) {
         breakLine();
     }
-    _out << bracket;
+    _unwritten += bracket;
+    if (_hold.empty()) {
+        flush();
+    }
 }
 
 void MSPDIJSONWriter::separate() {
@@ -134,17 +169,24 @@ void MSPDIJSONWriter::separate() {
         return;
     }
     if (_hold.back()) {
-        _out << ',';
+        _unwritten += ',';
     }
     _hold.back() = true;
     breakLine();
 }
 
 void MSPDIJSONWriter::breakLine() {
-    _out << '\n';
-    for (std::size_t level = 0; level < _hold.size(); ++level) {
-        _out << "  ";
+    constexpr std::size_t mostUnwritten = 65'536;
+    if (_unwritten.size() >= mostUnwritten) {
+        flush();
     }
+    _unwritten += '\n';
+    _unwritten.append(2 * _hold.size(), ' ');
+}
+
+void MSPDIJSONWriter::flush() {
+    _out << _unwritten;
+    _unwritten.clear();
 }
 
 void MSPDIWriteJSON(const nlohmann::ordered_json& json, std::ostream& out) {

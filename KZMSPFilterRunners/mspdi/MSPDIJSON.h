@@ -3,14 +3,19 @@
 #include <cstddef>
 #include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
+#include <string>
 #include <string_view>
 #include <vector>
+
+// Whether a text stands in JSON as it is: ASCII without control characters, quotation marks and backslashes.
+[[nodiscard]] bool MSPDIIsPlainInJSON(std::string_view text);
 
 // Writes a document of JSON (RFC 8259) bit by bit, with two blanks of indentation a level, so that none as a whole is
 // in the memory. What could drive a terminal or turn the order of what is read around (see MSPCShownText) stands in its
 // texts as "\u009b", which is the same text to whoever reads JSON; bytes that are no UTF-8 become U+FFFD.
 //
-// A value is written where the document, an array, or a key expects one; nothing checks the order of the calls.
+// A value is written where the document, an array, or a key expects one; nothing checks the order of the calls. What
+// was written reaches the stream by large pieces, the last of them when the object or array around all ends.
 class MSPDIJSONWriter {
 public:
     // The stream outlives the writer.
@@ -23,6 +28,8 @@ public:
     void key(std::string_view name);
     void text(std::string_view text);
     void value(const nlohmann::ordered_json& json);
+    // A key and its text, both plain: they are not looked at.
+    void plainMember(std::string_view name, std::string_view text);
     // The line feed behind the document.
     void finish();
 
@@ -32,8 +39,10 @@ private:
     // What stands between this value or key and what comes before.
     void separate();
     void breakLine();
+    void flush();
 
     std::ostream& _out;
+    std::string _unwritten;
     std::vector<bool> _hold;  // whether the open objects and arrays hold anything so far
     bool _isBehindKey = false;
 };

@@ -7,6 +7,7 @@
 #include "MSPCFileSystem.h"
 #include "MSPDIAccountOfPlan.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDICutOff.h"
 #include "MSPDIInWords.h"
 #include "MSPDILossesReport.h"
 
@@ -30,6 +31,10 @@ void tellLosses(const Arguments& arguments, MSPDIRun& run) {
     }
     const auto path = run.services.fileSystem.absolutePath(arguments.plan);
     const auto account = MSPDIAccountOfPlan(path, run.services, options);
+    if (account.isCutOff) {
+        run.couldNotLook(arguments.plan, MSPDICutOffReason);  // nobody knows what else is lost
+        return;
+    }
     if (account.obstacle) {
         run.couldNotLook(arguments.plan, MSPDIReasonInWords({"", *account.obstacle, ""}));
         return;

@@ -30,27 +30,36 @@ std::string placeOf(const MSPDILoss& loss, const MSPDIPlace& place) {
     return text + shownValue(loss, place) + "  " + MSPDIShownPath(place.path) + "\n";
 }
 
+void writeText(std::string_view key, std::string_view text, MSPDIJSONWriter& writer) {
+    writer.key(key);
+    writer.text(text);
+}
+
+// There may be hundreds of thousands.
+void writePlace(const MSPDILoss& loss, const MSPDIPlace& place, MSPDIJSONWriter& writer) {
+    writer.beginObject();
+    writeText("path", place.path, writer);
+    writeText("uid", place.uid, writer);
+    writeText("name", place.name, writer);
+    writeText("value", place.value, writer);
+    writeText("words", shownValue(loss, place), writer);
+    writer.endObject();
+}
+
 void writeLoss(const MSPDILoss& loss, MSPDIJSONWriter& writer) {
     writer.beginObject();
-    writer.key("kind");
-    writer.text(loss.kind);
+    writeText("kind", loss.kind, writer);
     writer.key("count");
     writer.value(loss.count);
-    writer.key("element");
-    writer.text(loss.element);
-    writer.key("what");
-    writer.text(loss.what);
+    writeText("element", loss.element, writer);
+    writeText("what", loss.what, writer);
     const auto* step = MSPDIMendStepForLoss(loss.kind);
     writer.key("step");
     writer.value(step == nullptr ? JSON(nullptr) : JSON(step->name));
     writer.key("where");
     writer.beginArray();
     for (const auto& place : loss.where) {
-        writer.value({{"path", place.path},
-                      {"uid", place.uid},
-                      {"name", place.name},
-                      {"value", place.value},
-                      {"words", shownValue(loss, place)}});
+        writePlace(loss, place, writer);
     }
     writer.endArray();
     writer.endObject();
@@ -66,9 +75,13 @@ JSON leavesOf(const MSPDIAccount& account) {
 
 void writeFates(const MSPDIFatesByPath& fates, MSPDIJSONWriter& writer) {
     writer.beginObject();
-    fates.forEach([&writer](std::string_view path, MSPDIFate fate) {
-        writer.key(path);
-        writer.text(MSPDIFateNames[MSPDIFateIndex(fate)]);
+    fates.forEach([&writer, arePlain = fates.arePlain()](std::string_view path, MSPDIFate fate) {
+        const auto name = MSPDIFateNames[MSPDIFateIndex(fate)];
+        if (arePlain) {
+            writer.plainMember(path, name);
+        } else {
+            writeText(path, name, writer);
+        }
     });
     writer.endObject();
 }
@@ -107,8 +120,7 @@ void MSPDIWriteLossesAsJSON(const std::string& plan, const MSPDIAccount& account
                             std::ostream& out) {
     MSPDIJSONWriter writer(out);
     writer.beginObject();
-    writer.key("plan");
-    writer.text(plan);
+    writeText("plan", plan, writer);
     writer.key("importable");
     writer.value(!account.refusal);
     writer.key("reason");

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
-#include "KZDXDateTime.h"
 #include "KZDXWords.h"
 #include "KZDXXMLFile.h"
 #include "MSPCException.h"
@@ -36,32 +36,27 @@ constexpr std::array<std::string_view, 8> constraints = {
     "as soon as possible",   "as late as possible", "must start on",          "must finish on",
     "start no earlier than", "start no later than", "finish no earlier than", "finish no later than"};
 
-std::string constraintInWords(std::string_view value) {
+std::optional<MSPDIConstraint> constraintOf(std::string_view value) {
     const auto type = scanInteger64(value).value_or(-1);
     const bool isKnown = type >= 0 && type < static_cast<std::int64_t>(constraints.size());
-    return isKnown ? std::string(constraints[static_cast<std::size_t>(type)]) : std::string();
+    return isKnown ? std::optional(MSPDIConstraint{static_cast<std::size_t>(type)}) : std::nullopt;
 }
 
 // Only the one form of durations and dates that is written; what is odd about another is to be seen.
-std::string durationInWords(std::string_view value) {
+std::optional<MSPDIWork> durationOf(std::string_view value) {
     const auto end = value.find_first_not_of("0123456789HMS", 2);
     if (!value.starts_with("PT") || end != std::string_view::npos) {
-        return {};
+        return std::nullopt;
     }
     try {
-        return KZDXShownWork(static_cast<double>(MSPIUtilities::mspdiDurationInSecs(value)));
+        return MSPDIWork{static_cast<double>(MSPIUtilities::mspdiDurationInSecs(value))};
     } catch (const MSPCException&) {
-        return {};
+        return std::nullopt;
     }
-}
-
-std::string dateInWords(std::string_view value) {
-    const auto date = KZDXDateTimeFrom(std::string(value) + "Z");
-    return date ? KZDXShownDate(*date, true) : std::string();
 }
 
 // Lags are tenths of a minute, or percent.
-std::string lagInWords(std::string_view value, std::string_view format) {
+MSPDIMeaning lagOf(std::string_view value, std::string_view format) {
     const auto number = KZDXNumber(value);
     const auto unit = scanInteger64(format).value_or(0);
     if (!number) {
@@ -69,48 +64,58 @@ std::string lagInWords(std::string_view value, std::string_view format) {
     }
     const bool isPercentage = unit == 19 || unit == 20 || unit == 51 || unit == 52;
     if (isPercentage) {
-        return fmt::format("{:g}%", *number);
+        return MSPDIPercentage{*number};
     }
-    const auto seconds = MSPIUtilities::mspdiToMppLinkLag(value);
-    std::string words(seconds < 0 ? "-" : "");
-    return words.append(KZDXShownWork(seconds < 0 ? -seconds : seconds));
+    return MSPDIWork{static_cast<double>(MSPIUtilities::mspdiToMppLinkLag(value))};
+}
+
+MSPDIMeaning percentageOf(std::string_view fraction) {
+    constexpr double percent = 100;
+    const auto number = scanDouble(fraction) ? KZDXNumber(fraction) : std::nullopt;
+    return number ? MSPDIMeaning(MSPDIPercentage{std::round(*number * percent * percent) / percent}) : MSPDIMeaning();
+}
+
+std::string inWords(const MSPDIConstraint& constraint) {
+    return std::string(constraints.at(constraint.type));
+}
+
+std::string inWords(const MSPDIWork& work) {
+    std::string words(work.seconds < 0 ? "-" : "");
+    return words.append(KZDXShownWork(std::fabs(work.seconds)));
+}
+
+std::string inWords(const MSPDIPercentage& percentage) {
+    return fmt::format("{:g}%", percentage.percent);
+}
+
+std::string inWords(const KZDXDateTime& date) {
+    return KZDXShownDate(date, true);
 }
 
 // Who is meant by a number: "Dig (UID 4)", or "task 4" where no name is known.
-std::string targetInWords(std::string_view element, const MSPDIPlace& place) {
+std::string inWords(const MSPDITarget& target) {
+    return target.name.empty() ? fmt::format("{} {}", target.kind, target.uid)
+                               : fmt::format("{} (UID {})", target.name, target.uid);
+}
+
+std::string inWords(std::monostate /*nothing*/) {
+    return {};
+}
+
+std::optional<MSPDITarget> targetOf(const MSPDIPlace& place) {
     if (!scanInteger64(place.targetUID)) {
-        return {};
+        return std::nullopt;
     }
-    if (!place.targetName.empty()) {
-        return fmt::format("{} (UID {})", place.targetName, place.targetUID);
-    }
+    const auto element = elementOf(place.path);
     const auto* const kind = element == "ResourceUID" ? "resource" : element == "CalendarUID" ? "calendar" : "task";
-    return fmt::format("{} {}", kind, place.targetUID);
+    return MSPDITarget{kind, place.targetUID, place.targetName};
 }
 
 // "2 days on the link to Dig (UID 4)".
-std::string lagOfLinkInWords(const MSPDIPlace& place) {
-    const auto lag = lagInWords(place.value, place.unit);
-    const auto target = targetInWords("PredecessorUID", place);
-    return lag.empty() || target.empty() ? lag : fmt::format("{} on the link to {}", lag, target);
-}
-
-std::string inWords(const MSPDIPlace& place) {
-    const auto element = elementOf(place.path);
-    if (element == "LinkLag") {
-        return lagOfLinkInWords(place);
-    }
-    if (element == "ConstraintType") {
-        return constraintInWords(place.value);
-    }
-    if (element == "Units") {  // only those of people's assignments are lost
-        return scanDouble(place.value) ? KZDXShownPercentage(place.value) : std::string();
-    }
-    if (auto words = targetInWords(element, place); !words.empty()) {
-        return words;
-    }
-    auto words = durationInWords(place.value);
-    return words.empty() ? dateInWords(place.value) : words;
+std::string placeInWords(const MSPDIPlace& place) {
+    const auto words = std::visit([](const auto& meaning) { return inWords(meaning); }, MSPDIMeaningOf(place));
+    const auto link = MSPDILinkOf(place);
+    return words.empty() || !link ? words : fmt::format("{} on the link to {}", words, inWords(*link));
 }
 
 }  // namespace
@@ -132,7 +137,33 @@ std::string MSPDIShownPath(std::string_view path) {
     return std::string(MSPCShownText(beginning).view()) + "..." + std::string(MSPCShownText(path.substr(rest)).view());
 }
 
+std::optional<MSPDITarget> MSPDILinkOf(const MSPDIPlace& place) {
+    return elementOf(place.path) == "LinkLag" ? targetOf(place) : std::nullopt;
+}
+
+MSPDIMeaning MSPDIMeaningOf(const MSPDIPlace& place) {
+    const auto element = elementOf(place.path);
+    if (element == "LinkLag") {
+        return lagOf(place.value, place.unit);
+    }
+    if (element == "ConstraintType") {
+        const auto constraint = constraintOf(place.value);
+        return constraint ? MSPDIMeaning(*constraint) : MSPDIMeaning();
+    }
+    if (element == "Units") {  // only those of people's assignments are lost
+        return percentageOf(place.value);
+    }
+    if (auto target = targetOf(place)) {
+        return *std::move(target);
+    }
+    if (const auto work = durationOf(place.value)) {
+        return *work;
+    }
+    const auto date = KZDXDateTimeFrom(place.value + "Z");
+    return date ? MSPDIMeaning(*date) : MSPDIMeaning();
+}
+
 std::string MSPDIValueInWords(const MSPDIPlace& place) {
-    const auto words = inWords(place);
+    const auto words = placeInWords(place);
     return MSPDIShownValue(words.empty() ? place.value : words);
 }

@@ -33,17 +33,56 @@ struct Arguments {
 // Enough of each kind of loss to find all places of most plans, and few enough to keep the page small.
 constexpr std::size_t mostPlaces = 200;
 
-// The account of a plan, its values in words.
+// The account of a plan. Long texts only begin, so that they are not kept for each place; what was mended is told
+// whole: its end says where.
 MSPDIAccount accountOf(const std::string& plan, const MSPCServices& services) {
     MSPDIAccountOptions options;
     options.mostPlaces = mostPlaces;
     auto account = MSPDIAccountOfPlan(plan, services, options);
     for (auto& loss : account.losses) {
         for (auto& place : loss.where) {
-            place.value = MSPDIValueInWords(place);
+            place.value = loss.kind == "overwritten-by-repair" ? place.value : MSPDIShownValue(place.value);
+            place.name = MSPDIShownValue(place.name);
+            place.path = MSPDIShownPath(place.path);
+            place.targetName = MSPDIShownValue(place.targetName);
         }
     }
     return account;
+}
+
+using JSON = KZDXPageJSON;
+
+JSON told(std::monostate /*nothing*/) {
+    return nullptr;
+}
+
+JSON told(const MSPDIWork& work) {
+    return {{"work", work.seconds}};
+}
+
+JSON told(const MSPDIPercentage& percentage) {
+    return {{"percentage", percentage.percent}};
+}
+
+JSON told(const MSPDIConstraint& constraint) {
+    return {{"constraint", constraint.type}};
+}
+
+JSON told(const MSPDITarget& target) {
+    return {{"target", JSON::array({target.kind, target.uid, target.name})}};
+}
+
+JSON told(const KZDXDateTime& date) {
+    return {{"date", KZDXPageDate(date)[0]}};
+}
+
+JSON meaningOf(const MSPDIPlace& place) {
+    auto meaning = std::visit([](const auto& value) { return told(value); }, MSPDIMeaningOf(place));
+    const auto link = MSPDILinkOf(place);
+    if (!meaning.is_null() && link) {
+        meaning["link"] = JSON::array({link->uid, link->name});
+    }
+    return meaning;
 }
 
 std::optional<KZDXPage> pageOf(const std::string& name, const MSPCServices& services, std::string& failure) {
@@ -53,7 +92,7 @@ std::optional<KZDXPage> pageOf(const std::string& name, const MSPCServices& serv
         return std::nullopt;
     }
     const auto path = services.fileSystem.absolutePath(name);
-    KZDXPageSubject subject{lastPathComponent(path), MSPDIVersionText, nullptr};
+    KZDXPageSubject subject{lastPathComponent(path), MSPDIVersionText, nullptr, meaningOf};
     MSPDIAccount account;
     if (!services.fileSystem.isDirectory(path)) {
         account = accountOf(path, services);

@@ -34,9 +34,12 @@ std::vector<BrokenBundle> brokenFiles() {
     missing.erase("Baseline.xml");
     auto unnamed = soundBundle();
     unnamed["Baseline7.xml"] = unnamed["Baseline.xml"];
+    auto unreadable = soundBundle();
+    unreadable["Draft.xml"] = "<scen";
     return {{"xml", actual("</schedule>", "")},
             {"missing-file", missing},
             {"unnamed-file", unnamed},
+            {"unreadable-file", unreadable},
             {"contents-frame", contents("<editing-scenario>aActual0001</editing-scenario>", "")},
             {"needed-setting", contents("<title>House</title>", "")},
             {"setting-order", contents("<title>House</title>\n        <next-task-id>7</next-task-id>",

@@ -48,7 +48,7 @@ TEST(KZDXRules, haveNamesOfTheirOwn) {
         EXPECT_TRUE(names.insert(rule.name).second) << rule.name;
         EXPECT_FALSE(rule.what.empty());
     }
-    EXPECT_EQ(names.size(), 49U);
+    EXPECT_EQ(names.size(), 50U);
 }
 
 TEST(KZDXRules, xml) {
@@ -84,12 +84,36 @@ TEST(KZDXRules, unnamedFile) {
     files["Baseline4.xml"] = "cut";
     files["Other.xml"] = files["Baseline.xml"];
     files["Notes.xml"] = "<notes/>";
-    files["Draft.xml"] = "<dra";
-    files["logo.png"] = "";
+    files["logo.png"] = "\x89PNG";
     EXPECT_EQ(findingsOf(files),
               (Lines{"fault unnamed-file Baseline3.xml:2 scenario: the table of contents does not name this scenario",
                      "fault unnamed-file Baseline4.xml:0 : the table of contents does not name this scenario",
                      "fault unnamed-file Other.xml:2 scenario: the table of contents does not name this scenario"}));
+}
+
+// A scenario is one whatever its file is called.
+TEST(KZDXRules, unnamedFileOfAnotherExtension) {
+    auto files = soundBundle();
+    files["Baseline3.XML"] = files["Baseline.xml"];
+    files["Copy"] = "\xEF\xBB\xBF\n" + files["Baseline.xml"].substr(files["Baseline.xml"].find("<scenario"));
+    files["Notes.txt"] = "<notes/>";
+    files["Page.html"] = "<html><br></html>";
+    files["Readme"] = "Read <scenario> first";
+    EXPECT_EQ(findingsOf(files),
+              (Lines{"fault unnamed-file Baseline3.XML:2 scenario: the table of contents does not name this scenario",
+                     "fault unnamed-file Copy:2 scenario: the table of contents does not name this scenario"}));
+}
+
+TEST(KZDXRules, unreadableFile) {
+    auto files = soundBundle();
+    files["Draft.xml"] = "<dra";
+    files["Empty.Xml"] = "";
+    EXPECT_EQ(
+        findingsOf(files),
+        (Lines{"note unreadable-file Draft.xml:1 : it may be a scenario that the table of contents does not name: "
+               "Couldn't find end of Start Tag dra line 1",
+               "note unreadable-file Empty.Xml:1 : it may be a scenario that the table of contents does not name: "
+               "the file is empty"}));
 }
 
 TEST(KZDXRules, contentsFrame) {
@@ -315,6 +339,18 @@ TEST(KZDXRules, nextId) {
                     "contents is not above this one"});
 }
 
+// No number is above one of so many digits.
+TEST(KZDXRules, nextIdOfHugeNumbers) {
+    for (const std::string id : {"t9223372036854775807", "t9223372036854775808", "t99999999999999999999999"}) {
+        auto files = soundBundle();
+        auto& actual = files["Actual.xml"];
+        actual = withReplaced(actual, "<task id=\"t6\">", "<task id=\"" + id + "\">");
+        actual = withReplaced(actual, "<child-task idref=\"t6\"/>", "<child-task idref=\"" + id + "\"/>");
+        EXPECT_EQ(findingsOf(files), Lines{"fault next-id Actual.xml:108 scenario/task[@id='" + id +
+                                           "']: the next free id in the table of contents is not above this one"});
+    }
+}
+
 TEST(KZDXRules, leftOut) {
     auto files = soundBundle();
     files["Baseline.xml"] =
@@ -328,6 +364,22 @@ TEST(KZDXRules, leftOut) {
                "has the id 'r7'",
                "note left-out Baseline.xml:13 scenario/task[@id='t2']/assignment[@idref='r1']: 'r1' has no such "
                "baseline, and is left out here"}));
+}
+
+// What a baseline leaves out is a resource where one is named, and a task where a task is.
+TEST(KZDXRules, leftOutIsOfTheKindThatIsNamed) {
+    auto files = soundBundle();
+    files["Baseline.xml"] =
+        withReplaced(files["Baseline.xml"], "<task id=\"t-1\">\n        <type>group</type>\n    </task>",
+                     "<task id=\"t-1\"><type>group</type><child-task idref=\"t2\"/></task>\n"
+                     "<task id=\"t2\"><type>task</type><effort>0</effort>\n"
+                     "<prerequisite-task idref=\"r1\" kind=\"FS\"/><assignment idref=\"t3\"/></task>");
+    EXPECT_EQ(
+        findingsOf(files),
+        (Lines{"fault unresolved-idref Baseline.xml:13 scenario/task[@id='t2']/prerequisite-task[@idref='r1']: no "
+               "task has the id 'r1'",
+               "fault unresolved-idref Baseline.xml:13 scenario/task[@id='t2']/assignment[@idref='t3']: no "
+               "resource has the id 't3'"}));
 }
 
 TEST(KZDXRules, bareAssignment) {
@@ -479,6 +531,16 @@ TEST(KZDXRules, reversedDates) {
     expectActual(
         startOfDig, startingAt("2027-05-11T08:00:00+02:00"),
         {"fault reversed-dates Actual.xml:63 scenario/task[@id='t2']/start-date: the start is behind the end"});
+}
+
+// On the clock on the wall the start comes first, but no two clocks of one place are twelve hours apart.
+TEST(KZDXRules, reversedDatesOfOffsetsThatNoPlaceHas) {
+    expectActual(
+        "<end-date>2026-05-05T17:00:00+02:00<", "<end-date>2026-05-04T09:00:00+14:00<",
+        {"fault reversed-dates Actual.xml:63 scenario/task[@id='t2']/start-date: the start is behind the end"});
+    expectActual("<end-date>2026-05-05T17:00:00+02:00<", "<end-date>2026-05-04T08:30:00+04:00<",
+                 {"note reversed-offsets Actual.xml:63 scenario/task[@id='t2']/start-date: the start is behind the end "
+                  "by their offsets alone: the clocks change in between"});
 }
 
 TEST(KZDXRules, reversedInPlan) {
@@ -704,6 +766,9 @@ TEST(KZDXRules, event) {
     const std::string event = "scenario/resource[@id='r-1']/schedule/calendar[@name='Time Off']/event: ";
     expectActual("end=\"2026-12-26T23:59:59+01:00\"", "end=\"2026-12-23T23:59:59+01:00\"",
                  {"fault event Actual.xml:19 " + event + "the start is behind the end"});
+    expectActual("end=\"2026-12-26T23:59:59+01:00\"", "end=\"2026-12-24T05:00:00+14:00\"",
+                 {"fault event Actual.xml:19 " + event + "the start is behind the end"});
+    expectActual("end=\"2026-12-26T23:59:59+01:00\"", "end=\"2026-12-24T00:30:00+02:00\"", {});
     expectActual("end=\"2026-12-26T23:59:59+01:00\"", "",
                  {"fault event Actual.xml:19 " + event + "'' is no date with a time and an offset"});
     expectActual("start=\"2026-12-24T00:00:00+01:00\"", "start=\"Christmas\"",

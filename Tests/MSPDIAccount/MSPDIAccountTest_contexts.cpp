@@ -100,6 +100,58 @@ TEST(FatesInContext, aBaselinesValueArrivesWhereTheTaskHasSuchAnElement) {
     EXPECT_EQ(with.at("Tasks[1]/Task[1]/Baseline[1]/Number[1]"), "shaping");
 }
 
+// A baseline's value counts only where its owner has an element of that name, which may say nothing itself.
+TEST(FatesInContext, aValueThatSaysNothingLetsABaselinesIn) {
+    const auto plan = [](const std::string& children, const std::string& ofBaseline) {
+        return AccountOfPlan(
+            tasksOf(taskOf(1, children + "<Baseline><Number>1</Number>" + ofBaseline + "</Baseline>")));
+    };
+    const std::string task = "Tasks[1]/Task[1]/";
+    EXPECT_EQ(plan("<Work>PT0H0M0S</Work>", "<Work>PT8H0M0S</Work>").at(task + "Work[1]"), "shaping");
+    EXPECT_EQ(plan("<Work>PT0H0M0S</Work>", "<Work>PT0H0M0S</Work>").at(task + "Work[1]"), "default");
+    EXPECT_EQ(plan("<Work>PT0H0M0S</Work>", "<Start>2012-01-10T08:00:00</Start>").at(task + "Work[1]"), "default");
+    EXPECT_EQ(plan("<Start></Start>", "<Start>2012-01-10T08:00:00</Start>").at(task + "Start[1]"), "shaping");
+    EXPECT_EQ(plan("<FixedCost>0</FixedCost>", "<FixedCost>5</FixedCost>").at(task + "FixedCost[1]"), "carried");
+    const auto summary = plan("<Summary>1</Summary><Duration>PT8H0M0S</Duration><Work>PT16H0M0S</Work>",
+                              "<Duration>PT4H0M0S</Duration><Work>PT0H0M0S</Work>");
+    EXPECT_EQ(summary.at(task + "Duration[1]"), "shaping");
+    EXPECT_EQ(summary.at(task + "Baseline[1]/Duration[1]"), "carried");
+}
+
+TEST(FatesInContext, datesOfTheSummaryTaskLetThoseOfABaselineIn) {
+    const std::string baseline = "<Baseline><Number>0</Number><Start>2012-01-10T08:00:00</Start></Baseline>";
+    const AccountOfPlan plan(tasksOf("<Task><UID>0</UID><Summary>1</Summary><Start/><Finish/>" + baseline + "</Task>"));
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Start[1]"), "shaping");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Finish[1]"), "default");
+}
+
+TEST(FatesInContext, aResourcesUnitsLetThoseOfABaselineIn) {
+    const auto fate = [](const std::string& ofBaseline) {
+        return AccountOfPlan("<Resources><Resource><UID>1</UID><MaxUnits/><Baseline><Number>0</Number>" + ofBaseline +
+                             "</Baseline></Resource></Resources>")
+            .at("Resources[1]/Resource[1]/MaxUnits[1]");
+    };
+    EXPECT_EQ(fate("<MaxUnits>2</MaxUnits>"), "shaping");
+    EXPECT_EQ(fate("<Work>PT8H0M0S</Work>"), "default");
+}
+
+// What others cost comes from their rates and their work.
+TEST(FatesInContext, theCostOfACostResourceIsEntered) {
+    const AccountOfPlan plan(tasksOf(taskOf(1)) +
+                             "<Resources><Resource><UID>1</UID><IsCostResource>1</IsCostResource></Resource>"
+                             "<Resource><UID>2</UID></Resource></Resources><Assignments>"
+                             "<Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID><Cost>500</Cost></Assignment>"
+                             "<Assignment><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID><Cost>0</Cost></Assignment>"
+                             "<Assignment><TaskUID>1</TaskUID><ResourceUID>2</ResourceUID><Cost>500</Cost></Assignment>"
+                             "<Assignment><TaskUID>1</TaskUID><ResourceUID>9</ResourceUID><Cost>500</Cost></Assignment>"
+                             "</Assignments>");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[1]/Cost[1]"), "lost");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[2]/Cost[1]"), "default");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[3]/Cost[1]"), "derived");
+    EXPECT_EQ(plan.at("Assignments[1]/Assignment[4]/Cost[1]"), "derived");
+    EXPECT_EQ(plan.count("cost-resource"), 2U);  // the resource, and what is entered for it
+}
+
 TEST(FatesInContext, ofSeveralBaselinesWithOneNumberTheLastCounts) {
     const AccountOfPlan plan(
         tasksOf(taskOf(1,

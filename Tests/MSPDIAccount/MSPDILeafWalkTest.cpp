@@ -42,6 +42,7 @@ TEST(MSPDILeafWalkTest, tellsTheSameInPiecesAndAsAWhole) {
         "<Resources><Resource><UID>1</UID><Rates><Rate><RateTable>1</RateTable><StandardRate>5</StandardRate></Rate>"
         "</Rates></Resource></Resources>",
         tasksOf(taskOf(1, "<WBS>1.1</WBS><OutlineNumber>1.1</OutlineNumber>")),
+        "<Views><View></View></Views><Resources><Resource> </Resource></Resources>" + tasksOf("<Task></Task>"),
     };
     for (const auto& content : contents) {
         SCOPED_TRACE(content);
@@ -54,6 +55,24 @@ TEST(MSPDILeafWalkTest, countsTheProjectsOwnChildrenBeforeItsLists) {
     EXPECT_EQ(plan.at("Tasks[1]"), "default");
     EXPECT_EQ(plan.at("Tasks[2]/Task[1]/UID[1]"), "shaping");
     EXPECT_EQ(plan.at("Tasks[3]"), "default");
+}
+
+// More names than the counts have room for at first, some of them again, and in elements that follow each other.
+TEST(MSPDILeafWalkTest, countsEachNameOfAnElementApart) {
+    std::string names;
+    for (int name = 0; name < 100; ++name) {
+        names += "<n" + std::to_string(name) + ">a</n" + std::to_string(name) + ">";
+    }
+    const auto others = "<Other>" + names + "<n7>b</n7></Other>";
+    const AccountOfPlan plan(tasksOf(taskOf(1, others + others)));
+    EXPECT_EQ(plan.count("unknown-element"), 202U);
+    const auto& fates = plan.fates;
+    for (const std::string other : {"Tasks[1]/Task[1]/Other[1]/", "Tasks[1]/Task[1]/Other[2]/"}) {
+        EXPECT_EQ(plan.at(other + "n0[1]"), "lost");
+        EXPECT_EQ(plan.at(other + "n99[1]"), "lost");
+        EXPECT_EQ(plan.at(other + "n7[2]"), "lost");
+        EXPECT_FALSE(fates.contains(other + "n8[2]"));
+    }
 }
 
 TEST(MSPDILeafWalkTest, findsThePlacesThatComeLate) {

@@ -32,3 +32,15 @@ TEST(MSPDIValuesTest, readsDurationsWithoutRaising) {
     EXPECT_EQ(MSPDISeconds(""), -1);
     EXPECT_EQ(MSPDISeconds("eight hours"), std::nullopt);
 }
+
+// They are remembered, but only so many.
+TEST(MSPDIValuesTest, readsEachDurationAsItself) {
+    for (int round = 0; round < 2; ++round) {
+        for (int hours = 0; hours < 1000; ++hours) {
+            const auto text = std::to_string(hours);
+            ASSERT_EQ(MSPDISeconds("PT" + text + "H0M0S"), hours * 3600) << round;
+            ASSERT_EQ(MSPDISeconds("PT" + text + "H"), hours * 3600) << round;
+            ASSERT_EQ(MSPDISeconds(text + " hours"), std::nullopt) << round;
+        }
+    }
+}

@@ -274,6 +274,7 @@ private:
         const auto start = _at - *_pieceStart;
         _rest.assign(_window, *_pieceStart, start);
         _openInRest.assign(1, _rest.size());
+        _hasTaken = false;
         while (!_openInRest.empty()) {
             const auto taken = takePlainMarkup();
             if (taken == Markup::Cut && readMore()) {
@@ -364,7 +365,7 @@ private:
     }
 
     Markup takePlainEndTag(const char* tag, const char* end) {
-        const bool isEmptied = _rest.size() == _openInRest.back();
+        const bool isEmptied = _hasTaken && _rest.size() == _openInRest.back();
         if (isEmptied) {
             _rest.replace(_rest.size() - 1, 1, emptiedMark);
         }
@@ -379,6 +380,7 @@ private:
         if (!_visitor.takeLeaf({tag + 1, static_cast<std::size_t>(nameEnd - tag - 1)}, text)) {
             return keep(tag, end);
         }
+        _hasTaken = true;
         _at = static_cast<std::size_t>(end - _window.data());
         return Markup::Taken;
     }
@@ -418,6 +420,7 @@ private:
     std::string _childTag;                   // of the open child of the root
     std::string _rest;                       // of the piece, without the leaves that were taken
     std::vector<std::size_t> _openInRest;    // where the contents of its open elements begin
+    bool _hasTaken = false;                  // leaves of the piece; none of one that has no leaves
     bool _isList = false;
     std::string _root;
 };

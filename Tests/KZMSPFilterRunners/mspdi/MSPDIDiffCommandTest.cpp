@@ -123,15 +123,28 @@ TEST_F(DiffCommandTest, tellsWhichOtherScenariosDiffer) {
     EXPECT_EQ(run({"diff", "--scenario", "Actual", "OldBaseline.xml", "NewBaseline.kdzx"}), 0);
 }
 
-// The plan of the new week lost its end: what was mended may differ for that reason alone.
+// What was mended may differ for that reason alone.
 TEST_F(DiffCommandTest, tellsThatAPlanWasDamaged) {
+    auto damaged = world.machine.contents("/home/me/Old.xml");
+    damaged.erase(damaged.find("</Tasks>"), std::string("</Tasks>").size());
+    world.machine.addFile("/home/me/Damaged.xml", damaged);
+    run({"diff", "Old.xml", "Damaged.xml"});
+    EXPECT_THAT(err.str(), StartsWith("mspdi: Damaged.xml: Repaired malformed XML in '/home/me/Damaged.xml' at line "));
+    EXPECT_EQ(err.str().find('\n'), err.str().size() - 1);
+    run({"diff", "--quiet", "Old.xml", "Damaged.xml"});
+    EXPECT_EQ(err.str(), "");
+}
+
+// The plan of the new week lost its end: what is not there would be told as gone.
+TEST_F(DiffCommandTest, comparesNoPlanThatIsCutOff) {
     const auto whole = world.machine.contents("/home/me/Old.xml");
     world.machine.addFile("/home/me/Cut.xml", whole.substr(0, whole.find("</Tasks>")));
-    run({"diff", "Old.xml", "Cut.xml"});
-    EXPECT_THAT(err.str(), StartsWith("mspdi: Cut.xml: Repaired malformed XML in '/home/me/Cut.xml' at line "));
-    EXPECT_EQ(err.str().find('\n'), err.str().size() - 1);
-    run({"diff", "--quiet", "Old.xml", "Cut.xml"});
-    EXPECT_EQ(err.str(), "");
+    for (const auto& arguments :
+         {std::vector<std::string>{"diff", "Old.xml", "Cut.xml"}, {"diff", "Cut.xml", "Old.xml"}}) {
+        EXPECT_EQ(run(arguments), 2);
+        EXPECT_EQ(err.str(), "mspdi: Cut.xml: the file is cut off\n");
+        EXPECT_EQ(out.str(), "");
+    }
 }
 
 TEST_F(DiffCommandTest, showsNothingThatDrivesATerminal) {

@@ -1,5 +1,6 @@
 #include "MSPDIJSON.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -38,6 +39,37 @@ TEST(MSPDIJSONTest, isTheSameTextToWhoReadsIt) {
     const JSON json = {{"name",
                         "a\x7F\xE2\x80\xAE"
                         "b\xC2\x9B"}};
+    EXPECT_EQ(JSON::parse(written(json)), json);
+}
+
+// Texts are looked at by several bytes at once: what is to be escaped may stand at each place, beside each other byte.
+TEST(MSPDIJSONTest, escapesWhereverItStands) {
+    for (const auto& [byte, escape] : {std::pair<char, std::string>('"', "\\\""),
+                                       {'\\', "\\\\"},
+                                       {'\x01', "\\u0001"},
+                                       {'\x1F', "\\u001f"},
+                                       {'\x7F', "\\u007f"}}) {
+        for (std::size_t size = 0; size < 20; ++size) {
+            for (const char other : {' ', '!', '#', '[', ']', '~', 'a'}) {
+                for (std::size_t place = 0; place <= size; ++place) {
+                    const std::string before(place, other);
+                    const std::string behind(size - place, other);
+                    ASSERT_EQ(written(JSON(before + byte + behind)),
+                              fmt::format("\"{}{}{}\"\n", before, escape, behind));
+                }
+                const std::string plain(size, other);
+                ASSERT_EQ(written(JSON(plain)), fmt::format("\"{}\"\n", plain));
+            }
+        }
+    }
+}
+
+// More than is kept before it is written.
+TEST(MSPDIJSONTest, writesDocumentsOfAnySize) {
+    JSON json = JSON::array();
+    for (int count = 0; count < 20'000; ++count) {
+        json.push_back("Paint " + std::to_string(count));
+    }
     EXPECT_EQ(JSON::parse(written(json)), json);
 }
 

@@ -122,6 +122,20 @@ TEST_F(LossesCommandTest, tellsInOneLineWhatItCouldNotLookAt) {
     }
 }
 
+TEST_F(LossesCommandTest, tellsOfAPlanThatIsCutOffOnlyThat) {
+    const auto whole = world.machine.contents("/home/me/Lossy.xml");
+    for (const auto size : {whole.find("<Tasks>"), whole.find("</Task>") + 3, whole.size() - 1}) {
+        world.machine.addFile("/home/me/Cut.xml", whole.substr(0, size));
+        for (const std::string option : {"--all", "--json", "--quiet"}) {
+            EXPECT_EQ(run({"losses", option, "Cut.xml"}), 2);
+            EXPECT_EQ(err.str(), "mspdi: Cut.xml: the file is cut off\n");
+            EXPECT_EQ(out.str(), "");
+        }
+    }
+    world.machine.addFile("/home/me/Longer.xml", whole + "<more");
+    EXPECT_EQ(run({"losses", "Longer.xml"}), 1);
+}
+
 TEST_F(LossesCommandTest, refusesWrongArguments) {
     for (const auto& arguments : {std::vector<std::string>{"losses"},
                                   {"losses", "--every", "Lossy.xml"},

@@ -40,6 +40,30 @@ TEST_F(ViewCommandTest, writesThePageOfAPlanWithItsLosses) {
     EXPECT_THAT(page("House.html"), HasSubstr("\"source\":\"House.xml\""));
 }
 
+TEST_F(ViewCommandTest, leavesItToThePageToSayWhatLostValuesMean) {
+    world.machine.addFile(
+        "/home/me/Words.xml",
+        R"(<Project xmlns="http://schemas.microsoft.com/project"><StartDate>2026-05-04T08:00:00</StartDate><Calendars>)"
+        R"(<Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars><Tasks>)"
+        "<Task><UID>1</UID><Name>Dig</Name><OutlineLevel>1</OutlineLevel></Task>"
+        "<Task><UID>2</UID><Name>Paint</Name><OutlineLevel>1</OutlineLevel><ConstraintType>6</ConstraintType>"
+        "<Deadline>1970-01-02T00:00:00</Deadline><CalendarUID>3</CalendarUID><Contact>40 "
+        "hours</Contact><PredecessorLink>"
+        "<PredecessorUID>1</PredecessorUID><Type>1</Type><LinkLag>-600</LinkLag><LagFormat>5</LagFormat></"
+        "PredecessorLink>"
+        "<PredecessorLink><PredecessorUID>1</PredecessorUID><Type>3</Type><LinkLag>50</LinkLag><LagFormat>19</"
+        "LagFormat>"
+        "</PredecessorLink></Task></Tasks></Project>");
+    EXPECT_EQ(run({"view", "Words.xml"}), 0);
+    for (const auto* const place :
+         {R"("Paint","-600","t2",{"work":-3600.0,"link":["1","Dig"]}])",
+          R"("Paint","50","t2",{"percentage":50.0,"link":["1","Dig"]}])", R"("Paint","6","t2",{"constraint":6}])",
+          R"("Paint","1970-01-02T00:00:00","t2",{"date":86400}])",
+          R"("Paint","3","t2",{"target":["calendar","3",""]}])", R"("Paint","40 hours","t2"])"}) {
+        EXPECT_THAT(page("Words.html"), HasSubstr(place));
+    }
+}
+
 TEST_F(ViewCommandTest, writesThePageOfADocumentWithoutAnAccount) {
     EXPECT_EQ(run({"view", "-o", "pages.html", "Mill.kdzx/"}), 0);
     EXPECT_EQ(out.str(), "pages.html: 1 task, 0 resources, 0 baselines\n");

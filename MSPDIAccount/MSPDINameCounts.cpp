@@ -1,0 +1,55 @@
+#include "MSPDINameCounts.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "MSPDIElementTree.h"
+
+std::size_t MSPDINameCounts::next(std::string_view name, const MSPDIElementTree* known) {
+    if (known == nullptr) {
+        return nextUnknown(name);
+    }
+    if (known->ordinal() >= _known.size()) {
+        _known.resize(known->ordinal() + 1);
+    }
+    return ++_known[known->ordinal()];
+}
+
+std::size_t MSPDINameCounts::nextUnknown(std::string_view name) {
+    if (2 * _takenCount >= _slots.size()) {
+        grow();
+    }
+    auto& slot = slotOf(name);
+    if (slot.round != _round) {
+        slot = {name, 0, _round};
+        ++_takenCount;
+    }
+    return ++slot.count;
+}
+
+void MSPDINameCounts::clear() {
+    std::fill(_known.begin(), _known.end(), 0);
+    ++_round;
+    _takenCount = 0;
+}
+
+// That of the name, or the free one that it is to take.
+MSPDINameCounts::Slot& MSPDINameCounts::slotOf(std::string_view name) {
+    const auto last = _slots.size() - 1;
+    auto index = std::hash<std::string_view>()(name) & last;
+    while (_slots[index].round == _round && _slots[index].name != name) {
+        index = (index + 1) & last;
+    }
+    return _slots[index];
+}
+
+void MSPDINameCounts::grow() {
+    constexpr std::size_t fewest = 64;
+    const auto before = std::exchange(_slots, std::vector<Slot>(_slots.empty() ? fewest : 2 * _slots.size()));
+    for (const auto& slot : before) {
+        if (slot.round == _round) {
+            slotOf(slot.name) = slot;
+        }
+    }
+}

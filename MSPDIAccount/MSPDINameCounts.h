@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+class MSPDIElementTree;
+
+// Counts the children of one element by their names, and then those of the next one: without memory of its own for each
+// of the millions of elements of a plan.
+class MSPDINameCounts {
+public:
+    // The number of a child among those of its name so far, from 1. The name outlives the count. What the table knows
+    // by that name is counted without looking at the name; it is given for all of them, or for none.
+    std::size_t next(std::string_view name, const MSPDIElementTree* known);
+    // The children of another element follow.
+    void clear();
+
+private:
+    struct Slot {
+        std::string_view name;
+        std::size_t count = 0;
+        std::uint64_t round = 0;  // in which it was taken; it is free in all others
+    };
+
+    std::size_t nextUnknown(std::string_view name);
+    [[nodiscard]] Slot& slotOf(std::string_view name);
+    void grow();
+
+    std::vector<std::size_t> _known;  // by ordinal
+    std::vector<Slot> _slots;         // a power of two of them, at least twice as many as are taken
+    std::size_t _takenCount = 0;
+    std::uint64_t _round = 1;
+};
