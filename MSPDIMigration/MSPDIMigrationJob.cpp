@@ -125,8 +125,8 @@ MSPDIImportedPlan MSPDIMigrationJob::import(const std::string& path, const std::
     return MSPDIPlanImporter(ofImport, std::move(options)).import(path);
 }
 
-// The record of the plan before is kept in the journal by now. It goes first: where a new file takes the place of an old
-// one in one step, the file system may write to the disk at once, which takes as long as a tenth of an import.
+// The record of the plan before is kept in the journal by now. It goes first: where a new file takes the place of an
+// old one in one step, the file system may write to the disk at once, which takes as long as a tenth of an import.
 std::optional<std::string> MSPDIMigrationJob::writeRecord(const std::string& work, const MSPDIMigrationRecord& record) {
     MSPCRemoveItem(pathByAppendingComponent(work, recordName).c_str());
     return _services.fileSystem.writeAtomically(

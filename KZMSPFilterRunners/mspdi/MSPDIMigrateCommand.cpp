@@ -139,7 +139,8 @@ std::optional<std::string> migrated(MSPDIMigration& migration, const std::string
     failure = migration.run([&progress](const auto& state) { progress.tell(state); });
     progress.finish();
     const auto unwritten = MSPDIWriteMigrationReports(
-        outputFolder, timeAndVersion(run.services), [&migration](const auto& take) { migration.forEachRecord(take); }, run.services.fileSystem);
+        outputFolder, timeAndVersion(run.services), [&migration](const auto& take) { migration.forEachRecord(take); },
+        run.services.fileSystem);
     return failure ? failure : unwritten;
 }
 

@@ -317,7 +317,8 @@ void MSPDIWriteMigrationPage(const std::string& outputFolder, const std::string&
                              const MSPDIMigrationRecords& records, std::ostream& out) {
     const auto sums = sumsOf(records);
     out << beginning << "<h1>Migration of " << sums.plans << (sums.plans == 1 ? " plan" : " plans") << "</h1>\n<p>"
-        << inHTML(MSPCShownText(outputFolder).view()) << "<br>\n<span id=\"made\">" << inHTML(made) << "</span></p>\n<div class=\"sums\">\n";
+        << inHTML(MSPCShownText(outputFolder).view()) << "<br>\n<span id=\"made\">" << inHTML(made)
+        << "</span></p>\n<div class=\"sums\">\n";
     writeSums("Verdicts", sums.verdicts, out);
     writeSums("Reasons", sums.reasons, out);
     writeSums("Lost or changed, by kind", sums.losses, out);
