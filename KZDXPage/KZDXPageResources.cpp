@@ -43,11 +43,17 @@ JSON eventsOf(const MSPCXMLNode& schedule, bool isOvertime) {
         if ((KZDXAttribute(calendar, "overtime") == "yes") != isOvertime) {
             continue;
         }
+        // The names of the two calendars that importing makes say what the page says anyway.
+        const auto name = KZDXAttribute(calendar, "name");
+        const bool isUsual = name.value_or("").empty() || name == "Time Off" || name == "Overtime";
         for (auto event = calendar.firstChildElement("event"); event; event = event.nextSiblingElement("event")) {
             const auto start = KZDXDateTimeFrom(KZDXAttribute(event, "start").value_or(""));
             const auto end = KZDXDateTimeFrom(KZDXAttribute(event, "end").value_or(""));
             if (start && end) {
                 events.push_back({KZDXPageDate(start), KZDXPageDate(end)});
+            }
+            if (start && end && !isUsual) {
+                events.back().push_back(*name);
             }
         }
     }
@@ -65,8 +71,12 @@ JSON factsOf(const MSPCXMLNode& resource) {
     auto facts = JSON::array();
     for (auto child = KZDXElementFrom(resource.firstChild()); child; child = KZDXElementFrom(child.nextSibling())) {
         if (std::find(known.begin(), known.end(), child.name()) == known.end()) {
-            facts.push_back({std::string(child.name()), child.stringValue()});
+            const bool isPlain = child.nodesForXPath("@*").value_or(std::vector<MSPCXMLNode>()).empty();
+            facts.push_back({std::string(child.name()), isPlain ? KZDXPageContent(child) : child.markup()});
         }
+    }
+    for (const auto& attribute : resource.nodesForXPath("@*[name() != 'id']").value_or(std::vector<MSPCXMLNode>())) {
+        facts.push_back({std::string(attribute.name()), attribute.stringValue()});
     }
     return facts;
 }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "KZDXXMLFile.h"
 
@@ -44,13 +45,6 @@ std::vector<JSON>& columnNamed(Columns& columns, std::string_view name, std::siz
         found = columns.emplace(name, std::vector<JSON>(rows)).first;
     }
     return found->second;
-}
-
-// What an element holds that nobody knows: its text, or as it stands where it is more than a text.
-std::string contentOf(const MSPCXMLNode& element) {
-    const bool isPlain = !KZDXElementFrom(element.firstChild());
-    auto text = isPlain ? element.stringValue() : std::string();
-    return text.empty() ? element.markup() : text;
 }
 
 std::string_view kindOf(const MSPCXMLNode& task) {
@@ -161,17 +155,51 @@ JSON pairsOf(const Columns& columns) {
     return pairs;
 }
 
+// The child elements of tasks that hold more than the rest of the page tells, found for all tasks at once.
+std::set<MSPCXMLNode> unusualElements(const MSPCXMLNode& root) {
+    const auto found = root.nodesForXPath(
+        "task/*[@*[name() != 'idref' and name() != 'kind'] or ((self::assignment or self::prerequisite-task) and *)]");
+    return found ? std::set<MSPCXMLNode>(found->begin(), found->end()) : std::set<MSPCXMLNode>();
+}
+
+// Of several of one name each has its line.
+void addLine(JSON& told, const std::string& line) {
+    told = told.is_null() ? line : told.get<std::string>() + "\n" + line;
+}
+
+// Attributes that tasks of this program do not have, others perhaps do.
+void addAttributes(const KZDXPageScenario& scenario, Columns& columns) {
+    std::map<MSPCXMLNode, std::size_t> rowOf;
+    const auto attributes = scenario.scenario.root().nodesForXPath("task/@*[name() != 'id']");
+    if (!attributes || attributes->empty()) {
+        return;
+    }
+    for (std::size_t row = 0; row < scenario.rows.size(); ++row) {
+        rowOf[scenario.scenario.tasks()[scenario.rows[row].task].element] = row;
+    }
+    for (const auto& attribute : *attributes) {
+        const auto row = rowOf.find(attribute.parent());
+        if (row != rowOf.end()) {
+            addLine(columnNamed(columns, attribute.name(), scenario.rows.size())[row->second], attribute.stringValue());
+        }
+    }
+}
+
 // [name, column] for each child element that has no column of its own.
 JSON factsOf(const KZDXPageScenario& scenario) {
     Columns columns;
+    const auto unusual = unusualElements(scenario.scenario.root());
     for (std::size_t row = 0; row < scenario.rows.size(); ++row) {
         const auto& task = scenario.scenario.tasks()[scenario.rows[row].task].element;
         for (auto child = KZDXElementFrom(task.firstChild()); child; child = KZDXElementFrom(child.nextSibling())) {
-            if (!isTold(task, child.name())) {
-                columnNamed(columns, child.name(), scenario.rows.size())[row] = contentOf(child);
+            const bool isUnusual = unusual.contains(child);
+            if (isUnusual || !isTold(task, child.name())) {
+                addLine(columnNamed(columns, child.name(), scenario.rows.size())[row],
+                        isUnusual ? child.markup() : KZDXPageContent(child));
             }
         }
     }
+    addAttributes(scenario, columns);
     return pairsOf(columns);
 }
 
@@ -208,6 +236,12 @@ std::optional<std::string> KZDXPageNote(const MSPCXMLNode& item) {
         }
     }
     return text.empty() ? note.stringValue() : text;
+}
+
+std::string KZDXPageContent(const MSPCXMLNode& element) {
+    const bool isPlain = !KZDXElementFrom(element.firstChild());
+    auto text = isPlain ? element.stringValue() : std::string();
+    return text.empty() ? element.markup() : text;
 }
 
 std::vector<std::pair<std::string, std::string>> KZDXPageFields(const MSPCXMLNode& item) {

@@ -24,5 +24,7 @@ struct KZDXPageScenario {
 
 // The paragraphs of a task's or resource's note, a line for each; none without a note.
 [[nodiscard]] std::optional<std::string> KZDXPageNote(const MSPCXMLNode& item);
+// What an element holds that has no place of its own: its text, or as it stands where it is more than a text.
+[[nodiscard]] std::string KZDXPageContent(const MSPCXMLNode& element);
 // The custom fields of a task or resource as [name, value] pairs, in their order.
 [[nodiscard]] std::vector<std::pair<std::string, std::string>> KZDXPageFields(const MSPCXMLNode& item);

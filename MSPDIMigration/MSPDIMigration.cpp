@@ -42,15 +42,6 @@ bool isDocument(const std::string& path) {
     return contents && contents->size > 0;
 }
 
-std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
-    if (end.kind == MSPCJobEnd::Kind::TookTooLong) {
-        return fmt::format("it took longer than {} s, and was ended",
-                           std::chrono::duration_cast<std::chrono::seconds>(bounds.time).count());
-    }
-    return end.kind == MSPCJobEnd::Kind::Died ? fmt::format("the process that imported it died ({})", end.reason)
-                                              : "the process that imported it gave no answer";
-}
-
 }  // namespace
 
 MSPDIMigration::MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options, MSPDIPlansToMigrate plans)
@@ -233,7 +224,7 @@ std::optional<std::string> MSPDIMigration::run(const Tell& tell) {
     std::vector<bool> wanted;
     auto failure = findWanted(wanted);
     if (!failure) {
-        failure = runWorkers(wanted, tell);
+        failure = _options.machines ? runMachines(wanted, tell) : runWorkers(wanted, tell);
     }
     std::set<std::string> folders{_options.outputFolder};
     const auto ofDisk = _services.fileSystem.synchronize(folders);
@@ -268,6 +259,24 @@ std::optional<MSPDIPlanToMigrate> MSPDIMigration::jobFor(const std::string& plan
     return job;
 }
 
+// Gives one wanted plan after another; none behind the last one, and where something has failed.
+MSPDIMigration::NextPlan MSPDIMigration::wantedPlans(const std::vector<bool>& wanted,
+                                                     std::optional<std::string>& failure) {
+    return [this, &wanted, &failure, walk = MSPDIPlanPaths::Walk(_found.plans),
+            isWanted = wanted.begin()]() mutable -> std::optional<MSPDIPlanToMigrate> {
+        while (!failure && isWanted != wanted.end()) {
+            const auto* const plan = walk.next();
+            if (*isWanted++) {
+                std::string reason;
+                auto told = jobFor(*plan, reason);
+                failure = told ? std::nullopt : std::optional(reason);
+                return told;
+            }
+        }
+        return std::nullopt;
+    };
+}
+
 std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<bool>& wanted, const Tell& tell) {
     MSPDIMigrationProgress progress{static_cast<std::size_t>(std::ranges::count(wanted, true)), 0, 0};
     const auto processes = std::min(_options.processes, std::max<std::size_t>(progress.all, 1));
@@ -276,19 +285,10 @@ std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<bool>& w
         return MSPDILineOf(job.migrate(planFrom(text), worker), _options.outputFolder);
     });
     std::optional<std::string> failure;
-    MSPDIPlanPaths::Walk walk(_found.plans);
-    auto isWanted = wanted.begin();
-    const auto give = [&]() -> std::optional<std::string> {
-        while (!failure && isWanted != wanted.end()) {
-            const auto* const plan = walk.next();
-            if (*isWanted++) {
-                std::string reason;
-                const auto told = jobFor(*plan, reason);
-                failure = told ? std::nullopt : std::optional(reason);
-                return told ? std::optional(textOf(*told)) : std::nullopt;
-            }
-        }
-        return std::nullopt;
+    const auto next = wantedPlans(wanted, failure);
+    const auto give = [&next] {
+        const auto plan = next();
+        return plan ? std::optional(textOf(*plan)) : std::nullopt;
     };
     const auto take = [&](const std::string& text, const MSPCJobEnd& end) {
         auto record = recordOf(planFrom(text), end);
@@ -311,6 +311,34 @@ std::optional<std::string> MSPDIMigration::runWorkers(const std::vector<bool>& w
     return failure ? failure : ended;
 }
 
+// Machines make documents; this process gives them their names, so that none appears twice, whatever lives on
+// elsewhere.
+std::optional<std::string> MSPDIMigration::runMachines(const std::vector<bool>& wanted, const Tell& tell) {
+    MSPDIMigrationProgress progress{static_cast<std::size_t>(std::ranges::count(wanted, true)), 0, 0};
+    const auto work = pathOf("run");
+    MSPDIMigrationJob job(_services, _options.each, _options.outputFolder, work);
+    MSPDIMachines machines(_services, *_options.machines, _options.outputFolder,
+                           {work, _work.number(), _lock ? _lock->number() : -1});
+    const auto take = [&](MSPDIMigrationRecord record, const std::string& folder) -> std::optional<std::string> {
+        if (record.isImported()) {
+            job.publish(record, pathByAppendingComponent(work, folder));
+        }
+        MSPDIMigrationJob::endLog(record);
+        tellOfRemains(record);
+        if (auto failure = keep(record)) {
+            return failure;  // what was made stays for the next run to find
+        }
+        MSPCRemoveItem(_work.number(), folder.c_str());
+        ++progress.done;
+        progress.failed += record.isImported() ? 0U : 1U;
+        return std::nullopt;
+    };
+    std::optional<std::string> failure;
+    const auto ended = machines.run(progress.all, wantedPlans(wanted, failure), take, [&] { tell(progress); });
+    tell(progress);
+    return failure ? failure : ended;
+}
+
 // What the worker has told; or, where it cannot tell any more, what the folder that it worked in says.
 MSPDIMigrationRecord MSPDIMigration::recordOf(const MSPDIPlanToMigrate& plan, const MSPCJobEnd& end) const {
     auto told = end.kind == MSPCJobEnd::Kind::Done ? MSPDIRecordFrom(end.result, _options.outputFolder) : std::nullopt;
@@ -321,17 +349,8 @@ MSPDIMigrationRecord MSPDIMigration::recordOf(const MSPDIPlanToMigrate& plan, co
     if (told && told->plan == plan.path) {  // that of the plan before may be there still
         return *told;
     }
-    MSPDIMigrationRecord record;
-    record.plan = plan.path;
-    record.stamp = MSPCStampOf(record.plan).value_or(MSPCFileStamp());
-    record.verdict = MSPDIVerdictName(MSPDIVerdict::Failed);
-    record.reason = reasonOf(end, _options.bounds);
-    record.milliseconds = static_cast<std::size_t>(end.time.count());
-    record.folder = plan.folder;
-    record.log = plan.log;
-    if (!plan.log.empty()) {
-        MSPDIPlanLogs::addVerdict(plan.log, plan.path, record.verdict + ": " + record.reason);
-    }
+    auto record = MSPDIMigrationJob::unanswered(plan, end, _options.bounds);
+    MSPDIMigrationJob::endLog(record);
     return record;
 }
 

@@ -9,6 +9,7 @@
 
 #include "MSPCFileDescriptor.h"
 #include "MSPCWorkers.h"
+#include "MSPDIMachines.h"
 #include "MSPDIMigrationJob.h"
 #include "MSPDIMigrationJournal.h"
 #include "MSPDIPlanImporter.h"
@@ -18,12 +19,13 @@
 class MSPCRunLock;
 
 struct MSPDIMigrationOptions {
-    std::string outputFolder;                 // absolute; made where there is none
-    MSPDIPlanImportOptions each;              // of each import; its folder and its name are of no account
-    bool isOnlyFailed = false;                // only plans that were tried before, and failed
-    std::size_t processes = 1;                // that import at the same time
-    MSPCWorkerBounds bounds;                  // of each plan
-    std::optional<std::string> logsFolder{};  // for a log of each plan, absolute; without it there are none
+    std::string outputFolder;                        // absolute; made where there is none
+    MSPDIPlanImportOptions each;                     // of each import; its folder and its name are of no account
+    bool isOnlyFailed = false;                       // only plans that were tried before, and failed
+    std::size_t processes = 1;                       // that import at the same time
+    MSPCWorkerBounds bounds;                         // of each plan
+    std::optional<std::string> logsFolder{};         // for a log of each plan, absolute; without it there are none
+    std::optional<MSPDIMachinesOptions> machines{};  // that import in the place of processes of this one
 };
 
 // How far a migration has come.
@@ -97,7 +99,10 @@ private:
     [[nodiscard]] std::optional<MSPDIPlanToMigrate> jobFor(const std::string& plan, std::string& failure);
     [[nodiscard]] MSPDIMigrationRecord recordOf(const MSPDIPlanToMigrate& plan, const MSPCJobEnd& end) const;
     void tellOfRemains(MSPDIMigrationRecord& record);
+    using NextPlan = std::function<std::optional<MSPDIPlanToMigrate>()>;
+    [[nodiscard]] NextPlan wantedPlans(const std::vector<bool>& wanted, std::optional<std::string>& failure);
     [[nodiscard]] std::optional<std::string> runWorkers(const std::vector<bool>& wanted, const Tell& tell);
+    [[nodiscard]] std::optional<std::string> runMachines(const std::vector<bool>& wanted, const Tell& tell);
     void tellOne(MSPDIMigrationRecord record, const std::function<void(const MSPDIMigrationRecord&)>& take) const;
 
     const MSPCServices& _services;

@@ -23,6 +23,7 @@ MSPDIMigrationRecord recordOf(const MSPDIPlanToMigrate& plan, const MSPDIImporte
     record.plan = plan.path;
     record.folder = plan.folder;
     record.log = plan.log;
+    record.document = imported.document;
     record.verdict = MSPDIVerdictName(imported.verdict);
     record.reason = imported.reason;
     for (const auto& done : imported.mending) {
@@ -48,6 +49,15 @@ void fail(MSPDIMigrationRecord& record, const std::string& reason) {
     record.verdict = MSPDIVerdictName(MSPDIVerdict::Failed);
     record.reason = reason;
     record.document.clear();
+}
+
+std::string reasonOf(const MSPCJobEnd& end, const MSPCWorkerBounds& bounds) {
+    if (end.kind == MSPCJobEnd::Kind::TookTooLong) {
+        return fmt::format("it took longer than {} s, and was ended",
+                           std::chrono::duration_cast<std::chrono::seconds>(bounds.time).count());
+    }
+    return end.kind == MSPCJobEnd::Kind::Died ? fmt::format("the process that imported it died ({})", end.reason)
+                                              : "the process that imported it gave no answer";
 }
 
 // Numbers only save looking for a free one.
@@ -93,8 +103,25 @@ std::string MSPDIMigrationJob::digestOf(const std::string& path, const MSPCFileS
 }
 
 MSPDIMigrationRecord MSPDIMigrationJob::migrate(const MSPDIPlanToMigrate& plan, std::size_t worker) {
-    const auto since = std::chrono::steady_clock::now();
     const auto work = folderOf(_workFolder, worker);
+    auto record = make(plan, work);
+    if (record.isImported()) {
+        publish(record, work);
+    }
+    endLog(record);
+    return record;
+}
+
+void MSPDIMigrationJob::endLog(const MSPDIMigrationRecord& record) {
+    if (!record.log.empty()) {
+        MSPDIPlanLogs::addVerdict(
+            record.log, record.plan,
+            fmt::format("{}: {}", record.verdict, record.isImported() ? record.document : record.reason));
+    }
+}
+
+MSPDIMigrationRecord MSPDIMigrationJob::make(const MSPDIPlanToMigrate& plan, const std::string& work) {
+    const auto since = std::chrono::steady_clock::now();
     // Before the import, so that what changes meanwhile counts as changed.
     const auto stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
     auto digest = digestOf(plan.path, _services.fileSystem);
@@ -106,12 +133,6 @@ MSPDIMigrationRecord MSPDIMigrationJob::migrate(const MSPDIPlanToMigrate& plan, 
     record.digest = std::move(digest);
     const auto time = std::chrono::steady_clock::now() - since;
     record.milliseconds = static_cast<std::size_t>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
-    if (record.isImported()) {
-        publish(imported.document, work, record);
-    }
-    if (log) {
-        log->log("{}: {}: {}", plan.path, record.verdict, record.isImported() ? record.document : record.reason);
-    }
     return record;
 }
 
@@ -135,8 +156,9 @@ std::optional<std::string> MSPDIMigrationJob::writeRecord(const std::string& wor
 }
 
 // The record comes before the document, and names the place that the document is to have.
-void MSPDIMigrationJob::publish(const std::string& bundle, const std::string& work, MSPDIMigrationRecord& record) {
+void MSPDIMigrationJob::publish(MSPDIMigrationRecord& record, const std::string& work) {
     auto& fileSystem = _services.fileSystem;
+    const auto bundle = pathByAppendingComponent(work, lastPathComponent(record.document));
     const auto& folder = record.folder;
     if (!fileSystem.isDirectory(folder)) {
         if (const auto failure = fileSystem.createFolder(folder)) {
@@ -178,4 +200,16 @@ std::optional<MSPDIMigrationRecord> MSPDIMigrationJob::appeared(const std::strin
     const auto line = fileSystem.readFile(pathByAppendingComponent(folder, recordName));
     auto record = line ? MSPDIRecordFrom(*line, outputFolder) : std::nullopt;
     return record && fileSystem.exists(record->document) ? std::move(record) : std::nullopt;
+}
+
+MSPDIMigrationRecord MSPDIMigrationJob::unanswered(const MSPDIPlanToMigrate& plan, const MSPCJobEnd& end,
+                                                   const MSPCWorkerBounds& bounds) {
+    MSPDIMigrationRecord record;
+    record.plan = plan.path;
+    record.stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
+    fail(record, reasonOf(end, bounds));
+    record.milliseconds = static_cast<std::size_t>(end.time.count());
+    record.folder = plan.folder;
+    record.log = plan.log;
+    return record;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "MSPCWorkers.h"
 #include "MSPDIMigrationRecord.h"
 #include "MSPDIPlanImporter.h"
 
@@ -28,6 +29,18 @@ public:
     // Raises nothing that the plan is to blame for.
     [[nodiscard]] MSPDIMigrationRecord migrate(const MSPDIPlanToMigrate& plan, std::size_t worker);
 
+    // The parts of that, for where they are not done by the same process. The document of a plan is made in the folder
+    // `work`, where the record names it, ...
+    [[nodiscard]] MSPDIMigrationRecord make(const MSPDIPlanToMigrate& plan, const std::string& work);
+    // ... moved from there to its place, which the record names then, or why it has none, ...
+    void publish(MSPDIMigrationRecord& record, const std::string& work);
+    // ... and the plan's log, where there is one, is ended by a line with the verdict.
+    static void endLog(const MSPDIMigrationRecord& record);
+
+    // The record of a plan whose process came to its end without one.
+    [[nodiscard]] static MSPDIMigrationRecord unanswered(const MSPDIPlanToMigrate& plan, const MSPCJobEnd& end,
+                                                         const MSPCWorkerBounds& bounds);
+
     // The folder of a worker.
     [[nodiscard]] static std::string folderOf(const std::string& workFolder, std::size_t worker);
     // The record of the last document that has appeared, from the folder that it was made in; none where none has.
@@ -39,7 +52,6 @@ public:
 
 private:
     [[nodiscard]] MSPDIImportedPlan import(const std::string& path, const std::string& work, MSPCLog& log);
-    void publish(const std::string& bundle, const std::string& work, MSPDIMigrationRecord& record);
     [[nodiscard]] std::optional<std::string> writeRecord(const std::string& work, const MSPDIMigrationRecord& record);
 
     const MSPCServices& _services;

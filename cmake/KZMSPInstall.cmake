@@ -20,7 +20,6 @@ string(TIMESTAMP KZMSP_CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(CPACK_PACKAGE_CONTACT "The MSPDIImport maintainers <maintainers@kadenza.invalid>")
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 kzmsp_compressed(docs/MSPDIImport.1 MSPDIImport.1.gz)
-kzmsp_compressed(docs/MSPDIImport-many.1 MSPDIImport-many.1.gz)
 kzmsp_compressed(docs/mspdi.1 mspdi.1.gz)
 kzmsp_compressed(docs/mspdi-check.1 mspdi-check.1.gz)
 kzmsp_compressed(docs/mspdi-diff.1 mspdi-diff.1.gz)
@@ -35,9 +34,8 @@ get_property(compressed GLOBAL PROPERTY kzmsp_compressed_files)
 add_custom_target(documents ALL DEPENDS ${compressed})
 
 install(TARGETS MSPDIImport mspdi RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(PROGRAMS tools/MSPDIImport-many DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY share/kadenza2 share/mspdi DESTINATION ${CMAKE_INSTALL_DATADIR})
-install(FILES ${documents}/MSPDIImport.1.gz ${documents}/MSPDIImport-many.1.gz ${documents}/mspdi.1.gz
+install(FILES ${documents}/MSPDIImport.1.gz ${documents}/mspdi.1.gz
               ${documents}/mspdi-check.1.gz ${documents}/mspdi-diff.1.gz
               ${documents}/mspdi-import.1.gz ${documents}/mspdi-losses.1.gz ${documents}/mspdi-mend.1.gz
               ${documents}/mspdi-migrate.1.gz ${documents}/mspdi-view.1.gz
@@ -77,7 +75,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Zones by name are read from its files.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS tzdata)
-# Only MSPDIImport-many runs it.
+# Only mspdi migrate --machines runs it.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS parallel)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "import Microsoft Project XML plans into Kadenza 2 documents")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION

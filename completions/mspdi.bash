@@ -38,7 +38,7 @@ _mspdi() {
     fi
     case ${COMP_WORDS[1]} in
         import) options+=' --as-in-winter --log --mend --mend=all --name --output --overwrite --template' ;;
-        migrate) options+=' --as-in-winter --dry-run --jobs --keep-tree --logs --mend --mend=all --no-losses --only-failed --output --plan-megabytes --plan-seconds --template' ;;
+        migrate) options+=' --as-in-winter --dry-run --jobs --keep-tree --logs --machines --mend --mend=all --no-losses --only-failed --output --plan-megabytes --plan-seconds --template' ;;
         losses) options+=' --all' ;;
         mend) options+=' --all --dry-run --only --output' ;;
         diff) options+=' --scenario' ;;
@@ -53,7 +53,7 @@ _mspdi() {
         mapfile -t COMPREPLY < <(compgen -W "$_mspdi_steps" -- "$word")
     elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
-    elif [[ ${COMP_WORDS[1]}/${COMP_WORDS[COMP_CWORD - 1]} =~ ^(import/--name|migrate/(--jobs|--plan-megabytes|--plan-seconds))$ ]]; then
+    elif [[ ${COMP_WORDS[1]}/${COMP_WORDS[COMP_CWORD - 1]} =~ ^(import/--name|migrate/(--jobs|--machines|--plan-megabytes|--plan-seconds))$ ]]; then
         return
     elif [[ ${COMP_WORDS[1]} == import && ${COMP_WORDS[COMP_CWORD - 1]} == --log ]]; then
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

@@ -37,6 +37,7 @@ complete -c mspdi -n "__fish_seen_subcommand_from migrate" -l dry-run -d 'Write 
 complete -c mspdi -n "__fish_seen_subcommand_from migrate" -l jobs -x -d 'So many processes'
 complete -c mspdi -n "__fish_seen_subcommand_from migrate" -l keep-tree -d 'Keep the sub-folders'
 complete -c mspdi -n "__fish_seen_subcommand_from migrate" -l logs -x -a "(__fish_complete_directories)" -d 'A log of each plan, in this folder'
+complete -c mspdi -n "__fish_seen_subcommand_from migrate" -l machines -x -d 'Import on these machines: a,b,:'
 complete -c mspdi -n "__fish_seen_subcommand_from migrate" -l mend -d 'Mend plans that are refused'
 complete -c mspdi -n "__fish_seen_subcommand_from migrate" -l mend=all -d 'Improve all plans'
 complete -c mspdi -n "__fish_seen_subcommand_from migrate" -l no-losses -d 'Do not look for losses'

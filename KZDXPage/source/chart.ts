@@ -1,13 +1,13 @@
 // The chart beside a table: its axis, the time behind the rows, bars and links. Only what is in the window exists.
 
 import { make, makeSVG, setAttribute } from "./dom";
-import { linkShapes, rowHeight, taskShapes, type Drawing, type Shape } from "./drawing";
+import { linkShapes, linkText, rowHeight, taskShapes, type Drawing, type Shape } from "./drawing";
 import type { LinkIndex } from "./links";
 import type { Schedule } from "./model";
 import type { Row } from "./rows";
 import type { TimeScale } from "./scale";
 import { shownRest } from "./schedule";
-import { shapeElement, shapeGroup } from "./svg";
+import { shapeElement, shapeGroup, titleElement } from "./svg";
 import { word } from "./texts";
 
 export const axisHeight = 48;
@@ -115,6 +115,7 @@ export class Chart {
         this.canvas.append(this.behind, this.moving, this.front);
         this.plot.append(this.canvas);
         this.element.append(this.axis, this.plot);
+        this.arrows.addEventListener("pointerover", (event) => this.tellLink(event));
     }
 
     setRows(rows: readonly Row[], links: LinkIndex | null): void {
@@ -144,14 +145,13 @@ export class Chart {
         this.arrows.replaceChildren();
     }
 
-    // Draws the rows first to last where they are after scrolling by `top` pixels.
+    // Draws the rows first to last where they are after scrolling by `top` pixels; their links are `showLinks`.
     show(first: number, last: number, top: number, active: number): void {
         if (!this.ground || this.height === 0) return;
         setAttribute(this.moving, "transform", `translate(0 ${-top})`);
         setAttribute(this.stripes, "y", String(active * rowHeight));
         setAttribute(this.stripes, "visibility", active >= first && active <= last ? "visible" : "hidden");
         this.showRows(this.ground, first, last);
-        this.showLinks(this.ground, first, last);
     }
 
     private showRows(ground: Ground, first: number, last: number): void {
@@ -171,7 +171,9 @@ export class Chart {
         }
     }
 
-    private showLinks(ground: Ground, first: number, last: number): void {
+    showLinks(first: number, last: number): void {
+        const { ground } = this;
+        if (!ground || this.height === 0) return;
         const placed = this.links?.touching(first, last, mostLinks) ?? [];
         const wanted = new Set(placed.map((link) => link.index));
         for (const [index, element] of this.drawnLinks) {
@@ -183,10 +185,19 @@ export class Chart {
         for (const { index, link, from, to } of placed) {
             if (this.drawnLinks.has(index)) continue;
             const element = makeSVG("g", { class: "dependency", "data-kind": link.kind });
-            element.append(...linkShapes(ground.drawing, link, from, to).map(shapeElement));
+            // What a link tells is made when somebody points at it: few are, of the many that pass while scrolling.
+            element.append(...linkShapes(ground.drawing, link, from, to).map((shape) => shapeElement({ ...shape, title: undefined })));
             this.drawnLinks.set(index, element);
             this.arrows.append(element);
         }
+    }
+
+    private tellLink(event: Event): void {
+        const element = event.target instanceof Element ? event.target.closest(".dependency") : null;
+        if (!element || element.querySelector("title")) return;
+        const index = [...this.drawnLinks].find(([, drawn]) => drawn === element)?.[0];
+        const link = index === undefined ? undefined : this.links?.linkAt(index);
+        if (link) element.append(titleElement(linkText(link)));
     }
 }
 

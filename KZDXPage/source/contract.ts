@@ -47,10 +47,12 @@ export interface WrittenTasks {
     fields: [string, Column<string>][];
 }
 
+export type WrittenEvent = [start: WrittenDate, end: WrittenDate, calendar?: string];
+
 export interface WrittenSchedule {
     days: ([number, number][] | null)[];
-    off: [WrittenDate, WrittenDate][];
-    over: [WrittenDate, WrittenDate][];
+    off: WrittenEvent[];
+    over: WrittenEvent[];
 }
 
 export interface WrittenResource {

@@ -4,7 +4,7 @@ import { missedDates, slipOf } from "./dates";
 import { button, make } from "./dom";
 import { factText, fieldText } from "./fields";
 import { moneyFormat } from "./money";
-import type { Link, Model, Moment, Resource, Schedule, Task } from "./model";
+import type { Link, Model, Moment, Resource, Schedule, Span, Task } from "./model";
 import { dateNames } from "./model";
 import type { Item } from "./rows";
 import type { Clock } from "./time";
@@ -210,10 +210,10 @@ export class Details {
 
     private timesOff(schedule: Schedule | null): Node[] {
         if (!schedule) return [];
-        const days = (form: (seconds: number) => string) => (span: { start: Moment; end: Moment }): Node => {
+        const days = (form: (seconds: number) => string) => (span: Span): Node => {
             const from = form(this.clock.shown(span.start));
             const to = form(this.clock.shown(span.end));
-            return make("span", {}, from === to ? from : `${from} – ${to}`);
+            return make("span", {}, from === to ? from : `${from} – ${to}`, span.calendar === "" ? "" : ` (${span.calendar})`);
         };
         return [
             ...this.section(word("daysOff"), ...this.items(schedule.off.map(days(dayText)))),

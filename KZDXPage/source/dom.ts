@@ -3,10 +3,11 @@
 type Attributes = Record<string, string | number | boolean | null | undefined>;
 type Child = Node | string | null | undefined | false;
 
+// Of a new element, which has none yet.
 function setAttributes(element: Element, attributes: Attributes): void {
-    for (const [name, value] of Object.entries(attributes)) {
-        if (value === null || value === undefined || value === false) element.removeAttribute(name);
-        else element.setAttribute(name, value === true ? "" : String(value));
+    for (const name in attributes) {
+        const value = attributes[name];
+        if (value !== null && value !== undefined && value !== false) element.setAttribute(name, value === true ? "" : String(value));
     }
 }
 

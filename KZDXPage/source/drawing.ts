@@ -213,6 +213,12 @@ function ends(drawing: Drawing, task: Task): Extent | null {
     return { from: whole.from - 6, to: whole.from + 6 };
 }
 
+// "FS – Finish to start: 1.1 Dig → 1.2 Paint"
+export function linkText(link: Link): string {
+    const kind = link.kind === "" ? "?" : `${link.kind} – ${word(`link:${link.kind}`)}`;
+    return `${kind}: ${link.from.number} ${link.from.title} → ${link.to.number} ${link.to.title}`;
+}
+
 // A link from the middle of one row to the middle of another, `rows` rows further down (or up): an arrow that leaves
 // the end or the start of the first and meets the start or the end of the second.
 export function linkShapes(drawing: Drawing, link: Link, fromRow: number, toRow: number): Shape[] {
@@ -229,9 +235,8 @@ export function linkShapes(drawing: Drawing, link: Link, fromRow: number, toRow:
     const into = kind.endsWith("S") ? 1 : -1;
     const head = into * 5;
     const tip = `M${x2} ${y2}L${x2 - head} ${y2 - 3.5}V${y2 + 3.5}Z`;
-    const told = `${link.kind === "" ? "?" : `${link.kind} – ${word(`link:${link.kind}`)}`}: ${link.from.number} ${link.from.title} → ${link.to.number} ${link.to.title}`;
     return [
-        { tag: "path", look: "link", path: route(x1, y1, x2 - head, y2, out * stub, into * stub), title: told },
+        { tag: "path", look: "link", path: route(x1, y1, x2 - head, y2, out * stub, into * stub), title: linkText(link) },
         { tag: "path", look: "arrow", path: tip },
     ];
 }

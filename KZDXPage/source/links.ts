@@ -16,7 +16,7 @@ export class LinkIndex {
     private readonly nodes = new Map<number, PlacedLink[]>();
     private readonly size: number;
 
-    constructor(model: Model, rows: readonly Row[]) {
+    constructor(private readonly model: Model, rows: readonly Row[]) {
         const rowOf = new Map<Task, number>();
         rows.forEach((row, index) => {
             if (row.item.type === "task") rowOf.set(row.item.task, index);
@@ -29,6 +29,10 @@ export class LinkIndex {
             const to = rowOf.get(link.to);
             if (from !== undefined && to !== undefined) this.add({ index, link, from, to });
         });
+    }
+
+    linkAt(index: number): Link | undefined {
+        return this.model.links[index];
     }
 
     private add(link: PlacedLink): void {

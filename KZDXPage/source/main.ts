@@ -419,8 +419,8 @@ class Page {
 
 const data = document.getElementById("document");
 const root = document.getElementById("page");
-if (data && root) {
-    const model = modelOf(JSON.parse(data.textContent) as WrittenDocument);
+if (data instanceof HTMLScriptElement && root) {
+    const model = modelOf(JSON.parse(data.text) as WrittenDocument);
     // The text is not needed twice.
     data.remove();
     new Page(model, root);

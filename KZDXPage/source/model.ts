@@ -1,6 +1,6 @@
 // The document in the page's own form: objects with references instead of columns with indices.
 
-import type { Column, DateColumn, WrittenDate, WrittenDocument, WrittenPiece, WrittenResource, WrittenSchedule } from "./contract";
+import type { Column, DateColumn, WrittenDate, WrittenDocument, WrittenEvent, WrittenPiece, WrittenResource, WrittenSchedule } from "./contract";
 
 // A time as it is written: what the clock on the wall shows, in seconds since 1970, and that clock's offset.
 export interface Moment {
@@ -58,6 +58,7 @@ export interface Link {
 export interface Span {
     readonly start: Moment;
     readonly end: Moment;
+    readonly calendar: string; // its name, where it has one of its own
 }
 
 export interface Schedule {
@@ -161,11 +162,11 @@ const piecesOf = (written: WrittenPiece[] | undefined): readonly Piece[] =>
 
 function scheduleOf(written: WrittenSchedule | null): Schedule | null {
     if (!written) return null;
-    const spans = (events: [WrittenDate, WrittenDate][]): Span[] =>
-        events.flatMap(([start, end]) => {
+    const spans = (events: WrittenEvent[]): Span[] =>
+        events.flatMap(([start, end, calendar]) => {
             const from = momentOf(start);
             const to = momentOf(end);
-            return from && to ? [{ start: from, end: to }] : [];
+            return from && to ? [{ start: from, end: to, calendar: calendar ?? "" }] : [];
         });
     return { days: written.days, off: spans(written.off), over: spans(written.over) };
 }

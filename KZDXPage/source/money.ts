@@ -3,10 +3,10 @@
 import { locale } from "./texts";
 
 export function moneyFormat(sample: string): (amount: number) => string {
-    const number = /[\d.,]*\d/u.exec(sample);
-    const digits = number ? /\.(\d+)$/u.exec(number[0])?.[1]?.length ?? 0 : 2;
-    const before = number ? sample.slice(0, number.index) : "";
-    const after = number ? sample.slice(number.index + number[0].length) : "";
+    const parts = /^(.*?)([\d.,]*\d)(.*)$/su.exec(sample);
+    const digits = parts ? /\.(\d+)$/u.exec(parts[2] ?? "")?.[1]?.length ?? 0 : 2;
+    const before = parts?.[1] ?? "";
+    const after = parts?.[3] ?? "";
     return (amount) =>
         before +
         amount.toLocaleString(locale, { minimumFractionDigits: digits, maximumFractionDigits: Math.max(digits, 2) }) +

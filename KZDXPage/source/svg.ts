@@ -14,12 +14,14 @@ export function shapeElement(shape: Shape): SVGElement {
         d: shape.path,
     });
     if (shape.text !== undefined) element.textContent = shape.text;
-    if (shape.title !== undefined) {
-        const title = makeSVG("title");
-        title.textContent = shape.title;
-        element.append(title);
-    }
+    if (shape.title !== undefined) element.append(titleElement(shape.title));
     return element;
+}
+
+export function titleElement(text: string): SVGElement {
+    const title = makeSVG("title");
+    title.textContent = text;
+    return title;
 }
 
 export function shapeGroup(shapes: readonly Shape[], look: string, y: number): SVGElement {

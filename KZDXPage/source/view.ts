@@ -2,6 +2,7 @@
 // do.
 
 import { elementScroll, observeElementOffset, Virtualizer } from "@tanstack/virtual-core";
+import { Bar } from "./bar";
 import { axisHeight, Chart } from "./chart";
 import type { Column, Setting } from "./columns";
 import { make, setAttribute } from "./dom";
@@ -20,6 +21,8 @@ export interface ViewEvents {
 }
 
 const zoomStep = 1.4;
+// Milliseconds that rows may take before their links wait for the next frame.
+const longest = 8;
 
 export class View {
     readonly element = make("section", { class: "view" });
@@ -51,6 +54,7 @@ export class View {
     private gridWidth = 0;
     private isDivided = false; // by the person, whose width is kept
     private settling = 0;
+    private later = 0; // the frame that will draw links
 
     constructor(
         label: string,
@@ -98,9 +102,12 @@ export class View {
     mount(): void {
         if (this.isMounted) return;
         this.isMounted = true;
+        // Before the listeners of the virtualizer, whose work is counted.
+        let begun = 0;
+        this.scroller.addEventListener("scroll", () => (begun = performance.now()), { passive: true, capture: true });
         this.virtualizer._didMount();
         this.virtualizer._willUpdate();
-        this.scroller.addEventListener("scroll", () => this.scrolled(), { passive: true });
+        this.scroller.addEventListener("scroll", () => this.measured(begun, () => this.show(begun)), { passive: true });
         this.resized();
     }
 
@@ -371,21 +378,30 @@ export class View {
         this.chartBar.set((right - left) * this.scale.perSecond, this.chartWidth, (this.scale.start - left) * this.scale.perSecond);
     }
 
-    private show(): void {
+    private show(begun = performance.now()): void {
         const items = this.virtualizer.getVirtualItems();
         const first = items[0]?.index ?? 0;
         const last = items[items.length - 1]?.index ?? -1;
         const top = this.scroller.scrollTop;
         this.grid.show(first, last, top, this.active);
         this.chart.show(first, last, top, this.active);
+        if (performance.now() - begun < longest) this.showLinks();
+        else this.later ||= requestAnimationFrame(() => this.measured(performance.now(), () => this.showLinks()));
         window.clearTimeout(this.settling);
         this.settling = window.setTimeout(() => this.grid.sort(), 200);
     }
 
+    // The links of the rows in the window. Where the rows took long they come with the next frame.
+    private showLinks(): void {
+        cancelAnimationFrame(this.later);
+        this.later = 0;
+        const items = this.virtualizer.getVirtualItems();
+        this.chart.showLinks(items[0]?.index ?? 0, items[items.length - 1]?.index ?? -1);
+    }
+
     // Each step of scrolling is an entry of the browser's own measurements, "scroll-frame".
-    private scrolled(): void {
-        const begun = performance.now();
-        this.show();
+    private measured(begun: number, act: () => void): void {
+        act();
         performance.measure("scroll-frame", { start: begun, end: performance.now() });
     }
 
@@ -486,37 +502,5 @@ export class View {
         if (!row) return;
         if (row.isOpen && !this.isFiltered) this.toggle(this.active);
         else if (row.parent >= 0) this.activate(row.parent);
-    }
-}
-
-// A scroll bar for what does not scroll by itself.
-class Bar {
-    readonly element: HTMLElement;
-    moved: (left: number) => void = () => undefined;
-    private readonly content = make("div");
-    private ratio = 1;
-    private expected = 0;
-
-    constructor(look: string) {
-        this.element = make("div", { class: `bar-of-scroll ${look}`, tabindex: -1, "aria-hidden": "true" }, this.content);
-        this.element.addEventListener("scroll", () => {
-            // What the page itself has set comes back as an event.
-            if (Math.abs(this.element.scrollLeft - this.expected) > 1.5) {
-                this.expected = this.element.scrollLeft;
-                this.moved(this.element.scrollLeft / this.ratio);
-            }
-        });
-    }
-
-    // Elements have a greatest width, which a long project at a close zoom exceeds.
-    set(whole: number, width: number, left: number): void {
-        const most = 1e6;
-        this.ratio = whole > most ? (most - width) / Math.max(1, whole - width) : 1;
-        const shown = Math.ceil(Math.min(whole, most));
-        this.content.style.width = `${shown}px`;
-        this.expected = Math.round(left * this.ratio);
-        this.element.scrollLeft = this.expected;
-        this.expected = this.element.scrollLeft;
-        this.element.classList.toggle("needless", whole <= width + 1);
     }
 }

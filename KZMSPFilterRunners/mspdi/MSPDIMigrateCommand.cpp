@@ -14,6 +14,7 @@
 #include "MSPCStandardTimeClock.h"
 #include "MSPDICommonOptions.h"
 #include "MSPDIJSON.h"
+#include "MSPDIMachines.h"
 #include "MSPDIMigrateProgress.h"
 #include "MSPDIMigrateReport.h"
 #include "MSPDIMigration.h"
@@ -25,10 +26,10 @@ struct Arguments {
     std::string source;
     std::string outputFolder;
     MSPDIMigrationOptions options;
-    std::string mending;        // empty, "true" or "all"
-    std::string logsFolder;     // empty where no logs are wanted
-    std::size_t processes = 0;  // none for one per processor
-    std::size_t secondsPerPlan = 600;
+    std::string mending;     // empty, "true" or "all"
+    std::string logsFolder;  // empty where no logs are wanted
+    std::string machines;    // with commas between them; empty for this one alone
+    MSPDIMigrationBounds bounds{0, 600, 0};
     std::size_t megabytesPerPlan = 0;  // none for a share of the memory
     bool keepsTree = false;
     bool isDryRun = false;
@@ -36,19 +37,46 @@ struct Arguments {
     bool isAsInWinter = false;
 };
 
-// Each process may take its share of four fifths of the memory, so that the machine goes on working.
-std::size_t shareOfMemory(std::size_t processes) {
-    return MSPCWorkers::memoryOfMachine() / 5 * 4 / processes;
+MSPDIMigrationBounds boundsOf(const Arguments& arguments) {
+    constexpr std::size_t megabyte = 1'000'000;
+    auto bounds = arguments.bounds;
+    bounds.bytes = arguments.megabytesPerPlan * megabyte;
+    return bounds;
 }
 
-MSPDIMigrationOptions optionsOf(const Arguments& arguments, const std::string& outputFolder, const MSPDIRun& run) {
+// Machines have a template of their own, unless people have named one.
+std::optional<MSPDIMachinesOptions> machinesOf(const Arguments& arguments, const MSPDIPlanImportOptions& each,
+                                               MSPDIRun& run) {
+    if (arguments.machines.empty()) {
+        return std::nullopt;
+    }
+    auto& services = run.services;
+    MSPDIMachinesOptions machines;
+    machines.names = MSPDIMachines::namesIn(arguments.machines).value_or(std::vector<std::string>());
+    machines.program = services.fileSystem.resolvedPath("/proc/self/exe");
+    machines.chunk.version = MSPDIVersionText;
+    machines.chunk.zone = MSPDIOffsetsOf(services.timeZone);
+    machines.chunk.each = each;
+    machines.chunk.each.templateFolder = arguments.options.each.templateFolder;
+    if (auto& path = machines.chunk.each.templateFolder) {
+        path = services.fileSystem.absolutePath(*path);
+    }
+    machines.chunk.isAsInWinter = arguments.isAsInWinter;
+    machines.chunk.bounds = boundsOf(arguments);
+    machines.tell = [&run](const std::string& name, const std::string& what) {
+        if (run.showStatus) {
+            run.showStatus({});
+        }
+        run.warn(name, what);
+    };
+    return machines;
+}
+
+MSPDIMigrationOptions optionsOf(const Arguments& arguments, const std::string& outputFolder, MSPDIRun& run) {
     auto options = arguments.options;
     options.outputFolder = outputFolder;
-    options.processes = arguments.processes == 0 ? MSPCWorkers::processors() : arguments.processes;
-    options.bounds.time = std::chrono::seconds(arguments.secondsPerPlan);
-    constexpr std::size_t megabyte = 1'000'000;
-    options.bounds.memory =
-        arguments.megabytesPerPlan == 0 ? shareOfMemory(options.processes) : arguments.megabytesPerPlan * megabyte;
+    options.processes = boundsOf(arguments).processesHere();
+    options.bounds = boundsOf(arguments).boundsHere();
     options.each.tellsLosses = !arguments.isWithoutLosses;
     if (!arguments.mending.empty()) {
         options.each.mending = arguments.mending == "all" ? MSPDIMending::All : MSPDIMending::OfRefused;
@@ -60,6 +88,7 @@ MSPDIMigrationOptions optionsOf(const Arguments& arguments, const std::string& o
     if (!options.each.templateFolder && !installed.empty() && run.services.fileSystem.isDirectory(installed)) {
         options.each.templateFolder = installed;
     }
+    options.machines = machinesOf(arguments, options.each, run);
     return options;
 }
 
@@ -167,6 +196,11 @@ std::optional<std::string> obstacleTo(const Arguments& arguments, const MSPDIPla
     if (options.logsFolder && fileSystem.exists(*options.logsFolder) && !fileSystem.isDirectory(*options.logsFolder)) {
         return arguments.logsFolder + ": no folder";
     }
+    if (options.machines && !arguments.isDryRun) {
+        if (auto obstacle = MSPDIMachines::obstacle()) {
+            return obstacle;
+        }
+    }
     if (!arguments.keepsTree || !found.isList) {
         return std::nullopt;
     }
@@ -237,9 +271,19 @@ void addOptions(CLI::App& command, Arguments& arguments) {
     command
         .add_flag("--mend", arguments.mending, "Mend plans that are refused, in memory; --mend=all improves all plans")
         ->check(allOrNothing);
-    command.add_option("--jobs", arguments.processes, "Processes at a time (else one per processor)")
+    command.add_option("--jobs", arguments.bounds.processes, "Processes at a time (else one per processor)")
         ->option_text("N")
         ->check(CLI::Range(1, 1024));
+    const CLI::Validator names(
+        [](const std::string& list) {
+            return MSPDIMachines::namesIn(list) ? "" : "it is a list as in --machines a,b,:";
+        },
+        "");
+    command
+        .add_option("--machines", arguments.machines,
+                    "Import on these machines, by way of ssh and GNU parallel; \":\" is this one")
+        ->option_text("A,B,:")
+        ->check(names);
     command.add_flag("--keep-tree", arguments.keepsTree, "Keep the sub-folders of plans for their documents");
     command.add_flag("--only-failed", arguments.options.isOnlyFailed, "Only plans that were tried before, and failed");
     command.add_option("--logs", arguments.logsFolder, "Write the importer's own log of each plan into this folder")
@@ -252,7 +296,7 @@ void addOptions(CLI::App& command, Arguments& arguments) {
         ->option_text("DOCUMENT")
         ->check(something);
     command.add_flag("--no-losses", arguments.isWithoutLosses, "Do not look for losses: faster, and none are told");
-    command.add_option("--plan-seconds", arguments.secondsPerPlan, "End a plan that takes longer (600)")
+    command.add_option("--plan-seconds", arguments.bounds.seconds, "End a plan that takes longer (600)")
         ->option_text("N")
         ->check(CLI::Range(1, 1'000'000));
     command.add_option("--plan-megabytes", arguments.megabytesPerPlan, "End a plan that takes more memory")

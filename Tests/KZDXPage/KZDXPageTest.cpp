@@ -60,6 +60,25 @@ TEST(KZDXPageTest, holdsEverythingThatTheDocumentSaysOfTasks) {
     EXPECT_TRUE(data["losses"].is_null());
 }
 
+TEST(KZDXPageTest, holdsWhatOnlyOtherProgramsSay) {
+    const auto task = dataOf(pageOf(brokenBundle(
+        "Actual.xml", "<priority>500</priority>",
+        R"(<priority>500</priority><flag>a</flag><flag at="1">b</flag><start-date certain="no">2026</start-date>)")));
+    const auto facts = task["scenario"]["tasks"]["facts"];
+    EXPECT_THAT(facts, testing::Contains(JSON::parse(R"(["flag", [null, "a\n<flag at=\"1\">b</flag>", null, null]])")));
+    EXPECT_THAT(facts, testing::Contains(JSON::parse(R"(["priority", [null, "500", null, null]])")));
+    const auto owned =
+        dataOf(pageOf(brokenBundle("Actual.xml", "<task id=\"t2\">", "<task id=\"t2\" owner=\"Anna\">")));
+    EXPECT_THAT(owned["scenario"]["tasks"]["facts"],
+                testing::Contains(JSON::parse(R"(["owner", [null, "Anna", null, null]])")));
+}
+
+TEST(KZDXPageTest, namesCalendarsThatHaveANameOfTheirOwn) {
+    const auto data =
+        dataOf(pageOf(brokenBundle("Actual.xml", "calendar name=\"Time Off\"", "calendar name=\"Feast\"")));
+    EXPECT_EQ(data["scenario"]["schedule"]["off"][0][2], "Feast");
+}
+
 TEST(KZDXPageTest, holdsSchedulesAndResources) {
     const auto scenario = dataOf(pageOf(soundBundle()))["scenario"];
     EXPECT_EQ(scenario["schedule"]["days"],

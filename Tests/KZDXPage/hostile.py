@@ -10,11 +10,14 @@ PLAN = "http://schemas.microsoft.com/project"
 TEXTS = (
     "</script><img src=x onerror=hurt=1><!--", "</noscript></title></style><img src=x onerror=alert(1)>",
     "'\"><svg onload=hurt=1>", "' onmouseover=hurt=1 x='", "javascript:hurt=1", "<a href=javascript:hurt=1>x</a>",
-    '=HYPERLINK("https://a.invalid/","x")', "+1+1", "-1+1", "@SUM(1)", "\t=1", "\r=1", "\n=1", " =1", "\u202e=1", "\ufeff@1",
+    '=HYPERLINK("https://a.invalid/","x")', "+1+1", "-1+1", "@SUM(1)", "\t=1", "\r=1", "\n=1", "\tx", "\rx", "\nx", " =1", "\u202e=1", "\ufeff@1",
     "\uff1d1", '"=1', "\",\"=1", "{{hurt=1}}${hurt=1}", "{count}{value|a|b}", "__proto__", "constructor", "toString",
     "&lt;img src=x onerror=hurt=1&gt;&amp;#60;", "]]>", "<![CDATA[<img src=x>", "\u2028x\u2029", "\u0085x", "\U000e0001x",
     "url(https://a.invalid/x)", "}</style>@import 'https://a.invalid/x';", "https://a.invalid/", "\u200fa\u061c",
     "$&$`$'$1", "\\\"\\u003cimg>", "%3Cimg%3E", "<img/src/onerror=hurt=1", "a" * 3000)
+
+# Of the texts above the one for titles, which stand in more kinds of elements than others.
+ENDING = TEXTS[1]
 
 # What holds a document together, or places its shapes: without these nothing is drawn.
 SHAPING_TEXTS = {"type", "start-date", "end-date", "leveled-start", "locked-start-date", "locked-end-date",
@@ -28,6 +31,16 @@ NEVER = {"filename"}  # the file would not be found
 SCENARIO_NAMES = {"Actual"}  # the one that is shown
 
 
+# Stands for a carriage return until it is written as a reference: as itself no reader would give it.
+RETURN = "\ue00d"
+
+
+def write(tree, path):
+    """Writes markup as UTF-8 with all carriage returns."""
+    markup = ElementTree.tostring(tree.getroot(), encoding="unicode")
+    path.write_text(f'<?xml version="1.0" encoding="UTF-8"?>\n{markup.replace(RETURN, "&#13;")}', encoding="utf-8")
+
+
 class Texts:
     """One hostile text after the other."""
 
@@ -36,32 +49,46 @@ class Texts:
 
     def next(self):
         self.given += 1
-        return TEXTS[self.given % len(TEXTS)]
+        return TEXTS[self.given % len(TEXTS)].replace("\r", RETURN)
 
 
 def filled_value(name, value, texts, ids, shaping, keeps_shape):
     if name in NEVER or value in SCENARIO_NAMES or (keeps_shape and name in shaping):
         return value
+    if name == "title-of-document":
+        return ENDING
     return ids.setdefault(value, f"{texts.next()} {len(ids)}") if name in REFERENCES | REFERRING_TEXTS else texts.next()
 
 
-def fill_document(bundle, target, keeps_shape):
+class Signs:
+    """Texts without a letter of the page's languages, each unlike all others."""
+
+    def __init__(self):
+        self.given = 0
+
+    def next(self):
+        self.given += 1
+        return f"\u03a9{self.given}"
+
+
+def fill_document(bundle, target, keeps_shape, texts=None):
     """A copy of a document with every text and attribute replaced; without its shape also dates, numbers and kinds."""
     shutil.copytree(bundle, target)
     ElementTree.register_namespace("", DOCUMENT)
-    texts, ids = Texts(), {}
+    texts, ids = texts or Texts(), {}
     for file in sorted(target.glob("*.xml")):
         tree = ElementTree.parse(file)
         for element in tree.iter():
             name = element.tag.rpartition("}")[2]
             for attribute, value in element.attrib.items():
                 element.set(attribute, filled_value(attribute, value, texts, ids, SHAPING_ATTRIBUTES, keeps_shape))
+            name = "title-of-document" if name == "title" and file.name == "__TOC.xml" else name
             if len(element) == 0 and name not in ("split",) and (element.text or "").strip():
                 if name in REFERRING_TEXTS:
                     element.text = ids.setdefault(element.text, f"{texts.next()} {len(ids)}")
                 else:
                     element.text = filled_value(name, element.text, texts, ids, SHAPING_TEXTS, keeps_shape)
-        tree.write(file, encoding="UTF-8", xml_declaration=True)
+        write(tree, file)
     return texts.given
 
 
@@ -84,11 +111,11 @@ def fill_plan(path, target, texts=None):
     for element in tree.iter():
         name = element.tag.rpartition("}")[2]
         if len(element) == 0 and element.text and not VALUE.match(element.text):
-            element.text = texts.next()
+            element.text = ENDING if name == "Title" else texts.next()
         for further in FURTHER.get(name, ()) if len(element) else ():
             if element.find(f"{{{PLAN}}}{further}") is None:
                 ElementTree.SubElement(element, f"{{{PLAN}}}{further}").text = texts.next()
-    tree.write(target, encoding="UTF-8", xml_declaration=True)
+    write(tree, target)
     return texts.given
 
 

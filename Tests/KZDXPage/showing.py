@@ -1,7 +1,10 @@
 """What the page shows of a document, and what can be done with it."""
 import re
+import shutil
 import time
+import xml.etree.ElementTree as ElementTree
 
+import hostile
 from browser import ActionChains, Browser, By, Keys, expect
 from making import FOLDER, SOURCE, imported, near, page_of, written
 from plans import plan, resource, task
@@ -74,6 +77,11 @@ def chart():
         arrow = page.run("return [...document.querySelectorAll('.dependency')].find(l => l.dataset.kind === 'FF')"
                          ".querySelector('.arrow').getBoundingClientRect().left")
         expect(near(arrow, bar["right"], 3), arrow, bar)
+        # What a link tells is made when somebody points at it.
+        told = page.run("""const link = document.querySelector('.dependency'); const before = link.querySelector('title');
+            link.querySelector('.arrow').dispatchEvent(new PointerEvent('pointerover', { bubbles: true }));
+            return [before, link.querySelector('title').textContent]""")
+        expect(told == [None, "FS \u2013 Finish to start: 1.1 Kick-off \u2192 1.2 Survey the plot"], told)
         page.keys(Keys.TAB)
         page.run("document.querySelector('.view:not([hidden]) .grid').focus()")
         page.keys(Keys.END)
@@ -212,6 +220,58 @@ def details():
         for part in ("Monday", "8:00 AM–12:00 PM, 1:00 PM–5:00 PM", "Sunday\nNo work", "Fri, Mar 29, 2024",
                      "HouseBuilding.xml"):
             expect(part in said, part, said)
+
+
+def signs_of(element):
+    """All texts and attributes in an element, but for what only refers to others or says how a calendar is edited."""
+    texts = [text for each in element.iter() for text in (
+        each.text, *(value for name, value in each.attrib.items() if name not in ("idref", "editable")))]
+    return set(re.findall(r"\u03a9\d+", " ".join(filter(None, texts))))
+
+
+def add_unknown(root):
+    """Gives tasks and resources what no document of this program has."""
+    signs = hostile.Signs()
+    signs.given = 100_000
+    for kind in ("task", "resource"):
+        for item in root.findall(f"{{{hostile.DOCUMENT}}}{kind}"):
+            item.set("owner", signs.next())
+            for _ in range(2):
+                ElementTree.SubElement(item, f"{{{hostile.DOCUMENT}}}colour", shade=signs.next()).text = signs.next()
+            ElementTree.SubElement(item, f"{{{hostile.DOCUMENT}}}flag").text = signs.next()
+            ElementTree.SubElement(item, f"{{{hostile.DOCUMENT}}}flag").text = signs.next()
+        for part in root.iter(f"{{{hostile.DOCUMENT}}}assignment"):
+            part.set("units", signs.next())
+
+
+def everything():
+    """The details tell every text and attribute that the document holds on a task or resource."""
+    for example in ("HouseBuilding", "CustomFields", "SplitTasks"):
+        target = FOLDER / f"Signs {example}.kdzx"
+        shutil.rmtree(target, ignore_errors=True)
+        hostile.fill_document(imported(SOURCE / f"examples/{example}.xml"), target, True, hostile.Signs())
+        tree = ElementTree.parse(target / "Actual.xml")
+        add_unknown(tree.getroot())
+        tree.write(target / "Actual.xml", encoding="UTF-8", xml_declaration=True)
+        with Browser(FOLDER) as page:
+            page.open(page_of(target))
+            details = []
+            for tab in ("Plan", "Resources"):
+                page.button(tab).click()
+                page.run("document.querySelector('.view:not([hidden]) .grid').focus()")
+                page.keys(Keys.HOME, Keys.ENTER)
+                details += page.down_through_the_rows("""const details = document.querySelector('.details');
+                    const id = [...details.querySelectorAll('dt')].find(name => name.textContent === 'Id');
+                    return [id?.nextSibling.textContent ?? null, details.textContent]""")
+            told = dict(details)
+            looked_at = 0
+            for item in [*tree.getroot().iter(f"{{{hostile.DOCUMENT}}}task"), *tree.getroot().iter(f"{{{hostile.DOCUMENT}}}resource")]:
+                if item.get("id") in told:  # neither a piece of a task nor the group of all
+                    missing = signs_of(item) - set(re.findall(r"\u03a9\d+", told[item.get("id")]))
+                    expect(missing == set(), example, item.get("id"), missing, told[item.get("id")])
+                    looked_at += 1
+            expect(looked_at == page.value("document.querySelectorAll('[role=treegrid]')[0].getAttribute('aria-rowcount') - 1")
+                   + int(page.text(".row-count").split()[0]), looked_at)
 
 
 def fields():

@@ -68,17 +68,6 @@ def translated():
         expect(values[0] == values[1], key, values)
 
 
-class Signs:
-    """Texts of a plan without a letter of either language."""
-
-    def __init__(self):
-        self.given = 0
-
-    def next(self):
-        self.given += 1
-        return f"\u03a9{self.given}"
-
-
 # Everything that the page says: its texts, and what it tells of its elements; without what is no language's: paths and
 # codes of losses, names of zones, what the page was made from.
 SAID = """
@@ -132,7 +121,7 @@ def german():
     with Browser(FOLDER, language="de-DE") as page:
         for path in sorted((SOURCE / "examples").glob("*.xml")):
             target = FOLDER / f"\u03a9 {path.name}"
-            hostile.fill_plan(path, target, Signs())
+            hostile.fill_plan(path, target, hostile.Signs())
             page.open(page_of(target))
             own = [*table_of("german").values(), *table_of("german", "kinds").values(), page.run(OF_THE_CALENDAR), *known, path.stem]
             foreign = words_of(everything_said(page)) - words_of(own)

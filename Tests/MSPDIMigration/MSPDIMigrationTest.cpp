@@ -141,6 +141,25 @@ TEST_F(MigrationTest, findsWhatADeadRunHasMade) {
     EXPECT_EQ(folder.listing("out/.mspdi-migrate/run"), "");
 }
 
+// One process makes the document, another gives it its place; what was made and has none is void.
+TEST_F(MigrationTest, findsWhatADeadRunHasPublishedOfAnother) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", planNamed("Roof"));
+    const auto work = folder.addFolder("out/.mspdi-migrate/run");
+    MSPDIMigrationJob job(services, options.each, options.outputFolder, work);
+    auto record = job.make(plans[0], work + "/0f-1-0");
+    EXPECT_EQ(record.document, work + "/0f-1-0/A.kdzx");
+    EXPECT_EQ(folder.listing("out"), ".mspdi-migrate ");
+    job.publish(record, work + "/0f-1-0");
+    EXPECT_EQ(record.document, folder / "out/A.kdzx");
+    EXPECT_TRUE(job.make(plans[1], work + "/0f-1-1").isImported()) << "it was killed before it was published";
+    folder.addFile("out/.mspdi-migrate/run/0f-1", "the chunk");
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx", "B.xml imported B.kdzx"));
+    EXPECT_EQ(imported, 1U);
+    EXPECT_EQ(folder.listing("out"), ".mspdi-migrate A.kdzx B.kdzx ");
+    EXPECT_EQ(folder.listing("out/.mspdi-migrate/run"), "");
+}
+
 TEST_F(MigrationTest, takesTheJournalAsFarAsItIsWhole) {
     addPlan("A.xml", planNamed("Paint"));
     addPlan("B.xml", planNamed("Roof"));

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] std::string holder() const;
     // Says who has it from now on: process and machine.
     void sign();
+    // The open file, for a program that is to keep the lock too.
+    [[nodiscard]] int number() const { return _file.number(); }
 
 private:
     MSPCFileDescriptor _file;
