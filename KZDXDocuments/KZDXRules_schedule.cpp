@@ -27,7 +27,13 @@ bool isEmpty(const MSPCXMLNode& span) {
     return KZDXAttribute(span, "start-time") == "" && KZDXAttribute(span, "end-time") == "";
 }
 
-// Midnight at the end of a span is the beginning of a day to an import, and told as a note of its own.
+// An import takes the times of a night shift as the plan has them.
+bool isOvernight(std::int64_t start, std::int64_t end) {
+    return end != 0 && start >= end;
+}
+
+// Midnight at the end of a span is the beginning of a day to an import; that, and an end on the next day, are told as
+// notes of their own.
 void lookAtDayTimes(const MSPCXMLNode& day, const KZDXTell& tell) {
     std::int64_t reached = 0;
     for (auto span = day.firstChildElement("time-span"); span; span = span.nextSiblingElement("time-span")) {
@@ -40,12 +46,11 @@ void lookAtDayTimes(const MSPCXMLNode& day, const KZDXTell& tell) {
             tell(span, "'start-time' and 'end-time' are not both seconds of a day");
             continue;
         }
-        if (*end != 0 && *start >= *end) {
-            tell(span, fmt::format("the span ends at second {}, but begins at {}", *end, *start));
-        } else if (*start < reached) {
+        if (*start < reached) {
             tell(span, fmt::format("the span begins at second {}, before the end of the one before it", *start));
         }
-        reached = std::max(reached, *end == 0 ? MSPCSecondsPerDay : *end);
+        const bool reachesNextDay = *end == 0 || isOvernight(*start, *end);
+        reached = std::max(reached, reachesNextDay ? MSPCSecondsPerDay : *end);
     }
 }
 
@@ -59,6 +64,19 @@ void lookForMidnights(const KZDXSubject& subject, const KZDXTell& tell) {
         for (auto span = day.firstChildElement("time-span"); span; span = span.nextSiblingElement("time-span")) {
             if (KZDXTimeOfDay(span, "end-time") == 0) {
                 tell(span, "the span ends at midnight, which is taken for the beginning of the day: it counts no work");
+            }
+        }
+    });
+}
+
+void lookForNights(const KZDXSubject& subject, const KZDXTell& tell) {
+    forEachInSchedules(subject.scenario, "schedule-day", [&tell](const MSPCXMLNode& day) {
+        for (auto span = day.firstChildElement("time-span"); span; span = span.nextSiblingElement("time-span")) {
+            const auto start = KZDXTimeOfDay(span, "start-time");
+            const auto end = KZDXTimeOfDay(span, "end-time");
+            if (start && end && isOvernight(*start, *end)) {
+                tell(span, fmt::format("the span ends at second {}, but begins at {}: the plan's calendar says so",
+                                       *end, *start));
             }
         }
     });
@@ -124,11 +142,12 @@ void lookAtEvents(const KZDXSubject& subject, const KZDXTell& tell) {
 }  // namespace
 
 std::span<const KZDXScenarioRule> KZDXScheduleRules() {
-    static constexpr std::array<KZDXScenarioRule, 6> rules = {{
+    static constexpr std::array<KZDXScenarioRule, 7> rules = {{
         {{"day-times", KZDXSeverity::Fault, "The working times of a day are in order"}, lookAtTimes},
         {{"weekday", KZDXSeverity::Fault, "The days of a schedule are days of the week"}, lookAtWeekdays},
         {{"event", KZDXSeverity::Fault, "Time off and overtime have dates, the start before the end"}, lookAtEvents},
         {{"midnight", KZDXSeverity::Note, "Working time ends at midnight, and counts no work"}, lookForMidnights},
+        {{"overnight", KZDXSeverity::Note, "Working time ends before it begins, on the next day"}, lookForNights},
         {{"empty-span", KZDXSeverity::Note, "Working time without times"}, lookForEmptySpans},
         {{"repeated-day", KZDXSeverity::Note, "A schedule has a day of the week twice"}, lookForRepeatedDays},
     }};

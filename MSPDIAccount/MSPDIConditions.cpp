@@ -48,10 +48,6 @@ MSPDIJudgement derivedFromOthers(const MSPDILeaf& /*leaf*/) {
     return MSPDIFate::Derived;
 }
 
-MSPDIJudgement saysNothingItself(const MSPDILeaf& /*leaf*/) {
-    return MSPDIFate::Default;
-}
-
 MSPDIJudgement derivedAndCompared(const MSPDILeaf& /*leaf*/) {
     return MSPDIFate::Derived;
 }

@@ -9,8 +9,7 @@
 MSPDIJudgement lostUnlessDefault(const MSPDILeaf& leaf);
 MSPDIJudgement saysNothing(const MSPDILeaf& leaf);
 MSPDIJudgement derivedFromOthers(const MSPDILeaf& leaf);
-// The same two for what the conditions of others look at.
-MSPDIJudgement saysNothingItself(const MSPDILeaf& leaf);
+// The same for what the conditions of others look at.
 MSPDIJudgement derivedAndCompared(const MSPDILeaf& leaf);
 // Whether the first three of these decide, so that a line and a text are enough to judge a leaf: no condition of
 // another leaf looks at it. And the judgement.
@@ -69,6 +68,7 @@ MSPDIJudgement linkPredecessor(const MSPDILeaf& leaf);
 MSPDIJudgement linkType(const MSPDILeaf& leaf);
 MSPDIJudgement linkLag(const MSPDILeaf& leaf);
 MSPDIJudgement taskMilestone(const MSPDILeaf& leaf);
+MSPDIJudgement actualAmount(const MSPDILeaf& leaf);
 MSPDIJudgement taskWBS(const MSPDILeaf& leaf);
 MSPDIJudgement elapsedDuration(const MSPDILeaf& leaf);
 
@@ -84,6 +84,7 @@ MSPDIJudgement resourceRateFormat(const MSPDILeaf& leaf);
 MSPDIJudgement resourceFieldID(const MSPDILeaf& leaf);
 MSPDIJudgement resourceFieldValue(const MSPDILeaf& leaf);
 MSPDIJudgement ofFurtherRate(const MSPDILeaf& leaf);
+MSPDIJudgement scopeOfRate(const MSPDILeaf& leaf);
 
 // Of assignments.
 MSPDIJudgement assignmentResource(const MSPDILeaf& leaf);

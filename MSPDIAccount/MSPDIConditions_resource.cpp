@@ -1,4 +1,7 @@
 // What becomes of resources and assignments.
+#include <algorithm>
+#include <iterator>
+
 #include "MSPCTextScanner.h"
 #include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
@@ -24,6 +27,23 @@ MSPDIJudgement repeated() {
 const MSPDITaskFacts* taskOf(const MSPDILeaf& leaf) {
     const auto& task = assignmentOf(leaf).task;
     return task ? &leaf.item.facts.tasks[*task] : nullptr;
+}
+
+std::int64_t tableOfRate(const MSPDILeaf& leaf) {
+    return scanInteger64(leaf.item.lastText(leaf.node.parent(), "RateTable")).value_or(0);
+}
+
+bool isOwnRate(const MSPDILeaf& leaf) {
+    const auto from = leaf.item.lastText(leaf.node.parent(), "RatesFrom");
+    return tableOfRate(leaf) == 0 && (from.empty() || from.starts_with("1984-01-01"));
+}
+
+// Tables that nobody uses are there with rates of nothing.
+bool holdsRate(const MSPDILeaf& leaf) {
+    static constexpr std::string_view amounts[] = {"StandardRate", "OvertimeRate", "CostPerUse"};
+    return std::any_of(std::begin(amounts), std::end(amounts), [&leaf](std::string_view name) {
+        return scanDouble(leaf.item.lastText(leaf.node.parent(), name)).value_or(0) != 0;
+    });
 }
 
 }  // namespace
@@ -91,12 +111,20 @@ MSPDIJudgement resourceRateFormat(const MSPDILeaf& leaf) {
 }
 
 MSPDIJudgement ofFurtherRate(const MSPDILeaf& leaf) {
-    const auto rate = leaf.node.parent();
-    const auto table = scanInteger64(leaf.item.lastText(rate, "RateTable")).value_or(0);
-    const auto from = leaf.item.lastText(rate, "RatesFrom");
     // The first rate of the first table is the resource's own.
-    const bool isOwn = table == 0 && (from.empty() || from.starts_with("1984-01-01"));
-    return isOwn ? MSPDIJudgement(MSPDIFate::Derived) : lostUnlessDefault(leaf);
+    const auto own = leaf.item.fields.text(leaf.name());
+    const bool saysTheSame = leaf.text == own.textOrEmpty() || scanDouble(leaf.text) == scanDouble(own.textOrEmpty());
+    return isOwnRate(leaf) && saysTheSame ? MSPDIJudgement(MSPDIFate::Derived) : lostUnlessDefault(leaf);
+}
+
+// When a rate counts, and in which unit: lost with its amounts, which are what is told, and with the end of the own
+// rate.
+MSPDIJudgement scopeOfRate(const MSPDILeaf& leaf) {
+    if (isOwnRate(leaf) || (tableOfRate(leaf) != 0 && !holdsRate(leaf))) {
+        return MSPDIFate::Default;
+    }
+    const auto judgement = lostUnlessDefault(leaf);
+    return holdsRate(leaf) ? MSPDIJudgement(judgement.fate) : judgement;
 }
 
 MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {

@@ -266,6 +266,14 @@ MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {
     return isTold ? MSPDIJudgement(MSPDIFate::Lost, "milestone") : MSPDIJudgement(MSPDIFate::Derived);
 }
 
+// What is done says the percentages that arrive; where there are none, it says more than arrives.
+MSPDIJudgement actualAmount(const MSPDILeaf& leaf) {
+    const bool hasPercentage =
+        leaf.item.fields.singleObject("PercentWorkComplete") || leaf.item.fields.singleObject("PercentComplete");
+    const bool isTold = factsOf(leaf).state == MSPDITaskState::Mapped && !factsOf(leaf).isSummary && !hasPercentage;
+    return isTold ? lostUnlessDefault(leaf) : MSPDIJudgement(MSPDIFate::Derived);
+}
+
 MSPDIJudgement taskWBS(const MSPDILeaf& leaf) {
     const auto number = leaf.item.fields.text("OutlineNumber");
     const bool saysTheSame = number && number.textOrEmpty() == leaf.text;

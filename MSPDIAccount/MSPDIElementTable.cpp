@@ -106,8 +106,10 @@ constexpr MSPDIElement elements[] = {
     {"OutlineCodes/OutlineCode", "ShowIndent Values Masks", saysNothing},
     {"OutlineCodes/OutlineCode", "FieldName Alias", lostUnlessDefault, "", "outline-code"},
     {"OutlineCodes/OutlineCode/Values/Value", "Value Description", lostUnlessDefault, "", "outline-code"},
-    {"OutlineCodes/OutlineCode/Values/Value", "ValueID FieldGUID Type IsCollapsed ParentValueID", saysNothing},
-    {"OutlineCodes/OutlineCode/Masks/Mask", "Level Type Length Separator", saysNothing},
+    {"OutlineCodes/OutlineCode/Values/Value", "ValueID FieldGUID Type IsCollapsed", saysNothing},
+    {"OutlineCodes/OutlineCode/Values/Value", "ParentValueID", lostUnlessDefault, "0|-1", "outline-code"},
+    {"OutlineCodes/OutlineCode/Masks/Mask", "Type Length Separator", lostUnlessDefault, "", "outline-code"},
+    {"OutlineCodes/OutlineCode/Masks/Mask", "Level", saysNothing},
 
     // ---- Calendars ----
     {"Calendars", "Calendar", saysNothing},
@@ -192,7 +194,8 @@ constexpr MSPDIElement elements[] = {
     {task, "ID Critical TotalSlack FreeSlack StartSlack FinishSlack", derivedFromOthers},
     {task, "EarlyStart EarlyFinish LateStart LateFinish StartVariance FinishVariance WorkVariance", derivedFromOthers},
     {task, "ACWP BCWP BCWS CV SV Cost ActualCost RemainingCost CostVariance OverAllocated", derivedFromOthers},
-    {task, "ActualDuration RemainingDuration ActualWork RemainingWork RegularWork Stop Resume", derivedFromOthers},
+    {task, "ActualWork ActualDuration", actualAmount, "0", "completion"},
+    {task, "RemainingDuration RemainingWork RegularWork Stop Resume", derivedFromOthers},
     {task, "ActualOvertimeCost RemainingOvertimeCost OvertimeCost ActualWorkProtected ActualOvertimeWorkProtected",
      derivedFromOthers},
     {task, "ManualStart ManualFinish ManualDuration ResumeValid", derivedFromOthers},
@@ -271,8 +274,11 @@ constexpr MSPDIElement elements[] = {
      "availability"},
     {"Resources/Resource/Rates", "Rate", saysNothing},
     {"Resources/Resource/Rates/Rate", "StandardRate OvertimeRate CostPerUse", ofFurtherRate, "0", "further-rates"},
-    {"Resources/Resource/Rates/Rate", "RatesFrom RateTable", saysNothingItself},
-    {"Resources/Resource/Rates/Rate", "RatesTo StandardRateFormat OvertimeRateFormat", saysNothing},
+    {"Resources/Resource/Rates/Rate", "RatesFrom", scopeOfRate, "1984-01-01T00:00:00", "further-rates"},
+    {"Resources/Resource/Rates/Rate", "RatesTo", scopeOfRate, "2049-12-31T23:59:00|2049-12-31T23:59:59",
+     "further-rates"},
+    {"Resources/Resource/Rates/Rate", "RateTable", scopeOfRate, "0", "further-rates"},
+    {"Resources/Resource/Rates/Rate", "StandardRateFormat OvertimeRateFormat", scopeOfRate, "2", "further-rates"},
     {"Resources/Resource/ExtendedAttribute", "FieldID", resourceFieldID},
     {"Resources/Resource/ExtendedAttribute", "Value", resourceFieldValue, "0|NA", "undefined-field"},
     {"Resources/Resource/ExtendedAttribute", "UID DurationFormat ValueID ValueGUID", saysNothing},
@@ -338,24 +344,11 @@ std::span<const MSPDIElement> MSPDIElements() {
 }
 
 bool MSPDIMayArrive(const MSPDIElement& element) {
-    static constexpr MSPDICondition neverRead[] = {lostUnlessDefault,
-                                                   saysNothing,
-                                                   derivedFromOthers,
-                                                   saysNothingItself,
-                                                   unreadBaselineValue,
-                                                   derivedAndCompared,
-                                                   projectCalendar,
-                                                   elapsedDuration,
-                                                   linkLag,
-                                                   taskMilestone,
-                                                   taskWBS,
-                                                   calendarBase,
-                                                   resourceRateFormat,
-                                                   ofFurtherRate,
-                                                   assignmentCost,
-                                                   ofCalendar,
-                                                   weekDayPeriod,
-                                                   exceptionRecurrence};
+    static constexpr MSPDICondition neverRead[] = {
+        lostUnlessDefault, saysNothing,        derivedFromOthers, unreadBaselineValue, derivedAndCompared,
+        projectCalendar,   elapsedDuration,    linkLag,           taskMilestone,       taskWBS,
+        calendarBase,      resourceRateFormat, actualAmount,      ofFurtherRate,       scopeOfRate,
+        assignmentCost,    ofCalendar,         weekDayPeriod,     exceptionRecurrence};
     return std::find(std::begin(neverRead), std::end(neverRead), element.condition) == std::end(neverRead);
 }
 

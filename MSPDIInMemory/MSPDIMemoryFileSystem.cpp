@@ -3,7 +3,7 @@
 #include <set>
 #include <utility>
 
-#include "MSPCByteStreams.h"
+#include "MSPCBytesSource.h"
 
 namespace {
 
@@ -22,6 +22,12 @@ bool isInMemory(std::string_view path) {
 
 void MSPDIMemoryFileSystem::addFile(const std::string& path, std::string content) {
     _files[path] = std::move(content);
+    _lent.erase(path);
+}
+
+void MSPDIMemoryFileSystem::lendFile(const std::string& path, std::string_view content) {
+    _files[path].clear();
+    _lent[path] = content;
 }
 
 std::map<std::string, std::string> MSPDIMemoryFileSystem::takeFilesBelow(const std::string& folder) {
@@ -98,7 +104,19 @@ std::optional<std::string> MSPDIMemoryFileSystem::readFile(const std::string& pa
     if (!isInMemory(path)) {
         return MSPDIReadOnlyFileSystem::readFile(path, failure);
     }
-    return contentOf(_files, path, failure);
+    const auto content = viewOf(path);
+    if (!content && failure != nullptr) {
+        *failure = nothingThere;
+    }
+    return content ? std::optional<std::string>(*content) : std::nullopt;
+}
+
+std::optional<std::string_view> MSPDIMemoryFileSystem::viewOf(const std::string& path) const {
+    if (const auto lent = _lent.find(path); lent != _lent.end()) {
+        return lent->second;
+    }
+    const auto file = _files.find(path);
+    return file == _files.end() ? std::nullopt : std::optional<std::string_view>(file->second);
 }
 
 std::optional<std::string> MSPDIMemoryFileSystem::contentOf(const Files& files, const std::string& path,
@@ -111,8 +129,11 @@ std::optional<std::string> MSPDIMemoryFileSystem::contentOf(const Files& files, 
 }
 
 std::unique_ptr<MSPCByteSource> MSPDIMemoryFileSystem::openFile(const std::string& path) const {
-    // NOLINTNEXTLINE(bugprone-parent-virtual-call): what is in memory does not come from the file system below
-    return isInMemory(path) ? MSPCFileSystem::openFile(path) : MSPDIReadOnlyFileSystem::openFile(path);
+    if (!isInMemory(path)) {
+        return MSPDIReadOnlyFileSystem::openFile(path);
+    }
+    const auto content = viewOf(path);
+    return content ? std::make_unique<MSPCBytesSource>(*content) : nullptr;
 }
 
 // A new folder keeps its files to itself until it appears.

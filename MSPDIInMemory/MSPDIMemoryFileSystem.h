@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "MSPDIReadOnlyFileSystem.h"
 
@@ -23,6 +24,8 @@ public:
 
     // Puts a file with all its folders below `Folder`.
     void addFile(const std::string& path, std::string content);
+    // The same with content that outlives this object and is not copied.
+    void lendFile(const std::string& path, std::string_view content);
     // The files below a folder in memory with their contents, by their paths from there; the folder keeps none of them.
     [[nodiscard]] std::map<std::string, std::string> takeFilesBelow(const std::string& folder);
 
@@ -49,8 +52,11 @@ private:
 
     [[nodiscard]] static std::optional<std::string> contentOf(const Files& files, const std::string& path,
                                                               std::string* failure);
+    // None where there is no such file in memory.
+    [[nodiscard]] std::optional<std::string_view> viewOf(const std::string& path) const;
     void keep(Files& files, const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) const;
 
     MSPDIMemoryKeeping _keeping;
     Files _files;
+    std::map<std::string, std::string_view> _lent;  // contents of those that stand empty among the files
 };

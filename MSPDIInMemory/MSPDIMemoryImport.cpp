@@ -49,11 +49,11 @@ MSPDIMemoryImport MSPDIImportInMemory(const std::string& planPath, const MSPCSer
     return importWith(fileSystem, planPath, services, std::move(mapScenario));
 }
 
-MSPDIMemoryImport MSPDIImportBytesInMemory(std::string_view name, std::string bytes, const MSPCServices& services,
+MSPDIMemoryImport MSPDIImportBytesInMemory(std::string_view name, std::string_view bytes, const MSPCServices& services,
                                            MSPDIMemoryKeeping keeping, MSPIScenarioMapping mapScenario) {
     MSPDIMemoryFileSystem fileSystem(services.fileSystem, keeping);
     // Whatever the file is called, it is taken for a plan.
     const auto path = inMemory("Plan/" + pathByDeletingExtension(lastPathComponent(name)) + ".xml");
-    fileSystem.addFile(path, std::move(bytes));
+    fileSystem.lendFile(path, bytes);
     return importWith(fileSystem, path, services, std::move(mapScenario));
 }

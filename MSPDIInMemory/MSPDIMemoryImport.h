@@ -31,8 +31,8 @@ struct MSPDIMemoryImport {
                                                     MSPDIMemoryKeeping keeping = MSPDIMemoryKeeping::Content,
                                                     MSPIScenarioMapping mapScenario = MSPIMapScenario);
 
-// The same of a plan whose bytes are there already; `name` is that of its file.
-[[nodiscard]] MSPDIMemoryImport MSPDIImportBytesInMemory(std::string_view name, std::string bytes,
+// The same of a plan whose bytes are there already, and are not copied; `name` is that of its file.
+[[nodiscard]] MSPDIMemoryImport MSPDIImportBytesInMemory(std::string_view name, std::string_view bytes,
                                                          const MSPCServices& services,
                                                          MSPDIMemoryKeeping keeping = MSPDIMemoryKeeping::Content,
                                                          MSPIScenarioMapping mapScenario = MSPIMapScenario);

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <map>
 #include <set>
 #include <span>
 
@@ -37,11 +38,16 @@ std::vector<MSPCXMLNode> MSPDIMappedCalendars(const MSPDIPatient& patient) {
             uids.insert(MSPDIIntegerIn(resource, "CalendarUID").value_or(-1));
         }
     }
+    const auto all = patient.items("Calendars", "Calendar");
+    std::map<std::int64_t, MSPCXMLNode> last;  // of those with one number the last one counts
+    for (const auto& calendar : all) {
+        last[MSPDIIntegerIn(calendar, "UID").value_or(-1)] = calendar;
+    }
     std::vector<MSPCXMLNode> mapped;
     const auto taken = MSPDITakenCalendar(patient);
-    for (const auto& calendar : patient.items("Calendars", "Calendar")) {
+    for (const auto& calendar : all) {
         const auto uid = MSPDIIntegerIn(calendar, "UID").value_or(-1);
-        if (calendar == taken || (uid >= 0 && uids.contains(uid))) {
+        if (calendar == taken || (uid >= 0 && uids.contains(uid) && calendar == last[uid])) {
             mapped.push_back(calendar);
         }
     }

@@ -1,9 +1,9 @@
 #include "MSPDICulprit.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -15,19 +15,36 @@ namespace {
 constexpr std::size_t mostTries = 300;
 
 void collectLeaves(const MSPCXMLNode& element, std::vector<MSPCXMLNode>& leaves) {
-    const auto children = element.childElements();
-    if (children.empty() && element.name() != "UID") {
-        leaves.push_back(element);
-    }
-    for (const auto& [name, child] : children) {
-        if (name != "Baseline") {
-            collectLeaves(child, leaves);
+    bool isLeaf = true;
+    for (auto child = element.firstChild(); child; child = child.nextSibling()) {
+        if (child.isElement()) {
+            isLeaf = false;
+            if (child.name() != "Baseline") {
+                collectLeaves(child, leaves);
+            }
         }
+    }
+    if (isLeaf && element.name() != "UID") {
+        leaves.push_back(element);
     }
 }
 
 bool contains(std::string_view text, std::string_view piece) {
     return text.find(piece) != std::string_view::npos;
+}
+
+bool isQuotedText(std::string_view text, std::string_view reason) {
+    constexpr char quote = '\'';
+    if (reason.ends_with(text) && reason.substr(0, reason.size() - text.size()).ends_with(": ")) {
+        return true;
+    }
+    for (auto found = reason.find(text); found != std::string_view::npos; found = reason.find(text, found + 1)) {
+        const auto end = found + text.size();
+        if (found > 0 && end < reason.size() && reason[found - 1] == quote && reason[end] == quote) {
+            return true;
+        }
+    }
+    return false;
 }
 
 // Failures show the node, or its text in quotes or at their end. Where they show a node, another one of the same text
@@ -37,38 +54,38 @@ bool isQuoted(const MSPCXMLNode& leaf, const std::string& reason) {
         // Writing the node takes longer than looking for its name first.
         return contains(reason, leaf.name()) && contains(reason, leaf.markup());
     }
-    const auto text = leaf.stringValue();
-    return reason.ends_with(": " + text) || contains(reason, fmt::format("'{}'", text));
+    std::string buffer;
+    return isQuotedText(leaf.stringValue(buffer), reason);
 }
 
 // What a failure is about, as far as it tells; one that says nothing is one of dates.
-bool isOfDate(const MSPDIMappingFailure& failure) {
-    return failure.reason.empty() || contains(failure.reason, "date-time");
-}
+enum class Topic { Date, Duration, Other };
 
-bool isOfDuration(const MSPDIMappingFailure& failure) {
-    return contains(failure.reason, "MSPDI duration");
+Topic topicOf(const MSPDIMappingFailure& failure) {
+    if (failure.reason.empty() || contains(failure.reason, "date-time")) {
+        return Topic::Date;
+    }
+    return contains(failure.reason, "MSPDI duration") ? Topic::Duration : Topic::Other;
 }
 
 bool endsWithOneOf(std::string_view name, std::initializer_list<std::string_view> ends) {
     return std::any_of(ends.begin(), ends.end(), [&](auto end) { return name.ends_with(end); });
 }
 
-// Whether a leaf, by its name, holds what the failure is about; a custom field's value may be anything.
-bool isOfKind(const MSPCXMLNode& leaf, const MSPDIMappingFailure& failure) {
+// Whether a leaf, by its name, holds what a failure is about; a custom field's value may be anything.
+bool isOfTopic(const MSPCXMLNode& leaf, Topic topic) {
     const auto name = leaf.name();
-    if (isOfDate(failure)) {
+    if (topic == Topic::Date) {
         return name != "ScheduleFromStart" &&
                endsWithOneOf(name, {"Date", "Time", "Start", "Finish", "Stop", "Resume", "Deadline", "Value"});
     }
-    return !isOfDuration(failure) || endsWithOneOf(name, {"Duration", "Work", "Value"});
+    return topic != Topic::Duration || endsWithOneOf(name, {"Duration", "Work", "Value"});
 }
 
 // What is never a date nor a duration; without it others would not be read.
-bool isNeverOfKind(const MSPCXMLNode& leaf, const MSPDIMappingFailure& failure) {
+bool isNeverOfTopic(const MSPCXMLNode& leaf, Topic topic) {
     const auto name = leaf.name();
-    return (isOfDate(failure) || isOfDuration(failure)) &&
-           (name == "IsBaseCalendar" || name == "Type" || name == "Name");
+    return topic != Topic::Other && (name == "IsBaseCalendar" || name == "Type" || name == "Name");
 }
 
 // A leaf with those of its siblings that have its name and its text.
@@ -120,11 +137,12 @@ MSPDICulprit culpritsTogether(std::vector<MSPCXMLNode> suspects, const MSPDIMapp
 // nothing fails: without a type, the value that is to blame may just not be read.
 MSPDICulprit culpritAlone(const std::vector<MSPCXMLNode>& suspects, const MSPDIMappingFailure& failure,
                           const MSPDITrial& trial) {
+    const auto topic = topicOf(failure);
     MSPDICulprit second;
     for (const auto& leaf : suspects) {
         auto alike = alikeBeside(leaf);
         auto rest = failureWithout(alike, trial);
-        if (!rest || (isOfKind(leaf, failure) && isOther(rest, failure))) {
+        if (!rest || (isOfTopic(leaf, topic) && isOther(rest, failure))) {
             return {std::move(alike), std::move(rest)};
         }
         if (second.leaves.empty() && isOther(rest, failure)) {
@@ -142,34 +160,37 @@ MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const M
     for (const auto& element : elements) {
         collectLeaves(element, leaves);
     }
-    leaves.erase(
-        std::remove_if(leaves.begin(), leaves.end(), [&](const auto& leaf) { return isNeverOfKind(leaf, failure); }),
-        leaves.end());
-    std::stable_partition(leaves.begin(), leaves.end(), [&](const auto& leaf) { return isOfKind(leaf, failure); });
+    const auto topic = topicOf(failure);
+    const auto isOfItsTopic = [topic](const auto& leaf) { return isOfTopic(leaf, topic); };
+    std::erase_if(leaves, [topic](const auto& leaf) { return isNeverOfTopic(leaf, topic); });
     // A failure that says nothing is one of dates.
     const auto isSuspect = [&](const MSPCXMLNode& leaf) {
         return failure.reason.empty() ? isUnreadable(leaf.stringValue()) : isQuoted(leaf, failure.reason);
     };
-    const auto others = std::stable_partition(leaves.begin(), leaves.end(), isSuspect);
-    auto single = culpritAlone({leaves.begin(), others}, failure, trial);
-    if (!single.leaves.empty()) {
+    std::vector<MSPCXMLNode> suspects;
+    std::copy_if(leaves.begin(), leaves.end(), std::back_inserter(suspects), isSuspect);
+    std::stable_partition(suspects.begin(), suspects.end(), isOfItsTopic);
+    if (auto single = culpritAlone(suspects, failure, trial); !single.leaves.empty()) {
         return single;
     }
-    if (const auto count = others - leaves.begin(); count > 1 && count <= static_cast<std::ptrdiff_t>(mostTries)) {
-        auto together = culpritsTogether({leaves.begin(), others}, failure, trial);
+    if (suspects.size() > 1 && suspects.size() <= mostTries) {
+        auto together = culpritsTogether(suspects, failure, trial);
         if (!together.leaves.empty()) {
             return together;
         }
     }
+    const std::set<MSPCXMLNode> tried(suspects.begin(), suspects.end());
+    std::erase_if(leaves, [&](const auto& leaf) { return tried.contains(leaf); });
     // A value that says nothing is missed the least.
-    std::stable_partition(others, leaves.end(), [](const auto& leaf) { return leaf.stringValue().empty(); });
-    const auto mostOthers = static_cast<std::ptrdiff_t>(mostTries);
-    const auto end = others + std::min(mostOthers, leaves.end() - others);
-    const auto helping = std::find_if(others, end, [&](const auto& leaf) { return !failureWithout({leaf}, trial); });
+    std::stable_partition(leaves.begin(), leaves.end(), isOfItsTopic);
+    std::stable_partition(leaves.begin(), leaves.end(), [](const auto& leaf) { return leaf.stringValue().empty(); });
+    const auto end = leaves.begin() + static_cast<std::ptrdiff_t>(std::min(mostTries, leaves.size()));
+    const auto helping =
+        std::find_if(leaves.begin(), end, [&](const auto& leaf) { return !failureWithout({leaf}, trial); });
     if (helping != end) {
         return {{*helping}, std::nullopt};
     }
     // Several of them together stand in the way.
-    const bool isOfDates = failure.reason.empty() && others != leaves.begin();
-    return isOfDates ? MSPDICulprit{{leaves.front()}, failure} : MSPDICulprit{};
+    const bool isOfDates = failure.reason.empty() && !suspects.empty();
+    return isOfDates ? MSPDICulprit{{suspects.front()}, failure} : MSPDICulprit{};
 }

@@ -20,8 +20,9 @@ public:
     }
     [[nodiscard]] bool isEmpty() const { return _edits.empty(); }
 
-    // The text with all changes made. What is replaced as a whole takes with it what was changed within.
-    [[nodiscard]] std::string appliedTo(std::string_view text) const;
+    // The text with all changes made: in its own place where it has the room. What is replaced as a whole takes with it
+    // what was changed within.
+    [[nodiscard]] std::string appliedTo(std::string text) const;
 
 private:
     struct Edit {
@@ -29,5 +30,7 @@ private:
         std::size_t end;
         std::string text;
     };
+    // Those that count, by their places.
+    [[nodiscard]] std::vector<const Edit*> inOrder() const;
     std::vector<Edit> _edits;
 };

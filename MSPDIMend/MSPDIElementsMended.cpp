@@ -1,6 +1,16 @@
 #include "MSPDIElementsMended.h"
 
+#include <string>
+#include <string_view>
+
 namespace {
+
+// What becomes custom fields.
+constexpr std::string_view detailsOfTasks =
+    " OutlineNumber Hyperlink HyperlinkAddress HyperlinkSubAddress WBS Contact Manual Active IgnoreResourceCalendar"
+    " ActualStart ActualFinish PhysicalPercentComplete Estimated Recurring IsSubproject ExternalTask SubprojectName"
+    " ExternalTaskProject CommitmentStart CommitmentFinish StartText FinishText DurationText"
+    " LevelingDelay LevelingDelayFormat";
 
 // Calendars and definitions of fields are few, and nearly all of them is looked at.
 constexpr const char* elementsMended = R"(
@@ -28,5 +38,15 @@ Project(
 
 const MSPCXMLSelection& MSPDIElementsMended() {
     static const auto selection = MSPCXMLSelection::fromText(elementsMended);
+    return selection;
+}
+
+const MSPCXMLSelection& MSPDIElementsImproved() {
+    static const auto selection = [] {
+        constexpr std::string_view beginningOfTasks = "Tasks(Task(";
+        std::string elements(elementsMended);
+        return MSPCXMLSelection::fromText(
+            elements.insert(elements.find(beginningOfTasks) + beginningOfTasks.size(), detailsOfTasks));
+    }();
     return selection;
 }

@@ -379,7 +379,7 @@ bool MSPDIMappingTrial::splits(const MSPCXMLNode& task, const Mapped& facts) {
 
 // A parent that is split has no type left that could say that it is a group.
 void MSPDIMappingTrial::link(const Mapped& facts) {
-    const auto parent = facts.level == 1 ? std::nullopt : _tree->parentForLevel(facts.level);
+    const auto parent = MSPITaskTree::isTopLevel(facts.level) ? std::nullopt : _tree->parentForLevel(facts.level);
     if (!parent) {
         return;
     }

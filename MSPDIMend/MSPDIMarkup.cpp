@@ -17,6 +17,13 @@ bool isEndTag(std::string_view bytes, std::size_t tag) {
 }  // namespace
 
 std::size_t MSPDIEndOfTag(std::string_view bytes, std::size_t begin) {
+    constexpr std::string_view quotes = "\"'";
+    // Few tags have attributes.
+    const auto first = bytes.find('>', begin);
+    const auto tag = bytes.substr(begin, first == npos ? npos : first - begin);
+    if (first != npos && tag.find(quotes[0]) == npos && tag.find(quotes[1]) == npos) {
+        return first + 1;
+    }
     auto index = bytes.find_first_of(">\"'", begin);
     while (index != npos && bytes[index] != '>') {
         const auto closing = bytes.find(bytes[index], index + 1);
@@ -55,15 +62,24 @@ MSPDIExtent MSPDIExtentOfElement(std::string_view bytes, std::size_t begin) {
     return extent;
 }
 
+std::optional<MSPDIChildMarkup> MSPDINextChild(std::string_view bytes, std::size_t offset) {
+    for (auto tag = bytes.find('<', offset); tag != npos && !isEndTag(bytes, tag);) {
+        const auto sectionEnd = MSPCXMLLexis::endOfSection(bytes, tag);
+        if (sectionEnd == tag) {
+            const auto name = bytes.substr(tag + 1, MSPCXMLLexis::endOfName(bytes.substr(tag + 1)));
+            return MSPDIChildMarkup{name, tag, MSPDIExtentOfElement(bytes, tag).end};
+        }
+        tag = bytes.find('<', sectionEnd);
+    }
+    return std::nullopt;
+}
+
 std::vector<MSPDIChildMarkup> MSPDIChildrenIn(std::string_view bytes, const MSPDIExtent& parent) {
     std::vector<MSPDIChildMarkup> children;
-    for (auto tag = bytes.find('<', parent.contentBegin); tag < parent.contentEnd;) {
-        auto end = MSPCXMLLexis::endOfSection(bytes, tag);
-        if (end == tag) {
-            end = MSPDIExtentOfElement(bytes, tag).end;
-            children.push_back({bytes.substr(tag + 1, MSPCXMLLexis::endOfName(bytes.substr(tag + 1))), tag, end});
-        }
-        tag = bytes.find('<', end);
+    const auto content = bytes.substr(0, parent.contentEnd);
+    for (auto child = MSPDINextChild(content, parent.contentBegin); child;
+         child = MSPDINextChild(content, child->end)) {
+        children.push_back(*child);
     }
     return children;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,9 @@ struct MSPDIChildMarkup {
     std::size_t end;
 };
 
+// The first child element that begins at an offset or behind it, which lies within the parent; none where the parent
+// ends before.
+[[nodiscard]] std::optional<MSPDIChildMarkup> MSPDINextChild(std::string_view bytes, std::size_t offset);
 // The child elements of an element, in order.
 [[nodiscard]] std::vector<MSPDIChildMarkup> MSPDIChildrenIn(std::string_view bytes, const MSPDIExtent& parent);
 

@@ -68,5 +68,5 @@ struct MSPDIMended {
 // see that it helped; three imports at most. All bytes of a well-formed plan in UTF-8 but those that the steps name
 // stay as they are. `name` is that of the plan's file, for a project that does not name itself. Nothing is written, and
 // the log gets nothing; raises nothing that the plan is to blame for but lack of memory.
-[[nodiscard]] MSPDIMended MSPDIMendPlan(std::string_view name, const std::string& bytes, const MSPCServices& services,
+[[nodiscard]] MSPDIMended MSPDIMendPlan(std::string_view name, std::string bytes, const MSPCServices& services,
                                         const MSPDIMendOptions& options = {});

@@ -5,10 +5,12 @@
 #include <map>
 
 #include "MSPCExtensions.h"
+#include "MSPCTextScanner.h"
 #include "MSPDICalendarEdits.h"
 #include "MSPDIItemValues.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
+#include "MSPDIReferences.h"
 #include "MSPISubject.h"
 
 namespace {
@@ -52,34 +54,21 @@ MSPCXMLNode projectsCalendar(const MSPDIPatient& patient) {
 // The numbers that references get instead of others.
 using NewUIDs = std::map<std::int64_t, std::int64_t>;
 
-void renumber(MSPDIPatient& patient, const MSPCXMLNode& owner, std::string_view name, const NewUIDs& newUIDs) {
-    const auto old = MSPDIIntegerIn(owner, name);
-    const auto found = old ? newUIDs.find(*old) : newUIDs.end();
-    if (found != newUIDs.end()) {
-        patient.setChild(owner, name, std::to_string(found->second), {});
-    }
-}
-
-void renumberAll(MSPDIPatient& patient, std::string_view list, std::string_view item, std::string_view name,
-                 const NewUIDs& newUIDs) {
-    for (const auto& owner : patient.items(list, item)) {
-        renumber(patient, owner, name, newUIDs);
-    }
-}
-
-// What names calendars, but for the calendars of resources.
-void renumberUsesOfBase(MSPDIPatient& patient, const NewUIDs& newUIDs) {
-    renumber(patient, patient.project(), "CalendarUID", newUIDs);
-    renumberAll(patient, "Tasks", "Task", "CalendarUID", newUIDs);
-    renumberAll(patient, "Calendars", "Calendar", "BaseCalendarUID", newUIDs);
+MSPDINewUID newUIDsOf(const NewUIDs& newUIDs) {
+    return [&newUIDs](const std::string& old) {
+        const auto number = scanInteger64(old);
+        const auto found = number ? newUIDs.find(*number) : newUIDs.end();
+        return found == newUIDs.end() ? std::nullopt : std::optional(std::to_string(found->second));
+    };
 }
 
 // Exchanges the numbers of two calendars, wherever they stand.
 void exchangeUIDs(MSPDIPatient& patient, std::int64_t one, std::int64_t other) {
     const NewUIDs newUIDs = {{one, other}, {other, one}};
-    renumberUsesOfBase(patient, newUIDs);
-    renumberAll(patient, "Resources", "Resource", "CalendarUID", newUIDs);
-    renumberAll(patient, "Calendars", "Calendar", "UID", newUIDs);
+    const auto newUID = newUIDsOf(newUIDs);
+    MSPDIRenumberUsesOfBaseCalendars(patient, newUID);
+    MSPDIRenumberReferences(patient, "Resources", "Resource", "CalendarUID", newUID);
+    MSPDIRenumberReferences(patient, "Calendars", "Calendar", "UID", newUID);
 }
 
 void makeBase(MSPDIPatient& patient, const MSPCXMLNode& calendar) {
@@ -152,7 +141,9 @@ constexpr std::int64_t takenUID = 1;
 void giveProjectsCalendarItsPlace(MSPDIPatient& patient, std::string_view step) {
     const auto first = calendarOf(patient, takenUID);
     const auto own = projectsCalendar(patient);
-    if (!MSPDITakenCalendar(patient) || !own || own == first || own == MSPDITakenCalendar(patient)) {
+    const auto taken = MSPDITakenCalendar(patient);
+    // Two calendars of one number have nothing to exchange.
+    if (!taken || !own || own == first || own == taken || MSPDIIntegerIn(own, "UID") == takenUID) {
         return;
     }
     patient.note(step, [&] {
@@ -187,9 +178,9 @@ void putPersonsAside(MSPDIPatient& patient, std::string_view step) {
         const auto uid = MSPDIFreeUIDs(patient.items("Calendars", "Calendar")).nextNumber();
         patient.note(step, [&] { return fmt::format("{} gets UID {}", MSPISubjectOf("Calendar", taken), uid); });
         const NewUIDs newUIDs = {{takenUID, uid}};
-        renumberAll(patient, "Resources", "Resource", "CalendarUID", newUIDs);
+        MSPDIRenumberReferences(patient, "Resources", "Resource", "CalendarUID", newUIDsOf(newUIDs));
         if (!projectsCalendar(patient)) {
-            renumberUsesOfBase(patient, newUIDs);
+            MSPDIRenumberUsesOfBaseCalendars(patient, newUIDsOf(newUIDs));
         }
         patient.setChild(taken, "UID", std::to_string(uid), {});
     }
@@ -210,8 +201,9 @@ void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
 }
 
 void MSPDIMendProjectCalendar(MSPDIPatient& patient) {
+    const auto own = patient.isAskedFor(projectCalendar) ? projectsCalendar(patient) : MSPCXMLNode();
     // Of its working times those until midnight would not arrive.
-    if (patient.isAskedFor(projectCalendar) && !MSPDIHasTimeUntilMidnight(projectsCalendar(patient))) {
+    if (own && !MSPDIHasTimeUntilMidnight(own)) {
         giveProjectsCalendarItsPlace(patient, projectCalendar);
     }
 }

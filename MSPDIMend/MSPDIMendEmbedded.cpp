@@ -1,7 +1,11 @@
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "MSPCXMLEncoding.h"
 #include "MSPCXMLLexis.h"
 #include "MSPDIMarkup.h"
 #include "MSPDIMendPasses.h"
@@ -60,9 +64,8 @@ std::size_t tagOfName(std::string_view bytes, std::size_t name, std::size_t size
     return isPrefix ? first + opening : npos;
 }
 
-}  // namespace
-
-std::optional<std::string> MSPDIEmbeddedPlan(std::string_view bytes) {
+// One that stands there as it is.
+std::optional<std::string> planAmong(std::string_view bytes) {
     constexpr std::string_view name = "Project";
     for (auto found = bytes.find(name); found != npos; found = bytes.find(name, found + 1)) {
         constexpr std::size_t longestTag = 4096;
@@ -81,4 +84,77 @@ std::optional<std::string> MSPDIEmbeddedPlan(std::string_view bytes) {
         return isWhole ? std::nullopt : std::optional(std::string(bytes.substr(start, end - start)));
     }
     return std::nullopt;
+}
+
+// One in UTF-16, whose units begin anywhere.
+std::optional<std::string> planInUtf16Among(std::string_view bytes) {
+    using namespace std::string_view_literals;
+    constexpr std::string_view marks[] = {"\xFF\xFE"sv, "\xFE\xFF"sv};
+    constexpr std::string_view names[] = {"P\0r\0o\0j\0e\0c\0t\0"sv, "\0P\0r\0o\0j\0e\0c\0t"sv};
+    for (std::size_t order = 0; order < std::size(marks); ++order) {
+        const auto found = bytes.find(names[order]);
+        if (found == npos) {
+            continue;
+        }
+        const auto size = (bytes.size() - found % 2) / 2 * 2;
+        auto utf8 = xmlBytesAsUtf8(std::string(marks[order]).append(bytes.substr(found % 2, size)));
+        if (auto plan = utf8 ? planAmong(*utf8) : std::nullopt) {
+            return MSPDIWithUtf8Declared(std::move(*plan));
+        }
+    }
+    return std::nullopt;
+}
+
+// A character by its name or its number in a text that begins with "&"; none where it is none of those that every
+// document knows.
+struct Reference {
+    std::size_t size;
+    char character;
+};
+std::optional<Reference> referenceAt(std::string_view text) {
+    constexpr std::pair<std::string_view, char> names[] = {
+        {"&lt;", '<'},   {"&gt;", '>'},   {"&quot;", '"'}, {"&apos;", '\''}, {"&amp;", '&'},  {"&#60;", '<'},
+        {"&#62;", '>'},  {"&#34;", '"'},  {"&#39;", '\''}, {"&#38;", '&'},   {"&#xD;", '\r'}, {"&#13;", '\r'},
+        {"&#xA;", '\n'}, {"&#10;", '\n'}, {"&#x9;", '\t'}, {"&#9;", '\t'}};
+    for (const auto& [name, character] : names) {
+        if (text.starts_with(name)) {
+            return Reference{name.size(), character};
+        }
+    }
+    return std::nullopt;
+}
+
+// One whose markup is escaped: the text of an element, or of an attribute.
+std::optional<std::string> planInTextAmong(std::string_view bytes) {
+    const auto first = std::min(bytes.find("&lt;"), bytes.find("&#60;"));
+    if (first == npos || bytes.find("Project", first) == npos) {
+        return std::nullopt;
+    }
+    std::string text;
+    for (auto rest = bytes.substr(first); !rest.empty();) {
+        const auto plain = rest.substr(0, rest.find('&'));
+        text += plain;
+        rest.remove_prefix(plain.size());
+        const auto reference = referenceAt(rest);
+        if (reference) {
+            text += reference->character;
+        } else {
+            text += rest.substr(0, 1);
+        }
+        rest.remove_prefix(reference ? reference->size : std::min<std::size_t>(1, rest.size()));
+    }
+    return planAmong(text);
+}
+
+}  // namespace
+
+std::optional<MSPDITakenOutPlan> MSPDIEmbeddedPlan(std::string_view bytes) {
+    if (auto plan = planAmong(bytes)) {
+        return MSPDITakenOutPlan{std::move(*plan)};
+    }
+    if (auto plan = planInUtf16Among(bytes)) {
+        return MSPDITakenOutPlan{std::move(*plan), true};
+    }
+    auto plan = planInTextAmong(bytes);
+    return plan ? std::optional(MSPDITakenOutPlan{std::move(*plan)}) : std::nullopt;
 }

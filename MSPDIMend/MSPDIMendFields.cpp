@@ -12,6 +12,7 @@
 #include "MSPDIItemValues.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
+#include "MSPDITaskWords.h"
 #include "MSPISubject.h"
 
 namespace {
@@ -65,45 +66,6 @@ void nameFieldsInLast(MSPDIPatient& patient, const std::vector<MSPCXMLNode>& own
     }
 }
 
-// The values that a field of a task is to have, in words; "; " stands between several.
-using Words = std::vector<std::pair<MSPCXMLNode, std::string>>;
-
-void addWords(Words& words, const MSPCXMLNode& task, const std::string& text) {
-    if (!words.empty() && words.back().first == task) {
-        words.back().second += "; " + text;
-    } else {
-        words.emplace_back(task, text);
-    }
-}
-
-// Gives the tasks a field with these words, and takes out what they tell of. Nothing is done where no field is free.
-void moveIntoField(MSPDIPatient& patient, std::string_view step, std::string_view alias, const Words& words,
-                   const std::vector<MSPCXMLNode>& moved) {
-    std::vector<MSPCXMLNode> tasks;
-    for (const auto& [task, text] : words) {
-        tasks.push_back(task);
-    }
-    const auto fieldID = words.empty() ? std::nullopt : MSPDITaskFieldWithAlias(patient, alias, tasks);
-    if (!fieldID) {
-        return;
-    }
-    for (const auto& [task, text] : words) {
-        patient.note(
-            step, [&, &of = task, &words = text] { return fmt::format("{}: {}", MSPISubjectOf("Task", of), words); });
-        MSPDIAddFieldValue(patient, task, *fieldID, text);
-    }
-    for (const auto& element : moved) {
-        patient.remove(element);
-    }
-}
-
-// Tasks that arrive with their custom fields.
-std::vector<MSPCXMLNode> mappedTasks(const MSPDIPatient& patient) {
-    auto tasks = MSPDITasksOf(patient);
-    std::erase_if(tasks, [](const auto& task) { return MSPDIIntegerIn(task, "UID").value_or(0) == 0; });
-    return tasks;
-}
-
 // Of elapsed time or not, an estimate or not.
 bool isPercentage(std::int64_t lagFormat) {
     return lagFormat == 19 || lagFormat == 20 || lagFormat == 51 || lagFormat == 52;
@@ -124,19 +86,19 @@ std::optional<double> decimalNumber(const std::string& text) {
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
-// "2 d 4 h" would depend on what a day is; hours and minutes do not.
-std::string lagInWords(std::int64_t tenthsOfMinutes) {
-    const bool isLead = tenthsOfMinutes < 0;
-    // The smallest number has no opposite of its own.
-    const auto tenths =
-        isLead ? 0 - static_cast<std::uint64_t>(tenthsOfMinutes) : static_cast<std::uint64_t>(tenthsOfMinutes);
-    const auto hours = tenths / 600;
-    const auto rest = tenths % 600;
-    const auto inHours = hours == 0 && rest != 0 ? std::string() : fmt::format("{} h", hours);
-    const auto part = rest % 10 == 0 ? std::string() : fmt::format(".{}", rest % 10);
-    const auto inMinutes = rest == 0 ? std::string() : fmt::format("{}{} min", rest / 10, part);
-    const auto* between = inHours.empty() || inMinutes.empty() ? "" : " ";
-    return (isLead ? "-" : "") + inHours + between + inMinutes;
+// What a link leads from and to, by its type; from the end of the one task to the start of the other is what people
+// mean without a word.
+std::string linkInWords(std::int64_t type, const std::string& lag, const std::string& predecessor) {
+    switch (type) {
+        case 0:
+            return fmt::format("finish {} after the finish of task {}", lag, predecessor);
+        case 2:
+            return fmt::format("finish {} after the start of task {}", lag, predecessor);
+        case 3:
+            return fmt::format("{} after the start of task {}", lag, predecessor);
+        default:
+            return fmt::format("{} after task {}", lag, predecessor);
+    }
 }
 
 }  // namespace
@@ -145,37 +107,37 @@ void MSPDIMendDeadlines(MSPDIPatient& patient) {
     if (!patient.isAskedFor(deadlineToField)) {
         return;
     }
-    Words words;
-    std::vector<MSPCXMLNode> moved;
-    for (const auto& task : mappedTasks(patient)) {
-        const auto deadline = task.lastChildElement("Deadline").element;
-        if (deadline && !deadline.stringValue().empty()) {
-            addWords(words, task, deadline.stringValue());
-            moved.push_back(deadline);
+    MSPDITaskWords words;
+    for (const auto& task : MSPDITasksWithFields(patient)) {
+        for (const auto& deadline : task.childElements("Deadline")) {
+            if (!deadline.stringValue().empty()) {
+                words.add(task, deadline.stringValue(), {deadline});
+            }
         }
     }
-    moveIntoField(patient, deadlineToField, "Deadline", words, moved);
+    words.moveIntoField(patient, deadlineToField, "Deadline");
 }
 
 void MSPDIMendLags(MSPDIPatient& patient) {
     if (!patient.isAskedFor(lagToField)) {
         return;
     }
-    Words words;
-    std::vector<MSPCXMLNode> moved;
-    for (const auto& task : mappedTasks(patient)) {
+    MSPDITaskWords words;
+    for (const auto& task : MSPDITasksWithFields(patient)) {
         for (const auto& link : task.childElements("PredecessorLink")) {
             const auto lag = wholeNumber<std::int64_t>(MSPDITextIn(link, "LinkLag").value_or("")).value_or(0);
             const auto format = MSPDIIntegerIn(link, "LagFormat").value_or(0);
             if (lag != 0 && !isPercentage(format)) {
-                addWords(
-                    words, task,
-                    fmt::format("{} after task {}", lagInWords(lag), MSPDITextIn(link, "PredecessorUID").value_or("")));
-                moved.push_back(link.lastChildElement("LinkLag").element);
+                const auto* elapsed = MSPDIIsElapsedFormat(format) ? " elapsed" : "";
+                words.add(
+                    task,
+                    linkInWords(MSPDIIntegerIn(link, "Type").value_or(1), MSPDITenthsOfMinutesInWords(lag) + elapsed,
+                                MSPDITextIn(link, "PredecessorUID").value_or("")),
+                    {link.lastChildElement("LinkLag").element});
             }
         }
     }
-    moveIntoField(patient, lagToField, "Lag", words, moved);
+    words.moveIntoField(patient, lagToField, "Lag");
 }
 
 // Units of material stay: they add up to the amount that is there.
@@ -200,17 +162,15 @@ void MSPDIMendUnits(MSPDIPatient& patient) {
             unitsOfTask[MSPDITextIn(assignment, "TaskUID").value_or("")].push_back(units);
         }
     }
-    Words words;
-    std::vector<MSPCXMLNode> moved;
-    for (const auto& task : mappedTasks(patient)) {
+    MSPDITaskWords words;
+    for (const auto& task : MSPDITasksWithFields(patient)) {
         for (const auto& units : unitsOfTask[MSPDITextIn(task, "UID").value_or("")]) {
             const auto& name = namesOfWork[MSPDITextIn(units.parent(), "ResourceUID").value_or("")];
             const auto share = decimalNumber(units.stringValue()).value_or(1);
-            addWords(words, task, fmt::format("{} {:.10g}%", name, 100 * share));
-            moved.push_back(units);
+            words.add(task, fmt::format("{} {:.10g}%", name, 100 * share), {units});
         }
     }
-    moveIntoField(patient, unitsToField, "Units", words, moved);
+    words.moveIntoField(patient, unitsToField, "Units");
 }
 
 void MSPDIMendFieldKeys(MSPDIPatient& patient) {

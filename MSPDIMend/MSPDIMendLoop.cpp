@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "MSPCException.h"
+#include "MSPCXMLEncoding.h"
+#include "MSPCXMLLexis.h"
 #include "MSPDIElementsMended.h"
 #include "MSPDIMarkup.h"
 #include "MSPDIMendPasses.h"
@@ -49,13 +51,12 @@ public:
     Mending(std::string_view name, const MSPCServices& services, const MSPDIMendOptions& options)
         : _name(name), _services(services), _options(options) {}
 
-    MSPDIMended mended(const std::string& bytes) {
-        _result.refusal = refusalOf(bytes);
+    MSPDIMended mended(std::string copy) {
+        _result.refusal = refusalOf(copy);
         if (!_result.refusal && !asksForImprovement(_options)) {
             return std::move(_result);
         }
         auto refusal = _result.refusal;
-        auto copy = bytes;
         for (int import = 2; import <= mostImports; ++import) {
             if (!treat(copy, refusal)) {
                 break;
@@ -79,8 +80,10 @@ private:
 
     MSPDIMended concluded(std::string copy, const std::optional<MSPDIRefusal>& refusal) {
         if (refusal) {
-            _result.verdict = MSPDIMendVerdict::NotMendable;
-            _result.obstacle = obstacleOf(*refusal);
+            // What imports stays as it is, where an improvement would keep it from that.
+            const bool isInTheWay = _result.refusal.has_value();
+            _result.verdict = isInTheWay ? MSPDIMendVerdict::NotMendable : MSPDIMendVerdict::ImportsAsIs;
+            _result.obstacle = isInTheWay ? obstacleOf(*refusal) : std::string();
             _result.steps.clear();
             _result.isConverted = _result.isRepaired = false;
         } else if (!_result.steps.empty()) {
@@ -92,7 +95,12 @@ private:
 
     // Does all that can be done to the copy at once; false when that is nothing. `refusal` is the copy's.
     bool treat(std::string& copy, const std::optional<MSPDIRefusal>& refusal) {
-        auto loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
+        auto loaded = refusal ? readWithoutWhatHidesIt(copy, *refusal) : std::nullopt;
+        if (loaded) {
+            treatPlan(std::move(*loaded), copy, true);
+            return true;
+        }
+        loaded = read(copy);
         bool isTreated = _options.allows(embedded) && takeOut(loaded, copy);
         // What was just taken out has not been refused yet.
         if (loaded && refusal && refusal->name == "MSPIMapperException" && !isTreated && !_isNamespaceMended) {
@@ -101,7 +109,7 @@ private:
                 return false;
             }
             isTreated = true;
-            loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
+            loaded = read(copy);
         }
         if (!loaded) {
             return isTreated;
@@ -110,7 +118,46 @@ private:
             copy = utf8Of(std::move(*loaded));
             return isTreated;
         }
-        return treatPlan(std::move(*loaded), copy) || isTreated;
+        return treatPlan(std::move(*loaded), copy, refusal.has_value()) || isTreated;
+    }
+
+    [[nodiscard]] std::optional<MSPCXMLWithBytes> read(std::string& bytes) const {
+        return MSPCXMLLoadWithBytes(bytes, planRoot,
+                                    asksForImprovement(_options) ? MSPDIElementsImproved() : MSPDIElementsMended());
+    }
+
+    // What the refusal says tells that the plan is not where an import looks, or not declared as one, and the bytes
+    // show where and what it is: then what is around it need not be read first, which takes long where its markup is
+    // broken. None where this does not lead to a plan.
+    [[nodiscard]] std::optional<MSPCXMLWithBytes> readWithoutWhatHidesIt(const std::string& copy,
+                                                                         const MSPDIRefusal& refusal) {
+        const auto prolog = MSPCXMLLexis::prologOf(copy);
+        const bool isXML = refusal.name == "MSPIMapperException";
+        if ((!isXML && refusal.name != "MSPEXMLException") || prolog.hasInternalSubset ||
+            !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
+            return std::nullopt;
+        }
+        const auto behind = std::string_view(copy).substr(std::min(prolog.end + 1, copy.size()));
+        const bool isPlan = isXML && isPlansRoot(behind.substr(0, MSPCXMLLexis::endOfName(behind)));
+        const auto step = isPlan ? namespaceStep : embedded;
+        if (!_options.allows(step) || (isPlan && _isNamespaceMended)) {
+            return std::nullopt;
+        }
+        auto plan = isPlan ? declaredPlanIn(copy) : MSPDIEmbeddedPlan(copy);
+        auto loaded = plan ? read(plan->bytes) : std::nullopt;
+        if (!loaded || loaded->document.root().name() != planRoot) {
+            return std::nullopt;
+        }
+        add(MSPDIMendDone{step, 1, {}});
+        tellRewriting(loaded);
+        _result.isConverted = _result.isConverted || plan->isConverted;
+        _isNamespaceMended = _isNamespaceMended || isPlan;
+        return loaded;
+    }
+
+    static std::optional<MSPDITakenOutPlan> declaredPlanIn(const std::string& copy) {
+        auto plan = MSPDIPlanOfOneNamespace(copy);
+        return plan ? std::optional(MSPDITakenOutPlan{std::move(*plan)}) : std::nullopt;
     }
 
     // Puts the plan that lies inside the copy in its place; false where there is none, or all of it is a plan.
@@ -124,8 +171,9 @@ private:
         }
         add(MSPDIMendDone{embedded, 1, {}});
         tellRewriting(loaded);
-        copy = std::move(*inner);
-        loaded = MSPCXMLLoadWithBytes(copy, planRoot, MSPDIElementsMended());
+        _result.isConverted = _result.isConverted || inner->isConverted;
+        copy = std::move(inner->bytes);
+        loaded = read(copy);
         tellRewriting(loaded);
         return true;
     }
@@ -136,8 +184,7 @@ private:
     }
 
     bool mendNamespace(const MSPCXMLWithBytes& loaded, std::string& copy) {
-        const auto utf8 = loaded.isConverted ? MSPDIWithUtf8Declared(loaded.utf8) : loaded.utf8;
-        auto plain = MSPDIPlanOfOneNamespace(utf8);
+        auto plain = MSPDIPlanOfOneNamespace(loaded.isConverted ? MSPDIWithUtf8Declared(loaded.utf8) : loaded.utf8);
         if (!plain) {
             return false;
         }
@@ -150,7 +197,7 @@ private:
     }
 
     // The keys of fields come behind the fields, and what cannot be mapped behind all that is new.
-    bool treatPlan(MSPCXMLWithBytes loaded, std::string& copy) {
+    bool treatPlan(MSPCXMLWithBytes loaded, std::string& copy, bool isRefused) {
         MSPDIPatient patient(std::move(loaded), _options);
         MSPDIMendMissingUIDs(patient);
         MSPDIMendDuplicateRoots(patient);
@@ -167,8 +214,9 @@ private:
         MSPDIMendDeadlines(patient);
         MSPDIMendLags(patient);
         MSPDIMendUnits(patient);
+        MSPDIMendTaskDetails(patient);
         MSPDIMendFieldKeys(patient);
-        if (_result.refusal) {
+        if (isRefused) {
             MSPDIMendWhatCannotBeMapped(patient, _services);
         }
         for (const auto& done : patient.done()) {
@@ -205,11 +253,11 @@ private:
 
 }  // namespace
 
-MSPDIMended MSPDIMendPlan(std::string_view name, const std::string& bytes, const MSPCServices& services,
+MSPDIMended MSPDIMendPlan(std::string_view name, std::string bytes, const MSPCServices& services,
                           const MSPDIMendOptions& options) {
     Mending mending(name, services, options);
     try {
-        return mending.mended(bytes);
+        return mending.mended(std::move(bytes));
     } catch (const MSPCException& exception) {
         return mending.endedBy(exception.reason());
     }

@@ -8,6 +8,7 @@
 #include "MSPDIItemValues.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
+#include "MSPDIReferences.h"
 #include "MSPISubject.h"
 
 namespace {
@@ -59,6 +60,15 @@ bool isNeeded(const MSPDIPatient& patient) {
     return isCalendarInTheWay(patient) || patient.isAskedFor(missingUID);
 }
 
+// The first task, on the level of the project's summary task, where no other task has its number.
+bool isRootWithoutUID(const Kind& kind, const std::vector<MSPCXMLNode>& items, const MSPCXMLNode& item) {
+    constexpr std::int64_t levelOfOthers = 1;
+    return kind.item == "Task" && item == items.front() &&
+           MSPDIIntegerIn(item, "OutlineLevel").value_or(levelOfOthers) < levelOfOthers &&
+           std::none_of(items.begin(), items.end(),
+                        [](const auto& task) { return MSPDIIntegerIn(task, "UID") == 0 && hasUsableUID(task); });
+}
+
 NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind, const std::vector<MSPCXMLNode>& items,
                     MSPDIFreeUIDs free) {
     NewUIDs newUIDs;
@@ -66,7 +76,7 @@ NewUIDs giveNewUIDs(MSPDIPatient& patient, const Kind& kind, const std::vector<M
         if (hasUsableUID(item) || MSPDIIsTrueIn(item, "IsNull")) {
             continue;
         }
-        const auto uid = free.next();
+        const auto uid = isRootWithoutUID(kind, items, item) ? "0" : free.next();
         patient.note(missingUID, [&] { return fmt::format("{}: UID {}", MSPISubjectOf(kind.item, item), uid); });
         if (const auto old = MSPDITextIn(item, "UID"); old && !old->empty()) {
             newUIDs.try_emplace(*old, uid);
@@ -94,27 +104,11 @@ NewUIDs giveCalendarsNewUIDs(MSPDIPatient& patient) {
     return isCalendarInTheWay(patient) ? giveNewUIDs(patient, kind, {MSPDITakenCalendar(patient)}, free) : NewUIDs();
 }
 
-void renumberReference(MSPDIPatient& patient, const MSPCXMLNode& owner, std::string_view name, const NewUIDs& newUIDs) {
-    const auto reference = owner.lastChildElement(name).element;
-    const auto found = reference ? newUIDs.find(reference.stringValue()) : newUIDs.end();
-    if (found != newUIDs.end()) {
-        patient.setText(reference, found->second);
-    }
-}
-
-void renumberAll(MSPDIPatient& patient, std::string_view list, std::string_view item, std::string_view name,
-                 const NewUIDs& newUIDs) {
-    for (const auto& owner : newUIDs.empty() ? std::vector<MSPCXMLNode>() : patient.items(list, item)) {
-        renumberReference(patient, owner, name, newUIDs);
-    }
-}
-
-void renumberLinks(MSPDIPatient& patient, const NewUIDs& newUIDs) {
-    for (const auto& task : newUIDs.empty() ? std::vector<MSPCXMLNode>() : patient.items("Tasks", "Task")) {
-        for (const auto& link : task.childElements("PredecessorLink")) {
-            renumberReference(patient, link, "PredecessorUID", newUIDs);
-        }
-    }
+MSPDINewUID newUIDsOf(const NewUIDs& newUIDs) {
+    return [&newUIDs](const std::string& old) {
+        const auto found = newUIDs.find(old);
+        return found == newUIDs.end() ? std::nullopt : std::optional(found->second);
+    };
 }
 
 }  // namespace
@@ -124,16 +118,18 @@ void MSPDIMendMissingUIDs(MSPDIPatient& patient) {
     if (!patient.allows(missingUID) || !isNeeded(patient)) {
         return;
     }
-    const auto ofTasks = giveNewUIDs(patient, kinds[0]);
-    renumberAll(patient, "Assignments", "Assignment", "TaskUID", ofTasks);
-    renumberLinks(patient, ofTasks);
+    if (const auto ofTasks = giveNewUIDs(patient, kinds[0]); !ofTasks.empty()) {
+        MSPDIRenumberUsesOfTasks(patient, newUIDsOf(ofTasks));
+    }
     auto ofResources = giveNewUIDs(patient, kinds[1]);
     ofResources.erase("-65535");  // says that work is assigned to nobody
-    renumberAll(patient, "Assignments", "Assignment", "ResourceUID", ofResources);
+    if (!ofResources.empty()) {
+        MSPDIRenumberReferences(patient, "Assignments", "Assignment", "ResourceUID", newUIDsOf(ofResources));
+    }
     auto ofCalendars = giveCalendarsNewUIDs(patient);
     ofCalendars.erase("-1");  // says that there is none
-    renumberReference(patient, patient.project(), "CalendarUID", ofCalendars);
-    renumberAll(patient, "Tasks", "Task", "CalendarUID", ofCalendars);
-    renumberAll(patient, "Resources", "Resource", "CalendarUID", ofCalendars);
-    renumberAll(patient, "Calendars", "Calendar", "BaseCalendarUID", ofCalendars);
+    if (!ofCalendars.empty()) {
+        MSPDIRenumberUsesOfBaseCalendars(patient, newUIDsOf(ofCalendars));
+        MSPDIRenumberReferences(patient, "Resources", "Resource", "CalendarUID", newUIDsOf(ofCalendars));
+    }
 }

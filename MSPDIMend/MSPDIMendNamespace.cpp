@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,53 +52,61 @@ std::vector<Attribute> attributesOf(std::string_view bytes, std::size_t begin, s
     return attributes;
 }
 
-// Calls `visit` with the offset and the text of each name of a tag from one offset to another.
+// Calls `visit` with the offset and the text of each name of a tag from an offset on, until it says that this was
+// enough; whether it did.
 template <typename Visit>
-void visitTagNames(std::string_view bytes, std::size_t begin, std::size_t end, const Visit& visit) {
-    for (auto tag = bytes.find('<', begin); tag < end; tag = bytes.find('<', begin)) {
+bool visitTagNames(std::string_view bytes, std::size_t begin, const Visit& visit) {
+    for (auto tag = bytes.find('<', begin); tag != npos; tag = bytes.find('<', begin)) {
         const auto sectionEnd = MSPCXMLLexis::endOfSection(bytes, tag);
         begin = sectionEnd == tag ? MSPDIEndOfTag(bytes, tag) : sectionEnd;
         if (sectionEnd == tag) {
             const auto name = tag + (bytes.substr(tag).starts_with("</") ? 2 : 1);
-            visit(name, bytes.substr(name, MSPCXMLLexis::endOfName(bytes.substr(name))));
+            if (visit(name, bytes.substr(name, MSPCXMLLexis::endOfName(bytes.substr(name))))) {
+                return true;
+            }
         }
     }
+    return false;
 }
 
 class NamespaceMend {
 public:
     explicit NamespaceMend(std::string_view bytes)
-        : _bytes(bytes), _root(MSPDIExtentOfElement(bytes, MSPCXMLLexis::prologOf(bytes).end)) {}
+        : _bytes(bytes),
+          _rootBegin(MSPCXMLLexis::prologOf(bytes).end),
+          _contentBegin(MSPDIEndOfTag(bytes, _rootBegin)) {}
 
     std::optional<std::string> mended() {
-        const auto nameSize = MSPCXMLLexis::endOfName(_bytes.substr(std::min(_root.begin + 1, _bytes.size())));
-        const auto name = nameSize == 0 ? std::string_view() : _bytes.substr(_root.begin + 1, nameSize);
+        const auto nameSize = MSPCXMLLexis::endOfName(_bytes.substr(std::min(_rootBegin + 1, _bytes.size())));
+        const auto name = nameSize == 0 ? std::string_view() : _bytes.substr(_rootBegin + 1, nameSize);
         _prefix = prefixOf(name);
-        if (localNameOf(name) != "Project" || _root.isSelfClosed || !holdsList()) {
+        if (localNameOf(name) != "Project" || !holdsList()) {
             return std::nullopt;
         }
-        mendRootTag(_root.begin + 1 + nameSize);
-        if (!_prefix.empty()) {
-            dropPrefix();
+        mendRootTag(_rootBegin + 1 + nameSize);
+        if (_edits.isEmpty()) {
+            return std::nullopt;
         }
-        return _edits.isEmpty() ? std::nullopt : std::optional(_edits.appliedTo(_bytes));
+        auto mended = _edits.appliedTo(std::string(_bytes));
+        if (!_prefix.empty()) {
+            dropPrefixIn(mended);
+        }
+        return mended;
     }
 
 private:
     bool holdsList() const {
-        bool isFound = false;
-        visitTagNames(_bytes, _root.contentBegin, _root.contentEnd, [&](std::size_t, std::string_view name) {
+        return visitTagNames(_bytes, _contentBegin, [&](std::size_t, std::string_view name) {
             const auto* list = std::find(std::begin(planLists), std::end(planLists), localNameOf(name));
-            isFound = isFound || (prefixOf(name) == _prefix && list != std::end(planLists));
+            return prefixOf(name) == _prefix && list != std::end(planLists);
         });
-        return isFound;
     }
 
     // Of the declarations the one of plans stays; those whose prefixes are used go to the elements that use them, and
     // attributes of the root that have a prefix go.
     void mendRootTag(std::size_t nameEnd) {
         bool isDeclared = false;
-        for (const auto& attribute : attributesOf(_bytes, nameEnd, _root.contentBegin - 1)) {
+        for (const auto& attribute : attributesOf(_bytes, nameEnd, _contentBegin - 1)) {
             const bool isDefault = attribute.name == "xmlns";
             const bool isDeclaration = isDefault || prefixOf(attribute.name) == "xmlns";
             if (isDefault && _prefix.empty() && attribute.value == planNamespace) {
@@ -116,7 +125,7 @@ private:
 
     void declareWhereUsed(std::string_view prefix, std::string_view uri) {
         const auto inName = fmt::format("{}:", prefix);
-        for (auto begin = _bytes.find('<', _root.contentBegin); begin < _root.contentEnd;) {
+        for (auto begin = _bytes.find('<', _contentBegin); begin != npos && !_bytes.substr(begin).starts_with("</");) {
             const auto sectionEnd = MSPCXMLLexis::endOfSection(_bytes, begin);
             if (sectionEnd != begin) {
                 begin = _bytes.find('<', sectionEnd);
@@ -132,16 +141,28 @@ private:
         }
     }
 
-    void dropPrefix() {
-        visitTagNames(_bytes, _root.begin, _root.end, [this](std::size_t offset, std::string_view name) {
+    // In its own place, since nearly every tag becomes shorter.
+    void dropPrefixIn(std::string& plan) const {
+        std::size_t kept = 0;
+        std::size_t copied = 0;
+        const auto keepUntil = [&](std::size_t end) {
+            std::memmove(plan.data() + kept, plan.data() + copied, end - copied);
+            kept += end - copied;
+        };
+        visitTagNames(plan, _rootBegin, [&](std::size_t offset, std::string_view name) {
             if (prefixOf(name) == _prefix) {
-                _edits.replace(offset, offset + _prefix.size() + 1, {});
+                keepUntil(offset);
+                copied = offset + _prefix.size() + 1;
             }
+            return false;
         });
+        keepUntil(plan.size());
+        plan.resize(kept);
     }
 
     std::string_view _bytes;
-    MSPDIExtent _root;
+    std::size_t _rootBegin;
+    std::size_t _contentBegin;
     std::string_view _prefix;
     MSPDIEdits _edits;
 };

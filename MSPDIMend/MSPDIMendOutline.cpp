@@ -66,7 +66,7 @@ bool hasTaskOutside(const std::vector<Row>& rows, bool hasSummaryParentsOnly) {
     for (const auto& row : rows) {
         const auto id = 't' + MSPDITextIn(row.task, "UID").value_or("");
         tree.record(id, {row.task, {}, {}, row.level, row.isSummary});
-        if (row.level != 1 && !tree.parentForLevel(row.level)) {
+        if (!MSPITaskTree::isTopLevel(row.level) && !tree.parentForLevel(row.level)) {
             return true;
         }
     }
@@ -78,7 +78,7 @@ bool mayBeNeeded(const MSPDIPatient& patient) {
     const auto tasks = patient.items("Tasks", "Task");
     return patient.isAskedFor(outline) || patient.hasMovedRoot ||
            std::any_of(tasks.begin(), tasks.end(),
-                       [](const auto& task) { return MSPDIIntegerIn(task, "OutlineLevel").value_or(0) < 0; });
+                       [](const auto& task) { return MSPDIIntegerIn(task, "OutlineLevel").value_or(-1) < 0; });
 }
 
 bool isNeeded(const MSPDIPatient& patient, const std::vector<Row>& rows, bool hasSummaryParentsOnly) {
@@ -100,12 +100,38 @@ void mendEmptyRows(MSPDIPatient& patient) {
     }
 }
 
+bool hasUnreadableLevel(const MSPCXMLNode& task) {
+    return MSPDITextIn(task, "OutlineLevel") && !MSPDIIntegerIn(task, "OutlineLevel");
+}
+
+// Without a level a task would stand outside the outline: it gets that of the one before it, or the next one below a
+// summary task.
+void mendUnreadableLevels(MSPDIPatient& patient) {
+    std::int64_t level = 1;
+    for (const auto& task : patient.items("Tasks", "Task")) {
+        const bool isEmpty = MSPDIIsTrueIn(task, "IsNull");
+        const bool isRoot = MSPDIIntegerIn(task, "UID") == 0;
+        if (hasUnreadableLevel(task) && !isRoot) {
+            patient.note(outline, [&] {
+                return fmt::format("{}: level {} instead of '{}'", MSPISubjectOf("Task", task), isEmpty ? 0 : level,
+                                   MSPDITextIn(task, "OutlineLevel").value_or(""));
+            });
+            patient.setChild(task, "OutlineLevel", std::to_string(isEmpty ? 0 : level), {});
+        }
+        if (!isEmpty && !isRoot) {
+            const auto own = std::max<std::int64_t>(MSPDIIntegerIn(task, "OutlineLevel").value_or(1), 1);
+            level = own + (MSPDIIsTrueIn(task, "Summary") ? 1 : 0);
+        }
+    }
+}
+
 }  // namespace
 
 void MSPDIMendOutline(MSPDIPatient& patient) {
     if (!patient.allows(outline) || !mayBeNeeded(patient)) {
         return;
     }
+    mendUnreadableLevels(patient);
     mendEmptyRows(patient);
     auto rows = rowsOf(patient);
     const bool hasSummaryParentsOnly = MSPDIHasSummaryParentsOnly(patient);

@@ -11,8 +11,13 @@ class MSPDIPatient;
 // What is done to a plan, each in a unit of its own. Each looks for what its steps are for, does nothing where they are
 // not allowed or nothing is found, and tells the patient of each thing that it has done.
 
-// The document that lies inside other bytes, with its XML declaration; none where there is no plan in them.
-[[nodiscard]] std::optional<std::string> MSPDIEmbeddedPlan(std::string_view bytes);
+// The document that lies inside other bytes, with its XML declaration; none where there is no plan in them. One in
+// UTF-16 among other bytes is converted, of one that stands as text its markup is taken.
+struct MSPDITakenOutPlan {
+    std::string bytes;
+    bool isConverted = false;
+};
+[[nodiscard]] std::optional<MSPDITakenOutPlan> MSPDIEmbeddedPlan(std::string_view bytes);
 // A plan whose root declares the namespace of plans, and no other, and whose names have no prefix; none where there is
 // nothing to change, or the root is none of a plan's.
 [[nodiscard]] std::optional<std::string> MSPDIPlanOfOneNamespace(std::string_view utf8);
@@ -33,6 +38,8 @@ void MSPDIMendWorkWeeks(MSPDIPatient& patient);
 void MSPDIMendDeadlines(MSPDIPatient& patient);
 void MSPDIMendLags(MSPDIPatient& patient);
 void MSPDIMendUnits(MSPDIPatient& patient);
+// Hyperlinks, WBS codes, contacts and the like.
+void MSPDIMendTaskDetails(MSPDIPatient& patient);
 void MSPDIMendFieldKeys(MSPDIPatient& patient);
 // Maps everything to see what the mappers stumble over.
 void MSPDIMendWhatCannotBeMapped(MSPDIPatient& patient, const MSPCServices& services);

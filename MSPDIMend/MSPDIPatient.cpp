@@ -82,12 +82,16 @@ MSPDIExtent MSPDIPatient::openExtentOf(const MSPCXMLNode& element) {
     return extentOf(element);
 }
 
-const std::vector<MSPDIChildMarkup>& MSPDIPatient::childrenOf(const MSPCXMLNode& parent) {
-    if (parent != _childrenAsked) {
-        _children = MSPDIChildrenIn(_utf8, extentOf(parent));
-        _childrenAsked = parent;
-    }
-    return _children;
+// Where the element ends is not looked for: it may be the whole plan.
+std::size_t MSPDIPatient::contentBeginOf(const MSPCXMLNode& element) {
+    const auto start = _loaded.startOf(element);
+    const auto end = start ? MSPDIEndOfTag(_utf8, *start) : 0;
+    const bool isOpen = end > 1 && _utf8[end - 2] != '/';
+    return isOpen ? end : openExtentOf(element).contentBegin;
+}
+
+std::optional<MSPDIChildMarkup> MSPDIPatient::childFrom(const MSPCXMLNode& parent, std::size_t offset) const {
+    return _opened.contains(parent) ? std::nullopt : MSPDINextChild(_utf8, offset);
 }
 
 void MSPDIPatient::setText(MSPCXMLNode element, std::string_view text) {
@@ -133,9 +137,10 @@ MSPCXMLNode MSPDIPatient::insertBehind(MSPCXMLNode parent, std::span<const std::
     if (_inserted.contains(parent)) {
         return putIn(parent, 0, sibling, markup);
     }
-    auto place = openExtentOf(parent).contentBegin;
-    for (const auto& child : childrenOf(parent)) {
-        place = isOneOf(child.name, names) ? child.end : place;
+    auto place = contentBeginOf(parent);
+    for (auto child = names.empty() ? std::nullopt : childFrom(parent, place); child;
+         child = childFrom(parent, child->end)) {
+        place = isOneOf(child->name, names) ? child->end : place;
     }
     return putIn(parent, place, sibling, markup);
 }
@@ -149,12 +154,10 @@ MSPCXMLNode MSPDIPatient::insertBefore(MSPCXMLNode parent, std::span<const std::
         }
         sibling = child;
     }
-    auto place = openExtentOf(parent).contentBegin;
-    for (const auto& child : childrenOf(parent)) {
-        if (isOneOf(child.name, names)) {
-            break;
-        }
-        place = child.end;
+    auto place = contentBeginOf(parent);
+    for (auto child = childFrom(parent, place); child && !isOneOf(child->name, names);
+         child = childFrom(parent, place)) {
+        place = child->end;
     }
     return putIn(parent, place, sibling, markup);
 }
@@ -222,6 +225,9 @@ void MSPDIPatient::remove(MSPCXMLNode element) {
 }
 
 std::string MSPDIPatient::takeBytes() {
-    auto mended = isChanged() ? _edits.appliedTo(_utf8) : std::move(_utf8);
-    return isConverted() ? MSPDIWithUtf8Declared(std::move(mended)) : mended;
+    auto mended = _edits.appliedTo(std::move(_utf8));
+    if (isConverted()) {
+        mended = MSPDIWithUtf8Declared(std::move(mended));
+    }
+    return mended;
 }

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -75,7 +76,10 @@ private:
 
     [[nodiscard]] MSPDIExtent extentOf(const MSPCXMLNode& element) const;
     [[nodiscard]] MSPDIExtent openExtentOf(const MSPCXMLNode& element);
-    [[nodiscard]] const std::vector<MSPDIChildMarkup>& childrenOf(const MSPCXMLNode& parent);
+    // Behind the start tag of an element, which is closed by an end tag from then on.
+    [[nodiscard]] std::size_t contentBeginOf(const MSPCXMLNode& element);
+    // The first child in the plan's bytes that begins at an offset or behind it; none in an element that was opened.
+    [[nodiscard]] std::optional<MSPDIChildMarkup> childFrom(const MSPCXMLNode& parent, std::size_t offset) const;
     [[nodiscard]] std::string blanksBefore(std::size_t offset) const;
     [[nodiscard]] std::size_t endOfLast(const MSPCXMLNode& parent);
     MSPCXMLNode putIn(MSPCXMLNode parent, std::size_t place, const MSPCXMLNode& sibling, std::string_view markup);
@@ -90,9 +94,6 @@ private:
     std::map<MSPCXMLNode, std::size_t> _replaced;  // the edits of texts that were replaced
     std::map<MSPCXMLNode, Inserted> _inserted;
     std::map<MSPCXMLNode, std::string> _indentations;
-    // The children of the element that was asked for last: several things are put into one after the other.
-    MSPCXMLNode _childrenAsked;
-    std::vector<MSPDIChildMarkup> _children;
     std::vector<MSPCXMLNewElement> _removed;
     std::vector<MSPDIMendDone> _done;
 };

@@ -213,7 +213,7 @@ std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& pat
     }
     MSPDIMendOptions options;
     options.isAll = isAll;
-    auto mended = MSPDIMendPlan(lastPathComponent(path), *bytes, _services, options);
+    auto mended = MSPDIMendPlan(lastPathComponent(path), std::move(*bytes), _services, options);
     if (isAll && mended.verdict == MSPDIMendVerdict::NotMendable) {
         return std::nullopt;  // the steps that it needs may do alone
     }

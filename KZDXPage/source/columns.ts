@@ -143,7 +143,7 @@ export function planColumns(setting: Setting): Column[] {
     const { model, clock } = setting;
     return [
         numberColumnOf(),
-        column("title", word("title"), 250, itemTitle, { isShownFirst: true, isTree: true }),
+        column("title", word("title"), 230, itemTitle, { isShownFirst: true, isTree: true }),
         ...slipColumn(setting.baseline),
         dateColumn("start", word("start"), clock, (item) => taskOf(item)?.start, true),
         dateColumn("end", word("end"), clock, (item) => taskOf(item)?.end, true),

@@ -350,7 +350,7 @@ export class View {
 
     private resized(): void {
         if (this.scroller.clientWidth === 0) return;
-        this.setGridWidth(this.isDivided ? this.gridWidth : Math.min(this.grid.fullWidth, this.element.clientWidth * (this.element.clientWidth < 1200 ? 0.5 : 0.6)));
+        this.setGridWidth(this.isDivided ? this.gridWidth : Math.min(this.grid.fullWidth, this.element.clientWidth * (this.element.clientWidth < 1200 ? 0.5 : 0.58)));
         this.updateSpacer();
         this.scale = this.isFitting || !this.scale ? this.fitted() : this.scale.resized(this.chartWidth);
         this.draw();

@@ -97,12 +97,12 @@ void mend(Arguments& arguments, MSPDIRun& run) {
         }
     }
     std::string failure;
-    const auto bytes = fileSystem.readFile(planPath, &failure);
+    auto bytes = fileSystem.readFile(planPath, &failure);
     if (!bytes) {
         run.couldNotLook(arguments.plan, failure);
         return;
     }
-    const auto mended = MSPDIMendPlan(lastPathComponent(planPath), *bytes, run.services,
+    const auto mended = MSPDIMendPlan(lastPathComponent(planPath), std::move(*bytes), run.services,
                                       {.only = arguments.only, .isAll = arguments.isAll});
     std::optional<std::string> path;
     if (mended.verdict == MSPDIMendVerdict::Mended && !arguments.isDryRun) {

@@ -5,8 +5,8 @@
 // `mspdi` is looked for beside the program.
 //
 // An import and the floor of the same plan run in turn; each figure is the median over the pairs, each ratio the median
-// of the pairs' ratios. --only takes part of a line's name: "list", "losses" for all of those, "growth" for all growth,
-// or "growth, flat";
+// of the pairs' ratios. --only takes part of a line's name: "list", "losses" or "mend" for all of those, "growth" for
+// all growth, or "growth, flat";
 // --largest bounds the plans whose growth is measured, and --huge adds the plan of 1,000,000 tasks.
 #include <fmt/format.h>
 #include <unistd.h>
@@ -23,6 +23,7 @@
 #include "GrowthBench.h"
 #include "ImportRun.h"
 #include "LossesBench.h"
+#include "MendBench.h"
 
 namespace fs = std::filesystem;
 
@@ -206,6 +207,7 @@ void measureAll(const Setup& setup) {
         measureSmallPlan(setup);
     }
     measureAllLosses(setup);
+    measureAllMends(setup);
     measureAllGrowth(setup, floorRows);
     if (setup.isHuge) {
         measureHugePlan(setup);

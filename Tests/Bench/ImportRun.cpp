@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 
 namespace fs = std::filesystem;
 
@@ -47,4 +49,22 @@ void verdict(bool isMet, std::string_view target) {
 
 bool areAllTargetsMet() {
     return allTargetsMet;
+}
+
+void replaceInPlan(const std::string& path, std::string_view piece, std::string_view other, ReplacedPieces pieces) {
+    std::ifstream file(path, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    std::string replaced;
+    std::size_t copied = 0;
+    auto found = bytes.find(piece);
+    if (found == std::string::npos) {
+        verdict(false, fmt::format("'{}' is in the plan", piece));
+        return;
+    }
+    while (found != std::string::npos) {
+        replaced.append(bytes, copied, found - copied).append(other);
+        copied = found + piece.size();
+        found = pieces == ReplacedPieces::All ? bytes.find(piece, copied) : std::string::npos;
+    }
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << replaced.append(bytes, copied);
 }

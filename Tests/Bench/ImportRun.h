@@ -44,6 +44,10 @@ private:
     std::filesystem::path _path;
 };
 
+// Puts another text in the place of one that a plan has; that it has it counts as a target.
+enum class ReplacedPieces { First, All };
+void replaceInPlan(const std::string& path, std::string_view piece, std::string_view other, ReplacedPieces pieces);
+
 // The folder that imports write to, as an empty one.
 [[nodiscard]] std::filesystem::path emptiedOutput(const Setup& setup);
 

@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,25 +35,13 @@ const std::vector<LossesRow>& rows() {
     return all;
 }
 
-void replaceFirst(const std::string& path, std::string_view piece, std::string_view other) {
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    const auto found = bytes.find(piece);
-    if (found == std::string::npos) {
-        verdict(false, fmt::format("'{}' is in the plan", piece));
-        return;
-    }
-    bytes.replace(found, piece.size(), other);
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
-
 void measureLosses(const Setup& setup, const LossesRow& row) {
     constexpr double mostTimes = 2.0;
     // One of a few milliseconds is soon disturbed.
     const int pairs = row.options.tasks > 1'000 ? setup.pairs : 5 * setup.pairs;
     const PlanFile plan(setup, row.options);
     if (!row.piece.empty()) {
-        replaceFirst(plan.path(), row.piece, row.other);
+        replaceInPlan(plan.path(), row.piece, row.other, ReplacedPieces::First);
     }
     std::vector<std::string> command = {(fs::path(setup.program).parent_path() / "mspdi").string(), "losses"};
     command.insert(command.end(), row.arguments.begin(), row.arguments.end());

@@ -100,6 +100,7 @@ std::vector<BrokenBundle> brokenValues() {
         {"weekday", actual("day-of-week=\"tuesday\"", "day-of-week=\"Tuesday\"")},
         {"event", actual("start=\"2026-12-24T00:00:00+01:00\"", "start=\"Christmas\"")},
         {"midnight", actual("end-time=\"61200\"", "end-time=\"0\"")},
+        {"overnight", actual("start-time=\"46800\" end-time=\"61200\"", "start-time=\"79200\" end-time=\"21600\"")},
         {"empty-span", actual("start-time=\"46800\" end-time=\"61200\"", "start-time=\"\" end-time=\"\"")},
         {"repeated-day", actual("day-of-week=\"tuesday\"", "day-of-week=\"monday\"")}};
 }

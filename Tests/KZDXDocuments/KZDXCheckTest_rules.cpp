@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -48,7 +49,7 @@ TEST(KZDXRules, haveNamesOfTheirOwn) {
         EXPECT_TRUE(names.insert(rule.name).second) << rule.name;
         EXPECT_FALSE(rule.what.empty());
     }
-    EXPECT_EQ(names.size(), 50U);
+    EXPECT_EQ(names.size(), 51U);
 }
 
 TEST(KZDXRules, xml) {
@@ -721,8 +722,11 @@ TEST(KZDXRules, unlistedField) {
 
 TEST(KZDXRules, dayTimes) {
     const std::string day = "scenario/resource[@id='r-1']/schedule/schedule-day[@day-of-week='monday']/time-span: ";
-    expectActual("start-time=\"46800\" end-time=\"61200\"", "start-time=\"61200\" end-time=\"46800\"",
-                 {"fault day-times Actual.xml:15 " + day + "the span ends at second 46800, but begins at 61200"});
+    expectActual("start-time=\"28800\" end-time=\"43200\"", "start-time=\"79200\" end-time=\"21600\"",
+                 {"note overnight Actual.xml:14 " + day +
+                      "the span ends at second 21600, but begins at 79200: the plan's calendar says so",
+                  "fault day-times Actual.xml:15 " + day +
+                      "the span begins at second 46800, before the end of the one before it"});
     expectActual("start-time=\"46800\"", "start-time=\"43199\"",
                  {"fault day-times Actual.xml:15 " + day +
                   "the span begins at second 43199, before the end of the one before it"});
@@ -732,6 +736,18 @@ TEST(KZDXRules, dayTimes) {
             {"fault day-times Actual.xml:15 " + day + "'start-time' and 'end-time' are not both seconds of a day"});
     }
     expectActual("end-time=\"61200\"", "end-time=\"86400\"", {});
+}
+
+// An import makes such spans of night shifts.
+TEST(KZDXRules, overnight) {
+    const std::string day = "scenario/resource[@id='r-1']/schedule/schedule-day[@day-of-week='monday']/time-span: ";
+    for (const auto& [start, end] : {std::pair<std::string, std::string>("79200", "21600"), {"46800", "46800"}}) {
+        expectActual("start-time=\"46800\" end-time=\"61200\"",
+                     fmt::format("start-time=\"{}\" end-time=\"{}\"", start, end),
+                     {fmt::format("note overnight Actual.xml:15 {}the span ends at second {}, but begins at {}: the "
+                                  "plan's calendar says so",
+                                  day, end, start)});
+    }
 }
 
 TEST(KZDXRules, midnight) {

@@ -205,7 +205,8 @@ const KindCase resourceKinds[] = {
     {"further-rates", 1,
      resource("<Rates><Rate><RateTable>1</RateTable><StandardRate>5</StandardRate><OvertimeRate>6</OvertimeRate></Rate>"
               "</Rates>"),
-     resource("<Rates><Rate><RatesFrom>1984-01-01T00:00:00</RatesFrom><RateTable>0</RateTable><StandardRate>5"
+     resource("<StandardRate>5</StandardRate><Rates><Rate><RatesFrom>1984-01-01T00:00:00</RatesFrom><RateTable>0"
+              "</RateTable><StandardRate>5.0</StandardRate></Rate><Rate><RateTable>1</RateTable><StandardRate>0"
               "</StandardRate></Rate></Rates>")},
     {"overtime-rate", 1, resource("<OvertimeRate>5</OvertimeRate>"), resource("<OvertimeRate>0</OvertimeRate>")},
     {"cost-accrual", 2, task("<FixedCostAccrual>1</FixedCostAccrual>") + resource("<AccrueAt>2</AccrueAt>"),

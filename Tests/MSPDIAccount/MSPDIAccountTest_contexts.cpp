@@ -135,6 +135,57 @@ TEST(FatesInContext, aResourcesUnitsLetThoseOfABaselineIn) {
     EXPECT_EQ(fate("<Work>PT8H0M0S</Work>"), "default");
 }
 
+TEST(FatesInContext, ratesAreLostWithTheirDatesAndUnits) {
+    const auto plan = [](const std::string& own, const std::string& rate) {
+        return AccountOfPlan("<Resources><Resource><UID>1</UID>" + own + "<Rates><Rate>" + rate +
+                             "</Rate></Rates></Resource></Resources>");
+    };
+    const std::string first = "<RatesFrom>1984-01-01T00:00:00</RatesFrom><RateTable>0</RateTable>";
+    const std::string later = "<RatesFrom>2012-03-01T08:00:00</RatesFrom><RateTable>0</RateTable>";
+    const std::string other = "<RateTable>1</RateTable><StandardRateFormat>3</StandardRateFormat>";
+    const std::string at = "Resources[1]/Resource[1]/Rates[1]/Rate[1]/";
+    const auto raised = plan("<StandardRate>50</StandardRate>", later + "<StandardRate>60</StandardRate>");
+    EXPECT_EQ(raised.at(at + "RatesFrom[1]"), "lost");
+    EXPECT_EQ(raised.loss("further-rates").where.at(0).value, "60");
+    EXPECT_EQ(raised.count("further-rates"), 1U);
+    const auto ended = plan("<StandardRate>50</StandardRate>", later + "<StandardRate>0</StandardRate>");
+    EXPECT_EQ(ended.loss("further-rates").where.at(0).value, "2012-03-01T08:00:00");
+    const auto table = plan("", other + "<CostPerUse>7</CostPerUse>");
+    EXPECT_EQ(table.at(at + "RateTable[1]"), "lost");
+    EXPECT_EQ(table.at(at + "StandardRateFormat[1]"), "lost");
+    EXPECT_EQ(plan("", other + "<CostPerUse>0</CostPerUse>").count("further-rates"), 0U);
+    const auto same = plan("<StandardRate>50</StandardRate>", first + "<StandardRate>50.00</StandardRate>");
+    EXPECT_EQ(same.at(at + "StandardRate[1]"), "derived");
+    EXPECT_EQ(same.at(at + "RatesFrom[1]"), "default");
+    const auto differing = plan("<StandardRate>50</StandardRate>", first + "<StandardRate>40</StandardRate>");
+    EXPECT_EQ(differing.at(at + "StandardRate[1]"), "lost");
+    EXPECT_EQ(plan("", first + "<OvertimeRate>0</OvertimeRate>").at(at + "OvertimeRate[1]"), "default");
+}
+
+TEST(FatesInContext, whatIsDoneIsLostWhereNoPercentageSaysIt) {
+    EXPECT_EQ(fateInTask("<ActualWork>PT8H0M0S</ActualWork>", "ActualWork"), "lost");
+    EXPECT_EQ(fateInTask("<ActualDuration>PT8H0M0S</ActualDuration>", "ActualDuration"), "lost");
+    EXPECT_EQ(fateInTask("<ActualWork>PT0H0M0S</ActualWork>", "ActualWork"), "default");
+    EXPECT_EQ(fateInTask("<ActualWork>PT8H0M0S</ActualWork><PercentComplete>50</PercentComplete>", "ActualWork"),
+              "derived");
+    EXPECT_EQ(
+        fateInTask("<PercentWorkComplete>50</PercentWorkComplete><ActualWork>PT8H0M0S</ActualWork>", "ActualWork"),
+        "derived");
+    EXPECT_EQ(fateInTask("<Summary>1</Summary><ActualWork>PT8H0M0S</ActualWork>", "ActualWork"), "derived");
+    EXPECT_EQ(AccountOfPlan(tasksOf(taskOf(1, "<ActualWork>PT8H0M0S</ActualWork>"))).count("completion"), 1U);
+}
+
+TEST(FatesInContext, theFormOfAnOutlineCodeIsLostWithIt) {
+    const AccountOfPlan plan(
+        "<OutlineCodes><OutlineCode><Values><Value><ParentValueID>7</ParentValueID></Value><Value><ParentValueID>0"
+        "</ParentValueID></Value></Values><Masks><Mask><Type>2</Type></Mask></Masks></OutlineCode></OutlineCodes>");
+    const std::string code = "OutlineCodes[1]/OutlineCode[1]/";
+    EXPECT_EQ(plan.at(code + "Values[1]/Value[1]/ParentValueID[1]"), "lost");
+    EXPECT_EQ(plan.at(code + "Values[1]/Value[2]/ParentValueID[1]"), "default");
+    EXPECT_EQ(plan.at(code + "Masks[1]/Mask[1]/Type[1]"), "lost");
+    EXPECT_EQ(plan.count("outline-code"), 1U);
+}
+
 // What others cost comes from their rates and their work.
 TEST(FatesInContext, theCostOfACostResourceIsEntered) {
     const AccountOfPlan plan(tasksOf(taskOf(1)) +

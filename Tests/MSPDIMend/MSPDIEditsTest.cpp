@@ -35,6 +35,21 @@ TEST(MSPDIEditsTest, forgetsWhatIsWithinWhatGoes) {
     EXPECT_EQ(edits.appliedTo("abcde"), "ae");
 }
 
+// Whatever comes first: what grows, what shrinks, or what stays as long.
+TEST(MSPDIEditsTest, makesThemInTheTextsOwnPlace) {
+    std::string text = "0123456789";
+    text.reserve(1000);
+    const auto* place = text.data();
+    MSPDIEdits edits;
+    edits.replace(1, 2, "abcd");
+    edits.replace(3, 7, "");
+    edits.replace(8, 9, "xyz");
+    edits.replace(10, 10, "end");
+    const auto edited = edits.appliedTo(std::move(text));
+    EXPECT_EQ(edited, "0abcd27xyz9end");
+    EXPECT_EQ(edited.data(), place);
+}
+
 TEST(MSPDIEditsTest, givesAnEditAnotherText) {
     MSPDIEdits edits;
     const auto edit = edits.replace(0, 1, "x");

@@ -22,5 +22,6 @@ void expectKept(const MSPCXMLSelection& wanted, const MSPCXMLSelection& kept, co
 // A trial of the mappers is worth nothing where it misses what an import reads.
 TEST(MSPDIElementsMendedTest, holdsAllThatAnImportReads) {
     expectKept(MSPIElementsRead(), MSPDIElementsMended(), "");
+    expectKept(MSPDIElementsMended(), MSPDIElementsImproved(), "");
     EXPECT_EQ(MSPDIElementsMended().child("Project")->child("Tasks")->child("Task")->child("Critical"), nullptr);
 }

@@ -16,6 +16,26 @@ std::string contentIn(std::string_view bytes, std::size_t begin) {
 
 }  // namespace
 
+TEST(MSPDIMarkupTest, findsTheEndsOfTagsBehindQuotes) {
+    EXPECT_EQ(MSPDIEndOfTag("<a>b", 0), 3U);
+    EXPECT_EQ(MSPDIEndOfTag("<a b='>'>c", 0), 9U);
+    EXPECT_EQ(MSPDIEndOfTag("<a b=\"'>\">c", 0), 10U);
+    EXPECT_EQ(MSPDIEndOfTag("<a b='>", 0), 7U);
+    EXPECT_EQ(MSPDIEndOfTag("<a", 0), 2U);
+}
+
+TEST(MSPDIMarkupTest, findsTheNextChildWithinTheParent) {
+    const std::string_view plan = "<p><!-- <x/> --><a><b/></a> <c/></p><d/>";
+    const auto first = MSPDINextChild(plan, 3);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->name, "a");
+    EXPECT_EQ(plan.substr(first->begin, first->end - first->begin), "<a><b/></a>");
+    const auto second = MSPDINextChild(plan, first->end);
+    ASSERT_TRUE(second);
+    EXPECT_EQ(second->name, "c");
+    EXPECT_FALSE(MSPDINextChild(plan, second->end));
+}
+
 TEST(MSPDIMarkupTest, findsTheEndOfAnElement) {
     EXPECT_EQ(elementIn("<a>text</a><b/>", 0), "<a>text</a>");
     EXPECT_EQ(contentIn("<a>text</a><b/>", 0), "text");

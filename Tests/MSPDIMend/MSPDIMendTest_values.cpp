@@ -4,6 +4,34 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
+// Without a level a task would be left outside the outline, which an import does not tell.
+TEST_F(MendTest, givesATaskALevelWhereItsOwnCannotBeRead) {
+    const std::string summary = "<Summary>1</Summary>";
+    const auto unreadable = [](int uid, const std::string& rest = {}) {
+        return "<Task><UID>" + std::to_string(uid) + "</UID><OutlineLevel>x</OutlineLevel>" + rest + "</Task>";
+    };
+    expectMended(planOf(tasks(task(0, 0, summary) + unreadable(1, summary) + unreadable(2) + task(3, 2) +
+                              unreadable(4) + unreadable(5, "<IsNull>1</IsNull>") + task(6, 1) + unreadable(7))),
+                 planOf(tasks(task(0, 0, summary) + task(1, 1, summary) + task(2, 2) + task(3, 2) + task(4, 2) +
+                              task(5, 0, "<IsNull>1</IsNull>") + task(6, 1) + task(7, 1))),
+                 "outline 5");
+}
+
+// Any other number would leave it outside the outline, and the project without its root.
+TEST_F(MendTest, givesTheRootItsOwnUID) {
+    const auto root = [](const std::string& uid, int level) {
+        return "<Task>" + uid + "<OutlineLevel>" + std::to_string(level) + "</OutlineLevel><Summary>1</Summary></Task>";
+    };
+    const auto wanted = planOf(tasks(root("<UID>0</UID>", 0) + task(1, 1)));
+    expectMended(planOf(tasks(root("", 0) + task(1, 1))), wanted, "missing-uid 1");
+    expectMended(planOf(tasks(root("", -1) + task(1, 1))), wanted, "missing-uid 1, root-task 1");
+    // Not where it stands among others, or another one has the number.
+    expectMended(planOf(tasks(task(0, 0, "<Summary>1</Summary>") + root("", 0))),
+                 planOf(tasks(task(0, 0, "<Summary>1</Summary>") + root("<UID>1</UID>", 0))), "missing-uid 1");
+    expectMended(planOf(tasks(root("", 1) + task(1, 2))), planOf(tasks(root("<UID>2</UID>", 1) + task(1, 2))),
+                 "missing-uid 1");
+}
+
 TEST_F(MendTest, makesCostResourcesMaterialAndUnknownOnesWork) {
     const std::string resources =
         "  <Resources><Resource><UID>1</UID><Type>2</Type><Rates/></Resource>"
@@ -16,9 +44,9 @@ TEST_F(MendTest, makesCostResourcesMaterialAndUnknownOnesWork) {
 // Whatever a task's value is, the importer stops at it, and nothing else leaves the copy.
 TEST_F(MendTest, leavesOutValuesThatEndTheImport) {
     for (const std::string bad :
-         {"<OutlineLevel>x</OutlineLevel>", "<IsNull>maybe</IsNull>", "<Summary/>", "<Duration>8 hours</Duration>",
-          "<Start>tomorrow</Start>", "<Finish>2012-01-09X08:00:00</Finish>", "<Work>P1D</Work>", "<Type>9</Type>",
-          "<Type>x</Type>", "<PercentComplete>half</PercentComplete>", "<PercentWorkComplete>-</PercentWorkComplete>",
+         {"<IsNull>maybe</IsNull>", "<Summary/>", "<Duration>8 hours</Duration>", "<Start>tomorrow</Start>",
+          "<Finish>2012-01-09X08:00:00</Finish>", "<Work>P1D</Work>", "<Type>9</Type>", "<Type>x</Type>",
+          "<PercentComplete>half</PercentComplete>", "<PercentWorkComplete>-</PercentWorkComplete>",
           "<FixedCost>much</FixedCost>", "<ConstraintType>x</ConstraintType>"}) {
         const auto plan = planOf(tasks("<Task><UID>1</UID><Name>a</Name>" + bad + "<Priority>1</Priority></Task>"));
         expectMended(plan, with(plan, bad, ""), "unreadable-value 1");

@@ -3,31 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "MSPCByteStreams.h"
+#include "MSPCBytesSource.h"
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLLoader.h"
 
 namespace {
 
-// Bytes that outlive it.
-class BytesSource final : public MSPCByteSource {
-public:
-    explicit BytesSource(std::string_view bytes) : _size(bytes.size()), _rest(bytes) {}
-
-    std::optional<std::size_t> read(char* buffer, std::size_t capacity) override {
-        const auto count = _rest.copy(buffer, capacity);
-        _rest.remove_prefix(count);
-        return count;
-    }
-    [[nodiscard]] std::size_t expectedSize() const override { return _size; }
-
-private:
-    std::size_t _size;
-    std::string_view _rest;
-};
-
 std::optional<MSPCXMLWithBytes> loadedInPart(std::string& bytes, const MSPCXMLSelection& selection) {
-    BytesSource source(bytes);
+    MSPCBytesSource source(bytes);
     auto selected = selectedXML(source, selection, true);
     auto document = selected ? MSPCXMLDocument::read(std::move(selected->bytes), selected->reading) : std::nullopt;
     return document

@@ -67,10 +67,10 @@ TEST_F(ImportCommandTest, tellsTheFolderAsItWasNamed) {
 TEST_F(ImportCommandTest, tellsTheMostImportantLossesAndTheNumberOfTheOthers) {
     world.machine.addFile(
         "/home/me/Lossy.xml",
-        planOf("<Author>Ann</Author>" +
-               taskOf("<Deadline>2012-02-01T17:00:00</Deadline><Manual>1</Manual><WBS>A.1</WBS><Contact>Bo</Contact>"
-                      "<FixedCostAccrual>2</FixedCostAccrual><Hyperlink>h</Hyperlink><Odd>1</"
-                      "Odd><ActualStart>2012-01-10T08:00:00</ActualStart>")));
+        planOf("<Author>Ann</Author>" + taskOf("<Deadline>2012-02-01T17:00:00</Deadline><OutlineCode><ValueID>3</"
+                                               "ValueID></OutlineCode><WBS>A.1</WBS><Contact>Bo</Contact>"
+                                               "<FixedCostAccrual>2</FixedCostAccrual><Hyperlink>h</Hyperlink><Odd>1</"
+                                               "Odd><ActualStart>2012-01-10T08:00:00</ActualStart>")));
     EXPECT_EQ(run({"import", "Lossy.xml"}), 0);
     EXPECT_THAT(out.str(), HasSubstr("    Lost or changed: 1 x deadline, 1 x manual-task, "));
     EXPECT_THAT(out.str(), HasSubstr(" more kind"));
@@ -128,8 +128,9 @@ TEST_F(ImportCommandTest, mendsRefusedPlansAndTellsTheSteps) {
 }
 
 TEST_F(ImportCommandTest, improvesAllPlansOnlyWhenAsked) {
-    world.machine.addFile("/home/me/Lossy.xml",
-                          planOf(taskOf("<Deadline>2012-02-01T17:00:00</Deadline><Manual>1</Manual>")));
+    world.machine.addFile(
+        "/home/me/Lossy.xml",
+        planOf(taskOf("<Deadline>2012-02-01T17:00:00</Deadline><OutlineCode><ValueID>3</ValueID></OutlineCode>")));
     EXPECT_EQ(run({"import", "--mend=all", "Lossy.xml"}), 0);
     EXPECT_THAT(out.str(), HasSubstr("1 custom field\n    Mended: 1 x deadline-to-field: deadlines become a custom "
                                      "field of their tasks\n"));
@@ -321,7 +322,8 @@ TEST_F(ImportCommandTest, writesNoControlCharactersOfNames) {
 }
 
 TEST_F(ImportCommandTest, tellsCommandsThatWorkForOddNames) {
-    const std::string lossy = planOf(taskOf("<Deadline>2012-02-01T17:00:00</Deadline><Manual>1</Manual>"));
+    const std::string lossy =
+        planOf(taskOf("<Deadline>2012-02-01T17:00:00</Deadline><OutlineCode><ValueID>3</ValueID></OutlineCode>"));
     world.machine.addFile("/home/me/a\nb.xml", lossy);
     EXPECT_EQ(run({"import", "a\nb.xml"}), 0);
     EXPECT_THAT(out.str(), EndsWith("; all of it: mspdi losses $'a\\012b.xml'\n"));
