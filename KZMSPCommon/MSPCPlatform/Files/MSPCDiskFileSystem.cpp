@@ -37,6 +37,12 @@ std::optional<struct stat> statusOf(const std::string& path) {
     return found ? std::optional(status) : std::nullopt;
 }
 
+// The system would let a file take the place of "/dev/null", for everybody.
+bool leadsToDevice(const std::string& path) {
+    const auto status = statusOf(path);
+    return status && !S_ISREG(status->st_mode) && !S_ISDIR(status->st_mode);
+}
+
 int readAll(const MSPCFileDescriptor& file, std::string& bytes) {
     struct stat status {};
     if (::fstat(file.number(), &status) != 0) {
@@ -261,6 +267,9 @@ std::optional<std::string> MSPCDiskFileSystem::writeAtomically(const std::string
     const MSPCFileDescriptor folder(MSPCOpenFolderOf(path));
     if (!folder.isOpen()) {
         return MSPCSystemErrorText(errno);
+    }
+    if (leadsToDevice(path)) {
+        return "It is a device, a pipe or a socket, which no file replaces";
     }
     MSPCAtomicFile file(folder.number(), lastPathComponent(path));
     produce(file);

@@ -74,6 +74,16 @@ TEST_F(MSPCAtomicFileTest, replacesALinkAndNotItsTarget) {
     EXPECT_EQ(folder.contents("link"), "new");
 }
 
+TEST_F(MSPCAtomicFileTest, takesThePlaceOfNoDeviceAndNoPipe) {
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/null", folder / "link");
+    for (const std::string name : {"pipe", "link"}) {
+        EXPECT_EQ(write(folder / name, "x"), "It is a device, a pipe or a socket, which no file replaces") << name;
+    }
+    EXPECT_TRUE(std::filesystem::is_fifo(folder / "pipe"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+}
+
 TEST_F(MSPCAtomicFileTest, failsWhereTheFolderIsMissing) {
     EXPECT_EQ(write(folder / "none/a", "x"), "No such file or directory");
 }
