@@ -11,6 +11,7 @@
 #include "MSPCFileSystem.h"
 #include "MSPCMove.h"
 #include "MSPCPath.h"
+#include "MSPCRemoval.h"
 #include "MSPDIPlanLogs.h"
 
 namespace {
@@ -145,7 +146,10 @@ MSPDIImportedPlan MSPDIMigrationJob::import(const std::string& path, const std::
     return MSPDIPlanImporter(ofImport, std::move(options)).import(path);
 }
 
+// The record of the plan before is kept in the journal by now. It goes first: where a new file takes the place of an
+// old one in one step, the file system may write to the disk at once, which takes as long as a tenth of an import.
 std::optional<std::string> MSPDIMigrationJob::writeRecord(const std::string& work, const MSPDIMigrationRecord& record) {
+    MSPCRemoveItem(pathByAppendingComponent(work, recordName).c_str());
     return _services.fileSystem.writeAtomically(
         pathByAppendingComponent(work, recordName),
         [&](MSPCByteWriter& writer) { writer.write(MSPDILineOf(record, _outputFolder)); });

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "MSPCFileSystem.h"
+#include "MSPCGregorianCalendar.h"
 #include "MSPCMessage.h"
 #include "MSPCPath.h"
 #include "MSPCStandardTimeClock.h"
@@ -145,6 +146,13 @@ void tellResult(std::size_t all, const MSPDIMigration::Plans& plans, const MSPDI
     }
 }
 
+// "2026-03-01 09:05, mspdi 1.0", the time as the clocks of the machine's zone show it.
+std::string timeAndVersion(const MSPCServices& services) {
+    const auto now = MSPCGregorianCalendar(services.timeZone).fieldsOf(services.clock.now());
+    return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}, {}", now.year, now.month, now.day, now.hour, now.minute,
+                       MSPDIVersionText);
+}
+
 // Takes the lock, imports, and reports. Whatever ends it early is told.
 std::optional<std::string> migrated(MSPDIMigration& migration, const std::string& outputFolder, MSPDIRun& run) {
     auto failure = migration.takeLock([&run](const std::string& holder) {
@@ -160,7 +168,8 @@ std::optional<std::string> migrated(MSPDIMigration& migration, const std::string
     failure = migration.run([&progress](const auto& state) { progress.tell(state); });
     progress.finish();
     const auto unwritten = MSPDIWriteMigrationReports(
-        outputFolder, [&migration](const auto& take) { migration.forEachRecord(take); }, run.services.fileSystem);
+        outputFolder, timeAndVersion(run.services), [&migration](const auto& take) { migration.forEachRecord(take); },
+        run.services.fileSystem);
     return failure ? failure : unwritten;
 }
 

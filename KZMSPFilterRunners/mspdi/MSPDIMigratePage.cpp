@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "MSPCMessage.h"
+#include "MSPDIKinds.h"
 
 namespace {
 
@@ -29,7 +30,8 @@ h2 { font-size: 1.05rem; margin: 0 0 .4rem; }
 .sums table { border-collapse: collapse; width: 100%; }
 .sums td { border-bottom: 1px solid var(--line); padding: .2rem .3rem; vertical-align: top; }
 .sums td:first-child { text-align: right; white-space: nowrap; width: 1%; }
-td.number, th.number { text-align: right; font-variant-numeric: tabular-nums; }
+.sums small { display: block; opacity: .75; }
+td.number, th.number { font-variant-numeric: tabular-nums; }
 .tools { align-items: center; display: flex; flex-wrap: wrap; gap: .6rem; margin: 1rem 0 .6rem; }
 .tools input { flex: 1 1 18rem; }
 .tools input, .tools select, .tools button { font: inherit; padding: .3rem .5rem; }
@@ -42,15 +44,31 @@ td.number, th.number { text-align: right; font-variant-numeric: tabular-nums; }
 #plans td { overflow-wrap: anywhere; }
 #plans td:nth-child(1), #plans td:nth-child(3), #plans td:nth-child(5) { min-width: 11rem; }
 #plans td.number, #plans td.verdict { white-space: nowrap; overflow-wrap: normal; }
+#plans td.number, #plans th.number { text-align: right; }
 #plans tr:nth-child(even) td { background: var(--soft); }
 .imported { color: #177a3a; } .refused { color: #a65b00; } .unreadable, .failed { color: #b3261e; }
 @media (prefers-color-scheme: dark) {
   .imported { color: #6fd08c; } .refused { color: #f0b35e; } .unreadable, .failed { color: #ff8f86; }
 }
+@page { size: A4 landscape; margin: 10mm; }
 @media print {
-  body { font-size: 9pt; margin: 0; max-width: none; padding: 0; }
-  .tools { display: none; } #plans th { position: static; } .wide { overflow: visible; }
-  thead { display: table-header-group; } tr { break-inside: avoid; }
+  :root { color-scheme: light; --line: #8888; --soft: #eee; }
+  body { background: #fff; color: #000; font-size: 7.5pt; margin: 0; max-width: none; padding: 0; }
+  .sums { display: block; columns: 3; margin: 4mm 0; } .sums section { break-inside: avoid-column; margin-bottom: 4mm; }
+  .sums section:last-child { break-inside: auto; }
+  .tools input, .tools select, .tools button { display: none; } .tools { margin: 2mm 0; }
+  .wide { overflow: visible; }
+  #plans { table-layout: fixed; }
+  #plans th { position: static; }
+  #plans th, #plans td { padding: .6mm .8mm; }
+  #plans th:nth-child(n), #plans td:nth-child(n) { min-width: 0; }
+  #plans th:nth-child(1) { width: 19%; } #plans th:nth-child(2) { width: 6.5%; } #plans th:nth-child(3) { width: 13%; }
+  #plans th:nth-child(4) { width: 8%; } #plans th:nth-child(5) { width: 11%; } #plans th:nth-child(6) { width: 4.5%; }
+  #plans th:nth-child(7), #plans th:nth-child(8) { width: 6%; } #plans th:nth-child(9) { width: 8%; }
+  #plans th:nth-child(10) { width: 13%; } #plans th:nth-child(11) { width: 5%; }
+  .imported { color: #17703a; } .refused { color: #8a4b00; } .unreadable, .failed { color: #a3231c; }
+  a { color: inherit; }
+  thead { break-inside: avoid; display: table-header-group; } tr { break-inside: avoid; } h2 { break-after: avoid; }
 }
 </style>
 </head>
@@ -80,15 +98,19 @@ let order = plans.map((_, index) => index), sorted = -1, isDown = false, first =
 const byId = id => document.getElementById(id);
 const collator = new Intl.Collator("en", { numeric: true });
 
-function compare(one, other) {
-  const a = plans[one][sorted], b = plans[other][sorted];
-  if (isNumber.includes(sorted)) return (a === "" ? -1 : a) - (b === "" ? -1 : b);
-  return collator.compare(a, b);
+// The place of each plan among the values of a column, worked out once: to compare texts takes much longer than numbers.
+const ranks = [];
+function ranksBy(column) {
+  if (isNumber.includes(column)) return plans.map(plan => plan[column] === "" ? -1 : plan[column]);
+  const values = [...new Set(plans.map(plan => plan[column]))].sort(collator.compare);
+  const places = new Map(values.map((value, place) => [value, place]));
+  return plans.map(plan => places.get(plan[column]));
 }
 function sortBy(column) {
   isDown = sorted === column && !isDown;
   sorted = column;
-  order.sort((a, b) => (isDown ? -1 : 1) * compare(a, b) || a - b);
+  const rank = ranks[column] ??= ranksBy(column), sign = isDown ? -1 : 1;
+  order.sort((a, b) => sign * (rank[a] - rank[b]) || a - b);
   first = 0;
   show();
 }
@@ -142,8 +164,19 @@ for (const event of ["input", "change"]) {
 }
 byId("earlier").addEventListener("click", () => { first -= pageSize; show(); });
 byId("later").addEventListener("click", () => { first += pageSize; show(); });
-addEventListener("beforeprint", () => { showsAll = true; first = 0; show(); });
-addEventListener("afterprint", () => { showsAll = false; show(); });
+// On paper all rows stand below each other, and the heads as texts: a browser does not repeat buttons on each sheet.
+const buttons = [...document.querySelectorAll("#plans th button")];
+addEventListener("beforeprint", () => {
+  for (const button of buttons) button.replaceWith(button.textContent);
+  showsAll = true;
+  first = 0;
+  show();
+});
+addEventListener("afterprint", () => {
+  [...byId("plans").tHead.rows[0].cells].forEach((cell, column) => cell.replaceChildren(buttons[column]));
+  showsAll = false;
+  show();
+});
 show();
 </script>
 </body>
@@ -224,6 +257,13 @@ Sums sumsOf(const MSPDIMigrationRecords& records) {
     return sums;
 }
 
+// What a kind of loss means; empty where it is none that is known.
+std::string_view kindInWords(std::string_view name) {
+    const auto kinds = MSPDIKinds();
+    const auto index = MSPDIKindIndex(name);
+    return index < kinds.size() ? kinds[index].what : std::string_view();
+}
+
 void writeSums(std::string_view title, const std::map<std::string, std::size_t>& counts, std::ostream& out) {
     if (counts.empty()) {
         return;
@@ -232,7 +272,11 @@ void writeSums(std::string_view title, const std::map<std::string, std::size_t>&
     std::ranges::stable_sort(sorted, std::ranges::greater(), [](const auto& entry) { return entry.second; });
     out << "<section><h2>" << title << "</h2><table>\n";
     for (const auto& [name, count] : sorted) {
-        out << "<tr><td>" << count << "</td><td>" << inHTML(MSPCShownText(name).view()) << "</td></tr>\n";
+        out << "<tr><td>" << count << "</td><td>" << inHTML(MSPCShownText(name).view());
+        if (const auto words = kindInWords(name); !words.empty()) {
+            out << "<small>" << inHTML(words) << "</small>";
+        }
+        out << "</td></tr>\n";
     }
     out << "</table></section>\n";
 }
@@ -269,10 +313,12 @@ std::string MSPDISeconds(const MSPDIMigrationRecord& record) {
     return fmt::format("{}.{:03}", record.milliseconds / second, record.milliseconds % second);
 }
 
-void MSPDIWriteMigrationPage(const std::string& outputFolder, const MSPDIMigrationRecords& records, std::ostream& out) {
+void MSPDIWriteMigrationPage(const std::string& outputFolder, const std::string& made,
+                             const MSPDIMigrationRecords& records, std::ostream& out) {
     const auto sums = sumsOf(records);
     out << beginning << "<h1>Migration of " << sums.plans << (sums.plans == 1 ? " plan" : " plans") << "</h1>\n<p>"
-        << inHTML(MSPCShownText(outputFolder).view()) << "</p>\n<div class=\"sums\">\n";
+        << inHTML(MSPCShownText(outputFolder).view()) << "<br>\n<span id=\"made\">" << inHTML(made)
+        << "</span></p>\n<div class=\"sums\">\n";
     writeSums("Verdicts", sums.verdicts, out);
     writeSums("Reasons", sums.reasons, out);
     writeSums("Lost or changed, by kind", sums.losses, out);

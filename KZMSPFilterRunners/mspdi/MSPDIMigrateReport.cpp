@@ -127,14 +127,14 @@ void writeFailed(const MSPDIMigrationRecords& records, std::ostream& out) {
 
 }  // namespace
 
-std::optional<std::string> MSPDIWriteMigrationReports(const std::string& outputFolder,
+std::optional<std::string> MSPDIWriteMigrationReports(const std::string& outputFolder, const std::string& made,
                                                       const MSPDIMigrationRecords& records,
                                                       MSPCFileSystem& fileSystem) {
     using Write = std::function<void(std::ostream&)>;
     const std::array<std::pair<std::string_view, Write>, 4> reports{
         {{"report.tsv", [&](std::ostream& out) { writeTable(records, out); }},
          {"report.json", [&](std::ostream& out) { writeJSON(records, out); }},
-         {"report.html", [&](std::ostream& out) { MSPDIWriteMigrationPage(outputFolder, records, out); }},
+         {"report.html", [&](std::ostream& out) { MSPDIWriteMigrationPage(outputFolder, made, records, out); }},
          {"failed.txt", [&](std::ostream& out) { writeFailed(records, out); }}}};
     for (const auto& [name, write] : reports) {
         const auto path = pathByAppendingComponent(outputFolder, name);

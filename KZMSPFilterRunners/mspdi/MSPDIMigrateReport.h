@@ -12,10 +12,11 @@ class MSPCFileSystem;
 //
 //   report.tsv    a line for each plan, behind one with the names of the columns
 //   report.json   the same in the form of share/mspdi/migrate.schema.json
-//   report.html   a page for people, which needs nothing else
+//   report.html   a page for people, which needs nothing else; `made` on it says when, and by what
 //   failed.txt    a list of the plans that are not imported
 //
 // None, or the first failure, in one line that names the file.
 [[nodiscard]] std::optional<std::string> MSPDIWriteMigrationReports(const std::string& outputFolder,
+                                                                    const std::string& made,
                                                                     const MSPDIMigrationRecords& records,
                                                                     MSPCFileSystem& fileSystem);

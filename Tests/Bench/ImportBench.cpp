@@ -96,13 +96,27 @@ void measureHugePlan(const Setup& setup) {
     verdict(figures.exitStatus == 0 && figures.peakMebibytes < 6 * 1024, "finishes in less than 6 GiB");
 }
 
-ProcessFigures timedList(const Setup& setup, std::int64_t count) {
-    const auto folder = setup.scratch / "plans";
-    fs::create_directories(folder);
-    const auto listPath = setup.scratch / "list.txt";
-    std::FILE* const list = std::fopen(listPath.c_str(), "wb");
+// A list of generated plans of 30 tasks in files that go away with this object.
+class PlanList {
+public:
+    PlanList(const Setup& setup, std::int64_t count);
+    PlanList(const PlanList&) = delete;
+    PlanList& operator=(const PlanList&) = delete;
+    ~PlanList() { fs::remove_all(_folder); }
+
+    [[nodiscard]] std::string path() const { return _path.string(); }
+
+private:
+    fs::path _folder;
+    fs::path _path;
+};
+
+PlanList::PlanList(const Setup& setup, std::int64_t count)
+    : _folder(setup.scratch / "plans"), _path(setup.scratch / "list.txt") {
+    fs::create_directories(_folder);
+    std::FILE* const list = std::fopen(_path.c_str(), "wb");
     for (std::int64_t i = 0; i < count; ++i) {
-        const auto path = folder / fmt::format("plan{}.xml", i);
+        const auto path = _folder / fmt::format("plan{}.xml", i);
         std::FILE* const file = std::fopen(path.c_str(), "wb");
         generatePlan({.tasks = 30, .seed = static_cast<std::uint64_t>(i + 1)},
                      [file](std::string_view piece) { std::fwrite(piece.data(), 1, piece.size(), file); });
@@ -110,10 +124,15 @@ ProcessFigures timedList(const Setup& setup, std::int64_t count) {
         fmt::print(list, "{}\n", path.string());
     }
     std::fclose(list);
-    const auto figures = timedRun({setup.program, "--template-path", setup.kdzxTemplate, "--input-list",
-                                   listPath.string(), emptiedOutput(setup).string()});
-    fs::remove_all(folder);
-    return figures;
+}
+
+ProcessFigures timedList(const Setup& setup, const PlanList& plans) {
+    return timedRun({setup.program, "--template-path", setup.kdzxTemplate, "--input-list", plans.path(),
+                     emptiedOutput(setup).string()});
+}
+
+ProcessFigures timedList(const Setup& setup, std::int64_t count) {
+    return timedList(setup, PlanList(setup, count));
 }
 
 void measureList(const Setup& setup) {
@@ -123,6 +142,36 @@ void measureList(const Setup& setup) {
                many.seconds, many.peakMebibytes, few.peakMebibytes);
     verdict(many.exitStatus == 0 && many.seconds <= 3, "at most 3 ms a plan");
     verdict(many.peakMebibytes <= few.peakMebibytes + 2, "memory flat over the list");
+}
+
+ProcessFigures timedMigration(const Setup& setup, const PlanList& plans, std::vector<std::string> options) {
+    std::vector<std::string> command = {(fs::path(setup.program).parent_path() / "mspdi").string(), "migrate",
+                                        plans.path(), "-o", emptiedOutput(setup).string()};
+    command.insert(command.end(), options.begin(), options.end());
+    return timedRun(command);
+}
+
+// The list by one process against `mspdi migrate` by one for each processor. Wall-clock times are those of a machine
+// that has nothing else to do; the processor time says how much of it there is to share.
+void measureMigration(const Setup& setup, std::vector<std::string> options, double mostTimes) {
+    constexpr std::int64_t count = 10'000;
+    constexpr int pairs = 3;
+    const PlanList plans(setup, count);
+    std::vector<double> wall;
+    std::vector<double> processors;
+    bool isWhole = true;
+    for (int pair = 0; pair < pairs; ++pair) {
+        const auto list = timedList(setup, plans);
+        const auto migration = timedMigration(setup, plans, options);
+        isWhole = isWhole && list.exitStatus == 0 && migration.exitStatus == 0;
+        wall.push_back(migration.seconds / list.seconds);
+        processors.push_back(migration.processorSeconds / list.processorSeconds);
+    }
+    fmt::print(
+        "migration of {} plans of 30 tasks{}: {:.2f} times the time of one list, {:.2f} times its processor time\n",
+        count, options.empty() ? "" : ", " + options.front(), median(wall), median(processors));
+    verdict(isWhole && median(wall) <= mostTimes,
+            fmt::format("at most {} times the time on two processors", mostTimes));
 }
 
 void measureSmallPlan(const Setup& setup) {
@@ -149,6 +198,10 @@ void measureAll(const Setup& setup) {
     }
     if (isWanted(setup, "list")) {
         measureList(setup);
+    }
+    if (isWanted(setup, "migration")) {
+        measureMigration(setup, {"--no-losses"}, 0.75);
+        measureMigration(setup, {}, 1.5);
     }
     if (isWanted(setup, "small")) {
         measureSmallPlan(setup);

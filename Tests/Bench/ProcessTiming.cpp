@@ -25,6 +25,10 @@ namespace {
     _exit(127);
 }
 
+double secondsOf(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
 }  // namespace
 
 ProcessFigures timedRun(const std::vector<std::string>& command) {
@@ -39,7 +43,8 @@ ProcessFigures timedRun(const std::vector<std::string>& command) {
         throw std::runtime_error("cannot run " + command.front());
     }
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-    return {elapsed.count(), static_cast<double>(usage.ru_maxrss) / 1024.0,
+    return {elapsed.count(), secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime),
+            static_cast<double>(usage.ru_maxrss) / 1024.0,
             WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status)};
 }
 

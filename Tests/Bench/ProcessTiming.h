@@ -5,9 +5,10 @@
 
 // What the operating system says of one finished process.
 struct ProcessFigures {
-    double seconds = 0;        // wall clock
-    double peakMebibytes = 0;  // largest resident set
-    int exitStatus = 0;        // 128 + n after signal n
+    double seconds = 0;           // wall clock
+    double processorSeconds = 0;  // its own and those of the processes that it has waited for
+    double peakMebibytes = 0;     // largest resident set
+    int exitStatus = 0;           // 128 + n after signal n
 };
 
 // Runs a program to its end with standard output and standard error thrown away.

@@ -51,12 +51,15 @@ class Texts:
         self.given += 1
         return TEXTS[self.given % len(TEXTS)].replace("\r", RETURN)
 
+    def title(self):
+        return ENDING
+
 
 def filled_value(name, value, texts, ids, shaping, keeps_shape):
     if name in NEVER or value in SCENARIO_NAMES or (keeps_shape and name in shaping):
         return value
     if name == "title-of-document":
-        return ENDING
+        return texts.title()
     return ids.setdefault(value, f"{texts.next()} {len(ids)}") if name in REFERENCES | REFERRING_TEXTS else texts.next()
 
 
@@ -69,6 +72,9 @@ class Signs:
     def next(self):
         self.given += 1
         return f"\u03a9{self.given}"
+
+    def title(self):
+        return self.next()
 
 
 def fill_document(bundle, target, keeps_shape, texts=None):
@@ -111,7 +117,7 @@ def fill_plan(path, target, texts=None):
     for element in tree.iter():
         name = element.tag.rpartition("}")[2]
         if len(element) == 0 and element.text and not VALUE.match(element.text):
-            element.text = ENDING if name == "Title" else texts.next()
+            element.text = texts.title() if name == "Title" else texts.next()
         for further in FURTHER.get(name, ()) if len(element) else ():
             if element.find(f"{{{PLAN}}}{further}") is None:
                 ElementTree.SubElement(element, f"{{{PLAN}}}{further}").text = texts.next()

@@ -105,6 +105,10 @@ bool MSPCRemoveItem(int folder, const char* name) noexcept {
     return removeItem(folder, name, mostLevels);
 }
 
+bool MSPCRemoveItem(const char* path) noexcept {
+    return MSPCRemoveItem(AT_FDCWD, path);
+}
+
 bool MSPCIsRemovable(int folder, const char* name) {
     struct stat status {};
     return ::fstat(folder, &status) == 0 && isRemovable(folder, name, status.st_dev, mostLevels);

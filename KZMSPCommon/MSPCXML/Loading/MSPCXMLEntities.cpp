@@ -8,8 +8,13 @@
 
 namespace {
 
+// As the parser bounds what references make that it copies.
 constexpr std::size_t MostText = 10'000'000;
 constexpr std::size_t MostTextPerByte = 10;
+// What is looked at again for each reference, whatever comes of it.
+constexpr std::size_t MostInValues = std::size_t{64} * 1'024;
+constexpr std::size_t MostInDeclarations = std::size_t{64} * 1'024;
+constexpr std::size_t SizeOfReference = 16;  // what one to nothing counts for
 // Around the name of an entity. Neither is a character of XML, so that no text of a tree holds one.
 constexpr char MarkStart = '\x01';
 constexpr char MarkEnd = '\x02';
@@ -22,10 +27,8 @@ std::string_view viewOf(const xmlChar* text) {
     return text == nullptr ? std::string_view() : reinterpret_cast<const char*>(text);
 }
 
-// The content belongs to the entity once the parser has read it; before, and where it is broken, there is none.
-bool isRead(const xmlEntity* entity) {
-    return entity != nullptr && entity->etype == XML_INTERNAL_GENERAL_ENTITY && entity->children != nullptr &&
-           entity->owner != 0;
+bool hasNodes(const xmlEntity& entity) {
+    return entity.children != nullptr && entity.owner != 0;
 }
 
 std::string writtenContentOf(const xmlEntity& entity) {
@@ -45,19 +48,59 @@ struct MSPCXMLEntities::Entry {
     std::string text;  // markup, entities within it included
 };
 
-MSPCXMLEntities::MSPCXMLEntities(std::size_t documentSize)
-    : _mostText(std::max(MostText, MostTextPerByte * documentSize)) {
+MSPCXMLEntities::MSPCXMLEntities(std::size_t documentSize) : _documentSize(documentSize) {
 }
 
 MSPCXMLEntities::~MSPCXMLEntities() = default;
 
-xmlEntity* MSPCXMLEntities::markFor(xmlEntity* entity) {
-    if (!isRead(entity)) {
+bool MSPCXMLEntities::isBeyondMeasure() const {
+    const auto most = [this](std::size_t atLeast) { return std::max(atLeast, MostTextPerByte * _documentSize); };
+    return _hasLoop || _textSize > most(MostText) || _sizeInValues > most(MostInValues) ||
+           _sizeInDeclarations > MostInDeclarations;
+}
+
+xmlEntity* MSPCXMLEntities::markFor(xmlEntity* entity, const void* parser) {
+    if (entity == nullptr || entity->etype != XML_INTERNAL_GENERAL_ENTITY) {
         return entity;
+    }
+    if (!isRead(*entity, parser)) {
+        return _hasLoop ? nullptr : entity;
     }
     auto& entry = entryOf(*entity);
     _textSize += entry.text.size();
     return &entry.standIn;
+}
+
+// The nodes belong to the entity once the parser has read its content; for content that is empty, or broken, there are
+// none, and it would be read again for each reference.
+bool MSPCXMLEntities::isRead(const xmlEntity& entity, const void* parser) {
+    if (hasNodes(entity)) {
+        return true;
+    }
+    const auto name = viewOf(entity.name);
+    const auto isHere = [&](const auto& open) { return open.first == parser; };
+    _open.erase(std::find_if(_open.begin(), _open.end(), isHere), _open.end());
+    _hasLoop = std::any_of(_open.begin(), _open.end(), [&](const auto& open) { return open.second == name; });
+    if (_hasLoop) {
+        return false;
+    }
+    if (!_begun.emplace(name).second) {
+        return true;
+    }
+    _open.emplace_back(parser, name);
+    return false;
+}
+
+void MSPCXMLEntities::countInValue(const xmlEntity* entity) {
+    if (entity != nullptr) {
+        _sizeInValues += SizeOfReference + viewOf(entity->content).size();
+    }
+}
+
+void MSPCXMLEntities::countInDeclarations(const xmlEntity* entity) {
+    if (entity != nullptr) {
+        _sizeInDeclarations += SizeOfReference + viewOf(entity->content).size();
+    }
 }
 
 MSPCXMLEntities::Entry& MSPCXMLEntities::entryOf(const xmlEntity& entity) {

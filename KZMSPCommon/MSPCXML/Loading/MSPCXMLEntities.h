@@ -4,7 +4,10 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 struct _xmlEntity;  // NOLINT(bugprone-reserved-identifier): libxml2's name for it
 
@@ -14,19 +17,23 @@ struct _xmlEntity;  // NOLINT(bugprone-reserved-identifier): libxml2's name for 
 // content is written as takes its place in what the tree is written as.
 class MSPCXMLEntities {
 public:
-    // How much text the references of `documentSize` bytes may make before `isBeyondMeasure()`: as libxml2 bounds what
-    // references make that it copies.
+    // Of `documentSize` bytes, by which it is measured what their references may make and have the parser look at.
     explicit MSPCXMLEntities(std::size_t documentSize);
     MSPCXMLEntities(const MSPCXMLEntities&) = delete;
     MSPCXMLEntities& operator=(const MSPCXMLEntities&) = delete;
     ~MSPCXMLEntities();
 
-    // An entity whose text is the mark of a reference to this one. It is one of those that the parser adds to the text
-    // where it is, like "&amp;"; it belongs to this object. `entity` itself until the parser has read its content and
-    // knows it to be well-formed, and where there is none.
-    [[nodiscard]] _xmlEntity* markFor(_xmlEntity* entity);
+    // For a reference within content that `parser` sees: an entity whose text is the mark of a reference to this one.
+    // It is one of those that the parser adds to the text where it is, like "&amp;"; it belongs to this object.
+    // `entity` itself when the parser has not read its content yet, none within that content, where it is a loop.
+    [[nodiscard]] _xmlEntity* markFor(_xmlEntity* entity, const void* parser);
+    // For references elsewhere, which the parser writes out itself: within values of attributes,
+    void countInValue(const _xmlEntity* entity);
+    // and to entities of declarations.
+    void countInDeclarations(const _xmlEntity* entity);
+
     [[nodiscard]] bool hasMarks() const { return !_entries.empty(); }
-    [[nodiscard]] bool isBeyondMeasure() const { return _textSize > _mostText; }
+    [[nodiscard]] bool isBeyondMeasure() const;
 
     // What a tree with such marks was written as, with the text of the entities in their places.
     [[nodiscard]] std::string withTexts(std::string written) const;
@@ -34,10 +41,18 @@ public:
 private:
     struct Entry;
 
+    [[nodiscard]] bool isRead(const _xmlEntity& entity, const void* parser);
     [[nodiscard]] Entry& entryOf(const _xmlEntity& entity);
 
-    std::size_t _mostText;
-    std::size_t _textSize = 0;  // of all references so far
+    std::size_t _documentSize;
+    // Of all references so far.
+    std::size_t _textSize = 0;
+    std::size_t _sizeInValues = 0;
+    std::size_t _sizeInDeclarations = 0;
+    bool _hasLoop = false;
+    // Those whose content is being read, each within the one before, with the parser that came upon it.
+    std::vector<std::pair<const void*, std::string>> _open;
+    std::set<std::string, std::less<>> _begun;  // those whose content was, or is being read
     // By name; ordered, since a plan chooses the names.
     std::map<std::string, std::unique_ptr<Entry>, std::less<>> _entries;
 };

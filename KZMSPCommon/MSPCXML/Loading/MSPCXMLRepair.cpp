@@ -233,18 +233,57 @@ void declareAttribute(void* context, const xmlChar* element, const xmlChar* name
     stopAtTooManyDeclarations(*static_cast<xmlParserCtxt*>(context));
 }
 
+// Whether the parser only reports a reference to an entity that is not declared, and drops it.
+bool dropsUndeclared(const xmlParserCtxt& parser) {
+    return parser.standalone == 1 || (parser.hasExternalSubset == 0 && parser.hasPErefs == 0);
+}
+
+void keepAsText(void* context, std::string_view reference) {
+    xmlSAX2Characters(context, reinterpret_cast<const xmlChar*>(reference.data()), static_cast<int>(reference.size()));
+}
+
+xmlEntityPtr entityInContent(xmlParserCtxt& parser, const xmlChar* name, xmlEntityPtr entity, Report& report) {
+    if (parser.recovery != 0) {
+        parser.wellFormed = 1;  // behind an error the parser would drop all references
+        if (entity == nullptr && dropsUndeclared(parser)) {
+            keepAsText(&parser, std::string("&").append(reinterpret_cast<const char*>(name)).append(";"));
+        }
+    }
+    return report.entities.markFor(entity, &parser);
+}
+
 xmlEntityPtr entityNamed(void* context, const xmlChar* name) {
     auto& parser = *static_cast<xmlParserCtxt*>(context);
     auto* const entity = xmlSAX2GetEntity(context, name);
     auto* const report = static_cast<Report*>(parser._private);
-    if (report == nullptr || parser.instate != XML_PARSER_CONTENT) {
+    if (report == nullptr) {
         return entity;
     }
-    if (report->entities.isBeyondMeasure()) {
+    if (report->hasFlood || report->entities.isBeyondMeasure()) {
         stop(parser);
         return nullptr;
     }
-    return report->entities.markFor(entity);
+    if (parser.instate == XML_PARSER_CONTENT) {
+        return entityInContent(parser, name, entity, *report);
+    }
+    report->entities.countInValue(entity);
+    return entity;
+}
+
+// Left alone the parser may walk in circles where entities of declarations multiply.
+xmlEntityPtr parameterEntityNamed(void* context, const xmlChar* name) {
+    auto& parser = *static_cast<xmlParserCtxt*>(context);
+    auto* const entity = xmlSAX2GetParameterEntity(context, name);
+    auto* const report = static_cast<Report*>(parser._private);
+    if (report == nullptr) {
+        return entity;
+    }
+    report->entities.countInDeclarations(entity);
+    if (report->hasFlood || report->entities.isBeyondMeasure()) {
+        stop(parser);
+        return nullptr;
+    }
+    return entity;
 }
 
 // Tells nobody what it sees, and makes no tree.
@@ -260,6 +299,7 @@ void useForTree(xmlSAXHandler& sax) {
     sax.serror = noteError;
     sax.startElementNs = startElement;
     sax.getEntity = entityNamed;
+    sax.getParameterEntity = parameterEntityNamed;
     sax.entityDecl = declareEntity;
     sax.attributeDecl = declareAttribute;
 }

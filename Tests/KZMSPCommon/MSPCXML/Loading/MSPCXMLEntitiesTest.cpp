@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <random>
 #include <vector>
 
@@ -81,6 +82,51 @@ TEST(MSPCXMLEntities, whatReferencesMakeIsTenMegabytesAtMost) {
     constexpr std::size_t root = 19;
     EXPECT_EQ(sizeOf(10'001), root + 1'000 * 10'001);
     EXPECT_EQ(sizeOf(10'002), std::string_view("(none)").size());
+}
+
+std::string times(std::size_t count, std::string_view piece) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i) {
+        all += piece;
+    }
+    return all;
+}
+
+TEST(MSPCXMLEntities, referencesBehindBrokenMarkupKeepTheirText) {
+    const std::string declarations = "<!ENTITY e 'x y'><!ENTITY t '<Task/>'>";
+    EXPECT_EQ(markupWith(declarations, "<X a=b/>&e;&t;&e;"),
+              "<Project><X/>b/&gt;x y<Task/>x y</Project> AttValue: \" or ' expected");
+    EXPECT_EQ(markupWith(declarations, "A&nbsp;B&e;"), "<Project>A&amp;nbsp;Bx y</Project> Entity 'nbsp' not defined");
+    EXPECT_EQ(
+        markupWith(declarations, "\xff&e;"),
+        "<Project>\xef\xbf\xbdx y</Project> Input is not proper UTF-8, indicate encoding !\nBytes: 0xFF 0x26 0x65 "
+        "0x3B");
+}
+
+TEST(MSPCXMLEntities, loopsAreRefusedBehindBrokenMarkupToo) {
+    const std::string loop = "<!ENTITY a '&b;&b;'><!ENTITY b '&a;&a;'>";
+    EXPECT_EQ(markupWith(loop, "&a;"), "(none)");
+    EXPECT_EQ(markupWith(loop, "<X a=b/>&a;"), "(none)");
+}
+
+// Nothing may come of them, but the parser looks at them each time.
+TEST(MSPCXMLEntities, referencesToNothingCostNoMoreThanOthers) {
+    const auto start = std::chrono::steady_clock::now();
+    const auto declarations = "<!ENTITY e ''><!ENTITY f '" + times(15'000, "&e;") + "'>";
+    EXPECT_EQ(markupWith(declarations, "<a/>" + times(200'000, "&f;")), "<Project><a/></Project>");
+    EXPECT_EQ(markupWith(declarations, "<a b='" + times(200'000, "&f;") + "'/>"), "(none)");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+TEST(MSPCXMLEntities, entitiesOfDeclarationsMultiplyNothing) {
+    std::string nested = "<!ENTITY % e0 ''>";
+    for (int level = 1; level <= 4; ++level) {
+        nested += "<!ENTITY % e" + std::to_string(level) + " '" +
+                  times(10, "&#37;e" + std::to_string(level - 1) + ";") + "'>";
+    }
+    EXPECT_EQ(markupWith(nested + "%e4;", ""), "(none)");
+    EXPECT_EQ(markupWith("<!ENTITY % a '" + times(1'000, "<!---->") + "'>" + times(2'000, "%a;"), ""), "(none)");
+    EXPECT_EQ(markupWith("<!ENTITY % a '<!ENTITY b \"c\">'>%a;", "&b;"), "<Project>c</Project>");
 }
 
 // What stands for a reference is what its entity was declared as, so writing the references out by hand beforehand
