@@ -67,8 +67,8 @@ TEST_F(ImportCommandTest, tellsTheFolderAsItWasNamed) {
 TEST_F(ImportCommandTest, tellsTheMostImportantLossesAndTheNumberOfTheOthers) {
     world.machine.addFile(
         "/home/me/Lossy.xml",
-        planOf("<Author>Ann</Author>" + taskOf("<Deadline>2012-02-01T17:00:00</Deadline><OutlineCode><ValueID>3</"
-                                               "ValueID></OutlineCode><WBS>A.1</WBS><Contact>Bo</Contact>"
+        planOf("<Author>Ann</Author>" + taskOf("<Deadline>2012-02-01T17:00:00</Deadline><Manual>1</Manual>"
+                                               "<WBS>A.1</WBS><Contact>Bo</Contact>"
                                                "<FixedCostAccrual>2</FixedCostAccrual><Hyperlink>h</Hyperlink><Odd>1</"
                                                "Odd><ActualStart>2012-01-10T08:00:00</ActualStart>")));
     EXPECT_EQ(run({"import", "Lossy.xml"}), 0);
