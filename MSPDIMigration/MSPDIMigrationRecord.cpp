@@ -150,7 +150,7 @@ std::optional<MSPDIMigrationRecord> MSPDIRecordFrom(std::string_view line, const
         return std::nullopt;
     }
     if (fields.size() == firstFieldCount + 1) {
-        fields.back() = "0";
+        fields.back().assign(1, '0');  // g++ 12 warns of a literal here under the sanitizers
         fields.resize(fieldCount + 1);
     }
     for (auto& field : fields) {
