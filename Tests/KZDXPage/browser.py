@@ -166,8 +166,9 @@ class Browser:
         self.find(selector).click()
 
     def button(self, text, within="body"):
-        buttons = [button for button in self.all(f"{within} button") if button.text == text and button.is_displayed()]
-        expect(len(buttons) == 1, "buttons", text, [button.text for button in self.all(f"{within} button")])
+        buttons = self.run("""return [...document.querySelectorAll(`${arguments[1]} button`)].filter(
+            button => button.getClientRects().length > 0 && button.innerText.trim() === arguments[0])""", text, within)
+        expect(len(buttons) == 1, "buttons", text, len(buttons))
         return buttons[0]
 
     def choose(self, label, option):
