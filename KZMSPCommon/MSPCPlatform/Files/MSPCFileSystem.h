@@ -88,9 +88,10 @@ public:
     [[nodiscard]] virtual std::optional<std::string> createFolder(const std::string& path) = 0;
     // Takes a folder away that holds nothing; any other stays, and so does one that cannot be removed.
     virtual void removeEmptyFolder(const std::string& path) { static_cast<void>(path); }
-    // Writes a file through a temporary one in the same folder that then takes its name: afterwards the file is either
-    // complete or as it was before, and no temporary file stays. A link with that name is replaced, its target is not
-    // written. `produce` is called once and writes the content; what it throws passes through after the clean-up.
+    // Writes a file through a temporary one in its folder that then takes its name: afterwards it is either complete or
+    // as it was before, and no temporary file stays. A link is replaced, its target not written; what is or leads to a
+    // device, pipe or socket is a failure. `produce` is called once and writes the content; what it throws passes
+    // through after the clean-up.
     [[nodiscard]] virtual std::optional<std::string> writeAtomically(
         const std::string& path, const std::function<void(MSPCByteWriter&)>& produce) = 0;
     // Brings everything to the disk that was written below these folders, so that it outlives a power failure; before
