@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
@@ -9,6 +10,23 @@
 
 // Whether a text stands in JSON as it is: ASCII without control characters, quotation marks and backslashes.
 [[nodiscard]] bool MSPDIIsPlainInJSON(std::string_view text);
+
+// Bytes on their way to a stream, which gets them by large pieces.
+class MSPDIUnwrittenBytes {
+public:
+    // The stream outlives this object.
+    explicit MSPDIUnwrittenBytes(std::ostream& out) : _out(out) {}
+
+    void add(std::string_view bytes) { add({bytes}); }
+    // One behind the other. Faster than each on its own: there may be hundreds of megabytes of short pieces.
+    void add(std::initializer_list<std::string_view> pieces);
+    void flush();
+
+private:
+    std::ostream& _out;
+    std::vector<char> _bytes;  // the first `_size` of them
+    std::size_t _size = 0;
+};
 
 // Writes a document of JSON (RFC 8259) bit by bit, with two blanks of indentation a level, so that none as a whole is
 // in the memory. What could drive a terminal or turn the order of what is read around (see MSPCShownText) stands in its
@@ -19,7 +37,7 @@
 class MSPDIJSONWriter {
 public:
     // The stream outlives the writer.
-    explicit MSPDIJSONWriter(std::ostream& out) : _out(out) {}
+    explicit MSPDIJSONWriter(std::ostream& out) : _unwritten(out) {}
 
     void beginObject();
     void endObject();
@@ -28,22 +46,23 @@ public:
     void key(std::string_view name);
     void text(std::string_view text);
     void value(const nlohmann::ordered_json& json);
-    // A key and its text, both plain: they are not looked at.
-    void plainMember(std::string_view name, std::string_view text);
+    // A key and its text.
+    void member(std::string_view name, std::string_view text);
+    // The same, as it is to stand in the document behind its first quotation mark, in two pieces.
+    void plainMember(std::string_view start, std::string_view end);
     // The line feed behind the document.
     void finish();
 
 private:
     void begin(char bracket);
     void end(char bracket);
-    // What stands between this value or key and what comes before.
-    void separate();
-    void breakLine();
-    void flush();
+    // What stands between this value or key and what comes before; it counts as written.
+    [[nodiscard]] std::string_view separator();
+    void separate() { _unwritten.add(separator()); }
 
-    std::ostream& _out;
-    std::string _unwritten;
-    std::vector<bool> _hold;  // whether the open objects and arrays hold anything so far
+    MSPDIUnwrittenBytes _unwritten;
+    std::string _separator = ",\n";  // with the indentation of what the innermost open object or array holds
+    std::vector<bool> _hold;         // whether the open objects and arrays hold anything so far
     bool _isBehindKey = false;
 };
 
