@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <vector>
 
 #include "MSPCCharacters.h"
@@ -26,13 +25,10 @@ constexpr std::size_t longestNumber = 10;
 void appendNumber(std::size_t number, std::string& bytes) {
     constexpr std::size_t bits = 7;
     constexpr std::size_t more = 1U << bits;
-    std::array<char, longestNumber> form{};
-    std::size_t size = 0;
     for (; number >= more; number >>= bits) {
-        form[size++] = static_cast<char>(number % more + more);
+        bytes.push_back(static_cast<char>(number % more + more));
     }
-    form[size++] = static_cast<char>(number);
-    bytes.append(form.data(), size);
+    bytes.push_back(static_cast<char>(number));
 }
 
 std::size_t takeNumber(std::string_view& bytes) {

@@ -15,8 +15,6 @@
 
 namespace {
 
-// Real plans have ten. Their paths would take more than the square of the plan.
-constexpr std::size_t mostLevels = 256;
 constexpr std::string_view unknownElement = "unknown-element";
 constexpr std::string_view resourceWeek = "resource-week";
 
@@ -516,9 +514,7 @@ void MSPDILeafWalk::enterChild(const MSPCXMLNode& node, const MSPDIItem& item) {
 }
 
 std::size_t MSPDILeafWalk::numberOfChild(const MSPCXMLNode& node, const MSPDIElementTree* known) {
-    if (_steps.size() >= mostLevels) {
-        throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
-    }
+    MSPDIExpectFewLevels(_steps.size());
     if (_hasPassed) {
         return _passed.next().number;
     }

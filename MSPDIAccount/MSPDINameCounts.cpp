@@ -4,7 +4,15 @@
 #include <functional>
 #include <utility>
 
+#include "MSPCException.h"
 #include "MSPDIElementTree.h"
+
+void MSPDIExpectFewLevels(std::size_t levels) {
+    constexpr std::size_t most = 256;
+    if (levels >= most) {
+        throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
+    }
+}
 
 std::string_view MSPDIWithoutPrefix(std::string_view name) {
     const auto colon = name.rfind(':');

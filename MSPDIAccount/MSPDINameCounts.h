@@ -7,6 +7,11 @@
 
 class MSPDIElementTree;
 
+// Raises `MSPCInternalInconsistency` "Elements are nested too deeply to be told one by one." for an element with so
+// many around it. Real plans have ten levels; the paths of those that have hundreds of thousands would take more than
+// the square of the plan.
+void MSPDIExpectFewLevels(std::size_t levels);
+
 // "Name" of "x:Name".
 [[nodiscard]] std::string_view MSPDIWithoutPrefix(std::string_view name);
 

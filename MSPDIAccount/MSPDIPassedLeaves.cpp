@@ -131,6 +131,8 @@ MSPDIPassedLeaves::Judgement MSPDIPassedLeaves::judgementOf(const MSPDIElementTr
 }
 
 MSPDIPassedLeaves::Passed& MSPDIPassedLeaves::keep(const MSPDIElementTree* known, std::string_view name) {
+    constexpr std::size_t levelsAroundPiece = 2;  // the project and the list
+    MSPDIExpectFewLevels(_depth + levelsAroundPiece);
     auto& parent = _open[_depth - 1];
     const auto number = known != nullptr
                             ? parent.counts.next(name, known)

@@ -37,7 +37,7 @@ public:
 
     explicit MSPDIPassedLeaves(bool keepsAll);
 
-    // A piece begins that the table knows.
+    // A piece begins that the table knows. Where all are kept what follows raises what `MSPDIExpectFewLevels` raises.
     void beginPiece(const MSPDIElementTree* known);
     void beginElement(std::string_view name);
     void endElement();

@@ -31,8 +31,8 @@ void addEscaped(std::string_view json, MSPDIUnwrittenBytes& out) {
         const auto length = MSPCLengthOfCharacter(rest);
         if (MSPCShownText(rest.substr(0, length)).view() != rest.substr(0, length)) {
             const auto character = MSPCCharacterOfLength(rest, length);
-            out.add({json.substr(written, position - written),
-                     fmt::format("\\u{:04x}", static_cast<std::uint32_t>(character))});
+            out.add(json.substr(written, position - written),
+                    fmt::format("\\u{:04x}", static_cast<std::uint32_t>(character)));
             written = position + length;
         }
         position += length;
@@ -46,7 +46,7 @@ bool isPlain(char byte) {
 
 void addText(std::string_view text, MSPDIUnwrittenBytes& out) {
     if (MSPDIIsPlainInJSON(text)) {
-        out.add({"\"", text, "\""});
+        out.add("\"", text, "\"");
         return;
     }
     const nlohmann::ordered_json json = text;
@@ -76,25 +76,16 @@ bool MSPDIIsPlainInJSON(std::string_view text) {
     return found == 0 && std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
 }
 
-void MSPDIUnwrittenBytes::add(std::initializer_list<std::string_view> pieces) {
+void MSPDIUnwrittenBytes::flushAndReserve(std::size_t size) {
     constexpr std::size_t room = 65'536;
-    std::size_t size = 0;
-    for (const auto& piece : pieces) {
-        size += piece.size();
-    }
-    if (_size + size > _bytes.size()) {
-        flush();
-        _bytes.resize(std::max({_bytes.size(), room, size}));
-    }
-    for (const auto& piece : pieces) {
-        std::copy(piece.begin(), piece.end(), _bytes.data() + _size);
-        _size += piece.size();
-    }
+    flush();
+    _bytes.resize(std::max({_bytes.size(), room, size}));
+    _end = _bytes.data();
 }
 
 void MSPDIUnwrittenBytes::flush() {
-    _out << std::string_view(_bytes.data(), _size);
-    _size = 0;
+    _out << std::string_view(_bytes.data(), static_cast<std::size_t>(_end - _bytes.data()));
+    _end = _bytes.data();
 }
 
 void MSPDIJSONWriter::beginObject() {
@@ -127,7 +118,7 @@ void MSPDIJSONWriter::text(std::string_view text) {
 
 void MSPDIJSONWriter::member(std::string_view name, std::string_view text) {
     if (MSPDIIsPlainInJSON(name) && MSPDIIsPlainInJSON(text)) {
-        _unwritten.add({separator(), "\"", name, "\": \"", text, "\""});
+        _unwritten.add(separator(), "\"", name, "\": \"", text, "\"");
     } else {
         key(name);
         this->text(text);
@@ -135,7 +126,7 @@ void MSPDIJSONWriter::member(std::string_view name, std::string_view text) {
 }
 
 void MSPDIJSONWriter::plainMember(std::string_view start, std::string_view end) {
-    _unwritten.add({separator(), "\"", start, end});
+    _unwritten.add(separator(), "\"", start, end);
 }
 
 void MSPDIJSONWriter::value(const nlohmann::ordered_json& json) {

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <concepts>
 #include <cstddef>
-#include <initializer_list>
 #include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
@@ -16,16 +17,33 @@ class MSPDIUnwrittenBytes {
 public:
     // The stream outlives this object.
     explicit MSPDIUnwrittenBytes(std::ostream& out) : _out(out) {}
+    MSPDIUnwrittenBytes(const MSPDIUnwrittenBytes&) = delete;
+    MSPDIUnwrittenBytes& operator=(const MSPDIUnwrittenBytes&) = delete;
 
-    void add(std::string_view bytes) { add({bytes}); }
-    // One behind the other. Faster than each on its own: there may be hundreds of megabytes of short pieces.
-    void add(std::initializer_list<std::string_view> pieces);
+    // One behind the other: there may be hundreds of megabytes of short pieces.
+    template <std::convertible_to<std::string_view>... Pieces>
+    void add(const Pieces&... pieces) {
+        addAll(std::string_view(pieces)...);
+    }
+    // All that was added reaches the stream.
     void flush();
 
 private:
+    template <typename... Views>
+    void addAll(Views... views) {
+        makeRoom((views.size() + ...));
+        ((_end = std::copy(views.begin(), views.end(), _end)), ...);
+    }
+    void makeRoom(std::size_t size) {
+        if (size > static_cast<std::size_t>(_bytes.data() + _bytes.size() - _end)) {
+            flushAndReserve(size);
+        }
+    }
+    void flushAndReserve(std::size_t size);
+
     std::ostream& _out;
-    std::vector<char> _bytes;  // the first `_size` of them
-    std::size_t _size = 0;
+    std::vector<char> _bytes;
+    char* _end = _bytes.data();  // of those that are not written
 };
 
 // Writes a document of JSON (RFC 8259) bit by bit, with two blanks of indentation a level, so that none as a whole is

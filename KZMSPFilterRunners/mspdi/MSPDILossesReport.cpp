@@ -52,14 +52,13 @@ private:
     std::string _other;
 };
 
-std::string placeOf(const MSPDILoss& loss, const MSPDIPlace& place, ShownValues& values) {
-    std::string text = "    ";
+void writePlace(const MSPDILoss& loss, const MSPDIPlace& place, ShownValues& values, MSPDIUnwrittenBytes& out) {
+    out.add("    ");
     if (!place.uid.empty() || !place.name.empty()) {
-        text += fmt::format("{} (UID {}): ", place.name.empty() ? "(no name)" : MSPDIShownValue(place.name),
-                            MSPDIShownValue(place.uid));
+        out.add(place.name.empty() ? "(no name)" : MSPDIShownValue(place.name), " (UID ", MSPDIShownValue(place.uid),
+                "): ");
     }
-    text += values.of(loss, place);
-    return text + "  " + MSPDIShownPath(place.path) + "\n";
+    out.add(values.of(loss, place), "  ", MSPDIShownPath(place.path), "\n");
 }
 
 void writeText(std::string_view key, std::string_view text, MSPDIJSONWriter& writer) {
@@ -157,28 +156,29 @@ JSON reasonOf(const MSPDIAccount& account) {
 }  // namespace
 
 void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPDIRun& run) {
-    auto& out = run.out;
+    MSPDIUnwrittenBytes out(run.out);
     if (account.refusal) {
-        out << run.emphasized("Refused by the importer") << ": " << MSPDIReasonInWords(*account.refusal) << "\n\n";
+        out.add(run.emphasized("Refused by the importer"), ": ", MSPDIReasonInWords(*account.refusal), "\n\n");
     }
     ShownValues values;
     for (const auto& loss : account.losses) {
-        out << run.emphasized(fmt::format("{} x {}", loss.count, loss.kind)) << ": " << loss.what << "\n";
+        out.add(run.emphasized(fmt::format("{} x {}", loss.count, loss.kind)), ": ", loss.what, "\n");
         for (const auto& place : loss.where) {
-            out << placeOf(loss, place, values);
+            writePlace(loss, place, values, out);
         }
         if (loss.where.size() < loss.count) {
-            out << fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size());
+            out.add(fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size()));
         }
         if (const auto* step = MSPDIMendStepForLoss(loss.kind)) {
-            out << fmt::format("    mspdi mend --only {} saves what it can of it in a copy\n", step->name);
+            out.add(fmt::format("    mspdi mend --only {} saves what it can of it in a copy\n", step->name));
         }
     }
-    out << MSPCShownText(plan).view() << ": " << account.total() << " leaves";
+    out.add(fmt::format("{}: {} leaves", MSPCShownText(plan), account.total()));
     for (std::size_t fate = 0; fate < account.leaves.size(); ++fate) {
-        out << ", " << account.leaves[fate] << ' ' << MSPDIFateNames[fate];
+        out.add(fmt::format(", {} {}", account.leaves[fate], MSPDIFateNames[fate]));
     }
-    out << '\n';
+    out.add("\n");
+    out.flush();
 }
 
 void MSPDIWriteLossesAsJSON(const std::string& plan, const MSPDIAccount& account, const MSPDIFatesByPath* fates,
