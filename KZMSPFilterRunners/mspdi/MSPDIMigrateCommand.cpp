@@ -99,15 +99,19 @@ void tellDryRun(const MSPDIMigration::Plans& plans, MSPDIRun& run) {
     if (run.isJSON) {
         MSPDIWriteJSON({{"new", plans.fresh},
                         {"changed", plans.changed},
+                        {"withoutDocument", plans.withoutDocument},
                         {"failed", plans.failed},
                         {"imported", plans.done},
                         {"leftOut", plans.leftOut}},
                        run.out);
         return;
     }
+    const auto wanted = plans.fresh + plans.changed + plans.withoutDocument + plans.failed;
     run.out << fmt::format(
-        "{} plans would be imported: {} new, {} changed since, {} that failed before; {} are imported already\n",
-        plans.fresh + plans.changed + plans.failed, plans.fresh, plans.changed, plans.failed, plans.done);
+        "{} {} would be imported: {} new, {} changed since, {} whose document is gone, {} that failed before; {} {} "
+        "imported already\n",
+        wanted, wanted == 1 ? "plan" : "plans", plans.fresh, plans.changed, plans.withoutDocument, plans.failed,
+        plans.done, plans.done == 1 ? "is" : "are");
     if (plans.leftOut > 0) {
         run.out << fmt::format("{} others are left out: they have not failed\n", plans.leftOut);
     }
@@ -167,6 +171,9 @@ std::optional<std::string> migrated(MSPDIMigration& migration, const std::string
     MSPDIMigrateProgress progress(run);
     failure = migration.run([&progress](const auto& state) { progress.tell(state); });
     progress.finish();
+    if (!migration.isInPlace()) {
+        return failure ? failure : outputFolder + ": it was moved or removed while this ran";
+    }
     const auto unwritten = MSPDIWriteMigrationReports(
         outputFolder, timeAndVersion(run.services), [&migration](const auto& take) { migration.forEachRecord(take); },
         run.services.fileSystem);
@@ -199,6 +206,12 @@ std::optional<std::string> obstacleTo(const Arguments& arguments, const MSPDIPla
     if (options.machines && !arguments.isDryRun) {
         if (auto obstacle = MSPDIMachines::obstacle()) {
             return obstacle;
+        }
+    }
+    // Reports replace those of earlier runs, and nothing that somebody else has made.
+    if (!MSPDIMigration::hasRunInto(options.outputFolder, fileSystem)) {
+        if (const auto report = MSPDIMigrationReportIn(options.outputFolder, fileSystem)) {
+            return *report + ": it is there already, and no migration has made it";
         }
     }
     if (!arguments.keepsTree || !found.isList) {
