@@ -143,15 +143,14 @@ std::optional<std::string> MSPDIWriteMigrationReports(const std::string& outputF
                                                       const MSPDIMigrationRecords& records,
                                                       MSPCFileSystem& fileSystem) {
     using Write = std::function<void(std::ostream&)>;
-    const std::array<Write, std::size(names)> reports{
-        [&](std::ostream& out) { writeTable(records, out); },
-        [&](std::ostream& out) { writeJSON(records, out); },
-        [&](std::ostream& out) { MSPDIWriteMigrationPage(outputFolder, made, records, out); },
-        [&](std::ostream& out) { writeFailed(records, out); },
-    };
-    for (std::size_t index = 0; index < reports.size(); ++index) {
-        const auto path = pathByAppendingComponent(outputFolder, names[index]);
-        const auto failure = fileSystem.writeAtomically(path, [&write = reports[index]](MSPCByteWriter& writer) {
+    const std::array<std::pair<std::string_view, Write>, std::size(names)> reports{
+        {{names[0], [&](std::ostream& out) { writeTable(records, out); }},
+         {names[1], [&](std::ostream& out) { writeJSON(records, out); }},
+         {names[2], [&](std::ostream& out) { MSPDIWriteMigrationPage(outputFolder, made, records, out); }},
+         {names[3], [&](std::ostream& out) { writeFailed(records, out); }}}};
+    for (const auto& [name, write] : reports) {
+        const auto path = pathByAppendingComponent(outputFolder, name);
+        const auto failure = fileSystem.writeAtomically(path, [&write = write](MSPCByteWriter& writer) {
             FileBuffer buffer(writer);
             std::ostream out(&buffer);
             write(out);
