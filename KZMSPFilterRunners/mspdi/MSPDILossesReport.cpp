@@ -131,7 +131,7 @@ private:
             _ends.resize(index + 1);
         }
         if (_ends[index].empty()) {
-            _ends[index] = fmt::format("{}\": \"{}\"", step, nameOf(fate));
+            _ends[index] = fmt::format(R"({}": "{}")", step, nameOf(fate));
         }
         return _ends[index];
     }
