@@ -10,11 +10,13 @@
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDIAccountOfImport.h"
+#include "MSPDICutOff.h"
 #include "MSPDIDocumentAround.h"
 #include "MSPDIEmptyDocument.h"
 #include "MSPDIImportDestination.h"
 #include "MSPDIImportFileSystem.h"
 #include "MSPDIInWords.h"
+#include "MSPDIRepairWarning.h"
 #include "MSPIBundleNaming.h"
 #include "MSPIXMLImporter.h"
 
@@ -55,10 +57,17 @@ MSPDIVerdict verdictOf(const MSPDIRefusal& refusal, bool hasReadTemplate) {
     return isOfMachine ? MSPDIVerdict::Failed : MSPDIVerdict::Refused;
 }
 
+// Whether the warnings tell that the markup was mended, and that was so because the file ends too early.
+bool tellOfCutOff(const std::vector<std::string>& warnings, const std::string& plan, const MSPCFileSystem& fileSystem) {
+    return std::ranges::any_of(warnings, MSPDIIsRepairWarning) && MSPDIIsPlanCutOff(plan, fileSystem);
+}
+
 // The same warning comes with every scenario, and of a plan that is mended with every import.
-void addInWords(const std::vector<std::string>& warnings, std::vector<std::string>& words) {
+void addInWords(const std::vector<std::string>& warnings, bool isCutOff, std::vector<std::string>& words) {
     for (const auto& warning : warnings) {
-        auto text = MSPDIWarningInWords(warning);
+        auto text = isCutOff && MSPDIIsRepairWarning(warning)
+                        ? fmt::format("{}, and what stood behind its end is missing", MSPDICutOffReason)
+                        : MSPDIWarningInWords(warning);
         if (std::ranges::find(words, text) == words.end()) {
             words.push_back(std::move(text));
         }
@@ -260,7 +269,8 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
     MSPIXMLImporter importer(infoFor(path, destination, memory), ofImport,
                              counted(std::move(mapScenario), result.counts));
     const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
-    addInWords(log.warnings(), result.warnings);
+    const bool isCutOff = tellOfCutOff(log.warnings(), source, memory);
+    addInWords(log.warnings(), isCutOff, result.warnings);
     if (!isImported) {
         result.counts = {};
         result.refusal = log.refusal();
@@ -283,6 +293,7 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
         withoutPlaces.mostPlaces = 0;
         fileSystem.setDoing("Looking for losses");
         auto account = watching.account(source, std::nullopt, log.warnings(), withoutPlaces);
+        account.isCutOff = isCutOff;
         result.account = account.obstacle ? std::nullopt : std::optional(std::move(account));
     }
 }

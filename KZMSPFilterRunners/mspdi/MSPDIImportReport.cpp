@@ -189,7 +189,9 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
     tellSummerDates(*imported.account);
     const auto losses = lossesInOneLine(*imported.account);
     out << "    Lost or changed: " << losses;
-    if (losses != noLoss) {
+    if (imported.account->isCutOff) {
+        out << ", besides what is missing";  // nobody knows what that was, and no command tells it
+    } else if (losses != noLoss) {
         out << "; all of it: " << commandForLosses(plan, imported.mending);
     }
     out << '\n';

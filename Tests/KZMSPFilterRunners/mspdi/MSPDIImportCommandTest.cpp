@@ -99,6 +99,22 @@ TEST_F(ImportCommandTest, tellsWhyAPlanIsRefusedAndLeavesNothing) {
     EXPECT_FALSE(world.machine.exists("/home/me/out"));
 }
 
+TEST_F(ImportCommandTest, tellsThatAFileIsCutOffAndNoCommandThatCannotTellMore) {
+    const auto whole = planOf(taskOf("<Deadline>2012-02-01T17:00:00</Deadline>") + "<Resources/>");
+    world.machine.addFile("/home/me/Cut.xml", whole.substr(0, whole.find("<Resources/>")));
+    EXPECT_EQ(run({"import", "Cut.xml"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("    Warning: the file is cut off, and what stood behind its end is missing\n"
+                                     "    Lost or changed: "));
+    EXPECT_THAT(out.str(), HasSubstr("1 x deadline"));
+    EXPECT_THAT(out.str(), EndsWith(", besides what is missing\n"));
+    auto damaged = whole;
+    damaged.erase(damaged.find("</Tasks>"), std::string("</Tasks>").size());
+    world.machine.addFile("/home/me/Damaged.xml", damaged);
+    EXPECT_EQ(run({"import", "Damaged.xml"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("    Warning: the file is damaged and was mended on reading"));
+    EXPECT_THAT(out.str(), EndsWith("; all of it: mspdi losses Damaged.xml\n"));
+}
+
 TEST_F(ImportCommandTest, tellsWhatItCouldNotReadInOneLine) {
     for (const auto& [plan, reason] : {std::pair("None.xml", "no such file"),
                                        {"/home/me", "a folder, not a plan"},
