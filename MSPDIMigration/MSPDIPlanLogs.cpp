@@ -16,7 +16,7 @@ constexpr std::string_view processName = "mspdi";
 
 // What a log begins with.
 std::string beginningOf(const std::string& plan, const std::string& outputFolder) {
-    return std::string(MSPCMessage("Migrating '{}' into '{}'", plan, outputFolder).text());
+    return MSPCMessage("Migrating '{}' into '{}'", plan, outputFolder).text();
 }
 
 // The first line of a file, as far as it is not longer than such a beginning can be; empty where it cannot be read.

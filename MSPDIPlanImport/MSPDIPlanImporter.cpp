@@ -57,20 +57,20 @@ MSPDIVerdict verdictOf(const MSPDIRefusal& refusal, bool hasReadTemplate) {
     return isOfMachine ? MSPDIVerdict::Failed : MSPDIVerdict::Refused;
 }
 
-// Whether the warnings tell that the markup was mended, and that was so because the file ends too early.
-bool tellOfCutOff(const std::vector<std::string>& warnings, const std::string& plan, const MSPCFileSystem& fileSystem) {
-    return std::ranges::any_of(warnings, MSPDIIsRepairWarning) && MSPDIIsPlanCutOff(plan, fileSystem);
-}
-
 // The same warning comes with every scenario, and of a plan that is mended with every import.
-void addInWords(const std::vector<std::string>& warnings, bool isCutOff, std::vector<std::string>& words) {
+void addInWords(const std::vector<std::string>& warnings, std::vector<std::string>& words) {
     for (const auto& warning : warnings) {
-        auto text = isCutOff && MSPDIIsRepairWarning(warning)
-                        ? fmt::format("{}, and what stood behind its end is missing", MSPDICutOffReason)
-                        : MSPDIWarningInWords(warning);
+        auto text = MSPDIWarningInWords(warning);
         if (std::ranges::find(words, text) == words.end()) {
             words.push_back(std::move(text));
         }
+    }
+}
+
+void noteCutOff(bool isCutOff, MSPDIImportedPlan& result) {
+    if (isCutOff) {
+        result.isCutOff = true;
+        result.warnings.push_back(fmt::format("{}: what stood behind that place is missing", MSPDICutOffReason));
     }
 }
 
@@ -228,7 +228,8 @@ void MSPDIPlanImporter::importInto(const std::string& folder, const std::string&
 // does not help.
 std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& path, std::optional<std::string> bytes,
                                                           bool isAll, MSPDIImportedPlan& result) const {
-    if (!bytes) {
+    const bool isFile = !bytes;  // a pipe's are given, which nobody can read again
+    if (isFile) {
         bytes = _services.fileSystem.readFile(path);
     }
     if (!bytes) {
@@ -244,6 +245,7 @@ std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& pat
     result.mendingObstacle = std::move(mended.obstacle);
     if (isAll && mended.isRepaired) {
         result.warnings.emplace_back("the markup of the plan was repaired, or brought entities of its own");
+        noteCutOff(isFile && MSPDIIsPlanCutOff(path, _services.fileSystem), result);
     }
     return mended.verdict == MSPDIMendVerdict::Mended ? std::optional(std::move(mended.bytes)) : std::nullopt;
 }
@@ -269,8 +271,9 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
     MSPIXMLImporter importer(infoFor(path, destination, memory), ofImport,
                              counted(std::move(mapScenario), result.counts));
     const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
-    const bool isCutOff = tellOfCutOff(log.warnings(), source, memory);
-    addInWords(log.warnings(), isCutOff, result.warnings);
+    addInWords(log.warnings(), result.warnings);
+    const bool isRepaired = std::ranges::any_of(log.warnings(), MSPDIIsRepairWarning);
+    noteCutOff(isRepaired && MSPDIIsPlanCutOff(source, fileSystem), result);
     if (!isImported) {
         result.counts = {};
         result.refusal = log.refusal();
@@ -293,7 +296,6 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
         withoutPlaces.mostPlaces = 0;
         fileSystem.setDoing("Looking for losses");
         auto account = watching.account(source, std::nullopt, log.warnings(), withoutPlaces);
-        account.isCutOff = isCutOff;
         result.account = account.obstacle ? std::nullopt : std::optional(std::move(account));
     }
 }

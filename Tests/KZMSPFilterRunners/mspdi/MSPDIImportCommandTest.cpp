@@ -99,20 +99,24 @@ TEST_F(ImportCommandTest, tellsWhyAPlanIsRefusedAndLeavesNothing) {
     EXPECT_FALSE(world.machine.exists("/home/me/out"));
 }
 
-TEST_F(ImportCommandTest, tellsThatAFileIsCutOffAndNoCommandThatCannotTellMore) {
-    const auto whole = planOf(taskOf("<Deadline>2012-02-01T17:00:00</Deadline>") + "<Resources/>");
-    world.machine.addFile("/home/me/Cut.xml", whole.substr(0, whole.find("<Resources/>")));
-    EXPECT_EQ(run({"import", "Cut.xml"}), 0);
-    EXPECT_THAT(out.str(), HasSubstr("    Warning: the file is cut off, and what stood behind its end is missing\n"
-                                     "    Lost or changed: "));
-    EXPECT_THAT(out.str(), HasSubstr("1 x deadline"));
-    EXPECT_THAT(out.str(), EndsWith(", besides what is missing\n"));
-    auto damaged = whole;
-    damaged.erase(damaged.find("</Tasks>"), std::string("</Tasks>").size());
+TEST_F(ImportCommandTest, tellsThatARefusedPlanIsDamaged) {
+    auto damaged = world.machine.contents("/home/me/Refused.xml");
+    damaged.replace(damaged.find("Paint"), 5, "R & D");
     world.machine.addFile("/home/me/Damaged.xml", damaged);
-    EXPECT_EQ(run({"import", "Damaged.xml"}), 0);
-    EXPECT_THAT(out.str(), HasSubstr("    Warning: the file is damaged and was mended on reading"));
-    EXPECT_THAT(out.str(), EndsWith("; all of it: mspdi losses Damaged.xml\n"));
+    EXPECT_EQ(run({"import", "Damaged.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr("(Task UID='1' name='R & D'))\n    Warning: the file is damaged and was mended on "
+                                     "reading, values may be missing (at line 1: "));
+}
+
+// All of its losses are told by no command.
+TEST_F(ImportCommandTest, tellsThatAPlanIsCutOff) {
+    const auto plan = world.machine.contents("/home/me/Lossy.xml");
+    world.machine.addFile("/home/me/Cut.xml", plan.substr(0, plan.find("</Tasks>")));
+    EXPECT_EQ(run({"import", "Cut.xml"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("    Warning: the file is cut off: what stood behind that place is missing\n"));
+    EXPECT_THAT(out.str(), HasSubstr("    Lost or changed: 1 x overwritten-by-repair"));
+    EXPECT_THAT(out.str(), EndsWith(", and what is cut off\n"));
+    EXPECT_THAT(out.str(), Not(HasSubstr("mspdi losses")));
 }
 
 TEST_F(ImportCommandTest, tellsWhatItCouldNotReadInOneLine) {
