@@ -64,8 +64,41 @@ std::size_t tagOfName(std::string_view bytes, std::size_t name, std::size_t size
     return isPrefix ? first + opening : npos;
 }
 
+struct Extent {
+    std::size_t begin;
+    std::size_t end;
+};
+
+bool holdsBehindTag(std::string_view bytes, char character) {
+    auto found = bytes.find(character);
+    while (found != npos && (found == 0 || bytes[found - 1] != '<')) {
+        found = bytes.find(character, found + 1);
+    }
+    return found != npos;
+}
+
+// The end tag of an element that begins there, where no tags have to be counted for it: no section hides any, and none
+// of that name begins another element before it. None otherwise.
+std::optional<std::size_t> plainEndOf(std::string_view bytes, std::size_t begin) {
+    const auto name = bytes.substr(begin + 1, MSPCXMLLexis::endOfName(bytes.substr(begin + 1)));
+    for (auto found = bytes.find(name, begin + 1 + name.size()); found != npos; found = bytes.find(name, found + 1)) {
+        const bool isEndTag = bytes.substr(found - 2, 2) == "</";
+        const auto behind = found + name.size();
+        if (isEndTag && behind < bytes.size() && bytes[behind] == '>') {
+            const auto element = bytes.substr(begin, behind + 1 - begin);
+            const bool isPlain = !holdsBehindTag(element, '!') && !holdsBehindTag(element, '?');
+            return isPlain ? std::optional(behind + 1) : std::nullopt;
+        }
+        const bool mayBeTag = isEndTag || bytes[found - 1] == '<';
+        if (mayBeTag && MSPCXMLLexis::endOfName(bytes.substr(found)) == name.size()) {
+            return std::nullopt;
+        }
+    }
+    return std::nullopt;
+}
+
 // One that stands there as it is.
-std::optional<std::string> planAmong(std::string_view bytes) {
+std::optional<Extent> planAmong(std::string_view bytes) {
     constexpr std::string_view name = "Project";
     for (auto found = bytes.find(name); found != npos; found = bytes.find(name, found + 1)) {
         constexpr std::size_t longestTag = 4096;
@@ -77,17 +110,34 @@ std::optional<std::string> planAmong(std::string_view bytes) {
         if (!isPlansTag(bytes.substr(begin, tagEnd - begin))) {
             continue;
         }
-        const auto end = MSPDIExtentOfElement(bytes, begin).end;
+        const auto plainEnd = plainEndOf(bytes, begin);
+        const auto end = plainEnd ? *plainEnd : MSPDIExtentOfElement(bytes, begin).end;
         const auto start = withDeclaration(bytes, begin);
         // The whole of it is no other file's.
         const bool isWhole = start == 0 && end == bytes.size();
-        return isWhole ? std::nullopt : std::optional(std::string(bytes.substr(start, end - start)));
+        return isWhole ? std::nullopt : std::optional(Extent{start, end});
     }
     return std::nullopt;
 }
 
+// In its own place: it may be nearly all of the bytes.
+std::optional<MSPDITakenOutPlan> planTakenOutOf(std::string& bytes) {
+    const auto plan = planAmong(bytes);
+    if (!plan) {
+        return std::nullopt;
+    }
+    MSPDITakenOutPlan takenOut;
+    // A declaration within a document is an error of its own.
+    const bool isDeclared = bytes.compare(plan->begin, 2, "<?") == 0;
+    takenOut.around = isDeclared ? bytes : bytes.substr(0, plan->begin).append(bytes, plan->end);
+    bytes.resize(plan->end);
+    bytes.erase(0, plan->begin);
+    takenOut.bytes = std::move(bytes);
+    return takenOut;
+}
+
 // One in UTF-16, whose units begin anywhere.
-std::optional<std::string> planInUtf16Among(std::string_view bytes) {
+std::optional<MSPDITakenOutPlan> planInUtf16Among(std::string_view bytes) {
     using namespace std::string_view_literals;
     constexpr std::string_view marks[] = {"\xFF\xFE"sv, "\xFE\xFF"sv};
     constexpr std::string_view names[] = {"P\0r\0o\0j\0e\0c\0t\0"sv, "\0P\0r\0o\0j\0e\0c\0t"sv};
@@ -98,8 +148,8 @@ std::optional<std::string> planInUtf16Among(std::string_view bytes) {
         }
         const auto size = (bytes.size() - found % 2) / 2 * 2;
         auto utf8 = xmlBytesAsUtf8(std::string(marks[order]).append(bytes.substr(found % 2, size)));
-        if (auto plan = utf8 ? planAmong(*utf8) : std::nullopt) {
-            return MSPDIWithUtf8Declared(std::move(*plan));
+        if (auto plan = utf8 ? planTakenOutOf(*utf8) : std::nullopt) {
+            return MSPDITakenOutPlan{MSPDIWithUtf8Declared(std::move(plan->bytes)), std::string(bytes), true};
         }
     }
     return std::nullopt;
@@ -125,7 +175,7 @@ std::optional<Reference> referenceAt(std::string_view text) {
 }
 
 // One whose markup is escaped: the text of an element, or of an attribute.
-std::optional<std::string> planInTextAmong(std::string_view bytes) {
+std::optional<MSPDITakenOutPlan> planInTextAmong(std::string_view bytes) {
     const auto first = std::min(bytes.find("&lt;"), bytes.find("&#60;"));
     if (first == npos || bytes.find("Project", first) == npos) {
         return std::nullopt;
@@ -143,18 +193,19 @@ std::optional<std::string> planInTextAmong(std::string_view bytes) {
         }
         rest.remove_prefix(reference ? reference->size : std::min<std::size_t>(1, rest.size()));
     }
-    return planAmong(text);
+    auto plan = planTakenOutOf(text);
+    if (plan) {
+        plan->around = bytes;
+    }
+    return plan;
 }
 
 }  // namespace
 
-std::optional<MSPDITakenOutPlan> MSPDIEmbeddedPlan(std::string_view bytes) {
-    if (auto plan = planAmong(bytes)) {
-        return MSPDITakenOutPlan{std::move(*plan)};
+std::optional<MSPDITakenOutPlan> MSPDIEmbeddedPlan(std::string& bytes) {
+    auto plan = planTakenOutOf(bytes);
+    if (!plan) {
+        plan = planInUtf16Among(bytes);
     }
-    if (auto plan = planInUtf16Among(bytes)) {
-        return MSPDITakenOutPlan{std::move(*plan), true};
-    }
-    auto plan = planInTextAmong(bytes);
-    return plan ? std::optional(MSPDITakenOutPlan{std::move(*plan)}) : std::nullopt;
+    return plan ? std::move(plan) : planInTextAmong(bytes);
 }

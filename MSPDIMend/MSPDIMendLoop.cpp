@@ -1,5 +1,7 @@
 #include "MSPDIMend.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -36,6 +38,20 @@ std::string obstacleOf(const MSPDIRefusal& refusal) {
     return refusal.sentence();
 }
 
+// The root element begins at an offset; an empty name where something else does.
+std::string_view rootNameAt(std::string_view bytes, std::size_t offset) {
+    const auto tag = bytes.substr(std::min(offset, bytes.size()));
+    const auto behind = tag.starts_with('<') ? tag.substr(1) : std::string_view();
+    return behind.substr(0, MSPCXMLLexis::endOfName(behind));
+}
+
+// Whether bytes begin like those of an encoding of more than one byte for each character, whatever it is.
+bool isWide(std::string_view bytes) {
+    constexpr std::size_t widest = 4;
+    const auto first = bytes.substr(0, widest);
+    return first.starts_with("\xFF\xFE") || first.starts_with("\xFE\xFF") || !MSPCXMLLexis::hasNoNul(first);
+}
+
 // With a prefix or without.
 bool isPlansRoot(std::string_view name) {
     return name == planRoot || name.ends_with(":Project");
@@ -52,13 +68,16 @@ public:
         : _name(name), _services(services), _options(options) {}
 
     MSPDIMended mended(std::string copy) {
-        _result.refusal = refusalOf(copy);
+        bool isUncovered = uncoverWithoutImport(copy);
+        if (!isUncovered) {
+            _result.refusal = refusalOf(copy);
+        }
         if (!_result.refusal && !asksForImprovement(_options)) {
             return std::move(_result);
         }
         auto refusal = _result.refusal;
         for (int import = 2; import <= mostImports; ++import) {
-            if (!treat(copy, refusal)) {
+            if (!treat(copy, refusal, std::exchange(isUncovered, false))) {
                 break;
             }
             refusal = refusalOf(copy);
@@ -93,19 +112,70 @@ private:
         return std::move(_result);
     }
 
-    // Does all that can be done to the copy at once; false when that is nothing. `refusal` is the copy's.
-    bool treat(std::string& copy, const std::optional<MSPDIRefusal>& refusal) {
-        auto loaded = refusal ? readWithoutWhatHidesIt(copy, *refusal) : std::nullopt;
-        if (loaded) {
-            treatPlan(std::move(*loaded), copy, true);
-            return true;
+    // A root that is none of a plan's ends an import whatever it holds: where the bytes show that a plan lies inside, or
+    // behind prefixes, it is brought to light before anything is read, and only what was around it is imported to learn
+    // what the importer says. False where nothing was done.
+    bool uncoverWithoutImport(std::string& copy) {
+        const auto prolog = MSPCXMLLexis::prologOf(copy);
+        const auto root = rootNameAt(copy, prolog.end);
+        if (isWide(copy) || prolog.hasInternalSubset || root == planRoot || (root.empty() && copy[prolog.end] == '<') ||
+            !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
+            return false;
         }
-        loaded = read(copy);
-        bool isTreated = _options.allows(embedded) && takeOut(loaded, copy);
+        const auto step = isPlansRoot(root) ? namespaceStep : embedded;
+        auto around = step == embedded ? std::string()
+                                       : fmt::format("{}</{}>", copy.substr(0, MSPDIEndOfTag(copy, prolog.end)), root);
+        if (!uncover(copy, step, around)) {
+            _isHopeless = step == embedded;
+            return false;
+        }
+        _loaded = read(copy);
+        tellRewriting(_loaded);
+        if (!_loaded || _loaded->isWrittenAnew) {
+            around += '<';  // with what is broken inside it, too, it is broken
+        }
+        _result.refusal = refusalOf(around);
+        return true;
+    }
+
+    // Does one of these steps to bytes in UTF-8; false where it does nothing, or is not allowed. `around` becomes what a
+    // plan was taken out of.
+    bool uncover(std::string& copy, std::string_view step, std::string& around) {
+        if (!_options.allows(step)) {
+            return false;
+        }
+        if (step == namespaceStep) {
+            _isNamespaceMended = MSPDIGiveOneNamespace(copy);
+        }
+        auto plan = step == embedded ? MSPDIEmbeddedPlan(copy) : std::nullopt;
+        if (plan) {
+            copy = std::move(plan->bytes);
+            around = std::move(plan->around);
+            _result.isConverted = _result.isConverted || plan->isConverted;
+        }
+        const bool isDone = plan || (step == namespaceStep && _isNamespaceMended);
+        if (isDone) {
+            add(MSPDIMendDone{step, 1, {}});
+        }
+        return isDone;
+    }
+
+    // Does all that can be done to the copy at once; false when that is nothing. `refusal` is the copy's, unless it was
+    // uncovered since.
+    bool treat(std::string& copy, const std::optional<MSPDIRefusal>& refusal, bool isUncovered) {
+        if (_isHopeless) {
+            return false;
+        }
+        bool isTreated = isUncovered || (refusal && uncoverRefused(copy, *refusal));
+        auto loaded = isUncovered ? std::exchange(_loaded, std::nullopt) : read(copy);
+        if (isTreated) {
+            tellRewriting(loaded);
+        } else if (_options.allows(embedded) && takeOut(loaded, copy)) {
+            isTreated = true;
+        }
         // What was just taken out has not been refused yet.
         if (loaded && refusal && refusal->name == "MSPIMapperException" && !isTreated && !_isNamespaceMended) {
-            if (!_options.allows(namespaceStep) || !mendNamespace(*loaded, copy)) {
-                copy = utf8Of(std::move(*loaded));
+            if (!_options.allows(namespaceStep) || !mendNamespace(std::move(*loaded), copy)) {
                 return false;
             }
             isTreated = true;
@@ -126,38 +196,18 @@ private:
                                     asksForImprovement(_options) ? MSPDIElementsImproved() : MSPDIElementsMended());
     }
 
-    // What the refusal says tells that the plan is not where an import looks, or not declared as one, and the bytes
-    // show where and what it is: then what is around it need not be read first, which takes long where its markup is
-    // broken. None where this does not lead to a plan.
-    [[nodiscard]] std::optional<MSPCXMLWithBytes> readWithoutWhatHidesIt(const std::string& copy,
-                                                                         const MSPDIRefusal& refusal) {
+    // The same of a plan that only an import has shown not to be one as it stands: then what is around it need not be
+    // read first, which takes long where its markup is broken.
+    bool uncoverRefused(std::string& copy, const MSPDIRefusal& refusal) {
         const auto prolog = MSPCXMLLexis::prologOf(copy);
         const bool isXML = refusal.name == "MSPIMapperException";
-        if ((!isXML && refusal.name != "MSPEXMLException") || prolog.hasInternalSubset ||
+        if ((!isXML && refusal.name != "MSPEXMLException") || prolog.hasInternalSubset || isWide(copy) ||
             !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
-            return std::nullopt;
+            return false;
         }
-        const auto behind = std::string_view(copy).substr(std::min(prolog.end + 1, copy.size()));
-        const bool isPlan = isXML && isPlansRoot(behind.substr(0, MSPCXMLLexis::endOfName(behind)));
-        const auto step = isPlan ? namespaceStep : embedded;
-        if (!_options.allows(step) || (isPlan && _isNamespaceMended)) {
-            return std::nullopt;
-        }
-        auto plan = isPlan ? declaredPlanIn(copy) : MSPDIEmbeddedPlan(copy);
-        auto loaded = plan ? read(plan->bytes) : std::nullopt;
-        if (!loaded || loaded->document.root().name() != planRoot) {
-            return std::nullopt;
-        }
-        add(MSPDIMendDone{step, 1, {}});
-        tellRewriting(loaded);
-        _result.isConverted = _result.isConverted || plan->isConverted;
-        _isNamespaceMended = _isNamespaceMended || isPlan;
-        return loaded;
-    }
-
-    static std::optional<MSPDITakenOutPlan> declaredPlanIn(const std::string& copy) {
-        auto plan = MSPDIPlanOfOneNamespace(copy);
-        return plan ? std::optional(MSPDITakenOutPlan{std::move(*plan)}) : std::nullopt;
+        std::string around;
+        return (!isXML || (isPlansRoot(rootNameAt(copy, prolog.end)) && !_isNamespaceMended)) &&
+               uncover(copy, isXML ? namespaceStep : embedded, around);
     }
 
     // Puts the plan that lies inside the copy in its place; false where there is none, or all of it is a plan.
@@ -183,15 +233,17 @@ private:
         _result.isRepaired = _result.isRepaired || (loaded && loaded->isWrittenAnew);
     }
 
-    bool mendNamespace(const MSPCXMLWithBytes& loaded, std::string& copy) {
-        auto plain = MSPDIPlanOfOneNamespace(loaded.isConverted ? MSPDIWithUtf8Declared(loaded.utf8) : loaded.utf8);
-        if (!plain) {
+    // Of a document that only reading shows as it is; the copy is what was read then.
+    bool mendNamespace(MSPCXMLWithBytes loaded, std::string& copy) {
+        const bool isConverted = loaded.isConverted;
+        const bool isWrittenAnew = loaded.isWrittenAnew;
+        copy = utf8Of(std::move(loaded));
+        if (!MSPDIGiveOneNamespace(copy)) {
             return false;
         }
         add(MSPDIMendDone{namespaceStep, 1, {}});
-        _result.isConverted = _result.isConverted || loaded.isConverted;
-        _result.isRepaired = _result.isRepaired || loaded.isWrittenAnew;
-        copy = std::move(*plain);
+        _result.isConverted = _result.isConverted || isConverted;
+        _result.isRepaired = _result.isRepaired || isWrittenAnew;
         _isNamespaceMended = true;
         return true;
     }
@@ -249,6 +301,8 @@ private:
     const MSPDIMendOptions& _options;
     MSPDIMended _result;
     bool _isNamespaceMended = false;
+    bool _isHopeless = false;                 // no plan, and none inside
+    std::optional<MSPCXMLWithBytes> _loaded;  // what was uncovered
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "MSPCXMLLexis.h"
@@ -52,16 +53,15 @@ std::vector<Attribute> attributesOf(std::string_view bytes, std::size_t begin, s
     return attributes;
 }
 
-// Calls `visit` with the offset and the text of each name of a tag from an offset on, until it says that this was
-// enough; whether it did.
-template <typename Visit>
-bool visitTagNames(std::string_view bytes, std::size_t begin, const Visit& visit) {
+// Whether the name of a tag from an offset on is one that is looked for.
+template <typename IsWanted>
+bool holdsTagNamed(std::string_view bytes, std::size_t begin, const IsWanted& isWanted) {
     for (auto tag = bytes.find('<', begin); tag != npos; tag = bytes.find('<', begin)) {
         const auto sectionEnd = MSPCXMLLexis::endOfSection(bytes, tag);
         begin = sectionEnd == tag ? MSPDIEndOfTag(bytes, tag) : sectionEnd;
         if (sectionEnd == tag) {
-            const auto name = tag + (bytes.substr(tag).starts_with("</") ? 2 : 1);
-            if (visit(name, bytes.substr(name, MSPCXMLLexis::endOfName(bytes.substr(name))))) {
+            const auto name = tag + (bytes.substr(tag, 2) == "</" ? 2 : 1);
+            if (isWanted(bytes.substr(name, MSPCXMLLexis::endOfName(bytes.substr(name))))) {
                 return true;
             }
         }
@@ -71,32 +71,33 @@ bool visitTagNames(std::string_view bytes, std::size_t begin, const Visit& visit
 
 class NamespaceMend {
 public:
-    explicit NamespaceMend(std::string_view bytes)
-        : _bytes(bytes),
-          _rootBegin(MSPCXMLLexis::prologOf(bytes).end),
-          _contentBegin(MSPDIEndOfTag(bytes, _rootBegin)) {}
+    explicit NamespaceMend(std::string& plan)
+        : _plan(plan),
+          _bytes(plan),
+          _rootBegin(MSPCXMLLexis::prologOf(plan).end),
+          _contentBegin(MSPDIEndOfTag(plan, _rootBegin)) {}
 
-    std::optional<std::string> mended() {
+    bool mend() {
         const auto nameSize = MSPCXMLLexis::endOfName(_bytes.substr(std::min(_rootBegin + 1, _bytes.size())));
         const auto name = nameSize == 0 ? std::string_view() : _bytes.substr(_rootBegin + 1, nameSize);
         _prefix = prefixOf(name);
         if (localNameOf(name) != "Project" || !holdsList()) {
-            return std::nullopt;
+            return false;
         }
         mendRootTag(_rootBegin + 1 + nameSize);
         if (_edits.isEmpty()) {
-            return std::nullopt;
+            return false;
         }
-        auto mended = _edits.appliedTo(std::string(_bytes));
+        _plan = _edits.appliedTo(std::move(_plan));
         if (!_prefix.empty()) {
-            dropPrefixIn(mended);
+            dropPrefix();
         }
-        return mended;
+        return true;
     }
 
 private:
     bool holdsList() const {
-        return visitTagNames(_bytes, _contentBegin, [&](std::size_t, std::string_view name) {
+        return holdsTagNamed(_bytes, _contentBegin, [&](std::string_view name) {
             const auto* list = std::find(std::begin(planLists), std::end(planLists), localNameOf(name));
             return prefixOf(name) == _prefix && list != std::end(planLists);
         });
@@ -106,20 +107,24 @@ private:
     // attributes of the root that have a prefix go.
     void mendRootTag(std::size_t nameEnd) {
         bool isDeclared = false;
+        std::optional<std::size_t> firstEdit;
         for (const auto& attribute : attributesOf(_bytes, nameEnd, _contentBegin - 1)) {
             const bool isDefault = attribute.name == "xmlns";
             const bool isDeclaration = isDefault || prefixOf(attribute.name) == "xmlns";
             if (isDefault && _prefix.empty() && attribute.value == planNamespace) {
                 isDeclared = true;
             } else if (isDeclaration || (!prefixOf(attribute.name).empty() && prefixOf(attribute.name) != "xml")) {
-                _edits.replace(attribute.begin, attribute.end, {});
+                const auto edit = _edits.replace(attribute.begin, attribute.end, {});
+                firstEdit = firstEdit.value_or(edit);
                 if (isDeclaration && !isDefault && localNameOf(attribute.name) != _prefix) {
                     declareWhereUsed(localNameOf(attribute.name), attribute.value);
                 }
             }
         }
+        // In the place of another one it needs no room that the plan does not have.
         if (!isDeclared) {
-            _edits.replace(nameEnd, nameEnd, fmt::format(" xmlns=\"{}\"", planNamespace));
+            _edits.setText(firstEdit ? *firstEdit : _edits.replace(nameEnd, nameEnd, {}),
+                           fmt::format(" xmlns=\"{}\"", planNamespace));
         }
     }
 
@@ -141,34 +146,48 @@ private:
         }
     }
 
+    // Behind the ">" of the tag whose name begins there; nearly all tags hold a name only.
+    static std::size_t endOfTagNamed(std::string_view bytes, std::size_t name) {
+        auto end = name;
+        while (end < bytes.size() && MSPCXMLLexis::hasClass(bytes[end], MSPCXMLLexis::NamePart)) {
+            ++end;
+        }
+        return end < bytes.size() && bytes[end] == '>' ? end + 1 : MSPDIEndOfTag(bytes, end);
+    }
+
     // In its own place, since nearly every tag becomes shorter.
-    void dropPrefixIn(std::string& plan) const {
+    void dropPrefix() {
+        const auto inName = _prefix + ":";
+        const std::string_view bytes(_plan);
         std::size_t kept = 0;
         std::size_t copied = 0;
         const auto keepUntil = [&](std::size_t end) {
-            std::memmove(plan.data() + kept, plan.data() + copied, end - copied);
+            std::memmove(_plan.data() + kept, _plan.data() + copied, end - copied);
             kept += end - copied;
         };
-        visitTagNames(plan, _rootBegin, [&](std::size_t offset, std::string_view name) {
-            if (prefixOf(name) == _prefix) {
-                keepUntil(offset);
-                copied = offset + _prefix.size() + 1;
+        for (auto tag = bytes.find('<', _rootBegin); tag != npos;) {
+            const auto sectionEnd = MSPCXMLLexis::endOfSection(bytes, tag);
+            const auto name = tag + (bytes.substr(tag, 2) == "</" ? 2 : 1);
+            if (sectionEnd == tag && bytes.substr(name).starts_with(inName)) {
+                keepUntil(name);
+                copied = name + inName.size();
             }
-            return false;
-        });
-        keepUntil(plan.size());
-        plan.resize(kept);
+            tag = bytes.find('<', sectionEnd == tag ? endOfTagNamed(bytes, name) : sectionEnd);
+        }
+        keepUntil(_plan.size());
+        _plan.resize(kept);
     }
 
-    std::string_view _bytes;
+    std::string& _plan;
+    std::string_view _bytes;  // until they change
     std::size_t _rootBegin;
     std::size_t _contentBegin;
-    std::string_view _prefix;
+    std::string _prefix;
     MSPDIEdits _edits;
 };
 
 }  // namespace
 
-std::optional<std::string> MSPDIPlanOfOneNamespace(std::string_view utf8) {
-    return NamespaceMend(utf8).mended();
+bool MSPDIGiveOneNamespace(std::string& utf8) {
+    return NamespaceMend(utf8).mend();
 }
