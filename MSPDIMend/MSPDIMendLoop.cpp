@@ -52,6 +52,14 @@ bool isWide(std::string_view bytes) {
     return first.starts_with("\xFF\xFE") || first.starts_with("\xFE\xFF") || !MSPCXMLLexis::hasNoNul(first);
 }
 
+std::size_t startTagsIn(std::string_view bytes) {
+    std::size_t count = 0;
+    for (auto tag = bytes.find('<'); tag < bytes.size() - 1; tag = bytes.find('<', tag + 1)) {
+        count += MSPCXMLLexis::hasClass(bytes[tag + 1], MSPCXMLLexis::NameStart) ? 1U : 0U;
+    }
+    return count;
+}
+
 // With a prefix or without.
 bool isPlansRoot(std::string_view name) {
     return name == planRoot || name.ends_with(":Project");
@@ -102,7 +110,7 @@ private:
             // What imports stays as it is, where an improvement would keep it from that.
             const bool isInTheWay = _result.refusal.has_value();
             _result.verdict = isInTheWay ? MSPDIMendVerdict::NotMendable : MSPDIMendVerdict::ImportsAsIs;
-            _result.obstacle = isInTheWay ? obstacleOf(*refusal) : std::string();
+            _result.obstacle = !isInTheWay ? std::string() : _obstacle.empty() ? obstacleOf(*refusal) : _obstacle;
             _result.steps.clear();
             _result.isConverted = _result.isRepaired = false;
         } else if (!_result.steps.empty()) {
@@ -112,9 +120,9 @@ private:
         return std::move(_result);
     }
 
-    // A root that is none of a plan's ends an import whatever it holds: where the bytes show that a plan lies inside, or
-    // behind prefixes, it is brought to light before anything is read, and only what was around it is imported to learn
-    // what the importer says. False where nothing was done.
+    // A root that is none of a plan's ends an import whatever it holds: where the bytes show that a plan lies inside,
+    // or behind prefixes, it is brought to light before anything is read, and only what was around it is imported to
+    // learn what the importer says. False where nothing was done.
     bool uncoverWithoutImport(std::string& copy) {
         const auto prolog = MSPCXMLLexis::prologOf(copy);
         const auto root = rootNameAt(copy, prolog.end);
@@ -138,8 +146,8 @@ private:
         return true;
     }
 
-    // Does one of these steps to bytes in UTF-8; false where it does nothing, or is not allowed. `around` becomes what a
-    // plan was taken out of.
+    // Does one of these steps to bytes in UTF-8; false where it does nothing, or is not allowed. `around` becomes what
+    // a plan was taken out of.
     bool uncover(std::string& copy, std::string_view step, std::string& around) {
         if (!_options.allows(step)) {
             return false;
@@ -188,6 +196,9 @@ private:
             copy = utf8Of(std::move(*loaded));
             return isTreated;
         }
+        if (isLostByRepair(*loaded, copy)) {
+            return false;
+        }
         return treatPlan(std::move(*loaded), copy, refusal.has_value()) || isTreated;
     }
 
@@ -196,18 +207,18 @@ private:
                                     asksForImprovement(_options) ? MSPDIElementsImproved() : MSPDIElementsMended());
     }
 
-    // The same of a plan that only an import has shown not to be one as it stands: then what is around it need not be
-    // read first, which takes long where its markup is broken.
+    // The same of a plan that only an import has shown to be refused: then what is around it need not be read first,
+    // which takes long where its markup is broken; and behind a broken root a repair would leave nothing.
     bool uncoverRefused(std::string& copy, const MSPDIRefusal& refusal) {
         const auto prolog = MSPCXMLLexis::prologOf(copy);
-        const bool isXML = refusal.name == "MSPIMapperException";
-        if ((!isXML && refusal.name != "MSPEXMLException") || prolog.hasInternalSubset || isWide(copy) ||
-            !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
+        if (prolog.hasInternalSubset || isWide(copy) || !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
             return false;
         }
         std::string around;
-        return (!isXML || (isPlansRoot(rootNameAt(copy, prolog.end)) && !_isNamespaceMended)) &&
-               uncover(copy, isXML ? namespaceStep : embedded, around);
+        const bool mayBeDeclared = !_isNamespaceMended && isPlansRoot(rootNameAt(copy, prolog.end)) &&
+                                   (refusal.name == "MSPIMapperException" || !MSPDIIsRootTagSound(copy));
+        return (mayBeDeclared && uncover(copy, namespaceStep, around)) ||
+               (refusal.name == "MSPEXMLException" && uncover(copy, embedded, around));
     }
 
     // Puts the plan that lies inside the copy in its place; false where there is none, or all of it is a plan.
@@ -246,6 +257,19 @@ private:
         _result.isRepaired = _result.isRepaired || isWrittenAnew;
         _isNamespaceMended = true;
         return true;
+    }
+
+    // A repair that loses most of a plan leaves something that may well import; nobody would call that mended.
+    bool isLostByRepair(const MSPCXMLWithBytes& loaded, const std::string& copy) {
+        const auto before = loaded.isWrittenAnew && !isWide(copy) ? startTagsIn(copy) : 0;
+        const auto after = before == 0 ? 0 : startTagsIn(loaded.utf8);
+        const bool isLost = 2 * after < before;
+        if (isLost) {
+            _obstacle =
+                fmt::format("Its markup is broken so that a repair would lose most of it: {} of {} elements are left.",
+                            after, before);
+        }
+        return isLost;
     }
 
     // The keys of fields come behind the fields, and what cannot be mapped behind all that is new.
@@ -302,6 +326,7 @@ private:
     MSPDIMended _result;
     bool _isNamespaceMended = false;
     bool _isHopeless = false;                 // no plan, and none inside
+    std::string _obstacle;                    // beside what an import says
     std::optional<MSPCXMLWithBytes> _loaded;  // what was uncovered
 };
 

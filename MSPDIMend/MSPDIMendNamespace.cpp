@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "MSPCTextScanner.h"
 #include "MSPCXMLLexis.h"
 #include "MSPDIEdits.h"
 #include "MSPDIMarkup.h"
@@ -36,14 +38,16 @@ std::string_view localNameOf(std::string_view name) {
     return colon == npos ? name : name.substr(colon + 1);
 }
 
+// Those of a tag, up to the first place that is none.
 std::vector<Attribute> attributesOf(std::string_view bytes, std::size_t begin, std::size_t end) {
     std::vector<Attribute> attributes;
     while (begin < end) {
         const auto nameBegin = bytes.find_first_not_of(MSPCXMLLexis::Blanks, begin);
-        const auto size = nameBegin < end ? MSPCXMLLexis::endOfName(bytes.substr(nameBegin)) : 0;
+        const auto size = begin < nameBegin && nameBegin < end ? MSPCXMLLexis::endOfName(bytes.substr(nameBegin)) : 0;
         const auto opening = size == 0 ? npos : bytes.find_first_of("\"'", nameBegin + size);
         const auto closing = opening == npos ? npos : bytes.find(bytes[opening], opening + 1);
-        if (closing == npos || closing > end) {
+        if (closing == npos || closing > end ||
+            trimmed(bytes.substr(nameBegin + size, opening - nameBegin - size)) != "=") {
             break;
         }
         attributes.push_back(
@@ -51,6 +55,47 @@ std::vector<Attribute> attributesOf(std::string_view bytes, std::size_t begin, s
         begin = closing + 1;
     }
     return attributes;
+}
+
+// A start tag, also one that is broken: none goes on behind the next "<".
+struct StartTag {
+    std::size_t end;  // behind its ">", or where that would have to be
+    std::vector<Attribute> attributes;
+    bool isSound;  // all of it is a name and attributes, each once
+};
+
+bool hasEachOnce(const std::vector<Attribute>& attributes) {
+    std::set<std::string_view> names;
+    return std::all_of(attributes.begin(), attributes.end(),
+                       [&](const auto& attribute) { return names.insert(attribute.name).second; });
+}
+
+// Where the next tag or section begins, behind a "<" that begins something else.
+std::size_t nextMarkupBehind(std::string_view bytes, std::size_t begin) {
+    auto next = bytes.find('<', begin + 1);
+    while (next + 1 < bytes.size() && !MSPCXMLLexis::hasClass(bytes[next + 1], MSPCXMLLexis::NameStart) &&
+           std::string_view("/!?").find(bytes[next + 1]) == npos) {
+        next = bytes.find('<', next + 1);
+    }
+    return std::min(next, bytes.size());
+}
+
+StartTag startTagAt(std::string_view bytes, std::size_t begin) {
+    const auto next = nextMarkupBehind(bytes, begin);
+    const auto nameEnd = begin + 1 + MSPCXMLLexis::endOfName(bytes.substr(std::min(begin + 1, bytes.size())));
+    const auto end = MSPDIEndOfTag(bytes, begin);
+    if (end <= next && end > nameEnd && bytes[end - 1] == '>') {
+        const auto closing = end - (bytes[end - 2] == '/' ? 2 : 1);
+        auto attributes = attributesOf(bytes, nameEnd, closing);
+        const auto rest = attributes.empty() ? nameEnd : attributes.back().end;
+        if (MSPCXMLLexis::isAllBlank(bytes.substr(rest, closing - rest)) && hasEachOnce(attributes)) {
+            return {end, std::move(attributes), true};
+        }
+    }
+    const auto tag = bytes.substr(0, next);
+    const auto closing = tag.rfind('>');
+    const auto last = closing == npos || closing < nameEnd ? tag.find_last_not_of(MSPCXMLLexis::Blanks) : closing;
+    return {last + 1, {}, false};
 }
 
 // Whether the name of a tag from an offset on is one that is looked for.
@@ -75,7 +120,7 @@ public:
         : _plan(plan),
           _bytes(plan),
           _rootBegin(MSPCXMLLexis::prologOf(plan).end),
-          _contentBegin(MSPDIEndOfTag(plan, _rootBegin)) {}
+          _rootTag(startTagAt(plan, _rootBegin)) {}
 
     bool mend() {
         const auto nameSize = MSPCXMLLexis::endOfName(_bytes.substr(std::min(_rootBegin + 1, _bytes.size())));
@@ -84,7 +129,12 @@ public:
         if (localNameOf(name) != "Project" || !holdsList()) {
             return false;
         }
-        mendRootTag(_rootBegin + 1 + nameSize);
+        const auto nameEnd = _rootBegin + 1 + nameSize;
+        if (_rootTag.isSound) {
+            mendAttributes(nameEnd);
+        } else {
+            _edits.replace(nameEnd, _rootTag.end, fmt::format(" xmlns=\"{}\">", planNamespace));
+        }
         if (_edits.isEmpty()) {
             return false;
         }
@@ -97,7 +147,7 @@ public:
 
 private:
     bool holdsList() const {
-        return holdsTagNamed(_bytes, _contentBegin, [&](std::string_view name) {
+        return holdsTagNamed(_bytes, _rootTag.end, [&](std::string_view name) {
             const auto* list = std::find(std::begin(planLists), std::end(planLists), localNameOf(name));
             return prefixOf(name) == _prefix && list != std::end(planLists);
         });
@@ -105,10 +155,10 @@ private:
 
     // Of the declarations the one of plans stays; those whose prefixes are used go to the elements that use them, and
     // attributes of the root that have a prefix go.
-    void mendRootTag(std::size_t nameEnd) {
+    void mendAttributes(std::size_t nameEnd) {
         bool isDeclared = false;
         std::optional<std::size_t> firstEdit;
-        for (const auto& attribute : attributesOf(_bytes, nameEnd, _contentBegin - 1)) {
+        for (const auto& attribute : _rootTag.attributes) {
             const bool isDefault = attribute.name == "xmlns";
             const bool isDeclaration = isDefault || prefixOf(attribute.name) == "xmlns";
             if (isDefault && _prefix.empty() && attribute.value == planNamespace) {
@@ -130,7 +180,7 @@ private:
 
     void declareWhereUsed(std::string_view prefix, std::string_view uri) {
         const auto inName = fmt::format("{}:", prefix);
-        for (auto begin = _bytes.find('<', _contentBegin); begin != npos && !_bytes.substr(begin).starts_with("</");) {
+        for (auto begin = _bytes.find('<', _rootTag.end); begin != npos && !_bytes.substr(begin).starts_with("</");) {
             const auto sectionEnd = MSPCXMLLexis::endOfSection(_bytes, begin);
             if (sectionEnd != begin) {
                 begin = _bytes.find('<', sectionEnd);
@@ -181,12 +231,16 @@ private:
     std::string& _plan;
     std::string_view _bytes;  // until they change
     std::size_t _rootBegin;
-    std::size_t _contentBegin;
+    StartTag _rootTag;
     std::string _prefix;
     MSPDIEdits _edits;
 };
 
 }  // namespace
+
+bool MSPDIIsRootTagSound(std::string_view utf8) {
+    return startTagAt(utf8, MSPCXMLLexis::prologOf(utf8).end).isSound;
+}
 
 bool MSPDIGiveOneNamespace(std::string& utf8) {
     return NamespaceMend(utf8).mend();

@@ -22,6 +22,8 @@ struct MSPDITakenOutPlan {
 // Has the root of a plan declare the namespace of plans, and no other, and takes the prefix from its names; false where
 // there is nothing to change, or the root is none of a plan's.
 [[nodiscard]] bool MSPDIGiveOneNamespace(std::string& utf8);
+// Whether the tag that begins the root element is well-formed; prefixes need not be declared.
+[[nodiscard]] bool MSPDIIsRootTagSound(std::string_view utf8);
 
 void MSPDIMendMissingUIDs(MSPDIPatient& patient);
 void MSPDIMendDuplicateRoots(MSPDIPatient& patient);
