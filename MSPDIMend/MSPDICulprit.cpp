@@ -24,7 +24,9 @@ void collectLeaves(const MSPCXMLNode& element, std::vector<MSPCXMLNode>& leaves)
             }
         }
     }
-    if (isLeaf && element.name() != "UID") {
+    // A value of the project that holds elements but no text says as little as an empty one.
+    const bool isEmptyValue = !isLeaf && element.parent().name() == "Project" && element.stringValue().empty();
+    if ((isLeaf || isEmptyValue) && element.name() != "UID") {
         leaves.push_back(element);
     }
 }

@@ -38,6 +38,12 @@ std::string_view conversionOf(const MSPDIMended& mended) {
     return mended.isConverted ? "The copy is in UTF-8; the plan was in another encoding.\n" : "";
 }
 
+// Plans are told by their names.
+std::string_view conditionOf(const std::string& path) {
+    const auto extension = lowerCased(pathExtension(path));
+    return extension == "xml" || extension == "mspxml" ? "" : " under a name that ends in .xml";
+}
+
 std::string_view nameOf(MSPDIMendVerdict verdict) {
     switch (verdict) {
         case MSPDIMendVerdict::ImportsAsIs:
@@ -73,7 +79,7 @@ void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const st
         writeStep(done, run);
     }
     out << conversionOf(mended);
-    out << (path ? shown(*path) + ": the mended copy, which imports\n"
+    out << (path ? shown(*path) + fmt::format(": the mended copy, which imports{}\n", conditionOf(*path))
                  : shown(plan) + ": a copy mended like this would import; nothing was written\n");
 }
 
