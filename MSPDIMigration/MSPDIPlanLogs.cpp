@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "MSPCFileSystem.h"
+#include "MSPCNewFile.h"
 #include "MSPCPath.h"
 
 namespace {
@@ -21,7 +22,7 @@ std::string MSPDIPlanLogs::logOf(const std::string& plan, const std::string& doc
                                  const std::string& earlierLog, std::string& failure) {
     failure.clear();
     if (earlierLog.starts_with(_folder + "/")) {
-        return earlierLog;
+        return begunAnew(earlierLog, failure);
     }
     auto folder = _folder;
     if (documentFolder.starts_with(_outputFolder + "/")) {
@@ -41,21 +42,38 @@ std::string MSPDIPlanLogs::logOf(const std::string& plan, const std::string& doc
     auto& number = _numbers[stem];
     for (;; ++number) {
         auto path = number == 0 ? stem + ".log" : fmt::format("{}-{}.log", stem, number);
-        if (!_fileSystem.exists(path)) {
-            // It is there from now on, so that nobody else takes the name.
-            return MSPCFileLog::openAnew(path, processName, failure) ? path : std::string();
+        if (_fileSystem.exists(path)) {
+            continue;
+        }
+        // It is there from now on, so that nobody else takes the name.
+        bool isTaken = false;
+        const auto reason = MSPCWriteNewFile(path, {}, isTaken);
+        if (!isTaken) {
+            failure = reason ? path + ": " + *reason : std::string();
+            return reason ? std::string() : path;
         }
     }
 }
 
-std::unique_ptr<MSPCFileLog> MSPDIPlanLogs::open(const std::string& log) {
-    std::string failure;
+// A new file, so that what other names lead to the earlier one stays; and empty at once, so that it is that of this try
+// even where nobody comes to write into it.
+std::string MSPDIPlanLogs::begunAnew(const std::string& log, std::string& failure) {
+    const auto folder = pathByDeletingLastComponent(log);
+    auto reason = _fileSystem.createFolder(folder);
+    if (!reason) {
+        reason = _fileSystem.writeAtomically(log, [](MSPCByteWriter&) {});
+    }
+    failure = reason ? log + ": " + *reason : std::string();
+    return reason ? std::string() : log;
+}
+
+std::unique_ptr<MSPCFileLog> MSPDIPlanLogs::open(const std::string& log, std::string& failure) {
     return MSPCFileLog::openAnew(log, processName, failure);
 }
 
 void MSPDIPlanLogs::addVerdict(const std::string& log, const std::string& plan, const std::string& verdict) {
     std::string failure;
-    if (const auto file = MSPCFileLog::open(log, processName, failure)) {
+    if (const auto file = MSPCFileLog::openOwn(log, processName, failure)) {
         file->log("{}: {}", plan, verdict);
     }
 }

@@ -1,5 +1,7 @@
 #include "MSPDIPlanImporter.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <new>
@@ -8,6 +10,7 @@
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDIAccountOfImport.h"
+#include "MSPDIDocumentAround.h"
 #include "MSPDIEmptyDocument.h"
 #include "MSPDIImportDestination.h"
 #include "MSPDIImportFileSystem.h"
@@ -106,6 +109,10 @@ std::optional<std::string> MSPDIPlanImporter::obstacle() const {
         if (path.empty() || (_services.fileSystem.exists(path) && !_services.fileSystem.isDirectory(path))) {
             return *_options.outputFolder + ": no folder";
         }
+        if (const auto document = MSPDIDocumentAround(path, _services.fileSystem)) {
+            return fmt::format("{}: what is put there would become a part of the document {}", *_options.outputFolder,
+                               *document);
+        }
     }
     if (_options.templateFolder) {
         const auto path = _services.fileSystem.absolutePath(*_options.templateFolder);
@@ -184,7 +191,14 @@ MSPIImportInfo MSPDIPlanImporter::infoFor(const std::string& path, const MSPCURL
 // The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory. What is
 // refused is mended then, so that most plans need no more than one import.
 void MSPDIPlanImporter::importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result) {
-    const auto bytes = _services.fileSystem.openFile(path) ? std::nullopt : _services.fileSystem.readFile(path);
+    std::string failure;
+    const auto bytes =
+        _services.fileSystem.openFile(path) ? std::nullopt : _services.fileSystem.readFile(path, &failure);
+    if (!bytes && !failure.empty()) {
+        result.verdict = MSPDIVerdict::Unreadable;
+        result.reason = "it cannot be read: " + failure;
+        return;
+    }
     auto improved = _options.mending == MSPDIMending::All ? mendedBytes(path, bytes, true, result) : std::nullopt;
     if (improved) {
         importOnce(folder, path, std::move(improved), result);

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "MSPCCharacters.h"
+
 // The lexical rules of XML 1.0, for all that looks at markup without a parser and for what writes it. Texts are UTF-8.
 namespace MSPCXMLLexis {
 
@@ -76,6 +78,21 @@ inline constexpr std::array<unsigned char, 256> characterClasses = [] {
 [[nodiscard]] constexpr bool isCharacter(std::uint32_t code) noexcept {
     return code == '\t' || code == '\n' || code == '\r' || (code >= 0x20 && code <= 0xD7FF) ||
            (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
+}
+
+// The bytes of the character at an offset, and whether a document may hold it. What is no UTF-8 is one byte that it may
+// not hold.
+struct Character {
+    std::size_t size = 1;
+    bool isAllowed = false;
+};
+[[nodiscard]] inline Character characterAt(std::string_view text, std::size_t index) noexcept {
+    if (const auto byte = static_cast<unsigned char>(text[index]); byte < 0x80) {
+        return {1, isCharacter(byte)};
+    }
+    const auto rest = text.substr(index);
+    const auto size = MSPCLengthOfCharacter(rest);
+    return size == 0 ? Character{} : Character{size, isCharacter(MSPCCharacterOfLength(rest, size))};
 }
 
 // Which named references are good.

@@ -4,7 +4,6 @@
 #include <array>
 
 #include "MSPCByteStreams.h"
-#include "MSPCCharacters.h"
 #include "MSPCXMLLexis.h"
 
 namespace {
@@ -26,19 +25,6 @@ std::string_view escapeOf(char character) {
         default:
             return "&#13;";
     }
-}
-
-// The bytes of the character at an offset, and whether a document may hold it. What is no UTF-8 is one byte that it may
-// not hold.
-struct Character {
-    std::size_t size = 1;
-    bool isAllowed = false;
-};
-
-Character characterAt(std::string_view text, std::size_t index) {
-    const auto rest = text.substr(index);
-    const auto size = MSPCLengthOfCharacter(rest);
-    return size == 0 ? Character{} : Character{size, MSPCXMLLexis::isCharacter(MSPCCharacterOfLength(rest, size))};
 }
 
 }  // namespace
@@ -121,7 +107,8 @@ void MSPCXMLOutput::content(std::string_view text, const ByteTable& table) {
     };
     for (auto index = table.endOfPlainRun(text, 0); index < text.size(); index = table.endOfPlainRun(text, index)) {
         const auto kind = table.kindOf(text[index]);
-        const auto character = kind == Lead ? characterAt(text, index) : Character{1, kind != Forbidden};
+        const auto character =
+            kind == Lead ? MSPCXMLLexis::characterAt(text, index) : MSPCXMLLexis::Character{1, kind != Forbidden};
         if (kind == Escaped) {
             endRun(index, character.size);
             raw(escapeOf(text[index]));

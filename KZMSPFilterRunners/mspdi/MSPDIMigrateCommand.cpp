@@ -13,6 +13,7 @@
 #include "MSPCPath.h"
 #include "MSPCStandardTimeClock.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDIDocumentAround.h"
 #include "MSPDIJSON.h"
 #include "MSPDIMachines.h"
 #include "MSPDIMigrateProgress.h"
@@ -195,6 +196,10 @@ std::optional<std::string> obstacleTo(const Arguments& arguments, const MSPDIPla
     const auto& fileSystem = services.fileSystem;
     if (options.logsFolder && fileSystem.exists(*options.logsFolder) && !fileSystem.isDirectory(*options.logsFolder)) {
         return arguments.logsFolder + ": no folder";
+    }
+    if (const auto document =
+            options.logsFolder ? MSPDIDocumentAround(*options.logsFolder, fileSystem) : std::nullopt) {
+        return fmt::format("{}: the logs would become a part of the document {}", arguments.logsFolder, *document);
     }
     if (options.machines && !arguments.isDryRun) {
         if (auto obstacle = MSPDIMachines::obstacle()) {

@@ -133,6 +133,33 @@ TEST_F(PlanImporterTest, tellsWhatCannotBeRead) {
     expectNothingIn("/out");
 }
 
+TEST_F(PlanImporterTest, tellsWhyAFileCannotBeRead) {
+    world.machine.failAlways("readFile", "Permission denied");
+    const auto result = import("/in/Plan.xml");
+    EXPECT_EQ(result.verdict, MSPDIVerdict::Unreadable);
+    EXPECT_EQ(result.reason, "it cannot be read: Permission denied");
+    EXPECT_TRUE(result.mending.empty());
+    EXPECT_EQ(result.mendingObstacle, "");
+    expectNothingIn("/out");
+}
+
+TEST_F(PlanImporterTest, putsNothingIntoADocument) {
+    world.machine.addFile("/in/Old.kdzx/__TOC.xml", "<table-of-contents/>");
+    world.machine.addFile("/in/Old.kdzx/sub/picture.png", "png");
+    world.machine.addLink("/in/link", "/in/Old.kdzx/sub");
+    world.machine.addFile("/in/No.kdzx/picture.png", "png");
+    const std::string told = ": what is put there would become a part of the document /in/Old.kdzx";
+    for (const auto* const folder :
+         {"/in/Old.kdzx", "/in/Old.kdzx/sub", "/in/Old.kdzx/new/er", "/in/link", "/in/link/new"}) {
+        options.outputFolder = folder;
+        EXPECT_EQ(MSPDIPlanImporter(world.services, options).obstacle(), folder + told);
+    }
+    for (const auto* const folder : {"/in", "/in/No.kdzx", "/in/new.kdzx", "/new"}) {
+        options.outputFolder = folder;
+        EXPECT_EQ(MSPDIPlanImporter(world.services, options).obstacle(), std::nullopt) << folder;
+    }
+}
+
 TEST_F(PlanImporterTest, blamesTheTemplateAndNotThePlan) {
     world.machine.addFile("/t.kdzx/Actual.xml", "<scenario/>");
     world.machine.addFile("/t.kdzx/__TOC.xml", "no XML");

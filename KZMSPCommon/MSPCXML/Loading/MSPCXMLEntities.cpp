@@ -3,7 +3,6 @@
 #include <libxml/tree.h>
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace {
@@ -43,7 +42,7 @@ std::string writtenContentOf(const xmlEntity& entity) {
 }  // namespace
 
 struct MSPCXMLEntities::Entry {
-    std::string mark;
+    std::string mark;  // what the parser takes for its text
     xmlEntity standIn = {};
     std::string text;  // markup, entities within it included
 };
@@ -69,6 +68,22 @@ xmlEntity* MSPCXMLEntities::markFor(xmlEntity* entity, const void* parser) {
     auto& entry = entryOf(*entity);
     _textSize += entry.text.size();
     return &entry.standIn;
+}
+
+xmlEntity* MSPCXMLEntities::asWritten(std::string_view name) {
+    if (!_undeclared) {
+        _undeclared = std::make_unique<Entry>();
+    }
+    _undeclared->mark.clear();
+    _undeclared->mark.append(1, '&').append(name).append(1, ';');
+    becomeText(*_undeclared);
+    return &_undeclared->standIn;
+}
+
+// What the parser adds to the text where it is, like "&amp;".
+void MSPCXMLEntities::becomeText(Entry& entry) {
+    entry.standIn.etype = XML_INTERNAL_PREDEFINED_ENTITY;
+    entry.standIn.content = reinterpret_cast<xmlChar*>(entry.mark.data());
 }
 
 // The nodes belong to the entity once the parser has read its content; for content that is empty, or broken, there are
@@ -113,8 +128,7 @@ MSPCXMLEntities::Entry& MSPCXMLEntities::entryOf(const xmlEntity& entity) {
     entry.text = withTexts(writtenContentOf(entity));
     entry.mark.append(1, MarkStart).append(name).append(1, MarkEnd);
     entry.standIn = entity;
-    entry.standIn.etype = XML_INTERNAL_PREDEFINED_ENTITY;
-    entry.standIn.content = reinterpret_cast<xmlChar*>(entry.mark.data());
+    becomeText(entry);
     _entries.emplace(name, std::move(owned));
     return entry;
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -27,6 +28,9 @@ public:
     // It is one of those that the parser adds to the text where it is, like "&amp;"; it belongs to this object.
     // `entity` itself when the parser has not read its content yet, none within that content, where it is a loop.
     [[nodiscard]] _xmlEntity* markFor(_xmlEntity* entity, const void* parser);
+    // For a reference to what is not declared: an entity whose text is the reference as it is written. It belongs to
+    // this object, and is another one's with the next call.
+    [[nodiscard]] _xmlEntity* asWritten(std::string_view name);
     // For references elsewhere, which the parser writes out itself: within values of attributes,
     void countInValue(const _xmlEntity* entity);
     // and to entities of declarations.
@@ -41,6 +45,7 @@ public:
 private:
     struct Entry;
 
+    static void becomeText(Entry& entry);
     [[nodiscard]] bool isRead(const _xmlEntity& entity, const void* parser);
     [[nodiscard]] Entry& entryOf(const _xmlEntity& entity);
 
@@ -53,6 +58,7 @@ private:
     // Those whose content is being read, each within the one before, with the parser that came upon it.
     std::vector<std::pair<const void*, std::string>> _open;
     std::set<std::string, std::less<>> _begun;  // those whose content was, or is being read
+    std::unique_ptr<Entry> _undeclared;
     // By name; ordered, since a plan chooses the names.
     std::map<std::string, std::unique_ptr<Entry>, std::less<>> _entries;
 };

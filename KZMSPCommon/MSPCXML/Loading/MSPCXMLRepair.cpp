@@ -45,6 +45,7 @@ struct Report {
 
     std::optional<MSPCXMLRepair> firstError;
     bool isStrict = false;  // what a parser may overlook is an error, too
+    bool mends = false;     // asked of the parser, which does not ask it of those that it reads entities with
     bool hasFlood = false;  // out of all proportion to the bytes
     MSPCXMLEntities entities;
 };
@@ -221,9 +222,28 @@ void stopAtTooManyDeclarations(xmlParserCtxt& parser) {
     }
 }
 
+// The parser has made line feeds of the line ends of the content by now. Where the entity stands it would do so with
+// those returns, too, that character references have made.
+std::string withEscapedReturns(std::string_view content) {
+    std::string escaped;
+    for (const char character : content) {
+        if (character == '\r') {
+            escaped += "&#13;";
+        } else {
+            escaped += character;
+        }
+    }
+    return escaped;
+}
+
 void declareEntity(void* context, const xmlChar* name, int type, const xmlChar* publicId, const xmlChar* systemId,
                    xmlChar* content) {
-    xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
+    if (type == XML_INTERNAL_GENERAL_ENTITY && content != nullptr) {
+        auto escaped = withEscapedReturns(reinterpret_cast<const char*>(content));
+        xmlSAX2EntityDecl(context, name, type, publicId, systemId, reinterpret_cast<xmlChar*>(escaped.data()));
+    } else {
+        xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
+    }
     stopAtTooManyDeclarations(*static_cast<xmlParserCtxt*>(context));
 }
 
@@ -238,16 +258,13 @@ bool dropsUndeclared(const xmlParserCtxt& parser) {
     return parser.standalone == 1 || (parser.hasExternalSubset == 0 && parser.hasPErefs == 0);
 }
 
-void keepAsText(void* context, std::string_view reference) {
-    xmlSAX2Characters(context, reinterpret_cast<const xmlChar*>(reference.data()), static_cast<int>(reference.size()));
-}
-
 xmlEntityPtr entityInContent(xmlParserCtxt& parser, const xmlChar* name, xmlEntityPtr entity, Report& report) {
-    if (parser.recovery != 0) {
+    if (report.mends) {
         parser.wellFormed = 1;  // behind an error the parser would drop all references
-        if (entity == nullptr && dropsUndeclared(parser)) {
-            keepAsText(&parser, std::string("&").append(reinterpret_cast<const char*>(name)).append(";"));
-        }
+    }
+    if (entity == nullptr) {
+        const bool isError = !report.mends && dropsUndeclared(parser);
+        return isError ? nullptr : report.entities.asWritten(reinterpret_cast<const char*>(name));
     }
     return report.entities.markFor(entity, &parser);
 }
@@ -318,8 +335,8 @@ DocumentPtr parsed(std::string_view bytes, int options, Report& report) {
         useForTree(*parser->sax);
     }
     try {
-        DocumentPtr document(
-            xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8", options));
+        DocumentPtr document(xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr,
+                                               "UTF-8", options | (report.mends ? XML_PARSE_RECOVER : 0)));
         report.hasFlood = report.hasFlood || report.entities.isBeyondMeasure();
         return document;
     } catch (const std::bad_alloc&) {
@@ -421,14 +438,17 @@ std::string withMendableText(std::string_view bytes) {
     std::size_t copied = 0;
     std::size_t sectionEnd = 0;
     auto commentStart = std::string_view::npos;
-    const auto write = [&](std::size_t index, std::string_view replacement) {
+    const auto write = [&](std::size_t index, std::string_view replacement, std::size_t size = 1) {
         mendable.append(bytes, copied, index - copied).append(replacement);
-        copied = index + 1;
+        copied = index + size;
     };
-    for (std::size_t index = 0; index < bytes.size(); ++index) {
+    std::size_t size = 1;
+    for (std::size_t index = 0; index < bytes.size(); index += size) {
+        const auto [characterSize, isAllowed] = characterAt(bytes, index);
+        size = characterSize;
         const char character = bytes[index];
-        if (const auto code = static_cast<unsigned char>(character); code < ' ' && !isCharacter(code)) {
-            write(index, Replacement);
+        if (!isAllowed) {
+            write(index, Replacement, size);
         } else if (character == '<' && index >= sectionEnd) {
             sectionEnd = endOfSection(bytes, index);
             commentStart = bytes.substr(index).starts_with("<!--") ? index + 4 : std::string_view::npos;
@@ -458,7 +478,8 @@ std::optional<MSPCXMLMended> mendedXML(std::string_view bytes, bool hasInternalS
     const auto escaped = escapedStrayAmpersands(bytes, hasInternalSubset ? Entities::AnyName : Entities::Predefined);
     const auto mendable = withMendableText(escaped ? std::string_view(*escaped) : bytes);
     Report recoveryReport(mendable);
-    auto recovered = parsed(mendable, options | XML_PARSE_RECOVER, recoveryReport);
+    recoveryReport.mends = true;
+    auto recovered = parsed(mendable, options, recoveryReport);
     if (!hasRootNamed(recovered, repairableRoot) || recoveryReport.hasFlood) {
         return std::nullopt;
     }

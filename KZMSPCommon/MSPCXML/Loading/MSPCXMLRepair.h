@@ -35,7 +35,7 @@ struct MSPCXMLMended {
 [[nodiscard]] std::optional<std::string> escapedStrayAmpersands(std::string_view bytes,
                                                                 MSPCXMLLexis::Entities entities);
 
-// The same bytes with characters that XML forbids as U+FFFD, each "]]>" outside sections as "]]&gt;", and no "--"
+// The same bytes with what no document may hold as U+FFFD, each "]]>" outside sections as "]]&gt;", and no "--"
 // within a comment: a mending parser would end the document at the first, lose the text around the second, and copy the
 // comment for each of the third.
 [[nodiscard]] std::string withMendableText(std::string_view bytes);

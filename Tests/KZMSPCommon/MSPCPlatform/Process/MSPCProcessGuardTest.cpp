@@ -87,7 +87,7 @@ TEST_F(MSPCProcessGuardTest, endsSoonWhenNobodyReadsTheLog) {
             ::fcntl(ends[1], F_SETPIPE_SZ, 4'096);
             ::dup2(ends[1], STDERR_FILENO);
         });
-    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(2));
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(10));
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 128 + SIGTERM);
     ::close(ends[0]);

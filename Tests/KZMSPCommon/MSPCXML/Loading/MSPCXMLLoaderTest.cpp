@@ -8,6 +8,7 @@
 
 #include "InMemoryFileSystem.h"
 #include "MSPCXMLSelection.h"
+#include "ProcessorTime.h"
 
 namespace {
 
@@ -262,7 +263,7 @@ std::string entityBomb(std::string_view use) {
 }
 
 TEST(MSPCXMLLoader, anEntityBombFailsAtOnce) {
-    const auto start = std::chrono::steady_clock::now();
+    const auto start = processorTime();
     EXPECT_EQ(outcomeOf(entityBomb("&a12;")).markup, "(none)");
     EXPECT_EQ(outcomeOf(entityBomb("<Name a='&a12;'/>")).markup, "(none)");
     std::string quadratic = "<!DOCTYPE Project [<!ENTITY a '" + std::string(100'000, 'x') + "'>]><Project>";
@@ -272,7 +273,7 @@ TEST(MSPCXMLLoader, anEntityBombFailsAtOnce) {
     EXPECT_EQ(outcomeOf(quadratic + "</Project>").markup, "(none)");
     EXPECT_EQ(outcomeOf("<!DOCTYPE Project [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><Project>&a;</Project>").markup,
               "(none)");
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    EXPECT_LT(processorTime() - start, std::chrono::seconds(1));
 }
 
 TEST(MSPCXMLLoader, nothingOutsideTheBytesIsRead) {
