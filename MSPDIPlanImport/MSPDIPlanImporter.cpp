@@ -10,11 +10,13 @@
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDIAccountOfImport.h"
+#include "MSPDICutOff.h"
 #include "MSPDIDocumentAround.h"
 #include "MSPDIEmptyDocument.h"
 #include "MSPDIImportDestination.h"
 #include "MSPDIImportFileSystem.h"
 #include "MSPDIInWords.h"
+#include "MSPDIRepairWarning.h"
 #include "MSPIBundleNaming.h"
 #include "MSPIXMLImporter.h"
 
@@ -62,6 +64,13 @@ void addInWords(const std::vector<std::string>& warnings, std::vector<std::strin
         if (std::ranges::find(words, text) == words.end()) {
             words.push_back(std::move(text));
         }
+    }
+}
+
+void noteCutOff(bool isCutOff, MSPDIImportedPlan& result) {
+    if (isCutOff) {
+        result.isCutOff = true;
+        result.warnings.push_back(fmt::format("{}: what stood behind that place is missing", MSPDICutOffReason));
     }
 }
 
@@ -219,7 +228,8 @@ void MSPDIPlanImporter::importInto(const std::string& folder, const std::string&
 // does not help.
 std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& path, std::optional<std::string> bytes,
                                                           bool isAll, MSPDIImportedPlan& result) const {
-    if (!bytes) {
+    const bool isFile = !bytes;  // a pipe's are given, which nobody can read again
+    if (isFile) {
         bytes = _services.fileSystem.readFile(path);
     }
     if (!bytes) {
@@ -235,6 +245,7 @@ std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& pat
     result.mendingObstacle = std::move(mended.obstacle);
     if (isAll && mended.isRepaired) {
         result.warnings.emplace_back("the markup of the plan was repaired, or brought entities of its own");
+        noteCutOff(isFile && MSPDIIsPlanCutOff(path, _services.fileSystem), result);
     }
     return mended.verdict == MSPDIMendVerdict::Mended ? std::optional(std::move(mended.bytes)) : std::nullopt;
 }
@@ -261,6 +272,8 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
                              counted(std::move(mapScenario), result.counts));
     const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
     addInWords(log.warnings(), result.warnings);
+    const bool isRepaired = std::ranges::any_of(log.warnings(), MSPDIIsRepairWarning);
+    noteCutOff(isRepaired && MSPDIIsPlanCutOff(source, fileSystem), result);
     if (!isImported) {
         result.counts = {};
         result.refusal = log.refusal();

@@ -413,6 +413,28 @@ TEST_F(PlanImporterTest, improvesOnlyWhereAllIsToBeMended) {
     EXPECT_EQ(stepsOf(asItIs), "");
 }
 
+TEST_F(PlanImporterTest, tellsThatAPlanIsCutOff) {
+    const auto plan =
+        planWith("<Tasks>" + taskNamed("Paint", "1", "<Deadline>2012-02-01T17:00:00</Deadline>") + "</Tasks>");
+    const std::string told = "the file is cut off: what stood behind that place is missing";
+    world.machine.addFile("/in/Cut.xml", plan.substr(0, plan.find("</Tasks>")));
+    for (const auto mending : {MSPDIMending::None, MSPDIMending::OfRefused}) {
+        options.mending = mending;
+        const auto result = import("/in/Cut.xml");
+        EXPECT_EQ(result.verdict, MSPDIVerdict::Imported);
+        EXPECT_TRUE(result.isCutOff);
+        EXPECT_THAT(result.warnings, ElementsAre(StartsWith("the file is damaged"), told));
+    }
+    options.mending = MSPDIMending::All;
+    const auto improved = import("/in/Cut.xml");
+    EXPECT_TRUE(improved.isCutOff);
+    EXPECT_THAT(improved.warnings, ElementsAre(StartsWith("the markup of the plan was repaired"), told));
+    world.machine.addFile("/in/Whole.xml", plan);
+    EXPECT_FALSE(import("/in/Whole.xml").isCutOff);
+    world.machine.addFile("/in/Damaged.xml", planWith("<Title>a & b</Title>"));
+    EXPECT_FALSE(import("/in/Damaged.xml").isCutOff);
+}
+
 TEST_F(PlanImporterTest, keepsTheWarningsOfThePlanThatWasMended) {
     world.machine.addFile("/in/Damaged.xml", planWith("<Title>a & b</Title><Tasks>" +
                                                       taskNamed("Paint", "1", "<Type>9</Type>") + "</Tasks>"));

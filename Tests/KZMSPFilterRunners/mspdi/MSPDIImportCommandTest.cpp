@@ -99,6 +99,26 @@ TEST_F(ImportCommandTest, tellsWhyAPlanIsRefusedAndLeavesNothing) {
     EXPECT_FALSE(world.machine.exists("/home/me/out"));
 }
 
+TEST_F(ImportCommandTest, tellsThatARefusedPlanIsDamaged) {
+    auto damaged = world.machine.contents("/home/me/Refused.xml");
+    damaged.replace(damaged.find("Paint"), 5, "R & D");
+    world.machine.addFile("/home/me/Damaged.xml", damaged);
+    EXPECT_EQ(run({"import", "Damaged.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr("(Task UID='1' name='R & D'))\n    Warning: the file is damaged and was mended on "
+                                     "reading, values may be missing (at line 1: "));
+}
+
+// All of its losses are told by no command.
+TEST_F(ImportCommandTest, tellsThatAPlanIsCutOff) {
+    const auto plan = world.machine.contents("/home/me/Lossy.xml");
+    world.machine.addFile("/home/me/Cut.xml", plan.substr(0, plan.find("</Tasks>")));
+    EXPECT_EQ(run({"import", "Cut.xml"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("    Warning: the file is cut off: what stood behind that place is missing\n"));
+    EXPECT_THAT(out.str(), HasSubstr("    Lost or changed: 1 x overwritten-by-repair"));
+    EXPECT_THAT(out.str(), EndsWith(", and what is cut off\n"));
+    EXPECT_THAT(out.str(), Not(HasSubstr("mspdi losses")));
+}
+
 TEST_F(ImportCommandTest, tellsWhatItCouldNotReadInOneLine) {
     for (const auto& [plan, reason] : {std::pair("None.xml", "no such file"),
                                        {"/home/me", "a folder, not a plan"},
