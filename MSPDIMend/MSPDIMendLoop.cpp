@@ -10,10 +10,12 @@
 #include "MSPCException.h"
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLLexis.h"
+#include "MSPCXMLRepair.h"
 #include "MSPDIElementsMended.h"
 #include "MSPDIMarkup.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
+#include "MSPDIRepairWarning.h"
 
 namespace {
 
@@ -38,8 +40,8 @@ std::string obstacleOf(const MSPDIRefusal& refusal) {
     return refusal.sentence();
 }
 
-// The root element begins at an offset; an empty name where something else does.
-std::string_view rootNameAt(std::string_view bytes, std::size_t offset) {
+// The name of the start tag at an offset; empty where something else begins there.
+std::string_view nameOfTagAt(std::string_view bytes, std::size_t offset) {
     const auto tag = bytes.substr(std::min(offset, bytes.size()));
     const auto behind = tag.starts_with('<') ? tag.substr(1) : std::string_view();
     return behind.substr(0, MSPCXMLLexis::endOfName(behind));
@@ -52,10 +54,34 @@ bool isWide(std::string_view bytes) {
     return first.starts_with("\xFF\xFE") || first.starts_with("\xFE\xFF") || !MSPCXMLLexis::hasNoNul(first);
 }
 
-std::size_t startTagsIn(std::string_view bytes) {
+bool beginsWithText(std::string_view bytes) {
+    const auto mark = bytes.starts_with(MSPCXMLLexis::ByteOrderMark) ? MSPCXMLLexis::ByteOrderMark.size() : 0;
+    const auto first = bytes.find_first_not_of(MSPCXMLLexis::Blanks, mark);
+    return first != std::string_view::npos && bytes[first] != '<';
+}
+
+// What a plan is made of, and the lists that hold it.
+constexpr std::pair<std::string_view, std::string_view> lists[] = {
+    {"Calendars", "Calendar"}, {"Tasks", "Task"}, {"Resources", "Resource"}, {"Assignments", "Assignment"}};
+
+// How many the bytes begin, wherever.
+std::size_t itemsBegunIn(std::string_view bytes) {
     std::size_t count = 0;
-    for (auto tag = bytes.find('<'); tag < bytes.size() - 1; tag = bytes.find('<', tag + 1)) {
-        count += MSPCXMLLexis::hasClass(bytes[tag + 1], MSPCXMLLexis::NameStart) ? 1U : 0U;
+    for (auto tag = bytes.find('<'); tag != std::string_view::npos; tag = bytes.find('<', tag + 1)) {
+        const auto name = nameOfTagAt(bytes, tag);
+        count += std::any_of(std::begin(lists), std::end(lists), [&](const auto& list) { return list.second == name; })
+                     ? 1U
+                     : 0U;
+    }
+    return count;
+}
+
+std::size_t itemsOf(const MSPCXMLNode& project) {
+    std::size_t count = 0;
+    for (const auto& [list, item] : lists) {
+        for (const auto& holder : project.childElements(list)) {
+            count += holder.childElements(item).size();
+        }
     }
     return count;
 }
@@ -102,7 +128,12 @@ public:
 private:
     [[nodiscard]] std::optional<MSPDIRefusal> refusalOf(const std::string& bytes) {
         ++_result.imports;
-        return MSPDIImportBytesInMemory(_name, bytes, _services, MSPDIMemoryKeeping::Names).refusal;
+        auto import = MSPDIImportBytesInMemory(_name, bytes, _services, MSPDIMemoryKeeping::Names);
+        const auto repair = std::find_if(import.warnings.begin(), import.warnings.end(), MSPDIIsRepairWarning);
+        if (repair != import.warnings.end() && _result.damage.empty()) {
+            _result.damage = std::move(*repair);
+        }
+        return std::move(import.refusal);
     }
 
     MSPDIMended concluded(std::string copy, const std::optional<MSPDIRefusal>& refusal) {
@@ -125,8 +156,8 @@ private:
     // learn what the importer says. False where nothing was done.
     bool uncoverWithoutImport(std::string& copy) {
         const auto prolog = MSPCXMLLexis::prologOf(copy);
-        const auto root = rootNameAt(copy, prolog.end);
-        if (isWide(copy) || prolog.hasInternalSubset || root == planRoot || (root.empty() && copy[prolog.end] == '<') ||
+        const auto root = nameOfTagAt(copy, prolog.end);
+        if (isWide(copy) || prolog.hasInternalSubset || root == planRoot || (root.empty() && !beginsWithText(copy)) ||
             !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
             return false;
         }
@@ -215,7 +246,7 @@ private:
             return false;
         }
         std::string around;
-        const bool mayBeDeclared = !_isNamespaceMended && isPlansRoot(rootNameAt(copy, prolog.end)) &&
+        const bool mayBeDeclared = !_isNamespaceMended && isPlansRoot(nameOfTagAt(copy, prolog.end)) &&
                                    (refusal.name == "MSPIMapperException" || !MSPDIIsRootTagSound(copy));
         return (mayBeDeclared && uncover(copy, namespaceStep, around)) ||
                (refusal.name == "MSPEXMLException" && uncover(copy, embedded, around));
@@ -226,7 +257,9 @@ private:
         if (loaded && isPlansRoot(loaded->document.root().name())) {
             return false;
         }
-        auto inner = MSPDIEmbeddedPlan(loaded ? loaded->utf8 : copy);
+        auto inner = !loaded && dropUnknownDeclaration(copy)
+                         ? std::optional(MSPDITakenOutPlan{std::move(copy), {}, false})
+                         : MSPDIEmbeddedPlan(loaded ? loaded->utf8 : copy);
         if (!inner) {
             return false;
         }
@@ -236,6 +269,19 @@ private:
         copy = std::move(inner->bytes);
         loaded = read(copy);
         tellRewriting(loaded);
+        return true;
+    }
+
+    // A declaration that names an encoding that nobody knows, or names it in a way that nobody can read, hides a plan
+    // whose bytes are UTF-8 all the same.
+    static bool dropUnknownDeclaration(std::string& copy) {
+        const auto end = copy.starts_with("<?xml") ? copy.find("?>") : std::string::npos;
+        const auto root = end == std::string::npos ? end : copy.find_first_not_of(MSPCXMLLexis::Blanks, end + 2);
+        const bool isPlan = root != std::string::npos && isPlansRoot(nameOfTagAt(copy, root));
+        if (!isPlan || isDeclaredUtf8(copy) || !isWellFormedXML(std::string_view(copy).substr(root))) {
+            return false;
+        }
+        copy.erase(0, root);
         return true;
     }
 
@@ -261,13 +307,14 @@ private:
 
     // A repair that loses most of a plan leaves something that may well import; nobody would call that mended.
     bool isLostByRepair(const MSPCXMLWithBytes& loaded, const std::string& copy) {
-        const auto before = loaded.isWrittenAnew && !isWide(copy) ? startTagsIn(copy) : 0;
-        const auto after = before == 0 ? 0 : startTagsIn(loaded.utf8);
-        const bool isLost = 2 * after < before;
+        const auto begun = loaded.isWrittenAnew && !isWide(copy) ? itemsBegunIn(copy) : 0;
+        const auto left = begun == 0 ? 0 : itemsOf(loaded.document.root());
+        const bool isLost = 2 * left < begun;
         if (isLost) {
-            _obstacle =
-                fmt::format("Its markup is broken so that a repair would lose most of it: {} of {} elements are left.",
-                            after, before);
+            _obstacle = fmt::format(
+                "Its markup is broken so that a repair would lose most of it: {} of {} calendars, "
+                "tasks, resources and assignments are left.",
+                left, begun);
         }
         return isLost;
     }

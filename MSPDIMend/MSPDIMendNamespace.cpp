@@ -139,8 +139,11 @@ public:
             return false;
         }
         _plan = _edits.appliedTo(std::move(_plan));
-        if (!_prefix.empty()) {
-            dropPrefix();
+        if (!_prefix.empty() && std::find(_prefixes.begin(), _prefixes.end(), _prefix + ":") == _prefixes.end()) {
+            _prefixes.push_back(_prefix + ":");
+        }
+        if (!_prefixes.empty()) {
+            dropPrefixes();
         }
         return true;
     }
@@ -166,7 +169,10 @@ private:
             } else if (isDeclaration || (!prefixOf(attribute.name).empty() && prefixOf(attribute.name) != "xml")) {
                 const auto edit = _edits.replace(attribute.begin, attribute.end, {});
                 firstEdit = firstEdit.value_or(edit);
-                if (isDeclaration && !isDefault && localNameOf(attribute.name) != _prefix) {
+                const bool isOfPlans = attribute.value == planNamespace || localNameOf(attribute.name) == _prefix;
+                if (isDeclaration && !isDefault && isOfPlans) {
+                    _prefixes.push_back(std::string(localNameOf(attribute.name)) + ":");
+                } else if (isDeclaration && !isDefault) {
                     declareWhereUsed(localNameOf(attribute.name), attribute.value);
                 }
             }
@@ -206,8 +212,7 @@ private:
     }
 
     // In its own place, since nearly every tag becomes shorter.
-    void dropPrefix() {
-        const auto inName = _prefix + ":";
+    void dropPrefixes() {
         const std::string_view bytes(_plan);
         std::size_t kept = 0;
         std::size_t copied = 0;
@@ -218,9 +223,12 @@ private:
         for (auto tag = bytes.find('<', _rootBegin); tag != npos;) {
             const auto sectionEnd = MSPCXMLLexis::endOfSection(bytes, tag);
             const auto name = tag + (bytes.substr(tag, 2) == "</" ? 2 : 1);
-            if (sectionEnd == tag && bytes.substr(name).starts_with(inName)) {
+            const auto prefix = std::find_if(_prefixes.begin(), _prefixes.end(), [&](const auto& candidate) {
+                return bytes.substr(name).starts_with(candidate);
+            });
+            if (sectionEnd == tag && prefix != _prefixes.end()) {
                 keepUntil(name);
-                copied = name + inName.size();
+                copied = name + prefix->size();
             }
             tag = bytes.find('<', sectionEnd == tag ? endOfTagNamed(bytes, name) : sectionEnd);
         }
@@ -233,6 +241,7 @@ private:
     std::size_t _rootBegin;
     StartTag _rootTag;
     std::string _prefix;
+    std::vector<std::string> _prefixes;  // of plans, with their colons
     MSPDIEdits _edits;
 };
 

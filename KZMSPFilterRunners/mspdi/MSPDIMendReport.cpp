@@ -61,6 +61,9 @@ std::string_view nameOf(MSPDIMendVerdict verdict) {
 void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const std::optional<std::string>& path,
                     MSPDIRun& run) {
     auto& out = run.out;
+    if (!mended.damage.empty()) {
+        out << run.emphasized("Warning") << ": " << shown(MSPDIWarningInWords(mended.damage)) << '\n';
+    }
     switch (mended.verdict) {
         case MSPDIMendVerdict::ImportsAsIs:
             out << shown(plan) << ": imports as it is; nothing was done\n";
@@ -99,6 +102,7 @@ void MSPDIWriteMendAsJSON(const std::string& plan, const MSPDIMended& mended, co
                        {"reason", mended.refusal ? JSON(mended.refusal->sentence()) : JSON(nullptr)},
                        {"obstacle", mended.obstacle.empty() ? JSON(nullptr) : JSON(mended.obstacle)},
                        {"steps", std::move(steps)},
+                       {"damage", mended.damage.empty() ? JSON(nullptr) : JSON(mended.damage)},
                        {"converted", mended.isConverted},
                        {"repaired", mended.isRepaired},
                        {"mended", path ? JSON(*path) : JSON(nullptr)}};

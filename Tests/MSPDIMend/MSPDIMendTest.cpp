@@ -318,8 +318,49 @@ TEST_F(MendTest, doesNotCallMendedWhatARepairHasLost) {
     const auto plan = planOf("<Author p=\"1\"Name>x</AuthorName>" + tasks(many), "");
     const auto mended = mend(plan);
     EXPECT_EQ(mended.verdict, MSPDIMendVerdict::NotMendable);
-    EXPECT_THAT(mended.obstacle, HasSubstr("a repair would lose most of it"));
+    EXPECT_THAT(mended.obstacle, HasSubstr("a repair would lose most of it: 0 of 20 "));
     EXPECT_TRUE(mended.bytes.empty() && mended.steps.empty());
+    // All of it stays, but within the title, or within a comment.
+    for (const auto* damage : {"<Title>x<Title>", "<!-- x", "<![CDATA[ x", "</Project>"}) {
+        const auto other = mend(planOf(damage + tasks(many), ""));
+        EXPECT_EQ(other.verdict, MSPDIMendVerdict::NotMendable) << damage;
+        EXPECT_THAT(other.obstacle, HasSubstr("a repair would lose most of it")) << damage;
+    }
+    // What loses little is mended.
+    EXPECT_EQ(mend(planOf(tasks(many + "<Task><UID>21</UID><Summ"), "")).verdict, MSPDIMendVerdict::Mended);
+}
+
+TEST_F(MendTest, saysThatTheMarkupOfAPlanIsDamaged) {
+    const auto cut = planOf(tasks(task(1, 1)));
+    const auto asIs = mend(cut.substr(0, cut.find("</Project>")));
+    EXPECT_EQ(asIs.verdict, MSPDIMendVerdict::ImportsAsIs);
+    EXPECT_THAT(asIs.damage, HasSubstr("Repaired malformed XML"));
+    const auto refused = planOf(tasks(task(0, 0) + task(1, 1)));
+    const auto mended = mend(refused.substr(0, refused.find("</Project>")));
+    EXPECT_EQ(mended.verdict, MSPDIMendVerdict::Mended);
+    EXPECT_THAT(mended.damage, HasSubstr("Repaired malformed XML"));
+    EXPECT_EQ(mend(refused).damage, "");
+}
+
+TEST_F(MendTest, takesAllPrefixesOfPlansFromNames) {
+    const auto plan = planOf(tasks(task(1, 1, "<Name>A</Name>")), "");
+    const std::string declaration = "xmlns=\"http://schemas.microsoft.com/project\"";
+    auto prefixed =
+        with(with(plan, "<Name>A</Name>", "<q:Name>A</q:Name>"), declaration,
+             "xmlns:p=\"http://schemas.microsoft.com/project\" xmlns:q=\"http://schemas.microsoft.com/project\"");
+    prefixed = with(with(prefixed, "<Project ", "<p:Project "), "</Project>", "</p:Project>");
+    prefixed = with(with(prefixed, "<Tasks>", "<p:Tasks>"), "</Tasks>", "</p:Tasks>");
+    expectMended(prefixed, mend(plan).bytes, "namespace 1, standard-calendar 1");
+}
+
+TEST_F(MendTest, takesAPlanFromBehindADeclarationThatNobodyKnows) {
+    const auto plan = planOf(tasks(task(1, 1, "<Name>\xC3\xBC</Name>")));
+    const auto wanted = plan.substr(plan.find("<Project"));
+    for (const auto* encoding : {"encoding=?UTF-8\" standalone=\"yes\"", "encoding=\"UTF-99\""}) {
+        expectMended(with(plan, "encoding=\"UTF-8\"", encoding), wanted, "embedded 1");
+    }
+    const auto latin = with(with(plan, "\xC3\xBC", "\xFC"), "UTF-8", "UTF-99");
+    EXPECT_EQ(mend(latin).verdict, MSPDIMendVerdict::NotMendable);
 }
 
 TEST_F(MendTest, mendsPlansWithPrefixesWhoseMarkupIsBroken) {

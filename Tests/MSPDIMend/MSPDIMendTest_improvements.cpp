@@ -335,6 +335,27 @@ TEST_F(ImprovementTest, copiesNothingIntoCalendarsThatDoNotArrive) {
                 HasSubstr(persons + "<Calendar><UID>3</UID><IsBaseCalendar>1</IsBaseCalendar>"));
 }
 
+// As programs write them that define all fields there are.
+TEST_F(ImprovementTest, takesAFieldWhoseDefinitionNamesItNothing) {
+    constexpr int textFields[] = {
+        188743731, 188743734, 188743737, 188743740, 188743743, 188743746, 188743747, 188743748, 188743749, 188743750,
+        188743997, 188743998, 188743999, 188744000, 188744001, 188744002, 188744003, 188744004, 188744005, 188744006,
+        188744007, 188744008, 188744009, 188744010, 188744011, 188744012, 188744013, 188744014, 188744015, 188744016};
+    std::string definitions;
+    for (const auto field : textFields) {
+        definitions += "<ExtendedAttribute><FieldID>" + std::to_string(field) +
+                       "</FieldID><FieldName>Text</FieldName>"
+                       "</ExtendedAttribute>";
+    }
+    const auto plan = planOf(
+        "<ExtendedAttributes>" + definitions + "</ExtendedAttributes>" +
+        tasks(task(1, 1, "<Deadline>2012-02-01T17:00:00</Deadline>") +
+              task(2, 1, "<ExtendedAttribute><FieldID>188743731</FieldID><Value>mine</Value></ExtendedAttribute>")));
+    const auto mended = saved(plan, "deadline");
+    EXPECT_THAT(mended, HasSubstr("<FieldID>188743734</FieldID><FieldName>Text</FieldName><Alias>Deadline</Alias>"));
+    EXPECT_THAT(mended, HasSubstr("<FieldID>188743731</FieldID><FieldName>Text</FieldName></ExtendedAttribute>"));
+}
+
 // A copy of what does not arrive as it is would only add to what is lost.
 TEST_F(ImprovementTest, copiesNoWeekThatDoesNotArriveAsItIs) {
     const auto planWith = [](const std::string& day) {

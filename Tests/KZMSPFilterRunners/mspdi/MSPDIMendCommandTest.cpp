@@ -124,8 +124,8 @@ TEST_F(MendCommandTest, takesNoFolderForTheCopy) {
 }
 
 TEST_F(MendCommandTest, saysUnderWhichNameTheCopyImports) {
-    EXPECT_EQ(run({"Plan.xml", "-o", "Good"}), 0);
-    EXPECT_THAT(out.str(), HasSubstr("Good: the mended copy, which imports under a name that ends in .xml\n"));
+    EXPECT_EQ(run({"Plan.xml", "-o", "Good.pod"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("Good.pod: the mended copy, which imports under a name that ends in .xml\n"));
 }
 
 TEST_F(MendCommandTest, leavesAPlanAloneThatImports) {
