@@ -75,15 +75,21 @@ TEST(MSPDILeafWalkTest, countsTheProjectsOwnChildrenBeforeItsLists) {
     EXPECT_EQ(plan.at("Tasks[3]"), "default");
 }
 
+// What a resource says itself is compared with its rates where no more places are to be told as well.
 TEST(MSPDILeafWalkTest, comparesRatesBeyondTheFirstPlaces) {
+    const auto resource = [](const std::string& rate) {
+        return "<Resource><UID>1</UID><OvertimeRate>9</OvertimeRate><Rates><Rate>" + rate +
+               "</Rate></Rates></Resource>";
+    };
+    const auto further = resource("<RateTable>1</RateTable><OvertimeRate>7</OvertimeRate>");
+    const auto own = resource("<OvertimeRate>9</OvertimeRate>");
     ServicesInMemory world;
-    const std::string resource =
-        "<Resource><UID>1</UID><OvertimeRate>9</OvertimeRate><Rates><Rate><OvertimeRate>9</OvertimeRate></Rate></Rates>"
-        "</Resource>";
-    world.machine.addFile("/p.xml", planOf("<Resources>" + repeated(resource, 9) + "</Resources>"));
-    for (const auto& loss : MSPDIAccountOfPlan("/p.xml", world.services).losses) {
-        EXPECT_NE(loss.kind, "further-rates");
-    }
+    world.machine.addFile("/p.xml", planOf("<Resources>" + repeated(further, 3) + repeated(own, 9) + "</Resources>"));
+    const auto account = MSPDIAccountOfPlan("/p.xml", world.services);
+    const auto rates = std::find_if(account.losses.begin(), account.losses.end(),
+                                    [](const auto& loss) { return loss.kind == "further-rates"; });
+    ASSERT_NE(rates, account.losses.end());
+    EXPECT_EQ(rates->count, 3U);
 }
 
 // More names than the counts have room for at first, some of them again, and in elements that follow each other.
