@@ -126,7 +126,7 @@ MSPDIMigrationRecord MSPDIMigrationJob::make(const MSPDIPlanToMigrate& plan, con
     const auto stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
     auto digest = digestOf(plan.path, _services.fileSystem);
     std::string logFailure;
-    const auto log = plan.log.empty() ? nullptr : MSPDIPlanLogs::open(plan.log, logFailure);
+    const auto log = plan.log.empty() ? nullptr : MSPDIPlanLogs::open(plan.log, plan.path, _outputFolder, logFailure);
     MSPCNoLog noLog;
     const auto imported = import(plan.path, work, log ? static_cast<MSPCLog&>(*log) : noLog);
     auto record = recordOf(plan, imported);

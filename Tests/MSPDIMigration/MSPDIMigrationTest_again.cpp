@@ -6,6 +6,8 @@
 #include <filesystem>
 
 #include "MSPDIMigration.h"
+#include "MSPDIMigrationJob.h"
+#include "MSPDIPlanLogs.h"
 #include "MigrationFixture.h"
 
 namespace {
@@ -183,6 +185,29 @@ TEST_F(MigrationTest, beginsLogsAnewWithoutTouchingWhatElseTheirNamesLeadTo) {
     }
     EXPECT_EQ(folder.listing("logs"), "A.log B.log ");
     EXPECT_EQ(logs, (std::vector<std::string>{folder / "logs/A.log", folder / "logs/B.log"}));
+}
+
+// A killed run has no record of the logs that it has begun; they say themselves whose they are.
+TEST_F(MigrationTest, takesUpTheLogsThatADeadRunHasBegun) {
+    const auto nextRun = [this](const std::string& plan, const std::string& output) {
+        std::string failure;
+        MSPDIPlanLogs planLogs(folder / "logs", folder / output, files);
+        auto path = planLogs.logOf(plan, folder / output, "", failure);
+        EXPECT_EQ(failure, "");
+        return path;
+    };
+    const std::string plan = "/in/a\nb/A.xml";
+    EXPECT_EQ(nextRun(plan, "out"), folder / "logs/A.log");
+    EXPECT_EQ(nextRun(plan, "out"), folder / "logs/A.log") << "it was not even opened";
+    std::string failure;
+    MSPDIPlanLogs::open(folder / "logs/A.log", plan, folder / "out", failure)->log("Mapping");
+    EXPECT_EQ(nextRun(plan, "out"), folder / "logs/A.log");
+    EXPECT_EQ(folder.contents("logs/A.log"), "Migrating '/in/a\\nb/A.xml' into '" + (folder / "out") + "'\n");
+    EXPECT_EQ(nextRun("/in/other/A.xml", "out"), folder / "logs/A-1.log") << "that of another plan";
+    EXPECT_EQ(nextRun(plan, "elsewhere"), folder / "logs/A-2.log") << "that of another migration";
+    folder.addFile("logs/B.log", "what Migrating '/in/B.xml' into '" + (folder / "out") + "' has taught me");
+    folder.addFile("logs/B-1.log", "");
+    EXPECT_EQ(nextRun("/in/B.xml", "out"), folder / "logs/B-2.log") << "those of people";
 }
 
 TEST_F(MigrationTest, makesTheFolderOfEarlierLogsWhereItIsGone) {
