@@ -210,7 +210,8 @@ private:
 
     void rememberComments(const KZDXXMLFile& file, std::size_t place) {
         const KZDXImportComments comments(file.root());
-        _isOfImport = _isOfImport || comments.tellImporter;
+        _isOfImport = _isOfImport || comments.tellImporter || comments.nameSections;
+        _isImporterTold = _isImporterTold || comments.tellImporter;
         if (!comments.tellImporter && !comments.tellPlan) {
             _uncommented.push_back({place, file.name(), file.lineOf(file.root()), pathOf(file.root())});
         }
@@ -230,7 +231,9 @@ private:
         for (auto& [place, file, line, element] : _uncommented) {
             takeUpTo(found.begin() + static_cast<std::ptrdiff_t>(place));
             add(KZDXImportCommentRule, std::move(file), line, std::move(element),
-                "no comments tell the importer and the plan, as those of other scenarios do");
+                fmt::format("no comments tell the importer and the plan, {}",
+                            _isImporterTold ? "as those of other scenarios do"
+                                            : "though sections are named as imports name them"));
         }
         takeUpTo(found.end());
     }
@@ -278,8 +281,9 @@ private:
     std::set<std::string> _seen;  // files that an entry names
     KZDXIds _idsOfActual;
     std::vector<Uncommented> _uncommented;
-    bool _isOfImport = false;  // one scenario tells the importer
-    MSPCXMLNode _named;        // whose name was asked for last, and the name
+    bool _isOfImport = false;  // one scenario tells the importer, or has the sections of an import
+    bool _isImporterTold = false;
+    MSPCXMLNode _named;  // whose name was asked for last, and the name
     std::string _name;
 };
 

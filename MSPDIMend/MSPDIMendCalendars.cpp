@@ -202,8 +202,8 @@ void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
 
 void MSPDIMendProjectCalendar(MSPDIPatient& patient) {
     const auto own = patient.isAskedFor(projectCalendar) ? projectsCalendar(patient) : MSPCXMLNode();
-    // Of its working times those until midnight would not arrive.
-    if (own && !MSPDIHasTimeUntilMidnight(own)) {
+    // Some working times would not arrive as they are.
+    if (own && MSPDIArrivesAsItIs(own)) {
         giveProjectsCalendarItsPlace(patient, projectCalendar);
     }
 }
