@@ -67,8 +67,10 @@ bool isPlainPeriod(const MSPCXMLNode& period) {
 std::vector<MSPCXMLNode> MSPDIMappedCalendars(const MSPDIPatient& patient) {
     std::set<std::int64_t> uids;
     for (const auto& resource : patient.items("Resources", "Resource")) {
-        // Of one that names several calendars not every reader takes the same.
-        if (MSPDIIntegerIn(resource, "UID").value_or(0) != 0 && resource.lastChildElement("CalendarUID").count == 1) {
+        // One that has several numbers does not arrive, and of several calendars not every reader takes the same.
+        const bool isPlain =
+            resource.lastChildElement("UID").count == 1 && resource.lastChildElement("CalendarUID").count == 1;
+        if (isPlain && MSPDIIntegerIn(resource, "UID").value_or(0) != 0) {
             uids.insert(MSPDIIntegerIn(resource, "CalendarUID").value_or(-1));
         }
     }

@@ -396,6 +396,19 @@ TEST_F(ImprovementTest, copiesNoWeekForAResourceOfTwoCalendars) {
         "  <Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar>" + person +
             with(person, "<UID>3", "<UID>4") + "</Calendars>\n");
     EXPECT_EQ(mend(plan, {.only = {}, .isAll = true}).verdict, MSPDIMendVerdict::ImportsAsIs);
+    const auto ofTwoNumbers =
+        with(with(plan, "<CalendarUID>4</CalendarUID>", ""), "<UID>1</UID><Cal", "<UID>1</UID><UID>1</UID><Cal");
+    EXPECT_EQ(mend(ofTwoNumbers, {.only = {}, .isAll = true}).verdict, MSPDIMendVerdict::ImportsAsIs);
+}
+
+// However many tasks stand under it.
+TEST_F(ImprovementTest, aTaskWithOthersUnderItBecomesASummaryTask) {
+    std::string children;
+    for (int uid = 2; uid <= 5; ++uid) {
+        children += task(uid, 2);
+        const auto mended = mend(planOf(tasks(task(1, 1) + children)), {.only = {"outline"}});
+        EXPECT_EQ(mended.bytes, planOf(tasks(task(1, 1, "<Summary>1</Summary>") + children))) << uid;
+    }
 }
 
 TEST_F(ImprovementTest, calendarsOfOneNumberExchangeNothing) {
