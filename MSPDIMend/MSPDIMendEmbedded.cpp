@@ -164,9 +164,11 @@ std::optional<MSPDITakenOutPlan> planTakenOutOf(std::string& bytes, bool isInSec
         return std::nullopt;
     }
     MSPDITakenOutPlan takenOut;
-    // A declaration within a document is an error of its own.
+    // A declaration within a document is an error of its own; what begins with text is none anyway.
+    const auto first = bytes.find_first_not_of(MSPCXMLLexis::Blanks);
+    const bool isDocument = bytes[first] == '<';
     const bool isDeclared = bytes.compare(plan->begin, 2, "<?") == 0;
-    takenOut.around = isDeclared ? bytes : bytes.substr(0, plan->begin).append(bytes, plan->end);
+    takenOut.around = isDocument && isDeclared ? bytes : bytes.substr(0, plan->begin).append(bytes, plan->end);
     bytes.resize(plan->end);
     bytes.erase(0, plan->begin);
     takenOut.bytes = std::move(bytes);
