@@ -26,7 +26,9 @@ constexpr MSPDIMendStep steps[] = {
     {"calendar-order",
      "a person's calendar that has UID 1 exchanges it with the project's calendar, or gets the next free one",
      "nothing", true},
-    {"project-calendar", "the project's calendar gets UID 1, in exchange with the calendar that has it", "nothing",
+    {"project-calendar", "the project's calendar gets UID 1, in exchange with the calendar that has it",
+     "what the other calendar holds arrives no longer; so nothing is done where that is more than what the project's "
+     "brings",
      false},
     {"standard-calendar",
      "the project's calendar becomes a base calendar, named Standard unless it has UID 1; without any, a Standard one "

@@ -411,6 +411,28 @@ TEST_F(ImprovementTest, aTaskWithOthersUnderItBecomesASummaryTask) {
     }
 }
 
+TEST_F(ImprovementTest, calendarsExchangeNothingWhereLessWouldArrive) {
+    const auto plan = [](const std::string& standard, const std::string& own, const std::string& others) {
+        return planOf(tasks(task(1, 1)),
+                      "  <CalendarUID>3</CalendarUID>\n  <Calendars><Calendar><UID>1</UID><Name>Standard</Name>"
+                      "<IsBaseCalendar>1</IsBaseCalendar>" +
+                          standard + "</Calendar><Calendar><UID>3</UID><Name>Own</Name>" + own + "</Calendar>" +
+                          others + "</Calendars>\n");
+    };
+    const std::string base = "<IsBaseCalendar>1</IsBaseCalendar>";
+    const std::string monday = "<WeekDays><WeekDay><DayType>2</DayType><DayWorking>0</DayWorking></WeekDay></WeekDays>";
+    const std::string person =
+        "<Calendar><UID>4</UID><IsBaseCalendar>0</IsBaseCalendar><BaseCalendarUID>1"
+        "</BaseCalendarUID></Calendar>";
+    const MSPDIMendOptions only{.only = {"project-calendar"}};
+    EXPECT_EQ(stepsOf(mend(plan(monday, base + monday, ""), only)), "project-calendar 1");
+    EXPECT_EQ(stepsOf(mend(plan(monday, base + monday, person), only)), "project-calendar 1");
+    EXPECT_EQ(stepsOf(mend(plan("", base + monday, person), only)), "project-calendar 1");
+    EXPECT_EQ(stepsOf(mend(plan(monday, base, ""), only)), "");
+    EXPECT_EQ(stepsOf(mend(plan(monday, base + monday, person + with(person, ">4<", ">5<")), only)), "");
+    EXPECT_EQ(stepsOf(mend(plan("", "<IsBaseCalendar>0</IsBaseCalendar>" + monday, ""), only)), "");
+}
+
 TEST_F(ImprovementTest, calendarsOfOneNumberExchangeNothing) {
     const std::string standard =
         "<Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar>";
