@@ -11,7 +11,6 @@
 #include "KZDXRules.h"
 #include "KZDXWords.h"
 #include "MSPCPath.h"
-#include "MSPCXMLLexis.h"
 
 namespace {
 
@@ -78,7 +77,10 @@ public:
             lookWithoutContents();
             return;
         }
-        auto file = readFile(std::string(KZDXContentsName));
+        auto file = readFile(std::string(KZDXContentsName), [this] {
+            add(KZDXMissingFileRule, std::string(KZDXContentsName), 0, "",
+                fmt::format("the table of contents is {}", KZDXIsLink));
+        });
         if (!file) {
             return;
         }
@@ -131,10 +133,15 @@ private:
         }
     }
 
-    // None where it cannot be opened, which is an obstacle, or is no XML, which is a fault.
-    std::optional<KZDXXMLFile> readFile(const std::string& name) {
+    // None where it cannot be opened, which is an obstacle, or is a link or no XML, which is a fault.
+    template <typename TellLink>
+    std::optional<KZDXXMLFile> readFile(const std::string& name, const TellLink& tellLink) {
         std::string failure;
         auto bytes = _files.read(name, failure);
+        if (!bytes && failure == KZDXIsLink) {
+            tellLink();
+            return std::nullopt;
+        }
         if (!bytes) {
             _check.obstacle = name + ": " + failure;
             return std::nullopt;
@@ -176,12 +183,15 @@ private:
         if (!entry.staysInBundle() || !_seen.insert(name).second) {
             return;
         }
-        if (!isThere(name)) {
+        const auto addMissing = [&](std::string text) {
             add(KZDXMissingFileRule, std::string(KZDXContentsName), contents.file().lineOf(entry.element),
-                pathOf(entry.element), fmt::format("there is no file '{}'", name));
+                pathOf(entry.element), std::move(text));
+        };
+        if (!isThere(name)) {
+            addMissing(fmt::format("there is no file '{}'", name));
             return;
         }
-        const auto file = readFile(name);
+        const auto file = readFile(name, [&] { addMissing(fmt::format("'{}' is {}", name, KZDXIsLink)); });
         if (!file) {
             return;
         }
@@ -200,7 +210,8 @@ private:
 
     void rememberComments(const KZDXXMLFile& file, std::size_t place) {
         const KZDXImportComments comments(file.root());
-        _isOfImport = _isOfImport || comments.tellImporter;
+        _isOfImport = _isOfImport || comments.tellImporter || comments.nameSections;
+        _isImporterTold = _isImporterTold || comments.tellImporter;
         if (!comments.tellImporter && !comments.tellPlan) {
             _uncommented.push_back({place, file.name(), file.lineOf(file.root()), pathOf(file.root())});
         }
@@ -220,7 +231,9 @@ private:
         for (auto& [place, file, line, element] : _uncommented) {
             takeUpTo(found.begin() + static_cast<std::ptrdiff_t>(place));
             add(KZDXImportCommentRule, std::move(file), line, std::move(element),
-                "no comments tell the importer and the plan, as those of other scenarios do");
+                fmt::format("no comments tell the importer and the plan, {}",
+                            _isImporterTold ? "as those of other scenarios do"
+                                            : "though sections are named as imports name them"));
         }
         takeUpTo(found.end());
     }
@@ -237,14 +250,7 @@ private:
 
     // So that pictures and the like are not read as a whole.
     [[nodiscard]] bool beginsAsXML(const std::string& name) const {
-        constexpr std::size_t enough = 4096;
-        const auto bytes = _files.beginning(name, enough);
-        auto start = std::string_view(bytes);
-        if (start.starts_with(MSPCXMLLexis::ByteOrderMark)) {
-            start.remove_prefix(MSPCXMLLexis::ByteOrderMark.size());
-        }
-        start.remove_prefix(std::min(start.find_first_not_of(MSPCXMLLexis::Blanks), start.size()));
-        return start.starts_with('<') || start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF");
+        return KZDXBeginsAsXML(_files.beginning(name, KZDXBeginningSize));
     }
 
     // Files of other kinds may lie beside the scenarios, whatever they hold; whatever it is called, a scenario is one.
@@ -275,8 +281,9 @@ private:
     std::set<std::string> _seen;  // files that an entry names
     KZDXIds _idsOfActual;
     std::vector<Uncommented> _uncommented;
-    bool _isOfImport = false;  // one scenario tells the importer
-    MSPCXMLNode _named;        // whose name was asked for last, and the name
+    bool _isOfImport = false;  // one scenario tells the importer, or has the sections of an import
+    bool _isImporterTold = false;
+    MSPCXMLNode _named;  // whose name was asked for last, and the name
     std::string _name;
 };
 

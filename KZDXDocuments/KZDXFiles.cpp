@@ -1,19 +1,38 @@
 #include "KZDXFiles.h"
 
-#include <system_error>
 #include <utility>
 
-#include "MSPCByteStreams.h"
 #include "MSPCFileSystem.h"
+#include "MSPCFolderFiles.h"
 #include "MSPCPath.h"
 
 namespace {
 
-// A device is not read at all, and a pipe gives its content once: a document is made of files.
-std::string failureOfDevices() {
-    return std::generic_category().message(static_cast<int>(std::errc::operation_not_supported));
-}
+static_assert(KZDXIsLink == MSPCFolderFiles::IsLink);
 
+// The machine's own files can be swapped for links at any moment, and are reached through the open folder.
+class OnDisk final : public KZDXFiles {
+public:
+    OnDisk(const MSPCFileSystem& fileSystem, std::string folder)
+        : _fileSystem(fileSystem), _files(folder), _folder(std::move(folder)) {}
+
+    [[nodiscard]] std::optional<std::vector<std::string>> names(std::string& failure) const override {
+        return _fileSystem.namesIn(_folder, &failure);
+    }
+    [[nodiscard]] std::string beginning(const std::string& name, std::size_t size) const override {
+        return _files.beginning(name, size);
+    }
+    [[nodiscard]] std::optional<std::string> read(const std::string& name, std::string& failure) override {
+        return _files.read(name, failure);
+    }
+
+private:
+    const MSPCFileSystem& _fileSystem;
+    MSPCFolderFiles _files;
+    std::string _folder;
+};
+
+// Those of a file system that stands for the machine's.
 class InFolder final : public KZDXFiles {
 public:
     InFolder(const MSPCFileSystem& fileSystem, std::string folder)
@@ -23,30 +42,23 @@ public:
         return _fileSystem.namesIn(_folder, &failure);
     }
     [[nodiscard]] std::string beginning(const std::string& name, std::size_t size) const override {
-        const auto source = _fileSystem.openFile(pathByAppendingComponent(_folder, name));
-        std::string bytes(size, '\0');
-        std::size_t count = 0;
-        while (source && count < size) {
-            const auto more = source->read(bytes.data() + count, size - count);
-            if (more.value_or(0) == 0) {
-                break;
-            }
-            count += *more;
-        }
-        bytes.resize(count);
-        return bytes;
+        std::string failure;
+        return contentOf(name, failure).value_or("").substr(0, size);
     }
     [[nodiscard]] std::optional<std::string> read(const std::string& name, std::string& failure) override {
-        const auto path = pathByAppendingComponent(_folder, name);
-        auto content = _fileSystem.readFile(path, &failure);
-        if (content ? !_fileSystem.openFile(path) : failure == failureOfDevices()) {
-            failure = "no regular file";
-            content.reset();
-        }
-        return content;
+        return contentOf(name, failure);
     }
 
 private:
+    [[nodiscard]] std::optional<std::string> contentOf(const std::string& name, std::string& failure) const {
+        const auto path = pathByAppendingComponent(_fileSystem.resolvedPath(_folder), name);
+        if (_fileSystem.exists(path) && _fileSystem.resolvedPath(path) != path) {
+            failure = KZDXIsLink;
+            return std::nullopt;
+        }
+        return _fileSystem.readFile(path, &failure);
+    }
+
     const MSPCFileSystem& _fileSystem;
     std::string _folder;
 };
@@ -82,6 +94,9 @@ private:
 }  // namespace
 
 std::unique_ptr<KZDXFiles> KZDXFilesInFolder(const MSPCFileSystem& fileSystem, std::string folder) {
+    if (dynamic_cast<const MSPCDiskFileSystem*>(&fileSystem) != nullptr) {
+        return std::make_unique<OnDisk>(fileSystem, std::move(folder));
+    }
     return std::make_unique<InFolder>(fileSystem, std::move(folder));
 }
 

@@ -5,9 +5,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class MSPCFileSystem;
+
+// Why a link in a bundle is not read.
+inline constexpr std::string_view KZDXIsLink = "a link, which is not followed";
 
 // The files of a bundle, wherever they are.
 class KZDXFiles {
@@ -24,7 +28,8 @@ public:
     [[nodiscard]] virtual std::optional<std::string> read(const std::string& name, std::string& failure) = 0;
 };
 
-// The files in a folder, which is only read. The file system outlives the result.
+// The files in a folder, which is only read. A link may lead to the folder; one in it cannot be read (`KZDXIsLink`), so
+// that nothing outside of it is ever opened. The file system outlives the result.
 [[nodiscard]] std::unique_ptr<KZDXFiles> KZDXFilesInFolder(const MSPCFileSystem& fileSystem, std::string folder);
 // Files in memory by their names. Each can be read once, and its memory goes to who reads it.
 [[nodiscard]] std::unique_ptr<KZDXFiles> KZDXFilesInMemory(std::map<std::string, std::string> files);

@@ -1,10 +1,16 @@
 #include "KZDXRules.h"
 
 KZDXImportComments::KZDXImportComments(const MSPCXMLNode& root) {
-    for (auto node = root.firstChild(); node && !node.isElement(); node = node.nextSibling()) {
-        const auto text = node.kind() == MSPCXMLNodeKind::Comment ? node.stringValue() : std::string();
-        tellImporter = tellImporter || text.ends_with(" MSPDI Importer.  ");
-        tellPlan = tellPlan || text.starts_with("  Imported MS Project ");
+    bool isAtBeginning = true;
+    for (auto node = root.firstChild(); node; node = node.nextSibling()) {
+        isAtBeginning = isAtBeginning && !node.isElement();
+        if (node.kind() != MSPCXMLNodeKind::Comment) {
+            continue;
+        }
+        const auto text = node.stringValue();
+        tellImporter = tellImporter || (isAtBeginning && text.ends_with(" MSPDI Importer.  "));
+        tellPlan = tellPlan || (isAtBeginning && text.starts_with("  Imported MS Project "));
+        nameSections = nameSections || text == "  Resources  " || text == "  Tasks  " || text == "  Critical Path  ";
     }
 }
 

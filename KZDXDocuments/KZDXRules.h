@@ -33,10 +33,11 @@ struct KZDXSubject {
     const KZDXIds& idsOfActual;  // for what baselines leave out
 };
 
-// Which of the two comments a scenario begins with that every import writes.
+// Which of the comments a scenario has that every import writes: two at its beginning, and the names of its sections.
 struct KZDXImportComments {
     bool tellImporter = false;  // and when it was
     bool tellPlan = false;
+    bool nameSections = false;
 
     explicit KZDXImportComments(const MSPCXMLNode& root);
 };
@@ -65,7 +66,8 @@ inline constexpr KZDXRule KZDXUnnamedFileRule = {"unnamed-file", KZDXSeverity::F
 inline constexpr KZDXRule KZDXUnreadableFileRule = {
     "unreadable-file", KZDXSeverity::Note, "A file beside the scenarios has their extension, but cannot be read"};
 
-// Where one scenario tells the importer, the others are of an import as well: whoever reads all of them applies it.
+// Where one scenario tells the importer, or names its sections as imports do, the others are of an import as well:
+// whoever reads all of them applies it.
 inline constexpr KZDXRule KZDXImportCommentRule = {"import-comment", KZDXSeverity::Fault,
                                                    "Every scenario of an import tells the importer and the plan"};
 

@@ -46,7 +46,17 @@ void lookAtHours(const MSPCXMLNode& format, const KZDXTell& tell) {
             tell(format, fmt::format("'{}' is missing", name));
         } else if (!KZDXInteger(*hours)) {
             tell(format, fmt::format("'{}' is '{}', which is no whole number", name, *hours));
+        } else if (*KZDXInteger(*hours) < 0) {
+            tell(format, fmt::format("'{}' is '{}', which is below 0", name, *hours));
         }
+    }
+}
+
+// A sample amount, which shows where the symbol stands and how many decimals there are: "$1,234.56".
+void lookAtCurrency(const MSPCXMLNode& format, const KZDXTell& tell) {
+    const auto sample = format.stringValue();
+    if (sample.find_first_of("0123456789") == std::string::npos) {
+        tell(format, fmt::format("'{}' is no sample of an amount", KZDXShortened(sample)));
     }
 }
 
@@ -61,6 +71,9 @@ void lookAtSettings(const KZDXContents& contents, const KZDXTell& tell) {
     }
     lookAtNextNumber(project, "next-task-id", tell);
     lookAtNextNumber(project, "next-resource-id", tell);
+    if (const auto format = project.firstChildElement("currency-format")) {
+        lookAtCurrency(format, tell);
+    }
     for (const std::string_view name : {"duration-format", "effort-format"}) {
         if (const auto format = project.firstChildElement(name)) {
             lookAtHours(format, tell);

@@ -9,6 +9,7 @@
 
 #include "KZDXFiles.h"
 #include "MSPCXMLEncoding.h"
+#include "MSPCXMLLexis.h"
 #include "MSPCXMLLoader.h"
 
 namespace {
@@ -103,6 +104,14 @@ std::optional<KZDXXMLFile> KZDXXMLFile::readFrom(KZDXFiles& files, const std::st
 int KZDXXMLFile::lineOf(const MSPCXMLNode& element) const {
     const auto offset = element.offset();
     return offset ? lineAt(_lineEnds, *offset) : 0;
+}
+
+bool KZDXBeginsAsXML(std::string_view beginning) {
+    if (beginning.starts_with(MSPCXMLLexis::ByteOrderMark)) {
+        beginning.remove_prefix(MSPCXMLLexis::ByteOrderMark.size());
+    }
+    beginning.remove_prefix(std::min(beginning.find_first_not_of(MSPCXMLLexis::Blanks), beginning.size()));
+    return beginning.starts_with('<') || beginning.starts_with("\xFF\xFE") || beginning.starts_with("\xFE\xFF");
 }
 
 std::optional<std::string_view> KZDXAttribute(const MSPCXMLNode& element, std::string_view name) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -37,6 +38,10 @@ private:
     MSPCXMLDocument _document;
     std::vector<std::uint32_t> _lineEnds;  // where they stand in the bytes
 };
+
+// Whether the first bytes of a file, some `KZDXBeginningSize` of them, are those of XML.
+inline constexpr std::size_t KZDXBeginningSize = 4096;
+[[nodiscard]] bool KZDXBeginsAsXML(std::string_view beginning);
 
 // What the rules and the comparison ask an element for. Texts that are in one piece are not copied.
 

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <functional>
 #include <numeric>
 #include <optional>
 #include <string>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "MSPDIFate.h"
+#include "MSPDIFatesByPath.h"
 #include "MSPDIMemoryImport.h"
 
 // Where something is lost.
@@ -49,9 +49,7 @@ struct MSPDIAccount {
 
 struct MSPDIAccountOptions {
     std::size_t mostPlaces = 3;  // of each kind
-    // Is told the path and the fate of every leaf: first what the project's lists hold, in the order of the document,
-    // then its own values.
-    std::function<void(const std::string& path, MSPDIFate fate)> visitLeaf;
-    // What was told so far does not count: all leaves are told anew.
-    std::function<void()> restart;
+    // Gets the path and the fate of every leaf: first what the project's lists hold, in the order of the document, then
+    // its own values. It outlives the account; a null pointer where nobody wants to know.
+    MSPDIFatesByPath* fates = nullptr;
 };

@@ -44,8 +44,8 @@ bool walkInPieces(const std::string& planPath, const MSPCServices& services, con
         return true;
     }
     account.leaves = {};
-    if (options.restart) {
-        options.restart();
+    if (options.fates != nullptr) {
+        options.fates->clear();
     }
     return false;
 }

@@ -40,6 +40,10 @@ MSPDIJudgement lostUnlessDefault(const MSPDILeaf& leaf) {
     return lostUnlessOneOf(leaf.element, leaf.text);
 }
 
+MSPDIJudgement lostAndCompared(const MSPDILeaf& leaf) {
+    return lostUnlessDefault(leaf);
+}
+
 MSPDIJudgement saysNothing(const MSPDILeaf& /*leaf*/) {
     return MSPDIFate::Default;
 }

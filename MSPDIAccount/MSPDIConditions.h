@@ -10,6 +10,7 @@ MSPDIJudgement lostUnlessDefault(const MSPDILeaf& leaf);
 MSPDIJudgement saysNothing(const MSPDILeaf& leaf);
 MSPDIJudgement derivedFromOthers(const MSPDILeaf& leaf);
 // The same for what the conditions of others look at.
+MSPDIJudgement lostAndCompared(const MSPDILeaf& leaf);
 MSPDIJudgement derivedAndCompared(const MSPDILeaf& leaf);
 // Whether the first three of these decide, so that a line and a text are enough to judge a leaf: no condition of
 // another leaf looks at it. And the judgement.
@@ -57,6 +58,7 @@ MSPDIJudgement exceptionRecurrence(const MSPDILeaf& leaf);
 MSPDIJudgement ofCalendar(const MSPDILeaf& leaf);
 
 // Of tasks.
+MSPDIJudgement taskUID(const MSPDILeaf& leaf);
 MSPDIJudgement taskField(const MSPDILeaf& leaf);
 MSPDIJudgement taskBaselineValue(const MSPDILeaf& leaf);
 MSPDIJudgement baselineNumber(const MSPDILeaf& leaf);
@@ -67,12 +69,15 @@ MSPDIJudgement taskFieldValue(const MSPDILeaf& leaf);
 MSPDIJudgement linkPredecessor(const MSPDILeaf& leaf);
 MSPDIJudgement linkType(const MSPDILeaf& leaf);
 MSPDIJudgement linkLag(const MSPDILeaf& leaf);
+// Says nothing of its own; it is told together with the lag.
+MSPDIJudgement unitOfLag(const MSPDILeaf& leaf);
 MSPDIJudgement taskMilestone(const MSPDILeaf& leaf);
 MSPDIJudgement actualAmount(const MSPDILeaf& leaf);
 MSPDIJudgement taskWBS(const MSPDILeaf& leaf);
 MSPDIJudgement elapsedDuration(const MSPDILeaf& leaf);
 
 // Of resources.
+MSPDIJudgement resourceUID(const MSPDILeaf& leaf);
 MSPDIJudgement resourceText(const MSPDILeaf& leaf);
 MSPDIJudgement resourceRate(const MSPDILeaf& leaf);
 MSPDIJudgement resourceCostPerUse(const MSPDILeaf& leaf);

@@ -1,10 +1,13 @@
 // What becomes of working times, days off and exceptions.
 #include <fmt/format.h>
 
+#include <map>
+
 #include "MSPCTextScanner.h"
 #include "MSPCXPathNumber.h"
 #include "MSPDIConditions.h"
 #include "MSPDIValues.h"
+#include "MSPICalendarMapper.h"
 
 namespace {
 
@@ -69,15 +72,26 @@ MSPCXMLNode ownerOfTime(const MSPDILeaf& leaf) {
 
 using ExceptionUse = MSPDIExceptionFacts::Use;
 
-ExceptionUse useOf(const MSPCXMLNode& exception) {
-    if (!hasChildWithNumber(exception, "Type", 1)) {
-        return ExceptionUse::None;
+// All that the importer reads, and for what: those of one calendar are asked for one after the other.
+const std::map<MSPCXMLNode, ExceptionUse>& usesOf(const MSPDIItem& calendar) {
+    if (!calendar.exceptionUses) {
+        auto& uses = calendar.exceptionUses.emplace();
+        for (const auto& exception : MSPICalendarMapper::timeOffOfMSPCalendar(calendar.node)) {
+            uses[exception] = ExceptionUse::TimeOff;
+        }
+        for (const auto& exception : MSPICalendarMapper::overtimeOfMSPCalendar(calendar.node)) {
+            if (!MSPICalendarMapper::workingTimesOfException(exception).empty()) {
+                uses.try_emplace(exception, ExceptionUse::Overtime);
+            }
+        }
     }
-    if (hasChildWithNumber(exception, "DayWorking", 0)) {
-        return ExceptionUse::TimeOff;
-    }
-    const bool isOvertime = hasChildWithNumber(exception, "DayWorking", 1) && MSPDIHasWorkingTime(exception);
-    return isOvertime ? ExceptionUse::Overtime : ExceptionUse::None;
+    return *calendar.exceptionUses;
+}
+
+ExceptionUse useOf(const MSPDIItem& calendar, const MSPCXMLNode& exception) {
+    const auto& uses = usesOf(calendar);
+    const auto found = uses.find(exception);
+    return found == uses.end() ? ExceptionUse::None : found->second;
 }
 
 // The day of a date-time text, which is compared as text: "2012-01-05".
@@ -89,7 +103,7 @@ const MSPDIExceptionFacts& exceptionOf(const MSPDILeaf& leaf, const MSPCXMLNode&
     return leaf.item.exception.of(exception, [&] {
         const auto& item = leaf.item;
         MSPDIExceptionFacts facts;
-        facts.use = useOf(exception);
+        facts.use = useOf(item, exception);
         facts.period = item.lastChild(exception, "TimePeriod").element;
         const auto types = item.lastChild(exception, "Type").count;
         facts.isOnlyNumber = types <= 1 && item.lastChild(exception, "DayWorking").count <= 1;

@@ -67,6 +67,10 @@ MSPDIJudgement resourceCostPerUse(const MSPDILeaf& leaf) {
     return leaf.isOnlyOfItsName() ? MSPDIArrival::ofCostPerUse(leaf.text) : MSPDIFate::Shaping;
 }
 
+MSPDIJudgement resourceUID(const MSPDILeaf& leaf) {
+    return resourceOf(leaf).sharesUID ? MSPDIJudgement(MSPDIFate::Changed, "repeated-uid") : MSPDIFate::Shaping;
+}
+
 MSPDIJudgement resourceType(const MSPDILeaf& leaf) {
     return resourceOf(leaf).isMapped ? MSPDIFate::Shaping : MSPDIFate::Default;
 }

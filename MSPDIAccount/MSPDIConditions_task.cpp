@@ -141,6 +141,11 @@ MSPDIJudgement ofDroppedLink(const MSPDILeaf& leaf) {
 
 }  // namespace
 
+MSPDIJudgement taskUID(const MSPDILeaf& leaf) {
+    const bool isTold = factsOf(leaf).sharesUID && leaf.isLastOfItsName();
+    return isTold ? MSPDIJudgement(MSPDIFate::Changed, "repeated-uid") : MSPDIFate::Shaping;
+}
+
 MSPDIJudgement taskField(const MSPDILeaf& leaf) {
     const auto state = factsOf(leaf).state;
     if (leaf.element.rule == MSPDITaskRules::shaping) {
@@ -254,6 +259,10 @@ MSPDIJudgement linkType(const MSPDILeaf& leaf) {
 
 MSPDIJudgement linkLag(const MSPDILeaf& leaf) {
     return linkOf(leaf) == Link::Dropped ? ofDroppedLink(leaf) : lostUnlessDefault(leaf);
+}
+
+MSPDIJudgement unitOfLag(const MSPDILeaf& /*leaf*/) {
+    return MSPDIFate::Default;
 }
 
 MSPDIJudgement taskMilestone(const MSPDILeaf& leaf) {

@@ -149,7 +149,8 @@ constexpr MSPDIElement elements[] = {
 
     // ---- Tasks ----
     {"Tasks", "Task", shapesOthers},
-    {task, "UID IsNull Summary", taskField, "", "", shaping},
+    {task, "UID", taskUID},
+    {task, "IsNull Summary", taskField, "", "", shaping},
     {task, "OutlineLevel", taskField, "", "", outlineLevel},
     {task, "Name", taskField, "", "", carried},
     {task, "Priority", taskField, "500", "summary-task", carried},
@@ -212,7 +213,7 @@ constexpr MSPDIElement elements[] = {
     {"Tasks/Task/PredecessorLink", "PredecessorUID", linkPredecessor},
     {"Tasks/Task/PredecessorLink", "Type", linkType, "1"},
     {"Tasks/Task/PredecessorLink", "LinkLag", linkLag, "0", "link-lag"},
-    {"Tasks/Task/PredecessorLink", "LagFormat", saysNothing},
+    {"Tasks/Task/PredecessorLink", "LagFormat", unitOfLag},
     {"Tasks/Task/PredecessorLink", "CrossProject", lostUnlessDefault, "0", "subproject"},
     {"Tasks/Task/PredecessorLink", "CrossProjectName", lostUnlessDefault, "", "subproject"},
     {"Tasks/Task/ExtendedAttribute", "FieldID", taskFieldID},
@@ -233,7 +234,7 @@ constexpr MSPDIElement elements[] = {
 
     // ---- Resources ----
     {"Resources", "Resource", saysNothing},
-    {resource, "UID", shapesOthers},
+    {resource, "UID", resourceUID},
     {resource, "Name", resourceText, "Unassigned", "unassigned-resource"},
     {resource, "Notes", resourceText, "", "notes"},
     {resource, "EmailAddress", resourceText, "", "unassigned-resource"},
@@ -244,7 +245,7 @@ constexpr MSPDIElement elements[] = {
     {resource, "MaxUnits", resourceMaxUnits, "0|1", "resource-units"},
     {resource, "CalendarUID", resourceCalendar, "-1|0", "resource-week"},
     {resource, "StandardRateFormat", resourceRateFormat},
-    {resource, "OvertimeRate", lostUnlessDefault, "0", "overtime-rate"},
+    {resource, "OvertimeRate", lostAndCompared, "0", "overtime-rate"},
     {resource, "Group", lostUnlessDefault, "", "resource-group"},
     {resource, "Phonetics", lostUnlessDefault, "", "phonetic-name"},
     {resource, "Initials Code NTAccount WindowsUserAccount", lostUnlessDefault, "", "resource-details"},
@@ -348,7 +349,8 @@ bool MSPDIMayArrive(const MSPDIElement& element) {
         lostUnlessDefault, saysNothing,        derivedFromOthers, unreadBaselineValue, derivedAndCompared,
         projectCalendar,   elapsedDuration,    linkLag,           taskMilestone,       taskWBS,
         calendarBase,      resourceRateFormat, actualAmount,      ofFurtherRate,       scopeOfRate,
-        assignmentCost,    ofCalendar,         weekDayPeriod,     exceptionRecurrence};
+        assignmentCost,    ofCalendar,         weekDayPeriod,     exceptionRecurrence, unitOfLag,
+        lostAndCompared};
     return std::find(std::begin(neverRead), std::end(neverRead), element.condition) == std::end(neverRead);
 }
 

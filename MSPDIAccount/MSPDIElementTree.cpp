@@ -43,6 +43,8 @@ void MSPDIElementTree::add(std::string_view path, const MSPDIElement& element) {
         child->_path = at->_path.empty() ? std::string(name) : at->_path + "/" + std::string(name);
         child->_nameStart = child->_path.size() - name.size();
         child->_ordinal = at->_childCount++;
+        _all.push_back(child.get());
+        child->_index = _all.size();
         at->_hasChildren = true;
         at = slot.emplace_back(std::move(child)).get();
     });

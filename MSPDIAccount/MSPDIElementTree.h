@@ -26,6 +26,13 @@ public:
     [[nodiscard]] bool hasChildren() const { return _hasChildren; }
     // Its place among all that the table knows below its parent, from 0.
     [[nodiscard]] std::size_t ordinal() const { return _ordinal; }
+    // Its place among all of the tree, from 0 for the project; and of the whole tree how many there are, and the name
+    // at a place.
+    [[nodiscard]] std::size_t index() const { return _index; }
+    [[nodiscard]] std::size_t size() const { return _all.size() + 1; }
+    [[nodiscard]] std::string_view nameAt(std::size_t index) const {
+        return index == 0 ? name() : _all.at(index - 1)->name();
+    }
     // From below the project to here: "Tasks/Task/Name".
     [[nodiscard]] const std::string& path() const { return _path; }
     // The last step of it; empty for the project.
@@ -44,4 +51,6 @@ private:
     bool _hasChildren = false;
     std::size_t _childCount = 0;
     std::size_t _ordinal = 0;
+    std::size_t _index = 0;
+    std::vector<const MSPDIElementTree*> _all;  // of the whole tree, without its root
 };

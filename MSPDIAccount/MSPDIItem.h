@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -83,6 +84,10 @@ public:
     mutable MSPDILastAsked<MSPDIExceptionFacts> exception;
     mutable MSPDILastAsked<MSPDILinkFacts> link;
     mutable MSPDILastAsked<bool> arrivesAsText;
+    // Of a calendar, once they were asked for: its exceptions that are read.
+    mutable std::optional<std::map<MSPCXMLNode, MSPDIExceptionFacts::Use>> exceptionUses;
+    // The number and the name that people know it by, once they were asked for.
+    mutable std::optional<std::pair<std::string, std::string>> identity;
 
 private:
     using LastChildren = std::map<std::string_view, MSPCXMLLastChild>;

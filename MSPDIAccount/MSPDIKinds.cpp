@@ -11,6 +11,7 @@ constexpr MSPDIKind kinds[] = {
     {"external-text", "texts that stand in other files, which are never read"},
     // Work that is gone, or stands elsewhere.
     {"unreachable-task", "tasks that no group leads to"},
+    {"repeated-uid", "tasks and resources that share their number with others, and get one id with them"},
     {"summer-time", "dates that get another offset because the import is run in summer"},
     {"odd-date", "dates in a form that does not arrive whole: without seconds, or with fractions of them"},
     {"odd-duration",
@@ -116,6 +117,7 @@ constexpr MSPDIKind kinds[] = {
     {"views-and-filters", "views, tables, filters, groups, reports and macros"},
     {"display-settings", "how bars are shown"},
     {"repeated-element", "elements that are repeated: another one counts"},
+    {"stray-text", "texts beside elements, where nobody reads them"},
     {"unknown-element", "elements that nobody knows"},
 };
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "MSPCException.h"
+#include "MSPCTextScanner.h"
 #include "MSPDIArrival.h"
 #include "MSPDIConditions.h"
 #include "MSPDIExternalTexts.h"
@@ -14,8 +15,6 @@
 
 namespace {
 
-// Real plans have ten. Their paths would take more than the square of the plan.
-constexpr std::size_t mostLevels = 256;
 constexpr std::string_view unknownElement = "unknown-element";
 constexpr std::string_view resourceWeek = "resource-week";
 
@@ -28,6 +27,17 @@ MSPCXMLNode nextElement(MSPCXMLNode node) {
 
 bool isLeaf(const MSPCXMLNode& node) {
     return !nextElement(node.firstChild());
+}
+
+// The text of an element itself, without that of its children.
+std::string ownText(const MSPCXMLNode& node) {
+    std::string text;
+    for (auto child = node.firstChild(); child; child = child.nextSibling()) {
+        if (child.kind() == MSPCXMLNodeKind::Text || child.kind() == MSPCXMLNodeKind::CData) {
+            text += child.stringValue();
+        }
+    }
+    return std::string(trimmed(text));
 }
 
 // The lists whose elements are looked at together with all that they hold.
@@ -60,13 +70,14 @@ std::size_t itemCountOf(const MSPDIPlanFacts& facts, std::string_view name) {
 MSPDILeafWalk::MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOptions& options, MSPDIAccount& account)
     : _facts(facts),
       _options(options),
-      _countsAll(options.visitLeaf || options.mostPlaces > MSPDIAccountOptions().mostPlaces),
+      _countsAll(options.fates != nullptr || options.mostPlaces > MSPDIAccountOptions().mostPlaces),
       _account(account),
       _emptyProject(std::move(*MSPCXMLDocument::read("<Project/>", {.content = MSPCXMLContent::DataOnly}))),
       _emptyFields(_emptyProject.root()),
       _projectItem(facts, MSPDIProjectElements(), _emptyProject.root(), _emptyFields, 0),
-      _losses(MSPDIKinds().size()) {
-    _steps.push_back({&MSPDIProjectElements(), "Project", {}, 0, 0, 0});
+      _losses(MSPDIKinds().size()),
+      _passed(_countsAll) {
+    _steps.push_back({&MSPDIProjectElements(), "Project", {}, 1, 0});
 }
 
 void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
@@ -87,14 +98,14 @@ void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
 // Values of the project are judged at the end, when all of them are there.
 void MSPDILeafWalk::value(std::string_view name) {
     _areLists.push_back(false);
-    ++countOf(_listCounts, withoutPrefix(name));
+    ++countOf(_listCounts, MSPDIWithoutPrefix(name));
 }
 
 void MSPDILeafWalk::beginList(std::string_view name) {
     _areLists.push_back(true);
     _listName = name;
     _pieceCounts.clear();
-    enter(_listName, {}, ++countOf(_listCounts, withoutPrefix(_listName)));
+    enter(_listName, {}, ++countOf(_listCounts, MSPDIWithoutPrefix(_listName)));
 }
 
 void MSPDILeafWalk::endList() {
@@ -104,52 +115,46 @@ void MSPDILeafWalk::endList() {
 bool MSPDILeafWalk::wantsLeavesOf(std::string_view name) {
     const auto* const list = _steps.back().known;
     const auto* const known = list == nullptr ? nullptr : list->child(name);
-    _open.assign(1, known);
+    _passed.beginPiece(known);
     return known != nullptr;
 }
 
 void MSPDILeafWalk::beginElement(std::string_view name) {
-    const auto* const parent = _open.back();
-    _open.push_back(parent == nullptr ? nullptr : parent->child(name));
+    _passed.beginElement(name);
 }
 
 void MSPDILeafWalk::endElement() {
-    _open.pop_back();
+    _passed.endElement();
 }
 
-// Where all are counted none is taken: a piece of the plainest kind is read faster then, too.
 bool MSPDILeafWalk::takeLeaf(std::string_view name, std::string_view text) {
-    if (_countsAll) {
-        return false;
-    }
-    const auto* const parent = _open.back();
-    const auto* const known = parent == nullptr ? nullptr : parent->child(name);
-    const auto* const element = known == nullptr ? nullptr : known->element();
-    // One without children where others have some may count among them.
-    if (element == nullptr || known->hasChildren() || !MSPDIGoesByTextAlone(*element)) {
-        return false;
-    }
-    const auto judgement = MSPDIJudgementOfText(*element, text);
-    const auto kind = judgement.kind.empty() ? 0 : MSPDIKindIndex(judgement.kind);
-    if (!judgement.kind.empty() && !MSPDIKinds()[kind].owners.empty()) {
+    const auto judgement = _passed.judge(name, text);
+    if (!judgement.isMade) {
         return false;
     }
     ++_tally.leaves[MSPDIFateIndex(judgement.fate)];
-    if (!judgement.kind.empty()) {
-        _tally.lacksPlaces = _tally.lacksPlaces || wantsPlace(kind);
-        _tally.kinds.push_back(kind);
+    if (judgement.kind != MSPDIPassedLeaves::NoKind) {
+        _tally.lacksPlaces = _tally.lacksPlaces || (!_countsAll && wantsPlace(judgement.kind));
+        _tally.kinds.push_back(judgement.kind);
     }
     return true;
 }
 
+void MSPDILeafWalk::passLeaf(std::string_view name) {
+    _passed.passLeaf(name);
+}
+
 void MSPDILeafWalk::forgetLeaves() {
     _tally.clear();
+    _passed.clear();
 }
 
 bool MSPDILeafWalk::restOfPiece(const MSPCXMLNode& element) {
     if (!_tally.lacksPlaces) {
-        _isReduced = !_countsAll;
+        _isReduced = true;
+        _hasPassed = _countsAll;
         walkPiece(element);
+        _hasPassed = false;
         _isReduced = false;
     }
     if (_tally.lacksPlaces) {
@@ -166,13 +171,13 @@ void MSPDILeafWalk::piece(const MSPCXMLNode& element) {
 }
 
 void MSPDILeafWalk::walkPiece(const MSPCXMLNode& element) {
-    enter(element.name(), element, countOf(_pieceCounts, withoutPrefix(element.name())) + 1);
+    enter(element.name(), element, countOf(_pieceCounts, MSPDIWithoutPrefix(element.name())) + 1);
     if (isItem(_steps.back().known)) {
         walkItem(element);
-    } else if (!isLeaf(element)) {
-        walkChildren(element, _projectItem);
-    } else if (!isEmptied(element)) {
+    } else if (isLeaf(element) && !isEmptied(element)) {
         takeLeaf(element, _projectItem);
+    } else {
+        walkChildren(element, _projectItem);
     }
     leave();
 }
@@ -180,7 +185,7 @@ void MSPDILeafWalk::walkPiece(const MSPCXMLNode& element) {
 // The piece counts once, however often it comes.
 void MSPDILeafWalk::takePiece(const MSPCXMLNode& element) {
     const auto* const list = _steps.back().known;
-    ++countOf(_pieceCounts, withoutPrefix(element.name()));
+    ++countOf(_pieceCounts, MSPDIWithoutPrefix(element.name()));
     if (const auto* const known = list == nullptr ? nullptr : list->child(element.name())) {
         ++_itemCounts[known];
     }
@@ -193,10 +198,11 @@ void MSPDILeafWalk::root(const MSPCXMLNode& element) {
     _listCounts.clear();
     if (_areLists.empty()) {
         count(MSPDIFate::Default);  // the project itself is a leaf
+        tellFate(pathStepOf(_steps.back()), 0, MSPDIFate::Default);
     }
     auto isList = _areLists.begin();
     for (auto child = nextElement(element.firstChild()); child; child = nextElement(child.nextSibling())) {
-        enter(child.name(), child, ++countOf(_listCounts, withoutPrefix(child.name())));
+        enter(child.name(), child, ++countOf(_listCounts, MSPDIWithoutPrefix(child.name())));
         if (!*isList++) {
             takeLeaf(child, item);
         }
@@ -221,13 +227,34 @@ void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
     walkChildren(node, item);
 }
 
+// What stands beside the children of an element is no leaf, but it may say something.
+void MSPDILeafWalk::tellOfOwnText(const MSPCXMLNode& node, const MSPDIItem& item) {
+    const auto text = _isReduced ? std::string() : ownText(node);  // a piece with such text comes as a whole
+    if (text.empty()) {
+        return;
+    }
+    const auto* const known = _steps.back().known;
+    const bool isValue = known != nullptr && known->element() != nullptr && !known->hasChildren();
+    if (!isValue) {
+        tell("stray-text", item, text);
+        return;
+    }
+    const auto whole = node.stringValue();
+    const auto judgement = judge(node, item, whole);
+    if (!judgement.kind.empty()) {
+        tell(judgement.kind, item, whole);
+    }
+}
+
 // Without recursion: nothing bounds the depth of a plan.
 void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& item) {
+    tellOfOwnText(parent, item);
     auto node = nextElement(parent.firstChild());
     const auto floor = _steps.size();
     while (node) {
-        enterChild(node);
+        enterChild(node, item);
         if (const auto child = nextElement(node.firstChild())) {
+            tellOfOwnText(node, item);
             node = child;
             continue;
         }
@@ -235,17 +262,20 @@ void MSPDILeafWalk::walkChildren(const MSPCXMLNode& parent, const MSPDIItem& ite
             takeLeaf(node, item);
         }
         for (;;) {
+            tellOfTaken(item);
             leave();
             if (const auto next = nextElement(node.nextSibling())) {
                 node = next;
                 break;
             }
             if (_steps.size() == floor) {
-                return;
+                node = {};
+                break;
             }
             node = node.parent();
         }
     }
+    tellOfTaken(item);
 }
 
 void MSPDILeafWalk::takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item) {
@@ -256,6 +286,7 @@ void MSPDILeafWalk::takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item) {
         judgement = {MSPDIFate::Changed, "external-text"};
     }
     count(judgement.fate);
+    tellFate(pathStepOf(_steps.back()), _steps.size() - 1, judgement.fate);
     if (!judgement.kind.empty()) {
         tell(judgement.kind, item, text);
     }
@@ -267,9 +298,33 @@ bool MSPDILeafWalk::isEmptied(const MSPCXMLNode& node) const {
 
 void MSPDILeafWalk::count(MSPDIFate fate) {
     ++_tally.leaves[MSPDIFateIndex(fate)];
-    if (_options.visitLeaf) {
-        _options.visitLeaf(_path, fate);
+}
+
+// What was taken right here, before the element that follows. It is counted already.
+void MSPDILeafWalk::tellOfTaken(const MSPDIItem& item) {
+    if (!_hasPassed) {
+        return;
     }
+    constexpr std::size_t pieceLevel = 2;  // the project and its list stand around the piece
+    while (const auto* const leaf = _passed.nextTaken(_steps.size() - pieceLevel)) {
+        tellFate({leaf->known, {}, leaf->number}, _steps.size(), leaf->judgement.fate);
+        if (leaf->judgement.kind != MSPDIPassedLeaves::NoKind) {
+            push(leaf->known, leaf->known->name(), {}, leaf->number);
+            tellPlace(leaf->judgement.kind, item, _passed.textOf(*leaf));
+            leave();
+        }
+    }
+}
+
+// Of a leaf below the first so many steps.
+void MSPDILeafWalk::tellFate(const MSPDIPathStep& leaf, std::size_t owners, MSPDIFate fate) {
+    if (_options.fates == nullptr) {
+        return;
+    }
+    for (; _enteredCount < owners; ++_enteredCount) {
+        _options.fates->enter(pathStepOf(_steps[_enteredCount]));
+    }
+    _options.fates->add(leaf, fate);
 }
 
 MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& item, std::string_view text) const {
@@ -363,11 +418,15 @@ void MSPDILeafWalk::tell(std::string_view kind, const MSPDIItem& item, std::stri
     if (!wantsPlace(index)) {
         return;
     }
-    if (_isReduced) {
+    if (_isReduced && !_hasPassed) {
         _tally.lacksPlaces = true;
         return;
     }
-    auto& loss = _losses.at(index);
+    tellPlace(index, item, value);
+}
+
+void MSPDILeafWalk::tellPlace(std::size_t kind, const MSPDIItem& item, std::string_view value) {
+    auto& loss = _losses.at(kind);
     if (loss.element.empty()) {
         loss.element = elementPath();
     }
@@ -440,58 +499,55 @@ void MSPDILeafWalk::finish() {
     }
 }
 
-std::string_view MSPDILeafWalk::withoutPrefix(std::string_view name) {
-    const auto colon = name.rfind(':');
-    return colon == std::string_view::npos ? name : name.substr(colon + 1);
-}
-
 std::size_t& MSPDILeafWalk::countOf(Counts& counts, std::string_view name) {
     const auto known = counts.find(name);
     return known != counts.end() ? known->second : counts.emplace(name, 0).first->second;
 }
 
-void MSPDILeafWalk::enterChild(const MSPCXMLNode& node) {
-    const auto name = node.name();
+void MSPDILeafWalk::enterChild(const MSPCXMLNode& node, const MSPDIItem& item) {
+    tellOfTaken(item);
     const auto* const parent = _steps.back().known;
-    const auto* const known = parent == nullptr ? nullptr : parent->child(name);
-    const auto bare = known == nullptr ? withoutPrefix(name) : name;  // the table's names have no prefixes
-    auto number = std::size_t(0);
-    if (_countsAll) {
-        const bool hasPrefix = bare.size() < name.size();
-        number = nextNumber(bare, hasPrefix && parent != nullptr ? parent->child(bare) : known);
-    }
-    push(known, bare, node, number);
+    const auto* const known = parent == nullptr ? nullptr : parent->child(node.name());
+    // The table's names have no prefixes.
+    const auto name = known == nullptr ? MSPDIWithoutPrefix(node.name()) : node.name();
+    push(known, name, node, _countsAll ? numberOfChild(node, known) : 0);
 }
 
-std::size_t MSPDILeafWalk::nextNumber(std::string_view name, const MSPDIElementTree* known) {
-    if (_steps.size() >= mostLevels) {
-        throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
+std::size_t MSPDILeafWalk::numberOfChild(const MSPCXMLNode& node, const MSPDIElementTree* known) {
+    MSPDIExpectFewLevels(_steps.size());
+    if (_hasPassed) {
+        return _passed.next().number;
     }
+    return countsOfChildren().nextOf(node.name(), _steps.back().known, known);
+}
+
+MSPDINameCounts& MSPDILeafWalk::countsOfChildren() {
+    const auto depth = _steps.size();
     if (!_steps.back().hasCounted) {
         _steps.back().hasCounted = true;
-        _childCounts.resize(std::max(_childCounts.size(), _steps.size()));
-        _childCounts[_steps.size() - 1].clear();
+        _childCounts.resize(std::max(_childCounts.size(), depth));
+        _childCounts[depth - 1].clear();
     }
-    return _childCounts[_steps.size() - 1].next(name, known);
+    return _childCounts[depth - 1];
 }
 
 void MSPDILeafWalk::enter(std::string_view name, const MSPCXMLNode& node, std::size_t number) {
     const auto* const parent = _steps.back().known;
-    push(parent == nullptr ? nullptr : parent->child(name), withoutPrefix(name), node, number);
+    push(parent == nullptr ? nullptr : parent->child(name), MSPDIWithoutPrefix(name), node, number);
 }
 
 void MSPDILeafWalk::push(const MSPDIElementTree* known, std::string_view name, const MSPCXMLNode& node,
                          std::size_t number) {
     const auto lastKnown = known == nullptr ? _steps.back().lastKnown : _steps.size();
-    _steps.push_back({known, name, node, number, lastKnown, _path.size()});
-    if (_countsAll) {
-        appendStep(_steps.back(), number, _path);
-    }
+    _steps.push_back({known, name, node, number, lastKnown});
 }
 
 void MSPDILeafWalk::leave() {
-    _path.resize(_steps.back().pathLength);
     _steps.pop_back();
+    if (_enteredCount > _steps.size()) {
+        _options.fates->leave();
+        --_enteredCount;
+    }
     if (_told.empty()) {
         return;
     }

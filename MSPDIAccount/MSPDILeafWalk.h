@@ -16,12 +16,13 @@
 #include "MSPDIElement.h"
 #include "MSPDIElementTable.h"
 #include "MSPDINameCounts.h"
+#include "MSPDIPassedLeaves.h"
 
 // Goes over all leaves of a plan and enters each with its fate in the account.
 //
-// Most leaves of a large plan are only counted: a line of the table and their text decide. They are taken as they are
-// read, without a document. Where a place is to be told, or numbers of elements are wanted for any other reason, the
-// element of the list that holds it is gone through as a whole.
+// Most leaves of a large plan are judged by a line of the table and their text alone. They are taken as they are read,
+// without a document. Where some places are to be told, the element of the list that holds them is gone through as a
+// whole; where all of them are, or the fate of every leaf, it is kept what has passed, with its numbers.
 class MSPDILeafWalk final : public MSPCXMLPieceVisitor {
 public:
     // What is given outlives the walk.
@@ -42,6 +43,7 @@ public:
     void beginElement(std::string_view name) override;
     void endElement() override;
     bool takeLeaf(std::string_view name, std::string_view text) override;
+    void passLeaf(std::string_view name) override;
     void forgetLeaves() override;
     bool restOfPiece(const MSPCXMLNode& element) override;
     void piece(const MSPCXMLNode& element) override;
@@ -58,7 +60,6 @@ private:
         MSPCXMLNode node;               // empty for the project and its lists
         std::size_t number;             // among those of its name, from 1; 0 while it is not known
         std::size_t lastKnown;          // the last step, this one included, that the table knows
-        std::size_t pathLength;         // of the path of its parent
         bool hasCounted = false;        // its children so far
     };
 
@@ -88,6 +89,7 @@ private:
     void takePiece(const MSPCXMLNode& element);
     void walkItem(const MSPCXMLNode& node);
     void walkChildren(const MSPCXMLNode& parent, const MSPDIItem& item);
+    void tellOfOwnText(const MSPCXMLNode& node, const MSPDIItem& item);
     void takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item);
     void count(MSPDIFate fate);
     [[nodiscard]] bool isEmptied(const MSPCXMLNode& node) const;
@@ -97,23 +99,27 @@ private:
     void remember(const MSPDIItem& item);
     void tellOfWeeks();
     void tell(std::string_view kind, const MSPDIItem& item, std::string_view value);
+    void tellPlace(std::size_t kind, const MSPDIItem& item, std::string_view value);
+    void tellOfTaken(const MSPDIItem& item);
+    void tellFate(const MSPDIPathStep& leaf, std::size_t owners, MSPDIFate fate);
+    [[nodiscard]] static MSPDIPathStep pathStepOf(const Step& step);
     [[nodiscard]] bool wasToldOfOwner(std::size_t kind);
     [[nodiscard]] bool wantsPlace(std::size_t kind) const;
     [[nodiscard]] MSPDIPlace placeOf(const MSPDIItem& item, std::string_view value) const;
+    [[nodiscard]] std::pair<std::string, std::string> identityOf(const MSPDIItem& item) const;
     void setTarget(const MSPDIItem& item, std::string_view value, MSPDIPlace& place) const;
     void nameTarget(MSPDIPlace& place) const;
     void enterTally();
 
-    [[nodiscard]] static std::string_view withoutPrefix(std::string_view name);
     [[nodiscard]] static std::size_t& countOf(Counts& counts, std::string_view name);
-    void enterChild(const MSPCXMLNode& node);
-    [[nodiscard]] std::size_t nextNumber(std::string_view name, const MSPDIElementTree* known);
+    void enterChild(const MSPCXMLNode& node, const MSPDIItem& item);
+    [[nodiscard]] std::size_t numberOfChild(const MSPCXMLNode& node, const MSPDIElementTree* known);
+    [[nodiscard]] MSPDINameCounts& countsOfChildren();
     // Goes down to an element; `name` is to outlive the step.
     void enter(std::string_view name, const MSPCXMLNode& node, std::size_t number);
     void push(const MSPDIElementTree* known, std::string_view name, const MSPCXMLNode& node, std::size_t number);
     void leave();
     [[nodiscard]] std::string path() const;
-    static void appendStep(const Step& step, std::size_t number, std::string& path);
     [[nodiscard]] std::string elementPath() const;
     [[nodiscard]] static std::size_t numberOf(const Step& step);
 
@@ -129,10 +135,11 @@ private:
     bool _hasExternalTexts = false;
     bool _isReduced = false;  // the present piece comes without the leaves that were taken
     std::vector<Step> _steps;
-    std::string _path = "/Project";                          // to the last step, where all are counted
     std::vector<std::pair<std::size_t, std::size_t>> _told;  // the steps and the kinds that were told once for them
-    std::vector<MSPDINameCounts> _childCounts;   // of the children of these steps so far, where all are counted
-    std::vector<const MSPDIElementTree*> _open;  // the elements around the leaf that is offered
+    std::vector<MSPDINameCounts> _childCounts;  // of the children of these steps so far, where all are counted
+    MSPDIPassedLeaves _passed;                  // of the present piece
+    bool _hasPassed = false;                    // they tell the numbers of its elements
+    std::size_t _enteredCount = 0;              // of the steps, in the list of fates
     std::string _listName;
     Counts _listCounts;                                          // the project's children
     Counts _pieceCounts;                                         // those of the present list

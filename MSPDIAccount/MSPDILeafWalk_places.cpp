@@ -1,18 +1,10 @@
 // Where losses are: paths, and who is meant.
 #include <fmt/format.h>
 
-#include "MSPCCharacters.h"
-#include "MSPCMessage.h"
 #include "MSPCTextScanner.h"
 #include "MSPDILeafWalk.h"
 
 namespace {
-
-// Bytes that are no UTF-8, which only broken markup has in a name, as escapes: one character for all of them would make
-// two paths alike.
-void appendName(std::string_view name, std::string& path) {
-    path += MSPCIsUTF8(name) ? name : MSPCShownText(name).view();
-}
 
 // The name of an item, by its position; empty where there is none.
 std::string nameAt(const std::optional<std::size_t>& position, const std::vector<std::string>& names) {
@@ -22,33 +14,39 @@ std::string nameAt(const std::optional<std::size_t>& position, const std::vector
 }  // namespace
 
 MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value) const {
-    MSPDIPlace place{path(), {}, {}, std::string(value), {}, {}, {}};
-    setTarget(item, value, place);
-    const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
-    if (item.node.name() == "ExtendedAttribute") {
-        place.uid = textOf("FieldID");
-        place.name = textOf(item.fields.singleObject("Alias") ? "Alias" : "FieldName");
-    } else if (item.node.name() == "Assignment") {
-        // Nobody knows an assignment by its number, but its task.
-        const auto& task = _facts.assignments[item.position].task;
-        place.uid = textOf("TaskUID");
-        place.name = nameAt(task, _taskNames);
-    } else if (item.node.name() != "Project") {
-        place.uid = textOf("UID");
-        place.name = textOf("Name");
+    if (!item.identity) {
+        item.identity = identityOf(item);
     }
+    const auto& [uid, name] = *item.identity;
+    MSPDIPlace place{path(), uid, name, std::string(value), {}, {}, {}};
+    setTarget(item, value, place);
     return place;
 }
 
-void MSPDILeafWalk::setTarget(const MSPDIItem& item, std::string_view value, MSPDIPlace& place) const {
-    const auto& node = _steps.back().node;
-    if (!node) {
-        return;
+// The number and the name by which people know an item.
+std::pair<std::string, std::string> MSPDILeafWalk::identityOf(const MSPDIItem& item) const {
+    const auto textOf = [&item](std::string_view name) { return item.fields.text(name).textOrEmpty(); };
+    if (item.node.name() == "ExtendedAttribute") {
+        return {textOf("FieldID"), textOf(item.fields.singleObject("Alias") ? "Alias" : "FieldName")};
     }
-    if (node.name() == "LinkLag") {
-        place.unit = item.lastText(node.parent(), "LagFormat");
-        place.targetUID = item.lastText(node.parent(), "PredecessorUID");
-    } else if (node.name() == "PredecessorUID" || node.name() == "ResourceUID" || node.name() == "CalendarUID") {
+    if (item.node.name() == "Assignment") {
+        // Nobody knows an assignment by its number, but its task.
+        return {textOf("TaskUID"), nameAt(_facts.assignments[item.position].task, _taskNames)};
+    }
+    if (item.node.name() == "Project") {
+        return {};
+    }
+    return {textOf("UID"), textOf("Name")};
+}
+
+void MSPDILeafWalk::setTarget(const MSPDIItem& item, std::string_view value, MSPDIPlace& place) const {
+    const auto& step = _steps.back();
+    // One that was taken has no node, and is known.
+    const auto name = step.node ? step.node.name() : step.name;
+    if (name == "LinkLag") {
+        place.unit = item.lastText(step.node.parent(), "LagFormat");
+        place.targetUID = item.lastText(step.node.parent(), "PredecessorUID");
+    } else if (name == "PredecessorUID" || name == "ResourceUID" || name == "CalendarUID") {
         place.targetUID = value;
     }
 }
@@ -77,32 +75,27 @@ std::size_t MSPDILeafWalk::numberOf(const Step& step) {
     }
     std::size_t number = 1;
     for (auto before = step.node.previousSibling(); before; before = before.previousSibling()) {
-        if (before.isElement() && withoutPrefix(before.name()) == step.name) {
+        if (before.isElement() && MSPDIWithoutPrefix(before.name()) == step.name) {
             ++number;
         }
     }
     return number;
 }
 
-void MSPDILeafWalk::appendStep(const Step& step, std::size_t number, std::string& path) {
-    path += '/';
-    if (step.known != nullptr) {
-        path += step.name;
-    } else {
-        appendName(step.name, path);
-    }
-    path += '[';
-    const fmt::format_int digits(number);
-    path.append(digits.data(), digits.size());
-    path += ']';
+MSPDIPathStep MSPDILeafWalk::pathStepOf(const Step& step) {
+    return {step.known, step.name, step.number};
 }
 
 std::string MSPDILeafWalk::path() const {
-    auto path = _path;
-    if (!_countsAll) {
-        for (std::size_t step = 1; step < _steps.size(); ++step) {
-            appendStep(_steps[step], numberOf(_steps[step]), path);
-        }
+    std::string path = "/Project";
+    for (std::size_t index = 1; index < _steps.size(); ++index) {
+        const auto& step = _steps[index];
+        const fmt::format_int number(numberOf(step));
+        path += '/';
+        path += step.known == nullptr ? MSPDINameInPath(step.name) : std::string(step.name);
+        path += '[';
+        path.append(number.data(), number.size());
+        path += ']';
     }
     return path;
 }
@@ -112,7 +105,7 @@ std::string MSPDILeafWalk::elementPath() const {
     for (const auto& step : _steps) {
         if (&step != &_steps.front()) {
             path += path.empty() ? "" : "/";
-            appendName(step.name, path);
+            path += step.known == nullptr ? MSPDINameInPath(step.name) : std::string(step.name);
         }
     }
     return path;

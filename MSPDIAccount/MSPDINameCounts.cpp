@@ -4,7 +4,20 @@
 #include <functional>
 #include <utility>
 
+#include "MSPCException.h"
 #include "MSPDIElementTree.h"
+
+void MSPDIExpectFewLevels(std::size_t levels) {
+    constexpr std::size_t most = 256;
+    if (levels >= most) {
+        throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
+    }
+}
+
+std::string_view MSPDIWithoutPrefix(std::string_view name) {
+    const auto colon = name.rfind(':');
+    return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
 
 std::size_t MSPDINameCounts::next(std::string_view name, const MSPDIElementTree* known) {
     if (known == nullptr) {
@@ -14,6 +27,17 @@ std::size_t MSPDINameCounts::next(std::string_view name, const MSPDIElementTree*
         _known.resize(known->ordinal() + 1);
     }
     return ++_known[known->ordinal()];
+}
+
+// The names of the table have no prefixes.
+std::size_t MSPDINameCounts::nextOf(std::string_view name, const MSPDIElementTree* parent,
+                                    const MSPDIElementTree* known) {
+    if (known != nullptr) {
+        return next(name, known);
+    }
+    const auto bare = MSPDIWithoutPrefix(name);
+    const bool hasPrefix = bare.size() < name.size();
+    return next(bare, hasPrefix && parent != nullptr ? parent->child(bare) : nullptr);
 }
 
 std::size_t MSPDINameCounts::nextUnknown(std::string_view name) {

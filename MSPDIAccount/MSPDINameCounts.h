@@ -7,6 +7,14 @@
 
 class MSPDIElementTree;
 
+// Raises `MSPCInternalInconsistency` "Elements are nested too deeply to be told one by one." for an element with so
+// many around it. Real plans have ten levels; the paths of those that have hundreds of thousands would take more than
+// the square of the plan.
+void MSPDIExpectFewLevels(std::size_t levels);
+
+// "Name" of "x:Name".
+[[nodiscard]] std::string_view MSPDIWithoutPrefix(std::string_view name);
+
 // Counts the children of one element by their names, and then those of the next one: without memory of its own for each
 // of the millions of elements of a plan.
 class MSPDINameCounts {
@@ -14,6 +22,9 @@ public:
     // The number of a child among those of its name so far, from 1. The name outlives the count. What the table knows
     // by that name is counted without looking at the name; it is given for all of them, or for none.
     std::size_t next(std::string_view name, const MSPDIElementTree* known);
+    // The number of a child by its name as written: those with a prefix count together with those without. `parent` and
+    // `known` are what the table knows of its parent and of the child.
+    std::size_t nextOf(std::string_view name, const MSPDIElementTree* parent, const MSPDIElementTree* known);
     // The children of another element follow.
     void clear();
 

@@ -10,6 +10,7 @@
 #include "MSPCTextScanner.h"
 #include "MSPCXPathNumber.h"
 #include "MSPDIValues.h"
+#include "MSPIResourceMapper.h"
 #include "MSPIStandardCalendar.h"
 #include "MSPITaskTree.h"
 #include "MSPITimephasedDataMapper.h"
@@ -65,6 +66,15 @@ std::optional<std::size_t> positionOf(UID uid, const std::map<UID, std::size_t>&
     return found == positions.end() ? std::nullopt : std::optional(found->second);
 }
 
+// False for a type that the plan is refused for.
+bool isReadAsMaterial(const MSPCFields& resource, bool isSavedBy2007OrLater) {
+    try {
+        return MSPIResourceMapper::kindOf(resource, isSavedBy2007OrLater) == MSPIResourceMapper::Kind::Material;
+    } catch (const MSPCException&) {
+        return false;
+    }
+}
+
 }  // namespace
 
 MSPDIPlanFacts::MSPDIPlanFacts(const MSPCServices& services)
@@ -117,7 +127,11 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
             task.state = MSPDITaskState::Root;
             continue;
         }
-        _taskByUID.try_emplace(MSPCTaskUID{uid}, tasks.size() - 1);
+        const auto [first, isFirst] = _taskByUID.try_emplace(MSPCTaskUID{uid}, tasks.size() - 1);
+        if (!isFirst) {
+            tasks[first->second].sharesUID = true;
+            task.sharesUID = true;
+        }
         // In this tree only tasks that can be reached have a target.
         const auto level = MSPDILastInteger(fields, "OutlineLevel").value_or(0);
         const auto id = 't' + std::string(uidText.textOrEmpty());
@@ -204,13 +218,14 @@ void MSPDIPlanFacts::readResources(const MSPCXMLNode& project) {
         if (!resource.isMapped) {
             continue;
         }
-        _resourceByUID.try_emplace(MSPCResourceUID{*uid}, position);
-        const auto type = MSPDISingleInteger(fields, "Type").value_or(1);
-        const bool isMarkedAsCost = MSPDIIsTrueField(fields, "IsCostResource");
-        const bool isReadAsCost =
-            isMarkedAsCost && isSavedBy2007OrLater() && fields.lastChild("IsCostResource").count == 1;
-        resource.isCost = isMarkedAsCost || type == 2;
-        resource.isMaterial = isReadAsCost || type == 0;
+        const auto [first, isFirst] = _resourceByUID.try_emplace(MSPCResourceUID{*uid}, position);
+        if (!isFirst) {
+            resources[first->second].sharesUID = true;
+            resource.sharesUID = true;
+        }
+        resource.isCost =
+            MSPDIIsTrueField(fields, "IsCostResource") || MSPDISingleInteger(fields, "Type").value_or(1) == 2;
+        resource.isMaterial = isReadAsMaterial(fields, isSavedBy2007OrLater());
         if (const auto looked = lookedUp(MSPCResourceUID{*uid}); looked && resource.isMaterial) {
             _materialUIDs.insert(*looked);
         }

@@ -30,6 +30,7 @@ struct MSPDITaskFacts {
     MSPDITaskState state = MSPDITaskState::Mapped;
     bool isSummary = false;
     bool isReachable = true;                // from the group of all tasks
+    bool sharesUID = false;                 // with another one that becomes a task of the document
     bool hasUnequalShares = false;          // its resources have different amounts of its work
     std::uint16_t splitScenarios = 0;       // bit 0: split in the plan itself; bit n+1: in its baseline n
     std::uint16_t timephasedScenarios = 0;  // the same bits: there are two or more records that it could be split by
@@ -38,6 +39,7 @@ struct MSPDITaskFacts {
 
 struct MSPDIResourceFacts {
     bool isMapped = false;
+    bool sharesUID = false;  // with another one that is mapped
     bool isMaterial = false;
     bool isCost = false;                  // whether it is read so or not
     std::optional<std::size_t> calendar;  // position

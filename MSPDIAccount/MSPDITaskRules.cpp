@@ -5,6 +5,7 @@
 #include "MSPDIArrival.h"
 #include "MSPDITaskView.h"
 #include "MSPDIValues.h"
+#include "MSPITaskMapper.h"
 
 namespace {
 
@@ -41,22 +42,23 @@ bool hasEffortDone(const MSPDITaskView& task) {
 }
 
 // Where a task begins before its project, or ends behind one that is scheduled from its end, its own date is locked:
-// the date of a constraint of that kind arrives only where it lies still further out.
+// the date of a constraint of that kind arrives only where it is the one that is locked.
 MSPDIJudgement lockedDate(const MSPDITaskView& task, std::string_view text, bool isStart) {
     const auto& plan = task.plan();
     if (isStart != plan.isScheduledFromStart || task.facts().isSummary || !plan.projectDate) {
         return MSPDIArrival::ofDate(task.plan(), text);
     }
-    const auto isBeyond = [isStart](MSPCInstant one, MSPCInstant other) { return isStart ? one < other : one > other; };
     const auto own = plan.instantOf(task.text(isStart ? "Start" : "Finish"));
-    if (!own || !isBeyond(*own, *plan.projectDate)) {
+    if (!own || !MSPITaskMapper::isBeyondProject(isStart, *own, *plan.projectDate)) {
         return MSPDIArrival::ofDate(task.plan(), text);
     }
     const auto constraint = plan.instantOf(text);
-    if (constraint && isBeyond(*constraint, *own)) {
-        return MSPDIArrival::ofDate(task.plan(), text);
+    if (constraint == own) {
+        return MSPDIFate::Derived;
     }
-    return constraint == own ? MSPDIJudgement(MSPDIFate::Derived) : MSPDIJudgement(MSPDIFate::Lost, "locked-date");
+    return MSPITaskMapper::lockedDate(isStart, *own, constraint) == constraint
+               ? MSPDIArrival::ofDate(task.plan(), text)
+               : MSPDIJudgement(MSPDIFate::Lost, "locked-date");
 }
 
 }  // namespace

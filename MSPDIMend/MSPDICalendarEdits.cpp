@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 #include <span>
 
@@ -29,12 +31,46 @@ std::string timeText(std::int64_t hour, std::int64_t minute, std::int64_t second
     return fmt::format("{:02}:{:02}:{:02}", hour, minute, second);
 }
 
+// Whether a text is made like another one, digit for digit.
+bool isLike(std::string_view text, std::string_view pattern) {
+    const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+    return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
+                      [&](char own, char other) { return isDigit(other) ? isDigit(own) : own == other; });
+}
+
+// The texts of two children, where each is there once and nothing else is.
+std::optional<std::pair<std::string, std::string>> onlyTexts(const MSPCXMLNode& element, std::string_view first,
+                                                             std::string_view second) {
+    const auto from = element.lastChildElement(first);
+    const auto to = element.lastChildElement(second);
+    const bool areAll = from.count == 1 && to.count == 1 && element.childElements().size() == 2;
+    return areAll ? std::optional(std::pair(from.element.stringValue(), to.element.stringValue())) : std::nullopt;
+}
+
+// Until midnight and beyond it is another time to the importer.
+bool isPlainTime(const MSPCXMLNode& time) {
+    const auto texts = onlyTexts(time, "FromTime", "ToTime");
+    const auto isTime = [](const std::string& text) {
+        return isLike(text, "00:00:00") && text < "24" && text[3] < '6' && text[6] < '6';
+    };
+    return texts && isTime(texts->first) && isTime(texts->second) && texts->first < texts->second;
+}
+
+bool isPlainPeriod(const MSPCXMLNode& period) {
+    const auto texts = onlyTexts(period, "FromDate", "ToDate");
+    constexpr std::string_view date = "0000-00-00T00:00:00";
+    return texts && isLike(texts->first, date) && isLike(texts->second, date);
+}
+
 }  // namespace
 
 std::vector<MSPCXMLNode> MSPDIMappedCalendars(const MSPDIPatient& patient) {
     std::set<std::int64_t> uids;
     for (const auto& resource : patient.items("Resources", "Resource")) {
-        if (MSPDIIntegerIn(resource, "UID").value_or(0) != 0) {
+        // One that has several numbers does not arrive, and of several calendars not every reader takes the same.
+        const bool isPlain =
+            resource.lastChildElement("UID").count == 1 && resource.lastChildElement("CalendarUID").count == 1;
+        if (isPlain && MSPDIIntegerIn(resource, "UID").value_or(0) != 0) {
             uids.insert(MSPDIIntegerIn(resource, "CalendarUID").value_or(-1));
         }
     }
@@ -68,13 +104,11 @@ std::string MSPDIWorkOf(const MSPDIPatient& patient, const MSPCXMLNode& dayOrExc
     return content;
 }
 
-bool MSPDIHasTimeUntilMidnight(const MSPCXMLNode& element) {
-    for (const auto& end : nodesForXQuery(element, ".//WorkingTime/ToTime")) {
-        if (end.stringValue().starts_with("00:00")) {
-            return true;
-        }
-    }
-    return false;
+bool MSPDIArrivesAsItIs(const MSPCXMLNode& element) {
+    const auto times = nodesForXQuery(element, ".//WorkingTime");
+    const auto periods = nodesForXQuery(element, ".//TimePeriod");
+    return std::all_of(times.begin(), times.end(), isPlainTime) &&
+           std::all_of(periods.begin(), periods.end(), isPlainPeriod);
 }
 
 std::vector<std::pair<std::string, std::string>> MSPDIUsualTimesOn(MSPCWeekday weekday) {

@@ -13,16 +13,17 @@ class MSPDIPatient;
 
 // Looking at, and adding to, calendars of a plan that is mended.
 
-// The calendars that arrive: the project's, and those that resources have. What is put into others only adds to what
-// is lost.
+// The calendars that arrive: the project's, and those that resources have, by the only number that each names. What is
+// put into others only adds to what is lost.
 [[nodiscard]] std::vector<MSPCXMLNode> MSPDIMappedCalendars(const MSPDIPatient& patient);
 
 // The first day of an exception in either form; empty where it names none.
 [[nodiscard]] std::string MSPDIFirstDayOf(const MSPCXMLNode& exception);
 // The texts of its `DayWorking` and `WorkingTimes`, which say what is worked on its days.
 [[nodiscard]] std::string MSPDIWorkOf(const MSPDIPatient& patient, const MSPCXMLNode& dayOrException);
-// Whether any working time in an element lasts until midnight: that arrives as one that ends at 0 o'clock.
-[[nodiscard]] bool MSPDIHasTimeUntilMidnight(const MSPCXMLNode& element);
+// Whether the working times and the periods in an element arrive as they are. Those until midnight or beyond do not,
+// nor what cannot be read or is said twice: copies of it would only add to what is lost.
+[[nodiscard]] bool MSPDIArrivesAsItIs(const MSPCXMLNode& element);
 
 // The working times of a day in the week of who says nothing else, from and to as MSPDI writes a time of day; none on a
 // day off.

@@ -24,7 +24,9 @@ void collectLeaves(const MSPCXMLNode& element, std::vector<MSPCXMLNode>& leaves)
             }
         }
     }
-    if (isLeaf && element.name() != "UID") {
+    // A value of the project that holds elements but no text says as little as an empty one.
+    const bool isEmptyValue = !isLeaf && element.parent().name() == "Project" && element.stringValue().empty();
+    if ((isLeaf || isEmptyValue) && element.name() != "UID") {
         leaves.push_back(element);
     }
 }
@@ -133,16 +135,21 @@ MSPDICulprit culpritsTogether(std::vector<MSPCXMLNode> suspects, const MSPDIMapp
     return {std::move(suspects), std::move(rest)};
 }
 
+// Whether a leaf is to blame beyond doubt, for what the mapping fails with without it.
+bool isProof(const std::optional<MSPDIMappingFailure>& rest, const MSPDIMappingFailure& failure,
+             const MSPCXMLNode& leaf) {
+    return !rest || (isOfTopic(leaf, topicOf(failure)) && isOther(rest, failure));
+}
+
 // One of the suspects, the ones of the failure's kind before all others. Of these the one is better without which
 // nothing fails: without a type, the value that is to blame may just not be read.
 MSPDICulprit culpritAlone(const std::vector<MSPCXMLNode>& suspects, const MSPDIMappingFailure& failure,
                           const MSPDITrial& trial) {
-    const auto topic = topicOf(failure);
     MSPDICulprit second;
     for (const auto& leaf : suspects) {
         auto alike = alikeBeside(leaf);
         auto rest = failureWithout(alike, trial);
-        if (!rest || (isOfTopic(leaf, topic) && isOther(rest, failure))) {
+        if (isProof(rest, failure, leaf)) {
             return {std::move(alike), std::move(rest)};
         }
         if (second.leaves.empty() && isOther(rest, failure)) {
@@ -193,4 +200,21 @@ MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const M
     // Several of them together stand in the way.
     const bool isOfDates = failure.reason.empty() && !suspects.empty();
     return isOfDates ? MSPDICulprit{{suspects.front()}, failure} : MSPDICulprit{};
+}
+
+MSPDICulprit MSPDICulpritNamed(const std::vector<std::string>& names, const std::vector<MSPCXMLNode>& elements,
+                               const MSPDIMappingFailure& failure, const MSPDITrial& trial) {
+    for (const auto& name : names) {
+        for (const auto& element : elements) {
+            const auto leaf = element.lastChildElement(name).element;
+            if (!leaf || isNeverOfTopic(leaf, topicOf(failure)) || !isQuoted(leaf, failure.reason)) {
+                continue;
+            }
+            auto alike = alikeBeside(leaf);
+            if (auto rest = failureWithout(alike, trial); isProof(rest, failure, leaf)) {
+                return {std::move(alike), std::move(rest)};
+            }
+        }
+    }
+    return {};
 }

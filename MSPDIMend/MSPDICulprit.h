@@ -30,3 +30,9 @@ struct MSPDICulprit {
 [[nodiscard]] MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements,
                                              const MSPDIMappingFailure& failure, const MSPDITrial& trial,
                                              const std::function<bool(const std::string&)>& isUnreadable);
+
+// The same where a child of the elements with one of these names is to blame beyond doubt; nothing is tried that the
+// failure does not quote. No leaves where the search has to look at everything.
+[[nodiscard]] MSPDICulprit MSPDICulpritNamed(const std::vector<std::string>& names,
+                                             const std::vector<MSPCXMLNode>& elements,
+                                             const MSPDIMappingFailure& failure, const MSPDITrial& trial);

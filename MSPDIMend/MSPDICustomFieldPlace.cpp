@@ -50,6 +50,14 @@ void addFieldsOf(const std::vector<MSPCXMLNode>& tasks, std::set<std::string>& f
     }
 }
 
+// Some programs define all fields that there are, without a name of the owner's.
+bool isUnnamed(const MSPCXMLNode& definition) {
+    const auto type = MSPDIIntegerIn(definition, "CFType");
+    constexpr std::int64_t textType = 7;
+    return MSPDITextIn(definition, "Alias").value_or("").empty() && definition.childElements("ValueList").empty() &&
+           definition.childElements("Formula").empty() && type.value_or(textType) == textType;
+}
+
 bool isTextField(const std::string& fieldID) {
     return std::any_of(textFields.begin(), textFields.end(),
                        [&](int field) { return std::to_string(field) == fieldID; });
@@ -83,11 +91,14 @@ std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::s
                                                    const std::vector<MSPCXMLNode>& owners) {
     std::multimap<std::string, std::string> fieldIDs;  // by the names of the fields
     std::set<std::string> taken;
+    std::map<std::string, MSPCXMLNode> unnamed;  // definitions that only say that there is such a field
     for (const auto& definition : patient.items("ExtendedAttributes", "ExtendedAttribute")) {
         const auto fieldID = MSPDITextIn(definition, "FieldID").value_or("");
         const auto fieldName = MSPDITextIn(definition, "FieldName").value_or("");
         fieldIDs.emplace(MSPDITextIn(definition, "Alias").value_or(fieldName), fieldID);
-        taken.insert(fieldID);
+        if (!isUnnamed(definition) || !unnamed.emplace(fieldID, definition).second) {
+            taken.insert(fieldID);
+        }
     }
     std::set<std::string> ofOwners;
     addFieldsOf(owners, ofOwners);
@@ -102,9 +113,18 @@ std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::s
     }
     addFieldsOf(patient.items("Tasks", "Task"), taken);
     for (std::size_t index = 0; index < textFields.size(); ++index) {
-        if (auto fieldID = std::to_string(textFields[index]); !taken.contains(fieldID)) {
+        auto fieldID = std::to_string(textFields[index]);
+        if (!taken.contains(fieldID) && !unnamed.contains(fieldID)) {
             define(patient, fieldID, fmt::format("Text{}", index + 1), numbered(alias, number));
             return fieldID;
+        }
+    }
+    for (const int field : textFields) {
+        const auto known = unnamed.find(std::to_string(field));
+        if (known != unnamed.end() && !taken.contains(known->first)) {
+            constexpr std::string_view before[] = {"FieldID", "FieldName"};
+            patient.setChild(known->second, "Alias", numbered(alias, number), before);
+            return known->first;
         }
     }
     return std::nullopt;

@@ -16,6 +16,7 @@ void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_vi
 
 // The FieldID of the text field with that alias in which none of these tasks, which are to get a value, has one yet.
 // Where the project defines none, the first free text field of tasks is defined with it, or with "<alias> 2" and so on
-// where another field has that name; none where all are taken.
+// where another field has that name; then one whose definition names it nothing and that no task uses gets the alias.
+// None where all are taken.
 [[nodiscard]] std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::string_view alias,
                                                                  const std::vector<MSPCXMLNode>& owners);

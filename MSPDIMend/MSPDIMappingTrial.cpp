@@ -172,15 +172,11 @@ bool MSPDIMappingTrial::mendPieceByPiece(const std::vector<MSPCXMLNode>& owners,
 
 bool MSPDIMappingTrial::mendAtOnce(std::optional<MSPDIMappingFailure> failure, const MSPDITrial& trial,
                                    const Owners& owners, const Subject& subject) {
-    const auto isUnreadable = [this](const std::string& text) {
-        const auto of = failureOf([&] { static_cast<void>(_context.conversions().mspdiToMppDateTime(text)); });
-        return of && of->reason.empty();
-    };
     while (failure && !isBound(*failure)) {
         // What a definition says is read when the first value of its field is.
         const bool isOfDefinition = failure->reason.find("<CFType>") != std::string::npos;
         const auto suspects = isOfDefinition ? definitionsFor(owners(*failure)) : owners(*failure);
-        auto culprit = MSPDICulpritAmong(suspects, *failure, trial, isUnreadable);
+        auto culprit = culpritAmong(suspects, *failure, trial);
         const bool isTakenOut =
             !culprit.leaves.empty() && std::all_of(culprit.leaves.begin(), culprit.leaves.end(), [&](const auto& leaf) {
                 return takeOut(leaf, [&] { return subject(leaf, *failure); });
@@ -191,6 +187,28 @@ bool MSPDIMappingTrial::mendAtOnce(std::optional<MSPDIMappingFailure> failure, c
         failure = std::move(culprit.rest);
     }
     return !failure;
+}
+
+MSPDICulprit MSPDIMappingTrial::culpritAmong(const std::vector<MSPCXMLNode>& suspects,
+                                             const MSPDIMappingFailure& failure, const MSPDITrial& trial) {
+    const bool isToldWhy = !failure.reason.empty();
+    if (isToldWhy) {
+        if (auto known = MSPDICulpritNamed(_namesToBlame, suspects, failure, trial); !known.leaves.empty()) {
+            return known;
+        }
+    }
+    auto culprit = MSPDICulpritAmong(suspects, failure, trial, [this](const std::string& text) {
+        const auto of = failureOf([&] { static_cast<void>(_context.conversions().mspdiToMppDateTime(text)); });
+        return of && of->reason.empty();
+    });
+    constexpr std::size_t mostNames = 8;
+    if (isToldWhy && !culprit.leaves.empty() && _namesToBlame.size() < mostNames) {
+        const std::string name(culprit.leaves.front().name());
+        if (std::find(_namesToBlame.begin(), _namesToBlame.end(), name) == _namesToBlame.end()) {
+            _namesToBlame.push_back(name);
+        }
+    }
+    return culprit;
 }
 
 // The definitions of the fields that some elements have, or are.

@@ -54,6 +54,8 @@ private:
     // Whether there were pieces to look at.
     bool mendPieceByPiece(const std::vector<MSPCXMLNode>& owners, const MSPDITrial& trial, const Subject& subject);
     [[nodiscard]] std::vector<MSPCXMLNode> definitionsFor(const std::vector<MSPCXMLNode>& owners);
+    [[nodiscard]] MSPDICulprit culpritAmong(const std::vector<MSPCXMLNode>& suspects,
+                                            const MSPDIMappingFailure& failure, const MSPDITrial& trial);
     bool takeOut(MSPCXMLNode leaf, const std::function<std::string()>& subject);
     template <typename Map>
     [[nodiscard]] std::optional<MSPDIMappingFailure> failureOf(const Map& map);
@@ -77,6 +79,7 @@ private:
     MSPCXMLNewElement _scenario;
     MSPCXMLNewElement _groupType;  // that of any group
     std::unique_ptr<MSPITaskTree> _tree;
+    std::vector<std::string> _namesToBlame;                        // of leaves: what is wrong is often so in many items
     std::map<std::string, std::vector<MSPCXMLNode>> _definitions;  // of custom fields, by FieldID, when asked for
     std::set<MSPCTaskUID> _withoutPieces;                          // UIDs of tasks whose timephased data were taken out
     // What shows a value of a baseline and is out of the tree until the mapping of its owner is through.

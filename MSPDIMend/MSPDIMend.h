@@ -61,6 +61,9 @@ struct MSPDIMended {
     // markup that had to be repaired, or entities of its own.
     bool isConverted = false;
     bool isRepaired = false;
+    // What an import warned of where the plan's markup is damaged, without "WARNING: ": values may be missing. Empty
+    // for sound markup.
+    std::string damage;
     int imports = 0;  // that it took
 };
 

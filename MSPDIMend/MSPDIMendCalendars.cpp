@@ -160,6 +160,22 @@ void giveProjectsCalendarItsPlace(MSPDIPatient& patient, std::string_view step) 
     makeBase(patient, own);
 }
 
+// How many values arrive with the calendar that is taken, and with no other: those of its days, and the marks of others
+// that are based on it.
+std::size_t valuesWith(const MSPDIPatient& patient, const MSPCXMLNode& calendar) {
+    const auto uid = MSPDIIntegerIn(calendar, "UID");
+    const auto based = fmt::format("Calendars/Calendar/BaseCalendarUID[.={}]", uid.value_or(0));
+    return nodesForXQuery(calendar, "(WeekDays|Exceptions)//*[not(*)]").size() +
+           (uid ? nodesForXQuery(patient.project(), based).size() : 0);
+}
+
+// The other one's values do not arrive any more, and a person's calendar would not any more, either. What is won
+// besides is the mark of the project, which names its calendar.
+bool bringsMoreThanItTakes(const MSPDIPatient& patient, const MSPCXMLNode& own) {
+    const auto taken = MSPDITakenCalendar(patient);
+    return isBase(own) && (!taken || valuesWith(patient, own) + 1 >= valuesWith(patient, taken));
+}
+
 bool hasTakenUID(const MSPCXMLNode& calendar) {
     return MSPDIIntegerIn(calendar, "UID") == takenUID;
 }
@@ -202,8 +218,8 @@ void MSPDIMendCalendarOrder(MSPDIPatient& patient) {
 
 void MSPDIMendProjectCalendar(MSPDIPatient& patient) {
     const auto own = patient.isAskedFor(projectCalendar) ? projectsCalendar(patient) : MSPCXMLNode();
-    // Of its working times those until midnight would not arrive.
-    if (own && !MSPDIHasTimeUntilMidnight(own)) {
+    // Some working times would not arrive as they are.
+    if (own && MSPDIArrivesAsItIs(own) && bringsMoreThanItTakes(patient, own)) {
         giveProjectsCalendarItsPlace(patient, projectCalendar);
     }
 }

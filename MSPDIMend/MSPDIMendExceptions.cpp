@@ -77,13 +77,13 @@ private:
     std::set<sys_days> _dates;
 };
 
-// Whether what is worked arrives as it is: days off, or hours that end before midnight.
+// Whether what is worked arrives as it is: days off, or plain hours.
 bool arrives(const MSPCXMLNode& dayOrException) {
     if (!MSPDITextIn(dayOrException, "DayWorking")) {
         return false;
     }
     const bool hasHours = !nodesForXQuery(dayOrException, "WorkingTimes/WorkingTime").empty();
-    return !MSPDIIsTrueIn(dayOrException, "DayWorking") || (hasHours && !MSPDIHasTimeUntilMidnight(dayOrException));
+    return !MSPDIIsTrueIn(dayOrException, "DayWorking") || (hasHours && MSPDIArrivesAsItIs(dayOrException));
 }
 
 // "1 08:00:00-12:00:00 13:00:00-17:00:00"

@@ -1,5 +1,7 @@
 #include "MSPDIMend.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -8,10 +10,12 @@
 #include "MSPCException.h"
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLLexis.h"
+#include "MSPCXMLRepair.h"
 #include "MSPDIElementsMended.h"
 #include "MSPDIMarkup.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
+#include "MSPDIRepairWarning.h"
 
 namespace {
 
@@ -36,6 +40,52 @@ std::string obstacleOf(const MSPDIRefusal& refusal) {
     return refusal.sentence();
 }
 
+// The name of the start tag at an offset; empty where something else begins there.
+std::string_view nameOfTagAt(std::string_view bytes, std::size_t offset) {
+    const auto tag = bytes.substr(std::min(offset, bytes.size()));
+    const auto behind = tag.starts_with('<') ? tag.substr(1) : std::string_view();
+    return behind.substr(0, MSPCXMLLexis::endOfName(behind));
+}
+
+// Whether bytes begin like those of an encoding of more than one byte for each character, whatever it is.
+bool isWide(std::string_view bytes) {
+    constexpr std::size_t widest = 4;
+    const auto first = bytes.substr(0, widest);
+    return first.starts_with("\xFF\xFE") || first.starts_with("\xFE\xFF") || !MSPCXMLLexis::hasNoNul(first);
+}
+
+bool beginsWithText(std::string_view bytes) {
+    const auto mark = bytes.starts_with(MSPCXMLLexis::ByteOrderMark) ? MSPCXMLLexis::ByteOrderMark.size() : 0;
+    const auto first = bytes.find_first_not_of(MSPCXMLLexis::Blanks, mark);
+    return first != std::string_view::npos && bytes[first] != '<';
+}
+
+// What a plan is made of, and the lists that hold it.
+constexpr std::pair<std::string_view, std::string_view> lists[] = {
+    {"Calendars", "Calendar"}, {"Tasks", "Task"}, {"Resources", "Resource"}, {"Assignments", "Assignment"}};
+
+// How many the bytes begin, wherever.
+std::size_t itemsBegunIn(std::string_view bytes) {
+    std::size_t count = 0;
+    for (auto tag = bytes.find('<'); tag != std::string_view::npos; tag = bytes.find('<', tag + 1)) {
+        const auto name = nameOfTagAt(bytes, tag);
+        count += std::any_of(std::begin(lists), std::end(lists), [&](const auto& list) { return list.second == name; })
+                     ? 1U
+                     : 0U;
+    }
+    return count;
+}
+
+std::size_t itemsOf(const MSPCXMLNode& project) {
+    std::size_t count = 0;
+    for (const auto& [list, item] : lists) {
+        for (const auto& holder : project.childElements(list)) {
+            count += holder.childElements(item).size();
+        }
+    }
+    return count;
+}
+
 // With a prefix or without.
 bool isPlansRoot(std::string_view name) {
     return name == planRoot || name.ends_with(":Project");
@@ -52,13 +102,16 @@ public:
         : _name(name), _services(services), _options(options) {}
 
     MSPDIMended mended(std::string copy) {
-        _result.refusal = refusalOf(copy);
+        bool isUncovered = uncoverWithoutImport(copy);
+        if (!isUncovered) {
+            _result.refusal = refusalOf(copy);
+        }
         if (!_result.refusal && !asksForImprovement(_options)) {
             return std::move(_result);
         }
         auto refusal = _result.refusal;
         for (int import = 2; import <= mostImports; ++import) {
-            if (!treat(copy, refusal)) {
+            if (!treat(copy, refusal, std::exchange(isUncovered, false))) {
                 break;
             }
             refusal = refusalOf(copy);
@@ -75,7 +128,12 @@ public:
 private:
     [[nodiscard]] std::optional<MSPDIRefusal> refusalOf(const std::string& bytes) {
         ++_result.imports;
-        return MSPDIImportBytesInMemory(_name, bytes, _services, MSPDIMemoryKeeping::Names).refusal;
+        auto import = MSPDIImportBytesInMemory(_name, bytes, _services, MSPDIMemoryKeeping::Names);
+        const auto repair = std::find_if(import.warnings.begin(), import.warnings.end(), MSPDIIsRepairWarning);
+        if (repair != import.warnings.end() && _result.damage.empty()) {
+            _result.damage = std::move(*repair);
+        }
+        return std::move(import.refusal);
     }
 
     MSPDIMended concluded(std::string copy, const std::optional<MSPDIRefusal>& refusal) {
@@ -83,7 +141,7 @@ private:
             // What imports stays as it is, where an improvement would keep it from that.
             const bool isInTheWay = _result.refusal.has_value();
             _result.verdict = isInTheWay ? MSPDIMendVerdict::NotMendable : MSPDIMendVerdict::ImportsAsIs;
-            _result.obstacle = isInTheWay ? obstacleOf(*refusal) : std::string();
+            _result.obstacle = !isInTheWay ? std::string() : _obstacle.empty() ? obstacleOf(*refusal) : _obstacle;
             _result.steps.clear();
             _result.isConverted = _result.isRepaired = false;
         } else if (!_result.steps.empty()) {
@@ -93,19 +151,70 @@ private:
         return std::move(_result);
     }
 
-    // Does all that can be done to the copy at once; false when that is nothing. `refusal` is the copy's.
-    bool treat(std::string& copy, const std::optional<MSPDIRefusal>& refusal) {
-        auto loaded = refusal ? readWithoutWhatHidesIt(copy, *refusal) : std::nullopt;
-        if (loaded) {
-            treatPlan(std::move(*loaded), copy, true);
-            return true;
+    // A root that is none of a plan's ends an import whatever it holds: where the bytes show that a plan lies inside,
+    // or behind prefixes, it is brought to light before anything is read, and only what was around it is imported to
+    // learn what the importer says. False where nothing was done.
+    bool uncoverWithoutImport(std::string& copy) {
+        const auto prolog = MSPCXMLLexis::prologOf(copy);
+        const auto root = nameOfTagAt(copy, prolog.end);
+        if (isWide(copy) || prolog.hasInternalSubset || root == planRoot || (root.empty() && !beginsWithText(copy)) ||
+            !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
+            return false;
         }
-        loaded = read(copy);
-        bool isTreated = _options.allows(embedded) && takeOut(loaded, copy);
+        const auto step = isPlansRoot(root) ? namespaceStep : embedded;
+        auto around = step == embedded ? std::string()
+                                       : fmt::format("{}</{}>", copy.substr(0, MSPDIEndOfTag(copy, prolog.end)), root);
+        if (!uncover(copy, step, around)) {
+            _isHopeless = step == embedded;
+            return false;
+        }
+        _loaded = read(copy);
+        tellRewriting(_loaded);
+        if (!_loaded || _loaded->isWrittenAnew) {
+            around += '<';  // with what is broken inside it, too, it is broken
+        }
+        _result.refusal = refusalOf(around);
+        return true;
+    }
+
+    // Does one of these steps to bytes in UTF-8; false where it does nothing, or is not allowed. `around` becomes what
+    // a plan was taken out of.
+    bool uncover(std::string& copy, std::string_view step, std::string& around) {
+        if (!_options.allows(step)) {
+            return false;
+        }
+        if (step == namespaceStep) {
+            _isNamespaceMended = MSPDIGiveOneNamespace(copy);
+        }
+        auto plan = step == embedded ? MSPDIEmbeddedPlan(copy) : std::nullopt;
+        if (plan) {
+            copy = std::move(plan->bytes);
+            around = std::move(plan->around);
+            _result.isConverted = _result.isConverted || plan->isConverted;
+        }
+        const bool isDone = plan || (step == namespaceStep && _isNamespaceMended);
+        if (isDone) {
+            add(MSPDIMendDone{step, 1, {}});
+        }
+        return isDone;
+    }
+
+    // Does all that can be done to the copy at once; false when that is nothing. `refusal` is the copy's, unless it was
+    // uncovered since.
+    bool treat(std::string& copy, const std::optional<MSPDIRefusal>& refusal, bool isUncovered) {
+        if (_isHopeless) {
+            return false;
+        }
+        bool isTreated = isUncovered || (refusal && uncoverRefused(copy, *refusal));
+        auto loaded = isUncovered ? std::exchange(_loaded, std::nullopt) : read(copy);
+        if (isTreated) {
+            tellRewriting(loaded);
+        } else if (_options.allows(embedded) && takeOut(loaded, copy)) {
+            isTreated = true;
+        }
         // What was just taken out has not been refused yet.
         if (loaded && refusal && refusal->name == "MSPIMapperException" && !isTreated && !_isNamespaceMended) {
-            if (!_options.allows(namespaceStep) || !mendNamespace(*loaded, copy)) {
-                copy = utf8Of(std::move(*loaded));
+            if (!_options.allows(namespaceStep) || !mendNamespace(std::move(*loaded), copy)) {
                 return false;
             }
             isTreated = true;
@@ -118,6 +227,9 @@ private:
             copy = utf8Of(std::move(*loaded));
             return isTreated;
         }
+        if (isLostByRepair(*loaded, copy)) {
+            return false;
+        }
         return treatPlan(std::move(*loaded), copy, refusal.has_value()) || isTreated;
     }
 
@@ -126,38 +238,18 @@ private:
                                     asksForImprovement(_options) ? MSPDIElementsImproved() : MSPDIElementsMended());
     }
 
-    // What the refusal says tells that the plan is not where an import looks, or not declared as one, and the bytes
-    // show where and what it is: then what is around it need not be read first, which takes long where its markup is
-    // broken. None where this does not lead to a plan.
-    [[nodiscard]] std::optional<MSPCXMLWithBytes> readWithoutWhatHidesIt(const std::string& copy,
-                                                                         const MSPDIRefusal& refusal) {
+    // The same of a plan that only an import has shown to be refused: then what is around it need not be read first,
+    // which takes long where its markup is broken; and behind a broken root a repair would leave nothing.
+    bool uncoverRefused(std::string& copy, const MSPDIRefusal& refusal) {
         const auto prolog = MSPCXMLLexis::prologOf(copy);
-        const bool isXML = refusal.name == "MSPIMapperException";
-        if ((!isXML && refusal.name != "MSPEXMLException") || prolog.hasInternalSubset ||
-            !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
-            return std::nullopt;
+        if (prolog.hasInternalSubset || isWide(copy) || !isDeclaredUtf8(std::string_view(copy).substr(0, prolog.end))) {
+            return false;
         }
-        const auto behind = std::string_view(copy).substr(std::min(prolog.end + 1, copy.size()));
-        const bool isPlan = isXML && isPlansRoot(behind.substr(0, MSPCXMLLexis::endOfName(behind)));
-        const auto step = isPlan ? namespaceStep : embedded;
-        if (!_options.allows(step) || (isPlan && _isNamespaceMended)) {
-            return std::nullopt;
-        }
-        auto plan = isPlan ? declaredPlanIn(copy) : MSPDIEmbeddedPlan(copy);
-        auto loaded = plan ? read(plan->bytes) : std::nullopt;
-        if (!loaded || loaded->document.root().name() != planRoot) {
-            return std::nullopt;
-        }
-        add(MSPDIMendDone{step, 1, {}});
-        tellRewriting(loaded);
-        _result.isConverted = _result.isConverted || plan->isConverted;
-        _isNamespaceMended = _isNamespaceMended || isPlan;
-        return loaded;
-    }
-
-    static std::optional<MSPDITakenOutPlan> declaredPlanIn(const std::string& copy) {
-        auto plan = MSPDIPlanOfOneNamespace(copy);
-        return plan ? std::optional(MSPDITakenOutPlan{std::move(*plan)}) : std::nullopt;
+        std::string around;
+        const bool mayBeDeclared = !_isNamespaceMended && isPlansRoot(nameOfTagAt(copy, prolog.end)) &&
+                                   (refusal.name == "MSPIMapperException" || !MSPDIIsRootTagSound(copy));
+        return (mayBeDeclared && uncover(copy, namespaceStep, around)) ||
+               (refusal.name == "MSPEXMLException" && uncover(copy, embedded, around));
     }
 
     // Puts the plan that lies inside the copy in its place; false where there is none, or all of it is a plan.
@@ -165,7 +257,9 @@ private:
         if (loaded && isPlansRoot(loaded->document.root().name())) {
             return false;
         }
-        auto inner = MSPDIEmbeddedPlan(loaded ? loaded->utf8 : copy);
+        auto inner = !loaded && dropUnknownDeclaration(copy)
+                         ? std::optional(MSPDITakenOutPlan{std::move(copy), {}, false})
+                         : MSPDIEmbeddedPlan(loaded ? loaded->utf8 : copy);
         if (!inner) {
             return false;
         }
@@ -178,22 +272,51 @@ private:
         return true;
     }
 
+    // A declaration that names an encoding that nobody knows, or names it in a way that nobody can read, hides a plan
+    // whose bytes are UTF-8 all the same.
+    static bool dropUnknownDeclaration(std::string& copy) {
+        const auto end = copy.starts_with("<?xml") ? copy.find("?>") : std::string::npos;
+        const auto root = end == std::string::npos ? end : copy.find_first_not_of(MSPCXMLLexis::Blanks, end + 2);
+        const bool isPlan = root != std::string::npos && isPlansRoot(nameOfTagAt(copy, root));
+        if (!isPlan || isDeclaredUtf8(copy) || !isWellFormedXML(std::string_view(copy).substr(root))) {
+            return false;
+        }
+        copy.erase(0, root);
+        return true;
+    }
+
     void tellRewriting(const std::optional<MSPCXMLWithBytes>& loaded) {
         _result.isConverted = _result.isConverted || (loaded && loaded->isConverted);
         _result.isRepaired = _result.isRepaired || (loaded && loaded->isWrittenAnew);
     }
 
-    bool mendNamespace(const MSPCXMLWithBytes& loaded, std::string& copy) {
-        auto plain = MSPDIPlanOfOneNamespace(loaded.isConverted ? MSPDIWithUtf8Declared(loaded.utf8) : loaded.utf8);
-        if (!plain) {
+    // Of a document that only reading shows as it is; the copy is what was read then.
+    bool mendNamespace(MSPCXMLWithBytes loaded, std::string& copy) {
+        const bool isConverted = loaded.isConverted;
+        const bool isWrittenAnew = loaded.isWrittenAnew;
+        copy = utf8Of(std::move(loaded));
+        if (!MSPDIGiveOneNamespace(copy)) {
             return false;
         }
         add(MSPDIMendDone{namespaceStep, 1, {}});
-        _result.isConverted = _result.isConverted || loaded.isConverted;
-        _result.isRepaired = _result.isRepaired || loaded.isWrittenAnew;
-        copy = std::move(*plain);
+        _result.isConverted = _result.isConverted || isConverted;
+        _result.isRepaired = _result.isRepaired || isWrittenAnew;
         _isNamespaceMended = true;
         return true;
+    }
+
+    // A repair that loses most of a plan leaves something that may well import; nobody would call that mended.
+    bool isLostByRepair(const MSPCXMLWithBytes& loaded, const std::string& copy) {
+        const auto begun = loaded.isWrittenAnew && !isWide(copy) ? itemsBegunIn(copy) : 0;
+        const auto left = begun == 0 ? 0 : itemsOf(loaded.document.root());
+        const bool isLost = 2 * left < begun;
+        if (isLost) {
+            _obstacle = fmt::format(
+                "Its markup is broken so that a repair would lose most of it: {} of {} calendars, "
+                "tasks, resources and assignments are left.",
+                left, begun);
+        }
+        return isLost;
     }
 
     // The keys of fields come behind the fields, and what cannot be mapped behind all that is new.
@@ -249,6 +372,9 @@ private:
     const MSPDIMendOptions& _options;
     MSPDIMended _result;
     bool _isNamespaceMended = false;
+    bool _isHopeless = false;                 // no plan, and none inside
+    std::string _obstacle;                    // beside what an import says
+    std::optional<MSPCXMLWithBytes> _loaded;  // what was uncovered
 };
 
 }  // namespace

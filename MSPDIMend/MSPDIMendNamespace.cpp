@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "MSPCTextScanner.h"
 #include "MSPCXMLLexis.h"
 #include "MSPDIEdits.h"
 #include "MSPDIMarkup.h"
@@ -35,14 +38,16 @@ std::string_view localNameOf(std::string_view name) {
     return colon == npos ? name : name.substr(colon + 1);
 }
 
+// Those of a tag, up to the first place that is none.
 std::vector<Attribute> attributesOf(std::string_view bytes, std::size_t begin, std::size_t end) {
     std::vector<Attribute> attributes;
     while (begin < end) {
         const auto nameBegin = bytes.find_first_not_of(MSPCXMLLexis::Blanks, begin);
-        const auto size = nameBegin < end ? MSPCXMLLexis::endOfName(bytes.substr(nameBegin)) : 0;
+        const auto size = begin < nameBegin && nameBegin < end ? MSPCXMLLexis::endOfName(bytes.substr(nameBegin)) : 0;
         const auto opening = size == 0 ? npos : bytes.find_first_of("\"'", nameBegin + size);
         const auto closing = opening == npos ? npos : bytes.find(bytes[opening], opening + 1);
-        if (closing == npos || closing > end) {
+        if (closing == npos || closing > end ||
+            trimmed(bytes.substr(nameBegin + size, opening - nameBegin - size)) != "=") {
             break;
         }
         attributes.push_back(
@@ -52,16 +57,56 @@ std::vector<Attribute> attributesOf(std::string_view bytes, std::size_t begin, s
     return attributes;
 }
 
-// Calls `visit` with the offset and the text of each name of a tag from an offset on, until it says that this was
-// enough; whether it did.
-template <typename Visit>
-bool visitTagNames(std::string_view bytes, std::size_t begin, const Visit& visit) {
+// A start tag, also one that is broken: none goes on behind the next "<".
+struct StartTag {
+    std::size_t end;  // behind its ">", or where that would have to be
+    std::vector<Attribute> attributes;
+    bool isSound;  // all of it is a name and attributes, each once
+};
+
+bool hasEachOnce(const std::vector<Attribute>& attributes) {
+    std::set<std::string_view> names;
+    return std::all_of(attributes.begin(), attributes.end(),
+                       [&](const auto& attribute) { return names.insert(attribute.name).second; });
+}
+
+// Where the next tag or section begins, behind a "<" that begins something else.
+std::size_t nextMarkupBehind(std::string_view bytes, std::size_t begin) {
+    auto next = bytes.find('<', begin + 1);
+    while (next + 1 < bytes.size() && !MSPCXMLLexis::hasClass(bytes[next + 1], MSPCXMLLexis::NameStart) &&
+           std::string_view("/!?").find(bytes[next + 1]) == npos) {
+        next = bytes.find('<', next + 1);
+    }
+    return std::min(next, bytes.size());
+}
+
+StartTag startTagAt(std::string_view bytes, std::size_t begin) {
+    const auto next = nextMarkupBehind(bytes, begin);
+    const auto nameEnd = begin + 1 + MSPCXMLLexis::endOfName(bytes.substr(std::min(begin + 1, bytes.size())));
+    const auto end = MSPDIEndOfTag(bytes, begin);
+    if (end <= next && end > nameEnd && bytes[end - 1] == '>') {
+        const auto closing = end - (bytes[end - 2] == '/' ? 2 : 1);
+        auto attributes = attributesOf(bytes, nameEnd, closing);
+        const auto rest = attributes.empty() ? nameEnd : attributes.back().end;
+        if (MSPCXMLLexis::isAllBlank(bytes.substr(rest, closing - rest)) && hasEachOnce(attributes)) {
+            return {end, std::move(attributes), true};
+        }
+    }
+    const auto tag = bytes.substr(0, next);
+    const auto closing = tag.rfind('>');
+    const auto last = closing == npos || closing < nameEnd ? tag.find_last_not_of(MSPCXMLLexis::Blanks) : closing;
+    return {last + 1, {}, false};
+}
+
+// Whether the name of a tag from an offset on is one that is looked for.
+template <typename IsWanted>
+bool holdsTagNamed(std::string_view bytes, std::size_t begin, const IsWanted& isWanted) {
     for (auto tag = bytes.find('<', begin); tag != npos; tag = bytes.find('<', begin)) {
         const auto sectionEnd = MSPCXMLLexis::endOfSection(bytes, tag);
         begin = sectionEnd == tag ? MSPDIEndOfTag(bytes, tag) : sectionEnd;
         if (sectionEnd == tag) {
-            const auto name = tag + (bytes.substr(tag).starts_with("</") ? 2 : 1);
-            if (visit(name, bytes.substr(name, MSPCXMLLexis::endOfName(bytes.substr(name))))) {
+            const auto name = tag + (bytes.substr(tag, 2) == "</" ? 2 : 1);
+            if (isWanted(bytes.substr(name, MSPCXMLLexis::endOfName(bytes.substr(name))))) {
                 return true;
             }
         }
@@ -71,32 +116,41 @@ bool visitTagNames(std::string_view bytes, std::size_t begin, const Visit& visit
 
 class NamespaceMend {
 public:
-    explicit NamespaceMend(std::string_view bytes)
-        : _bytes(bytes),
-          _rootBegin(MSPCXMLLexis::prologOf(bytes).end),
-          _contentBegin(MSPDIEndOfTag(bytes, _rootBegin)) {}
+    explicit NamespaceMend(std::string& plan)
+        : _plan(plan),
+          _bytes(plan),
+          _rootBegin(MSPCXMLLexis::prologOf(plan).end),
+          _rootTag(startTagAt(plan, _rootBegin)) {}
 
-    std::optional<std::string> mended() {
+    bool mend() {
         const auto nameSize = MSPCXMLLexis::endOfName(_bytes.substr(std::min(_rootBegin + 1, _bytes.size())));
         const auto name = nameSize == 0 ? std::string_view() : _bytes.substr(_rootBegin + 1, nameSize);
         _prefix = prefixOf(name);
         if (localNameOf(name) != "Project" || !holdsList()) {
-            return std::nullopt;
+            return false;
         }
-        mendRootTag(_rootBegin + 1 + nameSize);
+        const auto nameEnd = _rootBegin + 1 + nameSize;
+        if (_rootTag.isSound) {
+            mendAttributes(nameEnd);
+        } else {
+            _edits.replace(nameEnd, _rootTag.end, fmt::format(" xmlns=\"{}\">", planNamespace));
+        }
         if (_edits.isEmpty()) {
-            return std::nullopt;
+            return false;
         }
-        auto mended = _edits.appliedTo(std::string(_bytes));
-        if (!_prefix.empty()) {
-            dropPrefixIn(mended);
+        _plan = _edits.appliedTo(std::move(_plan));
+        if (!_prefix.empty() && std::find(_prefixes.begin(), _prefixes.end(), _prefix + ":") == _prefixes.end()) {
+            _prefixes.push_back(_prefix + ":");
         }
-        return mended;
+        if (!_prefixes.empty()) {
+            dropPrefixes();
+        }
+        return true;
     }
 
 private:
     bool holdsList() const {
-        return visitTagNames(_bytes, _contentBegin, [&](std::size_t, std::string_view name) {
+        return holdsTagNamed(_bytes, _rootTag.end, [&](std::string_view name) {
             const auto* list = std::find(std::begin(planLists), std::end(planLists), localNameOf(name));
             return prefixOf(name) == _prefix && list != std::end(planLists);
         });
@@ -104,28 +158,35 @@ private:
 
     // Of the declarations the one of plans stays; those whose prefixes are used go to the elements that use them, and
     // attributes of the root that have a prefix go.
-    void mendRootTag(std::size_t nameEnd) {
+    void mendAttributes(std::size_t nameEnd) {
         bool isDeclared = false;
-        for (const auto& attribute : attributesOf(_bytes, nameEnd, _contentBegin - 1)) {
+        std::optional<std::size_t> firstEdit;
+        for (const auto& attribute : _rootTag.attributes) {
             const bool isDefault = attribute.name == "xmlns";
             const bool isDeclaration = isDefault || prefixOf(attribute.name) == "xmlns";
             if (isDefault && _prefix.empty() && attribute.value == planNamespace) {
                 isDeclared = true;
             } else if (isDeclaration || (!prefixOf(attribute.name).empty() && prefixOf(attribute.name) != "xml")) {
-                _edits.replace(attribute.begin, attribute.end, {});
-                if (isDeclaration && !isDefault && localNameOf(attribute.name) != _prefix) {
+                const auto edit = _edits.replace(attribute.begin, attribute.end, {});
+                firstEdit = firstEdit.value_or(edit);
+                const bool isOfPlans = attribute.value == planNamespace || localNameOf(attribute.name) == _prefix;
+                if (isDeclaration && !isDefault && isOfPlans) {
+                    _prefixes.push_back(std::string(localNameOf(attribute.name)) + ":");
+                } else if (isDeclaration && !isDefault) {
                     declareWhereUsed(localNameOf(attribute.name), attribute.value);
                 }
             }
         }
+        // In the place of another one it needs no room that the plan does not have.
         if (!isDeclared) {
-            _edits.replace(nameEnd, nameEnd, fmt::format(" xmlns=\"{}\"", planNamespace));
+            _edits.setText(firstEdit ? *firstEdit : _edits.replace(nameEnd, nameEnd, {}),
+                           fmt::format(" xmlns=\"{}\"", planNamespace));
         }
     }
 
     void declareWhereUsed(std::string_view prefix, std::string_view uri) {
         const auto inName = fmt::format("{}:", prefix);
-        for (auto begin = _bytes.find('<', _contentBegin); begin != npos && !_bytes.substr(begin).starts_with("</");) {
+        for (auto begin = _bytes.find('<', _rootTag.end); begin != npos && !_bytes.substr(begin).starts_with("</");) {
             const auto sectionEnd = MSPCXMLLexis::endOfSection(_bytes, begin);
             if (sectionEnd != begin) {
                 begin = _bytes.find('<', sectionEnd);
@@ -141,34 +202,55 @@ private:
         }
     }
 
+    // Behind the ">" of the tag whose name begins there; nearly all tags hold a name only.
+    static std::size_t endOfTagNamed(std::string_view bytes, std::size_t name) {
+        auto end = name;
+        while (end < bytes.size() && MSPCXMLLexis::hasClass(bytes[end], MSPCXMLLexis::NamePart)) {
+            ++end;
+        }
+        return end < bytes.size() && bytes[end] == '>' ? end + 1 : MSPDIEndOfTag(bytes, end);
+    }
+
     // In its own place, since nearly every tag becomes shorter.
-    void dropPrefixIn(std::string& plan) const {
+    void dropPrefixes() {
+        const std::string_view bytes(_plan);
         std::size_t kept = 0;
         std::size_t copied = 0;
         const auto keepUntil = [&](std::size_t end) {
-            std::memmove(plan.data() + kept, plan.data() + copied, end - copied);
+            std::memmove(_plan.data() + kept, _plan.data() + copied, end - copied);
             kept += end - copied;
         };
-        visitTagNames(plan, _rootBegin, [&](std::size_t offset, std::string_view name) {
-            if (prefixOf(name) == _prefix) {
-                keepUntil(offset);
-                copied = offset + _prefix.size() + 1;
+        for (auto tag = bytes.find('<', _rootBegin); tag != npos;) {
+            const auto sectionEnd = MSPCXMLLexis::endOfSection(bytes, tag);
+            const auto name = tag + (bytes.substr(tag, 2) == "</" ? 2 : 1);
+            const auto prefix = std::find_if(_prefixes.begin(), _prefixes.end(), [&](const auto& candidate) {
+                return bytes.substr(name).starts_with(candidate);
+            });
+            if (sectionEnd == tag && prefix != _prefixes.end()) {
+                keepUntil(name);
+                copied = name + prefix->size();
             }
-            return false;
-        });
-        keepUntil(plan.size());
-        plan.resize(kept);
+            tag = bytes.find('<', sectionEnd == tag ? endOfTagNamed(bytes, name) : sectionEnd);
+        }
+        keepUntil(_plan.size());
+        _plan.resize(kept);
     }
 
-    std::string_view _bytes;
+    std::string& _plan;
+    std::string_view _bytes;  // until they change
     std::size_t _rootBegin;
-    std::size_t _contentBegin;
-    std::string_view _prefix;
+    StartTag _rootTag;
+    std::string _prefix;
+    std::vector<std::string> _prefixes;  // of plans, with their colons
     MSPDIEdits _edits;
 };
 
 }  // namespace
 
-std::optional<std::string> MSPDIPlanOfOneNamespace(std::string_view utf8) {
-    return NamespaceMend(utf8).mended();
+bool MSPDIIsRootTagSound(std::string_view utf8) {
+    return startTagAt(utf8, MSPCXMLLexis::prologOf(utf8).end).isSound;
+}
+
+bool MSPDIGiveOneNamespace(std::string& utf8) {
+    return NamespaceMend(utf8).mend();
 }

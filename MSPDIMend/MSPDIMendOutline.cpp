@@ -53,7 +53,7 @@ void findNewLevels(std::vector<Row>& rows, bool hasSummaryParentsOnly, const std
             auto& parent = *open.back();
             const bool isGroup = !hasSummaryParentsOnly || parent.isSummary || parent.becomesSummary;
             const bool mayBecomeOne = isGroup || !assigned.contains(MSPDITextIn(parent.task, "UID").value_or(""));
-            parent.becomesSummary = !isGroup && mayBecomeOne;
+            parent.becomesSummary = parent.becomesSummary || (!isGroup && mayBecomeOne);
             row.newLevel = parent.newLevel + (mayBecomeOne ? 1 : 0);
         }
         open.push_back(&row);

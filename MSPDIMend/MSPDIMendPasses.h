@@ -11,16 +11,19 @@ class MSPDIPatient;
 // What is done to a plan, each in a unit of its own. Each looks for what its steps are for, does nothing where they are
 // not allowed or nothing is found, and tells the patient of each thing that it has done.
 
-// The document that lies inside other bytes, with its XML declaration; none where there is no plan in them. One in
-// UTF-16 among other bytes is converted, of one that stands as text its markup is taken.
+// The document that lies inside other bytes, with its XML declaration; none where there is no plan in them, otherwise
+// they are used up. One in UTF-16 among other bytes is converted, of one that stands as text its markup is taken.
 struct MSPDITakenOutPlan {
     std::string bytes;
+    std::string around;  // what is refused as the whole of it is: the bytes without the plan, or all of them
     bool isConverted = false;
 };
-[[nodiscard]] std::optional<MSPDITakenOutPlan> MSPDIEmbeddedPlan(std::string_view bytes);
-// A plan whose root declares the namespace of plans, and no other, and whose names have no prefix; none where there is
-// nothing to change, or the root is none of a plan's.
-[[nodiscard]] std::optional<std::string> MSPDIPlanOfOneNamespace(std::string_view utf8);
+[[nodiscard]] std::optional<MSPDITakenOutPlan> MSPDIEmbeddedPlan(std::string& bytes);
+// Has the root of a plan declare the namespace of plans, and no other, and takes the prefix from its names; false where
+// there is nothing to change, or the root is none of a plan's.
+[[nodiscard]] bool MSPDIGiveOneNamespace(std::string& utf8);
+// Whether the tag that begins the root element is well-formed; prefixes need not be declared.
+[[nodiscard]] bool MSPDIIsRootTagSound(std::string_view utf8);
 
 void MSPDIMendMissingUIDs(MSPDIPatient& patient);
 void MSPDIMendDuplicateRoots(MSPDIPatient& patient);

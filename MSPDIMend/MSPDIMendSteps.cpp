@@ -9,7 +9,7 @@ constexpr MSPDIMendStep steps[] = {
     {"embedded", "the plan that lies inside another file, or inside another element, is taken out of it",
      "the rest of the file is left out", true},
     {"namespace", "the root declares the namespace of plans and no other, and names lose their prefixes",
-     "attributes of the root that have a prefix, such as the place of a schema, are left out", true},
+     "attributes of the root that have a prefix, such as the place of a schema, or cannot be read are left out", true},
     {"missing-uid",
      "tasks, resources and calendars without a UID, or with one that is negative or no number, get the next free one",
      "numbers are invented; links and assignments go with the first that had the number", true},
@@ -26,7 +26,9 @@ constexpr MSPDIMendStep steps[] = {
     {"calendar-order",
      "a person's calendar that has UID 1 exchanges it with the project's calendar, or gets the next free one",
      "nothing", true},
-    {"project-calendar", "the project's calendar gets UID 1, in exchange with the calendar that has it", "nothing",
+    {"project-calendar", "the project's calendar gets UID 1, in exchange with the calendar that has it",
+     "what the other calendar holds arrives no longer; so nothing is done where that is more than what the project's "
+     "brings",
      false},
     {"standard-calendar",
      "the project's calendar becomes a base calendar, named Standard unless it has UID 1; without any, a Standard one "

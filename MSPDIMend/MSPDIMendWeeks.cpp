@@ -84,7 +84,7 @@ public:
     // Whether what a base says arrives as it is, and there is room for one copy of it more.
     [[nodiscard]] bool takeRoomFor(const MSPCXMLNode& base) {
         const auto [known, isNew] = _sizes.try_emplace(base, 0);
-        if (isNew && !MSPDIHasTimeUntilMidnight(base)) {
+        if (isNew && MSPDIArrivesAsItIs(base)) {
             known->second = _patient.markupOf(base).size();
         }
         _copied += known->second;

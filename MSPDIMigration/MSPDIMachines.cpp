@@ -68,12 +68,16 @@ std::string timeZone(const MSPCFileSystem& fileSystem) {
     return file.empty() ? setting : ":" + file;
 }
 
-// The log-in shell may be none that runs commands, as for the accounts of services. The folder for temporary files gets
-// into commands that GNU parallel makes up. A machine whose power is gone is told by silence only.
-std::map<std::string, std::string> environmentOfParallel() {
-    std::map<std::string, std::string> variables{{"PARALLEL_SHELL", "/bin/sh"}};
+// The log-in shell may be none that runs commands, as for the accounts of services, which may have no PATH either: GNU
+// parallel finds nothing that it needs then. The folder for temporary files gets into commands that it makes up. A
+// locale that is not there is no reason for a word. A machine whose power is gone is told by silence only.
+std::map<std::string, std::string> environmentOfParallel(const MSPCFileSystem& fileSystem) {
+    std::map<std::string, std::string> variables{{"PARALLEL_SHELL", "/bin/sh"}, {"PERL_BADLANG", "0"}};
+    if (environment("PATH").empty()) {
+        variables["PATH"] = "/usr/local/bin:/usr/bin:/bin";
+    }
     const auto folder = environment("TMPDIR");
-    if (!folder.starts_with('/') || MSPDIShellWordOf(folder) != folder) {
+    if (!folder.starts_with('/') || MSPDIShellWordOf(folder) != folder || !fileSystem.isDirectory(folder)) {
         variables["TMPDIR"] = "/tmp";
     }
     if (environment("PARALLEL_SSH").empty()) {
@@ -249,7 +253,8 @@ std::optional<std::string> MSPDIMachines::handOut(const Take& take, const std::f
         names += chunk.name + '\n';
     }
     std::string failure;
-    const auto parallel = MSPCChildProgram::start({command(), names, environmentOfParallel(), _place.lock}, failure);
+    const auto parallel =
+        MSPCChildProgram::start({command(), names, environmentOfParallel(_services.fileSystem), _place.lock}, failure);
     if (!parallel) {
         return "GNU parallel cannot be started: " + failure;
     }

@@ -36,6 +36,10 @@ MSPDIPlanToMigrate planFrom(std::string_view text) {
             std::string(text.substr(path + folder))};
 }
 
+std::string ownFolderIn(const std::string& outputFolder) {
+    return pathByAppendingComponent(outputFolder, ".mspdi-migrate");
+}
+
 // A document whose table of contents is gone or empty, as somebody's hand or a power failure may leave it, is none.
 bool isDocument(const std::string& path) {
     const auto contents = MSPCStampOf(pathByAppendingComponent(path, MSPITOCFileName));
@@ -53,8 +57,12 @@ MSPDIMigration::MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptio
 
 MSPDIMigration::~MSPDIMigration() = default;
 
+bool MSPDIMigration::hasRunInto(const std::string& outputFolder, const MSPCFileSystem& fileSystem) {
+    return fileSystem.exists(ownFolderIn(outputFolder));
+}
+
 std::string MSPDIMigration::ownFolder() const {
-    return pathByAppendingComponent(_options.outputFolder, ".mspdi-migrate");
+    return ownFolderIn(_options.outputFolder);
 }
 
 std::string MSPDIMigration::pathOf(std::string_view name) const {
@@ -140,7 +148,14 @@ std::optional<std::string> MSPDIMigration::clearAway() {
     return std::nullopt;
 }
 
+bool MSPDIMigration::isInPlace() const {
+    return MSPCIsFolderAt(ownFolder(), _ownFolder);
+}
+
 std::optional<std::string> MSPDIMigration::keep(const MSPDIMigrationRecord& record) {
+    if (!isInPlace()) {
+        return ownFolder() + ": it was moved or removed while this ran";
+    }
     const auto failure = _journal.keep(record);
     return failure ? std::optional(pathOf("journal") + ": " + *failure) : std::nullopt;
 }
@@ -175,7 +190,10 @@ MSPDIMigration::State MSPDIMigration::stateOf(const std::string& plan,
     if (!record->isImported()) {
         return State::Failed;
     }
-    return isDocument(record->document) && !hasChanged(plan, *record) ? State::Done : State::Changed;
+    if (!isDocument(record->document)) {
+        return State::WithoutDocument;
+    }
+    return hasChanged(plan, *record) ? State::Changed : State::Done;
 }
 
 MSPDIMigration::Plans MSPDIMigration::plans() {
@@ -189,6 +207,9 @@ MSPDIMigration::Plans MSPDIMigration::plans() {
                 break;
             case State::Changed:
                 ++(_options.isOnlyFailed ? result.leftOut : result.changed);
+                break;
+            case State::WithoutDocument:
+                ++(_options.isOnlyFailed ? result.leftOut : result.withoutDocument);
                 break;
             case State::Failed:
                 ++result.failed;
@@ -359,15 +380,22 @@ void MSPDIMigration::tellOfRemains(MSPDIMigrationRecord& record) {
     const auto before = _journal.recordOf(record.plan);
     if (record.isImported() && before && before->isImported() && before->document != record.document &&
         _services.fileSystem.exists(before->document) && !isDocument(before->document)) {
-        record.warnings.push_back(
-            fmt::format("{} holds no table of contents any more, and was left as it is", before->document));
+        record.warnings.push_back(fmt::format("{} holds no table of contents any more, and was left as it is",
+                                              MSPDIPathInFolder(before->document, _options.outputFolder)));
     }
 }
 
 void MSPDIMigration::tellOne(MSPDIMigrationRecord record,
                              const std::function<void(const MSPDIMigrationRecord&)>& take) const {
-    if (record.isImported() && !MSPCStampOf(record.plan)) {
-        record.warnings.emplace_back("the plan is gone since it was imported");
+    if (record.isImported()) {
+        const bool isThere = MSPCStampOf(record.plan).has_value();
+        if (!isDocument(record.document)) {
+            record.verdict = "failed";
+            record.reason = isThere ? "its document is gone" : "the plan is gone, and so is its document";
+            record.document.clear();
+        } else if (!isThere) {
+            record.warnings.emplace_back("the plan is gone since it was imported");
+        }
     }
     take(record);
 }

@@ -53,6 +53,8 @@ public:
     // The services outlive the migration.
     MSPDIMigration(const MSPCServices& services, MSPDIMigrationOptions options, MSPDIPlansToMigrate plans);
     ~MSPDIMigration();
+    // Whether a run has begun with an output folder, an absolute path.
+    [[nodiscard]] static bool hasRunInto(const std::string& outputFolder, const MSPCFileSystem& fileSystem);
     MSPDIMigration(const MSPDIMigration&) = delete;
     MSPDIMigration& operator=(const MSPDIMigration&) = delete;
 
@@ -62,10 +64,12 @@ public:
     // Reads what earlier runs have done; with the lock what dead ones have left is cleared away, too. Without it
     // nothing is written. None, or what is wrong.
     [[nodiscard]] std::optional<std::string> readRecords();
-    // How many plans are new, changed since, failed before, and to be left alone.
+    // How many plans are new, changed since, without the document that was made of them, failed before, and to be left
+    // alone.
     struct Plans {
         std::size_t fresh = 0;
         std::size_t changed = 0;
+        std::size_t withoutDocument = 0;
         std::size_t failed = 0;
         std::size_t done = 0;
         std::size_t leftOut = 0;  // that were never tried, where only failed ones are wanted
@@ -78,11 +82,15 @@ public:
     // ended the run before its time.
     [[nodiscard]] std::optional<std::string> run(const std::function<void(const MSPDIMigrationProgress&)>& tell);
     // The record of each plan that this or an earlier run has tried: those of this run's list in its order, then others
-    // in the order in which they came to their ends. One whose file is gone since it was imported says so.
+    // in the order in which they came to their ends. One whose file is gone since it was imported says so; one whose
+    // document is gone is told as failed.
     void forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take);
+    // Whether the output folder, once it is locked, is still where it was: somebody may move or remove it meanwhile.
+    // Without that no record is kept, and `run` ends.
+    [[nodiscard]] bool isInPlace() const;
 
 private:
-    enum class State { Fresh, Changed, Failed, Done };
+    enum class State { Fresh, Changed, WithoutDocument, Failed, Done };
     using Tell = std::function<void(const MSPDIMigrationProgress&)>;
 
     [[nodiscard]] std::string ownFolder() const;

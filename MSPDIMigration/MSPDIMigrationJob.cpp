@@ -125,10 +125,17 @@ MSPDIMigrationRecord MSPDIMigrationJob::make(const MSPDIPlanToMigrate& plan, con
     // Before the import, so that what changes meanwhile counts as changed.
     const auto stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
     auto digest = digestOf(plan.path, _services.fileSystem);
-    const auto log = plan.log.empty() ? nullptr : MSPDIPlanLogs::open(plan.log);
+    std::string logFailure;
+    const auto log = plan.log.empty() ? nullptr : MSPDIPlanLogs::open(plan.log, plan.path, _outputFolder, logFailure);
     MSPCNoLog noLog;
     const auto imported = import(plan.path, work, log ? static_cast<MSPCLog&>(*log) : noLog);
     auto record = recordOf(plan, imported);
+    if (log && !log->flush()) {
+        logFailure = log->failure();
+    }
+    if (!logFailure.empty()) {
+        record.warnings.push_back(fmt::format("its log {} could not be written: {}", plan.log, logFailure));
+    }
     record.stamp = stamp;
     record.digest = std::move(digest);
     const auto time = std::chrono::steady_clock::now() - since;

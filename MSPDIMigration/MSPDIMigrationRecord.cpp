@@ -100,13 +100,6 @@ MSPDIMigrationRecord::Counts countsFrom(const std::string& text, bool& isGood) {
     return counts;
 }
 
-std::string relativePath(const std::string& path, const std::string& folder) {
-    if (path == folder) {
-        return ".";
-    }
-    return path.starts_with(folder + "/") ? path.substr(folder.size() + 1) : path;
-}
-
 std::string absolutePath(const std::string& path, const std::string& folder) {
     if (path == ".") {
         return folder;
@@ -116,6 +109,13 @@ std::string absolutePath(const std::string& path, const std::string& folder) {
 
 }  // namespace
 
+std::string MSPDIPathInFolder(const std::string& path, const std::string& folder) {
+    if (path == folder) {
+        return ".";
+    }
+    return path.starts_with(folder + "/") ? path.substr(folder.size() + 1) : path;
+}
+
 std::string MSPDILineOf(const MSPDIMigrationRecord& record, const std::string& outputFolder) {
     const std::string fields[fieldCount] = {record.plan,
                                             std::to_string(record.stamp.size),
@@ -123,7 +123,7 @@ std::string MSPDILineOf(const MSPDIMigrationRecord& record, const std::string& o
                                             record.verdict,
                                             record.reason,
                                             joined(record.mending),
-                                            relativePath(record.document, outputFolder),
+                                            MSPDIPathInFolder(record.document, outputFolder),
                                             std::to_string(record.tasks),
                                             std::to_string(record.resources),
                                             std::to_string(record.scenarios),
@@ -133,8 +133,8 @@ std::string MSPDILineOf(const MSPDIMigrationRecord& record, const std::string& o
                                             std::to_string(record.milliseconds),
                                             std::to_string(record.stamp.systemNanoseconds),
                                             record.digest,
-                                            relativePath(record.folder, outputFolder),
-                                            relativePath(record.log, outputFolder)};
+                                            MSPDIPathInFolder(record.folder, outputFolder),
+                                            MSPDIPathInFolder(record.log, outputFolder)};
     std::string line;
     for (const auto& field : fields) {
         line += escaped(field);

@@ -37,6 +37,10 @@ struct MSPDIMigrationRecord {
 // The records of plans, in the order in which they are to be told.
 using MSPDIMigrationRecords = std::function<void(const std::function<void(const MSPDIMigrationRecord&)>&)>;
 
+// A path as it counts from a folder: "a/b" of "/out/a/b" in "/out", and "." of the folder itself. What does not lie
+// below it stays as it is.
+[[nodiscard]] std::string MSPDIPathInFolder(const std::string& path, const std::string& folder);
+
 // A record as one line without a line feed, whatever its texts hold; and back again: none where the line is no record.
 // Document, folder and log count from the output folder, an absolute path, where they lie below it, so that it may be
 // moved. Lines without what was added since the first records, or with absolute paths, are understood as well.

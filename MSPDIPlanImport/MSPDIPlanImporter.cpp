@@ -1,5 +1,7 @@
 #include "MSPDIPlanImporter.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <new>
@@ -8,10 +10,13 @@
 #include "MSPCFileSystem.h"
 #include "MSPCPath.h"
 #include "MSPDIAccountOfImport.h"
+#include "MSPDICutOff.h"
+#include "MSPDIDocumentAround.h"
 #include "MSPDIEmptyDocument.h"
 #include "MSPDIImportDestination.h"
 #include "MSPDIImportFileSystem.h"
 #include "MSPDIInWords.h"
+#include "MSPDIRepairWarning.h"
 #include "MSPIBundleNaming.h"
 #include "MSPIXMLImporter.h"
 
@@ -62,6 +67,13 @@ void addInWords(const std::vector<std::string>& warnings, std::vector<std::strin
     }
 }
 
+void noteCutOff(bool isCutOff, MSPDIImportedPlan& result) {
+    if (isCutOff) {
+        result.isCutOff = true;
+        result.warnings.push_back(fmt::format("{}: what stood behind that place is missing", MSPDICutOffReason));
+    }
+}
+
 // What was named like a document by chance, a folder of other files say, is not what people mean to replace.
 bool isDocumentOrNothing(const std::string& path, const MSPCFileSystem& fileSystem) {
     if (!fileSystem.exists(path) || fileSystem.leadsToAnything(pathByAppendingComponent(path, MSPITOCFileName))) {
@@ -105,6 +117,10 @@ std::optional<std::string> MSPDIPlanImporter::obstacle() const {
         const auto path = _services.fileSystem.absolutePath(*_options.outputFolder);
         if (path.empty() || (_services.fileSystem.exists(path) && !_services.fileSystem.isDirectory(path))) {
             return *_options.outputFolder + ": no folder";
+        }
+        if (const auto document = MSPDIDocumentAround(path, _services.fileSystem)) {
+            return fmt::format("{}: what is put there would become a part of the document {}", *_options.outputFolder,
+                               *document);
         }
     }
     if (_options.templateFolder) {
@@ -184,7 +200,14 @@ MSPIImportInfo MSPDIPlanImporter::infoFor(const std::string& path, const MSPCURL
 // The plan is read more than once. What gives its content only once, such as a pipe, is read into the memory. What is
 // refused is mended then, so that most plans need no more than one import.
 void MSPDIPlanImporter::importInto(const std::string& folder, const std::string& path, MSPDIImportedPlan& result) {
-    const auto bytes = _services.fileSystem.openFile(path) ? std::nullopt : _services.fileSystem.readFile(path);
+    std::string failure;
+    const auto bytes =
+        _services.fileSystem.openFile(path) ? std::nullopt : _services.fileSystem.readFile(path, &failure);
+    if (!bytes && !failure.empty()) {
+        result.verdict = MSPDIVerdict::Unreadable;
+        result.reason = "it cannot be read: " + failure;
+        return;
+    }
     auto improved = _options.mending == MSPDIMending::All ? mendedBytes(path, bytes, true, result) : std::nullopt;
     if (improved) {
         importOnce(folder, path, std::move(improved), result);
@@ -205,7 +228,8 @@ void MSPDIPlanImporter::importInto(const std::string& folder, const std::string&
 // does not help.
 std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& path, std::optional<std::string> bytes,
                                                           bool isAll, MSPDIImportedPlan& result) const {
-    if (!bytes) {
+    const bool isFile = !bytes;  // a pipe's are given, which nobody can read again
+    if (isFile) {
         bytes = _services.fileSystem.readFile(path);
     }
     if (!bytes) {
@@ -221,6 +245,7 @@ std::optional<std::string> MSPDIPlanImporter::mendedBytes(const std::string& pat
     result.mendingObstacle = std::move(mended.obstacle);
     if (isAll && mended.isRepaired) {
         result.warnings.emplace_back("the markup of the plan was repaired, or brought entities of its own");
+        noteCutOff(isFile && MSPDIIsPlanCutOff(path, _services.fileSystem), result);
     }
     return mended.verdict == MSPDIMendVerdict::Mended ? std::optional(std::move(mended.bytes)) : std::nullopt;
 }
@@ -247,6 +272,8 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
                              counted(std::move(mapScenario), result.counts));
     const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
     addInWords(log.warnings(), result.warnings);
+    const bool isRepaired = std::ranges::any_of(log.warnings(), MSPDIIsRepairWarning);
+    noteCutOff(isRepaired && MSPDIIsPlanCutOff(source, fileSystem), result);
     if (!isImported) {
         result.counts = {};
         result.refusal = log.refusal();

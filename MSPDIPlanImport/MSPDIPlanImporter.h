@@ -53,7 +53,8 @@ struct MSPDIImportedPlan {
     std::optional<MSPDIRefusal> refusal;  // the importer's own words, where it has said something
     std::string document;                 // absolute path; empty unless it was imported
     bool isNumbered = false;              // the document's own name was taken
-    MSPDIDocumentCounts counts;           // of an imported plan
+    bool isCutOff = false;       // the plan's file ends before the plan does, so that nobody can tell what is lost
+    MSPDIDocumentCounts counts;  // of an imported plan
     std::vector<std::string> warnings;    // in words, each once
     std::optional<MSPDIAccount> account;  // none where it was not asked for, or cannot be told; of the mended plan
     std::vector<MSPDIMendDone> mending;   // what was done to the plan; of a refused one, what mending would do

@@ -8,6 +8,7 @@ const german: Record<string, string> = {
     "unreadable-characters": "Texte mit Zeichen, die kein Dokument halten kann und die ersetzt werden",
     "external-text": "Texte, die in anderen Dateien stehen; diese werden nie gelesen",
     "unreachable-task": "Vorgänge, zu denen keine Gruppe führt",
+    "repeated-uid": "Vorgänge und Ressourcen, deren Nummer auch andere haben und die mit ihnen eine Kennung bekommen",
     "summer-time": "Datumsangaben, die einen anderen Versatz bekommen, weil im Sommer importiert wird",
     "odd-date": "Datumsangaben in einer Form, die nicht ganz ankommt: ohne Sekunden oder mit Bruchteilen davon",
     "odd-duration": "Arbeit und Dauern, deren Vorzeichen, Tage oder Sekundenbruchteile nicht ankommen oder die zu groß sind",
@@ -54,7 +55,7 @@ const german: Record<string, string> = {
     pinned: "festgehaltene Anfänge",
     "timephased-data": "über die Zeit verteilte Werte",
     "fixed-cost": "feste Kosten",
-    "cost-resource": "Kostenressourcen, die zu Material werden",
+    "cost-resource": "Kostenressourcen, die zu Material werden, und die für sie eingetragenen Kosten",
     "rounded-amount": "Kosten, Sätze und Einheiten, die gerundet werden oder keine Zahlen sind",
     "rate-per-unit": "Sätze, die nicht je Stunde gelten, aber so genommen werden",
     "further-rates": "weitere Sätze nach Tabelle und Datum",
@@ -108,6 +109,7 @@ const german: Record<string, string> = {
     "views-and-filters": "Ansichten, Tabellen, Filter, Gruppen, Berichte und Makros",
     "display-settings": "wie Balken gezeigt werden",
     "repeated-element": "wiederholte Elemente: ein anderes zählt",
+    "stray-text": "Texte neben Elementen, wo niemand sie liest",
     "unknown-element": "Elemente, die niemand kennt",
 };
 

@@ -54,7 +54,8 @@ private:
     static constexpr std::size_t BlockSize = std::size_t{1} << 16;
 
     MSPCByteWriter& _writer;
-    std::unique_ptr<char[]> _block = std::make_unique<char[]>(BlockSize);
+    // Not cleared: nothing is read that was not written, and a single element is written with a block of its own.
+    std::unique_ptr<char[]> _block = std::make_unique_for_overwrite<char[]>(BlockSize);
     std::size_t _used = 0;
     std::size_t _replaced = 0;
 };

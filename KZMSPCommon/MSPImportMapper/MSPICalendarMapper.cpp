@@ -177,10 +177,22 @@ void MSPICalendarMapper::addWorkingTimes(MSPCXMLNode scheduleDay, const std::vec
     }
 }
 
+std::vector<MSPCXMLNode> MSPICalendarMapper::timeOffOfMSPCalendar(const MSPCXMLNode& mspCalendar) {
+    return nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]");
+}
+
+std::vector<MSPCXMLNode> MSPICalendarMapper::overtimeOfMSPCalendar(const MSPCXMLNode& mspCalendar) {
+    return nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]");
+}
+
+std::vector<MSPCXMLNode> MSPICalendarMapper::workingTimesOfException(const MSPCXMLNode& exception) {
+    return nodesForXQuery(exception, "WorkingTimes/WorkingTime");
+}
+
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
     std::vector<MSPCXMLNewElement> events;
-    for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]")) {
+    for (const auto& exception : timeOffOfMSPCalendar(mspCalendar)) {
         if (const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod")) {
             checkNode(timePeriod, "TimePeriod");
             addEventsOfRange({.fromDate = stringValueForXQuery(timePeriod, "FromDate"),
@@ -196,7 +208,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMS
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
     std::vector<MSPCXMLNewElement> events;
-    for (const auto& exception : nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]")) {
+    for (const auto& exception : overtimeOfMSPCalendar(mspCalendar)) {
         const auto timePeriod = singleObjectForXQuery(exception, "TimePeriod");
         if (!timePeriod) {
             continue;
@@ -204,7 +216,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromM
         checkNode(timePeriod, "TimePeriod");
         const auto fromDate = stringValueForXQuery(timePeriod, "FromDate");
         const auto toDate = stringValueForXQuery(timePeriod, "ToDate");
-        for (const auto& workingTime : nodesForXQuery(exception, "WorkingTimes/WorkingTime")) {
+        for (const auto& workingTime : workingTimesOfException(exception)) {
             addEventsOfRange({.fromDate = fromDate,
                               .toDate = toDate,
                               .fromTime = stringValueForXQuery(workingTime, "FromTime"),

@@ -38,6 +38,12 @@ public:
     // to 7." when the day's last DayType is another one.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newScheduleDaysFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
+    // The exceptions over one range of dates that are not worked, and those that are worked, in document order. Those
+    // that are worked give events for each of their working times.
+    [[nodiscard]] static std::vector<MSPCXMLNode> timeOffOfMSPCalendar(const MSPCXMLNode& mspCalendar);
+    [[nodiscard]] static std::vector<MSPCXMLNode> overtimeOfMSPCalendar(const MSPCXMLNode& mspCalendar);
+    [[nodiscard]] static std::vector<MSPCXMLNode> workingTimesOfException(const MSPCXMLNode& exception);
+
     // The events of all exceptions that are not worked, over whole days.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newTimeOffCalenarEventsFromMSPCalendar(
         const MSPCXMLNode& mspCalendar) const;

@@ -23,7 +23,7 @@ MSPCXMLNewElement MSPIResourceMapper::newResourceFromMSPResource(const MSPCField
     auto resource = newResource.node();
 
     addIdentity(mspResource, resource);
-    const auto kind = kindOf(mspResource);
+    const auto kind = kindOf(mspResource, _mapper.isSavedBy2007OrLater());
     addChildElementWithNameStringValue(resource, "type", kind == Kind::Staff ? "Staff" : "Material");
     if (const auto notes = mspResource.text("Notes")) {
         resource.appendChild(MSPINoteMapper().newNoteFromMSPNotes(notes.textOrEmpty(), _mapper.kdzxDocument()));
@@ -59,14 +59,14 @@ void MSPIResourceMapper::addIdentity(const MSPCFields& mspResource, const MSPCXM
 
 // MSPDI knows material (0) and work (1) resources; from 2007 on a flag marks cost resources, which become material
 // ones.
-MSPIResourceMapper::Kind MSPIResourceMapper::kindOf(const MSPCFields& mspResource) const {
+MSPIResourceMapper::Kind MSPIResourceMapper::kindOf(const MSPCFields& mspResource, bool isSavedBy2007OrLater) {
     Error error;
     const auto value = mspResource.intValue("Type", &error);
     const auto type = error ? 1 : value;
     if (type != 0 && type != 1) {
         throw MSPCInternalInconsistency(fmt::format("Invalid value of 'Type' in 'Resource': '{}'.", type));
     }
-    if (_mapper.isSavedBy2007OrLater()) {
+    if (isSavedBy2007OrLater) {
         error.clear();
         const bool isCostResource = mspResource.boolValue("IsCostResource", &error);
         if (!error && isCostResource) {

@@ -9,6 +9,12 @@
 // Turns one MSPDI `Resource` into one target `resource`. Made for one resource and then discarded.
 class MSPIResourceMapper : public MSPIObjectMapperBase {
 public:
+    enum class Kind { Material, Staff };
+
+    // What kind of resource the target has for one of the plan. Raises `MSPCInternalInconsistency` "Invalid value of
+    // 'Type' in 'Resource': '<value>'.".
+    [[nodiscard]] static Kind kindOf(const MSPCFields& mspResource, bool isSavedBy2007OrLater);
+
     // `mspResourceMaxId` is the highest resource UID seen so far, raised by this mapper; user-data keys are recorded in
     // `userDataTOCElements`. All outlive the mapper.
     MSPIResourceMapper(MSPIMappingContext& mapper, MSPIUserDataTOCElements& userDataTOCElements,
@@ -25,10 +31,7 @@ public:
     [[nodiscard]] bool userDataChanged() const { return _userDataChanged; }
 
 private:
-    enum class Kind { Material, Staff };
-
     void addIdentity(const MSPCFields& mspResource, const MSPCXMLNode& resource);
-    Kind kindOf(const MSPCFields& mspResource) const;
     void addCosts(const MSPCFields& mspResource, const MSPCXMLNode& resource) const;
     void addUnits(const MSPCFields& mspResource, const MSPCXMLNode& resource, Kind kind) const;
     void addSchedule(const MSPCFields& mspResource, const MSPCXMLNode& resource) const;

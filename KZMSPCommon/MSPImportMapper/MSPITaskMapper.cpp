@@ -185,6 +185,16 @@ void MSPITaskMapper::addProgress(const MSPCFields& mspTask, const MSPCXMLNode& t
     }
 }
 
+bool MSPITaskMapper::isBeyondProject(bool scheduleFromStart, MSPCInstant date, MSPCInstant bound) {
+    return scheduleFromStart ? date < bound : date > bound;
+}
+
+MSPCInstant MSPITaskMapper::lockedDate(bool scheduleFromStart, MSPCInstant taskDate,
+                                       std::optional<MSPCInstant> constraintDate) {
+    const bool isFurtherOut = constraintDate && isBeyondProject(scheduleFromStart, *constraintDate, taskDate);
+    return isFurtherOut ? *constraintDate : taskDate;
+}
+
 // A task that starts before its project (or ends after one scheduled from its end) would be moved to the project's
 // bounds; its date is locked instead.
 void MSPITaskMapper::addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts& facts) const {
@@ -198,23 +208,16 @@ void MSPITaskMapper::addLockedDateOfProjectBounds(const MSPCXMLNode& task, Facts
     if (projectDate.empty() || !hasTaskDate) {
         return;
     }
-    // Towards the past of the project's start, towards the future of its end.
-    const auto isBeyond = [fromStart = _mspScheduleFromStart](MSPCInstant date, MSPCInstant bound) {
-        return fromStart ? date < bound : date > bound;
-    };
     const auto projectBound = _mapper.instantOfProjectDate(projectDate);
-    auto locked = conversions.mspdiToMppDateTime(taskDate.textOrEmpty());
-    if (!projectBound || !locked || !isBeyond(*locked, *projectBound)) {
+    const auto own = conversions.mspdiToMppDateTime(taskDate.textOrEmpty());
+    if (!projectBound || !own || !isBeyondProject(_mspScheduleFromStart, *own, *projectBound)) {
         return;
     }
-    if (facts.constraintType == (_mspScheduleFromStart ? mustStartOn : mustFinishOn)) {
-        const auto constraintDate = conversions.mspdiToMppDateTime(facts.constraintDate.textOrEmpty());
-        if (constraintDate && isBeyond(*constraintDate, *locked)) {
-            locked = constraintDate;
-        }
-    }
+    const bool isConstrained = facts.constraintType == (_mspScheduleFromStart ? mustStartOn : mustFinishOn);
+    const auto constraintDate =
+        isConstrained ? conversions.mspdiToMppDateTime(facts.constraintDate.textOrEmpty()) : std::nullopt;
     addChildIfPresent(task, _mspScheduleFromStart ? "locked-start-date" : "locked-end-date",
-                      conversions.mppToKdzxDateTime(locked));
+                      conversions.mppToKdzxDateTime(lockedDate(_mspScheduleFromStart, *own, constraintDate)));
     (_mspScheduleFromStart ? facts.hasLockedStart : facts.hasLockedEnd) = true;
 }
 

@@ -27,6 +27,14 @@ public:
     // Whether user-data keys were recorded.
     [[nodiscard]] bool userDataChanged() const { return _userDataChanged; }
 
+    // Whether a date lies outside of the project's bound: before the start of one that is scheduled from its start,
+    // behind the end of one that is scheduled from its end.
+    [[nodiscard]] static bool isBeyondProject(bool scheduleFromStart, MSPCInstant date, MSPCInstant bound);
+    // The date that such a task is locked to: its own, or that of a constraint on the same end which lies still further
+    // out.
+    [[nodiscard]] static MSPCInstant lockedDate(bool scheduleFromStart, MSPCInstant taskDate,
+                                                std::optional<MSPCInstant> constraintDate);
+
 private:
     // What several steps need to know about the task being mapped.
     struct Facts {

@@ -8,6 +8,7 @@
 #include "MSPCFileSystem.h"
 #include "MSPCStandardTimeClock.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDIImportLog.h"
 #include "MSPDIImportReport.h"
 #include "MSPDIPlanImporter.h"
 
@@ -21,18 +22,16 @@ struct Arguments {
     bool isAsInWinter = false;
 };
 
-// The importer's own log, where one is wanted; what is wrong with it is told, and nothing is given then.
-std::unique_ptr<MSPCLog> openLog(const Arguments& arguments, MSPDIRun& run) {
-    if (arguments.log.empty()) {
-        return std::make_unique<MSPCNoLog>();
-    }
+// The importer's own log; what is wrong with it is told, and nothing is given then.
+std::unique_ptr<MSPCFileLog> openLog(const Arguments& arguments, MSPDIRun& run) {
     const auto& fileSystem = run.services.fileSystem;
     const auto path = fileSystem.absolutePath(arguments.log);
-    const auto isLog = [&](const std::string& plan) {
-        return fileSystem.isSameFile(fileSystem.absolutePath(plan), path);
-    };
-    if (std::ranges::any_of(arguments.plans, isLog)) {
-        run.couldNotLook(arguments.log, "a plan cannot be the log");
+    std::vector<std::string> plans;
+    for (const auto& plan : arguments.plans) {
+        plans.push_back(fileSystem.absolutePath(plan));
+    }
+    if (const auto obstacle = MSPDIObstacleToLog(path, plans, fileSystem)) {
+        run.couldNotLook(arguments.log, *obstacle);
         return nullptr;
     }
     std::string failure;
@@ -72,29 +71,38 @@ void importPlans(const Arguments& arguments, MSPDIPlanImporter& importer, MSPDIR
     report.finish();
 }
 
-void import(const Arguments& arguments, MSPDIRun& run) {
-    const auto log = openLog(arguments, run);
-    if (!log) {
-        return;
-    }
+void import(const Arguments& arguments, MSPCLog& log, MSPDIRun& run) {
     const auto& services = run.services;
     const MSPCStandardTimeClock winter(services.clock, services.timeZone);
     const MSPCServices ofImport{services.clock,
                                 services.timeZone,
-                                *log,
+                                log,
                                 services.userDefaults,
                                 services.fileSystem,
                                 services.randomSource,
                                 run.isQuiet ? MSPCNoProgress() : services.progress,
                                 arguments.isAsInWinter ? winter : services.seasonClock};
     MSPDIPlanImporter importer(ofImport, arguments.options);
-    if (const auto obstacle = importer.obstacle()) {
-        run.couldNotRun(*obstacle);
-        return;
-    }
     importPlans(arguments, importer, run);
     if (const auto failure = importer.finish()) {
         run.couldNotRun("failed to bring the documents to the disk: " + *failure);
+    }
+}
+
+// What is wrong with the options and with the log is told before anything is written.
+void importWithLog(const Arguments& arguments, MSPDIRun& run) {
+    if (const auto obstacle = MSPDIPlanImporter(run.services, arguments.options).obstacle()) {
+        run.couldNotRun(*obstacle);
+        return;
+    }
+    if (arguments.log.empty()) {
+        MSPCNoLog noLog;
+        import(arguments, noLog, run);
+    } else if (const auto log = openLog(arguments, run)) {
+        import(arguments, *log, run);
+        if (!log->flush()) {
+            run.couldNotLook(arguments.log, log->failure() + "; the log is not complete, what was imported stands");
+        }
     }
 }
 
@@ -117,7 +125,7 @@ void importOrTell(Arguments arguments, MSPDIRun& run) {
     if (!options.templateFolder && !installed.empty() && run.services.fileSystem.isDirectory(installed)) {
         options.templateFolder = installed;
     }
-    import(arguments, run);
+    importWithLog(arguments, run);
 }
 
 }  // namespace

@@ -180,16 +180,16 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
     for (const auto& done : imported.mending) {
         out << fmt::format("    Mended: {} x {}: {}\n", done.count, done.step, MSPDIMendStepNamed(done.step)->what);
     }
-    for (const auto& warning : imported.warnings) {
-        out << "    Warning: " << MSPCShownText(warning).view() << '\n';
-    }
+    tellWarnings(imported);
     if (!imported.account) {
         return;
     }
     tellSummerDates(*imported.account);
     const auto losses = lossesInOneLine(*imported.account);
     out << "    Lost or changed: " << losses;
-    if (losses != noLoss) {
+    if (imported.isCutOff) {
+        out << ", and what is cut off";  // of which nothing more can be told
+    } else if (losses != noLoss) {
         out << "; all of it: " << commandForLosses(plan, imported.mending);
     }
     out << '\n';
@@ -198,11 +198,18 @@ void MSPDIImportReport::tellImported(const std::string& plan, const MSPDIImporte
 void MSPDIImportReport::tellRefused(const std::string& plan, const MSPDIImportedPlan& imported) {
     _run.out << MSPCShownText(plan).view() << ": " << _run.emphasized("refused") << ": "
              << MSPCShownText(imported.reason).view() << '\n';
+    tellWarnings(imported);
     if (!imported.mending.empty()) {
         _run.out << "    mspdi import --mend imports it: " << inOneLine(imported.mending) << " (mspdi mend --dry-run "
                  << MSPDIShellWord(plan) << " tells more)\n";
     } else if (!imported.mendingObstacle.empty()) {
         _run.out << "    Mending does not help: " << MSPCShownText(imported.mendingObstacle).view() << '\n';
+    }
+}
+
+void MSPDIImportReport::tellWarnings(const MSPDIImportedPlan& imported) {
+    for (const auto& warning : imported.warnings) {
+        _run.out << "    Warning: " << MSPCShownText(warning).view() << '\n';
     }
 }
 

@@ -27,6 +27,7 @@ private:
     [[nodiscard]] std::string shownDocument(const std::string& plan, const MSPDIImportedPlan& imported) const;
     void tellImported(const std::string& plan, const MSPDIImportedPlan& imported);
     void tellRefused(const std::string& plan, const MSPDIImportedPlan& imported);
+    void tellWarnings(const MSPDIImportedPlan& imported);
     void tellSummerDates(const MSPDIAccount& account);
 
     std::optional<std::string> _outputFolder;

@@ -20,7 +20,7 @@ bool isLeftAsItIs(char byte) {
     return byte >= '\0' && byte < '\x7F';
 }
 
-void appendEscaped(std::string_view json, std::string& out) {
+void addEscaped(std::string_view json, MSPDIUnwrittenBytes& out) {
     std::size_t written = 0;
     for (std::size_t position = 0; position < json.size();) {
         if (isLeftAsItIs(json[position])) {
@@ -31,28 +31,26 @@ void appendEscaped(std::string_view json, std::string& out) {
         const auto length = MSPCLengthOfCharacter(rest);
         if (MSPCShownText(rest.substr(0, length)).view() != rest.substr(0, length)) {
             const auto character = MSPCCharacterOfLength(rest, length);
-            out += json.substr(written, position - written);
-            out += fmt::format("\\u{:04x}", static_cast<std::uint32_t>(character));
+            out.add(json.substr(written, position - written),
+                    fmt::format("\\u{:04x}", static_cast<std::uint32_t>(character)));
             written = position + length;
         }
         position += length;
     }
-    out += json.substr(written);
+    out.add(json.substr(written));
 }
 
 bool isPlain(char byte) {
     return byte >= ' ' && byte < '\x7F' && byte != '"' && byte != '\\';
 }
 
-void appendText(std::string_view text, std::string& out) {
+void addText(std::string_view text, MSPDIUnwrittenBytes& out) {
     if (MSPDIIsPlainInJSON(text)) {
-        out += '"';
-        out += text;
-        out += '"';
+        out.add("\"", text, "\"");
         return;
     }
     const nlohmann::ordered_json json = text;
-    appendEscaped(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace), out);
+    addEscaped(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace), out);
 }
 
 }  // namespace
@@ -78,6 +76,18 @@ bool MSPDIIsPlainInJSON(std::string_view text) {
     return found == 0 && std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
 }
 
+void MSPDIUnwrittenBytes::flushAndReserve(std::size_t size) {
+    constexpr std::size_t room = 65'536;
+    flush();
+    _bytes.resize(std::max({_bytes.size(), room, size}));
+    _end = _bytes.data();
+}
+
+void MSPDIUnwrittenBytes::flush() {
+    _out << std::string_view(_bytes.data(), static_cast<std::size_t>(_end - _bytes.data()));
+    _end = _bytes.data();
+}
+
 void MSPDIJSONWriter::beginObject() {
     begin('{');
 }
@@ -96,23 +106,27 @@ void MSPDIJSONWriter::endArray() {
 
 void MSPDIJSONWriter::key(std::string_view name) {
     separate();
-    appendText(name, _unwritten);
-    _unwritten += ": ";
+    addText(name, _unwritten);
+    _unwritten.add(": ");
     _isBehindKey = true;
 }
 
 void MSPDIJSONWriter::text(std::string_view text) {
     separate();
-    appendText(text, _unwritten);
+    addText(text, _unwritten);
 }
 
-void MSPDIJSONWriter::plainMember(std::string_view name, std::string_view text) {
-    separate();
-    _unwritten += '"';
-    _unwritten += name;
-    _unwritten += "\": \"";
-    _unwritten += text;
-    _unwritten += '"';
+void MSPDIJSONWriter::member(std::string_view name, std::string_view text) {
+    if (MSPDIIsPlainInJSON(name) && MSPDIIsPlainInJSON(text)) {
+        _unwritten.add(separator(), "\"", name, "\": \"", text, "\"");
+    } else {
+        key(name);
+        this->text(text);
+    }
+}
+
+void MSPDIJSONWriter::plainMember(std::string_view start, std::string_view end) {
+    _unwritten.add(separator(), "\"", start, end);
 }
 
 void MSPDIJSONWriter::value(const nlohmann::ordered_json& json) {
@@ -133,60 +147,46 @@ void MSPDIJSONWriter::value(const nlohmann::ordered_json& json) {
         text(json.get_ref<const std::string&>());
     } else {
         separate();
-        _unwritten += json.dump();
+        _unwritten.add(json.dump());
     }
 }
 
 void MSPDIJSONWriter::finish() {
-    _unwritten += '\n';
-    flush();
+    _unwritten.add("\n");
+    _unwritten.flush();
 }
 
 void MSPDIJSONWriter::begin(char bracket) {
     separate();
-    _unwritten += bracket;
+    _unwritten.add(std::string_view(&bracket, 1));
     _hold.push_back(false);
+    _separator += "  ";
 }
 
 void MSPDIJSONWriter::end(char bracket) {
     const bool isEmpty = !_hold.back();
     _hold.pop_back();
+    _separator.resize(_separator.size() - 2);
     if (!isEmpty) {
-        breakLine();
+        _unwritten.add(std::string_view(_separator).substr(1));
     }
-    _unwritten += bracket;
+    _unwritten.add(std::string_view(&bracket, 1));
     if (_hold.empty()) {
-        flush();
+        _unwritten.flush();
     }
 }
 
-void MSPDIJSONWriter::separate() {
+std::string_view MSPDIJSONWriter::separator() {
     if (_isBehindKey) {
         _isBehindKey = false;
-        return;
+        return {};
     }
     if (_hold.empty()) {
-        return;
+        return {};
     }
-    if (_hold.back()) {
-        _unwritten += ',';
-    }
+    const bool isFirst = !_hold.back();
     _hold.back() = true;
-    breakLine();
-}
-
-void MSPDIJSONWriter::breakLine() {
-    constexpr std::size_t mostUnwritten = 65'536;
-    if (_unwritten.size() >= mostUnwritten) {
-        flush();
-    }
-    _unwritten += '\n';
-    _unwritten.append(2 * _hold.size(), ' ');
-}
-
-void MSPDIJSONWriter::flush() {
-    _out << _unwritten;
-    _unwritten.clear();
+    return std::string_view(_separator).substr(isFirst ? 1 : 0);
 }
 
 void MSPDIWriteJSON(const nlohmann::ordered_json& json, std::ostream& out) {

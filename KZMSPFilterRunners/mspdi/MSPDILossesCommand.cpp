@@ -26,8 +26,7 @@ void tellLosses(const Arguments& arguments, MSPDIRun& run) {
     }
     const bool wantsFates = arguments.isAll && run.isJSON && !run.isQuiet;
     if (wantsFates) {
-        options.visitLeaf = [&fates](const std::string& path, MSPDIFate fate) { fates.add(path, fate); };
-        options.restart = [&fates] { fates.clear(); };
+        options.fates = &fates;
     }
     const auto path = run.services.fileSystem.absolutePath(arguments.plan);
     const auto account = MSPDIAccountOfPlan(path, run.services, options);

@@ -2,8 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <array>
+#include <functional>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <ostream>
+#include <vector>
 
 #include "MSPCMessage.h"
 #include "MSPDIInWords.h"
@@ -15,38 +19,64 @@ namespace {
 
 using JSON = nlohmann::ordered_json;
 
-// What was mended is told whole: its end says where.
-std::string shownValue(const MSPDILoss& loss, const MSPDIPlace& place) {
-    return loss.kind == "overwritten-by-repair" ? std::string(MSPCShownText(place.value).view())
-                                                : MSPDIValueInWords(place);
-}
-
-std::string placeOf(const MSPDILoss& loss, const MSPDIPlace& place) {
-    std::string text = "    ";
-    if (!place.uid.empty() || !place.name.empty()) {
-        text += fmt::format("{} (UID {}): ", place.name.empty() ? "(no name)" : MSPDIShownValue(place.name),
-                            MSPDIShownValue(place.uid));
+// Values of a plan in words. There may be hundreds of thousands, and the same dates and durations come over and over.
+class ShownValues {
+public:
+    // Valid until the next one is asked for.
+    std::string_view of(const MSPDILoss& loss, const MSPDIPlace& place) {
+        // What was mended is told whole: its end says where.
+        if (loss.kind == "overwritten-by-repair") {
+            return _other = MSPCShownText(place.value).view();
+        }
+        if (!place.targetUID.empty() || place.value.size() > longestKept) {
+            return _other = MSPDIValueInWords(place);
+        }
+        auto& entry = _entries.at(std::hash<std::string_view>()(place.value) % _entries.size());
+        const auto element = std::string_view(place.path).substr(place.path.rfind('/') + 1);
+        if (entry.value != place.value || entry.unit != place.unit || entry.element != element) {
+            entry = {std::string(element), place.value, place.unit, MSPDIValueInWords(place)};
+        }
+        return entry.words;
     }
-    return text + shownValue(loss, place) + "  " + MSPDIShownPath(place.path) + "\n";
+
+private:
+    static constexpr std::size_t longestKept = 32;
+
+    struct Entry {
+        std::string element;
+        std::string value;
+        std::string unit;
+        std::string words;
+    };
+    std::array<Entry, 1024> _entries;
+    std::string _other;
+};
+
+void writePlace(const MSPDILoss& loss, const MSPDIPlace& place, ShownValues& values, MSPDIUnwrittenBytes& out) {
+    out.add("    ");
+    if (!place.uid.empty() || !place.name.empty()) {
+        out.add(place.name.empty() ? "(no name)" : MSPDIShownValue(place.name), " (UID ", MSPDIShownValue(place.uid),
+                "): ");
+    }
+    out.add(values.of(loss, place), "  ", MSPDIShownPath(place.path), "\n");
 }
 
 void writeText(std::string_view key, std::string_view text, MSPDIJSONWriter& writer) {
-    writer.key(key);
-    writer.text(text);
+    writer.member(key, text);
 }
 
 // There may be hundreds of thousands.
-void writePlace(const MSPDILoss& loss, const MSPDIPlace& place, MSPDIJSONWriter& writer) {
+void writePlace(const MSPDILoss& loss, const MSPDIPlace& place, ShownValues& values, MSPDIJSONWriter& writer) {
     writer.beginObject();
     writeText("path", place.path, writer);
     writeText("uid", place.uid, writer);
     writeText("name", place.name, writer);
     writeText("value", place.value, writer);
-    writeText("words", shownValue(loss, place), writer);
+    writeText("words", values.of(loss, place), writer);
     writer.endObject();
 }
 
-void writeLoss(const MSPDILoss& loss, MSPDIJSONWriter& writer) {
+void writeLoss(const MSPDILoss& loss, ShownValues& values, MSPDIJSONWriter& writer) {
     writer.beginObject();
     writeText("kind", loss.kind, writer);
     writer.key("count");
@@ -59,7 +89,7 @@ void writeLoss(const MSPDILoss& loss, MSPDIJSONWriter& writer) {
     writer.key("where");
     writer.beginArray();
     for (const auto& place : loss.where) {
-        writePlace(loss, place, writer);
+        writePlace(loss, place, values, writer);
     }
     writer.endArray();
     writer.endObject();
@@ -73,16 +103,49 @@ JSON leavesOf(const MSPDIAccount& account) {
     return leaves;
 }
 
+// There may be millions, and nearly all of their paths need no look at their characters.
+class FateWriter final : public MSPDIFateReader {
+public:
+    explicit FateWriter(MSPDIJSONWriter& writer) : _writer(writer) {}
+
+    void below(std::string_view path) override {
+        _path = path;
+        _isPlain = MSPDIIsPlainInJSON(path);
+    }
+
+    void leaf(std::string_view step, std::optional<std::size_t> line, MSPDIFate fate) override {
+        if (_isPlain && line) {
+            _writer.plainMember(_path, endOf(step, *line, fate));
+        } else {
+            writeText(_path + std::string(step), nameOf(fate), _writer);
+        }
+    }
+
+private:
+    static std::string_view nameOf(MSPDIFate fate) { return MSPDIFateNames[MSPDIFateIndex(fate)]; }
+
+    // What stands behind the path of the parent.
+    const std::string& endOf(std::string_view step, std::size_t line, MSPDIFate fate) {
+        const auto index = line * MSPDIFateNames.size() + MSPDIFateIndex(fate);
+        if (index >= _ends.size()) {
+            _ends.resize(index + 1);
+        }
+        if (_ends[index].empty()) {
+            _ends[index] = fmt::format(R"({}": "{}")", step, nameOf(fate));
+        }
+        return _ends[index];
+    }
+
+    MSPDIJSONWriter& _writer;
+    std::string _path;
+    bool _isPlain = false;
+    std::vector<std::string> _ends;  // by line and fate
+};
+
 void writeFates(const MSPDIFatesByPath& fates, MSPDIJSONWriter& writer) {
     writer.beginObject();
-    fates.forEach([&writer, arePlain = fates.arePlain()](std::string_view path, MSPDIFate fate) {
-        const auto name = MSPDIFateNames[MSPDIFateIndex(fate)];
-        if (arePlain) {
-            writer.plainMember(path, name);
-        } else {
-            writeText(path, name, writer);
-        }
-    });
+    FateWriter fateWriter(writer);
+    fates.read(fateWriter);
     writer.endObject();
 }
 
@@ -93,27 +156,29 @@ JSON reasonOf(const MSPDIAccount& account) {
 }  // namespace
 
 void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPDIRun& run) {
-    auto& out = run.out;
+    MSPDIUnwrittenBytes out(run.out);
     if (account.refusal) {
-        out << run.emphasized("Refused by the importer") << ": " << MSPDIReasonInWords(*account.refusal) << "\n\n";
+        out.add(run.emphasized("Refused by the importer"), ": ", MSPDIReasonInWords(*account.refusal), "\n\n");
     }
+    ShownValues values;
     for (const auto& loss : account.losses) {
-        out << run.emphasized(fmt::format("{} x {}", loss.count, loss.kind)) << ": " << loss.what << "\n";
+        out.add(run.emphasized(fmt::format("{} x {}", loss.count, loss.kind)), ": ", loss.what, "\n");
         for (const auto& place : loss.where) {
-            out << placeOf(loss, place);
+            writePlace(loss, place, values, out);
         }
         if (loss.where.size() < loss.count) {
-            out << fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size());
+            out.add(fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size()));
         }
         if (const auto* step = MSPDIMendStepForLoss(loss.kind)) {
-            out << fmt::format("    mspdi mend --only {} saves what it can of it in a copy\n", step->name);
+            out.add(fmt::format("    mspdi mend --only {} saves what it can of it in a copy\n", step->name));
         }
     }
-    out << MSPCShownText(plan).view() << ": " << account.total() << " leaves";
+    out.add(fmt::format("{}: {} leaves", MSPCShownText(plan), account.total()));
     for (std::size_t fate = 0; fate < account.leaves.size(); ++fate) {
-        out << ", " << account.leaves[fate] << ' ' << MSPDIFateNames[fate];
+        out.add(fmt::format(", {} {}", account.leaves[fate], MSPDIFateNames[fate]));
     }
-    out << '\n';
+    out.add("\n");
+    out.flush();
 }
 
 void MSPDIWriteLossesAsJSON(const std::string& plan, const MSPDIAccount& account, const MSPDIFatesByPath* fates,
@@ -129,8 +194,9 @@ void MSPDIWriteLossesAsJSON(const std::string& plan, const MSPDIAccount& account
     writer.value(leavesOf(account));
     writer.key("losses");
     writer.beginArray();
+    ShownValues values;
     for (const auto& loss : account.losses) {
-        writeLoss(loss, writer);
+        writeLoss(loss, values, writer);
     }
     writer.endArray();
     if (fates != nullptr) {

@@ -43,6 +43,9 @@ void separatePlan(Arguments& arguments) {
 // What keeps a file of that name from being written, before anything is done; none when nothing does.
 std::optional<std::string> obstacleToWriting(const std::string& path, const std::string& plan,
                                              const MSPCFileSystem& fileSystem) {
+    if (path.ends_with('/')) {
+        return "that names a folder, not a file";
+    }
     if (fileSystem.isSameFile(path, plan)) {
         return "that is the plan itself, which is never written";
     }
@@ -90,8 +93,10 @@ void mend(Arguments& arguments, MSPDIRun& run) {
     separatePlan(arguments);
     auto& fileSystem = run.services.fileSystem;
     const auto planPath = fileSystem.absolutePath(arguments.plan);
-    if (!arguments.mended.empty() && !arguments.isDryRun) {
-        if (const auto obstacle = obstacleToWriting(fileSystem.absolutePath(arguments.mended), planPath, fileSystem)) {
+    if (!arguments.mended.empty()) {
+        const auto* const end = arguments.mended.ends_with('/') ? "/" : "";  // which an absolute path has not
+        const auto path = fileSystem.absolutePath(arguments.mended) + end;
+        if (const auto obstacle = obstacleToWriting(path, planPath, fileSystem)) {
             run.couldNotLook(arguments.mended, *obstacle);
             return;
         }

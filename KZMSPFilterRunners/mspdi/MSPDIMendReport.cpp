@@ -38,6 +38,12 @@ std::string_view conversionOf(const MSPDIMended& mended) {
     return mended.isConverted ? "The copy is in UTF-8; the plan was in another encoding.\n" : "";
 }
 
+// Plans are told by their names.
+std::string_view conditionOf(const std::string& path) {
+    const auto extension = lowerCased(pathExtension(path));
+    return extension == "xml" || extension == "mspxml" ? "" : " under a name that ends in .xml";
+}
+
 std::string_view nameOf(MSPDIMendVerdict verdict) {
     switch (verdict) {
         case MSPDIMendVerdict::ImportsAsIs:
@@ -55,6 +61,9 @@ std::string_view nameOf(MSPDIMendVerdict verdict) {
 void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const std::optional<std::string>& path,
                     MSPDIRun& run) {
     auto& out = run.out;
+    if (!mended.damage.empty()) {
+        out << run.emphasized("Warning") << ": " << shown(MSPDIWarningInWords(mended.damage)) << '\n';
+    }
     switch (mended.verdict) {
         case MSPDIMendVerdict::ImportsAsIs:
             out << shown(plan) << ": imports as it is; nothing was done\n";
@@ -73,7 +82,7 @@ void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const st
         writeStep(done, run);
     }
     out << conversionOf(mended);
-    out << (path ? shown(*path) + ": the mended copy, which imports\n"
+    out << (path ? shown(*path) + fmt::format(": the mended copy, which imports{}\n", conditionOf(*path))
                  : shown(plan) + ": a copy mended like this would import; nothing was written\n");
 }
 
@@ -93,6 +102,7 @@ void MSPDIWriteMendAsJSON(const std::string& plan, const MSPDIMended& mended, co
                        {"reason", mended.refusal ? JSON(mended.refusal->sentence()) : JSON(nullptr)},
                        {"obstacle", mended.obstacle.empty() ? JSON(nullptr) : JSON(mended.obstacle)},
                        {"steps", std::move(steps)},
+                       {"damage", mended.damage.empty() ? JSON(nullptr) : JSON(mended.damage)},
                        {"converted", mended.isConverted},
                        {"repaired", mended.isRepaired},
                        {"mended", path ? JSON(*path) : JSON(nullptr)}};

@@ -13,6 +13,7 @@
 #include "MSPCPath.h"
 #include "MSPCStandardTimeClock.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDIDocumentAround.h"
 #include "MSPDIJSON.h"
 #include "MSPDIMachines.h"
 #include "MSPDIMigrateProgress.h"
@@ -92,6 +93,12 @@ MSPDIMigrationOptions optionsOf(const Arguments& arguments, const std::string& o
     return options;
 }
 
+void tellLeftOut(const MSPDIMigration::Plans& plans, MSPDIRun& run) {
+    if (plans.leftOut > 0) {
+        run.out << fmt::format("{} others are left out: they have not failed\n", plans.leftOut);
+    }
+}
+
 void tellDryRun(const MSPDIMigration::Plans& plans, MSPDIRun& run) {
     if (run.isQuiet) {
         return;
@@ -99,18 +106,20 @@ void tellDryRun(const MSPDIMigration::Plans& plans, MSPDIRun& run) {
     if (run.isJSON) {
         MSPDIWriteJSON({{"new", plans.fresh},
                         {"changed", plans.changed},
+                        {"withoutDocument", plans.withoutDocument},
                         {"failed", plans.failed},
                         {"imported", plans.done},
                         {"leftOut", plans.leftOut}},
                        run.out);
         return;
     }
+    const auto wanted = plans.fresh + plans.changed + plans.withoutDocument + plans.failed;
     run.out << fmt::format(
-        "{} plans would be imported: {} new, {} changed since, {} that failed before; {} are imported already\n",
-        plans.fresh + plans.changed + plans.failed, plans.fresh, plans.changed, plans.failed, plans.done);
-    if (plans.leftOut > 0) {
-        run.out << fmt::format("{} others are left out: they have not failed\n", plans.leftOut);
-    }
+        "{} {} would be imported: {} new, {} changed since, {} whose document is gone, {} that failed before; {} {} "
+        "imported already\n",
+        wanted, wanted == 1 ? "plan" : "plans", plans.fresh, plans.changed, plans.withoutDocument, plans.failed,
+        plans.done, plans.done == 1 ? "is" : "are");
+    tellLeftOut(plans, run);
 }
 
 void tellResult(std::size_t all, const MSPDIMigration::Plans& plans, const MSPDIPlansToMigrate::Unread& unread,
@@ -128,6 +137,7 @@ void tellResult(std::size_t all, const MSPDIMigration::Plans& plans, const MSPDI
         }
         MSPDIWriteJSON({{"imported", all - missing},
                         {"missing", missing},
+                        {"leftOut", plans.leftOut},
                         {"gone", plans.gone},
                         {"unreadFolders", folders},
                         {"report", report}},
@@ -140,10 +150,11 @@ void tellResult(std::size_t all, const MSPDIMigration::Plans& plans, const MSPDI
         run.out << fmt::format("{} of them {} gone since; the documents stand\n", plans.gone,
                                plans.gone == 1 ? "is" : "are");
     }
-    if (missing > 0) {
-        run.out << fmt::format("{} are not: {}\n", missing,
+    if (missing > plans.leftOut) {
+        run.out << fmt::format("{} are not: {}\n", missing - plans.leftOut,
                                MSPCShownText(pathByAppendingComponent(outputFolder, "failed.txt")).view());
     }
+    tellLeftOut(plans, run);
 }
 
 // "2026-03-01 09:05, mspdi 1.0", the time as the clocks of the machine's zone show it.
@@ -167,6 +178,9 @@ std::optional<std::string> migrated(MSPDIMigration& migration, const std::string
     MSPDIMigrateProgress progress(run);
     failure = migration.run([&progress](const auto& state) { progress.tell(state); });
     progress.finish();
+    if (!migration.isInPlace()) {
+        return failure ? failure : outputFolder + ": it was moved or removed while this ran";
+    }
     const auto unwritten = MSPDIWriteMigrationReports(
         outputFolder, timeAndVersion(run.services), [&migration](const auto& take) { migration.forEachRecord(take); },
         run.services.fileSystem);
@@ -189,6 +203,48 @@ std::optional<MSPDIPlansToMigrate> findPlans(const Arguments& arguments, MSPDIRu
     return found;
 }
 
+// How many plans no run has tried; none where the records cannot be read, which is told in `failure`.
+std::optional<std::size_t> untried(const MSPDIPlansToMigrate& found, MSPDIMigrationOptions options,
+                                   const MSPCServices& services, std::optional<std::string>& failure) {
+    options.isOnlyFailed = false;
+    MSPDIMigration migration(services, std::move(options), found);
+    failure = migration.readRecords();
+    return failure ? std::nullopt : std::optional(migration.plans().fresh);
+}
+
+bool namesAFile(const MSPDIPlansToMigrate& list, const MSPCFileSystem& fileSystem) {
+    MSPDIPlanPaths::Walk walk(list.plans);
+    while (const auto* const plan = walk.next()) {
+        if (fileSystem.leadsToAnything(*plan)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Why a list cannot be taken. Where lines name no files, any text looks like one; and those of plans that were tried
+// before have files that may be gone since.
+std::optional<std::string> obstacleToList(const Arguments& arguments, const MSPDIPlansToMigrate& list,
+                                          const MSPDIMigrationOptions& options, const MSPCServices& services) {
+    const bool isDoubtful = !namesAFile(list, services.fileSystem);
+    if (!isDoubtful && !arguments.keepsTree) {
+        return std::nullopt;
+    }
+    std::optional<std::string> failure;
+    const auto fresh = untried(list, options, services, failure);
+    if (!fresh) {
+        return failure;
+    }
+    if (isDoubtful && *fresh == list.plans.size()) {
+        return arguments.source + ": no line in it names a file";
+    }
+    // Plans that were tried before keep their places; there is no folder to count those of others from.
+    return arguments.keepsTree && *fresh > 0
+               ? std::optional(arguments.source +
+                               ": --keep-tree takes a folder, or a list of plans that were tried before")
+               : std::nullopt;
+}
+
 // Why the run cannot be as it is asked for, before anything is written.
 std::optional<std::string> obstacleTo(const Arguments& arguments, const MSPDIPlansToMigrate& found,
                                       const MSPDIMigrationOptions& options, const MSPCServices& services) {
@@ -196,22 +252,22 @@ std::optional<std::string> obstacleTo(const Arguments& arguments, const MSPDIPla
     if (options.logsFolder && fileSystem.exists(*options.logsFolder) && !fileSystem.isDirectory(*options.logsFolder)) {
         return arguments.logsFolder + ": no folder";
     }
+    if (const auto document =
+            options.logsFolder ? MSPDIDocumentAround(*options.logsFolder, fileSystem) : std::nullopt) {
+        return fmt::format("{}: the logs would become a part of the document {}", arguments.logsFolder, *document);
+    }
     if (options.machines && !arguments.isDryRun) {
         if (auto obstacle = MSPDIMachines::obstacle()) {
             return obstacle;
         }
     }
-    if (!arguments.keepsTree || !found.isList) {
-        return std::nullopt;
+    // Reports replace those of earlier runs, and nothing that somebody else has made.
+    if (!MSPDIMigration::hasRunInto(options.outputFolder, fileSystem)) {
+        if (const auto report = MSPDIMigrationReportIn(options.outputFolder, fileSystem)) {
+            return *report + ": it is there already, and no migration has made it";
+        }
     }
-    // Plans that were tried before keep their places; there is no folder to count those of others from.
-    auto ofAll = options;
-    ofAll.isOnlyFailed = false;
-    MSPDIMigration migration(services, ofAll, found);
-    const auto failure = migration.readRecords();
-    return failure || migration.plans().fresh == 0
-               ? failure
-               : arguments.source + ": --keep-tree takes a folder, or a list of plans that were tried before";
+    return found.isList ? obstacleToList(arguments, found, options, services) : std::nullopt;
 }
 
 void migrate(const Arguments& arguments, MSPDIRun& run) {

@@ -17,6 +17,9 @@
 
 namespace {
 
+// Of the reports, in the order in which they are written.
+constexpr std::string_view names[] = {"report.tsv", "report.json", "report.html", "failed.txt"};
+
 using JSON = nlohmann::ordered_json;
 
 // A stream into a file that is being written.
@@ -127,15 +130,24 @@ void writeFailed(const MSPDIMigrationRecords& records, std::ostream& out) {
 
 }  // namespace
 
+std::optional<std::string> MSPDIMigrationReportIn(const std::string& folder, const MSPCFileSystem& fileSystem) {
+    for (const auto& name : names) {
+        if (auto path = pathByAppendingComponent(folder, name); fileSystem.exists(path)) {
+            return path;
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<std::string> MSPDIWriteMigrationReports(const std::string& outputFolder, const std::string& made,
                                                       const MSPDIMigrationRecords& records,
                                                       MSPCFileSystem& fileSystem) {
     using Write = std::function<void(std::ostream&)>;
-    const std::array<std::pair<std::string_view, Write>, 4> reports{
-        {{"report.tsv", [&](std::ostream& out) { writeTable(records, out); }},
-         {"report.json", [&](std::ostream& out) { writeJSON(records, out); }},
-         {"report.html", [&](std::ostream& out) { MSPDIWriteMigrationPage(outputFolder, made, records, out); }},
-         {"failed.txt", [&](std::ostream& out) { writeFailed(records, out); }}}};
+    const std::array<std::pair<std::string_view, Write>, std::size(names)> reports{
+        {{names[0], [&](std::ostream& out) { writeTable(records, out); }},
+         {names[1], [&](std::ostream& out) { writeJSON(records, out); }},
+         {names[2], [&](std::ostream& out) { MSPDIWriteMigrationPage(outputFolder, made, records, out); }},
+         {names[3], [&](std::ostream& out) { writeFailed(records, out); }}}};
     for (const auto& [name, write] : reports) {
         const auto path = pathByAppendingComponent(outputFolder, name);
         const auto failure = fileSystem.writeAtomically(path, [&write = write](MSPCByteWriter& writer) {

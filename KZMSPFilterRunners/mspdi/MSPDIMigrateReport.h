@@ -20,3 +20,7 @@ class MSPCFileSystem;
                                                                     const std::string& made,
                                                                     const MSPDIMigrationRecords& records,
                                                                     MSPCFileSystem& fileSystem);
+
+// The first file in a folder that has the name of a report; none where there is none.
+[[nodiscard]] std::optional<std::string> MSPDIMigrationReportIn(const std::string& folder,
+                                                                const MSPCFileSystem& fileSystem);

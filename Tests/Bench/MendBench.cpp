@@ -29,6 +29,7 @@ const std::vector<MendRow>& rows() {
         {"mend, levels below 0", "<OutlineLevel>2<", "<OutlineLevel>-2<", ReplacedPieces::All},
         {"mend, tasks without a UID", "<Task>\n\t\t\t<UID>", "<Task>\n\t\t\t<ID>0</ID><UID>-", ReplacedPieces::All},
         {"mend, another namespace", "schemas.microsoft.com/project", "schemas.microsoft.com/project/2003"},
+        {"mend, inside a text file", "<?xml version", "Hello,\n\n<?xml version"},
         {"mend --all", "", "", ReplacedPieces::First, {"--all"}},
     };
     return all;

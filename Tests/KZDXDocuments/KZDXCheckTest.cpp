@@ -38,7 +38,7 @@ TEST(KZDXCheck, needsToReadWhatIsThere) {
     }
     const auto files = KZDXFilesInFolder(machine, "/home/me/Plan.kdzx");
     EXPECT_TRUE(KZDXCheckBundle(*files).isSound());
-    machine.failAtCall(3, "Permission denied");  // whether a file is a regular one, this file system reads again
+    machine.failAtCall(2, "Permission denied");
     const auto check = KZDXCheckBundle(*files);
     EXPECT_EQ(check.obstacle, "Actual.xml: Permission denied");
     EXPECT_TRUE(check.findings.empty());
@@ -54,6 +54,33 @@ TEST(KZDXCheck, opensNothingOutsideTheBundle) {
     for (const auto& call : machine.calls()) {
         EXPECT_TRUE(call.starts_with("readFile /home/me/Plan.kdzx/")) << call;
     }
+}
+
+TEST(KZDXCheck, takesNoLinkForAFileOfTheBundle) {
+    const auto checked = [](const std::string& link) {
+        InMemoryFileSystem machine;
+        for (const auto& [name, content] : soundBundle()) {
+            machine.addFile((name == link ? "/home/me/" : "/home/me/Plan.kdzx/") + name, content);
+        }
+        machine.addLink("/home/me/Plan.kdzx/" + link, "/home/me/" + link);
+        return KZDXCheckBundle(*KZDXFilesInFolder(machine, "/home/me/Plan.kdzx"));
+    };
+    const auto expectFinding = [](const KZDXCheck& check, std::size_t place, const char* rule, const char* text) {
+        EXPECT_EQ(check.obstacle, std::nullopt);
+        ASSERT_GT(check.findings.size(), place);
+        EXPECT_EQ(check.findings[place].rule, rule);
+        EXPECT_EQ(check.findings[place].text, text);
+    };
+    const auto scenario = checked("Actual.xml");
+    expectFinding(scenario, 0, "missing-file", "'Actual.xml' is a link, which is not followed");
+    EXPECT_FALSE(scenario.isSound());
+    const auto contents = checked("__TOC.xml");
+    expectFinding(contents, 0, "missing-file", "the table of contents is a link, which is not followed");
+    EXPECT_EQ(contents.findings.size(), 1U);
+    const auto note = checked("Notes.xml");
+    expectFinding(note, 0, "unreadable-file",
+                  "it may be a scenario that the table of contents does not name: a link, which is not followed");
+    EXPECT_TRUE(note.isSound());
 }
 
 // The findings of many elements share the id of one: their paths show its beginning only.

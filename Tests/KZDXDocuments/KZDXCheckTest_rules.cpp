@@ -37,6 +37,13 @@ void expectContents(std::string_view piece, std::string_view other, const Lines&
     EXPECT_EQ(findingsOf(brokenBundle("__TOC.xml", piece, other)), expected) << piece << " -> " << other;
 }
 
+std::string withoutComments(std::string document) {
+    for (auto start = document.find("<!--"); start != std::string::npos; start = document.find("<!--")) {
+        document.erase(start, document.find("-->") + 3 - start);
+    }
+    return document;
+}
+
 }  // namespace
 
 TEST(KZDXRules, findNothingInASoundDocument) {
@@ -158,6 +165,21 @@ TEST(KZDXRules, neededSetting) {
     expectContents("hours-per-year=\"1921\"", "hours-per-year=\"many\"",
                    {"fault needed-setting __TOC.xml:16 table-of-contents/project/effort-format: 'hours-per-year' is "
                     "'many', which is no whole number"});
+    expectContents("hours-per-year=\"1921\"", "hours-per-year=\"0\"", {});
+    expectContents("hours-per-year=\"1921\"", "hours-per-year=\"-1\"",
+                   {"fault needed-setting __TOC.xml:16 table-of-contents/project/effort-format: 'hours-per-year' is "
+                    "'-1', which is below 0"});
+}
+
+// Its symbol and its decimals may be any, or none; in other documents its separators as well.
+TEST(KZDXRules, sampleOfAnAmount) {
+    const std::string before = "<currency-format>$1,234.56</currency-format>";
+    for (const std::string sample : {"1,234", "1,234.56789 Fr.", "1.234,56 \xE2\x82\xAC", " kr1,234"}) {
+        expectContents(before, "<currency-format>" + sample + "</currency-format>", {});
+    }
+    const std::string format = "fault needed-setting __TOC.xml:14 table-of-contents/project/currency-format: ";
+    expectContents(before, "<currency-format/>", {format + "'' is no sample of an amount"});
+    expectContents(before, "<currency-format>Euro</currency-format>", {format + "'Euro' is no sample of an amount"});
 }
 
 TEST(KZDXRules, settingOrder) {
@@ -232,7 +254,7 @@ TEST(KZDXRules, importComment) {
         {"fault import-comment Actual.xml:2 scenario: no comment tells the importer and the time of the import"});
 }
 
-// Of an import all scenarios are; who has drawn a document himself has comments in none.
+// Of an import all scenarios are.
 TEST(KZDXRules, importCommentOfEveryScenario) {
     const std::string importer = "    <!--  2026-11-21 20:00:00 +0000: Kadenza 2.x MSPDI Importer.  -->\n";
     const std::string plan = "    <!--  Imported MS Project 2010: 'House'  -->\n";
@@ -247,7 +269,27 @@ TEST(KZDXRules, importCommentOfEveryScenario) {
         ":2 scenario: no comments tell the importer and the plan, as those of other scenarios do";
     EXPECT_EQ(without({"Baseline.xml"}), Lines{"fault import-comment Baseline.xml" + finding});
     EXPECT_EQ(without({"Actual.xml"}), Lines{"fault import-comment Actual.xml" + finding});
-    EXPECT_EQ(without({"Actual.xml", "Baseline.xml"}), Lines());
+}
+
+// An import that tells in no scenario who made it is known by how it names its sections; who has drawn a document
+// himself has no such comments.
+TEST(KZDXRules, importCommentOfNoScenario) {
+    const auto findingsWith = [](const std::string& section) {
+        auto files = soundBundle();
+        for (const std::string name : {"Actual.xml", "Baseline.xml"}) {
+            files[name] = withoutComments(files[name]);
+        }
+        files["Baseline.xml"] = withReplaced(files["Baseline.xml"], "<top-task", section + "<top-task");
+        return findingsOf(files);
+    };
+    const std::string finding =
+        ":2 scenario: no comments tell the importer and the plan, though sections are named as imports name them";
+    for (const std::string section : {"<!--  Resources  -->", "<!--  Tasks  -->", "<!--  Critical Path  -->"}) {
+        EXPECT_EQ(findingsWith(section),
+                  (Lines{"fault import-comment Actual.xml" + finding, "fault import-comment Baseline.xml" + finding}));
+    }
+    EXPECT_EQ(findingsWith(""), Lines());
+    EXPECT_EQ(findingsWith("<!-- Tasks of mine -->"), Lines());
 }
 
 // Among what else is found, it stands where the file begins.
@@ -686,8 +728,7 @@ TEST(KZDXRules, missingStartOfAnImport) {
                  {"fault missing-value Actual.xml:2 scenario: there is neither a start-date nor an end-date"});
     auto files = soundBundle();
     for (const auto* const name : {"Actual.xml", "Baseline.xml"}) {
-        files[name] = withReplaced(files[name], "Kadenza 2.x MSPDI Importer.", "");
-        files[name] = withReplaced(files[name], "  Imported MS Project 2010: 'House'  ", "");
+        files[name] = withoutComments(files[name]);
     }
     files["Actual.xml"] = withReplaced(
         files["Actual.xml"], "<start-date>2026-05-04T08:00:00+02:00</start-date>\n    <granularity>", "<granularity>");

@@ -21,10 +21,12 @@ struct AccountOfPlan {
         world.machine.addFile("/plans/Plan.xml", planWith(content, settings));
         MSPDIAccountOptions options;
         options.mostPlaces = 100;
-        options.visitLeaf = [this](const std::string& path, MSPDIFate fate) {
-            fates[path.substr(std::string("/Project/").size())] = MSPDIFateNames[MSPDIFateIndex(fate)];
-        };
+        MSPDIFatesByPath byPath;
+        options.fates = &byPath;
         account = MSPDIAccountOfPlan("/plans/Plan.xml", world.services, options);
+        byPath.forEach([this](const std::string& path, MSPDIFate fate) {
+            fates[path.substr(std::string("/Project/").size())] = MSPDIFateNames[MSPDIFateIndex(fate)];
+        });
     }
 
     // The fate of the leaf at a path below the project: "Tasks[1]/Task[1]/Name[1]".

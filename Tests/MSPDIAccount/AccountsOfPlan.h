@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
+#include <vector>
 
 #include "MSPDIAccountOfPlan.h"
 #include "ServicesInMemory.h"
@@ -22,25 +24,49 @@ inline std::string wordsOf(const MSPDIAccount& account) {
     return words;
 }
 
-// A plan is gone through in pieces, without most of its leaves or with all of them, or as a whole where it has a
-// document type. What is told is the same.
-inline void expectOneAccount(const std::string& plan) {
-    const auto told = [](const std::string& bytes, bool countsAll) {
+// What is told of a plan, by fate and kind, with so many places of each and perhaps the fates of all leaves.
+struct ToldOfPlan {
+    ToldOfPlan(const std::string& bytes, bool tellsAll) {
         ServicesInMemory world;
         world.machine.addFile("/plans/Plan.xml", bytes);
         MSPDIAccountOptions options;
-        std::size_t count = 0;
-        if (countsAll) {
-            options.visitLeaf = [&count](const std::string& /*path*/, MSPDIFate /*fate*/) { ++count; };
+        MSPDIFatesByPath byPath;
+        if (tellsAll) {
+            options.fates = &byPath;
+            options.mostPlaces = std::numeric_limits<std::size_t>::max();
         }
-        const auto account = MSPDIAccountOfPlan("/plans/Plan.xml", world.services, options);
-        EXPECT_EQ(count, countsAll ? account.total() : 0);
+        auto account = MSPDIAccountOfPlan("/plans/Plan.xml", world.services, options);
         world.log.ignoreLines();
-        return wordsOf(account);
-    };
-    const auto inPieces = told(plan, false);
-    EXPECT_EQ(told(plan, true), inPieces);
+        total = account.total();
+        words = wordsOf(account);
+        byPath.forEach([this](const std::string& path, MSPDIFate fate) {
+            fates.emplace_back(path + " " + std::string(MSPDIFateNames[MSPDIFateIndex(fate)]));
+        });
+        for (auto& loss : account.losses) {
+            EXPECT_TRUE(!tellsAll || loss.where.size() == loss.count) << loss.kind;
+            loss.where.clear();
+        }
+        counts = wordsOf(account);
+    }
+
+    std::size_t total = 0;
+    std::string words;
+    std::string counts;
+    std::vector<std::string> fates;
+};
+
+// A plan is gone through in pieces, without most of its leaves or with all of them, or as a whole where it has a
+// document type. What is told is the same, whether of some places or of all.
+inline void expectOneAccount(const std::string& plan) {
+    const ToldOfPlan some(plan, false);
+    const ToldOfPlan all(plan, true);
+    EXPECT_EQ(all.counts, some.counts);
+    EXPECT_EQ(all.fates.size(), all.total);
     if (plan.starts_with("<Project")) {
-        EXPECT_EQ(told("<!DOCTYPE Project>" + plan, false), inPieces);
+        const auto asAWhole = "<!DOCTYPE Project>" + plan;
+        EXPECT_EQ(ToldOfPlan(asAWhole, false).words, some.words);
+        const ToldOfPlan allAsAWhole(asAWhole, true);
+        EXPECT_EQ(allAsAWhole.words, all.words);
+        EXPECT_EQ(allAsAWhole.fates, all.fates);
     }
 }

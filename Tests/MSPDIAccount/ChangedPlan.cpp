@@ -77,8 +77,10 @@ ChangedPlan::ChangedPlan(std::string bytes) : _bytes(std::move(bytes)) {
     ServicesInMemory outside;
     outside.machine.addFile(planPath, _bytes);
     MSPDIAccountOptions options;
-    options.visitLeaf = [this](const std::string& path, MSPDIFate fate) { _fates.emplace_back(path, fate); };
+    MSPDIFatesByPath fates;
+    options.fates = &fates;
     const auto account = MSPDIAccountOfPlan(planPath, outside.services, options);
+    fates.forEach([this](const std::string& path, MSPDIFate fate) { _fates.emplace_back(path, fate); });
     EXPECT_EQ(account.total(), _fates.size());
     outside.log.ignoreLines();
 }

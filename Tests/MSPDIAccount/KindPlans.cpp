@@ -107,6 +107,12 @@ const KindCase workKinds[] = {
      tasksOf("<Task><UID>1</UID><OutlineLevel>0</OutlineLevel></Task><Task><UID>2</UID><OutlineLevel>2</OutlineLevel>"
              "</Task>"),
      tasksOf(taskOf(1, "<Summary>1</Summary>") + "<Task><UID>2</UID><OutlineLevel>2</OutlineLevel></Task>")},
+    {"repeated-uid", 4,
+     tasksOf(taskOf(7) + taskOf(7)) + "<Resources><Resource><UID>3</UID></Resource><Resource><UID>3</UID></Resource>"
+                                      "</Resources>",
+     tasksOf(taskOf(7) + "<Task><UID>7</UID><IsNull>1</IsNull></Task>") +
+         "<Resources><Resource><UID>7</UID></Resource><Resource><UID>0</UID></Resource><Resource><UID>0</UID>"
+         "</Resource></Resources>"},
     {"unreadable-characters", 1, task("<Name>caf\xE9</Name>"), task("<Name>caf\xC3\xA9</Name>")},
     {"odd-date", 1, task("<Start>2012-01-11T08:30</Start>"), task("<Start>2012-01-11T08:30:00</Start>")},
     {"odd-duration", 1, task("<Work>-PT8H0M0S</Work>"), task("<Work>PT8H0M0S</Work>")},
@@ -302,6 +308,11 @@ const KindCase writtenKinds[] = {
     {"views-and-filters", 1, "<Views><View><Name>Gantt</Name></View></Views>", "<Views><View><Name/></View></Views>"},
     {"display-settings", 1, task("<HideBar>1</HideBar>"), task("<HideBar>0</HideBar>")},
     {"repeated-element", 1, task("<Name>a</Name><Name>b</Name>"), task("<Name>a</Name>")},
+    {"stray-text", 3,
+     tasksOf("<Task>Paint<UID>1</UID><OutlineLevel>1</OutlineLevel><PredecessorLink><![CDATA[soon]]><PredecessorUID>1"
+             "</PredecessorUID></PredecessorLink><Zebra>a<Tail/>b</Zebra></Task>"),
+     // A value's own text is no stray one, and blanks are none.
+     tasksOf("<Task> <UID>1</UID> <OutlineLevel>1</OutlineLevel><Name>Pa<Zebra/>int</Name></Task>")},
     {"unknown-element", 1, task("<Zebra/>"), task("<ID>1</ID>")},
 };
 

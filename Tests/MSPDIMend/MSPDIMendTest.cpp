@@ -1,3 +1,6 @@
+#include <vector>
+
+#include "MSPDIMemoryImport.h"
 #include "MendFixture.h"
 
 using testing::ElementsAre;
@@ -286,4 +289,113 @@ TEST_F(MendTest, givesEmptyRowsALevel) {
     const std::string row = "<IsNull>1</IsNull>";
     expectMended(planOf(tasks(task(1, 1) + task(2, -1, row))), planOf(tasks(task(1, 1) + task(2, 0, row))),
                  "outline 1");
+}
+
+// A repair would leave an empty plan, which imports once it has a calendar.
+TEST_F(MendTest, mendsTheTagOfTheRoot) {
+    const auto plan = planOf(tasks(task(1, 1)), "");
+    const auto wanted = mend(plan).bytes;
+    const std::string attribute = " xmlns=\"http://schemas.microsoft.com/project\"";
+    const std::vector<std::string> damages = {" b=1" + attribute,
+                                              attribute + " <",
+                                              attribute + attribute,
+                                              attribute + " b=\"1",
+                                              attribute.substr(0, attribute.size() - 1),
+                                              attribute + " c",
+                                              attribute + " =\"\"",
+                                              attribute + "d=\"1\""};
+    for (const auto& damaged : damages) {
+        expectMended(with(plan, attribute, damaged), wanted, "namespace 1, standard-calendar 1");
+    }
+    expectMended(with(plan, "/project\">", "/project\""), wanted, "namespace 1, standard-calendar 1");
+}
+
+TEST_F(MendTest, doesNotCallMendedWhatARepairHasLost) {
+    std::string many;
+    for (int uid = 1; uid <= 20; ++uid) {
+        many += task(uid, 1);
+    }
+    const auto plan = planOf("<Author p=\"1\"Name>x</AuthorName>" + tasks(many), "");
+    const auto mended = mend(plan);
+    EXPECT_EQ(mended.verdict, MSPDIMendVerdict::NotMendable);
+    EXPECT_THAT(mended.obstacle, HasSubstr("a repair would lose most of it: 0 of 20 "));
+    EXPECT_TRUE(mended.bytes.empty() && mended.steps.empty());
+    // All of it stays, but within the title, or within a comment.
+    for (const auto* damage : {"<Title>x<Title>", "<!-- x", "<![CDATA[ x", "</Project>"}) {
+        const auto other = mend(planOf(damage + tasks(many), ""));
+        EXPECT_EQ(other.verdict, MSPDIMendVerdict::NotMendable) << damage;
+        EXPECT_THAT(other.obstacle, HasSubstr("a repair would lose most of it")) << damage;
+    }
+    // What loses little is mended.
+    EXPECT_EQ(mend(planOf(tasks(many + "<Task><UID>21</UID><Summ"), "")).verdict, MSPDIMendVerdict::Mended);
+}
+
+TEST_F(MendTest, saysThatTheMarkupOfAPlanIsDamaged) {
+    const auto cut = planOf(tasks(task(1, 1)));
+    const auto asIs = mend(cut.substr(0, cut.find("</Project>")));
+    EXPECT_EQ(asIs.verdict, MSPDIMendVerdict::ImportsAsIs);
+    EXPECT_THAT(asIs.damage, HasSubstr("Repaired malformed XML"));
+    const auto refused = planOf(tasks(task(0, 0) + task(1, 1)));
+    const auto mended = mend(refused.substr(0, refused.find("</Project>")));
+    EXPECT_EQ(mended.verdict, MSPDIMendVerdict::Mended);
+    EXPECT_THAT(mended.damage, HasSubstr("Repaired malformed XML"));
+    EXPECT_EQ(mend(refused).damage, "");
+}
+
+TEST_F(MendTest, takesAllPrefixesOfPlansFromNames) {
+    const auto plan = planOf(tasks(task(1, 1, "<Name>A</Name>")), "");
+    const std::string declaration = "xmlns=\"http://schemas.microsoft.com/project\"";
+    auto prefixed =
+        with(with(plan, "<Name>A</Name>", "<q:Name>A</q:Name>"), declaration,
+             "xmlns:p=\"http://schemas.microsoft.com/project\" xmlns:q=\"http://schemas.microsoft.com/project\"");
+    prefixed = with(with(prefixed, "<Project ", "<p:Project "), "</Project>", "</p:Project>");
+    prefixed = with(with(prefixed, "<Tasks>", "<p:Tasks>"), "</Tasks>", "</p:Tasks>");
+    expectMended(prefixed, mend(plan).bytes, "namespace 1, standard-calendar 1");
+}
+
+TEST_F(MendTest, takesAPlanFromBehindADeclarationThatNobodyKnows) {
+    const auto plan = planOf(tasks(task(1, 1, "<Name>\xC3\xBC</Name>")));
+    const auto wanted = plan.substr(plan.find("<Project"));
+    for (const auto* encoding : {"encoding=?UTF-8\" standalone=\"yes\"", "encoding=\"UTF-99\""}) {
+        expectMended(with(plan, "encoding=\"UTF-8\"", encoding), wanted, "embedded 1");
+    }
+    const auto latin = with(with(plan, "\xC3\xBC", "\xFC"), "UTF-8", "UTF-99");
+    EXPECT_EQ(mend(latin).verdict, MSPDIMendVerdict::NotMendable);
+}
+
+TEST_F(MendTest, mendsPlansWithPrefixesWhoseMarkupIsBroken) {
+    const std::string prefixed =
+        "<p:Project xmlns:p=\"http://schemas.microsoft.com/project\"><p:SaveVersion>14</p:SaveVersion>"
+        "<p:StartDate>2012-01-09T08:00:00</p:StartDate><p:Calendars><p:Calendar><p:UID>1</p:UID><p:Name>Standard</"
+        "p:Name>"
+        "<p:IsBaseCalendar>1</p:IsBaseCalendar></p:Calendar></p:Calendars><p:Tasks><p:Task><p:UID>1</p:UID>"
+        "<p:Name>A & B</p:Name><p:OutlineLevel>1</p:OutlineLevel></p:Task></p:Tasks></p:Project>";
+    const auto mended = mend(prefixed);
+    ASSERT_EQ(mended.verdict, MSPDIMendVerdict::Mended) << mended.obstacle;
+    EXPECT_EQ(stepsOf(mended), "namespace 1");
+    EXPECT_TRUE(mended.isRepaired);
+    EXPECT_THAT(mended.bytes, testing::HasSubstr("<Name>A &amp; B</Name>"));
+    EXPECT_EQ(mended.refusal->name, "MSPEXMLException");
+    const auto sound = mend(with(prefixed, " & ", " "));
+    EXPECT_EQ(sound.refusal->name, "MSPIMapperException");
+    EXPECT_FALSE(sound.isRepaired);
+}
+
+// Though what is around a plan is imported alone, without the plan.
+TEST_F(MendTest, tellsWhatAnImportSaysOfTheWholeFile) {
+    const auto plan = planOf(tasks(task(1, 1)));
+    const auto inner = plan.substr(plan.find("<Project"));
+    const auto broken = with(inner, "<UID>1</UID><OutlineLevel>", "<UID>1<OutlineLevel>");
+    const auto prefixed = with(with(inner, "<Project xmlns", "<p:Project xmlns:p"), "</Project>", "</p:Project>");
+    for (const auto& file : std::vector<std::string>{"<a>" + inner + "</a>", "<a>" + inner, "<a>" + broken + "</a>",
+                                                     "<a b=1>" + inner + "</a>", "<a>" + plan + "</a>", "text " + plan,
+                                                     "<a><![CDATA[" + inner + "]]></a>", "<a><b>" + inner + "</a></b>",
+                                                     prefixed, "<!-- a -->" + prefixed + "<b/>"}) {
+        const auto refusal = MSPDIImportBytesInMemory("Plan.xml", file, services, MSPDIMemoryKeeping::Names).refusal;
+        const auto mended = mend(file);
+        ASSERT_TRUE(refusal && mended.refusal) << file;
+        EXPECT_EQ(mended.refusal->name, refusal->name) << file;
+        EXPECT_EQ(mended.refusal->reason, refusal->reason) << file;
+        EXPECT_LE(mended.imports, 3);
+    }
 }

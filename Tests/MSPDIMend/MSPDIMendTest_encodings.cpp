@@ -1,4 +1,6 @@
 // Plans in other encodings, with other line ends, and inside files that hold them in other forms.
+#include <tuple>
+
 #include "MendFixture.h"
 
 using testing::HasSubstr;
@@ -74,6 +76,12 @@ TEST_F(EncodingsTest, mendsPlansInOlderEncodings) {
     }
 }
 
+// The bytes of such a plan are the same in both encodings, but what a step puts in need not be.
+TEST_F(EncodingsTest, declaresPlansInOlderEncodingsThatHoldPlainLettersOnly) {
+    const auto plan = declaring(planOf(tasks(task(0, 0, "<Name>&#252;</Name><Summary>0</Summary>"))), "ISO-8859-1");
+    expectConverted(plan, planOf(tasks(task(0, 0, "<Name>&#252;</Name><Summary>1</Summary>"))), "root-task 1");
+}
+
 TEST_F(EncodingsTest, keepsTheLineEndsOfAPlan) {
     const auto lines = [](const std::string& root, const std::string& content) {
         return withLineEnds(
@@ -111,6 +119,72 @@ TEST_F(EncodingsTest, takesPlansOutOfTheTextOfOtherFiles) {
     expectMended("text " + escaped(plan) + " more", wanted, "embedded 1");
     expectMended("text <![CDATA[" + plan + "]]> more", wanted, "embedded 1");
     expectMended("<Mail plan=\"" + withLineEnds(escaped(plan), "&#xA;") + "\"/>", wanted, "embedded 1");
+}
+
+// Read one byte off, in the other byte order, plain letters look the same.
+TEST_F(EncodingsTest, takesTheByteOrderOfUtf16FromWhatItYields) {
+    const auto plan = planOf(tasks(task(1, 1, "<Name>@ und @</Name>")));
+    const auto wanted = plan.substr(0, plan.size() - 1);
+    const auto replacedAll = [](std::string text, const std::string& piece, const std::string& other) {
+        for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + other.size())) {
+            text.replace(at, piece.size(), other);
+        }
+        return text;
+    };
+    for (const bool isBigEndian : {false, true}) {
+        // The euro sign and a Cyrillic letter, at the beginning of a text and within.
+        for (const auto& [utf8, high, low] :
+             {std::tuple{"\xE2\x82\xAC", '\x20', '\xAC'}, std::tuple{"\xD0\xB8", '\x04', '\x38'}}) {
+            const auto sign = isBigEndian ? std::string{high, low} : std::string{low, high};
+            for (const bool isDeclared : {false, true}) {
+                const auto begin = isDeclared ? 0 : plan.find("<Project");
+                const auto units = replacedAll(utf16(wanted.substr(begin), isBigEndian), utf16("@", isBigEndian), sign);
+                expectConverted("junk" + units + std::string("\0j", 2), replacedAll(wanted, "@", utf8).substr(begin),
+                                "embedded 1");
+            }
+        }
+    }
+}
+
+// The text of an element is all of its pieces together, as long ones are written, and those that hold "]]>".
+TEST_F(EncodingsTest, takesPlansOutOfTextInSeveralPieces) {
+    const auto plan = planOf(tasks(task(1, 1, "<Name>A &amp; B</Name>")));
+    const auto wanted = plan.substr(0, plan.size() - 1);
+    for (const std::size_t at : {std::size_t{30}, plan.find("<Name>") + 3, plan.size() - 5}) {
+        const auto first = plan.substr(0, at);
+        const auto second = plan.substr(at);
+        expectMended("<a><![CDATA[" + first + "]]><![CDATA[" + second + "]]></a>", wanted, "embedded 1");
+        expectMended("<a>" + escaped(first) + "<![CDATA[" + second + "]]></a>", wanted, "embedded 1");
+        expectMended("<a><![CDATA[" + first + "]]><!-- and --><?more?>" + escaped(second) + "</a>", wanted,
+                     "embedded 1");
+    }
+    expectMended("<a><![CDATA[" + with(plan, "A &amp; B", "<![CDATA[x]]]]><![CDATA[>") + "]]></a>",
+                 with(wanted, "A &amp; B", "<![CDATA[x]]>"), "embedded 1");
+}
+
+TEST_F(EncodingsTest, readsAllFormsOfReferencesInText) {
+    const auto plan = planOf(tasks(task(1, 1, "<Name>A &amp; B</Name>")));
+    const auto wanted = plan.substr(0, plan.size() - 1);
+    for (const auto* opening : {"&#x3C;", "&#x3c;", "&#060;", "&#x0003C;"}) {
+        std::string text;
+        for (const char character : plan) {
+            text += character == '<'   ? std::string(opening)
+                    : character == '&' ? std::string("&#38;")
+                                       : std::string(1, character);
+        }
+        expectMended("<a>" + text + "</a>", wanted, "embedded 1");
+    }
+}
+
+TEST_F(EncodingsTest, takesTheFirstOfSeveralPlansThatHoldsTasks) {
+    const std::string empty = "<Project xmlns=\"http://schemas.microsoft.com/project\"/>";
+    const auto plan = planOf(tasks(task(1, 1)));
+    const auto inner = plan.substr(plan.find("<Project"), plan.rfind('>') + 1 - plan.find("<Project"));
+    const auto second = with(inner, "<UID>1</UID><OutlineLevel>", "<UID>2</UID><OutlineLevel>");
+    expectMended("junk " + empty + " " + inner + second, inner, "embedded 1");
+    expectMended("<a>" + empty + inner + second + "</a>", inner, "embedded 1");
+    const auto withoutTasks = planOf("");
+    expectMended("junk " + withoutTasks + empty, withoutTasks.substr(0, withoutTasks.size() - 1), "embedded 1");
 }
 
 TEST_F(EncodingsTest, saysThatNoPlanLiesInTextThatOnlyNamesOne) {

@@ -335,6 +335,104 @@ TEST_F(ImprovementTest, copiesNothingIntoCalendarsThatDoNotArrive) {
                 HasSubstr(persons + "<Calendar><UID>3</UID><IsBaseCalendar>1</IsBaseCalendar>"));
 }
 
+// As programs write them that define all fields there are.
+TEST_F(ImprovementTest, takesAFieldWhoseDefinitionNamesItNothing) {
+    constexpr int textFields[] = {
+        188743731, 188743734, 188743737, 188743740, 188743743, 188743746, 188743747, 188743748, 188743749, 188743750,
+        188743997, 188743998, 188743999, 188744000, 188744001, 188744002, 188744003, 188744004, 188744005, 188744006,
+        188744007, 188744008, 188744009, 188744010, 188744011, 188744012, 188744013, 188744014, 188744015, 188744016};
+    std::string definitions;
+    for (const auto field : textFields) {
+        definitions += "<ExtendedAttribute><FieldID>" + std::to_string(field) +
+                       "</FieldID><FieldName>Text</FieldName>"
+                       "</ExtendedAttribute>";
+    }
+    const auto plan = planOf(
+        "<ExtendedAttributes>" + definitions + "</ExtendedAttributes>" +
+        tasks(task(1, 1, "<Deadline>2012-02-01T17:00:00</Deadline>") +
+              task(2, 1, "<ExtendedAttribute><FieldID>188743731</FieldID><Value>mine</Value></ExtendedAttribute>")));
+    const auto mended = saved(plan, "deadline");
+    EXPECT_THAT(mended, HasSubstr("<FieldID>188743734</FieldID><FieldName>Text</FieldName><Alias>Deadline</Alias>"));
+    EXPECT_THAT(mended, HasSubstr("<FieldID>188743731</FieldID><FieldName>Text</FieldName></ExtendedAttribute>"));
+}
+
+// A copy of what does not arrive as it is would only add to what is lost.
+TEST_F(ImprovementTest, copiesNoWeekThatDoesNotArriveAsItIs) {
+    const auto planWith = [](const std::string& day) {
+        return planOf("  <Resources><Resource><UID>1</UID><CalendarUID>3</CalendarUID></Resource></Resources>\n",
+                      "  <Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar><WeekDays>" + day +
+                          "</WeekDays></Calendar><Calendar><UID>3</UID><IsBaseCalendar>0</IsBaseCalendar>"
+                          "<BaseCalendarUID>1</BaseCalendarUID></Calendar></Calendars>\n");
+    };
+    const auto workingDay = [](const std::string& times) {
+        return "<WeekDay><DayType>2</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime>" + times +
+               "</WorkingTime></WorkingTimes></WeekDay>";
+    };
+    const MSPDIMendOptions all{.only = {}, .isAll = true};
+    const auto plain = mend(planWith(workingDay("<FromTime>08:00:00</FromTime><ToTime>17:00:00</ToTime>")), all);
+    EXPECT_EQ(stepsOf(plain), "resource-weeks 1");
+    for (const auto* times :
+         {"<FromTime>08:00:00</FromTime><ToTime>17:00:00\x82</ToTime>",
+          "<FromTime>08:00:00</FromTime><ToTime>99</ToTime>", "<FromTime>22:00:00</FromTime><ToTime>06:00:00</ToTime>",
+          "<FromTime>08:00:00</FromTime><ToTime>00:00:00</ToTime>", "<FromTime>08:00:00</FromTime>",
+          "<FromTime>08:00:00</FromTime><ToTime>12:00:00</ToTime><ToTime>17:00:00</ToTime>"}) {
+        const auto plan = planWith(workingDay(times));
+        const auto mended = mend(plan, all);
+        EXPECT_NE(mended.verdict, MSPDIMendVerdict::NotMendable) << times << mended.obstacle;
+        if (mended.verdict == MSPDIMendVerdict::Mended) {
+            EXPECT_LE(allLossesOf(mended.bytes), allLossesOf(plan)) << times;
+        }
+        EXPECT_THAT(stepsOf(mended), Not(HasSubstr("resource-weeks"))) << times;
+    }
+}
+
+// Another one of the two arrives than the one that was written to.
+TEST_F(ImprovementTest, copiesNoWeekForAResourceOfTwoCalendars) {
+    const std::string person =
+        "<Calendar><UID>3</UID><IsBaseCalendar>0</IsBaseCalendar><BaseCalendarUID>1</BaseCalendarUID></Calendar>";
+    const auto plan = planOf(
+        "  <Resources><Resource><UID>1</UID><CalendarUID>4</CalendarUID><CalendarUID>3</CalendarUID></Resource>"
+        "</Resources>\n",
+        "  <Calendars><Calendar><UID>1</UID><IsBaseCalendar>1</IsBaseCalendar></Calendar>" + person +
+            with(person, "<UID>3", "<UID>4") + "</Calendars>\n");
+    EXPECT_EQ(mend(plan, {.only = {}, .isAll = true}).verdict, MSPDIMendVerdict::ImportsAsIs);
+    const auto ofTwoNumbers =
+        with(with(plan, "<CalendarUID>4</CalendarUID>", ""), "<UID>1</UID><Cal", "<UID>1</UID><UID>1</UID><Cal");
+    EXPECT_EQ(mend(ofTwoNumbers, {.only = {}, .isAll = true}).verdict, MSPDIMendVerdict::ImportsAsIs);
+}
+
+// However many tasks stand under it.
+TEST_F(ImprovementTest, aTaskWithOthersUnderItBecomesASummaryTask) {
+    std::string children;
+    for (int uid = 2; uid <= 5; ++uid) {
+        children += task(uid, 2);
+        const auto mended = mend(planOf(tasks(task(1, 1) + children)), {.only = {"outline"}});
+        EXPECT_EQ(mended.bytes, planOf(tasks(task(1, 1, "<Summary>1</Summary>") + children))) << uid;
+    }
+}
+
+TEST_F(ImprovementTest, calendarsExchangeNothingWhereLessWouldArrive) {
+    const auto plan = [](const std::string& standard, const std::string& own, const std::string& others) {
+        return planOf(tasks(task(1, 1)),
+                      "  <CalendarUID>3</CalendarUID>\n  <Calendars><Calendar><UID>1</UID><Name>Standard</Name>"
+                      "<IsBaseCalendar>1</IsBaseCalendar>" +
+                          standard + "</Calendar><Calendar><UID>3</UID><Name>Own</Name>" + own + "</Calendar>" +
+                          others + "</Calendars>\n");
+    };
+    const std::string base = "<IsBaseCalendar>1</IsBaseCalendar>";
+    const std::string monday = "<WeekDays><WeekDay><DayType>2</DayType><DayWorking>0</DayWorking></WeekDay></WeekDays>";
+    const std::string person =
+        "<Calendar><UID>4</UID><IsBaseCalendar>0</IsBaseCalendar><BaseCalendarUID>1"
+        "</BaseCalendarUID></Calendar>";
+    const MSPDIMendOptions only{.only = {"project-calendar"}};
+    EXPECT_EQ(stepsOf(mend(plan(monday, base + monday, ""), only)), "project-calendar 1");
+    EXPECT_EQ(stepsOf(mend(plan(monday, base + monday, person), only)), "project-calendar 1");
+    EXPECT_EQ(stepsOf(mend(plan("", base + monday, person), only)), "project-calendar 1");
+    EXPECT_EQ(stepsOf(mend(plan(monday, base, ""), only)), "");
+    EXPECT_EQ(stepsOf(mend(plan(monday, base + monday, person + with(person, ">4<", ">5<")), only)), "");
+    EXPECT_EQ(stepsOf(mend(plan("", "<IsBaseCalendar>0</IsBaseCalendar>" + monday, ""), only)), "");
+}
+
 TEST_F(ImprovementTest, calendarsOfOneNumberExchangeNothing) {
     const std::string standard =
         "<Calendar><UID>1</UID><Name>Standard</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar>";

@@ -77,6 +77,12 @@ TEST_F(MendTest, leavesOutValuesThatSayNothingFirst) {
     expectMended(plan, with(plan, empty, ""), "unreadable-value 1");
 }
 
+TEST_F(MendTest, leavesOutWhatHoldsElementsInsteadOfAText) {
+    const auto plan = planOf(tasks(task(1, 1)));
+    const std::string date = "  <StartDate>2012-01-09T08:00:00</StartDate>\n";
+    expectMended(with(plan, date, "  <StartDate><x/></StartDate>\n"), with(plan, date, ""), "unreadable-value 1");
+}
+
 TEST_F(MendTest, leavesOutUnreadableValuesOfTheProject) {
     for (const std::string bad : {"<FinishDate>x</FinishDate><ScheduleFromStart>0</ScheduleFromStart>",
                                   "<ScheduleFromStart>maybe</ScheduleFromStart>", "<WorkFormat>w</WorkFormat>"}) {

@@ -50,7 +50,8 @@ TEST_F(MigrationTest, takesUpWhatIsNewChangedFailedOrGone) {
     MSPDIMigration dry(services, options, found);
     ASSERT_EQ(dry.readRecords(), std::nullopt);
     EXPECT_EQ(dry.plans().fresh, 1U);
-    EXPECT_EQ(dry.plans().changed, 2U);
+    EXPECT_EQ(dry.plans().changed, 1U);
+    EXPECT_EQ(dry.plans().withoutDocument, 1U);
     EXPECT_EQ(dry.plans().failed, 1U);
     EXPECT_EQ(dry.plans().done, 0U);
     EXPECT_THAT(migrate(), ElementsAre("A.xml imported A-1.kdzx", "B.xml imported B.kdzx", "C.xml imported C.kdzx",
@@ -76,7 +77,7 @@ TEST_F(MigrationTest, countsNoDocumentWithoutATableOfContents) {
     EXPECT_EQ(folder.listing("out/A.kdzx"), "") << "nothing is overwritten";
     EXPECT_EQ(folder.contents("out/B.kdzx/__TOC.xml"), "");
     const std::string told = " holds no table of contents any more, and was left as it is";
-    EXPECT_THAT(warnings, ElementsAre(folder / "out/A.kdzx" + told, folder / "out/B.kdzx" + told));
+    EXPECT_THAT(warnings, ElementsAre("A.kdzx" + told, "B.kdzx" + told));
     migrate();
     EXPECT_EQ(imported, 0U) << "the new ones count";
 }
@@ -117,10 +118,10 @@ TEST_F(MigrationTest, endsAPlanThatTakesTooLongAndGoesOn) {
         addPlan(name, planNamed("Paint"));
     }
     options.processes = 1;
-    options.bounds.time = std::chrono::milliseconds(1000);
+    options.bounds.time = std::chrono::seconds(3);  // less than anybody waits for a pipe
     EXPECT_THAT(migrate(), ElementsAre("Slow.xml failed ", "A.xml imported A.kdzx", "B.xml imported B.kdzx",
                                        "C.xml imported C.kdzx"));
-    EXPECT_EQ(reasons[0], "it took longer than 1 s, and was ended");
+    EXPECT_EQ(reasons[0], "it took longer than 3 s, and was ended");
     ::close(held);
 }
 

@@ -6,6 +6,8 @@
 #include <filesystem>
 
 #include "MSPDIMigration.h"
+#include "MSPDIMigrationJob.h"
+#include "MSPDIPlanLogs.h"
 #include "MigrationFixture.h"
 
 namespace {
@@ -163,15 +165,80 @@ TEST_F(MigrationTest, keepsALogOfEachPlanWhereThatIsWanted) {
     EXPECT_THAT(folder.contents("logs/A-1.log"), HasSubstr("sub/A.xml: imported: "));
 }
 
+// Somebody may keep the earlier ones under other names.
+TEST_F(MigrationTest, beginsLogsAnewWithoutTouchingWhatElseTheirNamesLeadTo) {
+    addPlan("A.xml", refusedPlan);
+    addPlan("B.xml", refusedPlan);
+    options.logsFolder = folder / "logs";
+    migrate();
+    const auto earlier = folder.contents("logs/A.log");
+    std::filesystem::create_hard_link(folder / "logs/A.log", folder / "kept");
+    folder.addFile("foreign", "months of work");
+    std::filesystem::remove(folder / "logs/B.log");
+    std::filesystem::create_symlink(folder / "foreign", folder / "logs/B.log");
+    migrate();
+    EXPECT_EQ(folder.contents("kept"), earlier);
+    EXPECT_EQ(folder.contents("foreign"), "months of work");
+    for (const auto* const name : {"logs/A.log", "logs/B.log"}) {
+        EXPECT_THAT(folder.contents(name), HasSubstr(".xml: refused: ")) << name;
+        EXPECT_FALSE(std::filesystem::is_symlink(folder / name)) << name;
+    }
+    EXPECT_EQ(folder.listing("logs"), "A.log B.log ");
+    EXPECT_EQ(logs, (std::vector<std::string>{folder / "logs/A.log", folder / "logs/B.log"}));
+}
+
+// A killed run has no record of the logs that it has begun; they say themselves whose they are.
+TEST_F(MigrationTest, takesUpTheLogsThatADeadRunHasBegun) {
+    const auto nextRun = [this](const std::string& plan, const std::string& output) {
+        std::string failure;
+        MSPDIPlanLogs planLogs(folder / "logs", folder / output, files);
+        auto path = planLogs.logOf(plan, folder / output, "", failure);
+        EXPECT_EQ(failure, "");
+        return path;
+    };
+    const std::string plan = "/in/a\nb/A.xml";
+    EXPECT_EQ(nextRun(plan, "out"), folder / "logs/A.log");
+    EXPECT_EQ(nextRun(plan, "out"), folder / "logs/A.log") << "it was not even opened";
+    std::string failure;
+    MSPDIPlanLogs::open(folder / "logs/A.log", plan, folder / "out", failure)->log("Mapping");
+    EXPECT_EQ(nextRun(plan, "out"), folder / "logs/A.log");
+    EXPECT_EQ(folder.contents("logs/A.log"), "Migrating '/in/a\\nb/A.xml' into '" + (folder / "out") + "'\n");
+    EXPECT_EQ(nextRun("/in/other/A.xml", "out"), folder / "logs/A-1.log") << "that of another plan";
+    EXPECT_EQ(nextRun(plan, "elsewhere"), folder / "logs/A-2.log") << "that of another migration";
+    folder.addFile("logs/B.log", "what Migrating '/in/B.xml' into '" + (folder / "out") + "' has taught me");
+    folder.addFile("logs/B-1.log", "");
+    EXPECT_EQ(nextRun("/in/B.xml", "out"), folder / "logs/B-2.log") << "those of people";
+}
+
+TEST_F(MigrationTest, makesTheFolderOfEarlierLogsWhereItIsGone) {
+    addPlan("sub/A.xml", refusedPlan);
+    found.treeRoot = folder / "in";
+    options.logsFolder = folder / "logs";
+    migrate();
+    std::filesystem::remove_all(folder / "logs");
+    migrate();
+    EXPECT_THAT(folder.contents("logs/sub/A.log"), HasSubstr("A.xml: refused: "));
+}
+
+TEST_F(MigrationTest, warnsOfALogThatCouldNotBeWritten) {
+    addPlan("A.xml", planNamed("Paint"));
+    MSPDIMigrationJob job(services, options.each, options.outputFolder, folder.addFolder("run"));
+    plans[0].log = folder / "none/A.log";
+    const auto record = job.make(plans[0], folder / "run/0");
+    EXPECT_TRUE(record.isImported());
+    EXPECT_THAT(record.warnings,
+                ElementsAre("its log " + plans[0].log + " could not be written: No such file or directory"));
+}
+
 TEST_F(MigrationTest, keepsTheLogOfAPlanWhoseProcessWasEnded) {
     ASSERT_EQ(::mkfifo((folder.addFolder("in") + "/Slow.xml").c_str(), 0600), 0);
     const int held = ::open((folder / "in/Slow.xml").c_str(), O_RDWR);  // its reader waits for bytes
     addPath(folder / "in/Slow.xml");
-    options.bounds.time = std::chrono::milliseconds(1000);
+    options.bounds.time = std::chrono::seconds(3);  // less than anybody waits for a pipe
     options.logsFolder = folder / "logs";
     migrate();
     EXPECT_THAT(folder.contents("logs/Slow.log"),
-                HasSubstr("Slow.xml: failed: it took longer than 1 s, and was ended"));
+                HasSubstr("Slow.xml: failed: it took longer than 3 s, and was ended"));
     EXPECT_EQ(logs, std::vector<std::string>{folder / "logs/Slow.log"});
     ::close(held);
 }

@@ -133,6 +133,33 @@ TEST_F(PlanImporterTest, tellsWhatCannotBeRead) {
     expectNothingIn("/out");
 }
 
+TEST_F(PlanImporterTest, tellsWhyAFileCannotBeRead) {
+    world.machine.failAlways("readFile", "Permission denied");
+    const auto result = import("/in/Plan.xml");
+    EXPECT_EQ(result.verdict, MSPDIVerdict::Unreadable);
+    EXPECT_EQ(result.reason, "it cannot be read: Permission denied");
+    EXPECT_TRUE(result.mending.empty());
+    EXPECT_EQ(result.mendingObstacle, "");
+    expectNothingIn("/out");
+}
+
+TEST_F(PlanImporterTest, putsNothingIntoADocument) {
+    world.machine.addFile("/in/Old.kdzx/__TOC.xml", "<table-of-contents/>");
+    world.machine.addFile("/in/Old.kdzx/sub/picture.png", "png");
+    world.machine.addLink("/in/link", "/in/Old.kdzx/sub");
+    world.machine.addFile("/in/No.kdzx/picture.png", "png");
+    const std::string told = ": what is put there would become a part of the document /in/Old.kdzx";
+    for (const auto* const folder :
+         {"/in/Old.kdzx", "/in/Old.kdzx/sub", "/in/Old.kdzx/new/er", "/in/link", "/in/link/new"}) {
+        options.outputFolder = folder;
+        EXPECT_EQ(MSPDIPlanImporter(world.services, options).obstacle(), folder + told);
+    }
+    for (const auto* const folder : {"/in", "/in/No.kdzx", "/in/new.kdzx", "/new"}) {
+        options.outputFolder = folder;
+        EXPECT_EQ(MSPDIPlanImporter(world.services, options).obstacle(), std::nullopt) << folder;
+    }
+}
+
 TEST_F(PlanImporterTest, blamesTheTemplateAndNotThePlan) {
     world.machine.addFile("/t.kdzx/Actual.xml", "<scenario/>");
     world.machine.addFile("/t.kdzx/__TOC.xml", "no XML");
@@ -384,6 +411,28 @@ TEST_F(PlanImporterTest, improvesOnlyWhereAllIsToBeMended) {
     const auto asItIs = import("/in/Plan.xml");
     EXPECT_EQ(asItIs.verdict, MSPDIVerdict::Imported);
     EXPECT_EQ(stepsOf(asItIs), "");
+}
+
+TEST_F(PlanImporterTest, tellsThatAPlanIsCutOff) {
+    const auto plan =
+        planWith("<Tasks>" + taskNamed("Paint", "1", "<Deadline>2012-02-01T17:00:00</Deadline>") + "</Tasks>");
+    const std::string told = "the file is cut off: what stood behind that place is missing";
+    world.machine.addFile("/in/Cut.xml", plan.substr(0, plan.find("</Tasks>")));
+    for (const auto mending : {MSPDIMending::None, MSPDIMending::OfRefused}) {
+        options.mending = mending;
+        const auto result = import("/in/Cut.xml");
+        EXPECT_EQ(result.verdict, MSPDIVerdict::Imported);
+        EXPECT_TRUE(result.isCutOff);
+        EXPECT_THAT(result.warnings, ElementsAre(StartsWith("the file is damaged"), told));
+    }
+    options.mending = MSPDIMending::All;
+    const auto improved = import("/in/Cut.xml");
+    EXPECT_TRUE(improved.isCutOff);
+    EXPECT_THAT(improved.warnings, ElementsAre(StartsWith("the markup of the plan was repaired"), told));
+    world.machine.addFile("/in/Whole.xml", plan);
+    EXPECT_FALSE(import("/in/Whole.xml").isCutOff);
+    world.machine.addFile("/in/Damaged.xml", planWith("<Title>a & b</Title>"));
+    EXPECT_FALSE(import("/in/Damaged.xml").isCutOff);
 }
 
 TEST_F(PlanImporterTest, keepsTheWarningsOfThePlanThatWasMended) {

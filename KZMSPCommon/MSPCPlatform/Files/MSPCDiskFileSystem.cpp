@@ -76,12 +76,13 @@ int readAll(const MSPCFileDescriptor& file, std::string& bytes) {
     return 0;
 }
 
-int readWhole(int folder, const std::string& path, std::string& bytes) {
+int readWhole(int folder, const std::string& path, MSPCLinks links, std::string& bytes) {
     if (isCutOff(path)) {
         return ENOENT;
     }
     // Opening a pipe must not wait for somebody to write to it.
-    const MSPCFileDescriptor file(::openat(folder, path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | (links == MSPCLinks::AreFollowed ? 0 : O_NOFOLLOW);
+    const MSPCFileDescriptor file(::openat(folder, path.c_str(), flags));
     return file.isOpen() ? readAll(file, bytes) : errno;
 }
 
@@ -204,11 +205,11 @@ std::optional<std::string> MSPCDiskFileSystem::readFile(const std::string& path,
     return MSPCReadFileIn(AT_FDCWD, path, failure);
 }
 
-std::optional<std::string> MSPCReadFileIn(int folder, const std::string& path, std::string* failure) {
+std::optional<std::string> MSPCReadFileIn(int folder, const std::string& path, std::string* failure, MSPCLinks links) {
     std::string bytes;
     int error = 0;
     try {
-        error = readWhole(folder, path, bytes);
+        error = readWhole(folder, path, links, bytes);
     } catch (const std::bad_alloc&) {
         error = ENOMEM;  // a file too large for the memory is one more file that cannot be read
     } catch (const std::length_error&) {

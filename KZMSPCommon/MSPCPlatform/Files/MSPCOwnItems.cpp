@@ -46,6 +46,13 @@ int MSPCOpenOwnFile(int parent, const std::string& name, int flags, MSPCFileDesc
     return 0;
 }
 
+bool MSPCIsFolderAt(const std::string& path, const MSPCFileDescriptor& folder) {
+    struct stat there {};
+    struct stat opened {};
+    return !isCutOff(path) && ::lstat(path.c_str(), &there) == 0 && ::fstat(folder.number(), &opened) == 0 &&
+           there.st_dev == opened.st_dev && there.st_ino == opened.st_ino;
+}
+
 bool MSPCIsLink(const std::string& path) {
     struct stat status {};
     return !isCutOff(path) && ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);

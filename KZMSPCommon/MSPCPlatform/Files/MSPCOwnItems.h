@@ -14,5 +14,7 @@
 // Opens a file with these flags of `open`, which may make it. What is no regular file is EINVAL, and nothing waits for
 // it.
 [[nodiscard]] int MSPCOpenOwnFile(int parent, const std::string& name, int flags, MSPCFileDescriptor& file);
+// Whether a path leads to an open folder, and to no other one that has taken its place.
+[[nodiscard]] bool MSPCIsFolderAt(const std::string& path, const MSPCFileDescriptor& folder);
 // Whether a link has that path, wherever it points.
 [[nodiscard]] bool MSPCIsLink(const std::string& path);

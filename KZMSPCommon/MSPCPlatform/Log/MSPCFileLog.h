@@ -13,11 +13,14 @@
 class MSPCFileLog final : public MSPCLog {
 public:
     // Opens the file, which is made where there is none; what it holds stays. A null pointer when it cannot be written
-    // to, with the system's description in `failure`.
+    // to, with the reason in `failure`: a pipe that nobody reads is not waited for.
     [[nodiscard]] static std::unique_ptr<MSPCFileLog> open(const std::string& path, std::string_view processName,
                                                            std::string& failure);
-    // The same with a file of its own: one that was empty or not there, or that it empties. A link with that name is a
-    // failure. Each line is written at once, so that a process that is killed has told all that it did.
+    // The same for a file that the program has made for itself: a link with that name is a failure.
+    [[nodiscard]] static std::unique_ptr<MSPCFileLog> openOwn(const std::string& path, std::string_view processName,
+                                                              std::string& failure);
+    // The same with a new file, which takes the place of whatever file or link has that name: what other names lead to
+    // it stays as it was. Each line is written at once, so that a process that is killed has told all that it did.
     [[nodiscard]] static std::unique_ptr<MSPCFileLog> openAnew(const std::string& path, std::string_view processName,
                                                                std::string& failure);
     MSPCFileLog(MSPCFileDescriptor file, std::string_view processName);
@@ -27,6 +30,8 @@ public:
 
     // Writes out what was collected; false where the file has not taken all that was told so far (a full disk).
     [[nodiscard]] bool flush() noexcept;
+    // Why it has not; empty where it has.
+    [[nodiscard]] std::string failure() const;
 
 protected:
     void write(std::string_view message) override;
@@ -36,5 +41,5 @@ private:
     MSPCLogLine _line;
     std::string _collected;
     std::size_t _blockSize;
-    bool _tookAll = true;
+    int _error = 0;  // the first of the system's that the file gave
 };

@@ -48,6 +48,16 @@ bool mayMixContent(std::string_view bytes) {
     return bytes.find(SpaceAttribute) != npos;
 }
 
+// Text before the root element is what no parser goes beyond, nor can it be mended: that is told at once, where trying
+// would take several passes over it.
+bool beginsWithMarkup(std::string_view utf8) {
+    if (utf8.starts_with(ByteOrderMark)) {
+        utf8.remove_prefix(ByteOrderMark.size());
+    }
+    const auto first = utf8.find_first_not_of(Blanks);
+    return first != npos && utf8[first] == '<';
+}
+
 // What a selection keeps of a document, where the document is plain enough to be read piece by piece.
 std::optional<MSPCXMLLoaded> loadedInPart(const MSPCFileReader& files, const std::string& path,
                                           const MSPCXMLSelection& selection) {
@@ -96,7 +106,7 @@ std::optional<MSPCXMLLoaded> MSPCXMLLoader::loadBytes(std::string bytes) const {
 
 std::optional<MSPCXMLLoaded> MSPCXMLLoader::loadWhole(std::string bytes, const Bytes& readAgain) const {
     auto utf8 = xmlBytesAsUtf8(std::move(bytes));
-    if (!utf8) {
+    if (!utf8 || !beginsWithMarkup(*utf8)) {
         return std::nullopt;
     }
     const auto traits = traitsOfXML(*utf8);

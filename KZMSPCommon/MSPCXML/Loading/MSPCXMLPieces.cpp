@@ -356,7 +356,11 @@ private:
         if (isLeaf) {
             const std::string_view text(nameEnd + 1, static_cast<std::size_t>(textEnd - nameEnd - 1));
             const auto* const end = textEnd + endTagSize;
-            return hasReferences ? keep(tag, end) : takeLeaf(tag, nameEnd, text, end);
+            if (!hasReferences) {
+                return takeLeaf(tag, nameEnd, text, end);
+            }
+            _visitor.passLeaf(name);
+            return keep(tag, end);
         }
         _visitor.beginElement(name);
         keep(tag, nameEnd + 1);

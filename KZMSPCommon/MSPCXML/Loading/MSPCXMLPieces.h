@@ -29,6 +29,8 @@ public:
     virtual void endElement() = 0;
     // A leaf within it, whose text holds no references. True when it is dealt with.
     virtual bool takeLeaf(std::string_view name, std::string_view text) = 0;
+    // Another leaf within it, which is not offered.
+    virtual void passLeaf(std::string_view name) = 0;
     // None of the leaves that were taken of the present piece counts.
     virtual void forgetLeaves() = 0;
     // The piece without the leaves that were taken. `isEmptiedXMLPiece` tells which of its elements have no others.

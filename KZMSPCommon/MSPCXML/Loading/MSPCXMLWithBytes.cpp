@@ -44,7 +44,8 @@ std::optional<MSPCXMLWithBytes> MSPCXMLLoadWithBytes(std::string& bytes, std::st
     if (!utf8) {
         return std::nullopt;
     }
-    const bool isConverted = *utf8 != bytes;
+    // Bytes that are the same in both stay in another encoding as long as they are declared to be.
+    const bool isConverted = *utf8 != bytes || !isDeclaredUtf8(*utf8);
     const auto traits = traitsOfXML(*utf8);
     if (!traits.hasInternalSubset && !traits.hasStrayAmpersand) {
         auto document = MSPCXMLDocument::read(*utf8, {.content = MSPCXMLContent::DataOnly,

@@ -206,3 +206,18 @@ TEST(MSPITaskMapperDates, areCopiedForEveryKindOfTask) {
     EXPECT_EQ(datesOf(element("Start", "2012-01-01T08:00:00") + element("Start", march5)),
               asap + element("start-date", march5Target));
 }
+
+TEST(MSPITaskMapperDates, lockedDateIsThatFurtherOut) {
+    const MSPCInstant early{100};
+    const MSPCInstant late{200};
+    EXPECT_TRUE(MSPITaskMapper::isBeyondProject(true, early, late));
+    EXPECT_FALSE(MSPITaskMapper::isBeyondProject(true, early, early));
+    EXPECT_FALSE(MSPITaskMapper::isBeyondProject(true, late, early));
+    EXPECT_TRUE(MSPITaskMapper::isBeyondProject(false, late, early));
+    EXPECT_FALSE(MSPITaskMapper::isBeyondProject(false, early, late));
+    EXPECT_EQ(MSPITaskMapper::lockedDate(true, late, early), early);
+    EXPECT_EQ(MSPITaskMapper::lockedDate(true, early, late), early);
+    EXPECT_EQ(MSPITaskMapper::lockedDate(false, early, late), late);
+    EXPECT_EQ(MSPITaskMapper::lockedDate(false, late, early), late);
+    EXPECT_EQ(MSPITaskMapper::lockedDate(true, late, std::nullopt), late);
+}

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "MSPDIImportReport.h"
 #include "RunInMemory.h"
@@ -95,6 +97,26 @@ TEST_F(ImportCommandTest, tellsWhyAPlanIsRefusedAndLeavesNothing) {
         "(Task UID='1' name='Paint'))\n"
         "    mspdi import --mend imports it: 1 x unreadable-value (mspdi mend --dry-run Refused.xml tells more)\n");
     EXPECT_FALSE(world.machine.exists("/home/me/out"));
+}
+
+TEST_F(ImportCommandTest, tellsThatARefusedPlanIsDamaged) {
+    auto damaged = world.machine.contents("/home/me/Refused.xml");
+    damaged.replace(damaged.find("Paint"), 5, "R & D");
+    world.machine.addFile("/home/me/Damaged.xml", damaged);
+    EXPECT_EQ(run({"import", "Damaged.xml"}), 1);
+    EXPECT_THAT(out.str(), HasSubstr("(Task UID='1' name='R & D'))\n    Warning: the file is damaged and was mended on "
+                                     "reading, values may be missing (at line 1: "));
+}
+
+// All of its losses are told by no command.
+TEST_F(ImportCommandTest, tellsThatAPlanIsCutOff) {
+    const auto plan = world.machine.contents("/home/me/Lossy.xml");
+    world.machine.addFile("/home/me/Cut.xml", plan.substr(0, plan.find("</Tasks>")));
+    EXPECT_EQ(run({"import", "Cut.xml"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("    Warning: the file is cut off: what stood behind that place is missing\n"));
+    EXPECT_THAT(out.str(), HasSubstr("    Lost or changed: 1 x overwritten-by-repair"));
+    EXPECT_THAT(out.str(), EndsWith(", and what is cut off\n"));
+    EXPECT_THAT(out.str(), Not(HasSubstr("mspdi losses")));
 }
 
 TEST_F(ImportCommandTest, tellsWhatItCouldNotReadInOneLine) {
@@ -263,6 +285,72 @@ TEST_F(ImportCommandTest, writesTheImportersLogWhereItIsTold) {
 TEST_F(ImportCommandTest, neverTakesAPlanForTheLog) {
     EXPECT_EQ(run({"import", "Plan.xml", "--log", "./Plan.xml"}), 2);
     EXPECT_EQ(err.str(), "mspdi: ./Plan.xml: a plan cannot be the log\n");
+}
+
+// Whatever leads there: what a log is added to must be no part of a document.
+TEST_F(ImportCommandTest, neverMakesTheLogAPartOfADocument) {
+    world.machine.addFile("/home/me/Old.kdzx/__TOC.xml", "<toc/>");
+    world.machine.addFile("/home/me/Old.kdzx/notes.txt", "notes");
+    world.machine.addFile("/home/me/Template/__TOC.xml", "<toc/>");
+    world.machine.addFile("/home/me/Template/sub/picture.png", "png");
+    world.machine.addLink("/home/me/link", "/home/me/Template/sub");
+    world.machine.addLink("/home/me/file.log", "/home/me/Old.kdzx/notes.txt");
+    const std::string part = ": the log would become a part of the document ";
+    for (const auto& [log, document] :
+         std::vector<std::pair<std::string, std::string>>{{"Old.kdzx/notes.txt", "Old.kdzx"},
+                                                          {"Old.kdzx/new.log", "Old.kdzx"},
+                                                          {"/home/me/../me/Old.kdzx/new.log", "Old.kdzx"},
+                                                          {"file.log", "Old.kdzx"},
+                                                          {"Template/new.log", "Template"},
+                                                          {"Template/sub/picture.png", "Template"},
+                                                          {"link/new.log", "Template"}}) {
+        EXPECT_EQ(run({"import", "Plan.xml", "--log", log}), 2);
+        EXPECT_EQ(err.str(), "mspdi: " + log + part + "/home/me/" + document + "\n");
+        EXPECT_EQ(out.str(), "");
+        EXPECT_FALSE(world.machine.exists("/home/me/Plan.kdzx")) << "it is told before anything is written";
+    }
+    EXPECT_EQ(world.machine.contents("/home/me/Old.kdzx/notes.txt"), "notes");
+}
+
+TEST_F(ImportCommandTest, neverSpoilsXMLWithTheLog) {
+    const std::string reason = ": it holds XML, which a log would spoil\n";
+    for (const auto* const content : {"<Project/>", "\xEF\xBB\xBF <Project/>", "\xFF\xFE<"}) {
+        world.machine.addFile("/home/me/log", content);
+        EXPECT_EQ(run({"import", "Plan.xml", "--log", "log"}), 2) << content;
+        EXPECT_EQ(err.str(), "mspdi: log" + reason);
+    }
+    world.machine.addLink("/home/me/off", "/home/me/nowhere");
+    EXPECT_EQ(run({"import", "Plan.xml", "--log", "off"}), 2);
+    EXPECT_EQ(err.str(), "mspdi: off: a link that leads nowhere\n");
+    EXPECT_FALSE(world.machine.exists("/home/me/Plan.kdzx"));
+}
+
+TEST_F(ImportCommandTest, beginsNoLogWhereItCannotImport) {
+    const ScopedTempFolder folder;
+    EXPECT_EQ(run({"import", "Plan.xml", "--log", folder / "log", "--template", "None"}), 2);
+    EXPECT_EQ(err.str(), "mspdi: None: no document to import into\n");
+    EXPECT_EQ(folder.listing(), "");
+}
+
+TEST_F(ImportCommandTest, tellsThatTheLogCouldNotBeWritten) {
+    if (::access("/dev/full", W_OK) != 0) {
+        GTEST_SKIP() << "no /dev/full on this machine";
+    }
+    EXPECT_EQ(run({"import", "Plan.xml", "--log", "/dev/full"}), 2);
+    EXPECT_EQ(err.str(),
+              "mspdi: /dev/full: No space left on device; the log is not complete, what was imported stands\n");
+    EXPECT_TRUE(world.machine.exists("/home/me/Plan.kdzx/__TOC.xml"));
+    EXPECT_THAT(out.str(), StartsWith("Plan.xml: the document is Plan.kdzx\n"));
+    EXPECT_EQ(run({"import", "Plan.xml", "--log", "/dev/full", "--json"}), 2);
+    EXPECT_EQ(told().at("imported"), 1);
+}
+
+TEST_F(ImportCommandTest, waitsForNoReaderOfTheLog) {
+    const ScopedTempFolder folder;
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(run({"import", "Plan.xml", "--log", folder / "pipe"}), 2);
+    EXPECT_EQ(err.str(), "mspdi: " + (folder / "pipe") + ": a pipe that nobody reads\n");
+    EXPECT_FALSE(world.machine.exists("/home/me/Plan.kdzx"));
 }
 
 TEST_F(ImportCommandTest, saysThatTheDiskFailsInTheEnd) {

@@ -184,6 +184,11 @@ TEST_F(LossesCommandTest, tellsNoPathsThatGrowWithTheSquareOfThePlan) {
     EXPECT_EQ(run({"losses", "Deep.xml"}), 1);
     EXPECT_EQ(run({"losses", "--all", "Deep.xml"}), 2);
     EXPECT_EQ(err.str(), "mspdi: Deep.xml: Elements are nested too deeply to be told one by one.\n");
+    world.machine.addFile("/home/me/Deep.xml",
+                          planOf("<Tasks><Task><UID>1</UID><Notes>" + open + closed + "</Notes></Task></Tasks>"));
+    EXPECT_EQ(run({"losses", "Deep.xml"}), 1);
+    EXPECT_EQ(run({"losses", "--all", "Deep.xml"}), 2);
+    EXPECT_EQ(err.str(), "mspdi: Deep.xml: Elements are nested too deeply to be told one by one.\n");
 }
 
 TEST_F(LossesCommandTest, givesTheFateOfAProjectWithoutAnything) {

@@ -110,6 +110,24 @@ TEST_F(MendCommandTest, writesNothingInADryRun) {
     EXPECT_TRUE(hasOnlyThePlans());
 }
 
+TEST_F(MendCommandTest, looksAtTheNameInADryRunToo) {
+    EXPECT_EQ(run({"--dry-run", "Plan.xml", "-o", "Sound.xml"}), 2);
+    EXPECT_THAT(err.str(), HasSubstr("there is such a file already"));
+    EXPECT_EQ(run({"--dry-run", "Plan.xml", "-o", "Good.xml"}), 0);
+    EXPECT_TRUE(hasOnlyThePlans());
+}
+
+TEST_F(MendCommandTest, takesNoFolderForTheCopy) {
+    EXPECT_EQ(run({"Plan.xml", "-o", "Good/"}), 2);
+    EXPECT_THAT(err.str(), HasSubstr("names a folder"));
+    EXPECT_TRUE(hasOnlyThePlans());
+}
+
+TEST_F(MendCommandTest, saysUnderWhichNameTheCopyImports) {
+    EXPECT_EQ(run({"Plan.xml", "-o", "Good.pod"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("Good.pod: the mended copy, which imports under a name that ends in .xml\n"));
+}
+
 TEST_F(MendCommandTest, leavesAPlanAloneThatImports) {
     EXPECT_EQ(run({"Sound.xml"}), 0);
     EXPECT_EQ(out.str(), folder / "Sound.xml" + ": imports as it is; nothing was done\n");

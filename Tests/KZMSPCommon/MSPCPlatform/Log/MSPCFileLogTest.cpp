@@ -1,10 +1,13 @@
 #include "MSPCFileLog.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -74,6 +77,8 @@ TEST(MSPCFileLog, saysWhetherTheFileTookAll) {
     log->log("lost");
     EXPECT_FALSE(log->flush());
     EXPECT_FALSE(log->flush()) << "what is lost stays lost";
+    EXPECT_EQ(log->failure(), "No space left on device");
+    EXPECT_EQ(opened("/dev/null")->failure(), "");
 }
 
 TEST(MSPCFileLog, beginsAnewAndWritesAtOnceWhereThatIsWanted) {
@@ -85,9 +90,60 @@ TEST(MSPCFileLog, beginsAnewAndWritesAtOnceWhereThatIsWanted) {
     log->log("first");
     EXPECT_THAT(folder.contents("log"), EndsWith("first\n"));
     EXPECT_EQ(folder.contents("log").find("yesterday"), std::string::npos);
+    EXPECT_EQ(folder.listing(), "log ");
+}
+
+TEST(MSPCFileLog, thatBeginsAnewLeavesWhatLinksLeadToAsItWas) {
+    const ScopedTempFolder folder;
+    folder.addFile("foreign", "text of others");
+    ASSERT_EQ(::symlink("foreign", (folder / "symbolic").c_str()), 0);
+    ASSERT_EQ(::link((folder / "foreign").c_str(), (folder / "hard").c_str()), 0);
+    std::string failure;
+    for (const auto* const name : {"symbolic", "hard"}) {
+        const auto log = MSPCFileLog::openAnew(folder / name, "mspdi", failure);
+        ASSERT_NE(log, nullptr) << failure;
+        log->log("of today");
+        EXPECT_THAT(folder.contents(name), EndsWith(" of today\n"));
+        EXPECT_EQ(folder.contents("foreign"), "text of others") << name;
+    }
+    EXPECT_FALSE(std::filesystem::is_symlink(folder / "symbolic"));
+    EXPECT_EQ(folder.listing(), "foreign hard symbolic ") << "nothing hidden is left";
+    folder.addFolder("folder");
+    EXPECT_EQ(MSPCFileLog::openAnew(folder / "folder", "mspdi", failure), nullptr);
+    EXPECT_EQ(failure, "Is a directory");
+    EXPECT_EQ(MSPCFileLog::openAnew(folder / "none/log", "mspdi", failure), nullptr);
+    EXPECT_EQ(failure, "No such file or directory");
+    EXPECT_EQ(folder.listing(), "folder foreign hard symbolic ");
+}
+
+TEST(MSPCFileLog, ofTheProgramItselfFollowsNoLink) {
+    const ScopedTempFolder folder;
+    folder.addFile("own", "first\n");
     folder.addFile("foreign", "text of others");
     ASSERT_EQ(::symlink("foreign", (folder / "link").c_str()), 0);
-    EXPECT_EQ(MSPCFileLog::openAnew(folder / "link", "mspdi", failure), nullptr);
+    std::string failure;
+    const auto log = MSPCFileLog::openOwn(folder / "own", "mspdi", failure);
+    ASSERT_NE(log, nullptr);
+    log->log("second");
+    EXPECT_TRUE(log->flush());
+    EXPECT_THAT(folder.contents("own"), StartsWith("first\n"));
+    EXPECT_THAT(folder.contents("own"), EndsWith(" second\n"));
+    EXPECT_EQ(MSPCFileLog::openOwn(folder / "link", "mspdi", failure), nullptr);
     EXPECT_EQ(failure, "Too many levels of symbolic links");
     EXPECT_EQ(folder.contents("foreign"), "text of others");
+}
+
+TEST(MSPCFileLog, waitsForNoReaderOfAPipe) {
+    const ScopedTempFolder folder;
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    std::string failure;
+    EXPECT_EQ(MSPCFileLog::open(folder / "pipe", "mspdi", failure), nullptr);
+    EXPECT_EQ(failure, "a pipe that nobody reads");
+    const MSPCFileDescriptor reader(::open((folder / "pipe").c_str(), O_RDONLY | O_NONBLOCK));
+    opened(folder / "pipe")->log("told");
+    std::string text(4096, '\0');
+    const auto count = ::read(reader.number(), text.data(), text.size());
+    ASSERT_GT(count, 0);
+    text.resize(static_cast<std::size_t>(count));
+    EXPECT_THAT(text, EndsWith(" told\n"));
 }

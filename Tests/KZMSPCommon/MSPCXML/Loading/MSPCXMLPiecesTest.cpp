@@ -24,6 +24,7 @@ public:
         _leaves += std::string(name) + (isTaken ? "=" : "-") + std::string(content) + " ";
         return isTaken;
     }
+    void passLeaf(std::string_view name) override { _leaves += std::string(name) + "& "; }
     void forgetLeaves() override { _leaves.clear(); }
     bool restOfPiece(const MSPCXMLNode& element) override {
         // A piece named W is wanted as a whole.
@@ -89,7 +90,7 @@ TEST(MSPCXMLPiecesTest, offersTheLeavesOfPiecesAndShowsTheRest) {
         "<P><L>\n<E><a>1</a>\n  <b>2</b><c><a/><b> </b></c><a>3</a></E><E><b>x &amp; y</b></E></L></P>";
     const std::string expected =
         "list L; leaves a=1 b-2 c(a= b-  )a=3 rest <E><b>2</b><c><b> </b></c></E>; "
-        "leaves rest <E><b>x &amp; y</b></E>; end; <P><L/></P>";
+        "leaves b& rest <E><b>x &amp; y</b></E>; end; <P><L/></P>";
     EXPECT_EQ(shown(document, 1 << 20, "a"), expected);
     EXPECT_EQ(shown(document, 1, "a"), expected);
     EXPECT_EQ(shown(document, 7, "a"), expected);
