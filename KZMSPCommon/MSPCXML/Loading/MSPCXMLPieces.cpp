@@ -17,6 +17,8 @@ namespace {
 using namespace MSPCXMLLexis;
 
 constexpr std::size_t windowSize = 1 << 20;
+// What is read at first: most plans are small, and a window is filled with zeros before it is read into.
+constexpr std::size_t smallestWindow = 1 << 13;
 // Of elements and leaves without anything else.
 constexpr MSPCXMLReading plainReading{
     .content = MSPCXMLContent::DataOnly, .hasSections = false, .hasMixedContent = false, .hasNestedValues = false};
@@ -79,7 +81,8 @@ private:
         }
         // What has to be looked at again from its beginning is twice as long then.
         const auto size = _window.size();
-        const auto room = std::max(windowSize, size - std::min(size, _pieceStart.value_or(_at)));
+        const auto room = std::max(_nextRoom, size - std::min(size, _pieceStart.value_or(_at)));
+        _nextRoom = std::min(2 * _nextRoom, windowSize);
         _window.resize(size + room);
         const auto count = _source.read(_window.data() + size, room);
         _hasFailed = !count;
@@ -416,6 +419,7 @@ private:
     MSPCByteSource& _source;
     MSPCXMLPieceVisitor& _visitor;
     std::string _window;
+    std::size_t _nextRoom = smallestWindow;
     std::size_t _at = 0;
     bool _isAtEnd = false;
     bool _hasFailed = false;
