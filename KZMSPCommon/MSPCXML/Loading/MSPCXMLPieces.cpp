@@ -84,11 +84,21 @@ private:
         const auto room = std::max(_nextRoom, size - std::min(size, _pieceStart.value_or(_at)));
         _nextRoom = std::min(2 * _nextRoom, windowSize);
         _window.resize(size + room);
-        const auto count = _source.read(_window.data() + size, room);
-        _hasFailed = !count;
-        _window.resize(size + count.value_or(0));
-        _isAtEnd = count.value_or(0) == 0;
-        return !_isAtEnd;
+        const auto filled = readInto(_window.data() + size, room);
+        _window.resize(size + filled);
+        return filled > 0;
+    }
+
+    // Fills the room, however little comes at a time, unless the document ends before.
+    std::size_t readInto(char* start, std::size_t room) {
+        std::size_t filled = 0;
+        while (filled < room && !_isAtEnd) {
+            const auto count = _source.read(start + filled, room - filled);
+            _hasFailed = !count;
+            _isAtEnd = count.value_or(0) == 0;
+            filled += count.value_or(0);
+        }
+        return filled;
     }
 
     // The offset of a text behind `_at` and an offset from there; the window may have slid on then.
