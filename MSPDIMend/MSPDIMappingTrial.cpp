@@ -132,11 +132,12 @@ std::optional<MSPDIMappingFailure> MSPDIMappingTrial::failureOf(const Map& map) 
 }
 
 bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, const Subject& subject) {
-    auto failure = trial();
-    if (!failure) {
-        return true;
-    }
-    if (!isBound(*failure) && mendPieceByPiece(owners(*failure), trial, subject)) {
+    return mendFrom(trial(), trial, owners, subject);
+}
+
+bool MSPDIMappingTrial::mendFrom(std::optional<MSPDIMappingFailure> failure, const MSPDITrial& trial,
+                                 const Owners& owners, const Subject& subject) {
+    if (failure && !isBound(*failure) && mendPieceByPiece(owners(*failure), trial, subject)) {
         failure = trial();
     }
     const bool isMended = mendAtOnce(std::move(failure), trial, owners, subject);
@@ -177,6 +178,9 @@ bool MSPDIMappingTrial::mendAtOnce(std::optional<MSPDIMappingFailure> failure, c
         const bool isOfDefinition = failure->reason.find("<CFType>") != std::string::npos;
         const auto suspects = isOfDefinition ? definitionsFor(owners(*failure)) : owners(*failure);
         auto culprit = culpritAmong(suspects, *failure, trial);
+        for (const auto& leaf : culprit.leaves) {
+            _knownCulprits.learn(leaf, failure->reason, _context.conversions());
+        }
         const bool isTakenOut =
             !culprit.leaves.empty() && std::all_of(culprit.leaves.begin(), culprit.leaves.end(), [&](const auto& leaf) {
                 return takeOut(leaf, [&] { return subject(leaf, *failure); });
@@ -323,8 +327,11 @@ void MSPDIMappingTrial::readUID(const MSPCXMLNode& assignment, std::string_view 
         trial, [&](const auto&) { return std::vector{assignment}; }, subjectOfAssignments);
 }
 
-MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task) {
-    const MSPCFields fields(task);
+MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task, std::vector<std::string_view>* missing) {
+    MSPCFields fields(task);
+    if (missing != nullptr) {
+        fields.tellMissing(*missing);
+    }
     Mapped facts;
     facts.level = fields.intValue("OutlineLevel");
     facts.isNull = fields.boolValue("IsNull");
@@ -340,11 +347,36 @@ MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task) {
     return facts;
 }
 
+// What was to blame in other tasks is out of the way before the first try, which spares a try for each of them. That it
+// stands in the way here, too, shows in that the mapper asks for it: then it is taken out, in the order of the asking.
+std::optional<MSPDIMappingFailure> MSPDIMappingTrial::firstFailureOf(const MSPCXMLNode& task, Mapped& facts,
+                                                                     const MSPDITrial& trial) {
+    const auto suspects = _knownCulprits.among(task, _context.conversions());
+    if (suspects.empty()) {
+        return trial();
+    }
+    std::vector<std::string_view> missing;
+    std::optional<MSPDIMappingFailure> failure;
+    {
+        MSPDITakenOut takenOut;
+        for (const auto& suspect : suspects) {
+            takenOut.take(suspect.leaf);
+        }
+        failure = failureOf([&] { facts = mapped(task, &missing); });
+    }
+    const auto culprits = MSPDIKnownCulprits::askedFor(suspects, missing);
+    const bool isTakenOut = std::all_of(culprits.begin(), culprits.end(), [&](const auto& leaf) {
+        return takeOut(leaf, [&] { return MSPISubjectOf("Task", task); });
+    });
+    return isTakenOut && culprits.size() == suspects.size() ? failure : trial();
+}
+
 void MSPDIMappingTrial::mapTask(const MSPCXMLNode& task) {
     Mapped facts;
     const auto trial = [&] { return failureOf([&] { facts = mapped(task); }); };
-    if (!mend(
-            trial, [&](const auto&) { return std::vector{task}; }, subjectOf("Task", task)) ||
+    if (!mendFrom(
+            firstFailureOf(task, facts, trial), trial, [&](const auto&) { return std::vector{task}; },
+            subjectOf("Task", task)) ||
         facts.isNull || facts.uid == MSPCTaskUID{0}) {
         return;
     }
