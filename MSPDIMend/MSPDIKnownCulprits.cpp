@@ -110,7 +110,8 @@ std::vector<MSPCXMLNode> MSPDIKnownCulprits::askedFor(std::span<const Suspect> s
         }
     }
     for (auto first = asked.begin(); first != asked.end();) {
-        const auto end = std::find_if_not(first, asked.end(), [&](const auto& other) { return areAlike(*first, other); });
+        const auto end =
+            std::find_if_not(first, asked.end(), [&](const auto& other) { return areAlike(*first, other); });
         const auto next = end == first ? std::next(first) : end;
         std::sort(first, next, [](const auto& one, const auto& other) { return one.place < other.place; });
         first = next;

@@ -23,9 +23,8 @@ constexpr std::string_view unreadableValue = "unreadable-value";
 constexpr std::string_view splitRollUp = "split-roll-up";
 constexpr std::string_view splitPieces = "split-pieces";
 
-// What is beyond all measure is no single value's fault.
 bool isBound(const MSPDIMappingFailure& failure) {
-    return failure.reason.starts_with("Too much") || failure.reason.starts_with("Too many");
+    return MSPDIIsBeyondMeasure(failure.reason);
 }
 
 std::string placeOf(const std::string& subject, const MSPCXMLNode& leaf) {
@@ -82,8 +81,8 @@ void collectPieces(const MSPCXMLNode& parent, std::vector<MSPCXMLNode>& pieces) 
 }  // namespace
 
 MSPDIMappingTrial::MSPDIMappingTrial(MSPDIPatient& patient, MSPCServices services, std::int32_t baselineNumber,
-                                     const MSPCXMLDocument& kdzxTemplate)
-    : _patient(patient), _services(std::move(services)), _context(patient.plan(), _services) {
+                                     const MSPCXMLDocument& kdzxTemplate, MSPIGrowthBounds& grown)
+    : _patient(patient), _services(std::move(services)), _context(patient.plan(), _services), _grown(grown) {
     _context.setKdzxTemplateRoot(kdzxTemplate.root());
     _context.setBaselineNumber(baselineNumber);
     _context.setMspSaveVersion(MSPIProjectSettings::ofProject(patient.project()).saveVersion);
@@ -102,6 +101,9 @@ void MSPDIMappingTrial::run() {
         return;
     }
     for (const auto& resource : _patient.items("Resources", "Resource")) {
+        if (_isBeyondMeasure) {
+            return;
+        }
         mapResource(resource);
     }
     const auto tasks = _patient.items("Tasks", "Task");
@@ -113,14 +115,17 @@ void MSPDIMappingTrial::run() {
     }
     _tree = std::make_unique<MSPITaskTree>(tasks.size(), _context.isSavedBy2007OrLater());
     for (const auto& task : tasks) {
+        if (_isBeyondMeasure) {
+            return;
+        }
         mapTask(task);
     }
 }
 
-// Each trial finds everything as an import does.
+// Each trial finds everything as an import does; what the calendars of other scenarios have grown to counts in all.
 template <typename Map>
 std::optional<MSPDIMappingFailure> MSPDIMappingTrial::failureOf(const Map& map) {
-    _context.growthBounds() = MSPIGrowthBounds();
+    _context.growthBounds() = _grown;
     _context.assignmentLooks() = MSPIAssignmentLooks();
     _context.stretchCache() = MSPIStretchCache();
     try {
@@ -190,6 +195,7 @@ bool MSPDIMappingTrial::mendAtOnce(std::optional<MSPDIMappingFailure> failure, c
         }
         failure = std::move(culprit.rest);
     }
+    _isBeyondMeasure = _isBeyondMeasure || (failure && isBound(*failure));
     return !failure;
 }
 
@@ -286,9 +292,13 @@ bool MSPDIMappingTrial::mapProject() {
         }
         return found;
     };
-    return mend(trial, owners, [](const auto&, const auto& failure) {
+    const bool isMapped = mend(trial, owners, [](const auto&, const auto& failure) {
         return failure.subject.empty() ? std::string("Project") : failure.subject;
     });
+    if (isMapped) {
+        _grown = _context.growthBounds();
+    }
+    return isMapped;
 }
 
 void MSPDIMappingTrial::mapResource(const MSPCXMLNode& resource) {

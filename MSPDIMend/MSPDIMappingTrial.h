@@ -16,6 +16,7 @@
 #include "MSPDIKnownCulprits.h"
 #include "MSPDIPatient.h"
 #include "MSPDITakenOut.h"
+#include "MSPIGrowthBounds.h"
 #include "MSPIMappingContext.h"
 #include "MSPITaskTree.h"
 #include "MSPIUserDataMapper.h"
@@ -25,12 +26,15 @@
 // is left to the import to tell.
 class MSPDIMappingTrial {
 public:
-    // The scenario of a baseline must be showing; -1 is the plan itself. All arguments outlive this object.
+    // The scenario of a baseline must be showing; -1 is the plan itself. `grown` is what was made of the project's
+    // calendars in other scenarios; this one's is added. All arguments outlive this object.
     MSPDIMappingTrial(MSPDIPatient& patient, MSPCServices services, std::int32_t baselineNumber,
-                      const MSPCXMLDocument& kdzxTemplate);
+                      const MSPCXMLDocument& kdzxTemplate, MSPIGrowthBounds& grown);
     ~MSPDIMappingTrial();
 
+    // Ends where something is beyond all measure: an import ends there, whatever else is mended.
     void run();
+    [[nodiscard]] bool isBeyondMeasure() const { return _isBeyondMeasure; }
 
     // The leaves of baselines that are to leave the plan when the baseline no longer shows.
     [[nodiscard]] const std::vector<std::pair<MSPCXMLNode, std::string>>& condemned() const { return _condemned; }
@@ -86,7 +90,9 @@ private:
     MSPCXMLNewElement _scenario;
     MSPCXMLNewElement _groupType;  // that of any group
     std::unique_ptr<MSPITaskTree> _tree;
-    std::vector<std::string> _namesToBlame;                        // of leaves: what is wrong is often so in many items
+    std::vector<std::string> _namesToBlame;  // of leaves: what is wrong is often so in many items
+    MSPIGrowthBounds& _grown;
+    bool _isBeyondMeasure = false;
     MSPDIKnownCulprits _knownCulprits;                             // of tasks
     std::map<std::string, std::vector<MSPCXMLNode>> _definitions;  // of custom fields, by FieldID, when asked for
     std::set<MSPCTaskUID> _withoutPieces;                          // UIDs of tasks whose timephased data were taken out
