@@ -10,6 +10,23 @@ namespace {
 constexpr std::array<std::string_view, 7> names = {"sunday",   "monday", "tuesday", "wednesday",
                                                    "thursday", "friday", "saturday"};
 
+std::vector<KZDXTimes> stretchesOf(std::vector<KZDXTimes> times) {
+    std::sort(times.begin(), times.end(),
+              [](const KZDXTimes& left, const KZDXTimes& right) { return left.start < right.start; });
+    std::vector<KZDXTimes> stretches;
+    for (const auto& span : times) {
+        if (span.start >= span.end) {
+            continue;
+        }
+        if (stretches.empty() || stretches.back().end < span.start) {
+            stretches.push_back(span);
+        } else {
+            stretches.back().end = std::max(stretches.back().end, span.end);
+        }
+    }
+    return stretches;
+}
+
 }  // namespace
 
 std::optional<std::size_t> KZDXWeekdayNamed(std::string_view name) {
@@ -40,6 +57,7 @@ KZDXWorkingWeek::KZDXWorkingWeek(const MSPCXMLNode& resource) {
             }
         }
     }
+    std::transform(_days.begin(), _days.end(), _stretches.begin(), stretchesOf);
 }
 
 bool KZDXWorkingWeek::holdsWorkBetween(MSPCInstant from, MSPCInstant to) const {
@@ -52,12 +70,15 @@ bool KZDXWorkingWeek::holdsWorkBetween(MSPCInstant from, MSPCInstant to) const {
     for (auto number = std::floor(from.secondsSince1970 / day); number * day < to.secondsSince1970; ++number) {
         const auto weekday =
             static_cast<std::size_t>(std::fmod(std::fmod(number, daysOfWeek) + daysOfWeek + thursday, daysOfWeek));
-        for (const auto& times : _days[weekday]) {
-            const auto start = number * day + static_cast<double>(times.start);
-            const auto end = number * day + static_cast<double>(times.end);
-            if (std::max(start, from.secondsSince1970) < std::min(end, to.secondsSince1970)) {
-                return true;
-            }
+        const auto first = from.secondsSince1970 - number * day;
+        const auto last = to.secondsSince1970 - number * day;
+        const auto& stretches = _stretches[weekday];
+        const auto next = std::partition_point(stretches.begin(), stretches.end(), [&](const KZDXTimes& stretch) {
+            return static_cast<double>(stretch.end) <= first;
+        });
+        if (next != stretches.end() &&
+            std::max(static_cast<double>(next->start), first) < std::min(static_cast<double>(next->end), last)) {
+            return true;
         }
     }
     return false;

@@ -37,4 +37,5 @@ public:
 
 private:
     std::array<std::vector<KZDXTimes>, 7> _days;
+    std::array<std::vector<KZDXTimes>, 7> _stretches;  // the same times in their order, without those that overlap
 };

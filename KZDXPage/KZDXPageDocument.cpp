@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
+#include <string_view>
 
 namespace {
 
@@ -49,12 +51,16 @@ std::optional<KZDXPageDocument> KZDXPageDocument::open(KZDXFiles& files, std::st
         return std::nullopt;
     }
     document.actual = std::move(*opened);
+    std::set<std::string_view> shown = {actual->filename};
     for (const auto& entry : entries) {
         if (&entry == actual) {
             continue;
         }
         std::string reason;
-        if (auto baseline = openScenario(files, entry, reason)) {
+        if (!shown.insert(entry.filename).second) {
+            document.notes.push_back(fmt::format("left out: the file '{}' of scenario '{}' is another one's, too",
+                                                 entry.filename, entry.name));
+        } else if (auto baseline = openScenario(files, entry, reason)) {
             document.baselines.push_back(std::move(*baseline));
         } else {
             document.notes.push_back("left out: " + reason);

@@ -10,12 +10,15 @@ namespace {
 // "1.2.3" for each row, counted as the rows come.
 class Numbers {
 public:
+    // Of a depth that no person reads, the end: the rows would be longer than all that they tell.
     std::string next(std::size_t level) {
+        constexpr std::size_t mostShown = 32;
         _counts.resize(level, 0);
         ++_counts.back();
-        std::string text;
-        for (const auto count : _counts) {
-            text += fmt::format("{}{}", text.empty() ? "" : ".", count);
+        const auto hidden = _counts.size() - std::min(_counts.size(), mostShown);
+        std::string text = hidden == 0 ? "" : "\u2026";
+        for (auto place = hidden; place < _counts.size(); ++place) {
+            text += fmt::format("{}{}", text.empty() ? "" : ".", _counts[place]);
         }
         return text;
     }

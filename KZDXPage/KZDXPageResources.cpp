@@ -24,7 +24,9 @@ JSON daysOf(const MSPCXMLNode& schedule) {
             continue;
         }
         auto& times = days[*place];
-        times = times.is_null() ? JSON::array() : times;
+        if (times.is_null()) {
+            times = JSON::array();
+        }
         for (auto span = day.firstChildElement("time-span"); span; span = span.nextSiblingElement("time-span")) {
             const auto start = KZDXTimeOfDay(span, "start-time");
             const auto end = KZDXTimeOfDay(span, "end-time");

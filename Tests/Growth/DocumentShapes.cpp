@@ -187,6 +187,33 @@ const DocumentShape shapes[] = {
                                      }),
                            "", "");
      }},
+    {"OneDayManyTimes", [](int /*n*/) { return scenarioOf(resources(1, nothing), "", ""); },
+     [](int n) {
+         return scenarioOf(resources(1,
+                                     [n](int /*number*/) {
+                                         return "<schedule>" +
+                                                each(n,
+                                                     [](int /*number*/) {
+                                                         return std::string(
+                                                             "<schedule-day day-of-week=\"monday\"><time-span "
+                                                             "start-time=\"0\" end-time=\"3600\"/></schedule-day>");
+                                                     }) +
+                                                "</schedule>";
+                                     }),
+                           "", "");
+     }},
+    {"TasksThatEndBeforeTheyStart", plain,
+     [](int n) {
+         const auto times =
+             each(n, [](int /*number*/) { return std::string("<time-span start-time=\"0\" end-time=\"3600\"/>"); });
+         return scenarioOf(
+             "<resource id=\"r-1\"><type>Group</type><schedule><schedule-day day-of-week=\"monday\">" + times +
+                 "</schedule-day></schedule></resource>",
+             each(n, child), each(n, [](int number) {
+                 return task(number,
+                             "<start-date>2024-01-01T12:00:00Z</start-date><end-date>2024-01-01T08:00:00Z</end-date>");
+             }));
+     }},
     {"UnknownElements", plain,
      [](int n) {
          return scenarioOf(noResources, "", each(n, [](int number) { return "<e" + std::to_string(number) + "/>"; }));

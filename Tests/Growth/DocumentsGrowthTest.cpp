@@ -9,6 +9,7 @@
 #include "DocumentShapes.h"
 #include "KZDXCheck.h"
 #include "KZDXDiff.h"
+#include "KZDXPage.h"
 #include "ProcessTiming.h"
 
 // Twice the document, twice the work of looking at it, whatever it is like; and the same of comparing two.
@@ -52,6 +53,14 @@ std::uint64_t stepsOfComparing(std::string old, std::string now) {
     return countedWork().steps - before.steps;
 }
 
+std::uint64_t stepsOfShowing(KZDXFiles& files) {
+    std::string failure;
+    const auto before = countedWork();
+    const auto page = KZDXPageOf(files, {"Plan.kdzx", "test", nullptr, nullptr}, failure);
+    EXPECT_TRUE(page) << failure;
+    return countedWork().steps - before.steps;
+}
+
 // 1 is linear. A walk over all others for each of them gives nearly 2 at these sizes, unless each step of it is far
 // cheaper than what else is done; a sorted look-up hardly more than 1.
 void expectLinear(const std::vector<double>& bytes, const std::vector<double>& steps) {
@@ -89,7 +98,38 @@ TEST_P(DocumentsGrowth, isLinearInComparisons) {
     expectLinear(bytes, steps);
 }
 
+TEST_P(DocumentsGrowth, isLinearInPages) {
+    static_cast<void>(stepsOfShowing(*filesWith(GetParam().later(10))));
+    std::vector<double> bytes;
+    std::vector<double> steps;
+    for (const auto n : sizes) {
+        const auto scenario = GetParam().later(n);
+        bytes.push_back(static_cast<double>(scenario.size()));
+        steps.push_back(static_cast<double>(stepsOfShowing(*filesWith(scenario))));
+    }
+    expectLinear(bytes, steps);
+}
+
 INSTANTIATE_TEST_SUITE_P(Of, DocumentsGrowth, testing::ValuesIn(documentShapes().begin(), documentShapes().end()),
                          [](const auto& shape) { return shape.param.name; });
+
+// A scenario is read once, however often the table of contents names its file.
+TEST(DocumentsGrowth, isLinearInPagesOfManyEntriesForOneFile) {
+    std::vector<double> bytes;
+    std::vector<double> steps;
+    for (const auto n : sizes) {
+        std::string scenarios;
+        for (int number = 1; number <= n; ++number) {
+            const auto name = std::to_string(number);
+            scenarios += "<scenario id=\"b" + name + "\" name=\"B" + name + "\" filename=\"Actual.xml\"/>";
+        }
+        std::map<std::string, std::string> files;
+        files["__TOC.xml"] = std::string(contents).insert(contents.find("</project>"), scenarios);
+        files["Actual.xml"] = documentShapes().front().scenario(n);
+        bytes.push_back(static_cast<double>(files["__TOC.xml"].size() + files["Actual.xml"].size()));
+        steps.push_back(static_cast<double>(stepsOfShowing(*KZDXFilesInMemory(std::move(files)))));
+    }
+    expectLinear(bytes, steps);
+}
 
 }  // namespace
