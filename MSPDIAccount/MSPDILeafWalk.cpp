@@ -16,6 +16,7 @@
 namespace {
 
 constexpr std::string_view unknownElement = "unknown-element";
+constexpr std::string_view strayText = "stray-text";
 constexpr std::string_view resourceWeek = "resource-week";
 
 MSPCXMLNode nextElement(MSPCXMLNode node) {
@@ -68,6 +69,15 @@ std::size_t itemCountOf(const MSPDIPlanFacts& facts, std::string_view name) {
            : name == "Assignment" ? facts.assignments.size()
            : name == "Calendar"   ? facts.calendars.size()
                                   : facts.definitions.size();
+}
+
+bool isBlank(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+// Of a text where elements belong, and nobody reads any: that nothing stands there may still mean something.
+MSPDIJudgement ofTextInstead(MSPDIFate fate) {
+    return {fate == MSPDIFate::Default ? MSPDIFate::Lost : fate, strayText};
 }
 
 // Whether the table knows a value there, and nothing within.
@@ -270,7 +280,7 @@ void MSPDILeafWalk::tellOfOwnText(const MSPCXMLNode& node, const MSPDIItem& item
     }
     const auto* const known = _steps.back().known;
     if (known == nullptr || !isValue(*known)) {
-        tell("stray-text", item, text);
+        tell(strayText, item, text);
         return;
     }
     const auto whole = node.stringValue();
@@ -373,13 +383,14 @@ MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& it
     if (known == nullptr) {
         return judgeUnknown(node, item);
     }
-    if (const auto* const element = known->element()) {
-        const auto judgement = element->condition({item, *element, node, text, known->name()});
-        const bool isReplaced = judgement.fate == MSPDIFate::Carried && MSPDIArrival::isUnreadable(text);
-        return isReplaced ? MSPDIJudgement(MSPDIFate::Changed, "unreadable-characters") : judgement;
+    const auto* const element = known->element();
+    const auto judgement = element == nullptr ? MSPDIJudgement(MSPDIFate::Default)
+                                              : element->condition({item, *element, node, text, known->name()});
+    if (known->hasChildren() && judgement.kind.empty() && !isBlank(text)) {
+        return ofTextInstead(judgement.fate);
     }
-    const bool isBlank = text.find_first_not_of(" \t\r\n") == std::string_view::npos;
-    return isBlank ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, unknownElement);
+    const bool isReplaced = judgement.fate == MSPDIFate::Carried && MSPDIArrival::isUnreadable(text);
+    return isReplaced ? MSPDIJudgement(MSPDIFate::Changed, "unreadable-characters") : judgement;
 }
 
 // A baseline's value of any name hides what its owner has by that name; what stands in an element that is read as text

@@ -73,15 +73,25 @@ TEST(MSPDILeafWalkTest, tellsTheSameInPiecesAndAsAWhole) {
 }
 
 TEST(MSPDILeafWalkTest, tellsTextRightInTheProjectAndInListsWithTheirPlaces) {
-    const AccountOfPlan plan("paint" + tasksOf("and" + taskOf(1) + " &lt;dry&gt; " + taskOf(2)) +
-                             "<Views>twice</Views>");
+    const AccountOfPlan plan("paint" + tasksOf("and" + taskOf(1) + " &lt;dry&gt; " + taskOf(2)));
     const auto& where = plan.loss("stray-text").where;
     ASSERT_EQ(where.size(), 2U);
     EXPECT_EQ(where[0].path, "/Project");
     EXPECT_EQ(where[0].value, "paint");
     EXPECT_EQ(where[1].path, "/Project/Tasks[1]");
     EXPECT_EQ(where[1].value, "and <dry>");
-    EXPECT_EQ(plan.count("views-and-filters"), 1U);  // a list of nothing but text is a leaf
+}
+
+TEST(MSPDILeafWalkTest, tellsTextWhereElementsBelong) {
+    const AccountOfPlan plan("<Views>a</Views><Views> </Views><Resources><Resource>b</Resource></Resources>" +
+                             tasksOf("<Task>c</Task>" + taskOf(1, "<PredecessorLink>d</PredecessorLink><Baseline/>")));
+    EXPECT_EQ(plan.count("stray-text"), 4U);
+    EXPECT_EQ(plan.at("Views[1]"), "lost");
+    EXPECT_EQ(plan.at("Views[2]"), "default");
+    EXPECT_EQ(plan.at("Resources[1]/Resource[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]"), "shaping");  // an empty task shapes the document
+    EXPECT_EQ(plan.at("Tasks[1]/Task[2]/PredecessorLink[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[2]/Baseline[1]"), "default");
 }
 
 // What stands in a value of the project is part of it, as it is in a value of a task.
