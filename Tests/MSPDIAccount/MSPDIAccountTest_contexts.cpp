@@ -251,8 +251,9 @@ TEST(FatesInContext, theLastOfSeveralNumbersOfAFieldDecides) {
     const AccountOfPlan plan(
         "<ExtendedAttributes><ExtendedAttribute><FieldID>5</FieldID><FieldName>Text1</FieldName></ExtendedAttribute>"
         "</ExtendedAttributes>" +
-        tasksOf(taskOf(1, "<ExtendedAttribute><FieldID>5</FieldID><FieldID>6</FieldID><Value>red</Value>"
-                          "</ExtendedAttribute>") +
+        tasksOf(taskOf(1,
+                       "<ExtendedAttribute><FieldID>5</FieldID><FieldID>6</FieldID><Value>red</Value>"
+                       "</ExtendedAttribute>") +
                 taskOf(2, "<ExtendedAttribute><FieldID>6</FieldID><Value>red</Value></ExtendedAttribute>")));
     EXPECT_EQ(plan.at("Tasks[1]/Task[1]/ExtendedAttribute[1]/FieldID[1]"), "default");
     EXPECT_EQ(plan.at("Tasks[1]/Task[1]/ExtendedAttribute[1]/FieldID[2]"), "shaping");
