@@ -138,7 +138,7 @@ void writeIfFailed(const MSPDIMigrationRecord& record, std::ostream& out) {
 }
 
 // Reports in the output folder. The first failure, in one line that names the file, ends those that are being written
-// around it as well, so that none of these replaces anything.
+// at the same time, too; what stood there before stays then.
 class Reports {
 public:
     Reports(const std::string& outputFolder, MSPCFileSystem& fileSystem)

@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 
 // SHA-256 as other programs tell it.
-constexpr const char* ofProject = "MO0PDl8eVoM3Rbyl2zZx7RbRbEqkr1b9BGPmIcjT8E8=";
+constexpr const char* ofProject = "T9JL6D991jb24uj0Vt+lWfHKnHNG4dEKU1jbNGsTALk=";
 constexpr const char* ofNothing = "47DEQpj8HBSa+/TImW+5JCeuQeRkm5NMpJWZG3hSuFU=";
 
 class ReadingWithDigestTest : public testing::Test {

@@ -228,7 +228,7 @@ TEST_F(WorkersTest, keepTheMemoryThatTheNextJobTakes) {
         rusage before{};
         ::getrusage(RUSAGE_SELF, &before);
         std::vector<std::string> pieces;
-        for (const std::size_t size : {1'000'000, 300'000, 60'000, 60'000, 1'000'000}) {
+        for (const std::size_t size : {1'000'000U, 300'000U, 60'000U, 60'000U, 1'000'000U}) {
             pieces.emplace_back(size, 'x');
         }
         rusage after{};
