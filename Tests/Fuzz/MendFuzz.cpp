@@ -49,10 +49,9 @@ void requireThatItIsThrough(const std::string& plan, const MSPDIMended& mended, 
                             FuzzWorld& world) {
     require(!mended.steps.empty() && mended.obstacle.empty(), "a mended plan tells what was done");
     require(imports(mended.bytes, world), "a mended plan imports");
-    require(MSPDIMendPlan("Plan.xml", mended.bytes, world.services).verdict == MSPDIMendVerdict::ImportsAsIs,
-            "a mended plan needs no mending");
-    const auto again = MSPDIMendPlan("Plan.xml", mended.bytes, world.services, options);
-    require(again.verdict != MSPDIMendVerdict::NotMendable, "what imports stays so");
+    const auto again = MSPDIMendPlan("Plan.xml", mended.bytes, world.services, options).verdict;
+    require(again == MSPDIMendVerdict::ImportsAsIs || (options.isAll && again == MSPDIMendVerdict::Mended),
+            "a mended plan needs no mending, though improvements may make others possible");
     requireThatOthersStay(plan, mended);
 }
 
@@ -64,6 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     FuzzWorld world;
     const std::string plan(textOf(bytes, size));
     MSPDIMendOptions options;
+    // Every other input is improved, too, which takes longer; whether it imports by itself is asked of the others.
     options.isAll = size % 2 == 1;
     const CountedSteps steps;
     const auto mended = MSPDIMendPlan("Plan.xml", plan, world.services, options);
@@ -74,14 +74,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require(plan == textOf(bytes, size), "the plan stays as it is");
     switch (mended.verdict) {
         case MSPDIMendVerdict::ImportsAsIs:
-            require(imports(plan, world) && mended.steps.empty() && mended.bytes.empty(), "what imports is left alone");
+            require(mended.steps.empty() && mended.bytes.empty(), "what imports is left alone");
+            require(options.isAll || imports(plan, world), "what is said to import does");
             break;
         case MSPDIMendVerdict::NotMendable:
-            require(!imports(plan, world), "what imports is not called a plan that cannot be mended");
+            require(options.isAll || !imports(plan, world), "what imports is not called a plan that cannot be mended");
             require(!mended.obstacle.empty() && mended.bytes.empty(), "an obstacle has its sentence");
             break;
         case MSPDIMendVerdict::Mended:
-            require(imports(plan, world) == !mended.refusal, "a refusal is told");
+            require(options.isAll || imports(plan, world) == !mended.refusal, "a refusal is told");
             requireThatItIsThrough(plan, mended, options, world);
             break;
     }

@@ -17,6 +17,8 @@ namespace {
 using namespace MSPCXMLLexis;
 
 constexpr std::size_t windowSize = 1 << 20;
+// What is read at first: most plans are small, and a window is filled with zeros before it is read into.
+constexpr std::size_t smallestWindow = 1 << 13;
 // Of elements and leaves without anything else.
 constexpr MSPCXMLReading plainReading{
     .content = MSPCXMLContent::DataOnly, .hasSections = false, .hasMixedContent = false, .hasNestedValues = false};
@@ -79,13 +81,24 @@ private:
         }
         // What has to be looked at again from its beginning is twice as long then.
         const auto size = _window.size();
-        const auto room = std::max(windowSize, size - std::min(size, _pieceStart.value_or(_at)));
+        const auto room = std::max(_nextRoom, size - std::min(size, _pieceStart.value_or(_at)));
+        _nextRoom = std::min(2 * _nextRoom, windowSize);
         _window.resize(size + room);
-        const auto count = _source.read(_window.data() + size, room);
-        _hasFailed = !count;
-        _window.resize(size + count.value_or(0));
-        _isAtEnd = count.value_or(0) == 0;
-        return !_isAtEnd;
+        const auto filled = readInto(_window.data() + size, room);
+        _window.resize(size + filled);
+        return filled > 0;
+    }
+
+    // Fills the room, however little comes at a time, unless the document ends before.
+    std::size_t readInto(char* start, std::size_t room) {
+        std::size_t filled = 0;
+        while (filled < room && !_isAtEnd) {
+            const auto count = _source.read(start + filled, room - filled);
+            _hasFailed = !count;
+            _isAtEnd = count.value_or(0) == 0;
+            filled += count.value_or(0);
+        }
+        return filled;
     }
 
     // The offset of a text behind `_at` and an offset from there; the window may have slid on then.
@@ -416,6 +429,7 @@ private:
     MSPCByteSource& _source;
     MSPCXMLPieceVisitor& _visitor;
     std::string _window;
+    std::size_t _nextRoom = smallestWindow;
     std::size_t _at = 0;
     bool _isAtEnd = false;
     bool _hasFailed = false;

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <thread>
 
+#include "MSPCFileDescriptor.h"
 #include "MSPCFileSystem.h"
 #include "ScopedEnvironment.h"
 #include "ScopedTempFolder.h"
@@ -227,6 +228,8 @@ TEST_F(MSPCDiskFileSystem_readFile, waitsForTheWriterOfAPipe) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const int writer = ::open(pipe.c_str(), O_RDWR);  // opens at once, with a reader of its own
     ASSERT_GE(writer, 0);
+    // What is written stays, should the one who reads come after the writer.
+    const MSPCFileDescriptor keeper(::open(pipe.c_str(), O_RDONLY | O_NONBLOCK));
     std::thread late([writer] {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         EXPECT_EQ(::write(writer, "late", 4), 4);
@@ -242,6 +245,7 @@ TEST_F(MSPCDiskFileSystem_readFile, goesOnAfterSignals) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const int writer = ::open(pipe.c_str(), O_RDWR);
     ASSERT_GE(writer, 0);
+    const MSPCFileDescriptor keeper(::open(pipe.c_str(), O_RDONLY | O_NONBLOCK));
     sigset_t alarm;
     sigset_t maskBefore;
     ::sigemptyset(&alarm);

@@ -7,6 +7,8 @@
 #include <fstream>
 
 #include "InMemoryFileSystem.h"
+#include "MSPCXMLDocument.h"
+#include "MSPCXMLRepair.h"
 #include "MSPCXMLSelection.h"
 #include "ProcessorTime.h"
 
@@ -125,6 +127,35 @@ TEST(MSPCXMLLoader, bytesThatAreNoXMLGiveNoDocument) {
                              "<!DOCTYPE Project ["sv, "<!--"sv, "&"sv, "\x89PNG\r\n\x1A\n"sv, "]]>"sv}) {
         EXPECT_EQ(outcomeOf(std::string(bytes)).markup, "(none)") << bytes;
         EXPECT_EQ(outcomeOf(std::string(bytes), MSPCXMLContent::Everything, "").markup, "(none)") << bytes;
+    }
+}
+
+// The loader gives up before it asks the parsers, none of which would go beyond such a text.
+TEST(MSPCXMLLoader, textBeforeTheRootIsRefusedAsTheParsersRefuseIt) {
+    using namespace std::string_literals;
+    const std::string texts[] = {"x",
+                                 "text\n ",
+                                 "&amp;",
+                                 "&#60;",
+                                 ">",
+                                 "]]>",
+                                 "-->",
+                                 "\x01",
+                                 "\0"s,
+                                 "\xC2\xA0",
+                                 "\xE2\x80\x8B",
+                                 "\xEF\xBB\xBF\xEF\xBB\xBF",
+                                 "\xEF\xBB\xBFx"};
+    const std::string documents[] = {"<Project><Name>a</Name></Project>", "<Project><Name>a</Project>",
+                                     "<!DOCTYPE Project [<!ENTITY e 'b'>]><Project>&e;</Project>", ""};
+    for (const auto& document : documents) {
+        for (const auto& text : texts) {
+            const auto bytes = text + document;
+            EXPECT_EQ(outcomeOf(bytes).markup, "(none)") << bytes;
+            EXPECT_EQ(outcomeOf(bytes, MSPCXMLContent::Everything).markup, "(none)") << bytes;
+            EXPECT_FALSE(MSPCXMLDocument::read(std::string(bytes), {.content = MSPCXMLContent::DataOnly})) << bytes;
+            EXPECT_FALSE(mendedXML(bytes, document.starts_with("<!DOCTYPE"), "Project")) << bytes;
+        }
     }
 }
 

@@ -113,3 +113,22 @@ TEST(MSPCXMLPiecesTest, showsAPieceAsAWholeThatIsNotOfThePlainestKind) {
     EXPECT_EQ(shown("<P><L><E x=\"1\"><a>1</a></E></L></P>", 1 << 20, "a"),
               "list L; <E x=\"1\"><a>1</a></E>; end; <P><L/></P>");
 }
+
+// Windows are small at first and grow, up to one of a megabyte; a piece may be longer than any.
+TEST(MSPCXMLPiecesTest, goesThroughPiecesOfAnySize) {
+    std::string document = "<P><L>";
+    std::string whole = "list L; ";
+    std::string taken = whole;
+    for (const unsigned size : {1U, 8'000U, 8'192U, 10'000U, 100'000U, 1'200'000U, 5U, 70'000U}) {
+        const std::string text(size, 'x');
+        const auto piece = "<E><a>" + text + "</a><b>" + text + "</b></E>";
+        document += piece;
+        whole += piece + "; ";
+        taken += "leaves a=" + text + " b-" + text + " rest <E><b>" + text + "</b></E>; ";
+    }
+    document += "</L></P>";
+    for (const unsigned step : {1U << 20U, 4'095U, 100'000U}) {
+        EXPECT_TRUE(shown(document, step) == whole + "end; <P><L/></P>") << step;
+        EXPECT_TRUE(shown(document, step, "a") == taken + "end; <P><L/></P>") << step;
+    }
+}
