@@ -1,6 +1,5 @@
 #include "MSPDIMigrationJob.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -14,7 +13,6 @@
 #include "MSPCMove.h"
 #include "MSPCOwnItems.h"
 #include "MSPCPath.h"
-#include "MSPCRemoval.h"
 #include "MSPDIPlanLogs.h"
 #include "MSPDIReadingWithDigest.h"
 
@@ -169,17 +167,11 @@ MSPDIImportedPlan MSPDIMigrationJob::import(const std::string& path, const std::
     return MSPDIPlanImporter(ofImport, std::move(options), _templateDocuments).import(path);
 }
 
-// The record of the plan before is kept in the journal by now. It goes first: where a new file takes the place of an
-// old one in one step, the file system may write to the disk at once, which takes as long as a tenth of an import. A
-// part of a record does no harm: the document is still beside it then, so that nobody reads it.
+// The record of the plan before, whose place it takes, is kept in the journal by now. A part of a record does no harm:
+// the document is still beside it then, so that nobody reads it.
 std::optional<std::string> MSPDIMigrationJob::writeRecord(const std::string& work,
                                                           const MSPDIMigrationRecord& record) const {
-    const auto path = pathByAppendingComponent(work, recordName);
-    MSPCRemoveItem(path.c_str());
-    MSPCFileDescriptor file;
-    int error = MSPCOpenOwnFile(AT_FDCWD, path, O_WRONLY | O_CREAT | O_EXCL, file);
-    error = error != 0 ? error : file.write(MSPDILineOf(record, _outputFolder));
-    error = error != 0 ? error : file.close();
+    const int error = MSPCWriteOwnFile(pathByAppendingComponent(work, recordName), MSPDILineOf(record, _outputFolder));
     return error == 0 ? std::nullopt : std::optional(MSPCSystemErrorText(error));
 }
 
