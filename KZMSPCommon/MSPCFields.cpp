@@ -56,6 +56,9 @@ MSPCFields::Match MSPCFields::matchOf(std::string_view name) const {
 MSPCXMLNode MSPCFields::singleObject(std::string_view name, Error* error) const {
     const auto match = matchOf(name);
     reportMatches(match.count, error);
+    if (match.count == 0 && _missing != nullptr) {
+        _missing->push_back(name);
+    }
     return match.count == 0 ? MSPCXMLNode() : _fields[match.last].element;
 }
 

@@ -40,6 +40,10 @@ public:
     // All children of that name, in order.
     [[nodiscard]] std::vector<MSPCXMLNode> nodes(std::string_view name) const;
 
+    // From now on the names of single fields that are asked for and are not there are added to these, each time again.
+    // `missing` and the names that are asked for outlive this object.
+    void tellMissing(std::vector<std::string_view>& missing) { _missing = &missing; }
+
 private:
     struct Match {
         std::size_t last = 0;  // position in _fields, where there is one
@@ -68,4 +72,5 @@ private:
     std::array<std::uint16_t, MostFieldsInSlots> _nextInSlot;  // by position in _fields
     // Filled instead where the fields are too many. Names can be chosen so that hashes of them are all equal.
     std::map<std::string_view, Match> _matchesByName;
+    std::vector<std::string_view>* _missing = nullptr;
 };

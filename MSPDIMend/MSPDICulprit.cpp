@@ -161,6 +161,10 @@ MSPDICulprit culpritAlone(const std::vector<MSPCXMLNode>& suspects, const MSPDIM
 
 }  // namespace
 
+bool MSPDIIsBeyondMeasure(std::string_view reason) {
+    return reason.starts_with("Too much") || reason.starts_with("Too many");
+}
+
 MSPDICulprit MSPDICulpritAmong(const std::vector<MSPCXMLNode>& elements, const MSPDIMappingFailure& failure,
                                const MSPDITrial& trial, const std::function<bool(const std::string&)>& isUnreadable) {
     std::vector<MSPCXMLNode> leaves;

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "MSPCXMLNode.h"
@@ -12,6 +13,10 @@ struct MSPDIMappingFailure {
     std::string reason;
     std::string subject;
 };
+
+// Whether a failure with that reason tells that a plan would grow beyond all measure, which no single value is to blame
+// for.
+[[nodiscard]] bool MSPDIIsBeyondMeasure(std::string_view reason);
 
 // What a mapping that is tried fails with; none when it succeeds.
 using MSPDITrial = std::function<std::optional<MSPDIMappingFailure>()>;

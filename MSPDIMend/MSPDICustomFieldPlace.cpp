@@ -42,12 +42,21 @@ void define(MSPDIPatient& patient, const std::string& fieldID, std::string_view 
                    markup);
 }
 
-void addFieldsOf(const std::vector<MSPCXMLNode>& tasks, std::set<std::string>& fieldIDs) {
+std::set<std::string> fieldsOf(const std::vector<MSPCXMLNode>& tasks) {
+    std::set<std::string> fieldIDs;
     for (const auto& task : tasks) {
         for (const auto& field : task.childElements("ExtendedAttribute")) {
             fieldIDs.insert(MSPDITextIn(field, "FieldID").value_or(""));
         }
     }
+    return fieldIDs;
+}
+
+const std::set<std::string>& fieldsOfAllTasks(MSPDIPatient& patient) {
+    if (!patient.fieldsOfTasks) {
+        patient.fieldsOfTasks = fieldsOf(patient.items("Tasks", "Task"));
+    }
+    return *patient.fieldsOfTasks;
 }
 
 // Some programs define all fields that there are, without a name of the owner's.
@@ -75,12 +84,10 @@ void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_vi
     const auto content =
         MSPDIElementMarkup("FieldID", fieldID) + (value ? MSPDIElementMarkup("Value", *value) : std::string());
     const auto markup = "<ExtendedAttribute>" + content + "</ExtendedAttribute>";
-    // Few things stand behind the last one, many fields before it.
-    auto last = owner.lastChild();
-    while (last && last.name() != "ExtendedAttribute") {
-        last = last.previousSibling();
+    if (patient.fieldsOfTasks) {
+        patient.fieldsOfTasks->emplace(fieldID);
     }
-    if (last) {
+    if (const auto last = owner.lastChildElement("ExtendedAttribute").element) {
         patient.insertBehind(last, markup);
     } else {
         patient.insertBefore(owner, fieldsBehind, markup);
@@ -100,9 +107,8 @@ std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::s
             taken.insert(fieldID);
         }
     }
-    std::set<std::string> ofOwners;
-    addFieldsOf(owners, ofOwners);
     int number = 1;
+    const auto ofOwners = fieldIDs.contains(std::string(alias)) ? fieldsOf(owners) : std::set<std::string>();
     for (; fieldIDs.contains(numbered(alias, number)); ++number) {
         const auto [first, last] = fieldIDs.equal_range(numbered(alias, number));
         // Fields of one name arrive as one.
@@ -111,7 +117,7 @@ std::optional<std::string> MSPDITaskFieldWithAlias(MSPDIPatient& patient, std::s
             return first->second;
         }
     }
-    addFieldsOf(patient.items("Tasks", "Task"), taken);
+    taken.insert(fieldsOfAllTasks(patient).begin(), fieldsOfAllTasks(patient).end());
     for (std::size_t index = 0; index < textFields.size(); ++index) {
         auto fieldID = std::to_string(textFields[index]);
         if (!taken.contains(fieldID) && !unnamed.contains(fieldID)) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 std::size_t MSPDIEdits::replace(std::size_t begin, std::size_t end, std::string text) {
@@ -32,38 +33,43 @@ std::vector<const MSPDIEdits::Edit*> MSPDIEdits::inOrder() const {
     return sorted;
 }
 
-// The text moves back by what the changes take at most before any place; then it is never overtaken by what is written
-// from the first of them on.
+// What stays moves once, and only where its place changes: what moves back from the last one on and what moves forward
+// from the first one on, so that nothing is overwritten that has not moved yet.
 std::string MSPDIEdits::appliedTo(std::string text) const {
-    const auto edits = inOrder();
-    if (edits.empty()) {
-        return text;
-    }
-    std::size_t taken = 0;
-    std::size_t given = 0;
-    std::size_t room = 0;
-    for (const auto* edit : edits) {
-        taken += edit->text.size();
-        given += edit->end - edit->begin;
-        room = std::max(room, taken - std::min(taken, given));
-    }
-    const auto size = text.size();
-    text.resize(size + room);
-    auto* const data = text.data();
-    auto* const source = data + room;
-    auto copied = edits.front()->begin;
-    auto* to = data + copied;
-    std::memmove(source + copied, to, size - copied);
-    const auto copyUntil = [&](std::size_t end) {
-        std::memmove(to, source + copied, end - copied);
-        to += end - copied;
+    struct Kept {
+        std::size_t from;
+        std::size_t to;
+        std::size_t size;
     };
+    const auto edits = inOrder();
+    std::vector<Kept> kept;
+    std::size_t from = 0;
+    std::size_t to = 0;
     for (const auto* edit : edits) {
-        copyUntil(edit->begin);
-        to = std::copy(edit->text.begin(), edit->text.end(), to);
-        copied = edit->end;
+        kept.push_back({from, to, edit->begin - from});
+        to += kept.back().size + edit->text.size();
+        from = edit->end;
     }
-    copyUntil(size);
-    text.resize(size + taken - given);
+    kept.push_back({from, to, text.size() - from});
+    const auto size = to + kept.back().size;
+    text.resize(std::max(size, text.size()));
+    auto* const data = text.data();
+    const auto move = [data](const Kept& piece) { std::memmove(data + piece.to, data + piece.from, piece.size); };
+    const auto movesBack = [](const Kept& piece) { return piece.to > piece.from; };
+    for (auto first = kept.begin(); first != kept.end();) {
+        const auto end = std::find_if_not(first, kept.end(), movesBack);
+        std::for_each(std::make_reverse_iterator(end), std::make_reverse_iterator(first), move);
+        first = std::find_if(end, kept.end(), movesBack);
+        std::for_each(end, first, [&](const Kept& piece) {
+            if (piece.to != piece.from) {
+                move(piece);
+            }
+        });
+    }
+    for (std::size_t index = 0; index < edits.size(); ++index) {
+        const auto& other = edits[index]->text;
+        std::copy(other.begin(), other.end(), data + kept[index].to + kept[index].size);
+    }
+    text.resize(size);
     return text;
 }

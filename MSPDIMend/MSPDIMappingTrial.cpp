@@ -23,9 +23,8 @@ constexpr std::string_view unreadableValue = "unreadable-value";
 constexpr std::string_view splitRollUp = "split-roll-up";
 constexpr std::string_view splitPieces = "split-pieces";
 
-// What is beyond all measure is no single value's fault.
 bool isBound(const MSPDIMappingFailure& failure) {
-    return failure.reason.starts_with("Too much") || failure.reason.starts_with("Too many");
+    return MSPDIIsBeyondMeasure(failure.reason);
 }
 
 std::string placeOf(const std::string& subject, const MSPCXMLNode& leaf) {
@@ -82,8 +81,8 @@ void collectPieces(const MSPCXMLNode& parent, std::vector<MSPCXMLNode>& pieces) 
 }  // namespace
 
 MSPDIMappingTrial::MSPDIMappingTrial(MSPDIPatient& patient, MSPCServices services, std::int32_t baselineNumber,
-                                     const MSPCXMLDocument& kdzxTemplate)
-    : _patient(patient), _services(std::move(services)), _context(patient.plan(), _services) {
+                                     const MSPCXMLDocument& kdzxTemplate, MSPIGrowthBounds& grown)
+    : _patient(patient), _services(std::move(services)), _context(patient.plan(), _services), _grown(grown) {
     _context.setKdzxTemplateRoot(kdzxTemplate.root());
     _context.setBaselineNumber(baselineNumber);
     _context.setMspSaveVersion(MSPIProjectSettings::ofProject(patient.project()).saveVersion);
@@ -102,6 +101,9 @@ void MSPDIMappingTrial::run() {
         return;
     }
     for (const auto& resource : _patient.items("Resources", "Resource")) {
+        if (_isBeyondMeasure) {
+            return;
+        }
         mapResource(resource);
     }
     const auto tasks = _patient.items("Tasks", "Task");
@@ -113,14 +115,17 @@ void MSPDIMappingTrial::run() {
     }
     _tree = std::make_unique<MSPITaskTree>(tasks.size(), _context.isSavedBy2007OrLater());
     for (const auto& task : tasks) {
+        if (_isBeyondMeasure) {
+            return;
+        }
         mapTask(task);
     }
 }
 
-// Each trial finds everything as an import does.
+// Each trial finds everything as an import does; what the calendars of other scenarios have grown to counts in all.
 template <typename Map>
 std::optional<MSPDIMappingFailure> MSPDIMappingTrial::failureOf(const Map& map) {
-    _context.growthBounds() = MSPIGrowthBounds();
+    _context.growthBounds() = _grown;
     _context.assignmentLooks() = MSPIAssignmentLooks();
     _context.stretchCache() = MSPIStretchCache();
     try {
@@ -132,11 +137,12 @@ std::optional<MSPDIMappingFailure> MSPDIMappingTrial::failureOf(const Map& map) 
 }
 
 bool MSPDIMappingTrial::mend(const MSPDITrial& trial, const Owners& owners, const Subject& subject) {
-    auto failure = trial();
-    if (!failure) {
-        return true;
-    }
-    if (!isBound(*failure) && mendPieceByPiece(owners(*failure), trial, subject)) {
+    return mendFrom(trial(), trial, owners, subject);
+}
+
+bool MSPDIMappingTrial::mendFrom(std::optional<MSPDIMappingFailure> failure, const MSPDITrial& trial,
+                                 const Owners& owners, const Subject& subject) {
+    if (failure && !isBound(*failure) && mendPieceByPiece(owners(*failure), trial, subject)) {
         failure = trial();
     }
     const bool isMended = mendAtOnce(std::move(failure), trial, owners, subject);
@@ -177,6 +183,9 @@ bool MSPDIMappingTrial::mendAtOnce(std::optional<MSPDIMappingFailure> failure, c
         const bool isOfDefinition = failure->reason.find("<CFType>") != std::string::npos;
         const auto suspects = isOfDefinition ? definitionsFor(owners(*failure)) : owners(*failure);
         auto culprit = culpritAmong(suspects, *failure, trial);
+        for (const auto& leaf : culprit.leaves) {
+            _knownCulprits.learn(leaf, failure->reason, _context.conversions());
+        }
         const bool isTakenOut =
             !culprit.leaves.empty() && std::all_of(culprit.leaves.begin(), culprit.leaves.end(), [&](const auto& leaf) {
                 return takeOut(leaf, [&] { return subject(leaf, *failure); });
@@ -186,6 +195,7 @@ bool MSPDIMappingTrial::mendAtOnce(std::optional<MSPDIMappingFailure> failure, c
         }
         failure = std::move(culprit.rest);
     }
+    _isBeyondMeasure = _isBeyondMeasure || (failure && isBound(*failure));
     return !failure;
 }
 
@@ -282,9 +292,13 @@ bool MSPDIMappingTrial::mapProject() {
         }
         return found;
     };
-    return mend(trial, owners, [](const auto&, const auto& failure) {
+    const bool isMapped = mend(trial, owners, [](const auto&, const auto& failure) {
         return failure.subject.empty() ? std::string("Project") : failure.subject;
     });
+    if (isMapped) {
+        _grown = _context.growthBounds();
+    }
+    return isMapped;
 }
 
 void MSPDIMappingTrial::mapResource(const MSPCXMLNode& resource) {
@@ -323,8 +337,11 @@ void MSPDIMappingTrial::readUID(const MSPCXMLNode& assignment, std::string_view 
         trial, [&](const auto&) { return std::vector{assignment}; }, subjectOfAssignments);
 }
 
-MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task) {
-    const MSPCFields fields(task);
+MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task, std::vector<std::string_view>* missing) {
+    MSPCFields fields(task);
+    if (missing != nullptr) {
+        fields.tellMissing(*missing);
+    }
     Mapped facts;
     facts.level = fields.intValue("OutlineLevel");
     facts.isNull = fields.boolValue("IsNull");
@@ -340,11 +357,36 @@ MSPDIMappingTrial::Mapped MSPDIMappingTrial::mapped(const MSPCXMLNode& task) {
     return facts;
 }
 
+// What was to blame in other tasks is out of the way before the first try, which spares a try for each of them. That it
+// stands in the way here, too, shows in that the mapper asks for it: then it is taken out, in the order of the asking.
+std::optional<MSPDIMappingFailure> MSPDIMappingTrial::firstFailureOf(const MSPCXMLNode& task, Mapped& facts,
+                                                                     const MSPDITrial& trial) {
+    const auto suspects = _knownCulprits.among(task, _context.conversions());
+    if (suspects.empty()) {
+        return trial();
+    }
+    std::vector<std::string_view> missing;
+    std::optional<MSPDIMappingFailure> failure;
+    {
+        MSPDITakenOut takenOut;
+        for (const auto& suspect : suspects) {
+            takenOut.take(suspect.leaf);
+        }
+        failure = failureOf([&] { facts = mapped(task, &missing); });
+    }
+    const auto culprits = MSPDIKnownCulprits::askedFor(suspects, missing);
+    const bool isTakenOut = std::all_of(culprits.begin(), culprits.end(), [&](const auto& leaf) {
+        return takeOut(leaf, [&] { return MSPISubjectOf("Task", task); });
+    });
+    return isTakenOut && culprits.size() == suspects.size() ? failure : trial();
+}
+
 void MSPDIMappingTrial::mapTask(const MSPCXMLNode& task) {
     Mapped facts;
     const auto trial = [&] { return failureOf([&] { facts = mapped(task); }); };
-    if (!mend(
-            trial, [&](const auto&) { return std::vector{task}; }, subjectOf("Task", task)) ||
+    if (!mendFrom(
+            firstFailureOf(task, facts, trial), trial, [&](const auto&) { return std::vector{task}; },
+            subjectOf("Task", task)) ||
         facts.isNull || facts.uid == MSPCTaskUID{0}) {
         return;
     }

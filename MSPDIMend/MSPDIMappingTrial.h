@@ -13,8 +13,10 @@
 #include "MSPCServices.h"
 #include "MSPCUID.h"
 #include "MSPDICulprit.h"
+#include "MSPDIKnownCulprits.h"
 #include "MSPDIPatient.h"
 #include "MSPDITakenOut.h"
+#include "MSPIGrowthBounds.h"
 #include "MSPIMappingContext.h"
 #include "MSPITaskTree.h"
 #include "MSPIUserDataMapper.h"
@@ -24,12 +26,15 @@
 // is left to the import to tell.
 class MSPDIMappingTrial {
 public:
-    // The scenario of a baseline must be showing; -1 is the plan itself. All arguments outlive this object.
+    // The scenario of a baseline must be showing; -1 is the plan itself. `grown` is what was made of the project's
+    // calendars in other scenarios; this one's is added. All arguments outlive this object.
     MSPDIMappingTrial(MSPDIPatient& patient, MSPCServices services, std::int32_t baselineNumber,
-                      const MSPCXMLDocument& kdzxTemplate);
+                      const MSPCXMLDocument& kdzxTemplate, MSPIGrowthBounds& grown);
     ~MSPDIMappingTrial();
 
+    // Ends where something is beyond all measure: an import ends there, whatever else is mended.
     void run();
+    [[nodiscard]] bool isBeyondMeasure() const { return _isBeyondMeasure; }
 
     // The leaves of baselines that are to leave the plan when the baseline no longer shows.
     [[nodiscard]] const std::vector<std::pair<MSPCXMLNode, std::string>>& condemned() const { return _condemned; }
@@ -49,6 +54,9 @@ private:
 
     // Tries until it succeeds or nothing is found to blame; says whether it succeeded.
     bool mend(const MSPDITrial& trial, const Owners& owners, const Subject& subject);
+    // The same from a failure of the first try on; none where that succeeded.
+    bool mendFrom(std::optional<MSPDIMappingFailure> failure, const MSPDITrial& trial, const Owners& owners,
+                  const Subject& subject);
     bool mendAtOnce(std::optional<MSPDIMappingFailure> failure, const MSPDITrial& trial, const Owners& owners,
                     const Subject& subject);
     // Whether there were pieces to look at.
@@ -64,7 +72,10 @@ private:
     void mapResource(const MSPCXMLNode& resource);
     void readUID(const MSPCXMLNode& assignment, std::string_view name);
     void mapTask(const MSPCXMLNode& task);
-    [[nodiscard]] Mapped mapped(const MSPCXMLNode& task);
+    // What it asks for in vain is added to `missing`, where there is one.
+    [[nodiscard]] Mapped mapped(const MSPCXMLNode& task, std::vector<std::string_view>* missing = nullptr);
+    [[nodiscard]] std::optional<MSPDIMappingFailure> firstFailureOf(const MSPCXMLNode& task, Mapped& facts,
+                                                                    const MSPDITrial& trial);
     bool splits(const MSPCXMLNode& task, const Mapped& facts);
     void link(const Mapped& facts);
     void removeTimephasedData(const MSPCXMLNode& task, MSPCTaskUID taskUID, std::string_view step);
@@ -79,7 +90,10 @@ private:
     MSPCXMLNewElement _scenario;
     MSPCXMLNewElement _groupType;  // that of any group
     std::unique_ptr<MSPITaskTree> _tree;
-    std::vector<std::string> _namesToBlame;                        // of leaves: what is wrong is often so in many items
+    std::vector<std::string> _namesToBlame;  // of leaves: what is wrong is often so in many items
+    MSPIGrowthBounds& _grown;
+    bool _isBeyondMeasure = false;
+    MSPDIKnownCulprits _knownCulprits;                             // of tasks
     std::map<std::string, std::vector<MSPCXMLNode>> _definitions;  // of custom fields, by FieldID, when asked for
     std::set<MSPCTaskUID> _withoutPieces;                          // UIDs of tasks whose timephased data were taken out
     // What shows a value of a baseline and is out of the tree until the mapping of its owner is through.

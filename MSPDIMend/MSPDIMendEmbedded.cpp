@@ -40,16 +40,19 @@ std::size_t endOfProlog(std::string_view bytes, std::size_t begin) {
     return bracket == npos ? npos : bytes.find_first_not_of(MSPCXMLLexis::Blanks, bracket + 1);
 }
 
-// Where the XML declaration begins that stands before an offset, with nothing but the rest of a prolog between them;
-// the offset itself without one.
-std::size_t withDeclaration(std::string_view bytes, std::size_t offset) {
+// Where the XML declaration begins that stands before an offset and not before another one, with nothing but the rest
+// of a prolog between them; the offset itself without one.
+std::size_t withDeclaration(std::string_view bytes, std::size_t first, std::size_t offset) {
     constexpr std::string_view opening = "<?xml";
-    auto declaration = bytes.substr(0, offset).rfind(opening);
-    while (declaration != npos && !MSPCXMLLexis::hasClass(bytes[declaration + opening.size()], MSPCXMLLexis::Blank)) {
-        declaration = declaration == 0 ? npos : bytes.rfind(opening, declaration - 1);
+    const auto before = bytes.substr(first, offset - first);
+    auto declaration = before.rfind(opening);
+    while (declaration != npos &&
+           !MSPCXMLLexis::hasClass(bytes[first + declaration + opening.size()], MSPCXMLLexis::Blank)) {
+        declaration = declaration == 0 ? npos : before.rfind(opening, declaration - 1);
     }
-    return declaration != npos && endOfProlog(bytes.substr(0, offset + 2), declaration) == offset ? declaration
-                                                                                                  : offset;
+    const auto prologAndTag = bytes.substr(first, offset + 2 - first);
+    return declaration != npos && endOfProlog(prologAndTag, declaration) == offset - first ? first + declaration
+                                                                                           : offset;
 }
 
 // Where the tag begins that has this name, with a prefix or without; none where that is no name of a start tag.
@@ -126,6 +129,7 @@ private:
 std::optional<Extent> planAmong(std::string_view bytes, bool isInSections) {
     constexpr std::string_view name = "Project";
     std::optional<Extent> first;
+    std::size_t passed = 0;  // the end of the last one that was looked at
     Sections sections(bytes);
     for (auto found = bytes.find(name); found != npos; found = bytes.find(name, found + 1)) {
         constexpr std::size_t longestTag = 4096;
@@ -143,7 +147,7 @@ std::optional<Extent> planAmong(std::string_view bytes, bool isInSections) {
         }
         const auto plainEnd = plainEndOf(bytes, begin);
         const auto end = plainEnd ? *plainEnd : MSPDIExtentOfElement(bytes, begin).end;
-        const Extent extent{withDeclaration(bytes, begin), end};
+        const Extent extent{withDeclaration(bytes, passed, begin), end};
         // The whole of it is no other file's.
         if (extent.begin == 0 && end == bytes.size()) {
             return std::nullopt;
@@ -152,6 +156,7 @@ std::optional<Extent> planAmong(std::string_view bytes, bool isInSections) {
             return extent;
         }
         first = first.value_or(extent);
+        passed = end;
         found = end - 1;
     }
     return first;

@@ -112,9 +112,16 @@ std::int64_t numberOfDay(sys_days date) {
 // Writes what a calendar says of stretches of time out as exceptions of single dates.
 class DateWriter {
 public:
-    DateWriter(MSPDIPatient& patient, std::string_view step) : _patient(patient), _step(step), _span(spanOf(patient)) {}
+    DateWriter(MSPDIPatient& patient, std::string_view step) : _patient(patient), _step(step) {}
 
-    [[nodiscard]] const std::optional<MSPDIDays>& span() const { return _span; }
+    // Looked for in all tasks when it is asked for first: few plans have something to write out.
+    [[nodiscard]] const std::optional<MSPDIDays>& span() {
+        if (!_isSpanKnown) {
+            _span = spanOf(_patient);
+            _isSpanKnown = true;
+        }
+        return _span;
+    }
 
     // Each date with what is worked on it. What was written out leaves the calendar, unless that grows too large.
     void write(const MSPCXMLNode& calendar, const MSPCXMLNode& element,
@@ -136,15 +143,20 @@ public:
 private:
     MSPDIPatient& _patient;
     std::string_view _step;
+    bool _isSpanKnown = false;
     std::optional<MSPDIDays> _span;
     std::size_t _count = 0;
 };
 
 void writeOutRecurring(MSPDIPatient& patient, const MSPCXMLNode& calendar, DateWriter& writer) {
+    const auto exceptions = nodesForXQuery(calendar, "Exceptions/Exception[Type!=1]");
+    if (exceptions.empty() || !writer.span()) {
+        return;
+    }
     constexpr std::int64_t mondays = 7;
     const auto weekStart = MSPDIIntegerIn(patient.project(), "WeekStartDay").value_or(0);
     TakenDays taken(calendar);
-    for (const auto& exception : nodesForXQuery(calendar, "Exceptions/Exception[Type!=1]")) {
+    for (const auto& exception : exceptions) {
         const bool isStart = weekStart >= 0 && weekStart < mondays;
         const auto recurring =
             MSPDIDatesOfException(exception, *writer.span(), isStart ? static_cast<unsigned>(weekStart) : 0U);
@@ -163,9 +175,13 @@ void writeOutRecurring(MSPDIPatient& patient, const MSPCXMLNode& calendar, DateW
 
 // Exceptions count before work weeks, and work weeks before the usual week.
 void writeOutWorkWeeks(MSPDIPatient& patient, const MSPCXMLNode& calendar, DateWriter& writer) {
+    const auto weeks = nodesForXQuery(calendar, "WorkWeeks/WorkWeek");
+    if (weeks.empty() || !writer.span()) {
+        return;
+    }
     const auto usual = daysOfWeekIn(calendar);
     TakenDays taken(calendar);
-    for (const auto& week : nodesForXQuery(calendar, "WorkWeeks/WorkWeek")) {
+    for (const auto& week : weeks) {
         const auto period = MSPDIPeriodOf(week);
         const auto own = daysOfWeekIn(week);
         const bool isWritable =
@@ -222,7 +238,7 @@ void MSPDIMendRecurringExceptions(MSPDIPatient& patient) {
         return;
     }
     DateWriter writer(patient, recurringExceptions);
-    for (const auto& calendar : writer.span() ? MSPDIMappedCalendars(patient) : std::vector<MSPCXMLNode>()) {
+    for (const auto& calendar : MSPDIMappedCalendars(patient)) {
         writeOutRecurring(patient, calendar, writer);
     }
 }
@@ -232,7 +248,7 @@ void MSPDIMendWorkWeeks(MSPDIPatient& patient) {
         return;
     }
     DateWriter writer(patient, workWeeks);
-    for (const auto& calendar : writer.span() ? MSPDIMappedCalendars(patient) : std::vector<MSPCXMLNode>()) {
+    for (const auto& calendar : MSPDIMappedCalendars(patient)) {
         writeOutWorkWeeks(patient, calendar, writer);
     }
 }

@@ -11,6 +11,7 @@
 #include "MSPCXMLEncoding.h"
 #include "MSPCXMLLexis.h"
 #include "MSPCXMLRepair.h"
+#include "MSPDICulprit.h"
 #include "MSPDIElementsMended.h"
 #include "MSPDIMarkup.h"
 #include "MSPDIMendPasses.h"
@@ -230,7 +231,7 @@ private:
         if (isLostByRepair(*loaded, copy)) {
             return false;
         }
-        return treatPlan(std::move(*loaded), copy, refusal.has_value()) || isTreated;
+        return treatPlan(std::move(*loaded), copy, refusal) || isTreated;
     }
 
     [[nodiscard]] std::optional<MSPCXMLWithBytes> read(std::string& bytes) const {
@@ -319,8 +320,9 @@ private:
         return isLost;
     }
 
-    // The keys of fields come behind the fields, and what cannot be mapped behind all that is new.
-    bool treatPlan(MSPCXMLWithBytes loaded, std::string& copy, bool isRefused) {
+    // The keys of fields come behind the fields, and what cannot be mapped behind all that is new; nothing is tried
+    // where a plan grows beyond all measure, which takes as long as an import each time.
+    bool treatPlan(MSPCXMLWithBytes loaded, std::string& copy, const std::optional<MSPDIRefusal>& refusal) {
         MSPDIPatient patient(std::move(loaded), _options);
         MSPDIMendMissingUIDs(patient);
         MSPDIMendDuplicateRoots(patient);
@@ -339,7 +341,7 @@ private:
         MSPDIMendUnits(patient);
         MSPDIMendTaskDetails(patient);
         MSPDIMendFieldKeys(patient);
-        if (isRefused) {
+        if (refusal && !MSPDIIsBeyondMeasure(refusal->reason)) {
             MSPDIMendWhatCannotBeMapped(patient, _services);
         }
         for (const auto& done : patient.done()) {

@@ -50,16 +50,20 @@ void MSPDIMendWhatCannotBeMapped(MSPDIPatient& patient, const MSPCServices& serv
                                    [](const auto& candidate) { return candidate.name == "Actual.xml"; });
     const auto kdzxTemplate = MSPCXMLDocument::read(std::string(file->content));
     constexpr std::int32_t ofPlan = -1;
-    MSPDIMappingTrial(patient, quiet, ofPlan, *kdzxTemplate).run();
-    for (std::int32_t number = 0; number < MSPIBaselineCount; ++number) {
+    MSPIGrowthBounds grown;
+    MSPDIMappingTrial ofActual(patient, quiet, ofPlan, *kdzxTemplate, grown);
+    ofActual.run();
+    bool isBeyondMeasure = ofActual.isBeyondMeasure();
+    for (std::int32_t number = 0; number < MSPIBaselineCount && !isBeyondMeasure; ++number) {
         if (patient.plan().baselines().counts(number).areZero()) {
             continue;
         }
         std::vector<std::pair<MSPCXMLNode, std::string>> condemned;
         {
             const ShownBaseline shown(patient.plan(), number);
-            MSPDIMappingTrial trial(patient, quiet, number, *kdzxTemplate);
+            MSPDIMappingTrial trial(patient, quiet, number, *kdzxTemplate, grown);
             trial.run();
+            isBeyondMeasure = trial.isBeyondMeasure();
             condemned = trial.condemned();
         }
         for (const auto& [baseline, name] : condemned) {

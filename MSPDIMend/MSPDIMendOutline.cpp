@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "MSPCTextScanner.h"
 #include "MSPDIItemValues.h"
 #include "MSPDIMendPasses.h"
 #include "MSPDIPatient.h"
@@ -100,10 +101,6 @@ void mendEmptyRows(MSPDIPatient& patient) {
     }
 }
 
-bool hasUnreadableLevel(const MSPCXMLNode& task) {
-    return MSPDITextIn(task, "OutlineLevel") && !MSPDIIntegerIn(task, "OutlineLevel");
-}
-
 // Without a level a task would stand outside the outline: it gets that of the one before it, or the next one below a
 // summary task.
 void mendUnreadableLevels(MSPDIPatient& patient) {
@@ -111,15 +108,18 @@ void mendUnreadableLevels(MSPDIPatient& patient) {
     for (const auto& task : patient.items("Tasks", "Task")) {
         const bool isEmpty = MSPDIIsTrueIn(task, "IsNull");
         const bool isRoot = MSPDIIntegerIn(task, "UID") == 0;
-        if (hasUnreadableLevel(task) && !isRoot) {
+        const auto text = MSPDITextIn(task, "OutlineLevel");
+        auto known = text ? scanInteger64(*text) : std::nullopt;
+        if (text && !known && !isRoot) {
             patient.note(outline, [&] {
                 return fmt::format("{}: level {} instead of '{}'", MSPISubjectOf("Task", task), isEmpty ? 0 : level,
-                                   MSPDITextIn(task, "OutlineLevel").value_or(""));
+                                   *text);
             });
-            patient.setChild(task, "OutlineLevel", std::to_string(isEmpty ? 0 : level), {});
+            known = isEmpty ? 0 : level;
+            patient.setChild(task, "OutlineLevel", std::to_string(*known), {});
         }
         if (!isEmpty && !isRoot) {
-            const auto own = std::max<std::int64_t>(MSPDIIntegerIn(task, "OutlineLevel").value_or(1), 1);
+            const auto own = std::max<std::int64_t>(known.value_or(1), 1);
             level = own + (MSPDIIsTrueIn(task, "Summary") ? 1 : 0);
         }
     }

@@ -59,6 +59,10 @@ public:
 
     // Whether the root task was on another level, with its tasks under it.
     bool hasMovedRoot = false;
+    // What several steps ask of all tasks, once it was looked for: those that arrive with their custom fields, and the
+    // numbers of all fields that tasks have. No step changes the one, and each adds to the other what it puts in.
+    std::optional<std::vector<MSPCXMLNode>> tasksWithFields;
+    std::optional<std::set<std::string>> fieldsOfTasks;
 
     // The mended bytes. Nothing else is to be asked for then.
     [[nodiscard]] std::string takeBytes();

@@ -35,10 +35,13 @@ void MSPDITaskWords::moveIntoField(MSPDIPatient& patient, std::string_view step,
     }
 }
 
-std::vector<MSPCXMLNode> MSPDITasksWithFields(const MSPDIPatient& patient) {
-    auto tasks = MSPDITasksOf(patient);
-    std::erase_if(tasks, [](const auto& task) { return MSPDIIntegerIn(task, "UID").value_or(0) == 0; });
-    return tasks;
+const std::vector<MSPCXMLNode>& MSPDITasksWithFields(MSPDIPatient& patient) {
+    auto& tasks = patient.tasksWithFields;
+    if (!tasks) {
+        tasks = MSPDITasksOf(patient);
+        std::erase_if(*tasks, [](const auto& task) { return MSPDIIntegerIn(task, "UID").value_or(0) == 0; });
+    }
+    return *tasks;
 }
 
 // "2 d 4 h" would depend on what a day is; hours and minutes do not.

@@ -25,8 +25,8 @@ private:
     std::vector<MSPCXMLNode> _told;
 };
 
-// Tasks that arrive with their custom fields.
-[[nodiscard]] std::vector<MSPCXMLNode> MSPDITasksWithFields(const MSPDIPatient& patient);
+// Tasks that arrive with their custom fields. Not to be asked for while steps to come change UIDs.
+[[nodiscard]] const std::vector<MSPCXMLNode>& MSPDITasksWithFields(MSPDIPatient& patient);
 
 // A time in words, from tenths of a minute: "8 h 30 min", "-0.5 min".
 [[nodiscard]] std::string MSPDITenthsOfMinutesInWords(std::int64_t tenthsOfMinutes);

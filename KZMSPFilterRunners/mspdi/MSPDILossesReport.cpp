@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -48,7 +47,7 @@ private:
         std::string unit;
         std::string words;
     };
-    std::array<Entry, 1024> _entries;
+    std::vector<Entry> _entries = std::vector<Entry>(1024);  // no array: the stack may be small
     std::string _other;
 };
 

@@ -82,6 +82,21 @@ std::string exception(const std::string& more) {
            more + "<DayWorking>0</DayWorking></Exception>";
 }
 
+// A file in which a plan lies behind many that hold nothing.
+std::string behindOthers(int n, const std::string& other) {
+    return each(n, [&](int) { return other; }) + planOf({.tasks = tasks(2)});
+}
+
+const std::string emptyPlan = "<Project xmlns=\"http://schemas.microsoft.com/project\"></Project>";
+
+std::string escaped(const std::string& markup) {
+    std::string text;
+    for (const char character : markup) {
+        text += character == '<' ? "&lt;" : std::string(1, character);
+    }
+    return text;
+}
+
 struct Damage {
     const char* name;
     const char* step;  // empty for the necessary ones
@@ -197,6 +212,13 @@ const Damage damages[] = {
      }},
     {"types", "",
      [](int n) { return planOf({.resources = each(n, [](int uid) { return resource(uid, "<Type>2</Type>"); })}); }},
+    {"plansInAText", "", [](int n) { return "x" + behindOthers(n, emptyPlan); }},
+    {"plansWithDeclarations", "",
+     [](int n) { return "x" + behindOthers(n, "<?xml version='1.0'?><!DOCTYPE Project [" + emptyPlan); }},
+    {"plansBehindInstructions", "",
+     [](int n) { return "x" + each(n, [](int) { return std::string("<?xml-s?>"); }) + behindOthers(n, emptyPlan); }},
+    {"plansInTexts", "", [](int n) { return "<a>" + escaped(behindOthers(n, emptyPlan)) + "</a>"; }},
+    {"plansInSections", "", [](int n) { return "<a><![CDATA[" + behindOthers(n, emptyPlan) + "]]></a>"; }},
     {"fields", "field-keys",
      [](int n) {
          return planOf(

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "ExpectRaises.h"
 #include "MSPCExtensions.h"
@@ -203,4 +204,18 @@ TEST(MSPCFields, ofVeryManyFieldsTheLastOfAName) {
     EXPECT_EQ(fields.lastPosition("n0"), 1U);
     EXPECT_EQ(fields.lastPosition("Name"), 1001U);
     EXPECT_EQ(fields.lastPosition("n1000"), 1002U);
+}
+
+TEST(MSPCFieldsTest, tellsTheNamesThatAreAskedForAndMissing) {
+    const auto document = xmlDocument("<Task><UID>1</UID><Name/></Task>");
+    MSPCFields fields(document.root());
+    std::vector<std::string_view> missing;
+    static_cast<void>(fields.text("Start"));
+    fields.tellMissing(missing);
+    static_cast<void>(fields.intValue("UID"));
+    static_cast<void>(fields.text("Name"));
+    static_cast<void>(fields.boolValue("Summary"));
+    static_cast<void>(fields.text("Start"));
+    static_cast<void>(fields.floatValue("Summary"));
+    EXPECT_EQ(missing, (std::vector<std::string_view>{"Summary", "Start", "Summary"}));
 }

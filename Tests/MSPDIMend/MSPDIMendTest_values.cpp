@@ -231,3 +231,101 @@ TEST_F(MendTest, leavesGoodValuesOfTheSameTextAlone) {
     };
     expectMended(exceptionOf("<FromDate>1</FromDate>"), exceptionOf(""), "unreadable-value 1");
 }
+
+// What was to blame in one task leaves the later ones only where it stands in the way there, too.
+TEST_F(MendTest, leavesOutWhatWasToBlameBeforeWhereItIsReadOnly) {
+    const std::string date = "<ConstraintDate>soon</ConstraintDate>";
+    const std::string dated = "<ConstraintType>4</ConstraintType>";
+    const auto plan = planOf(tasks(task(1, 1, dated + date) + task(2, 1, date) + task(3, 1, dated + date) +
+                                   task(4, 1, "<IsNull>1</IsNull>" + dated + date)));
+    const auto wanted = planOf(tasks(task(1, 1, dated) + task(2, 1, date) + task(3, 1, dated) +
+                                     task(4, 1, "<IsNull>1</IsNull>" + dated + date)));
+    expectMended(plan, wanted, "unreadable-value 2");
+}
+
+TEST_F(MendTest, leavesOutWhatWasToBlameBeforeInTheOrderOfReading) {
+    const std::string several = "<Work>x</Work><Start>y</Start><Duration>x</Duration><Type>9</Type>";
+    const auto plan = planOf(tasks(task(1, 1, several) + task(2, 1, "<Start>z</Start>" + several)));
+    const auto mended = mend(plan, {.only = {}, .isAll = false, .mostPlaces = 9});
+    EXPECT_EQ(mended.bytes, planOf(tasks(task(1, 1) + task(2, 1))));
+    std::vector<std::string> where;
+    for (const auto* const place :
+         {"Task UID='1' name='': Duration 'x'", "Task UID='1' name='': Start 'y'", "Task UID='1' name='': Work 'x'",
+          "Task UID='1' name='': Type '9'", "Task UID='2' name='': Duration 'x'", "Task UID='2' name='': Start 'y'",
+          "Task UID='2' name='': Start 'z'", "Task UID='2' name='': Work 'x'", "Task UID='2' name='': Type '9'"}) {
+        where.emplace_back(place);
+    }
+    ASSERT_EQ(mended.steps.size(), 1U);
+    EXPECT_EQ(mended.steps[0].where, where);
+}
+
+namespace {
+
+// Counts how often the time is asked for: each date that is mapped does so.
+class CountingClock final : public MSPCClock {
+public:
+    explicit CountingClock(MSPCInstant now) : _now(now) {}
+    [[nodiscard]] MSPCInstant now() const override {
+        ++count;
+        return _now;
+    }
+    mutable std::size_t count = 0;
+
+private:
+    MSPCInstant _now;
+};
+
+// How much work mending and importing take, in dates that are mapped.
+class MendCostTest : public MendTest {
+protected:
+    std::size_t ofImport(const std::string& plan) {
+        _clock.count = 0;
+        static_cast<void>(MSPDIImportBytesInMemory("Plan.xml", plan, _services, MSPDIMemoryKeeping::Names));
+        return _clock.count;
+    }
+    std::size_t ofMend(const std::string& plan, MSPDIMended& mended) {
+        _clock.count = 0;
+        mended = MSPDIMendPlan("Plan.xml", plan, _services);
+        return _clock.count;
+    }
+
+private:
+    CountingClock _clock{utcInstant(2012, 1, 9, 8)};
+    MSPCServices _services{_clock, MSPCTimeZone::fixed(0), log, settings, machine, randomSource};
+};
+
+}  // namespace
+
+// Each would take a try of its own.
+TEST_F(MendCostTest, triesATaskWithBadValuesOfKnownKindsOnce) {
+    std::string content;
+    for (int uid = 1; uid <= 300; ++uid) {
+        content += task(uid, 1,
+                        "<Start>2012-01-09T08:00:00</Start><Finish>2012-01-09T09:00:00</Finish>"
+                        "<PercentComplete>x</PercentComplete><PercentWorkComplete>y" +
+                            std::to_string(uid) + "</PercentWorkComplete><FixedCost>z</FixedCost>");
+    }
+    MSPDIMended mended;
+    const auto cost = ofMend(planOf(tasks(content)), mended);
+    ASSERT_EQ(stepsOf(mended), "unreadable-value 900");
+    EXPECT_LE(cost, 3 * ofImport(mended.bytes));
+}
+
+TEST_F(MendCostTest, triesNothingWhereAPlanGrowsBeyondMeasure) {
+    const std::string exception =
+        "<Exceptions><Exception><DayWorking>0</DayWorking><Type>1</Type><TimePeriod><FromDate>0001-01-01T00:00:00"
+        "</FromDate><ToDate>9999-01-01T00:00:00</ToDate></TimePeriod></Exception></Exceptions>";
+    std::string baselines;
+    for (int number = 0; number <= 10; ++number) {
+        baselines += "<Baseline><Number>" + std::to_string(number) + "</Number></Baseline>";
+    }
+    const auto calendar = with(standardCalendar(), "</Calendar>", exception + "</Calendar>");
+    const auto plan = planOf(tasks(task(1, 1, baselines)), calendar);
+    // With something to mend before that is reached.
+    for (const auto& refused : {plan, with(plan, "<StartDate>", "<StartDate>x")}) {
+        MSPDIMended mended;
+        EXPECT_LE(ofMend(refused, mended), 3 * ofImport(plan));
+        EXPECT_EQ(mended.verdict, MSPDIMendVerdict::NotMendable);
+        EXPECT_THAT(mended.obstacle, StartsWith("Too many calendar events"));
+    }
+}
