@@ -41,13 +41,26 @@ std::string effortOf(const MSPCXMLNode& task) {
     return seconds ? KZDXShownWork(*seconds) : text;
 }
 
+// A name for the table, which repeats it for each task: of one that is longer than any that people give, the beginning.
+std::string briefName(std::string name) {
+    constexpr std::size_t mostBytes = 200;
+    if (name.size() <= mostBytes) {
+        return name;
+    }
+    auto end = mostBytes;
+    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U) {  // within a character
+        --end;
+    }
+    return name.substr(0, end) + "\u2026";
+}
+
 std::string resourcesOf(const KZDXScenario& scenario, const std::vector<std::size_t>& starts, std::size_t task) {
     std::string names;
     for (auto at = starts[task]; at < starts[task + 1]; ++at) {
         const auto& resource = scenario.assignments()[at].to;
         if (resource) {
             names += names.empty() ? "" : ", ";
-            names += KZDXChildText(scenario.resources()[*resource].element, "name").value_or("");
+            names += briefName(KZDXChildText(scenario.resources()[*resource].element, "name").value_or(""));
         }
     }
     return names;

@@ -59,14 +59,16 @@ MSPDIJudgement projectFinish(const MSPDILeaf& leaf) {
 // Working time is written in whole hours.
 MSPDIJudgement workingTimeUnit(const MSPDILeaf& leaf) {
     constexpr std::int64_t minutesPerHour = 60;
+    if (!leaf.isOnlyOfItsName() || !scanInteger64(leaf.text)) {
+        return MSPDIFate::Shaping;
+    }
     const auto settings = MSPIProjectSettings::ofProject(leaf.item.node);
     const auto units = MSPIWorkingTimeUnits::ofSettings(settings);
     const bool isOfWeek = leaf.name() == "MinutesPerWeek";
     const auto minutes = isOfWeek ? settings.minutesPerWeek : settings.minutesPerDay;
     const auto hours = isOfWeek ? units.hoursPerWeek : units.hoursPerDay;
-    const bool isRead = leaf.isOnlyOfItsName() && scanInteger64(leaf.text);
     const bool saysTheSame = minutes % minutesPerHour == 0 && hours == minutes / minutesPerHour;
-    return isRead && !saysTheSame ? MSPDIJudgement(MSPDIFate::Changed, "whole-hours") : MSPDIFate::Shaping;
+    return saysTheSame ? MSPDIFate::Shaping : MSPDIJudgement(MSPDIFate::Changed, "whole-hours");
 }
 
 MSPDIJudgement workFormat(const MSPDILeaf& leaf) {

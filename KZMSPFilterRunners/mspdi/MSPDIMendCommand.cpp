@@ -9,6 +9,7 @@
 #include "MSPCNewFile.h"
 #include "MSPCPath.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDIDocumentAround.h"
 #include "MSPDIMendReport.h"
 
 namespace {
@@ -48,6 +49,9 @@ std::optional<std::string> obstacleToWriting(const std::string& path, const std:
     }
     if (fileSystem.isSameFile(path, plan)) {
         return "that is the plan itself, which is never written";
+    }
+    if (const auto document = MSPDIDocumentAround(fileSystem.absolutePath(path), fileSystem)) {
+        return fmt::format("it would become a part of the document {}", *document);
     }
     return fileSystem.exists(path) ? std::optional<std::string>("there is such a file already; none is overwritten")
                                    : std::nullopt;

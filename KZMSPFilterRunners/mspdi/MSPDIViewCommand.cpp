@@ -15,6 +15,7 @@
 #include "MSPCPath.h"
 #include "MSPDIAccountOfPlan.h"
 #include "MSPDICommonOptions.h"
+#include "MSPDIDocumentAround.h"
 #include "MSPDIDocumentFiles.h"
 #include "MSPDIJSON.h"
 #include "MSPDIRun.h"
@@ -136,6 +137,9 @@ std::optional<std::string> obstacleTo(const Arguments& arguments, const std::str
     }
     if (fileSystem.isSameFile(path, fileSystem.absolutePath(arguments.shown))) {
         return "it is what the page shall show";
+    }
+    if (const auto document = MSPDIDocumentAround(path, fileSystem)) {
+        return fmt::format("it would become a part of the document {}", *document);
     }
     if (arguments.page.empty() && fileSystem.exists(path)) {
         return fmt::format("it exists already (-o {} replaces it)", page);

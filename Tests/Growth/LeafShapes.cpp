@@ -94,6 +94,8 @@ const PlanShape ofLeaves[] = {
                        "</ExtendedAttribute></ExtendedAttributes>");
      }},
     {"TitlesOfThePlan", [](int n) { return planOf(times(n, "<Title>a</Title><Author>b</Author>")); }},
+    {"UnitsOfWorkingTime",
+     [](int n) { return planOf(times(n, "<MinutesPerDay>480</MinutesPerDay><MinutesPerWeek>2400</MinutesPerWeek>")); }},
     {"UnknownElementsOfThePlan", [](int n) { return planOf(numbered(n, "<e", "/>")); }},
 };
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -94,6 +95,14 @@ TEST_F(MendCommandTest, neverWritesThePlanItself) {
         EXPECT_THAT(err.str(), HasSubstr("the plan itself")) << name;
         EXPECT_EQ(folder.contents("Plan.xml"), refused);
     }
+}
+
+TEST_F(MendCommandTest, putsNothingIntoADocument) {
+    std::filesystem::create_directory(folder / "Old.kdzx");
+    folder.addFile("Old.kdzx/__TOC.xml", "<table-of-contents/>");
+    EXPECT_EQ(run({"Plan.xml", "-o", "Old.kdzx/New.xml"}), 2);
+    EXPECT_THAT(err.str(), HasSubstr("it would become a part of the document " + (folder / "Old.kdzx")));
+    EXPECT_EQ(folder.contents("Old.kdzx/New.xml"), "(no file)");
 }
 
 TEST_F(MendCommandTest, writesWhereItIsTold) {

@@ -88,6 +88,9 @@ TEST_F(ViewCommandTest, replacesNothingThatNobodyNamed) {
     EXPECT_THAT(page("plans/House.xml"), StartsWith("<Project"));
     EXPECT_EQ(run({"view", "-o", "Folder", "plans/House.xml"}), 2);
     EXPECT_EQ(err.str(), "mspdi: Folder: it is a folder\n");
+    EXPECT_EQ(run({"view", "-o", "Mill.kdzx/Actual.xml", "plans/House.xml"}), 2);
+    EXPECT_EQ(err.str(), "mspdi: Mill.kdzx/Actual.xml: it would become a part of the document /home/me/Mill.kdzx\n");
+    EXPECT_THAT(page("Mill.kdzx/Actual.xml"), testing::HasSubstr("<scenario"));
 }
 
 TEST_F(ViewCommandTest, tellsInOneLineWhatItCouldNotLookAt) {
