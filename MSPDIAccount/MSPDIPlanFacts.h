@@ -131,6 +131,7 @@ private:
         std::optional<MSPCResourceUID> resourceUID;
         std::optional<std::int64_t> work;
         std::array<std::uint32_t, 12> records{};  // by scenario + 1
+        bool isClear = true;                      // it has one task and one resource
     };
 
     void readSettings(const MSPCXMLNode& project);
@@ -140,6 +141,7 @@ private:
     void readResources(const MSPCXMLNode& project);
     void readAssignments(const MSPCXMLNode& project);
     void readValues(const MSPCXMLNode& owner, bool isShown, bool isTask);
+    [[nodiscard]] std::vector<bool> tasksWithUnclearOnes() const;
 
     MSPIUtilities _conversions;
     bool _hasTOC = false;
@@ -153,5 +155,6 @@ private:
     std::map<MSPCResourceUID, std::size_t> _resourceByUID;          // the first mapped one
     std::set<MSPCResourceUID> _materialUIDs;                        // of mapped ones, as look-ups see them
     std::map<std::string, std::size_t, std::less<>> _definitionByFieldID;
-    std::vector<Share> _shares;  // of the assignments
+    std::vector<Share> _shares;                  // of the assignments
+    std::vector<std::size_t> _assignmentsThere;  // of each task in the document of the plan itself; empty without one
 };
