@@ -412,6 +412,9 @@ MSPDIJudgement MSPDILeafWalk::judgeUnknown(const MSPCXMLNode& node, const MSPDII
         const auto text = ancestor.stringValue();
         return element->condition({item, *element, ancestor, text, step.known->name()}).arrives();
     });
+    if (!arrives && MSPDIMayArrive(*element) && !isBlank(node.stringValue())) {
+        return {MSPDIFate::Shaping, unknownElement};  // without it the value may be one that is read
+    }
     return arrives ? MSPDIJudgement(MSPDIFate::Changed, unknownElement) : lost;
 }
 

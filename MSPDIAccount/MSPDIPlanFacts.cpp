@@ -140,6 +140,7 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
         if (!isFirst) {
             tasks[first->second].sharesUID = true;
             task.sharesUID = true;
+            _tasksAgain[MSPCTaskUID{uid}].push_back(tasks.size() - 1);
         }
         // In this tree only tasks that can be reached have a target.
         const auto level = MSPDILastInteger(fields, "OutlineLevel").value_or(0);
@@ -314,11 +315,24 @@ void MSPDIPlanFacts::readScenario(MSPIPlan& plan, const MSPIImportInfo& info, co
     }
 }
 
+// Of tasks with one UID a summary task, or one with several UIDs, leaves the assignments to those behind it; the
+// document tells which one took them.
+std::optional<std::size_t> MSPDIPlanFacts::takerOf(MSPCTaskUID uid) const {
+    const auto first = mappedTask(uid);
+    const auto again = _tasksAgain.find(uid);
+    if (_assignmentsThere.empty() || again == _tasksAgain.end() || _assignmentsThere[*first] > 0) {
+        return first;
+    }
+    const auto taker = std::find_if(again->second.begin(), again->second.end(),
+                                    [this](std::size_t task) { return _assignmentsThere[task] > 0; });
+    return taker == again->second.end() ? first : *taker;
+}
+
 // An assignment with several tasks or resources is left out of some tasks; the document tells which ones have them all.
 std::vector<bool> MSPDIPlanFacts::tasksWithUnclearOnes() const {
     std::vector<std::size_t> clear(tasks.size(), 0);
     for (const auto& share : _shares) {
-        const auto task = share.taskUID ? mappedTask(*share.taskUID) : std::nullopt;
+        const auto task = share.taskUID ? takerOf(*share.taskUID) : std::nullopt;
         if (task && share.isClear && share.resourceUID && MSPCNumberOf(*share.resourceUID) >= 0) {
             ++clear[*task];
         }
@@ -337,7 +351,7 @@ void MSPDIPlanFacts::conclude() {
     for (std::size_t position = 0; position < assignments.size(); ++position) {
         auto& assignment = assignments[position];
         const auto& share = _shares[position];
-        assignment.task = share.taskUID ? mappedTask(*share.taskUID) : std::nullopt;
+        assignment.task = share.taskUID ? takerOf(*share.taskUID) : std::nullopt;
         if (!assignment.task) {
             continue;
         }

@@ -142,6 +142,7 @@ private:
     void readAssignments(const MSPCXMLNode& project);
     void readValues(const MSPCXMLNode& owner, bool isShown, bool isTask);
     [[nodiscard]] std::vector<bool> tasksWithUnclearOnes() const;
+    [[nodiscard]] std::optional<std::size_t> takerOf(MSPCTaskUID uid) const;
 
     MSPIUtilities _conversions;
     bool _hasTOC = false;
@@ -151,6 +152,7 @@ private:
     std::map<std::pair<std::size_t, int>, std::string> _splitEnds;  // by task and scenario
     std::vector<MSPCTaskUID> _taskUIDs;                             // of all tasks, as look-ups see them, sorted
     std::map<MSPCTaskUID, std::size_t> _taskByUID;                  // the first mapped one
+    std::map<MSPCTaskUID, std::vector<std::size_t>> _tasksAgain;    // the mapped ones behind it
     std::map<MSPCCalendarUID, std::size_t> _calendarByUID;          // the last one, as look-ups see it
     std::map<MSPCResourceUID, std::size_t> _resourceByUID;          // the first mapped one
     std::set<MSPCResourceUID> _materialUIDs;                        // of mapped ones, as look-ups see them

@@ -333,6 +333,30 @@ TEST(FatesInContext, anAssignmentWithSeveralTasksOrResourcesIsDroppedUnlessItsTa
     EXPECT_EQ(planOf(2, twoResources).count("dropped-assignment"), 0U);
 }
 
+// A summary task takes no assignments, so that another task with its number gets them.
+TEST(FatesInContext, assignmentsGoToTheFirstTaskOfTheirNumberThatTakesAny) {
+    const auto fateWith = [](const std::string& second) {
+        return AccountOfPlan(tasksOf(taskOf(1, "<Summary>1</Summary>") + second) +
+                             "<Resources><Resource><UID>1</UID></Resource></Resources><Assignments><Assignment>"
+                             "<TaskUID>1</TaskUID><ResourceUID>1</ResourceUID></Assignment></Assignments>")
+            .at("Assignments[1]/Assignment[1]/ResourceUID[1]");
+    };
+    EXPECT_EQ(fateWith(taskOf(1)), "carried");
+    EXPECT_EQ(fateWith(taskOf(2)), "lost");
+    EXPECT_EQ(fateWith(taskOf(1, "<Summary>1</Summary>")), "lost");
+}
+
+// Without it the number is that of a baseline.
+TEST(FatesInContext, anElementWithinAValueShapesWhatIsReadOfIt) {
+    const AccountOfPlan plan(
+        tasksOf(taskOf(1,
+                       "<Start>2012-01-10T08:00:00</Start><Baseline><Number>3<Zebra>7</Zebra></Number>"
+                       "<Start>2012-01-11T08:00:00</Start></Baseline><Contact>me<Zebra>7</Zebra></Contact>")));
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Baseline[1]/Number[1]/Zebra[1]"), "shaping");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Contact[1]/Zebra[1]"), "lost");
+    EXPECT_EQ(plan.count("unknown-element"), 2U);
+}
+
 TEST(FatesInContext, aCalendarGoesByWhoHasIt) {
     const auto calendar = [](int uid, const std::string& more) {
         return "<Calendar><UID>" + std::to_string(uid) + "</UID><Name>C" + std::to_string(uid) + "</Name>" + more +
