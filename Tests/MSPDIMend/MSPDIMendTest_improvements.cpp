@@ -471,7 +471,7 @@ TEST_F(ImprovementTest, everyStepForALossIsOne) {
             ++count;
         }
     }
-    EXPECT_EQ(count, 25U);
+    EXPECT_EQ(count, 32U);
     EXPECT_EQ(MSPDIMendStepForLoss("outline-code"), nullptr);
 }
 
