@@ -39,6 +39,9 @@ struct KZDXImportComments {
     bool tellPlan = false;
     bool nameSections = false;
 
+    // One of them is enough to tell that the scenario is of an import.
+    [[nodiscard]] bool areOfImport() const { return tellImporter || tellPlan || nameSections; }
+
     explicit KZDXImportComments(const MSPCXMLNode& root);
 };
 

@@ -329,7 +329,7 @@ void lookForMissingValues(const KZDXSubject& subject, const KZDXTell& tell) {
         }
     }
     const auto& root = subject.scenario.root();
-    const bool isImported = KZDXImportComments(root).tellImporter;
+    const bool isImported = KZDXImportComments(root).areOfImport();
     if (isImported && !root.firstChildElement("start-date") && !root.firstChildElement("end-date")) {
         tell(root, "there is neither a start-date nor an end-date");
     }

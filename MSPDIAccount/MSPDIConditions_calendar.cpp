@@ -4,7 +4,6 @@
 #include <map>
 
 #include "MSPCTextScanner.h"
-#include "MSPCXPathNumber.h"
 #include "MSPDIConditions.h"
 #include "MSPDIValues.h"
 #include "MSPICalendarMapper.h"
@@ -37,14 +36,22 @@ MSPDIJudgement ofUnusedCalendar(const MSPDILeaf& leaf) {
     return partOf("unused-calendar", leaf);
 }
 
+bool isDayOfWeek(const MSPDIItem& calendar, const MSPCXMLNode& weekDay) {
+    if (!calendar.daysOfWeek) {
+        const auto days = MSPICalendarMapper::weekDaysOfMSPCalendar(calendar.node);
+        calendar.daysOfWeek.emplace(days.begin(), days.end());
+    }
+    return calendar.daysOfWeek->contains(weekDay);
+}
+
 const MSPDIWeekDayFacts& factsOf(const MSPDILeaf& leaf, const MSPCXMLNode& weekDay) {
-    return leaf.item.weekDay.of(weekDay, [&] { return MSPDIWeekDayFacts(weekDay); });
+    return leaf.item.weekDay.of(
+        weekDay, [&] { return MSPDIWeekDayFacts(weekDay, isDayOfWeek(leaf.item, weekDay), isBase(leaf)); });
 }
 
 // Whether a day of the week becomes one of the document.
 bool isWritten(const MSPDILeaf& leaf, const MSPCXMLNode& weekDay) {
-    const auto& facts = factsOf(leaf, weekDay);
-    return facts.isDayOfWeek && (isBase(leaf) || facts.hasWorkingTime);
+    return factsOf(leaf, weekDay).isWritten;
 }
 
 // Whether a working time ends at midnight or later: in a document its end is one of the day on which it begins.
@@ -80,7 +87,7 @@ const std::map<MSPCXMLNode, ExceptionUse>& usesOf(const MSPDIItem& calendar) {
             uses[exception] = ExceptionUse::TimeOff;
         }
         for (const auto& exception : MSPICalendarMapper::overtimeOfMSPCalendar(calendar.node)) {
-            if (!MSPICalendarMapper::workingTimesOfException(exception).empty()) {
+            if (!MSPICalendarMapper::workingTimesOf(exception).empty()) {
                 uses.try_emplace(exception, ExceptionUse::Overtime);
             }
         }
@@ -107,7 +114,7 @@ const MSPDIExceptionFacts& exceptionOf(const MSPDILeaf& leaf, const MSPCXMLNode&
         facts.period = item.lastChild(exception, "TimePeriod").element;
         const auto types = item.lastChild(exception, "Type").count;
         facts.isOnlyNumber = types <= 1 && item.lastChild(exception, "DayWorking").count <= 1;
-        facts.isRecurring = types > 0 && !hasChildWithNumber(exception, "Type", 1);
+        facts.isRecurring = types > 0 && !MSPICalendarMapper::isOverOneRange(exception);
         if (facts.use != ExceptionUse::None && facts.period) {
             const auto from = item.lastText(facts.period, "FromDate");
             const auto to = item.lastText(facts.period, "ToDate");

@@ -97,7 +97,9 @@ MSPDIJudgement idOfField(const MSPDILeaf& leaf) {
     if (!leaf.isLastOfItsName()) {
         return MSPDIFate::Default;
     }
-    return fieldValueOf(leaf).definition ? MSPDIFate::Shaping : MSPDIFate::Default;
+    // It hides the one before, which may have a definition.
+    const bool decides = !leaf.isOnlyOfItsName() || fieldValueOf(leaf).definition;
+    return decides ? MSPDIFate::Shaping : MSPDIFate::Default;
 }
 
 // Whether a baseline has a number that no scenario is made of. It is told once, whatever it holds.

@@ -27,8 +27,9 @@ struct MSPDILeaf {
     const MSPDIElement& element;
     MSPCXMLNode node;
     std::string_view text;
+    std::string_view nodeName;
 
-    [[nodiscard]] std::string_view name() const { return node.name(); }
+    [[nodiscard]] std::string_view name() const { return nodeName; }
     [[nodiscard]] bool isLastOfItsName() const { return item.lastChild(node.parent(), name()).element == node; }
     [[nodiscard]] bool isOnlyOfItsName() const { return item.lastChild(node.parent(), name()).count == 1; }
 };

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <vector>
 
 #include "MSPCCharacters.h"
@@ -20,29 +21,40 @@ constexpr std::size_t lineStep = 16;
 constexpr std::size_t pieceSize = std::size_t(1) << 18U;
 // The longest form of a number, seven bits a byte.
 constexpr std::size_t longestNumber = 10;
+static_assert(2 * longestNumber <= MSPDIFatesByPath::LongestPut);
 
 // The lower seven bits first; the eighth says that more follow.
-void appendNumber(std::size_t number, std::string& bytes) {
+char* putNumber(std::size_t number, char* at) {
     constexpr std::size_t bits = 7;
     constexpr std::size_t more = 1U << bits;
     for (; number >= more; number >>= bits) {
-        bytes.push_back(static_cast<char>(number % more + more));
+        *at++ = static_cast<char>(number % more + more);
     }
-    bytes.push_back(static_cast<char>(number));
+    *at++ = static_cast<char>(number);
+    return at;
 }
 
-std::size_t takeNumber(std::string_view& bytes) {
+void appendNumber(std::size_t number, std::string& bytes) {
+    std::array<char, longestNumber> put{};
+    bytes.append(put.data(), static_cast<std::size_t>(putNumber(number, put.data()) - put.data()));
+}
+
+std::size_t takeNumber(const char*& at) {
     constexpr std::size_t bits = 7;
     constexpr std::size_t more = 1U << bits;
     std::size_t number = 0;
     for (std::size_t shift = 0;; shift += bits) {
-        const std::size_t byte = static_cast<unsigned char>(bytes.front());
-        bytes.remove_prefix(1);
+        const std::size_t byte = static_cast<unsigned char>(*at++);
         number |= (byte % more) << shift;
         if (byte < more) {
             return number;
         }
     }
+}
+
+char* putKnown(const MSPDIElementTree& known, std::size_t number, std::size_t what, char* at) {
+    at = putNumber((known.index() + 1) * lineStep + (number == 1 ? 0 : numbered) + what, at);
+    return number == 1 ? at : putNumber(number, at);
 }
 
 // Puts the paths together again.
@@ -51,41 +63,44 @@ public:
     explicit Reading(MSPDIFateReader& reader) : _reader(reader), _firsts(MSPDIProjectElements().size()) {}
 
     void read(std::string_view bytes) {
-        while (!bytes.empty()) {
-            const auto entry = takeNumber(bytes);
+        const auto* at = bytes.data();
+        const auto* const end = at + bytes.size();
+        while (at != end) {
+            const auto entry = takeNumber(at);
             const auto what = entry % numbered;
-            if (what == leaving) {
-                _path.resize(_starts.back());
-                _starts.pop_back();
-                _isTold = false;
-                continue;
-            }
             const auto line = entry / lineStep;
             const bool isNumbered = entry % lineStep >= numbered;
-            const auto step = takeStep(line, isNumbered, bytes);
-            if (what == entering) {
-                enter(step);
+            if (what == leaving) {
+                leave();
+            } else if (what == entering) {
+                enter(takeStep(line, isNumbered, at));
+            } else if (line > 0 && !isNumbered) {  // nearly all of them
+                tell(firstOf(line), line, static_cast<MSPDIFate>(what));
             } else {
-                tell(step, isNumbered || line == 0 ? std::nullopt : std::optional(line), static_cast<MSPDIFate>(what));
+                tell(takeStep(line, isNumbered, at), std::nullopt, static_cast<MSPDIFate>(what));
             }
         }
     }
 
 private:
     // Valid until the next one is taken.
-    std::string_view takeStep(std::size_t line, bool isNumbered, std::string_view& bytes) {
-        const auto number = isNumbered ? takeNumber(bytes) : 1;
+    std::string_view takeStep(std::size_t line, bool isNumbered, const char*& at) {
+        const auto number = isNumbered ? takeNumber(at) : 1;
         if (line > 0) {
-            auto& first = _firsts[line - 1];
-            if (first.empty()) {
-                first = stepOf(MSPDIProjectElements().nameAt(line - 1), 1);
-            }
-            return number == 1 ? first : _step = stepOf(MSPDIProjectElements().nameAt(line - 1), number);
+            return number == 1 ? firstOf(line) : _step = stepOf(MSPDIProjectElements().nameAt(line - 1), number);
         }
-        const auto size = takeNumber(bytes);
-        _step = stepOf(bytes.substr(0, size), number);
-        bytes.remove_prefix(size);
+        const auto size = takeNumber(at);
+        _step = stepOf({at, size}, number);
+        at += size;
         return _step;
+    }
+
+    const std::string& firstOf(std::size_t line) {
+        auto& first = _firsts[line - 1];
+        if (first.empty()) {
+            first = stepOf(MSPDIProjectElements().nameAt(line - 1), 1);
+        }
+        return first;
     }
 
     // The project has no name in the table, and no number.
@@ -97,6 +112,12 @@ private:
         _starts.push_back(_path.size());
         _path += step;
         _path += '/';
+        _isTold = false;
+    }
+
+    void leave() {
+        _path.resize(_starts.back());
+        _starts.pop_back();
         _isTold = false;
     }
 
@@ -136,7 +157,7 @@ std::string MSPDINameInPath(std::string_view name) {
 }
 
 void MSPDIFatesByPath::enter(const MSPDIPathStep& step) {
-    append(step, entering);
+    addStep(step, entering);
 }
 
 void MSPDIFatesByPath::leave() {
@@ -144,22 +165,28 @@ void MSPDIFatesByPath::leave() {
 }
 
 void MSPDIFatesByPath::add(const MSPDIPathStep& leaf, MSPDIFate fate) {
-    append(leaf, MSPDIFateIndex(fate));
+    addStep(leaf, MSPDIFateIndex(fate));
 }
 
-void MSPDIFatesByPath::append(const MSPDIPathStep& step, std::size_t what) {
+void MSPDIFatesByPath::addAll(std::string_view leaves) {
+    roomFor(leaves.size()) += leaves;
+}
+
+char* MSPDIFatesByPath::put(const MSPDIElementTree& known, std::size_t number, MSPDIFate fate, char* at) {
+    return putKnown(known, number, MSPDIFateIndex(fate), at);
+}
+
+void MSPDIFatesByPath::addStep(const MSPDIPathStep& step, std::size_t what) {
     if (step.known == nullptr) {
-        appendUnknown(step, what);
+        addUnknown(step, what);
         return;
     }
-    auto& bytes = roomFor(2 * longestNumber);
-    appendNumber((step.known->index() + 1) * lineStep + (step.number == 1 ? 0 : numbered) + what, bytes);
-    if (step.number != 1) {
-        appendNumber(step.number, bytes);
-    }
+    std::array<char, LongestPut> bytes{};
+    const auto size = putKnown(*step.known, step.number, what, bytes.data()) - bytes.data();
+    roomFor(LongestPut).append(bytes.data(), static_cast<std::size_t>(size));
 }
 
-void MSPDIFatesByPath::appendUnknown(const MSPDIPathStep& step, std::size_t what) {
+void MSPDIFatesByPath::addUnknown(const MSPDIPathStep& step, std::size_t what) {
     const auto name = MSPDINameInPath(step.name);
     auto& bytes = roomFor(3 * longestNumber + name.size());
     appendNumber(numbered + what, bytes);

@@ -41,13 +41,18 @@ public:
     void enter(const MSPDIPathStep& step);
     void leave();
     void add(const MSPDIPathStep& leaf, MSPDIFate fate);
+    // Many leaves of one element at once, each of which was put behind the others by `put`.
+    void addAll(std::string_view leaves);
+    // Gives the end of what was put there, at most so many bytes.
+    static char* put(const MSPDIElementTree& known, std::size_t number, MSPDIFate fate, char* at);
+    static constexpr std::size_t LongestPut = 20;
     void clear();
     void read(MSPDIFateReader& reader) const;
     void forEach(const std::function<void(const std::string& path, MSPDIFate fate)>& visit) const;
 
 private:
-    void append(const MSPDIPathStep& step, std::size_t what);
-    void appendUnknown(const MSPDIPathStep& step, std::size_t what);
+    void addStep(const MSPDIPathStep& step, std::size_t what);
+    void addUnknown(const MSPDIPathStep& step, std::size_t what);
     [[nodiscard]] std::string& roomFor(std::size_t size);
 
     std::deque<std::string> _pieces;  // which grow without being copied

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -86,6 +87,8 @@ public:
     mutable MSPDILastAsked<bool> arrivesAsText;
     // Of a calendar, once they were asked for: its exceptions that are read.
     mutable std::optional<std::map<MSPCXMLNode, MSPDIExceptionFacts::Use>> exceptionUses;
+    // And its days of the week.
+    mutable std::optional<std::set<MSPCXMLNode>> daysOfWeek;
     // The number and the name that people know it by, once they were asked for.
     mutable std::optional<std::pair<std::string, std::string>> identity;
 

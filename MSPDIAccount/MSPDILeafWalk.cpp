@@ -16,6 +16,7 @@
 namespace {
 
 constexpr std::string_view unknownElement = "unknown-element";
+constexpr std::string_view strayText = "stray-text";
 constexpr std::string_view resourceWeek = "resource-week";
 
 MSPCXMLNode nextElement(MSPCXMLNode node) {
@@ -38,6 +39,11 @@ std::string ownText(const MSPCXMLNode& node) {
         }
     }
     return std::string(trimmed(text));
+}
+
+// The name of an element without prefix; those of the table have none.
+std::string_view nameOf(const MSPCXMLNode& node, const MSPDIElementTree* known) {
+    return known == nullptr ? MSPDIWithoutPrefix(node.name()) : known->name();
 }
 
 // The lists whose elements are looked at together with all that they hold.
@@ -65,6 +71,26 @@ std::size_t itemCountOf(const MSPDIPlanFacts& facts, std::string_view name) {
                                   : facts.definitions.size();
 }
 
+bool isBlank(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+// Of a text where elements belong, and nobody reads any: that nothing stands there may still mean something.
+MSPDIJudgement ofTextInstead(MSPDIFate fate) {
+    return {fate == MSPDIFate::Default ? MSPDIFate::Lost : fate, strayText};
+}
+
+// Whether the table knows a value there, and nothing within.
+bool isValue(const MSPDIElementTree& known) {
+    return known.element() != nullptr && !known.hasChildren();
+}
+
+// What is to be kept of what passes.
+MSPDIPassedLeaves::Keeping keepingFor(const MSPDIAccountOptions& options, bool countsAll) {
+    using enum MSPDIPassedLeaves::Keeping;
+    return options.fates != nullptr ? Fates : countsAll ? Losses : Nothing;
+}
+
 }  // namespace
 
 MSPDILeafWalk::MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOptions& options, MSPDIAccount& account)
@@ -76,13 +102,13 @@ MSPDILeafWalk::MSPDILeafWalk(const MSPDIPlanFacts& facts, const MSPDIAccountOpti
       _emptyFields(_emptyProject.root()),
       _projectItem(facts, MSPDIProjectElements(), _emptyProject.root(), _emptyFields, 0),
       _losses(MSPDIKinds().size()),
-      _passed(_countsAll) {
+      _passed(keepingFor(options, _countsAll)) {
     _steps.push_back({&MSPDIProjectElements(), "Project", {}, 1, 0});
 }
 
 void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
     for (auto list = nextElement(project.firstChild()); list; list = nextElement(list.nextSibling())) {
-        if (isLeaf(list)) {
+        if (isLeaf(list) || !isList(list.name())) {
             value(list.name());
             continue;
         }
@@ -93,6 +119,12 @@ void MSPDILeafWalk::walk(const MSPCXMLNode& project) {
         endList();
     }
     root(project);
+}
+
+// What stands within a value is part of it.
+bool MSPDILeafWalk::isList(std::string_view name) {
+    const auto* const known = MSPDIProjectElements().child(name);
+    return known == nullptr || !isValue(*known);
 }
 
 // Values of the project are judged at the end, when all of them are there.
@@ -208,18 +240,31 @@ void MSPDILeafWalk::root(const MSPCXMLNode& element) {
     const MSPDIItem item(_facts, MSPDIProjectElements(), element, fields, 0);
     _listCounts.clear();
     if (_areLists.empty()) {
-        count(MSPDIFate::Default);  // the project itself is a leaf
-        tellFate(pathStepOf(_steps.back()), 0, MSPDIFate::Default);
+        takeEmptyProject(item);
+    } else {
+        tellOfOwnText(element, item);
     }
     auto isList = _areLists.begin();
     for (auto child = nextElement(element.firstChild()); child; child = nextElement(child.nextSibling())) {
         enter(child.name(), child, ++countOf(_listCounts, MSPDIWithoutPrefix(child.name())));
-        if (!*isList++) {
+        if (*isList++) {
+            tellOfOwnText(child, item);
+        } else if (isLeaf(child)) {
             takeLeaf(child, item);
+        } else {
+            walkChildren(child, item);
         }
         leave();
     }
     enterTally();
+}
+
+// The project itself is a leaf.
+void MSPDILeafWalk::takeEmptyProject(const MSPDIItem& project) {
+    const auto fate = ownText(project.node).empty() ? MSPDIFate::Default : MSPDIFate::Lost;
+    count(fate);
+    tellFate(pathStepOf(_steps.back()), 0, fate);
+    tellOfOwnText(project.node, project);
 }
 
 void MSPDILeafWalk::walkItem(const MSPCXMLNode& node) {
@@ -245,9 +290,8 @@ void MSPDILeafWalk::tellOfOwnText(const MSPCXMLNode& node, const MSPDIItem& item
         return;
     }
     const auto* const known = _steps.back().known;
-    const bool isValue = known != nullptr && known->element() != nullptr && !known->hasChildren();
-    if (!isValue) {
-        tell("stray-text", item, text);
+    if (known == nullptr || !isValue(*known)) {
+        tell(strayText, item, text);
         return;
     }
     const auto whole = node.stringValue();
@@ -304,7 +348,8 @@ void MSPDILeafWalk::takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item) {
 }
 
 bool MSPDILeafWalk::isEmptied(const MSPCXMLNode& node) const {
-    return _isReduced && isEmptiedXMLPiece(node);
+    const auto* const known = _steps.back().known;
+    return _isReduced && known != nullptr && known->hasChildren() && isEmptiedXMLPiece(node);
 }
 
 void MSPDILeafWalk::count(MSPDIFate fate) {
@@ -317,11 +362,13 @@ void MSPDILeafWalk::tellOfTaken(const MSPDIItem& item) {
         return;
     }
     constexpr std::size_t pieceLevel = 2;  // the project and its list stand around the piece
-    while (const auto* const leaf = _passed.nextTaken(_steps.size() - pieceLevel)) {
-        tellFate({leaf->known, {}, leaf->number}, _steps.size(), leaf->judgement.fate);
-        if (leaf->judgement.kind != MSPDIPassedLeaves::NoKind) {
-            push(leaf->known, leaf->known->name(), {}, leaf->number);
-            tellPlace(leaf->judgement.kind, item, _passed.textOf(*leaf));
+    while (const auto* const taken = _passed.nextTaken(_steps.size() - pieceLevel)) {
+        if (taken->what == MSPDIPassedLeaves::What::Fates) {
+            enterSteps(_steps.size());
+            _options.fates->addAll(_passed.fatesOf(*taken));
+        } else {
+            push(taken->known, taken->known->name(), {}, taken->number);
+            tellPlace(taken->kind, item, _passed.textOf(*taken));
             leave();
         }
     }
@@ -329,13 +376,17 @@ void MSPDILeafWalk::tellOfTaken(const MSPDIItem& item) {
 
 // Of a leaf below the first so many steps.
 void MSPDILeafWalk::tellFate(const MSPDIPathStep& leaf, std::size_t owners, MSPDIFate fate) {
-    if (_options.fates == nullptr) {
-        return;
+    if (_options.fates != nullptr) {
+        enterSteps(owners);
+        _options.fates->add(leaf, fate);
     }
-    for (; _enteredCount < owners; ++_enteredCount) {
+}
+
+// The first so many, in the list of fates.
+void MSPDILeafWalk::enterSteps(std::size_t count) {
+    for (; _enteredCount < count; ++_enteredCount) {
         _options.fates->enter(pathStepOf(_steps[_enteredCount]));
     }
-    _options.fates->add(leaf, fate);
 }
 
 MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& item, std::string_view text) const {
@@ -343,13 +394,14 @@ MSPDIJudgement MSPDILeafWalk::judge(const MSPCXMLNode& node, const MSPDIItem& it
     if (known == nullptr) {
         return judgeUnknown(node, item);
     }
-    if (const auto* const element = known->element()) {
-        const auto judgement = element->condition({item, *element, node, text});
-        const bool isReplaced = judgement.fate == MSPDIFate::Carried && MSPDIArrival::isUnreadable(text);
-        return isReplaced ? MSPDIJudgement(MSPDIFate::Changed, "unreadable-characters") : judgement;
+    const auto* const element = known->element();
+    const auto judgement = element == nullptr ? MSPDIJudgement(MSPDIFate::Default)
+                                              : element->condition({item, *element, node, text, known->name()});
+    if (known->hasChildren() && judgement.kind.empty() && !isBlank(text)) {
+        return ofTextInstead(judgement.fate);
     }
-    const bool isBlank = text.find_first_not_of(" \t\r\n") == std::string_view::npos;
-    return isBlank ? MSPDIJudgement(MSPDIFate::Default) : MSPDIJudgement(MSPDIFate::Lost, unknownElement);
+    const bool isReplaced = judgement.fate == MSPDIFate::Carried && MSPDIArrival::isUnreadable(text);
+    return isReplaced ? MSPDIJudgement(MSPDIFate::Changed, "unreadable-characters") : judgement;
 }
 
 // A baseline's value of any name hides what its owner has by that name; what stands in an element that is read as text
@@ -369,7 +421,7 @@ MSPDIJudgement MSPDILeafWalk::judgeUnknown(const MSPCXMLNode& node, const MSPDII
     }
     const bool arrives = item.arrivesAsText.of(ancestor, [&] {
         const auto text = ancestor.stringValue();
-        return element->condition({item, *element, ancestor, text}).arrives();
+        return element->condition({item, *element, ancestor, text, step.known->name()}).arrives();
     });
     return arrives ? MSPDIJudgement(MSPDIFate::Changed, unknownElement) : lost;
 }
@@ -442,7 +494,7 @@ void MSPDILeafWalk::tellPlace(std::size_t kind, const MSPDIItem& item, std::stri
         loss.element = elementPath();
     }
     if (loss.where.size() < _options.mostPlaces) {
-        loss.where.push_back(placeOf(item, value));
+        setPlace(item, value, loss.where.emplace_back());
     }
 }
 
@@ -517,19 +569,20 @@ std::size_t& MSPDILeafWalk::countOf(Counts& counts, std::string_view name) {
 }
 
 void MSPDILeafWalk::enterChild(const MSPCXMLNode& node, const MSPDIItem& item) {
-    tellOfTaken(item);
+    if (_hasPassed) {
+        MSPDIExpectFewLevels(_steps.size());
+        tellOfTaken(item);
+        const auto& passed = _passed.next();
+        push(passed.known, nameOf(node, passed.known), node, passed.number);
+        return;
+    }
     const auto* const parent = _steps.back().known;
     const auto* const known = parent == nullptr ? nullptr : parent->child(node.name());
-    // The table's names have no prefixes.
-    const auto name = known == nullptr ? MSPDIWithoutPrefix(node.name()) : node.name();
-    push(known, name, node, _countsAll ? numberOfChild(node, known) : 0);
+    push(known, nameOf(node, known), node, _countsAll ? numberOfChild(node, known) : 0);
 }
 
 std::size_t MSPDILeafWalk::numberOfChild(const MSPCXMLNode& node, const MSPDIElementTree* known) {
     MSPDIExpectFewLevels(_steps.size());
-    if (_hasPassed) {
-        return _passed.next().number;
-    }
     return countsOfChildren().nextOf(node.name(), _steps.back().known, known);
 }
 
@@ -559,6 +612,10 @@ void MSPDILeafWalk::leave() {
     if (_enteredCount > _steps.size()) {
         _options.fates->leave();
         --_enteredCount;
+    }
+    if (_pathEnds.size() > _steps.size()) {
+        _pathEnds.pop_back();
+        _path.resize(_pathEnds.back());
     }
     if (_told.empty()) {
         return;

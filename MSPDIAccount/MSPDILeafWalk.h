@@ -35,6 +35,7 @@ public:
     // Whether texts of that tree may hold marks of those that stand in other files.
     void expectExternalTexts(bool areExpected) { _hasExternalTexts = areExpected; }
     // The same plan as it is read.
+    bool isList(std::string_view name) override;
     void value(std::string_view name) override;
     void beginList(std::string_view name) override;
     void endList() override;
@@ -90,6 +91,7 @@ private:
     void walkItem(const MSPCXMLNode& node);
     void walkChildren(const MSPCXMLNode& parent, const MSPDIItem& item);
     void tellOfOwnText(const MSPCXMLNode& node, const MSPDIItem& item);
+    void takeEmptyProject(const MSPDIItem& project);
     void takeLeaf(const MSPCXMLNode& node, const MSPDIItem& item);
     void count(MSPDIFate fate);
     [[nodiscard]] bool isEmptied(const MSPCXMLNode& node) const;
@@ -102,10 +104,11 @@ private:
     void tellPlace(std::size_t kind, const MSPDIItem& item, std::string_view value);
     void tellOfTaken(const MSPDIItem& item);
     void tellFate(const MSPDIPathStep& leaf, std::size_t owners, MSPDIFate fate);
+    void enterSteps(std::size_t count);
     [[nodiscard]] static MSPDIPathStep pathStepOf(const Step& step);
     [[nodiscard]] bool wasToldOfOwner(std::size_t kind);
     [[nodiscard]] bool wantsPlace(std::size_t kind) const;
-    [[nodiscard]] MSPDIPlace placeOf(const MSPDIItem& item, std::string_view value) const;
+    void setPlace(const MSPDIItem& item, std::string_view value, MSPDIPlace& place);
     [[nodiscard]] std::pair<std::string, std::string> identityOf(const MSPDIItem& item) const;
     void setTarget(const MSPDIItem& item, std::string_view value, MSPDIPlace& place) const;
     void nameTarget(MSPDIPlace& place) const;
@@ -120,7 +123,8 @@ private:
     void enter(std::string_view name, const MSPCXMLNode& node, std::size_t number);
     void push(const MSPDIElementTree* known, std::string_view name, const MSPCXMLNode& node, std::size_t number);
     void leave();
-    [[nodiscard]] std::string path() const;
+    // Of the present step; valid until it is left.
+    [[nodiscard]] const std::string& path();
     [[nodiscard]] std::string elementPath() const;
     [[nodiscard]] static std::size_t numberOf(const Step& step);
 
@@ -141,6 +145,8 @@ private:
     MSPDIPassedLeaves _passed;                  // of the present piece
     bool _hasPassed = false;                    // they tell the numbers of its elements
     std::size_t _enteredCount = 0;              // of the steps, in the list of fates
+    std::string _path;                          // of the last step that it was asked of, as far as it is still open
+    std::vector<std::size_t> _pathEnds;         // of its steps in there
     std::string _listName;
     Counts _listCounts;                                          // the project's children
     Counts _pieceCounts;                                         // those of the present list

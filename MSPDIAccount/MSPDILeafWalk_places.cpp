@@ -13,14 +13,15 @@ std::string nameAt(const std::optional<std::size_t>& position, const std::vector
 
 }  // namespace
 
-MSPDIPlace MSPDILeafWalk::placeOf(const MSPDIItem& item, std::string_view value) const {
+void MSPDILeafWalk::setPlace(const MSPDIItem& item, std::string_view value, MSPDIPlace& place) {
     if (!item.identity) {
         item.identity = identityOf(item);
     }
-    const auto& [uid, name] = *item.identity;
-    MSPDIPlace place{path(), uid, name, std::string(value), {}, {}, {}};
+    place.path = path();
+    place.uid = item.identity->first;
+    place.name = item.identity->second;
+    place.value = value;
     setTarget(item, value, place);
-    return place;
 }
 
 // The number and the name by which people know an item.
@@ -86,18 +87,21 @@ MSPDIPathStep MSPDILeafWalk::pathStepOf(const Step& step) {
     return {step.known, step.name, step.number};
 }
 
-std::string MSPDILeafWalk::path() const {
-    std::string path = "/Project";
-    for (std::size_t index = 1; index < _steps.size(); ++index) {
+// Those of one element have most of their steps in common.
+const std::string& MSPDILeafWalk::path() {
+    for (auto index = _pathEnds.size(); index < _steps.size(); ++index) {
         const auto& step = _steps[index];
-        const fmt::format_int number(numberOf(step));
-        path += '/';
-        path += step.known == nullptr ? MSPDINameInPath(step.name) : std::string(step.name);
-        path += '[';
-        path.append(number.data(), number.size());
-        path += ']';
+        _path += '/';
+        _path += step.known == nullptr ? MSPDINameInPath(step.name) : std::string(step.name);
+        if (index > 0) {
+            const fmt::format_int number(numberOf(step));
+            _path += '[';
+            _path.append(number.data(), number.size());
+            _path += ']';
+        }
+        _pathEnds.push_back(_path.size());
     }
-    return path;
+    return _path;
 }
 
 std::string MSPDILeafWalk::elementPath() const {

@@ -1,17 +1,13 @@
 #include "MSPDINameCounts.h"
 
-#include <algorithm>
 #include <functional>
 #include <utility>
 
 #include "MSPCException.h"
 #include "MSPDIElementTree.h"
 
-void MSPDIExpectFewLevels(std::size_t levels) {
-    constexpr std::size_t most = 256;
-    if (levels >= most) {
-        throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
-    }
+void MSPDIRaiseTooManyLevels() {
+    throw MSPCInternalInconsistency("Elements are nested too deeply to be told one by one.");
 }
 
 std::string_view MSPDIWithoutPrefix(std::string_view name) {
@@ -20,13 +16,7 @@ std::string_view MSPDIWithoutPrefix(std::string_view name) {
 }
 
 std::size_t MSPDINameCounts::next(std::string_view name, const MSPDIElementTree* known) {
-    if (known == nullptr) {
-        return nextUnknown(name);
-    }
-    if (known->ordinal() >= _known.size()) {
-        _known.resize(known->ordinal() + 1);
-    }
-    return ++_known[known->ordinal()];
+    return known == nullptr ? nextUnknown(name) : nextKnown(known->ordinal());
 }
 
 // The names of the table have no prefixes.
@@ -53,7 +43,6 @@ std::size_t MSPDINameCounts::nextUnknown(std::string_view name) {
 }
 
 void MSPDINameCounts::clear() {
-    std::fill(_known.begin(), _known.end(), 0);
     ++_round;
     _takenCount = 0;
 }

@@ -10,6 +10,7 @@
 #include "MSPCTextScanner.h"
 #include "MSPCXPathNumber.h"
 #include "MSPDIValues.h"
+#include "MSPICalendarMapper.h"
 #include "MSPIResourceMapper.h"
 #include "MSPIStandardCalendar.h"
 #include "MSPITaskTree.h"
@@ -73,6 +74,14 @@ bool isReadAsMaterial(const MSPCFields& resource, bool isSavedBy2007OrLater) {
     } catch (const MSPCException&) {
         return false;
     }
+}
+
+std::vector<std::string> startsOf(const MSPCXMLNode& exception) {
+    std::vector<std::string> starts;
+    for (const auto& period : nodesForXQuery(exception, "TimePeriod")) {
+        starts.push_back(textForXQuery(period, "FromDate").textOrEmpty());
+    }
+    return starts;
 }
 
 }  // namespace
@@ -155,8 +164,11 @@ void MSPDIPlanFacts::readCalendars(const MSPCXMLNode& project) {
         auto& calendar = calendars.emplace_back();
         calendar.name = textForXQuery(node, "Name").textOrEmpty();
         calendar.isProjects = node == taken;
-        for (const auto& period : nodesForXQuery(node, "Exceptions/Exception[Type=1]/TimePeriod")) {
-            calendar.exceptionStarts.insert(textForXQuery(period, "FromDate").textOrEmpty());
+        for (const auto& exception : nodesForXQuery(node, "Exceptions/Exception")) {
+            if (MSPICalendarMapper::isOverOneRange(exception)) {
+                const auto starts = startsOf(exception);
+                calendar.exceptionStarts.insert(starts.begin(), starts.end());
+            }
         }
         for (const auto uid : uidsOf<MSPCCalendarUID>(node, "UID")) {
             _calendarByUID[uid] = position;

@@ -156,6 +156,7 @@ std::optional<std::string> MSPDIMigration::keep(const MSPDIMigrationRecord& reco
     if (!isInPlace()) {
         return ownFolder() + ": it was moved or removed while this ran";
     }
+    _remains.clear();
     const auto failure = _journal.keep(record);
     return failure ? std::optional(pathOf("journal") + ": " + *failure) : std::nullopt;
 }
@@ -385,27 +386,35 @@ void MSPDIMigration::tellOfRemains(MSPDIMigrationRecord& record) {
     }
 }
 
-void MSPDIMigration::tellOne(MSPDIMigrationRecord record,
-                             const std::function<void(const MSPDIMigrationRecord&)>& take) const {
-    if (record.isImported()) {
-        const bool isThere = MSPCStampOf(record.plan).has_value();
-        if (!isDocument(record.document)) {
-            record.verdict = "failed";
-            record.reason = isThere ? "its document is gone" : "the plan is gone, and so is its document";
-            record.document.clear();
-        } else if (!isThere) {
-            record.warnings.emplace_back("the plan is gone since it was imported");
-        }
+MSPDIMigration::Remains MSPDIMigration::remainsOf(const MSPDIMigrationRecord& record, std::size_t number) {
+    if (number == _remains.size()) {
+        _remains.push_back(record.isImported()
+                               ? Remains{MSPCStampOf(record.plan).has_value(), isDocument(record.document)}
+                               : Remains());
+    }
+    return _remains[number];
+}
+
+void MSPDIMigration::tellOne(MSPDIMigrationRecord record, std::size_t number,
+                             const std::function<void(const MSPDIMigrationRecord&)>& take) {
+    const auto remains = remainsOf(record, number);
+    if (record.isImported() && !remains.hasDocument) {
+        record.verdict = "failed";
+        record.reason = remains.hasPlan ? "its document is gone" : "the plan is gone, and so is its document";
+        record.document.clear();
+    } else if (record.isImported() && !remains.hasPlan) {
+        record.warnings.emplace_back("the plan is gone since it was imported");
     }
     take(record);
 }
 
 void MSPDIMigration::forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take) {
+    std::size_t number = 0;
     MSPDIPlanPaths::Walk walk(_found.plans);
     while (const auto* const plan = walk.next()) {
         if (auto record = _journal.takeRecordOf(*plan)) {
-            tellOne(std::move(*record), take);
+            tellOne(std::move(*record), number++, take);
         }
     }
-    _journal.forEachOther([&](const MSPDIMigrationRecord& record) { tellOne(record, take); });
+    _journal.forEachOther([&](const MSPDIMigrationRecord& record) { tellOne(record, number++, take); });
 }

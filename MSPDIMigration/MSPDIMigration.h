@@ -83,7 +83,8 @@ public:
     [[nodiscard]] std::optional<std::string> run(const std::function<void(const MSPDIMigrationProgress&)>& tell);
     // The record of each plan that this or an earlier run has tried: those of this run's list in its order, then others
     // in the order in which they came to their ends. One whose file is gone since it was imported says so; one whose
-    // document is gone is told as failed.
+    // document is gone is told as failed. Whether they are there is looked at once after a run, so that all reports of
+    // it say the same.
     void forEachRecord(const std::function<void(const MSPDIMigrationRecord&)>& take);
     // Whether the output folder, once it is locked, is still where it was: somebody may move or remove it meanwhile.
     // Without that no record is kept, and `run` ends.
@@ -111,7 +112,14 @@ private:
     [[nodiscard]] NextPlan wantedPlans(const std::vector<bool>& wanted, std::optional<std::string>& failure);
     [[nodiscard]] std::optional<std::string> runWorkers(const std::vector<bool>& wanted, const Tell& tell);
     [[nodiscard]] std::optional<std::string> runMachines(const std::vector<bool>& wanted, const Tell& tell);
-    void tellOne(MSPDIMigrationRecord record, const std::function<void(const MSPDIMigrationRecord&)>& take) const;
+    // What is still there of an imported plan.
+    struct Remains {
+        bool hasPlan = false;
+        bool hasDocument = false;
+    };
+    [[nodiscard]] Remains remainsOf(const MSPDIMigrationRecord& record, std::size_t number);
+    void tellOne(MSPDIMigrationRecord record, std::size_t number,
+                 const std::function<void(const MSPDIMigrationRecord&)>& take);
 
     const MSPCServices& _services;
     MSPDIMigrationOptions _options;
@@ -121,4 +129,5 @@ private:
     MSPCFileDescriptor _work;  // what is cleared away counts from it, whatever takes the place of its path
     std::unique_ptr<MSPCRunLock> _lock;
     MSPDIMigrationJournal _journal;
+    std::vector<Remains> _remains;  // of the records in the order in which they are told, as far as they were
 };

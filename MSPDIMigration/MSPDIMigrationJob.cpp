@@ -8,11 +8,13 @@
 #include <utility>
 
 #include "MSPCDigest.h"
+#include "MSPCFileDescriptor.h"
 #include "MSPCFileSystem.h"
 #include "MSPCMove.h"
+#include "MSPCOwnItems.h"
 #include "MSPCPath.h"
-#include "MSPCRemoval.h"
 #include "MSPDIPlanLogs.h"
+#include "MSPDIReadingWithDigest.h"
 
 namespace {
 
@@ -102,6 +104,17 @@ std::string MSPDIMigrationJob::digestOf(const std::string& path, const MSPCFileS
     }
 }
 
+// What the import has read says what was imported; where it has not read the file in one go, that is read for it, and
+// counts as far as it has not changed since the import began.
+std::string MSPDIMigrationJob::digestOf(const std::string& path, const MSPCFileStamp& stamp,
+                                        const MSPDIReadingWithDigest& files) const {
+    if (!files.digest().empty()) {
+        return files.digest();
+    }
+    auto digest = digestOf(path, _services.fileSystem);
+    return MSPCStampOf(path) == stamp ? std::move(digest) : std::string();
+}
+
 MSPDIMigrationRecord MSPDIMigrationJob::migrate(const MSPDIPlanToMigrate& plan, std::size_t worker) {
     const auto work = folderOf(_workFolder, worker);
     auto record = make(plan, work);
@@ -124,11 +137,11 @@ MSPDIMigrationRecord MSPDIMigrationJob::make(const MSPDIPlanToMigrate& plan, con
     const auto since = std::chrono::steady_clock::now();
     // Before the import, so that what changes meanwhile counts as changed.
     const auto stamp = MSPCStampOf(plan.path).value_or(MSPCFileStamp());
-    auto digest = digestOf(plan.path, _services.fileSystem);
+    MSPDIReadingWithDigest files(_services.fileSystem, plan.path);
     std::string logFailure;
     const auto log = plan.log.empty() ? nullptr : MSPDIPlanLogs::open(plan.log, plan.path, _outputFolder, logFailure);
     MSPCNoLog noLog;
-    const auto imported = import(plan.path, work, log ? static_cast<MSPCLog&>(*log) : noLog);
+    const auto imported = import(plan.path, work, files, log ? static_cast<MSPCLog&>(*log) : noLog);
     auto record = recordOf(plan, imported);
     if (log && !log->flush()) {
         logFailure = log->failure();
@@ -137,29 +150,29 @@ MSPDIMigrationRecord MSPDIMigrationJob::make(const MSPDIPlanToMigrate& plan, con
         record.warnings.push_back(fmt::format("its log {} could not be written: {}", plan.log, logFailure));
     }
     record.stamp = stamp;
-    record.digest = std::move(digest);
+    record.digest = digestOf(plan.path, stamp, files);
     const auto time = std::chrono::steady_clock::now() - since;
     record.milliseconds = static_cast<std::size_t>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
     return record;
 }
 
 // Bringing documents to the disk one by one takes longer than making them; the whole run does it at its end.
-MSPDIImportedPlan MSPDIMigrationJob::import(const std::string& path, const std::string& work, MSPCLog& log) {
-    const MSPCServices ofImport{_services.clock,        _services.timeZone,   log,
-                                _services.userDefaults, _services.fileSystem, _services.randomSource,
-                                _services.progress,     _services.seasonClock};
+MSPDIImportedPlan MSPDIMigrationJob::import(const std::string& path, const std::string& work, MSPCFileSystem& files,
+                                            MSPCLog& log) {
+    const MSPCServices ofImport{
+        _services.clock,    _services.timeZone,   log, _services.userDefaults, files, _services.randomSource,
+        _services.progress, _services.seasonClock};
     auto options = _options;
     options.outputFolder = work;
-    return MSPDIPlanImporter(ofImport, std::move(options)).import(path);
+    return MSPDIPlanImporter(ofImport, std::move(options), _templateDocuments).import(path);
 }
 
-// The record of the plan before is kept in the journal by now. It goes first: where a new file takes the place of an
-// old one in one step, the file system may write to the disk at once, which takes as long as a tenth of an import.
-std::optional<std::string> MSPDIMigrationJob::writeRecord(const std::string& work, const MSPDIMigrationRecord& record) {
-    MSPCRemoveItem(pathByAppendingComponent(work, recordName).c_str());
-    return _services.fileSystem.writeAtomically(
-        pathByAppendingComponent(work, recordName),
-        [&](MSPCByteWriter& writer) { writer.write(MSPDILineOf(record, _outputFolder)); });
+// The record of the plan before, whose place it takes, is kept in the journal by now. A part of a record does no harm:
+// the document is still beside it then, so that nobody reads it.
+std::optional<std::string> MSPDIMigrationJob::writeRecord(const std::string& work,
+                                                          const MSPDIMigrationRecord& record) const {
+    const int error = MSPCWriteOwnFile(pathByAppendingComponent(work, recordName), MSPDILineOf(record, _outputFolder));
+    return error == 0 ? std::nullopt : std::optional(MSPCSystemErrorText(error));
 }
 
 // The record comes before the document, and names the place that the document is to have.

@@ -2,12 +2,15 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "MSPCWorkers.h"
 #include "MSPDIMigrationRecord.h"
 #include "MSPDIPlanImporter.h"
+
+class MSPDIReadingWithDigest;
 
 // A plan, and where what is made of it is to be; absolute paths.
 struct MSPDIPlanToMigrate {
@@ -51,12 +54,17 @@ public:
     [[nodiscard]] static std::string digestOf(const std::string& path, const MSPCFileSystem& fileSystem);
 
 private:
-    [[nodiscard]] MSPDIImportedPlan import(const std::string& path, const std::string& work, MSPCLog& log);
-    [[nodiscard]] std::optional<std::string> writeRecord(const std::string& work, const MSPDIMigrationRecord& record);
+    [[nodiscard]] MSPDIImportedPlan import(const std::string& path, const std::string& work, MSPCFileSystem& files,
+                                           MSPCLog& log);
+    [[nodiscard]] std::string digestOf(const std::string& path, const MSPCFileStamp& stamp,
+                                       const MSPDIReadingWithDigest& files) const;
+    [[nodiscard]] std::optional<std::string> writeRecord(const std::string& work,
+                                                         const MSPDIMigrationRecord& record) const;
 
     const MSPCServices& _services;
     MSPDIPlanImportOptions _options;
     std::string _outputFolder;
     std::string _workFolder;
+    std::shared_ptr<MSPDITemplateDocuments> _templateDocuments = std::make_shared<MSPDITemplateDocuments>();
     std::map<std::string, std::uint64_t> _numbers;  // that names have reached which were taken
 };

@@ -102,8 +102,12 @@ std::string_view MSPDIVerdictName(MSPDIVerdict verdict) {
     return names[static_cast<std::size_t>(verdict)];
 }
 
-MSPDIPlanImporter::MSPDIPlanImporter(const MSPCServices& services, MSPDIPlanImportOptions options)
-    : _services(services), _options(std::move(options)) {
+MSPDIPlanImporter::MSPDIPlanImporter(const MSPCServices& services, MSPDIPlanImportOptions options,
+                                     std::shared_ptr<MSPDITemplateDocuments> templateDocuments)
+    : _services(services),
+      _options(std::move(options)),
+      _templateDocuments(templateDocuments ? std::move(templateDocuments)
+                                           : std::make_shared<MSPDITemplateDocuments>()) {
 }
 
 std::optional<std::string> MSPDIPlanImporter::obstacle() const {
@@ -269,7 +273,10 @@ void MSPDIPlanImporter::importOnce(const std::string& folder, const std::string&
     auto mapScenario = _options.tellsLosses ? watching.watchedMapping() : MSPIScenarioMapping(MSPIMapScenario);
     const auto destination = destinationFor(path, folder);
     MSPIXMLImporter importer(infoFor(path, destination, memory), ofImport,
-                             counted(std::move(mapScenario), result.counts));
+                             counted(std::move(mapScenario), result.counts),
+                             [this](const auto& url, const auto& files, auto& ofLoading) {
+                                 return _templateDocuments->load(url, files, ofLoading);
+                             });
     const bool isImported = importer.importFromMspdiURLToKdzxBundleURL(MSPCURL::fileURL(source, false), destination);
     addInWords(log.warnings(), result.warnings);
     const bool isRepaired = std::ranges::any_of(log.warnings(), MSPDIIsRepairWarning);

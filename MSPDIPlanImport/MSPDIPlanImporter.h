@@ -14,6 +14,7 @@
 #include "MSPDIDocumentCounts.h"
 #include "MSPDIMend.h"
 #include "MSPDIRefusal.h"
+#include "MSPDITemplateDocuments.h"
 #include "MSPIImportInfo.h"
 
 class MSPDIMemoryFileSystem;
@@ -66,8 +67,10 @@ struct MSPDIImportedPlan {
 // part.
 class MSPDIPlanImporter {
 public:
-    // The services outlive the importer; the log gets what the importer says.
-    MSPDIPlanImporter(const MSPCServices& services, MSPDIPlanImportOptions options);
+    // The services outlive the importer; the log gets what the importer says. Importers that follow one another may
+    // share what is known of the template's documents.
+    MSPDIPlanImporter(const MSPCServices& services, MSPDIPlanImportOptions options,
+                      std::shared_ptr<MSPDITemplateDocuments> templateDocuments = nullptr);
 
     // What is wrong with the options, in one line that names the file first; none when all is well.
     [[nodiscard]] std::optional<std::string> obstacle() const;
@@ -92,6 +95,7 @@ private:
 
     const MSPCServices& _services;
     MSPDIPlanImportOptions _options;
+    std::shared_ptr<MSPDITemplateDocuments> _templateDocuments;
     std::set<std::string> _documents;      // of this run
     std::set<std::string> _folders;        // that hold them
     std::vector<std::string> _newFolders;  // made by this run, the outermost first

@@ -80,6 +80,10 @@ std::optional<MSPCXMLDocument> MSPIMapScenario(MSPIPlan& plan, const MSPCXMLDocu
     return std::move(mapper.kdzxXmlDoc());
 }
 
+MSPCXMLDocument MSPILoadTemplate(const MSPCURL& url, const MSPCFileReader& files, MSPCLog& log) {
+    return newXmlDocFromUrl(url, MSPCXMLContent::Everything, files, log);
+}
+
 // The three documents of one import.
 struct MSPIXMLImporter::Documents {
     MSPIPlan plan;
@@ -87,8 +91,12 @@ struct MSPIXMLImporter::Documents {
     MSPCXMLDocument kdzxTOC;
 };
 
-MSPIXMLImporter::MSPIXMLImporter(MSPIImportInfo info, const MSPCServices& services, MSPIScenarioMapping mapScenario)
-    : _info(std::move(info)), _services(services), _mapScenario(std::move(mapScenario)) {
+MSPIXMLImporter::MSPIXMLImporter(MSPIImportInfo info, const MSPCServices& services, MSPIScenarioMapping mapScenario,
+                                 MSPITemplateLoading loadTemplate)
+    : _info(std::move(info)),
+      _services(services),
+      _mapScenario(std::move(mapScenario)),
+      _loadTemplate(std::move(loadTemplate)) {
 }
 
 bool MSPIXMLImporter::importFromMspdiURLToKdzxBundleURL(const std::optional<MSPCURL>& source,
@@ -146,8 +154,7 @@ bool MSPIXMLImporter::fillBundle(const MSPCURL& source, MSPINewBundle& bundle) {
 
 MSPIXMLImporter::Documents MSPIXMLImporter::loadDocuments(const MSPCURL& source, const MSPINewBundle& bundle) const {
     const auto loadFromBundle = [&](std::string_view fileName) {
-        return newXmlDocFromUrl(MSPCURL::fileURL(bundle.pathOf(fileName), false), MSPCXMLContent::Everything,
-                                bundle.files(), _services.log);
+        return _loadTemplate(MSPCURL::fileURL(bundle.pathOf(fileName), false), bundle.files(), _services.log);
     };
     _services.log.log("Begin loading XML document ...");
     auto mspdi = newXmlDocFromUrlSelection(source, MSPIElementsRead(), _services.fileSystem, _services.log);

@@ -10,6 +10,7 @@
 #include "MSPIImportInfo.h"
 #include "MSPIPlan.h"
 
+class MSPCFileReader;
 class MSPINewBundle;
 
 // Maps one scenario: reads the plan and the template scenario, enters the scenario in the table of contents and gives
@@ -24,12 +25,22 @@ using MSPIScenarioMapping = std::function<std::optional<MSPCXMLDocument>(
                                                              MSPCXMLDocument& kdzxTOC, const MSPIImportInfo& info,
                                                              const MSPCServices& services);
 
+// Loads a document of the template from its copy in the new bundle, with all that it holds. Raises the failures of
+// `newXmlDocFromUrl`.
+using MSPITemplateLoading =
+    std::function<MSPCXMLDocument(const MSPCURL& url, const MSPCFileReader& files, MSPCLog& log)>;
+
+// The loading by itself.
+[[nodiscard]] MSPCXMLDocument MSPILoadTemplate(const MSPCURL& url, const MSPCFileReader& files, MSPCLog& log);
+
 // Imports one MSPDI file into one new Kadenza 2 bundle. Made for one file; the services outlive it.
 class MSPIXMLImporter {
 public:
-    // Keeps a copy of `info`, which it fills in for every scenario. `mapScenario` is replaced by tests only.
+    // Keeps a copy of `info`, which it fills in for every scenario. Whoever replaces one of the two operations sees to
+    // it that the result is the same.
     MSPIXMLImporter(MSPIImportInfo info, const MSPCServices& services,
-                    MSPIScenarioMapping mapScenario = MSPIMapScenario);
+                    MSPIScenarioMapping mapScenario = MSPIMapScenario,
+                    MSPITemplateLoading loadTemplate = MSPILoadTemplate);
 
     // Copies the template bundle to the destination, or to the first free name "<destination>-1", "-2", ... where
     // something exists already that is not to be replaced, and writes into the copy the actual scenario ("Actual.xml"),
@@ -69,4 +80,5 @@ private:
     MSPIImportInfo _info;
     const MSPCServices& _services;
     MSPIScenarioMapping _mapScenario;
+    MSPITemplateLoading _loadTemplate;
 };

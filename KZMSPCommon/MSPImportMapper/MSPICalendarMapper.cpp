@@ -8,6 +8,7 @@
 #include "MSPCException.h"
 #include "MSPCExtensions.h"
 #include "MSPCLog.h"
+#include "MSPCXPathNumber.h"
 #include "MSPEWeekday.h"
 #include "MSPEWorkingWeek.h"
 
@@ -61,6 +62,11 @@ void addTimeSpan(MSPCXMLNode scheduleDay, const std::optional<std::string>& star
     const auto timeSpan = addChildElementWithName(scheduleDay, "time-span");
     setAttributeWithNameStringValue(timeSpan, "start-time", startTime);
     setAttributeWithNameStringValue(timeSpan, "end-time", endTime);
+}
+
+std::vector<MSPCXMLNode> onlyOverOneRange(std::vector<MSPCXMLNode> exceptions) {
+    std::erase_if(exceptions, [](const auto& exception) { return !MSPICalendarMapper::isOverOneRange(exception); });
+    return exceptions;
 }
 
 void addNestedCalendar(MSPCXMLNode schedule, std::string_view name, std::string_view overtime,
@@ -122,7 +128,7 @@ MSPCXMLNewElement MSPICalendarMapper::newSchedule(const MSPCXMLNode& mspCalendar
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalendar(
     const MSPCXMLNode& mspCalendar) const {
     const bool isBase = boolValueForXQuery(mspCalendar, "IsBaseCalendar");
-    const auto weekDays = nodesForXQuery(mspCalendar, "WeekDays/WeekDay[DayType>=1 and DayType<=7]");
+    const auto weekDays = weekDaysOfMSPCalendar(mspCalendar);
     if (weekDays.empty() && isBase) {
         return newDefaultScheduleDays();
     }
@@ -134,14 +140,12 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newScheduleDaysFromMSPCalenda
             throw MSPCInternalInconsistency(
                 fmt::format("Unexpected DayType value {}. Must be from 1 to 7.", MSPCNumberOf(dayType)));
         }
-        const auto workingTimes = nodesForXQuery(weekDay, "WorkingTimes/WorkingTime");
-        if (workingTimes.empty() && !isBase) {
-            continue;  // the day follows the base calendar, which only the reader of the target knows to combine
+        if (!isScheduleDay(weekDay, isBase)) {
+            continue;
         }
         auto scheduleDay = newScheduleDay(dayType);
-        Error error;
-        if (boolValueForXQuery(weekDay, "DayWorking", &error) && !error) {
-            addWorkingTimes(scheduleDay.node(), workingTimes);
+        if (isWorked(weekDay)) {
+            addWorkingTimes(scheduleDay.node(), workingTimesOf(weekDay));
         }
         scheduleDays.push_back(std::move(scheduleDay));
     }
@@ -177,16 +181,34 @@ void MSPICalendarMapper::addWorkingTimes(MSPCXMLNode scheduleDay, const std::vec
     }
 }
 
+std::vector<MSPCXMLNode> MSPICalendarMapper::weekDaysOfMSPCalendar(const MSPCXMLNode& mspCalendar) {
+    return nodesForXQuery(mspCalendar, "WeekDays/WeekDay[DayType>=1 and DayType<=7]");
+}
+
+// One without working times follows the base calendar, which only the reader of the target knows to combine.
+bool MSPICalendarMapper::isScheduleDay(const MSPCXMLNode& weekDay, bool isOfBaseCalendar) {
+    return isOfBaseCalendar || !workingTimesOf(weekDay).empty();
+}
+
+bool MSPICalendarMapper::isWorked(const MSPCXMLNode& weekDay) {
+    Error error;
+    return boolValueForXQuery(weekDay, "DayWorking", &error) && !error;
+}
+
+bool MSPICalendarMapper::isOverOneRange(const MSPCXMLNode& exception) {
+    return hasChildWithNumber(exception, "Type", 1);
+}
+
 std::vector<MSPCXMLNode> MSPICalendarMapper::timeOffOfMSPCalendar(const MSPCXMLNode& mspCalendar) {
-    return nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0 and Type=1]");
+    return onlyOverOneRange(nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=0]"));
 }
 
 std::vector<MSPCXMLNode> MSPICalendarMapper::overtimeOfMSPCalendar(const MSPCXMLNode& mspCalendar) {
-    return nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1 and Type=1]");
+    return onlyOverOneRange(nodesForXQuery(mspCalendar, "Exceptions/Exception[DayWorking=1]"));
 }
 
-std::vector<MSPCXMLNode> MSPICalendarMapper::workingTimesOfException(const MSPCXMLNode& exception) {
-    return nodesForXQuery(exception, "WorkingTimes/WorkingTime");
+std::vector<MSPCXMLNode> MSPICalendarMapper::workingTimesOf(const MSPCXMLNode& dayOrException) {
+    return nodesForXQuery(dayOrException, "WorkingTimes/WorkingTime");
 }
 
 std::vector<MSPCXMLNewElement> MSPICalendarMapper::newTimeOffCalenarEventsFromMSPCalendar(
@@ -216,7 +238,7 @@ std::vector<MSPCXMLNewElement> MSPICalendarMapper::newOvertimeCalenarEventsFromM
         checkNode(timePeriod, "TimePeriod");
         const auto fromDate = stringValueForXQuery(timePeriod, "FromDate");
         const auto toDate = stringValueForXQuery(timePeriod, "ToDate");
-        for (const auto& workingTime : workingTimesOfException(exception)) {
+        for (const auto& workingTime : workingTimesOf(exception)) {
             addEventsOfRange({.fromDate = fromDate,
                               .toDate = toDate,
                               .fromTime = stringValueForXQuery(workingTime, "FromTime"),

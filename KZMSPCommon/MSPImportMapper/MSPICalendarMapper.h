@@ -38,11 +38,21 @@ public:
     // to 7." when the day's last DayType is another one.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newScheduleDaysFromMSPCalendar(const MSPCXMLNode& mspCalendar) const;
 
+    // These decide what of a calendar is mapped; whoever tells of it asks them, too.
+    // The days of the week of a calendar, in document order: each `WeekDay` of DayType 1 to 7.
+    [[nodiscard]] static std::vector<MSPCXMLNode> weekDaysOfMSPCalendar(const MSPCXMLNode& mspCalendar);
+    // Whether one of them becomes a `schedule-day`, and whether that gets its working times. The latter raises as a
+    // query of a boolean does.
+    [[nodiscard]] static bool isScheduleDay(const MSPCXMLNode& weekDay, bool isOfBaseCalendar);
+    [[nodiscard]] static bool isWorked(const MSPCXMLNode& weekDay);
+    // Whether an exception is one over a range of dates; any other one recurs, or has no type.
+    [[nodiscard]] static bool isOverOneRange(const MSPCXMLNode& exception);
     // The exceptions over one range of dates that are not worked, and those that are worked, in document order. Those
     // that are worked give events for each of their working times.
     [[nodiscard]] static std::vector<MSPCXMLNode> timeOffOfMSPCalendar(const MSPCXMLNode& mspCalendar);
     [[nodiscard]] static std::vector<MSPCXMLNode> overtimeOfMSPCalendar(const MSPCXMLNode& mspCalendar);
-    [[nodiscard]] static std::vector<MSPCXMLNode> workingTimesOfException(const MSPCXMLNode& exception);
+    // Of a `WeekDay` or an exception.
+    [[nodiscard]] static std::vector<MSPCXMLNode> workingTimesOf(const MSPCXMLNode& dayOrException);
 
     // The events of all exceptions that are not worked, over whole days.
     [[nodiscard]] std::vector<MSPCXMLNewElement> newTimeOffCalenarEventsFromMSPCalendar(

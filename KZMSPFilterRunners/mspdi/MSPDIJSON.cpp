@@ -67,13 +67,21 @@ bool MSPDIIsPlainInJSON(std::string_view text) {
         return holdsBelow(bytes ^ (each * byte), 1);
     };
     std::uint64_t found = 0;
-    std::uint64_t bytes = 0;
-    for (; text.size() >= sizeof bytes; text.remove_prefix(sizeof bytes)) {
-        std::memcpy(&bytes, text.data(), sizeof bytes);
+    const auto look = [&](const char* at) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, at, sizeof bytes);
         found |=
             (bytes & highest) | holdsBelow(bytes, ' ') | holds(bytes, 0x7FU) | holds(bytes, '"') | holds(bytes, '\\');
+    };
+    if (text.size() < sizeof each) {
+        return std::all_of(text.begin(), text.end(), isPlain);
     }
-    return found == 0 && std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
+    const auto last = text.size() - sizeof each;
+    for (std::size_t position = 0; position < last; position += sizeof each) {
+        look(text.data() + position);
+    }
+    look(text.data() + last);  // some of them again
+    return found == 0;
 }
 
 void MSPDIUnwrittenBytes::flushAndReserve(std::size_t size) {
@@ -125,10 +133,6 @@ void MSPDIJSONWriter::member(std::string_view name, std::string_view text) {
     }
 }
 
-void MSPDIJSONWriter::plainMember(std::string_view start, std::string_view end) {
-    _unwritten.add(separator(), "\"", start, end);
-}
-
 void MSPDIJSONWriter::value(const nlohmann::ordered_json& json) {
     if (json.is_object()) {
         beginObject();
@@ -159,12 +163,12 @@ void MSPDIJSONWriter::finish() {
 void MSPDIJSONWriter::begin(char bracket) {
     separate();
     _unwritten.add(std::string_view(&bracket, 1));
-    _hold.push_back(false);
+    _hold.push_back(0);
     _separator += "  ";
 }
 
 void MSPDIJSONWriter::end(char bracket) {
-    const bool isEmpty = !_hold.back();
+    const bool isEmpty = _hold.back() == 0;
     _hold.pop_back();
     _separator.resize(_separator.size() - 2);
     if (!isEmpty) {
@@ -184,8 +188,8 @@ std::string_view MSPDIJSONWriter::separator() {
     if (_hold.empty()) {
         return {};
     }
-    const bool isFirst = !_hold.back();
-    _hold.back() = true;
+    const bool isFirst = _hold.back() == 0;
+    _hold.back() = 1;
     return std::string_view(_separator).substr(isFirst ? 1 : 0);
 }
 

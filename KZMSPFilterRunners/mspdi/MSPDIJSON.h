@@ -66,8 +66,14 @@ public:
     void value(const nlohmann::ordered_json& json);
     // A key and its text.
     void member(std::string_view name, std::string_view text);
-    // The same, as it is to stand in the document behind its first quotation mark, in two pieces.
-    void plainMember(std::string_view start, std::string_view end);
+    // What stands before the name of a member of the present object, quotation mark included; it begins with the comma
+    // that the first one lacks.
+    [[nodiscard]] std::string startOfMember() const { return _separator + '"'; }
+    // Members as they are to stand in the document, each in two pieces, of which the first one begins with that.
+    void plainMember(std::string_view start, std::string_view end) {
+        _unwritten.add(start.substr(_hold.back() ? 0 : 1), end);
+        _hold.back() = 1;
+    }
     // The line feed behind the document.
     void finish();
 
@@ -80,7 +86,7 @@ private:
 
     MSPDIUnwrittenBytes _unwritten;
     std::string _separator = ",\n";  // with the indentation of what the innermost open object or array holds
-    std::vector<bool> _hold;         // whether the open objects and arrays hold anything so far
+    std::vector<char> _hold;         // whether the open objects and arrays hold anything so far
     bool _isBehindKey = false;
 };
 

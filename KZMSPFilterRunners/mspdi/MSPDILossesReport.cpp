@@ -105,18 +105,20 @@ JSON leavesOf(const MSPDIAccount& account) {
 // There may be millions, and nearly all of their paths need no look at their characters.
 class FateWriter final : public MSPDIFateReader {
 public:
-    explicit FateWriter(MSPDIJSONWriter& writer) : _writer(writer) {}
+    // Within the object that is to hold them.
+    explicit FateWriter(MSPDIJSONWriter& writer)
+        : _writer(writer), _start(writer.startOfMember()), _pathStart(_start.size()) {}
 
     void below(std::string_view path) override {
-        _path = path;
+        _start.replace(_pathStart, std::string::npos, path);
         _isPlain = MSPDIIsPlainInJSON(path);
     }
 
     void leaf(std::string_view step, std::optional<std::size_t> line, MSPDIFate fate) override {
         if (_isPlain && line) {
-            _writer.plainMember(_path, endOf(step, *line, fate));
+            _writer.plainMember(_start, endOf(step, *line, fate));
         } else {
-            writeText(_path + std::string(step), nameOf(fate), _writer);
+            writeText(_start.substr(_pathStart) + std::string(step), nameOf(fate), _writer);
         }
     }
 
@@ -136,7 +138,8 @@ private:
     }
 
     MSPDIJSONWriter& _writer;
-    std::string _path;
+    std::string _start;      // what stands before a member, and the path of the parent
+    std::size_t _pathStart;  // in there
     bool _isPlain = false;
     std::vector<std::string> _ends;  // by line and fate
 };

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <ostream>
 
@@ -235,28 +234,6 @@ std::string kindOf(const std::string& reason) {
     return reason.substr(0, reason.find(" ("));
 }
 
-struct Sums {
-    std::map<std::string, std::size_t> verdicts;
-    std::map<std::string, std::size_t> reasons;
-    std::map<std::string, std::size_t> losses;
-    std::size_t plans = 0;
-};
-
-Sums sumsOf(const MSPDIMigrationRecords& records) {
-    Sums sums;
-    records([&sums](const MSPDIMigrationRecord& record) {
-        ++sums.plans;
-        ++sums.verdicts[record.verdict];
-        if (!record.isImported()) {
-            ++sums.reasons[kindOf(record.reason)];
-        }
-        for (const auto& [kind, count] : record.losses) {
-            sums.losses[kind] += count;
-        }
-    });
-    return sums;
-}
-
 // What a kind of loss means; empty where it is none that is known.
 std::string_view kindInWords(std::string_view name) {
     const auto kinds = MSPDIKinds();
@@ -313,9 +290,19 @@ std::string MSPDISeconds(const MSPDIMigrationRecord& record) {
     return fmt::format("{}.{:03}", record.milliseconds / second, record.milliseconds % second);
 }
 
-void MSPDIWriteMigrationPage(const std::string& outputFolder, const std::string& made,
+void MSPDIMigrationSums::add(const MSPDIMigrationRecord& record) {
+    ++plans;
+    ++verdicts[record.verdict];
+    if (!record.isImported()) {
+        ++reasons[kindOf(record.reason)];
+    }
+    for (const auto& [kind, count] : record.losses) {
+        losses[kind] += count;
+    }
+}
+
+void MSPDIWriteMigrationPage(const std::string& outputFolder, const std::string& made, const MSPDIMigrationSums& sums,
                              const MSPDIMigrationRecords& records, std::ostream& out) {
-    const auto sums = sumsOf(records);
     out << beginning << "<h1>Migration of " << sums.plans << (sums.plans == 1 ? " plan" : " plans") << "</h1>\n<p>"
         << inHTML(MSPCShownText(outputFolder).view()) << "<br>\n<span id=\"made\">" << inHTML(made)
         << "</span></p>\n<div class=\"sums\">\n";

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <array>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <streambuf>
@@ -17,8 +17,10 @@
 
 namespace {
 
-// Of the reports, in the order in which they are written.
-constexpr std::string_view names[] = {"report.tsv", "report.json", "report.html", "failed.txt"};
+constexpr std::string_view tableName = "report.tsv";
+constexpr std::string_view jsonName = "report.json";
+constexpr std::string_view pageName = "report.html";
+constexpr std::string_view failedName = "failed.txt";
 
 using JSON = nlohmann::ordered_json;
 
@@ -60,15 +62,16 @@ std::string number(const MSPDIMigrationRecord& record, std::size_t count) {
     return record.isImported() ? std::to_string(count) : "";
 }
 
-void writeTable(const MSPDIMigrationRecords& records, std::ostream& out) {
+void writeHeadsOfTable(std::ostream& out) {
     out << "plan\tverdict\treason\tmending\tdocument\ttasks\tresources\tscenarios\twarnings\tlosses\tseconds\n";
-    records([&out](const MSPDIMigrationRecord& record) {
-        out << cell(record.plan) << '\t' << record.verdict << '\t' << cell(record.reason) << '\t'
-            << MSPDICountsInOneLine(record.mending) << '\t' << cell(record.document) << '\t'
-            << number(record, record.tasks) << '\t' << number(record, record.resources) << '\t'
-            << number(record, record.scenarios) << '\t' << cell(joined(record.warnings)) << '\t'
-            << MSPDICountsInOneLine(record.losses) << '\t' << MSPDISeconds(record) << '\n';
-    });
+}
+
+void writeRowOfTable(const MSPDIMigrationRecord& record, std::ostream& out) {
+    out << cell(record.plan) << '\t' << record.verdict << '\t' << cell(record.reason) << '\t'
+        << MSPDICountsInOneLine(record.mending) << '\t' << cell(record.document) << '\t' << number(record, record.tasks)
+        << '\t' << number(record, record.resources) << '\t' << number(record, record.scenarios) << '\t'
+        << cell(joined(record.warnings)) << '\t' << MSPDICountsInOneLine(record.losses) << '\t' << MSPDISeconds(record)
+        << '\n';
 }
 
 JSON jsonOf(const MSPDIMigrationRecord::Counts& counts, std::string_view name) {
@@ -100,38 +103,95 @@ JSON jsonOf(const MSPDIMigrationRecord& record) {
     return result;
 }
 
-void writeJSON(const MSPDIMigrationRecords& records, std::ostream& out) {
-    std::size_t imported = 0;
-    MSPDIJSONWriter writer(out);
-    writer.beginObject();
-    writer.key("plans");
-    writer.beginArray();
-    records([&](const MSPDIMigrationRecord& record) {
-        imported += record.isImported() ? 1U : 0U;
-        writer.value(jsonOf(record));
-    });
-    writer.endArray();
-    writer.key("imported");
-    writer.value(imported);
-    writer.endObject();
-    writer.finish();
-}
+// The document of JSON, plan by plan.
+class ReportInJSON {
+public:
+    explicit ReportInJSON(std::ostream& out) : _writer(out) {
+        _writer.beginObject();
+        _writer.key("plans");
+        _writer.beginArray();
+    }
+    void add(const MSPDIMigrationRecord& record) {
+        _imported += record.isImported() ? 1U : 0U;
+        _writer.value(jsonOf(record));
+    }
+    void end() {
+        _writer.endArray();
+        _writer.key("imported");
+        _writer.value(_imported);
+        _writer.endObject();
+        _writer.finish();
+    }
+
+private:
+    MSPDIJSONWriter _writer;
+    std::size_t _imported = 0;
+};
 
 // A list is a text in UTF-8 with a path on each line, so that some paths cannot stand in one.
-void writeFailed(const MSPDIMigrationRecords& records, std::ostream& out) {
-    records([&out](const MSPDIMigrationRecord& record) {
-        if (record.isImported()) {
-            return;
+void writeIfFailed(const MSPDIMigrationRecord& record, std::ostream& out) {
+    if (record.isImported()) {
+        return;
+    }
+    const bool isLine = MSPCIsUTF8(record.plan) && MSPDILinesOfText(record.plan).size() == 1;
+    out << (isLine ? record.plan : ":: no list can name this plan: " + cell(record.plan)) << '\n';
+}
+
+// Reports in the output folder. The first failure, in one line that names the file, ends those that are being written
+// at the same time, too; what stood there before stays then.
+class Reports {
+public:
+    Reports(const std::string& outputFolder, MSPCFileSystem& fileSystem)
+        : _outputFolder(outputFolder), _fileSystem(fileSystem) {}
+
+    using Write = std::function<void(std::ostream&)>;
+    void write(std::string_view name, const Write& write) {
+        const auto path = pathByAppendingComponent(_outputFolder, name);
+        const auto failure = _fileSystem.writeAtomically(path, [&write](MSPCByteWriter& writer) {
+            FileBuffer buffer(writer);
+            std::ostream out(&buffer);
+            write(out);
+        });
+        if (failure) {
+            throw Failure{path + ": " + *failure};
         }
-        const bool isLine = MSPCIsUTF8(record.plan) && MSPDILinesOfText(record.plan).size() == 1;
-        out << (isLine ? record.plan : ":: no list can name this plan: " + cell(record.plan)) << '\n';
+    }
+
+    struct Failure {
+        std::string text;
+    };
+
+private:
+    const std::string& _outputFolder;
+    MSPCFileSystem& _fileSystem;
+};
+
+// All but the page, in one pass: to look for each plan and each document takes longer than to write of them.
+MSPDIMigrationSums writeThoseForPrograms(const MSPDIMigrationRecords& records, Reports& reports) {
+    MSPDIMigrationSums sums;
+    const auto writeAll = [&](std::ostream& table, std::ostream& json, std::ostream& failed) {
+        writeHeadsOfTable(table);
+        ReportInJSON inJSON(json);
+        records([&](const MSPDIMigrationRecord& record) {
+            writeRowOfTable(record, table);
+            inJSON.add(record);
+            writeIfFailed(record, failed);
+            sums.add(record);
+        });
+        inJSON.end();
+    };
+    reports.write(tableName, [&](std::ostream& table) {
+        reports.write(jsonName, [&](std::ostream& json) {
+            reports.write(failedName, [&](std::ostream& failed) { writeAll(table, json, failed); });
+        });
     });
+    return sums;
 }
 
 }  // namespace
 
 std::optional<std::string> MSPDIMigrationReportIn(const std::string& folder, const MSPCFileSystem& fileSystem) {
-    for (const auto& name : names) {
+    for (const auto name : {tableName, jsonName, pageName, failedName}) {
         if (auto path = pathByAppendingComponent(folder, name); fileSystem.exists(path)) {
             return path;
         }
@@ -142,22 +202,13 @@ std::optional<std::string> MSPDIMigrationReportIn(const std::string& folder, con
 std::optional<std::string> MSPDIWriteMigrationReports(const std::string& outputFolder, const std::string& made,
                                                       const MSPDIMigrationRecords& records,
                                                       MSPCFileSystem& fileSystem) {
-    using Write = std::function<void(std::ostream&)>;
-    const std::array<std::pair<std::string_view, Write>, std::size(names)> reports{
-        {{names[0], [&](std::ostream& out) { writeTable(records, out); }},
-         {names[1], [&](std::ostream& out) { writeJSON(records, out); }},
-         {names[2], [&](std::ostream& out) { MSPDIWriteMigrationPage(outputFolder, made, records, out); }},
-         {names[3], [&](std::ostream& out) { writeFailed(records, out); }}}};
-    for (const auto& [name, write] : reports) {
-        const auto path = pathByAppendingComponent(outputFolder, name);
-        const auto failure = fileSystem.writeAtomically(path, [&write = write](MSPCByteWriter& writer) {
-            FileBuffer buffer(writer);
-            std::ostream out(&buffer);
-            write(out);
-        });
-        if (failure) {
-            return path + ": " + *failure;
-        }
+    Reports reports(outputFolder, fileSystem);
+    try {
+        const auto sums = writeThoseForPrograms(records, reports);
+        reports.write(pageName,
+                      [&](std::ostream& out) { MSPDIWriteMigrationPage(outputFolder, made, sums, records, out); });
+    } catch (const Reports::Failure& failure) {
+        return failure.text;
     }
     return std::nullopt;
 }

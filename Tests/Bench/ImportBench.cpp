@@ -126,9 +126,16 @@ PlanList::PlanList(const Setup& setup, std::int64_t count)
     std::fclose(list);
 }
 
+// A run with an output folder that is empty, on a disk that has nothing to do any more for the run before.
+ProcessFigures timedRunIntoEmpty(const Setup& setup, std::vector<std::string> command) {
+    command.push_back(emptiedOutput(setup).string());
+    ::sync();
+    return timedRun(command);
+}
+
 ProcessFigures timedList(const Setup& setup, const PlanList& plans) {
-    return timedRun({setup.program, "--template-path", setup.kdzxTemplate, "--input-list", plans.path(),
-                     emptiedOutput(setup).string()});
+    return timedRunIntoEmpty(setup,
+                             {setup.program, "--template-path", setup.kdzxTemplate, "--input-list", plans.path()});
 }
 
 ProcessFigures timedList(const Setup& setup, std::int64_t count) {
@@ -144,18 +151,19 @@ void measureList(const Setup& setup) {
     verdict(many.peakMebibytes <= few.peakMebibytes + 2, "memory flat over the list");
 }
 
-ProcessFigures timedMigration(const Setup& setup, const PlanList& plans, std::vector<std::string> options) {
+ProcessFigures timedMigration(const Setup& setup, const PlanList& plans, const std::vector<std::string>& options) {
     std::vector<std::string> command = {(fs::path(setup.program).parent_path() / "mspdi").string(), "migrate",
-                                        plans.path(), "-o", emptiedOutput(setup).string()};
+                                        plans.path()};
     command.insert(command.end(), options.begin(), options.end());
-    return timedRun(command);
+    command.emplace_back("-o");
+    return timedRunIntoEmpty(setup, std::move(command));
 }
 
 // The list by one process against `mspdi migrate` by one for each processor. Wall-clock times are those of a machine
 // that has nothing else to do; the processor time says how much of it there is to share.
-void measureMigration(const Setup& setup, std::vector<std::string> options, double mostTimes) {
+void measureMigration(const Setup& setup, const std::vector<std::string>& options, double mostTimes) {
     constexpr std::int64_t count = 10'000;
-    constexpr int pairs = 3;
+    constexpr int pairs = 5;
     const PlanList plans(setup, count);
     std::vector<double> wall;
     std::vector<double> processors;

@@ -29,6 +29,7 @@ const std::vector<LossesRow>& rows() {
         {"losses, 10,000 tasks, mended", {.tasks = 10'000}, "<Name>", "<Name>Paint & "},
         {"losses, 10,000 tasks, 11 baselines", {.tasks = 10'000, .baselines = 11}},
         {"losses --all, 10,000 tasks", {.tasks = 10'000}, "", "", {"--all"}},
+        {"losses --all, 100,000 tasks", {.tasks = 100'000}, "", "", {"--all"}},
         {"losses --all --json, 10,000 tasks", {.tasks = 10'000}, "", "", {"--all", "--json"}},
         {"losses --all --json, 100,000 tasks", {.tasks = 100'000}, "", "", {"--all", "--json"}},
     };

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "KZDXCheck.h"
@@ -733,6 +734,12 @@ TEST(KZDXRules, missingStartOfAnImport) {
     files["Actual.xml"] = withReplaced(
         files["Actual.xml"], "<start-date>2026-05-04T08:00:00+02:00</start-date>\n    <granularity>", "<granularity>");
     EXPECT_EQ(findingsOf(files), Lines());
+    // The names of sections tell an import as well.
+    files["Actual.xml"] = withReplaced(files["Actual.xml"], "<top-task", "<!--  Tasks  --><top-task");
+    const auto lines = findingsOf(files);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(),
+                         "fault missing-value Actual.xml:2 scenario: there is neither a start-date nor an end-date"),
+              1);
 }
 
 TEST(KZDXRules, projectDates) {

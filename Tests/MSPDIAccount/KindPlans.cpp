@@ -308,11 +308,13 @@ const KindCase writtenKinds[] = {
     {"views-and-filters", 1, "<Views><View><Name>Gantt</Name></View></Views>", "<Views><View><Name/></View></Views>"},
     {"display-settings", 1, task("<HideBar>1</HideBar>"), task("<HideBar>0</HideBar>")},
     {"repeated-element", 1, task("<Name>a</Name><Name>b</Name>"), task("<Name>a</Name>")},
-    {"stray-text", 3,
+    {"stray-text", 6,
      tasksOf("<Task>Paint<UID>1</UID><OutlineLevel>1</OutlineLevel><PredecessorLink><![CDATA[soon]]><PredecessorUID>1"
-             "</PredecessorUID></PredecessorLink><Zebra>a<Tail/>b</Zebra></Task>"),
-     // A value's own text is no stray one, and blanks are none.
-     tasksOf("<Task> <UID>1</UID> <OutlineLevel>1</OutlineLevel><Name>Pa<Zebra/>int</Name></Task>")},
+             "</PredecessorUID></PredecessorLink><Zebra>a<Tail/>b</Zebra></Task> and <Task><UID>2</UID></Task>dry") +
+         "twice<Views><![CDATA[all]]><View/></Views> &amp; again",
+     // A value's own text is no stray one, and blanks and comments are none.
+     tasksOf("<Task> <UID>1</UID> <OutlineLevel>1</OutlineLevel><Name>Pa<Zebra/>int</Name></Task> <!-- dry --> ") +
+         "<!-- twice --> <Title>Pa<Zebra/>int</Title> <Views>\n<View/><?dry twice?></Views>&#32;"},
     {"unknown-element", 1, task("<Zebra/>"), task("<ID>1</ID>")},
 };
 

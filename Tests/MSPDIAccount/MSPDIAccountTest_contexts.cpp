@@ -246,6 +246,21 @@ TEST(FatesInContext, aCustomFieldNeedsADefinition) {
               "lost");
 }
 
+// Without the last number of a field's value the one before counts, which has a definition here.
+TEST(FatesInContext, theLastOfSeveralNumbersOfAFieldDecides) {
+    const AccountOfPlan plan(
+        "<ExtendedAttributes><ExtendedAttribute><FieldID>5</FieldID><FieldName>Text1</FieldName></ExtendedAttribute>"
+        "</ExtendedAttributes>" +
+        tasksOf(taskOf(1,
+                       "<ExtendedAttribute><FieldID>5</FieldID><FieldID>6</FieldID><Value>red</Value>"
+                       "</ExtendedAttribute>") +
+                taskOf(2, "<ExtendedAttribute><FieldID>6</FieldID><Value>red</Value></ExtendedAttribute>")));
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/ExtendedAttribute[1]/FieldID[1]"), "default");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/ExtendedAttribute[1]/FieldID[2]"), "shaping");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/ExtendedAttribute[1]/Value[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[2]/ExtendedAttribute[1]/FieldID[1]"), "default");
+}
+
 TEST(FatesInContext, onlyTheLastTasksFieldsAreRegistered) {
     const auto definition = [](const std::string& id) {
         return "<ExtendedAttribute><FieldID>" + id + "</FieldID><FieldName>Text" + id +

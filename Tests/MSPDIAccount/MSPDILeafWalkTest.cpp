@@ -55,6 +55,10 @@ TEST(MSPDILeafWalkTest, tellsTheSameInPiecesAndAsAWhole) {
                                 "<Baseline><Number>0</Number><Cost>5</Cost></Baseline><CalendarUID>1</CalendarUID>"),
                          9)),
         "<Views>" + repeated("<View><Name>Gantt</Name><Zebra/><IsCustomized>1</IsCustomized></View>", 9) + "</Views>",
+        "paint" + tasksOf(" and " + taskOf(1) + "<![CDATA[dry]]>" + taskOf(2) + "<!-- no --> &amp; wait") +
+            " twice <Tasks>a</Tasks><Zebra>b<Tail/>c</Zebra>",
+        "<Title>Pa<Zebra>in</Zebra>t<Zoo><Tail>s</Tail></Zoo></Title><Subject><Zebra/>dry</Subject>" +
+            tasksOf(taskOf(1)) + "<Title><Tasks/></Title>",
         // An own rate says what the resource itself says.
         "<Resources>" +
             repeated("<Resource><UID>1</UID><OvertimeRate>9</OvertimeRate><Rates><Rate><OvertimeRate>9</OvertimeRate>"
@@ -66,6 +70,38 @@ TEST(MSPDILeafWalkTest, tellsTheSameInPiecesAndAsAWhole) {
         SCOPED_TRACE(content);
         expectOneAccount(planOf(content));
     }
+}
+
+TEST(MSPDILeafWalkTest, tellsTextRightInTheProjectAndInListsWithTheirPlaces) {
+    const AccountOfPlan plan("paint" + tasksOf("and" + taskOf(1) + " &lt;dry&gt; " + taskOf(2)));
+    const auto& where = plan.loss("stray-text").where;
+    ASSERT_EQ(where.size(), 2U);
+    EXPECT_EQ(where[0].path, "/Project");
+    EXPECT_EQ(where[0].value, "paint");
+    EXPECT_EQ(where[1].path, "/Project/Tasks[1]");
+    EXPECT_EQ(where[1].value, "and <dry>");
+}
+
+TEST(MSPDILeafWalkTest, tellsTextWhereElementsBelong) {
+    const AccountOfPlan plan("<Views>a</Views><Views> </Views><Resources><Resource>b</Resource></Resources>" +
+                             tasksOf("<Task>c</Task>" + taskOf(1, "<PredecessorLink>d</PredecessorLink><Baseline/>")));
+    EXPECT_EQ(plan.count("stray-text"), 4U);
+    EXPECT_EQ(plan.at("Views[1]"), "lost");
+    EXPECT_EQ(plan.at("Views[2]"), "default");
+    EXPECT_EQ(plan.at("Resources[1]/Resource[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]"), "shaping");  // an empty task shapes the document
+    EXPECT_EQ(plan.at("Tasks[1]/Task[2]/PredecessorLink[1]"), "lost");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[2]/Baseline[1]"), "default");
+}
+
+// What stands in a value of the project is part of it, as it is in a value of a task.
+TEST(MSPDILeafWalkTest, tellsElementsWithinValuesOfTheProject) {
+    const AccountOfPlan plan("<Title>Pa<Zebra>in</Zebra>t</Title><Subject>Pa<Zebra>in</Zebra>t</Subject>");
+    EXPECT_EQ(plan.at("Title[1]/Zebra[1]"), "changed");
+    EXPECT_EQ(plan.at("Subject[1]/Zebra[1]"), "lost");
+    EXPECT_EQ(plan.count("unknown-element"), 2U);
+    EXPECT_EQ(plan.count("document-properties"), 1U);
+    EXPECT_EQ(plan.count("stray-text"), 0U);
 }
 
 TEST(MSPDILeafWalkTest, countsTheProjectsOwnChildrenBeforeItsLists) {

@@ -67,6 +67,40 @@ TEST_F(MigrationTest, importsWhatWasOnlyTouchedNotAgain) {
     EXPECT_EQ(folder.contents("out/.mspdi-migrate/journal"), journal) << "the new times are known from then on";
 }
 
+// It is read in one go, or not, or by the mending.
+TEST_F(MigrationTest, knowsTheContentOfAPlanHoweverItIsRead) {
+    addPlan("A.xml", planNamed("Paint"));
+    addPlan("B.xml", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + planNamed("Pa\xEFnt"));
+    addPlan("C.xml", "<!DOCTYPE Project [<!ENTITY what \"Paint\">]>" + planNamed("&what;"));
+    options.each.mending = MSPDIMending::All;
+    addPlan("D.xml", planNamed("Paint", "<Deadline>never</Deadline>"));
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx", "B.xml imported B.kdzx", "C.xml imported C.kdzx",
+                                       "D.xml imported D.kdzx"));
+    for (const auto* name : {"A.xml", "B.xml", "C.xml", "D.xml"}) {
+        setTime(folder / "in/" + name, 1'000'000'000);
+    }
+    migrate();
+    EXPECT_EQ(imported, 0U);
+}
+
+TEST_F(MigrationTest, looksForWhatIsToldOncePerRun) {
+    addPlan("A.xml", planNamed("Paint"));
+    migrate();
+    MSPDIMigration migration(services, options, found);
+    ASSERT_EQ(migration.readRecords(), std::nullopt);
+    std::vector<std::string> verdicts;
+    const auto keep = [&verdicts](const MSPDIMigrationRecord& record) { verdicts.push_back(record.verdict); };
+    migration.forEachRecord(keep);
+    fs::remove_all(folder / "out/A.kdzx");
+    migration.forEachRecord(keep);
+    EXPECT_THAT(verdicts, ElementsAre("imported", "imported")) << "the reports of a run say the same";
+    EXPECT_THAT(migrate(), ElementsAre("A.xml imported A.kdzx"));
+    EXPECT_EQ(imported, 1U);
+    fs::remove_all(folder / "out/A.kdzx");
+    options.isOnlyFailed = true;
+    EXPECT_THAT(migrate(), ElementsAre("A.xml failed ")) << "a later run looks anew";
+}
+
 TEST_F(MigrationTest, findsOtherContentOfTheSameSizeAndTime) {
     addPlan("A.xml", planNamed("Paint"));
     setTime(folder / "in/A.xml", 1'000'000'000);

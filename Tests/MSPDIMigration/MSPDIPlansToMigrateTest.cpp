@@ -67,8 +67,9 @@ public:
 }  // namespace
 
 TEST_F(PlansToMigrateTest, findsAllPlansBelowAFolder) {
-    for (const auto* name : {"in/b.xml", "in/A.XML", "in/c.mspxml", "in/notes.txt", "in/deep/er/d.xml",
-                             "in/{=x=}/e.xml", "in/Old.kdzx/Actual.xml", "in/.hidden/f.xml", "in/.g.xml"}) {
+    for (const auto* name :
+         {"in/b.xml", "in/A.XML", "in/c.mspxml", "in/notes.txt", "in/deep/er/d.xml", "in/{=x=}/e.xml",
+          "in/Old.kdzx/Actual.xml", "in/.hidden/f.xml", "in/.g.xml", "in/.xml", "in/.mspxml"}) {
         folder.addFile(name);
     }
     EXPECT_THAT(found("in"),

@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "MSPCRemoval.h"
+
 namespace {
 
 bool isCutOff(const std::string& name) {
@@ -44,6 +46,17 @@ int MSPCOpenOwnFile(int parent, const std::string& name, int flags, MSPCFileDesc
     }
     file = std::move(opened);
     return 0;
+}
+
+int MSPCWriteOwnFile(const std::string& path, std::string_view bytes) {
+    if (isCutOff(path)) {
+        return ENOENT;
+    }
+    MSPCRemoveItem(path.c_str());
+    MSPCFileDescriptor file;
+    int error = MSPCOpenOwnFile(AT_FDCWD, path, O_WRONLY | O_CREAT | O_EXCL, file);
+    error = error != 0 ? error : file.write(bytes);
+    return error != 0 ? error : file.close();
 }
 
 bool MSPCIsFolderAt(const std::string& path, const MSPCFileDescriptor& folder) {

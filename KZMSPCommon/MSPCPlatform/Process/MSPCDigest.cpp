@@ -10,9 +10,18 @@ namespace {
 
 using Digest = std::array<unsigned char, SHA256_DIGEST_LENGTH>;
 
+// Looked up once: that takes longer than the digest of a path.
+const EVP_MD* sha256() {
+    static const std::unique_ptr<EVP_MD, decltype(&EVP_MD_free)> found{EVP_MD_fetch(nullptr, "SHA256", nullptr),
+                                                                       &EVP_MD_free};
+    return found ? found.get() : EVP_sha256();
+}
+
 Digest digestOf(std::string_view bytes) {
     Digest digest{};
-    SHA256(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), digest.data());
+    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), nullptr, sha256(), nullptr) != 1) {
+        throw std::bad_alloc();
+    }
     return digest;
 }
 
@@ -41,7 +50,7 @@ struct MSPCSHA256::Context {
 };
 
 MSPCSHA256::MSPCSHA256() : _context(std::make_unique<Context>()) {
-    if (!_context->state || EVP_DigestInit_ex(_context->state.get(), EVP_sha256(), nullptr) != 1) {
+    if (!_context->state || EVP_DigestInit_ex(_context->state.get(), sha256(), nullptr) != 1) {
         throw std::bad_alloc();
     }
 }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <malloc.h>
 #include <poll.h>
 #include <sched.h>
 #include <sys/ioctl.h>
@@ -88,6 +89,17 @@ void boundMemory([[maybe_unused]] std::size_t bytes) {
 #endif
 }
 
+// What one job gives back the next one takes again. Giving it to the system in between costs small jobs a tenth of
+// their time: every page of it comes back by a fault, and filled with zeros.
+void keepFreedMemory() {
+#if defined(__GLIBC__)
+    constexpr int mostKept = 32 * 1024 * 1024;
+    constexpr int largestInHeap = 4 * 1024 * 1024;
+    ::mallopt(M_TRIM_THRESHOLD, mostKept);
+    ::mallopt(M_MMAP_THRESHOLD, largestInHeap);
+#endif
+}
+
 }  // namespace
 
 MSPCWorkers::MSPCWorkers(std::size_t count, MSPCWorkerBounds bounds, Work work)
@@ -154,6 +166,7 @@ int MSPCWorkers::start(Worker& worker) {
 // Never comes back, so that nothing of the parent is undone here.
 void MSPCWorkers::workInChild(int jobs, int results, std::size_t number) {
     boundMemory(_bounds.memory);
+    keepFreedMemory();
     const MSPCFileDescriptor answers(results);
     try {
         std::string received;

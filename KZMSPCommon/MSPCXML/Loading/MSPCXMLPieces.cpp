@@ -153,15 +153,19 @@ private:
             if (!start) {
                 return std::nullopt;
             }
+            keepText(*start);
             _at += *start;
             if (hasAhead("<!--")) {
                 if (!skipTo("-->", 4)) {
                     return std::nullopt;
                 }
             } else if (hasAhead("<![CDATA[")) {
-                if (!skipTo("]]>", 9)) {
+                const auto end = find("]]>", 9);
+                if (!end) {
                     return std::nullopt;
                 }
+                keepText(*end + 3);
+                _at += *end + 3;
             } else if (hasAhead("<?")) {
                 if (!skipTo("?>", 2)) {
                     return std::nullopt;
@@ -171,6 +175,20 @@ private:
             } else {
                 return wholeTag();
             }
+        }
+    }
+
+    // Text or a section that begins here stays with the root where it stands right in it, or in a list.
+    void keepText(std::size_t size) {
+        if (_depth == 1 || (_depth == 2 && _child == Child::List)) {
+            addTextToRoot(_at, size);
+        }
+    }
+
+    void addTextToRoot(std::size_t start, std::size_t size) {
+        const auto text = std::string_view(_window).substr(start, size);
+        if (text.find_first_not_of(" \t\r\n") != std::string_view::npos) {
+            _root += text;
         }
     }
 
@@ -223,7 +241,7 @@ private:
             case 2:
                 return beginChild(tag, isEmpty);
             case 3:
-                return beginPiece(tag, isEmpty);
+                return beginElementOfChild(tag, isEmpty);
             default:
                 return true;
         }
@@ -232,7 +250,7 @@ private:
     bool takeEnd(const Tag& tag) {
         const auto level = _depth--;
         if (level == 3) {
-            return showPiece(tag.end);
+            return _child != Child::List || showPiece(tag.end);
         }
         if (level == 2) {
             endChild(tag);
@@ -242,7 +260,7 @@ private:
         return level > 0;
     }
 
-    // A child of the root is a list as soon as there is an element in it; until then it may be a value.
+    // A child of the root may be a list as soon as there is an element in it; until then it is a value.
     bool beginChild(const Tag& tag, bool isEmpty) {
         if (isEmpty) {
             _root += text(tag);
@@ -251,12 +269,12 @@ private:
         }
         _pieceStart = tag.start;
         _childTag = text(tag);
-        _isList = false;
+        _child = Child::Empty;
         return true;
     }
 
     void endChild(const Tag& tag) {
-        if (_isList) {
+        if (_child == Child::List) {
             _visitor.endList();
             _root += text(tag);
         } else {
@@ -266,12 +284,20 @@ private:
         _pieceStart.reset();
     }
 
-    bool beginPiece(const Tag& tag, bool isEmpty) {
-        if (!_isList) {
-            _isList = true;
-            _root += _childTag;
-            _visitor.beginList(nameOf(_childTag));
+    bool beginElementOfChild(const Tag& tag, bool isEmpty) {
+        if (_child == Child::Empty) {
+            _child = _visitor.isList(nameOf(_childTag)) ? Child::List : Child::Value;
+            if (_child == Child::List) {
+                const auto textStart = *_pieceStart + _childTag.size();
+                _root += _childTag;
+                addTextToRoot(textStart, tag.start - textStart);
+                _visitor.beginList(nameOf(_childTag));
+            }
         }
+        return _child == Child::Value || beginPiece(tag, isEmpty);
+    }
+
+    bool beginPiece(const Tag& tag, bool isEmpty) {
         _pieceStart = tag.start;
         if (isEmpty) {
             return showPiece(tag.end);
@@ -439,7 +465,7 @@ private:
     std::string _rest;                       // of the piece, without the leaves that were taken
     std::vector<std::size_t> _openInRest;    // where the contents of its open elements begin
     bool _hasTaken = false;                  // leaves of the piece; none of one that has no leaves
-    bool _isList = false;
+    enum class Child { Empty, List, Value } _child = Child::Empty;  // the open one of the root, so far
     std::string _root;
 };
 

@@ -6,19 +6,22 @@
 
 class MSPCByteSource;
 
-// Is shown a document of lists, piece by piece: the root's children that hold elements are the lists, and what they
+// Is shown a document of lists, piece by piece: most of the root's children that hold elements are lists, and what they
 // hold comes one at a time, each as the root of a small document of its own that is gone afterwards. Names are as
 // written, and gone afterwards, too.
 class MSPCXMLPieceVisitor {
 public:
     virtual ~MSPCXMLPieceVisitor() = default;
-    // A child of the root that holds no elements has passed.
+    // Before a child of the root that holds elements: whether it is a list. If not, it is a value like those that hold
+    // none, and comes with the root.
+    virtual bool isList(std::string_view name) = 0;
+    // A child of the root that is no list has passed.
     virtual void value(std::string_view name) = 0;
     // A list begins, and ends.
     virtual void beginList(std::string_view name) = 0;
     virtual void endList() = 0;
-    // The root, at the end: with its start tag, and with its children in order, but the lists among them empty and
-    // without text beside them.
+    // The root, at the end: with its start tag, and with its children in order, but the lists among them without what
+    // they hold. Text right in the root or in a list is there, however.
     virtual void root(const MSPCXMLNode& element) = 0;
 
     // Before a piece: whether its leaves are to be offered one by one, which is much faster than a document for those

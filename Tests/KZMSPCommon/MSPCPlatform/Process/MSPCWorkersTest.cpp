@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -219,3 +220,23 @@ TEST_F(WorkersTest, knowTheMachine) {
     EXPECT_GE(MSPCWorkers::processors(), 1U);
     EXPECT_GT(MSPCWorkers::memoryOfMachine(), 64'000'000U);
 }
+
+#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
+// Each page that is given back to the system comes back by a fault, which takes longer than what most jobs do with it.
+TEST_F(WorkersTest, keepTheMemoryThatTheNextJobTakes) {
+    const auto work = [](const std::string& /*job*/, std::size_t /*worker*/) {
+        rusage before{};
+        ::getrusage(RUSAGE_SELF, &before);
+        std::vector<std::string> pieces;
+        for (const std::size_t size : {1'000'000U, 300'000U, 60'000U, 60'000U, 1'000'000U}) {
+            pieces.emplace_back(size, 'x');
+        }
+        rusage after{};
+        ::getrusage(RUSAGE_SELF, &after);
+        return std::to_string(after.ru_minflt - before.ru_minflt);
+    };
+    run({"first", "second", "third"}, 1, work);
+    EXPECT_GT(std::stol(ends.find("first")->second.result), 400) << "2.4 MB in pages of 4 KiB";
+    EXPECT_LT(std::stol(ends.find("third")->second.result), 40);
+}
+#endif

@@ -12,6 +12,7 @@ class Written final : public MSPCXMLPieceVisitor {
 public:
     explicit Written(std::string_view taken) : _taken(taken) {}
 
+    bool isList(std::string_view name) override { return !name.starts_with('V'); }
     void value(std::string_view name) override { text += "value " + std::string(name) + "; "; }
     void beginList(std::string_view name) override { text += "list " + std::string(name) + "; "; }
     void endList() override { text += "end; "; }
@@ -73,7 +74,26 @@ TEST(MSPCXMLPiecesTest, takesNoTagFromTextThatIsNone) {
 
 TEST(MSPCXMLPiecesTest, showsADocumentWithoutChildren) {
     EXPECT_EQ(shown("<P></P>"), "<P/>");
-    EXPECT_EQ(shown("\xEF\xBB\xBF<P>text</P>"), "<P/>");
+    EXPECT_EQ(shown("\xEF\xBB\xBF<P>text</P>"), "<P>text</P>");
+}
+
+TEST(MSPCXMLPiecesTest, showsTextBesideChildrenAndPiecesAtTheEnd) {
+    const std::string document =
+        "<P> a <L>b &amp;<!-- <x> --><E>in it</E> \n <![CDATA[<c>]]><E/>d</L><A>1</A> <![CDATA[e]]><?go?></P>";
+    const std::string expected =
+        "list L; <E>in it</E>; <E/>; end; value A; <P> a <L>b &amp;<![CDATA[<c>]]>d</L><A>1</A><![CDATA[e]]></P>";
+    EXPECT_EQ(shown(document), expected);
+    EXPECT_EQ(shown(document, 1), expected);
+    EXPECT_EQ(shown(document, 7), expected);
+}
+
+TEST(MSPCXMLPiecesTest, showsValuesWithAllThatTheyHoldAtTheEnd) {
+    const std::string document = "<P><V>a<E><n>1</n></E>b<E/></V><L><E>2</E></L><V><E/></V></P>";
+    const std::string expected =
+        "value V; list L; <E>2</E>; end; value V; <P><V>a<E><n>1</n></E>b<E/></V><L/><V><E/></V></P>";
+    EXPECT_EQ(shown(document), expected);
+    EXPECT_EQ(shown(document, 1), expected);
+    EXPECT_EQ(shown(document, 7), expected);
 }
 
 TEST(MSPCXMLPiecesTest, leavesOtherDocumentsToOthers) {
