@@ -87,7 +87,12 @@ void MSPDIAddFieldValue(MSPDIPatient& patient, MSPCXMLNode owner, std::string_vi
     if (patient.fieldsOfTasks) {
         patient.fieldsOfTasks->emplace(fieldID);
     }
-    if (const auto last = owner.lastChildElement("ExtendedAttribute").element) {
+    // Few things stand behind the last one, many fields before it.
+    auto last = owner.lastChild();
+    while (last && last.name() != "ExtendedAttribute") {
+        last = last.previousSibling();
+    }
+    if (last) {
         patient.insertBehind(last, markup);
     } else {
         patient.insertBefore(owner, fieldsBehind, markup);
