@@ -31,6 +31,7 @@ struct MSPDILoss {
     std::string element;    // the path of the first one without numbers: "Tasks/Task/Deadline"
     std::size_t count = 0;
     std::vector<MSPDIPlace> where;  // the first ones
+    std::size_t countInTasks = 0;   // of all, those in tasks of the document and in their assignments
 };
 
 // What becomes of a plan.

@@ -135,7 +135,8 @@ MSPDIJudgement assignmentResource(const MSPDILeaf& leaf) {
     const auto& assignment = assignmentOf(leaf);
     const auto uid = scanInteger64(leaf.text);
     if (!leaf.isOnlyOfItsName()) {
-        return MSPDIFate::Shaping;
+        const bool isTold = !assignment.arrives && leaf.isLastOfItsName() && uid && *uid >= 0;
+        return isTold ? MSPDIJudgement(MSPDIFate::Shaping, "dropped-assignment") : MSPDIFate::Shaping;
     }
     if (assignment.arrives) {
         // Nothing in the document bears the id of a resource that is not there, or of that for unassigned work.

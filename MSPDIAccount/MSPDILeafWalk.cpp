@@ -214,14 +214,25 @@ void MSPDILeafWalk::walkPiece(const MSPCXMLNode& element) {
     leave();
 }
 
+// Whether an item is a task of the document, or an assignment of one.
+bool MSPDILeafWalk::isOfArrivingTask(std::string_view path, std::size_t position) const {
+    if (path == "Tasks/Task") {
+        return position < _facts.tasks.size() && _facts.tasks[position].state == MSPDITaskState::Mapped;
+    }
+    return path == "Assignments/Assignment" && position < _facts.assignments.size() &&
+           _facts.assignments[position].task.has_value();
+}
+
 // The piece counts once, however often it comes.
 void MSPDILeafWalk::takePiece(const MSPCXMLNode& element) {
     const auto* const list = _steps.back().known;
     ++countOf(_pieceCounts, MSPDIWithoutPrefix(element.name()));
+    bool isOfTask = false;
     if (const auto* const known = list == nullptr ? nullptr : list->child(element.name())) {
-        ++_itemCounts[known];
+        const auto position = _itemCounts[known]++;
+        isOfTask = isOfArrivingTask(known->path(), position);
     }
-    enterTally();
+    enterTally(isOfTask);
 }
 
 void MSPDILeafWalk::root(const MSPCXMLNode& element) {
@@ -412,6 +423,9 @@ MSPDIJudgement MSPDILeafWalk::judgeUnknown(const MSPCXMLNode& node, const MSPDII
         const auto text = ancestor.stringValue();
         return element->condition({item, *element, ancestor, text, step.known->name()}).arrives();
     });
+    if (!arrives && MSPDIMayArrive(*element) && !isBlank(node.stringValue())) {
+        return {MSPDIFate::Shaping, unknownElement};  // without it the value may be one that is read
+    }
     return arrives ? MSPDIJudgement(MSPDIFate::Changed, unknownElement) : lost;
 }
 
@@ -487,12 +501,13 @@ void MSPDILeafWalk::tellPlace(std::size_t kind, const MSPDIItem& item, std::stri
     }
 }
 
-void MSPDILeafWalk::enterTally() {
+void MSPDILeafWalk::enterTally(bool isOfTask) {
     for (std::size_t fate = 0; fate < _tally.leaves.size(); ++fate) {
         _account.leaves[fate] += _tally.leaves[fate];
     }
     for (const auto kind : _tally.kinds) {
         ++_losses[kind].count;
+        _losses[kind].countInTasks += isOfTask ? 1 : 0;
     }
     _tally.clear();
 }

@@ -112,7 +112,8 @@ private:
     [[nodiscard]] std::pair<std::string, std::string> identityOf(const MSPDIItem& item) const;
     void setTarget(const MSPDIItem& item, std::string_view value, MSPDIPlace& place) const;
     void nameTarget(MSPDIPlace& place) const;
-    void enterTally();
+    [[nodiscard]] bool isOfArrivingTask(std::string_view path, std::size_t position) const;
+    void enterTally(bool isOfTask = false);
 
     [[nodiscard]] static std::size_t& countOf(Counts& counts, std::string_view name);
     void enterChild(const MSPCXMLNode& node, const MSPDIItem& item);

@@ -140,6 +140,7 @@ void MSPDIPlanFacts::readTasks(const MSPCXMLNode& project) {
         if (!isFirst) {
             tasks[first->second].sharesUID = true;
             task.sharesUID = true;
+            _tasksAgain[MSPCTaskUID{uid}].push_back(tasks.size() - 1);
         }
         // In this tree only tasks that can be reached have a target.
         const auto level = MSPDILastInteger(fields, "OutlineLevel").value_or(0);
@@ -259,6 +260,7 @@ void MSPDIPlanFacts::readAssignments(const MSPCXMLNode& project) {
         auto& share = _shares.emplace_back();
         share.taskUID = uidFrom<MSPCTaskUID>(MSPDILastInteger(fields, "TaskUID"));
         share.resourceUID = uidFrom<MSPCResourceUID>(MSPDILastInteger(fields, "ResourceUID"));
+        share.isClear = fields.lastChild("TaskUID").count == 1 && fields.lastChild("ResourceUID").count == 1;
         share.work = MSPDISeconds(fields.text("Work").textOrEmpty());
         const auto resourceUIDs = uidsOf<MSPCResourceUID>(node, "ResourceUID");
         assignment.countsForMaterial = std::any_of(resourceUIDs.begin(), resourceUIDs.end(),
@@ -295,10 +297,16 @@ void MSPDIPlanFacts::readScenario(MSPIPlan& plan, const MSPIImportInfo& info, co
             isThere[position] = targets[firstTask + position].hasBaseline;
         }
     }
+    if (number == Actual) {
+        _assignmentsThere.assign(tasks.size(), 0);
+    }
     auto target = scenario.root().firstChildElement("task");  // the group of all tasks
     for (std::size_t position = 0; position < tasks.size(); ++position) {
         if (isThere[position] && tasks[position].state == MSPDITaskState::Mapped) {
             target = target.nextSiblingElement("task");
+            if (number == Actual) {
+                _assignmentsThere[position] = target.lastChildElement("assignment").count;
+            }
             if (target.firstChildElement("split")) {
                 _splitEnds[{position, number}] = target.firstChildElement("end-date").stringValue();
                 tasks[position].splitScenarios |= bitOf(number);
@@ -307,13 +315,43 @@ void MSPDIPlanFacts::readScenario(MSPIPlan& plan, const MSPIImportInfo& info, co
     }
 }
 
+// Of tasks with one UID a summary task, or one with several UIDs, leaves the assignments to those behind it; the
+// document tells which one took them.
+std::optional<std::size_t> MSPDIPlanFacts::takerOf(MSPCTaskUID uid) const {
+    const auto first = mappedTask(uid);
+    const auto again = _tasksAgain.find(uid);
+    if (_assignmentsThere.empty() || again == _tasksAgain.end() || _assignmentsThere[*first] > 0) {
+        return first;
+    }
+    const auto taker = std::find_if(again->second.begin(), again->second.end(),
+                                    [this](std::size_t task) { return _assignmentsThere[task] > 0; });
+    return taker == again->second.end() ? first : *taker;
+}
+
+// An assignment with several tasks or resources is left out of some tasks; the document tells which ones have them all.
+std::vector<bool> MSPDIPlanFacts::tasksWithUnclearOnes() const {
+    std::vector<std::size_t> clear(tasks.size(), 0);
+    for (const auto& share : _shares) {
+        const auto task = share.taskUID ? takerOf(*share.taskUID) : std::nullopt;
+        if (task && share.isClear && share.resourceUID && MSPCNumberOf(*share.resourceUID) >= 0) {
+            ++clear[*task];
+        }
+    }
+    std::vector<bool> haveMore(tasks.size(), true);
+    for (std::size_t task = 0; task < _assignmentsThere.size(); ++task) {
+        haveMore[task] = _assignmentsThere[task] > clear[task];
+    }
+    return haveMore;
+}
+
 void MSPDIPlanFacts::conclude() {
     std::vector<std::array<std::uint32_t, BaselineCount + 1>> records(tasks.size());
     std::vector<std::optional<std::int64_t>> firstWork(tasks.size());
+    const auto hasUnclearOnes = tasksWithUnclearOnes();
     for (std::size_t position = 0; position < assignments.size(); ++position) {
         auto& assignment = assignments[position];
         const auto& share = _shares[position];
-        assignment.task = share.taskUID ? mappedTask(*share.taskUID) : std::nullopt;
+        assignment.task = share.taskUID ? takerOf(*share.taskUID) : std::nullopt;
         if (!assignment.task) {
             continue;
         }
@@ -322,7 +360,8 @@ void MSPDIPlanFacts::conclude() {
             records[*assignment.task][scenario] += share.records[scenario];
         }
         assignment.isOfSummary = task.isSummary && task.splitScenarios == 0;
-        assignment.arrives = !assignment.isOfSummary && share.resourceUID && MSPCNumberOf(*share.resourceUID) >= 0;
+        assignment.arrives = !assignment.isOfSummary && share.resourceUID && MSPCNumberOf(*share.resourceUID) >= 0 &&
+                             (share.isClear || hasUnclearOnes[*assignment.task]);
         if (assignment.arrives) {
             auto& work = firstWork[*assignment.task];
             work = task.assignmentCount == 0 ? share.work : work;

@@ -131,6 +131,7 @@ private:
         std::optional<MSPCResourceUID> resourceUID;
         std::optional<std::int64_t> work;
         std::array<std::uint32_t, 12> records{};  // by scenario + 1
+        bool isClear = true;                      // it has one task and one resource
     };
 
     void readSettings(const MSPCXMLNode& project);
@@ -140,6 +141,8 @@ private:
     void readResources(const MSPCXMLNode& project);
     void readAssignments(const MSPCXMLNode& project);
     void readValues(const MSPCXMLNode& owner, bool isShown, bool isTask);
+    [[nodiscard]] std::vector<bool> tasksWithUnclearOnes() const;
+    [[nodiscard]] std::optional<std::size_t> takerOf(MSPCTaskUID uid) const;
 
     MSPIUtilities _conversions;
     bool _hasTOC = false;
@@ -149,9 +152,11 @@ private:
     std::map<std::pair<std::size_t, int>, std::string> _splitEnds;  // by task and scenario
     std::vector<MSPCTaskUID> _taskUIDs;                             // of all tasks, as look-ups see them, sorted
     std::map<MSPCTaskUID, std::size_t> _taskByUID;                  // the first mapped one
+    std::map<MSPCTaskUID, std::vector<std::size_t>> _tasksAgain;    // the mapped ones behind it
     std::map<MSPCCalendarUID, std::size_t> _calendarByUID;          // the last one, as look-ups see it
     std::map<MSPCResourceUID, std::size_t> _resourceByUID;          // the first mapped one
     std::set<MSPCResourceUID> _materialUIDs;                        // of mapped ones, as look-ups see them
     std::map<std::string, std::size_t, std::less<>> _definitionByFieldID;
-    std::vector<Share> _shares;  // of the assignments
+    std::vector<Share> _shares;                  // of the assignments
+    std::vector<std::size_t> _assignmentsThere;  // of each task in the document of the plan itself; empty without one
 };

@@ -10,7 +10,11 @@ constexpr std::string_view detailsOfTasks =
     " OutlineNumber Hyperlink HyperlinkAddress HyperlinkSubAddress WBS Contact Manual Active IgnoreResourceCalendar"
     " ActualStart ActualFinish PhysicalPercentComplete Estimated Recurring IsSubproject ExternalTask SubprojectName"
     " ExternalTaskProject CommitmentStart CommitmentFinish StartText FinishText DurationText"
-    " LevelingDelay LevelingDelayFormat";
+    " LevelingDelay LevelingDelayFormat OvertimeWork ActualOvertimeWork RemainingOvertimeWork FixedCostAccrual"
+    " LevelAssignments LevelingCanSplit StatusManager AssignmentOwner BoardStatus Sprint";
+constexpr std::string_view detailsOfAssignments =
+    " Hyperlink HyperlinkAddress HyperlinkSubAddress OvertimeWork Notes WorkContour Delay LevelingDelay"
+    " LevelingDelayFormat";
 
 // Calendars and definitions of fields are few, and nearly all of them is looked at.
 constexpr const char* elementsMended = R"(
@@ -43,10 +47,13 @@ const MSPCXMLSelection& MSPDIElementsMended() {
 
 const MSPCXMLSelection& MSPDIElementsImproved() {
     static const auto selection = [] {
-        constexpr std::string_view beginningOfTasks = "Tasks(Task(";
         std::string elements(elementsMended);
-        return MSPCXMLSelection::fromText(
-            elements.insert(elements.find(beginningOfTasks) + beginningOfTasks.size(), detailsOfTasks));
+        const auto add = [&elements](std::string_view beginning, std::string_view details) {
+            elements.insert(elements.find(beginning) + beginning.size(), details);
+        };
+        add("Tasks(Task(", detailsOfTasks);
+        add("Assignments(Assignment(", detailsOfAssignments);
+        return MSPCXMLSelection::fromText(elements);
     }();
     return selection;
 }

@@ -42,6 +42,13 @@ struct MSPDIMendDone {
     std::vector<std::string> where;  // the first ones: "Task UID='7' name='Paint': Priority 'abc'"
 };
 
+// What a step has left as it is, since it would have grown beyond a bound.
+struct MSPDIMendLeft {
+    std::string_view step;
+    std::string_view why;   // the bound, in a sentence
+    std::size_t count = 0;  // of elements
+};
+
 enum class MSPDIMendVerdict {
     ImportsAsIs,  // nothing was to be done
     Mended,       // `bytes` are imported
@@ -53,6 +60,7 @@ struct MSPDIMended {
     // Of the mended plan in UTF-8; empty unless there is one.
     std::string bytes;
     std::vector<MSPDIMendDone> steps;
+    std::vector<MSPDIMendLeft> left;  // of a plan that is mended, or imports as it is
     // Why the plan is refused as it is; none for one that imports.
     std::optional<MSPDIRefusal> refusal;
     // What stands in the way, in a sentence; empty unless something does.

@@ -25,8 +25,7 @@ constexpr std::string_view workWeeks = "work-weeks";
 // Of all calendars together: a plan of decades that is written out day by day grows beyond all measure.
 constexpr std::size_t mostDates = 20'000;
 
-// From the earliest start of the project and its tasks to the latest finish; none for a plan without dates, or one of
-// more than a hundred years.
+// From the earliest start of the project and its tasks to the latest finish; none for a plan without dates.
 std::optional<MSPDIDays> spanOf(const MSPDIPatient& patient) {
     std::optional<MSPDIDays> span;
     const auto reach = [&](const MSPCXMLNode& owner, std::string_view name) {
@@ -40,8 +39,12 @@ std::optional<MSPDIDays> spanOf(const MSPDIPatient& patient) {
         reach(task, "Start");
         reach(task, "Finish");
     }
+    return span;
+}
+
+bool isTooLong(const std::optional<MSPDIDays>& span) {
     constexpr days aHundredYears(36'525);
-    return span && span->last - span->first <= aHundredYears ? span : std::nullopt;
+    return span && span->last - span->first > aHundredYears;
 }
 
 std::string periodOfOneDay(sys_days date) {
@@ -114,19 +117,31 @@ class DateWriter {
 public:
     DateWriter(MSPDIPatient& patient, std::string_view step) : _patient(patient), _step(step) {}
 
-    // Looked for in all tasks when it is asked for first: few plans have something to write out.
+    // Looked for in all tasks when it is asked for first: few plans have something to write out. None as well for a
+    // plan of more than a hundred years.
     [[nodiscard]] const std::optional<MSPDIDays>& span() {
         if (!_isSpanKnown) {
             _span = spanOf(_patient);
+            _isSpanTooLong = isTooLong(_span);
+            _span = _isSpanTooLong ? std::nullopt : _span;
             _isSpanKnown = true;
         }
         return _span;
+    }
+    // Whether the elements can be written out; tells of those that cannot only because the plan is too long.
+    [[nodiscard]] bool hasSpanFor(const std::vector<MSPCXMLNode>& elements) {
+        const bool hasSpan = !elements.empty() && span();
+        for (std::size_t count = elements.size(); count > 0 && _isSpanTooLong; --count) {
+            _patient.leave(_step, "plans of more than a hundred years are not written out");
+        }
+        return hasSpan;
     }
 
     // Each date with what is worked on it. What was written out leaves the calendar, unless that grows too large.
     void write(const MSPCXMLNode& calendar, const MSPCXMLNode& element,
                const std::vector<std::pair<sys_days, std::string>>& dates) {
         if (_count + dates.size() > mostDates) {
+            _patient.leave(_step, "at most 20,000 dates are written out");
             return;
         }
         _count += dates.size();
@@ -144,13 +159,14 @@ private:
     MSPDIPatient& _patient;
     std::string_view _step;
     bool _isSpanKnown = false;
+    bool _isSpanTooLong = false;
     std::optional<MSPDIDays> _span;
     std::size_t _count = 0;
 };
 
 void writeOutRecurring(MSPDIPatient& patient, const MSPCXMLNode& calendar, DateWriter& writer) {
     const auto exceptions = nodesForXQuery(calendar, "Exceptions/Exception[Type!=1]");
-    if (exceptions.empty() || !writer.span()) {
+    if (!writer.hasSpanFor(exceptions)) {
         return;
     }
     constexpr std::int64_t mondays = 7;
@@ -176,7 +192,7 @@ void writeOutRecurring(MSPDIPatient& patient, const MSPCXMLNode& calendar, DateW
 // Exceptions count before work weeks, and work weeks before the usual week.
 void writeOutWorkWeeks(MSPDIPatient& patient, const MSPCXMLNode& calendar, DateWriter& writer) {
     const auto weeks = nodesForXQuery(calendar, "WorkWeeks/WorkWeek");
-    if (weeks.empty() || !writer.span()) {
+    if (!writer.hasSpanFor(weeks)) {
         return;
     }
     const auto usual = daysOfWeekIn(calendar);

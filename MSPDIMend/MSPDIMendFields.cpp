@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <map>
 #include <set>
+#include <utility>
+#include <vector>
 
 #include "MSPCTextScanner.h"
 #include "MSPDICustomFieldPlace.h"
@@ -86,6 +88,26 @@ std::optional<double> decimalNumber(const std::string& text) {
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
+std::int64_t lagIn(const MSPCXMLNode& element) {
+    return wholeNumber<std::int64_t>(element.stringValue()).value_or(0);
+}
+
+// Of several the last one counts. Where it is a lag, the others go with it, so that none of them takes its place.
+std::vector<std::pair<std::int64_t, MSPCXMLNode>> lagsOf(const MSPCXMLNode& link) {
+    std::vector<std::pair<std::int64_t, MSPCXMLNode>> lags;
+    const auto elements = link.childElements("LinkLag");
+    if (elements.empty() || lagIn(elements.back()) == 0 ||
+        isPercentage(MSPDIIntegerIn(link, "LagFormat").value_or(0))) {
+        return lags;
+    }
+    for (const auto& element : elements) {
+        if (const auto lag = lagIn(element); lag != 0) {
+            lags.emplace_back(lag, element);
+        }
+    }
+    return lags;
+}
+
 // What a link leads from and to, by its type; from the end of the one task to the start of the other is what people
 // mean without a word.
 std::string linkInWords(std::int64_t type, const std::string& lag, const std::string& predecessor) {
@@ -99,6 +121,21 @@ std::string linkInWords(std::int64_t type, const std::string& lag, const std::st
         default:
             return fmt::format("{} after task {}", lag, predecessor);
     }
+}
+
+bool isOddShare(const MSPCXMLNode& units) {
+    return decimalNumber(units.stringValue()).value_or(1.0) != 1.0;
+}
+
+// Units other than 100%. Of several the last ones count; where they are other than 100%, all such go with them, so that
+// none of them take their place.
+std::vector<MSPCXMLNode> oddUnitsOf(const MSPCXMLNode& assignment) {
+    auto units = assignment.childElements("Units");
+    if (units.empty() || !isOddShare(units.back())) {
+        return {};
+    }
+    std::erase_if(units, [](const auto& element) { return !isOddShare(element); });
+    return units;
 }
 
 }  // namespace
@@ -125,15 +162,13 @@ void MSPDIMendLags(MSPDIPatient& patient) {
     MSPDITaskWords words;
     for (const auto& task : MSPDITasksWithFields(patient)) {
         for (const auto& link : task.childElements("PredecessorLink")) {
-            const auto lag = wholeNumber<std::int64_t>(MSPDITextIn(link, "LinkLag").value_or("")).value_or(0);
-            const auto format = MSPDIIntegerIn(link, "LagFormat").value_or(0);
-            if (lag != 0 && !isPercentage(format)) {
-                const auto* elapsed = MSPDIIsElapsedFormat(format) ? " elapsed" : "";
-                words.add(
-                    task,
-                    linkInWords(MSPDIIntegerIn(link, "Type").value_or(1), MSPDITenthsOfMinutesInWords(lag) + elapsed,
-                                MSPDITextIn(link, "PredecessorUID").value_or("")),
-                    {link.lastChildElement("LinkLag").element});
+            for (const auto& [lag, element] : lagsOf(link)) {
+                const bool isElapsed = MSPDIIsElapsedFormat(MSPDIIntegerIn(link, "LagFormat").value_or(0));
+                words.add(task,
+                          linkInWords(MSPDIIntegerIn(link, "Type").value_or(1),
+                                      MSPDITenthsOfMinutesInWords(lag) + (isElapsed ? " elapsed" : ""),
+                                      MSPDITextIn(link, "PredecessorUID").value_or("")),
+                          {element});
             }
         }
     }
@@ -155,11 +190,10 @@ void MSPDIMendUnits(MSPDIPatient& patient) {
     }
     std::map<std::string, std::vector<MSPCXMLNode>> unitsOfTask;
     for (const auto& assignment : patient.items("Assignments", "Assignment")) {
-        const auto units = assignment.lastChildElement("Units").element;
-        const bool isWork = namesOfWork.contains(MSPDITextIn(assignment, "ResourceUID").value_or(""));
-        const auto share = units && isWork ? decimalNumber(units.stringValue()) : std::nullopt;
-        if (share && *share != 1.0) {
-            unitsOfTask[MSPDITextIn(assignment, "TaskUID").value_or("")].push_back(units);
+        if (namesOfWork.contains(MSPDITextIn(assignment, "ResourceUID").value_or(""))) {
+            const auto units = oddUnitsOf(assignment);
+            auto& ofTask = unitsOfTask[MSPDITextIn(assignment, "TaskUID").value_or("")];
+            ofTask.insert(ofTask.end(), units.begin(), units.end());
         }
     }
     MSPDITaskWords words;

@@ -144,6 +144,7 @@ private:
             _result.verdict = isInTheWay ? MSPDIMendVerdict::NotMendable : MSPDIMendVerdict::ImportsAsIs;
             _result.obstacle = !isInTheWay ? std::string() : _obstacle.empty() ? obstacleOf(*refusal) : _obstacle;
             _result.steps.clear();
+            _result.left.clear();
             _result.isConverted = _result.isRepaired = false;
         } else if (!_result.steps.empty()) {
             _result.verdict = MSPDIMendVerdict::Mended;
@@ -347,6 +348,7 @@ private:
         for (const auto& done : patient.done()) {
             add(done);
         }
+        _result.left = patient.left();
         _result.isConverted = _result.isConverted || (patient.isChanged() && patient.isConverted());
         _result.isRepaired = _result.isRepaired || (patient.isChanged() && patient.isWrittenAnew());
         const bool isTreated = patient.isChanged();

@@ -81,17 +81,23 @@ public:
         const bool isOne = base != _byUID.end() && base->second != calendar;
         return isOne && !MSPDIIsTrueIn(calendar, "IsBaseCalendar") ? base->second : MSPCXMLNode();
     }
-    // Whether what a base says arrives as it is, and there is room for one copy of it more.
+    // Whether what a base says arrives as it is.
+    [[nodiscard]] bool arrives(const MSPCXMLNode& base) { return sizeOf(base) > 0; }
+    // Whether there is room for one copy of it more.
     [[nodiscard]] bool takeRoomFor(const MSPCXMLNode& base) {
+        _copied += sizeOf(base);
+        return _copied <= mostCopied;
+    }
+
+private:
+    std::size_t sizeOf(const MSPCXMLNode& base) {
         const auto [known, isNew] = _sizes.try_emplace(base, 0);
         if (isNew && MSPDIArrivesAsItIs(base)) {
             known->second = _patient.markupOf(base).size();
         }
-        _copied += known->second;
-        return known->second > 0 && _copied <= mostCopied;
+        return known->second;
     }
 
-private:
     const MSPDIPatient& _patient;
     std::map<std::int64_t, MSPCXMLNode> _byUID;
     std::map<MSPCXMLNode, std::size_t> _sizes;  // 0 for those that do not arrive as they are
@@ -109,7 +115,11 @@ void MSPDIMendResourceWeeks(MSPDIPatient& patient) {
     const auto taken = MSPDITakenCalendar(patient);
     for (const auto& calendar : MSPDIMappedCalendars(patient)) {
         const auto base = calendar == taken ? MSPCXMLNode() : bases.baseOf(calendar);
-        if (!base || !bases.takeRoomFor(base)) {
+        if (!base || !bases.arrives(base)) {
+            continue;
+        }
+        if (!bases.takeRoomFor(base)) {
+            patient.leave(resourceWeeks, "at most 64 MiB are copied into the calendars of resources");
             continue;
         }
         patient.note(resourceWeeks, [&] {

@@ -53,6 +53,15 @@ void MSPDIPatient::note(std::string_view step, const std::function<std::string()
     }
 }
 
+void MSPDIPatient::leave(std::string_view step, std::string_view why) {
+    auto left = std::find_if(_left.begin(), _left.end(),
+                             [&](const auto& known) { return known.step == step && known.why == why; });
+    if (left == _left.end()) {
+        left = _left.insert(_left.end(), MSPDIMendLeft{step, why, 0});
+    }
+    ++left->count;
+}
+
 bool MSPDIPatient::isChangeable(const MSPCXMLNode& element) const {
     return _inserted.contains(element) || _loaded.startOf(element).has_value();
 }

@@ -32,6 +32,9 @@ public:
     // Tells of one thing that a step has done; the place is asked for only where it is told.
     void note(std::string_view step, const std::function<std::string()>& place);
     [[nodiscard]] const std::vector<MSPDIMendDone>& done() const { return _done; }
+    // Tells of one thing that a step leaves as it is, because of that bound.
+    void leave(std::string_view step, std::string_view why);
+    [[nodiscard]] const std::vector<MSPDIMendLeft>& left() const { return _left; }
 
     // Whether an element stands in the plan's bytes, so that it can be changed and removed; parts of what was put in
     // cannot.
@@ -100,4 +103,5 @@ private:
     std::map<MSPCXMLNode, std::string> _indentations;
     std::vector<MSPCXMLNewElement> _removed;
     std::vector<MSPDIMendDone> _done;
+    std::vector<MSPDIMendLeft> _left;
 };

@@ -28,7 +28,9 @@ _mspdi_steps+=' standard-calendar resource-type unreadable-value split-roll-up s
 _mspdi_steps+=' exceptions-2003 recurring-exceptions work-weeks deadline-to-field lag-to-field units-to-field'
 _mspdi_steps+=' hyperlink-to-field wbs-to-field contact-to-field manual-to-field active-to-field'
 _mspdi_steps+=' calendar-to-field actual-to-field physical-to-field estimated-to-field recurring-to-field'
-_mspdi_steps+=' subproject-to-field commitment-to-field entered-to-field leveling-to-field field-keys'
+_mspdi_steps+=' subproject-to-field commitment-to-field entered-to-field leveling-to-field'
+_mspdi_steps+=' overtime-to-field accrual-to-field leveling-settings-to-field details-to-field'
+_mspdi_steps+=' assignment-notes-to-field contour-to-field assignment-delay-to-field field-keys'
 
 _mspdi() {
     local word=${COMP_WORDS[COMP_CWORD]} subcommands='import migrate losses mend check diff view' options='--help --json --quiet --version'

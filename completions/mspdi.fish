@@ -14,7 +14,9 @@ set -l steps embedded namespace missing-uid duplicate-root root-task outline cal
     exceptions-2003 recurring-exceptions work-weeks deadline-to-field lag-to-field units-to-field \
     hyperlink-to-field wbs-to-field contact-to-field manual-to-field active-to-field \
     calendar-to-field actual-to-field physical-to-field estimated-to-field recurring-to-field \
-    subproject-to-field commitment-to-field entered-to-field leveling-to-field field-keys
+    subproject-to-field commitment-to-field entered-to-field leveling-to-field \
+    overtime-to-field accrual-to-field leveling-settings-to-field details-to-field \
+    assignment-notes-to-field contour-to-field assignment-delay-to-field field-keys
 complete -c mspdi -f
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a losses -d 'Tell what of a plan is lost'
 complete -c mspdi -n "not __fish_seen_subcommand_from $subcommands" -a import -d 'Make documents of plans'

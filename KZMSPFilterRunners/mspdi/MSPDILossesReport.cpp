@@ -82,7 +82,7 @@ void writeLoss(const MSPDILoss& loss, ShownValues& values, MSPDIJSONWriter& writ
     writer.value(loss.count);
     writeText("element", loss.element, writer);
     writeText("what", loss.what, writer);
-    const auto* step = MSPDIMendStepForLoss(loss.kind);
+    const auto* step = MSPDIMendStepForLoss(loss);
     writer.key("step");
     writer.value(step == nullptr ? JSON(nullptr) : JSON(step->name));
     writer.key("where");
@@ -171,7 +171,7 @@ void MSPDIWriteLosses(const std::string& plan, const MSPDIAccount& account, MSPD
         if (loss.where.size() < loss.count) {
             out.add(fmt::format("    ... and {} more (--all shows them)\n", loss.count - loss.where.size()));
         }
-        if (const auto* step = MSPDIMendStepForLoss(loss.kind)) {
+        if (const auto* step = MSPDIMendStepForLoss(loss)) {
             out.add(fmt::format("    mspdi mend --only {} saves what it can of it in a copy\n", step->name));
         }
     }

@@ -53,6 +53,13 @@ std::optional<std::string> obstacleToWriting(const std::string& path, const std:
                                    : std::nullopt;
 }
 
+// Whether a plan has no place where its copy could appear: a pipe, or what the system shows of open files. Nothing is
+// opened in vain: only regular files can be.
+bool isNoFile(const std::string& path, const MSPCFileSystem& fileSystem) {
+    const bool isOfSystem = path.starts_with("/dev/") || path.starts_with("/proc/");
+    return isOfSystem || fileSystem.openFile(path) == nullptr;
+}
+
 // Writes to the name that is asked for, or to the first free one beside the plan. The path of the file; none when that
 // fails, which has been told then.
 std::optional<std::string> written(const Arguments& arguments, const std::string& bytes, MSPDIRun& run) {
@@ -105,6 +112,10 @@ void mend(Arguments& arguments, MSPDIRun& run) {
     auto bytes = fileSystem.readFile(planPath, &failure);
     if (!bytes) {
         run.couldNotLook(arguments.plan, failure);
+        return;
+    }
+    if (arguments.mended.empty() && !arguments.isDryRun && isNoFile(planPath, fileSystem)) {
+        run.couldNotLook(arguments.plan, "it is no regular file, so that the copy needs a name: -o MENDED");
         return;
     }
     const auto mended = MSPDIMendPlan(lastPathComponent(planPath), std::move(*bytes), run.services,

@@ -30,6 +30,12 @@ void writeStep(const MSPDIMendDone& done, MSPDIRun& run) {
     run.out << "    Lost or invented: " << step.price << '\n';
 }
 
+void writeLeft(const MSPDIMended& mended, MSPDIRun& run) {
+    for (const auto& left : mended.left) {
+        run.out << run.emphasized("Left as it is") << fmt::format(": {} x {}: {}\n", left.count, left.step, left.why);
+    }
+}
+
 // What else became of the bytes; empty where nothing did.
 std::string_view conversionOf(const MSPDIMended& mended) {
     if (mended.isRepaired) {
@@ -66,6 +72,7 @@ void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const st
     }
     switch (mended.verdict) {
         case MSPDIMendVerdict::ImportsAsIs:
+            writeLeft(mended, run);
             out << shown(plan) << ": imports as it is; nothing was done\n";
             return;
         case MSPDIMendVerdict::NotMendable:
@@ -81,6 +88,7 @@ void MSPDIWriteMend(const std::string& plan, const MSPDIMended& mended, const st
     for (const auto& done : mended.steps) {
         writeStep(done, run);
     }
+    writeLeft(mended, run);
     out << conversionOf(mended);
     out << (path ? shown(*path) + fmt::format(": the mended copy, which imports{}\n", conditionOf(*path))
                  : shown(plan) + ": a copy mended like this would import; nothing was written\n");
@@ -97,11 +105,16 @@ void MSPDIWriteMendAsJSON(const std::string& plan, const MSPDIMended& mended, co
                          {"price", step.price},
                          {"where", done.where}});
     }
+    auto leftAsItIs = JSON::array();
+    for (const auto& left : mended.left) {
+        leftAsItIs.push_back({{"step", left.step}, {"count", left.count}, {"why", left.why}});
+    }
     const JSON json = {{"plan", plan},
                        {"verdict", nameOf(mended.verdict)},
                        {"reason", mended.refusal ? JSON(mended.refusal->sentence()) : JSON(nullptr)},
                        {"obstacle", mended.obstacle.empty() ? JSON(nullptr) : JSON(mended.obstacle)},
                        {"steps", std::move(steps)},
+                       {"left", std::move(leftAsItIs)},
                        {"damage", mended.damage.empty() ? JSON(nullptr) : JSON(mended.damage)},
                        {"converted", mended.isConverted},
                        {"repaired", mended.isRepaired},

@@ -33,6 +33,17 @@ std::string optionWithoutValue(const std::vector<std::string>& arguments) {
     return found == end ? std::string() : *found;
 }
 
+// "--all=3". Only --mend may have a value, and tells itself which.
+void refuseValuesOfFlags(CLI::App& program) {
+    for (auto* const subcommand : program.get_subcommands([](const CLI::App* /*any*/) { return true; })) {
+        for (auto* const option : subcommand->get_options([](const CLI::Option* /*any*/) { return true; })) {
+            if (option->get_items_expected_max() == 0 && !option->check_lname("mend")) {
+                option->disable_flag_override();
+            }
+        }
+    }
+}
+
 int failed(std::string_view reason, const MSPDIOutput& output) {
     output.err << "mspdi: " << reason << '\n';
     return static_cast<int>(MSPDIStatus::CouldNotLook);
@@ -51,6 +62,10 @@ int statusOf(const CLI::App& program, const CLI::ParseError& error, const MSPDIO
     const auto unexpected = program.remaining();
     const bool isOther = program.get_subcommands().empty() && !unexpected.empty() && !unexpected[0].starts_with('-');
     std::string reason = isOther ? "no such subcommand: " + unexpected[0] : error.what();
+    constexpr std::string_view ofFlagWithValue = " was given a disallowed flag override";
+    if (reason.ends_with(ofFlagWithValue)) {
+        reason = "--" + reason.substr(0, reason.size() - ofFlagWithValue.size()) + " takes no value";
+    }
     std::replace(reason.begin(), reason.end(), '\n', ' ');
     return failed(std::string(MSPCShownText(reason).view()) + " (mspdi --help tells more)", output);
 }
@@ -68,6 +83,7 @@ int MSPDIProgram(const std::vector<std::string>& arguments, const MSPCServices& 
     for (const auto addSubcommand : MSPDISubcommands()) {
         addSubcommand(program, run);
     }
+    refuseValuesOfFlags(program);
     int status = 0;
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

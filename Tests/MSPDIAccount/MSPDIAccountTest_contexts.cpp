@@ -310,6 +310,53 @@ TEST(FatesInContext, assignmentsGoByTheirTask) {
     EXPECT_EQ(plan.at("Assignments[1]/Assignment[5]/ResourceUID[1]"), "shaping");
 }
 
+// Which of its tasks or resources is meant nobody knows; below the first level the last one is taken all the same.
+TEST(FatesInContext, anAssignmentWithSeveralTasksOrResourcesIsDroppedUnlessItsTaskIsNested) {
+    const auto planOf = [](int level, const std::string& assignment) {
+        return AccountOfPlan(
+            tasksOf(taskOf(1, "<Summary>1</Summary>") + "<Task><UID>2</UID><OutlineLevel>" + std::to_string(level) +
+                    "</OutlineLevel></Task><Task><UID>3</UID><OutlineLevel>" + std::to_string(level) +
+                    "</OutlineLevel></Task>") +
+            "<Resources><Resource><UID>1</UID></Resource><Resource><UID>2</UID></Resource></Resources><Assignments>"
+            "<Assignment><TaskUID>3</TaskUID><ResourceUID>2</ResourceUID></Assignment><Assignment>" +
+            assignment + "</Assignment></Assignments>");
+    };
+    const std::string resource = "Assignments[1]/Assignment[2]/ResourceUID[1]";
+    const std::string twoTasks = "<TaskUID>1</TaskUID><TaskUID>3</TaskUID><ResourceUID>1</ResourceUID>";
+    EXPECT_EQ(planOf(1, twoTasks).at(resource), "lost");
+    EXPECT_EQ(planOf(1, twoTasks).count("dropped-assignment"), 1U);
+    EXPECT_EQ(planOf(2, twoTasks).at(resource), "carried");
+    EXPECT_EQ(planOf(2, twoTasks).count("dropped-assignment"), 0U);
+    const std::string twoResources = "<TaskUID>3</TaskUID><ResourceUID>1</ResourceUID><ResourceUID>1</ResourceUID>";
+    EXPECT_EQ(planOf(1, twoResources).at(resource), "shaping");
+    EXPECT_EQ(planOf(1, twoResources).count("dropped-assignment"), 1U);
+    EXPECT_EQ(planOf(2, twoResources).count("dropped-assignment"), 0U);
+}
+
+// A summary task takes no assignments, so that another task with its number gets them.
+TEST(FatesInContext, assignmentsGoToTheFirstTaskOfTheirNumberThatTakesAny) {
+    const auto fateWith = [](const std::string& second) {
+        return AccountOfPlan(tasksOf(taskOf(1, "<Summary>1</Summary>") + second) +
+                             "<Resources><Resource><UID>1</UID></Resource></Resources><Assignments><Assignment>"
+                             "<TaskUID>1</TaskUID><ResourceUID>1</ResourceUID></Assignment></Assignments>")
+            .at("Assignments[1]/Assignment[1]/ResourceUID[1]");
+    };
+    EXPECT_EQ(fateWith(taskOf(1)), "carried");
+    EXPECT_EQ(fateWith(taskOf(2)), "lost");
+    EXPECT_EQ(fateWith(taskOf(1, "<Summary>1</Summary>")), "lost");
+}
+
+// Without it the number is that of a baseline.
+TEST(FatesInContext, anElementWithinAValueShapesWhatIsReadOfIt) {
+    const AccountOfPlan plan(
+        tasksOf(taskOf(1,
+                       "<Start>2012-01-10T08:00:00</Start><Baseline><Number>3<Zebra>7</Zebra></Number>"
+                       "<Start>2012-01-11T08:00:00</Start></Baseline><Contact>me<Zebra>7</Zebra></Contact>")));
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Baseline[1]/Number[1]/Zebra[1]"), "shaping");
+    EXPECT_EQ(plan.at("Tasks[1]/Task[1]/Contact[1]/Zebra[1]"), "lost");
+    EXPECT_EQ(plan.count("unknown-element"), 2U);
+}
+
 TEST(FatesInContext, aCalendarGoesByWhoHasIt) {
     const auto calendar = [](int uid, const std::string& more) {
         return "<Calendar><UID>" + std::to_string(uid) + "</UID><Name>C" + std::to_string(uid) + "</Name>" + more +

@@ -131,6 +131,18 @@ TEST_F(ImprovementTest, detailsOfTasksBecomeFieldsInWords) {
          "Leveling delay", "1 h, elapsed"},
         {"leveling-delay", "<LevelingDelay>605</LevelingDelay><LevelingDelayFormat>7</LevelingDelayFormat>",
          "Leveling delay", "1 h 0.5 min"},
+        {"overtime",
+         "<OvertimeWork>PT8H0M0S</OvertimeWork><ActualOvertimeWork>PT1H30M0S</ActualOvertimeWork>"
+         "<RemainingOvertimeWork>PT6H30M0S</RemainingOvertimeWork>",
+         "Overtime", "8 h; 1 h 30 min done; 6 h 30 min remaining"},
+        {"overtime", "<OvertimeWork>much</OvertimeWork>", "Overtime", "much"},
+        {"cost-accrual", "<FixedCostAccrual>1</FixedCostAccrual>", "Cost accrual", "fixed costs are due at the start"},
+        {"leveling-settings", "<LevelAssignments>0</LevelAssignments><LevelingCanSplit>0</LevelingCanSplit>",
+         "Leveling", "leveling does not move its assignments; leveling does not split it"},
+        {"task-details",
+         "<StatusManager>Anna</StatusManager><AssignmentOwner>Bert</AssignmentOwner><BoardStatus>Next</BoardStatus>"
+         "<Sprint>3</Sprint>",
+         "Further details", "status manager: Anna; owner of assignments: Bert; board: Next; sprint: 3"},
     };
     for (const auto& [kind, content, alias, words] : cases) {
         const auto mended = saved(planOf(tasks(task(1, 1, named("Paint") + content) + task(2, 1))), kind);
@@ -146,7 +158,9 @@ TEST_F(ImprovementTest, leavesDetailsThatSayNothing) {
         "<WBS>1</WBS><OutlineNumber>1</OutlineNumber><Contact></Contact><Manual>0</Manual><Active>1</Active>"
         "<CalendarUID>-1</CalendarUID><IgnoreResourceCalendar>0</IgnoreResourceCalendar><ActualStart>NA</ActualStart>"
         "<PhysicalPercentComplete>0</PhysicalPercentComplete><Estimated>0</Estimated><Recurring>0</Recurring>"
-        "<IsSubproject>0</IsSubproject><ExternalTask>0</ExternalTask><LevelingDelay>0</LevelingDelay>")));
+        "<IsSubproject>0</IsSubproject><ExternalTask>0</ExternalTask><LevelingDelay>0</LevelingDelay>"
+        "<OvertimeWork>PT0H0M0S</OvertimeWork><FixedCostAccrual>3</FixedCostAccrual>"
+        "<LevelAssignments>1</LevelAssignments><LevelingCanSplit>1</LevelingCanSplit><Sprint></Sprint>")));
     EXPECT_EQ(mend(plan, {.only = {}, .isAll = true}).verdict, MSPDIMendVerdict::ImportsAsIs);
 }
 
@@ -457,7 +471,7 @@ TEST_F(ImprovementTest, everyStepForALossIsOne) {
             ++count;
         }
     }
-    EXPECT_EQ(count, 25U);
+    EXPECT_EQ(count, 32U);
     EXPECT_EQ(MSPDIMendStepForLoss("outline-code"), nullptr);
 }
 
@@ -501,4 +515,153 @@ TEST_F(ImprovementTest, theOwnersFieldOfThatNameKeepsItsValue) {
     // One that only other tasks have a value in is taken.
     EXPECT_THAT(mend(planOf(definitions + tasks(task(1, 1, deadline) + task(2, 1, own))), options).bytes,
                 HasSubstr("<ExtendedAttribute><FieldID>188743731</FieldID><Value>2012-02-01T17:00:00</Value>"));
+}
+
+namespace {
+
+std::string assignmentOf(int task, int resource, const std::string& content) {
+    return "<Assignment><TaskUID>" + std::to_string(task) + "</TaskUID><ResourceUID>" + std::to_string(resource) +
+           "</ResourceUID>" + content + "</Assignment>";
+}
+
+std::string withAssignments(const std::string& assignments) {
+    return "  <Resources><Resource><UID>1</UID><Name>Anna</Name></Resource></Resources>\n  <Assignments>" +
+           assignments + "</Assignments>\n";
+}
+
+std::string lagsOf(const std::string& lags) {
+    return "<PredecessorLink><PredecessorUID>1</PredecessorUID>" + lags + "</PredecessorLink>";
+}
+
+}  // namespace
+
+TEST_F(ImprovementTest, detailsOfAssignmentsBecomeFieldsOfTheirTasks) {
+    struct Case {
+        std::string_view kind;
+        std::string content;
+        std::string alias;
+        std::string words;
+    };
+    const std::vector<Case> cases = {
+        {"assignment-notes", "<Notes>Mind the step</Notes>", "Assignment notes", "Mind the step"},
+        {"work-contour", "<WorkContour>1</WorkContour>", "Work contour", "back loaded"},
+        {"work-contour", "<WorkContour>7</WorkContour>", "Work contour", "turtle"},
+        {"work-contour", "<WorkContour>12</WorkContour>", "Work contour", "12"},
+        {"assignment-delay", "<Delay>600</Delay><LevelingDelay>300</LevelingDelay>", "Assignment delay",
+         "1 h; Anna: 30 min by leveling"},
+        {"overtime", "<OvertimeWork>PT2H0M0S</OvertimeWork>", "Overtime", "2 h"},
+        {"hyperlink", "<HyperlinkAddress>http://a/b</HyperlinkAddress>", "Hyperlink", "http://a/b"},
+    };
+    for (const auto& [kind, content, alias, words] : cases) {
+        const auto plan = planOf(tasks(task(1, 1) + task(2, 1)) +
+                                 withAssignments(assignmentOf(2, 1, content) + assignmentOf(1, 1, "")));
+        const auto mended = saved(plan, kind);
+        EXPECT_THAT(mended, HasSubstr("<Alias>" + alias + "</Alias>")) << kind;
+        const std::string field = "<FieldID>188743731</FieldID><Value>Anna: ";
+        EXPECT_GT(mended.find(field + words + "</Value>"), mended.find("<UID>2</UID>")) << mended;
+        EXPECT_THAT(mended, HasSubstr(field + words + "</Value>")) << kind;
+    }
+}
+
+TEST_F(ImprovementTest, detailsOfTasksComeBeforeThoseOfTheirAssignments) {
+    const auto plan = planOf(tasks(task(1, 1, "<Hyperlink>Map</Hyperlink>")) +
+                             withAssignments(assignmentOf(1, 1, "<Hyperlink>Way</Hyperlink>") +
+                                             assignmentOf(1, -65535, "<Hyperlink>Stop</Hyperlink>")));
+    EXPECT_THAT(saved(plan, "hyperlink"), HasSubstr("<Value>Map; Anna: Way; Stop</Value>"));
+}
+
+// Otherwise the next one would take its place, and mending again would find something.
+TEST_F(ImprovementTest, lagsOfOneLinkGoTogether) {
+    const auto plan = planOf(tasks(task(1, 1) + task(2, 1, lagsOf("<LinkLag>-1</LinkLag><LinkLag>4800</LinkLag>"))));
+    EXPECT_THAT(saved(plan, "link-lag"), HasSubstr("<Value>-0.1 min after task 1; 8 h after task 1</Value>"));
+    // The last one counts.
+    const auto without = planOf(tasks(task(1, 1) + task(2, 1, lagsOf("<LinkLag>600</LinkLag><LinkLag>0</LinkLag>"))));
+    EXPECT_EQ(mend(without, {.only = {"lag-to-field"}}).verdict, MSPDIMendVerdict::ImportsAsIs);
+}
+
+TEST_F(ImprovementTest, unitsOfOneAssignmentGoTogether) {
+    const auto planWith = [](const std::string& units) {
+        return planOf(tasks(task(1, 1, "<Duration>PT8H0M0S</Duration>")) + withAssignments(assignmentOf(1, 1, units)));
+    };
+    EXPECT_THAT(saved(planWith("<Units>0.63</Units><Units>1</Units><Units>0.5</Units>"), "assignment-units"),
+                HasSubstr("<Value>Anna 63%; Anna 50%</Value>"));
+    EXPECT_EQ(mend(planWith("<Units>0.63</Units><Units>1</Units>"), {.only = {"units-to-field"}}).verdict,
+              MSPDIMendVerdict::ImportsAsIs);
+}
+
+TEST_F(ImprovementTest, stepsAreNamedWhereTheyCanDoSomething) {
+    const auto stepFor = [&](const std::string& plan, std::string_view kind) {
+        machine.addFile("/Plan.xml", plan);
+        for (const auto& loss : MSPDIAccountOfPlan("/Plan.xml", services, {.mostPlaces = 1}).losses) {
+            if (loss.kind == kind) {
+                const auto* const step = MSPDIMendStepForLoss(loss);
+                return step == nullptr ? std::string("none") : std::string(step->name);
+            }
+        }
+        return std::string("no loss");
+    };
+    const std::string summary = "<Summary>1</Summary>";
+    const std::string deadline = "<Deadline>2012-02-01T17:00:00</Deadline>";
+    const auto root = task(0, 0, summary + deadline);
+    EXPECT_EQ(stepFor(planOf(tasks(root + task(1, 1))), "deadline"), "none");
+    EXPECT_EQ(stepFor(planOf(tasks(root + task(1, 1, deadline))), "deadline"), "deadline-to-field");
+    const std::string map = "<Hyperlink>Map</Hyperlink>";
+    EXPECT_EQ(stepFor(planOf(tasks(root + task(1, 1)) + withAssignments(assignmentOf(1, 1, map))), "hyperlink"),
+              "hyperlink-to-field");
+    EXPECT_EQ(stepFor(planOf(tasks(root + task(1, 1)) + withAssignments(assignmentOf(0, 1, map))), "hyperlink"),
+              "none");
+    const auto linked = [](const std::string& format) {
+        return planOf(
+            tasks(task(1, 1) + task(2, 1, lagsOf("<LinkLag>50</LinkLag><LagFormat>" + format + "</LagFormat>"))));
+    };
+    EXPECT_EQ(stepFor(linked("19"), "link-lag"), "none");
+    EXPECT_EQ(stepFor(linked("7"), "link-lag"), "lag-to-field");
+    const auto night = [](int uid) {
+        return "<Calendar><UID>" + std::to_string(uid) +
+               "</UID><Name>Night</Name><IsBaseCalendar>1</IsBaseCalendar></Calendar></Calendars>";
+    };
+    const auto ofCalendar = [&](int uid) {
+        return planOf("  <CalendarUID>7</CalendarUID>\n", with(standardCalendar(), "</Calendars>", night(uid)));
+    };
+    EXPECT_EQ(stepFor(ofCalendar(7), "project-calendar"), "project-calendar");
+    EXPECT_EQ(stepFor(ofCalendar(8), "project-calendar"), "none");
+}
+
+TEST_F(ImprovementTest, tellsWhatABoundHasKeptFromBeingDone) {
+    const auto leftOf = [&](const std::string& plan, const std::string& step) {
+        std::string text;
+        for (const auto& [of, why, count] : mend(plan, {.only = {step}}).left) {
+            text += std::string(of) + " " + std::to_string(count) + ": " + std::string(why) + "\n";
+        }
+        return text;
+    };
+    const std::string week =
+        "<WorkWeeks><WorkWeek><TimePeriod><FromDate>1960-01-01T00:00:00</FromDate><ToDate>2040-01-01T00:00:00"
+        "</ToDate></TimePeriod><WeekDays><WeekDay><DayType>2</DayType><DayWorking>0</DayWorking></WeekDay><WeekDay>"
+        "<DayType>3</DayType><DayWorking>0</DayWorking></WeekDay><WeekDay><DayType>4</DayType><DayWorking>0"
+        "</DayWorking></WeekDay><WeekDay><DayType>5</DayType><DayWorking>0</DayWorking></WeekDay><WeekDay><DayType>6"
+        "</DayType><DayWorking>0</DayWorking></WeekDay></WeekDays></WorkWeek></WorkWeeks>";
+    const auto calendar = with(standardCalendar(), "</Calendar>", week + "</Calendar>");
+    const auto until = [&](const std::string& finish) {
+        return planOf("  <FinishDate>" + finish + "</FinishDate>\n", calendar);
+    };
+    const auto from1960 = [](const std::string& plan) { return with(plan, "2012-01-09T08", "1960-01-04T08"); };
+    EXPECT_EQ(leftOf(until("2012-02-01T08:00:00"), "work-weeks"), "");
+    EXPECT_EQ(leftOf(from1960(until("2040-01-01T08:00:00")), "work-weeks"),
+              "work-weeks 1: at most 20,000 dates are written out\n");
+    EXPECT_EQ(leftOf(from1960(until("2061-01-01T08:00:00")), "work-weeks"),
+              "work-weeks 1: plans of more than a hundred years are not written out\n");
+    // Whatever makes a base calendar large.
+    const std::string filling = "<!--" + std::string(40U << 20U, '+') + "--></Calendar>";
+    auto calendars = with(standardCalendar(), "</Calendar>", filling);
+    std::string resources;
+    for (int uid = 2; uid <= 4; ++uid) {
+        const auto number = std::to_string(uid);
+        calendars = with(calendars, "</Calendars>",
+                         "<Calendar><UID>" + number + "</UID><Name>Own</Name><BaseCalendarUID>1</BaseCalendarUID>" +
+                             "</Calendar></Calendars>");
+        resources += "<Resource><UID>" + number + "</UID><CalendarUID>" + number + "</CalendarUID></Resource>";
+    }
+    EXPECT_EQ(leftOf(planOf("  <Resources>" + resources + "</Resources>\n", calendars), "resource-weeks"),
+              "resource-weeks 2: at most 64 MiB are copied into the calendars of resources\n");
 }

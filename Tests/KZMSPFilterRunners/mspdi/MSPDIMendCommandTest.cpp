@@ -1,9 +1,14 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 #include "MSPCFileSystem.h"
 #include "MSPDIProgram.h"
@@ -121,6 +126,64 @@ TEST_F(MendCommandTest, takesNoFolderForTheCopy) {
     EXPECT_EQ(run({"Plan.xml", "-o", "Good/"}), 2);
     EXPECT_THAT(err.str(), HasSubstr("names a folder"));
     EXPECT_TRUE(hasOnlyThePlans());
+}
+
+// There is no place beside them. The default name of what the system shows of open files would lie in its own folders.
+TEST_F(MendCommandTest, asksForTheNameOfACopyOfWhatIsNoFile) {
+    const auto pipe = folder / "Pipe.xml";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const auto fill = [&] {
+        const int writer = ::open(pipe.c_str(), O_RDWR | O_CLOEXEC);
+        EXPECT_EQ(::write(writer, refused.data(), refused.size()), static_cast<ssize_t>(refused.size()));
+        return writer;
+    };
+    for (const std::vector<std::string>& more : {std::vector<std::string>{}, {"--dry-run"}, {"-o", "Good.xml"}}) {
+        const int writer = fill();
+        std::thread closing([writer] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            ::close(writer);
+        });
+        std::vector<std::string> arguments = {"Pipe.xml"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        EXPECT_EQ(run(arguments), more.empty() ? 2 : 0) << err.str();
+        closing.join();
+        EXPECT_EQ(err.str().find("the copy needs a name: -o MENDED") != std::string::npos, more.empty()) << err.str();
+    }
+    EXPECT_EQ(folder.contents("Good.xml"), sound);
+    const int file = ::open((folder / "Plan.xml").c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(run({"/dev/fd/" + std::to_string(file)}), 2);
+    EXPECT_THAT(err.str(), HasSubstr("the copy needs a name: -o MENDED"));
+    ::close(file);
+}
+
+TEST_F(MendCommandTest, takesNoValuesForFlags) {
+    for (const auto* const flag : {"--all=3", "--dry-run=no", "--json=1", "--quiet=2"}) {
+        EXPECT_EQ(run({"Plan.xml", flag}), 2) << flag;
+        EXPECT_THAT(err.str(), HasSubstr(" takes no value (mspdi --help tells more)")) << flag;
+    }
+    EXPECT_TRUE(hasOnlyThePlans());
+}
+
+TEST_F(MendCommandTest, tellsWhatABoundHasKeptFromBeingDone) {
+    auto plan = sound;
+    const auto replace = [&plan](std::string_view piece, const std::string& other) {
+        plan.replace(plan.find(piece), piece.size(), other);
+    };
+    replace("2012-01-09T08:00:00</StartDate>",
+            "1900-01-01T08:00:00</StartDate><FinishDate>2001-01-01T08:00:00</FinishDate>");
+    replace(
+        "</Calendar>",
+        "<WorkWeeks><WorkWeek><TimePeriod><FromDate>1990-01-01T00:00:00</FromDate><ToDate>1990-01-08T00:00:00"
+        "</ToDate></TimePeriod><WeekDays><WeekDay><DayType>2</DayType><DayWorking>0</DayWorking></WeekDay></WeekDays>"
+        "</WorkWeek></WorkWeeks></Calendar>");
+    folder.addFile("Long.xml", plan);
+    EXPECT_EQ(run({"Long.xml", "--only", "work-weeks"}), 0);
+    EXPECT_EQ(out.str(), "Left as it is: 1 x work-weeks: plans of more than a hundred years are not written out\n" +
+                             folder / "Long.xml" + ": imports as it is; nothing was done\n");
+    EXPECT_EQ(run({"Long.xml", "--json", "--only", "work-weeks"}), 0);
+    EXPECT_EQ(told()["left"].size(), 1U);
+    EXPECT_EQ(told()["left"][0]["step"], "work-weeks");
+    EXPECT_EQ(told()["left"][0]["count"], 1);
 }
 
 TEST_F(MendCommandTest, saysUnderWhichNameTheCopyImports) {
