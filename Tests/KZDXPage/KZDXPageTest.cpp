@@ -174,6 +174,18 @@ TEST(KZDXPageTest, leadsFromLossesToTasks) {
     EXPECT_EQ(kinds[0]["where"][2][3], "");
 }
 
+// Names of resources stand there for each of their tasks; a character is never cut in two.
+TEST(KZDXPageTest, beginsLongNamesOfResourcesInTheTable) {
+    std::string name = "x";
+    for (int count = 0; count < 150; ++count) {
+        name += "\u00E9";
+    }
+    const auto page = pageOf(brokenBundle("Actual.xml", "<name>Anna</name>", "<name>" + name + "</name>"));
+    const auto begun = name.substr(0, 199);
+    EXPECT_THAT(page.html, HasSubstr("<td>" + begun + "\u2026\n"));
+    EXPECT_NE(dataOf(page).dump().find(name), std::string::npos);
+}
+
 TEST(KZDXPageTest, leavesOutABaselineThatCannotBeRead) {
     const auto page = pageOf(brokenBundle("Baseline.xml", "</scenario>", ""));
     EXPECT_EQ(page.baselines, 0U);
