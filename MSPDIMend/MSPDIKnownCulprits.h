@@ -20,7 +20,7 @@ public:
         std::size_t place = 0;   // among the others of the task
     };
 
-    // A leaf that is to blame for a failure with that reason, still in its task. Forgets others.
+    // A leaf that is to blame for a failure with that reason, still in its task. One of another kind teaches nothing.
     void learn(const MSPCXMLNode& leaf, const std::string& reason, const MSPIUtilities& conversions);
     // The children of a task that are wrong in a way that was learned, in their order. Of a name that the task has
     // several times only where all say the same.
